@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Host/Interface/Brio/BrioUnknown.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace Brio {
+
+/// Thrown when an empty InterfaceRef is dereferenced.
+class NullInterfaceException : public std::runtime_error {
+public:
+    NullInterfaceException() : std::runtime_error("A NULL interface pointer has been dereferenced.") {}
+};
+
+/// A counted reference to a component object, or empty. Copying takes a reference, destruction drops
+/// it. `Root` is the class whose AddRef and Release are called.
+template <class Interface, class Root = BrioUnknown>
+class InterfaceRef {
+public:
+    InterfaceRef() noexcept = default;
+
+    /// Takes a reference of its own to `object`, which may be null.
+    explicit InterfaceRef(Interface* object) : mObject(object) {
+        if (mObject != nullptr) {
+            AsRoot()->AddRef();
+        }
+    }
+
+    /// Owns a reference that the caller has already taken.
+    static InterfaceRef Adopt(Interface* object) noexcept {
+        InterfaceRef ref;
+        ref.mObject = object;
+        return ref;
+    }
+
+    InterfaceRef(const InterfaceRef& other) : InterfaceRef(other.mObject) {}
+    InterfaceRef(InterfaceRef&& other) noexcept : mObject(std::exchange(other.mObject, nullptr)) {}
+    InterfaceRef& operator=(InterfaceRef other) noexcept {
+        std::swap(mObject, other.mObject);
+        return *this;
+    }
+    ~InterfaceRef() {
+        if (mObject != nullptr) {
+            AsRoot()->Release();
+        }
+    }
+
+    [[nodiscard]] Interface* Get() const noexcept { return mObject; }
+    explicit operator bool() const noexcept { return mObject != nullptr; }
+
+    /// Throws NullInterfaceException when empty.
+    Interface* operator->() const {
+        if (mObject == nullptr) {
+            throw NullInterfaceException();
+        }
+        return mObject;
+    }
+
+private:
+    Root* AsRoot() const noexcept { return static_cast<Root*>(mObject); }
+
+    Interface* mObject = nullptr;
+};
+
+using BrioUnknownRef = InterfaceRef<BrioUnknown, BrioUnknown>;
+
+}  // namespace Brio

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Host/Interface/Core/SmallBlockAllocator.h"
+
+namespace Brio {
+
+/// The host's text type: UTF-16 code units from the small-block allocator.
+using String = zelcore::utility::SmallBlockAllocator::basic_string<char16_t>;
+
+}  // namespace Brio

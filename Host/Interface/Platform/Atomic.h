@@ -1,0 +1,16 @@
+#pragma once
+
+#if defined(__APPLE__)
+
+#include <libkern/OSAtomic.h>
+
+#else
+
+#include <cstdint>
+
+/// Adds `amount` to `*value` with a full barrier and returns the sum. Any thread.
+inline std::int32_t OSAtomicAdd32Barrier(std::int32_t amount, volatile std::int32_t* value) noexcept {
+    return __atomic_add_fetch(value, amount, __ATOMIC_SEQ_CST);
+}
+
+#endif

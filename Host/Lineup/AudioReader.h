@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Host/Lineup/Api.h"
+#include "Host/Lineup/BlockGrid.h"
+#include "Host/Lineup/Clip.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace lineup {
+
+/// Reads a clip's audio in stretches of any length. The plug-in is asked in the blocks of BlockGrid, so
+/// the samples do not depend on how a caller cuts them. Allocates only when constructed. One reader a
+/// thread; the clip must outlive it.
+class LINEUP_API AudioReader {
+public:
+    explicit AudioReader(const Clip& clip);
+
+    /// Fills buffers[c][0] .. buffers[c][count - 1] with the clip's channels, in the plug-in's order,
+    /// from sample `position` on. `buffers` holds Clip::NumChannels() pointers; count is 0 or more.
+    void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers);
+
+private:
+    const Clip* mClip;
+    BlockGrid mGrid;
+    std::int64_t mLongestBlock;
+    std::vector<float> mScratch;
+    std::vector<float*> mTargets;
+};
+
+}  // namespace lineup

@@ -1,0 +1,24 @@
+#include "Host/Lineup/DynamicLibrary.h"
+
+#include "Host/Lineup/Error.h"
+
+#include <dlfcn.h>
+
+namespace lineup {
+
+DynamicLibrary::DynamicLibrary(const std::filesystem::path& file)
+    : mHandle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (!mHandle) {
+        throw Error("cannot load " + file.string() + ": " + dlerror());
+    }
+}
+
+void* DynamicLibrary::Find(const char* symbol) const noexcept {
+    return dlsym(mHandle.get(), symbol);
+}
+
+void DynamicLibrary::Unload::operator()(void* handle) const noexcept {
+    dlclose(handle);
+}
+
+}  // namespace lineup

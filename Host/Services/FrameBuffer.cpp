@@ -1,0 +1,96 @@
+#include "Host/Services/FrameBuffer.h"
+
+#include "Host/Interface/Frame/PixelFormats.h"
+
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace zelcore {
+
+namespace {
+
+constexpr std::align_val_t kRowAlignment{64};  // a cache line, and the widest vector register
+
+struct AlignedDelete {
+    void operator()(std::uint8_t* memory) const noexcept { ::operator delete(memory, kRowAlignment); }
+};
+
+int BytesPerPixel(std::uint32_t pixelFormat) {
+    switch (pixelFormat) {
+        case kPixelFormat_VUYA_32f:
+            return kBytesPerPixel_VUYA_32f;
+        case kPixelFormat_VUYA_8u:
+            return kBytesPerPixel_VUYA_8u;
+        default:
+            throw std::invalid_argument("a frame buffer holds 8-bit or float V,U,Y,A, not pixel format " +
+                                        std::to_string(pixelFormat));
+    }
+}
+
+void CheckSide(const char* name, int pixels) {
+    constexpr int kLargest = std::numeric_limits<std::int16_t>::max();
+    if (pixels < 1 || pixels > kLargest) {
+        throw std::invalid_argument(std::string("a frame's ") + name + " is 1 to " + std::to_string(kLargest) +
+                                    " pixels, not " + std::to_string(pixels));
+    }
+}
+
+}  // namespace
+
+// The public part comes first: a handle to it is a pointer to the whole.
+struct FrameBuffer::Frame {
+    vexelFrame shared;
+    int width;
+    int height;
+    std::uint32_t pixelFormat;
+    int rowBytes;
+    std::unique_ptr<std::uint8_t, AlignedDelete> memory;
+};
+
+FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
+    CheckSide("width", width);
+    CheckSide("height", height);
+    constexpr int kAlignment = static_cast<int>(kRowAlignment);
+    const int rowBytes = (width * BytesPerPixel(pixelFormat) + kAlignment - 1) / kAlignment * kAlignment;
+    const std::size_t bytes = static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(height);
+    mFrame = std::make_unique<Frame>();
+    mFrame->width = width;
+    mFrame->height = height;
+    mFrame->pixelFormat = pixelFormat;
+    mFrame->rowBytes = rowBytes;
+    mFrame->memory.reset(static_cast<std::uint8_t*>(::operator new(bytes, kRowAlignment)));
+    mFrame->shared.pixels = mFrame->memory.get();
+}
+
+FrameBuffer::~FrameBuffer() = default;
+FrameBuffer::FrameBuffer(FrameBuffer&&) noexcept = default;
+FrameBuffer& FrameBuffer::operator=(FrameBuffer&&) noexcept = default;
+
+int FrameBuffer::Width() const noexcept {
+    return mFrame->width;
+}
+int FrameBuffer::Height() const noexcept {
+    return mFrame->height;
+}
+std::uint32_t FrameBuffer::PixelFormat() const noexcept {
+    return mFrame->pixelFormat;
+}
+int FrameBuffer::RowBytes() const noexcept {
+    return mFrame->rowBytes;
+}
+vexel FrameBuffer::Handle() const noexcept {
+    return &mFrame->shared;
+}
+
+const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
+    const std::ptrdiff_t memoryRow = mFrame->height - 1 - line;
+    return mFrame->shared.pixels + memoryRow * mFrame->rowBytes;
+}
+
+}  // namespace zelcore
+
+int vexelGetRowbytes(vexel frame) {
+    return reinterpret_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
+}

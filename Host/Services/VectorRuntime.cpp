@@ -1,0 +1,65 @@
+#include "Host/Interface/Core/VectorRuntime.h"
+
+#include <cstring>
+
+std::atomic<std::int32_t> ippJumpIndexForMergedLibs{kVectorNotInitialised};
+
+namespace {
+
+// The widest variant whose whole instruction level is there. The compiler's feature tests include the
+// operating system's consent to the wider registers.
+std::int32_t BestVariant() {
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+        __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512cd")) {
+        return kVector_k0;
+    }
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) {
+        return kVector_l9;
+    }
+    if (__builtin_cpu_supports("avx")) {
+        return kVector_e9;
+    }
+    if (__builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1")) {
+        return kVector_y8;
+    }
+#endif
+    return kVector_n8;
+}
+
+// The C library's own dispatch picks the widest kernel for the size, so the forms share it.
+void Copy(const void* source, void* destination, std::int64_t bytes) {
+    if (bytes > 0) {
+        std::memcpy(destination, source, static_cast<std::size_t>(bytes));
+    }
+}
+
+void Zero(void* destination, std::int64_t bytes) {
+    if (bytes > 0) {
+        std::memset(destination, 0, static_cast<std::size_t>(bytes));
+    }
+}
+
+}  // namespace
+
+void ippSafeInit() {
+    ippJumpIndexForMergedLibs.store(BestVariant(), std::memory_order_relaxed);
+}
+
+void ippCopyBytes(const void* source, void* destination, std::int64_t bytes) {
+    Copy(source, destination, bytes);
+}
+void ippCopyBytes_E9(const void* source, void* destination, std::int64_t bytes) {
+    Copy(source, destination, bytes);
+}
+void ippCopyBytes_repE9(const void* source, void* destination, std::int64_t bytes) {
+    Copy(source, destination, bytes);
+}
+
+void ippZeroBytes(void* destination, std::int64_t bytes) {
+    Zero(destination, bytes);
+}
+void ippZeroBytes_E9(void* destination, std::int64_t bytes) {
+    Zero(destination, bytes);
+}

@@ -1,0 +1,55 @@
+#include "Host/Interface/Core/Numeric.h"
+#include "Host/Interface/Importer/ImportSelectors.h"
+#include "Src/BarsAndToneImporter/BarsAndToneImporter.h"
+#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+constexpr float kClipSeconds = 5.0F;  // every clip is described as this long
+
+std::uint32_t ChannelTypeFor(std::uint32_t numChannels) {
+    switch (numChannels) {
+        case 6:
+            return kChannelType51;
+        case 2:
+            return kChannelTypeStereo;
+        default:
+            return kChannelTypeMono;
+    }
+}
+
+}  // namespace
+
+std::int32_t barsGetInfo(imFileInfoRec8* info) {
+    auto settings = std::make_unique<BarsAndToneInfo>();
+    if (info->prefs != nullptr) {
+        std::memcpy(settings.get(), info->prefs, sizeof(BarsAndToneInfo));
+        settings->channelType = ChannelTypeFor(settings->numChannels);
+    } else {
+        settings->sampleRate = info->sampleRate;
+        settings->channelType = kChannelTypeStereo;
+        settings->numChannels = 2;
+    }
+
+    info->hasVideo = 1;
+    info->hasAudio = 1;
+    info->video12 = 24;
+    info->video22 = 5;
+    info->video31 = 1;
+    info->video32 = 2;
+    info->numChannels = settings->numChannels;
+    info->sampleRate = settings->sampleRate;
+    info->audioSampleFormat = 6;
+    const float durationSamples = settings->sampleRate * kClipSeconds;
+    info->durationSamples = zelcore::numeric::TruncateToInt64(static_cast<double>(durationSamples));
+    info->privateData = settings.release();
+    return kImportNoError;
+}
+
+std::int32_t barsReleasePrivateData(void* privateData) {
+    delete static_cast<BarsAndToneInfo*>(privateData);
+    return kImportNoError;
+}

@@ -2,9 +2,10 @@
 
 #include "Host/Lineup/ChannelLayout.h"
 #include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Error.h"
+#include "Host/Lineup/Export/UsageError.h"
 #include "Host/Lineup/Idents.h"
 #include "Host/Lineup/Importer.h"
+#include "Host/Lineup/Level.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -21,7 +22,6 @@ namespace {
 constexpr double kLowestRateHz = 8000;
 constexpr double kHighestRateHz = 384000;
 constexpr double kLowestFrequencyHz = 1;
-constexpr double kSilenceDb = -300;  // what the settings dialog shows for no level at all
 
 float CheckSampleRate(double rateHz) {
     const bool inRange = rateHz >= kLowestRateHz && rateHz <= kHighestRateHz;  // false for not-a-number
@@ -49,7 +49,7 @@ float CheckLevel(double levelDb) {
         throw UsageError("level", fmt::format("{}", levelDb),
                          fmt::format("must be {} to 0 dBFS; 0 is full scale, {} is silence", kSilenceDb, kSilenceDb));
     }
-    return static_cast<float>(std::pow(10.0, levelDb / 20));
+    return static_cast<float>(GainFromDb(levelDb));
 }
 
 template <class Row>

@@ -57,13 +57,13 @@ const Codec* CheckCodec(std::string_view option, const std::string& name, const 
 
 void CheckFrameRate(const VideoCodec& codec, Rational rate) {
     const bool terms = rate.num > 0 && rate.den > 0 && rate.num <= kLargestRateTerm && rate.den <= kLargestRateTerm;
-    Require(terms && rate.num >= rate.den && rate.num <= kHighestFrameRate * rate.den, "frame-rate", Text(rate),
+    Require(terms && rate.num >= rate.den && rate.num <= kHighestFrameRate * rate.den, "fps", Text(rate),
             fmt::format("must be from 1 to {}", kHighestFrameRate));
     if (!codec.frameRates.empty()) {
         std::vector<std::string> rates;
         std::ranges::transform(codec.frameRates, std::back_inserter(rates), Text);
-        Require(std::ranges::any_of(codec.frameRates, [rate](Rational row) { return SameRatio(row, rate); }),
-                "frame-rate", Text(rate), fmt::format("{} takes {}", codec.name, fmt::join(rates, ", ")));
+        Require(std::ranges::any_of(codec.frameRates, [rate](Rational row) { return SameRatio(row, rate); }), "fps",
+                Text(rate), fmt::format("{} takes {}", codec.name, fmt::join(rates, ", ")));
     }
 }
 
@@ -80,7 +80,7 @@ int CheckSampleRate(const FileFormat& format, const AudioCodec& codec, float rat
     return rate;
 }
 
-// The greatest count that the clip's ticks can still time, from sample 0 on.
+// The greatest count of samples that the clip's ticks can still time.
 std::int64_t LongestClipSamples(float rateHz) {
     return std::numeric_limits<std::int64_t>::max() /
            std::max<std::int64_t>(zelmediatypes::FrameRateFromHz(rateHz).Ticks(), 1);
@@ -88,9 +88,10 @@ std::int64_t LongestClipSamples(float rateHz) {
 
 void CheckTimes(const ExportSettings& settings, const ExportPlan& plan, float rateHz) {
     const std::int64_t longest = LongestClipSamples(rateHz);
-    Require(settings.startSample >= 0 && settings.startSample < longest, "start",
-            fmt::format("{} samples", settings.startSample), fmt::format("must be from 0 to {} samples", longest - 1));
-    const std::int64_t room = longest - settings.startSample;
+    Require(settings.startSample > -longest && settings.startSample < longest, "start",
+            fmt::format("{} samples", settings.startSample),
+            fmt::format("must be within {} samples of the clip's start", longest));
+    const std::int64_t room = longest - std::max<std::int64_t>(settings.startSample, 0);
     const bool fits = settings.duration <= room && plan.samples <= room;
     Require(settings.duration > 0 && fits, "duration",
             fmt::format("{} {}", settings.duration, plan.video != nullptr ? "frames" : "samples"),

@@ -1,0 +1,97 @@
+#include "Host/Lineup/Export/SoundTracks.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace lineup {
+
+namespace {
+
+// Encoders that take any number of samples get no more than this at a time.
+constexpr int kMostSamples = 8192;
+
+std::string_view Name(SampleFormat format) {
+    switch (format) {
+        case SampleFormat::S16:
+            return "s16";
+        case SampleFormat::S24:
+            return "s24";
+        case SampleFormat::S32:
+            return "s32";
+        case SampleFormat::F32:
+            break;
+    }
+    return "f32";
+}
+
+}  // namespace
+
+SoundTracks::SoundTracks(const Clip& clip, const ExportPlan& plan, std::int64_t startSample, Muxer& muxer)
+    : mCodec(plan.audio), mReader(clip), mStart(startSample), mTotal(plan.samples), mSampleRateHz(plan.sampleRateHz) {
+    AddTracks(plan, muxer);
+    mBlockSamples = mTracks.front().encoder.BlockSamples();
+
+    const auto channels = plan.channels->channels.size();
+    const auto samples = static_cast<std::size_t>(std::max(mBlockSamples, kMostSamples));
+    mSamples.resize(channels * samples);
+    for (std::size_t c = 0; c < channels; ++c) {
+        mChannels.push_back(mSamples.data() + c * samples);
+    }
+}
+
+void SoundTracks::AddTracks(const ExportPlan& plan, Muxer& muxer) {
+    const auto& order = plan.channels->fileOrder;
+    if (!plan.monoTracks) {
+        mTracks.push_back({SoundEncoder(*mCodec, {order.begin(), order.end()}, mSampleRateHz, muxer), {}});
+        return;
+    }
+    for (const int channel : order) {
+        SoundEncoder encoder(*mCodec, {channel}, mSampleRateHz, muxer);
+        std::string title(plan.channels->channels[static_cast<std::size_t>(channel)]);
+        muxer.Tag(encoder.Stream(), "title", title);
+        muxer.Tag(encoder.Stream(), "handler_name", title);
+        mTracks.push_back({std::move(encoder), std::move(title)});
+    }
+}
+
+void SoundTracks::WriteUpTo(std::int64_t end) {
+    end = std::min(end, mTotal);
+    while (mPosition < end) {
+        // An encoder with blocks of its own gets whole ones, which may reach past `end`.
+        const std::int64_t wanted = mBlockSamples > 0 ? std::min<std::int64_t>(mBlockSamples, mTotal - mPosition)
+                                                      : std::min<std::int64_t>(kMostSamples, end - mPosition);
+        WriteBlock(static_cast<int>(wanted));
+    }
+}
+
+void SoundTracks::WriteBlock(int count) {
+    mReader.Read(mStart + mPosition, count, mChannels);
+    for (Track& track : mTracks) {
+        track.encoder.Write(mChannels, mPosition, count);
+    }
+    mPosition += count;
+}
+
+void SoundTracks::Finish() {
+    for (Track& track : mTracks) {
+        track.encoder.Finish();
+    }
+}
+
+std::vector<AudioReport> SoundTracks::Report() const {
+    std::vector<AudioReport> reports;
+    for (const Track& track : mTracks) {
+        AudioReport report;
+        report.codec = mCodec->name;
+        report.sampleFormat = Name(mCodec->samples);
+        report.sampleRateHz = mSampleRateHz;
+        report.channels = track.encoder.Channels();
+        report.layout = track.encoder.Layout();
+        report.title = track.title;
+        reports.push_back(std::move(report));
+    }
+    return reports;
+}
+
+}  // namespace lineup

@@ -70,11 +70,13 @@ void ToneGenerator::GenerateEBUMultichannel(const TickTime& startTime, float** b
             GenerateTonesAcrossChannels(ident::ToChannelList(sounding), time, static_cast<float>(kToneFrequency),
                                         ident::kLevelFloat, buffers, numChannels, pos, count, peakMode);
         } else {
+            // The list comes first: where there is no memory for it, no channel of the step is written.
+            const ToneGenerator::ChannelList silent = ident::ToChannelList(SilentAt(at.step));
             // A lone burst takes the phase of the request's start, not that of its own first sample.
             if (sounding != ident::kNoChannels) {
                 WriteIdentTone(startTime, kToneFrequency, buffers[std::countr_zero(sounding)] + pos, count, peakMode);
             }
-            GenerateSilenceAcrossChannels(ident::ToChannelList(SilentAt(at.step)), buffers, numChannels, pos, count);
+            GenerateSilenceAcrossChannels(silent, buffers, numChannels, pos, count);
         }
         pos += count;
     }

@@ -79,11 +79,13 @@ private:
     void WriteIdentTone(const zelmediatypes::TickTime& phaseTime, double frequency, float* out, long long numSamples,
                         bool peakMode) const;
 
-    /// The samples of a request that lie before `segmentEnd`: what CalculateNumSamplesToGenerate
-    /// counts, but never less than one nor more than are left, even where times wrap.
-    [[nodiscard]] long long SamplesUntil(const zelmediatypes::TickTime& segmentEnd,
-                                         const zelmediatypes::TickTime& currentTime,
-                                         const zelmediatypes::TickTime& endTime, long long samplesLeft) const;
+    /// The samples that an ident writes in one piece from pieceStart on: what
+    /// CalculateNumSamplesToGenerate counts, but never less than one nor more than are left of the
+    /// request, even where times wrap.
+    [[nodiscard]] long long CountPieceSamples(const zelmediatypes::TickTime& segmentStart,
+                                              const zelmediatypes::FrameRate& segmentLength,
+                                              const zelmediatypes::TickTime& pieceStart,
+                                              const zelmediatypes::TickTime& endTime, long long samplesLeft) const;
 
     zelmediatypes::FrameRate mFrameRate;
 };

@@ -64,6 +64,15 @@ TEST(AllChannels, OfOneChannelAreThatChannel) {
     EXPECT_EQ(channels[1].UnwrittenSamples(), 500U);
 }
 
+TEST(AllChannels, AreEachCopiedFromChannelZero) {
+    // Channels 1 and 3 have no buffer: their copies fail, unreported.
+    GuardedChannels channels(4, 100);
+    float* buffers[] = {channels[0].Data(), nullptr, channels[2].Data(), nullptr};
+    Generator().GenerateTonesAcrossChannels(kStart, 1000.0F, 0.25F, buffers, 4, 100, false);
+    EXPECT_TRUE(model::SameBits(Expected(100), channels[0].Samples()));
+    EXPECT_TRUE(model::SameBits(Expected(100), channels[2].Samples()));
+}
+
 TEST(AllChannels, InPeakModeCarryTheLevel) {
     GuardedChannels channels(2, 9);
     AllTones(2, channels, 9, true);

@@ -85,7 +85,7 @@ void ToneGenerator::GenerateBLITS(const TickTime& startTime, float** buffers, in
         const ident::CyclePosition at = ident::Locate(time, kBLITSPatternRate, kBLITSFrameRate);
         const long long count = CountPieceSamples(at.stepStart, kBLITSFrameRate, time, endTime, numSamples - pos);
 
-        // Steps outside the cycle, which there are where times wrap, write nothing.
+        // A step outside the cycle, which a ToFrame64 that rounds down never gives, would write nothing.
         if (const Row* const row = ident::FindRow(kRows, at.step)) {
             if (row->writing == Writing::kAcross) {
                 GenerateTonesAcrossChannels(ident::ToChannelList(row->sounding), time,

@@ -56,7 +56,7 @@ void ToneGenerator::GenerateEBUMultichannel(const TickTime& startTime, float** b
         const long long count =
             CountPieceSamples(at.stepStart, kEBUMultichannelFrameRate, time, endTime, numSamples - pos);
 
-        // Steps outside the cycle, which there are where times wrap, sound on the left and silence nothing.
+        // A step outside the cycle, which a ToFrame64 that rounds down never gives, would sound on the left alone.
         const Row* const row = ident::FindRow(kRows, at.step);
         const ident::ChannelSet sounding = row != nullptr ? row->sounding : ident::kLeft;
         const ident::ChannelSet silent = row != nullptr ? ident::kFullRangeChannels & ~sounding : ident::kNoChannels;

@@ -33,7 +33,8 @@ struct CyclePosition {
 };
 
 /// The position of `time` in cycles of `cycleLength` made of steps of `stepLength`. A time on a step's
-/// boundary belongs to the step that begins there; negative times continue the cycles backwards.
+/// boundary belongs to the step that begins there; negative times continue the cycles backwards. The
+/// step lies inside the cycle for every time there is: where cycleStart wraps, the difference wraps back.
 constexpr CyclePosition Locate(const zelmediatypes::TickTime& time, const zelmediatypes::FrameRate& cycleLength,
                                const zelmediatypes::FrameRate& stepLength) noexcept {
     const zelmediatypes::TickTime cycleStart = cycleLength * time.ToFrame64(cycleLength);
@@ -42,8 +43,7 @@ constexpr CyclePosition Locate(const zelmediatypes::TickTime& time, const zelmed
 }
 
 /// The row of a cycle's table that `step` belongs to. A row has a member lastStep and runs up to that
-/// step from the one after the row above. Null for the steps outside the cycle that there are where
-/// times wrap.
+/// step from the one after the row above. Null for a step outside the cycle; Locate gives none.
 template <class Row, std::size_t kRowCount>
 constexpr const Row* FindRow(const std::array<Row, kRowCount>& rows, std::int64_t step) noexcept {
     if (step < 0 || step > rows.back().lastStep) {

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <random>
 #include <type_traits>
 

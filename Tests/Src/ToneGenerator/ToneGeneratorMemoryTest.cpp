@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <limits>
+#include <new>
 
 // This program's own small-block allocator stands in front of the host's: it counts blocks and can run out.
 namespace {

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -15,6 +14,7 @@ namespace lineup {
 namespace {
 
 constexpr std::uint32_t kMostChannels = 64;
+constexpr float kHighestRateHz = 1e6F;  // beyond any converter; keeps a block of 0.1 s small
 constexpr int kIdentChannels = 6;
 
 }  // namespace
@@ -28,9 +28,10 @@ Clip::Clip(std::shared_ptr<const Importer> importer, const std::optional<BarsAnd
         throw Error(fmt::format("cannot open a clip of {} channels: 1 to {} can be played", mDescription.numChannels,
                                 kMostChannels));
     }
-    if (!std::isfinite(mDescription.sampleRate) || mDescription.sampleRate <= 0) {
-        throw Error(
-            fmt::format("cannot open a clip with a sample rate of {} Hz: it must be above 0", mDescription.sampleRate));
+    const bool playable = mDescription.sampleRate > 0 && mDescription.sampleRate <= kHighestRateHz;  // not for NaN
+    if (!playable) {
+        throw Error(fmt::format("cannot open a clip with a sample rate of {} Hz: it must be above 0, at most {}",
+                                mDescription.sampleRate, kHighestRateHz));
     }
 }
 

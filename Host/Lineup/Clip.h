@@ -19,7 +19,7 @@ public:
 
     /// Opens the clip that `settings` stands for, or the default clip at `hostSampleRate` Hz. Throws
     /// Error when the plug-in describes a clip that cannot be played: no channels or more than 64, or
-    /// a sample rate that is not a positive number.
+    /// a sample rate that is not above 0 Hz, or above 1 MHz.
     explicit Clip(std::shared_ptr<const Importer> importer,
                   const std::optional<BarsAndToneInfo>& settings = std::nullopt,
                   float hostSampleRate = kHostSampleRate);

@@ -43,6 +43,8 @@ Importer::Importer(const std::filesystem::path& bundleFolder)
     }
 }
 
+Importer::~Importer() = default;
+
 std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) const {
     return mEntry(selector, nullptr, param1, param2);
 }

@@ -43,6 +43,9 @@ public:
     /// or no executable for this platform, Error when the executable cannot be loaded, has no entry
     /// point or answers the Init request wrongly.
     explicit Importer(const std::filesystem::path& bundleFolder);
+    ~Importer();
+    Importer(const Importer&) = delete;
+    Importer& operator=(const Importer&) = delete;
 
     [[nodiscard]] const zelcore::Bundle& Bundle() const noexcept { return mBundle; }
 

@@ -17,6 +17,18 @@ inline constexpr std::uint32_t kChannelTypeMono = 1;
 inline constexpr std::uint32_t kChannelTypeStereo = 2;
 inline constexpr std::uint32_t kChannelType51 = 3;
 
+/// The channel type that goes with a channel count; mono for a count that no layout has.
+constexpr std::uint32_t ChannelTypeFor(std::uint32_t numChannels) noexcept {
+    switch (numChannels) {
+        case 6:
+            return kChannelType51;
+        case 2:
+            return kChannelTypeStereo;
+        default:
+            return kChannelTypeMono;
+    }
+}
+
 /// Everything that makes one bars-and-tone clip differ from another. Hosts persist it byte for byte,
 /// so order and widths are fixed; the initialisers are the default clip.
 struct BarsAndToneInfo {

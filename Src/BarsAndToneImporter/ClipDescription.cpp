@@ -10,17 +10,6 @@ namespace {
 
 constexpr float kClipSeconds = 5.0F;  // every clip is described as this long
 
-std::uint32_t ChannelTypeFor(std::uint32_t numChannels) {
-    switch (numChannels) {
-        case 6:
-            return kChannelType51;
-        case 2:
-            return kChannelTypeStereo;
-        default:
-            return kChannelTypeMono;
-    }
-}
-
 }  // namespace
 
 std::int32_t barsGetInfo(imFileInfoRec8* info) {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Host/Lineup/Importer.h"
+#include "Host/Lineup/ToneChoice.h"
+
+#include <CLI/App.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace cli {
+
+/// The options that every command about a clip shares.
+struct CommonOptions {
+    std::string bundleFolder;  ///< empty: the bundle on the search path
+    lineup::ToneChoice tone;
+
+    /// Loads the plug-in.
+    [[nodiscard]] std::shared_ptr<const lineup::Importer> LoadImporter() const;
+};
+
+/// Adds --plugin.
+void AddPluginOption(CLI::App& command, CommonOptions& options);
+
+/// Adds the options that choose a clip's sound.
+void AddToneOptions(CLI::App& command, CommonOptions& options);
+
+/// Adds an option that takes a number; a text that is none is a UsageError that says `expected`.
+CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::optional<double>& value,
+                       const std::string& help, const std::string& unit);
+
+}  // namespace cli

@@ -1,0 +1,52 @@
+#include "Apps/lineup/FrameCommand.h"
+#include "Apps/lineup/InfoCommand.h"
+#include "Apps/lineup/RenderCommand.h"
+#include "Host/Lineup/Export/UsageError.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kUsedWrongly = 2 };
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  lineup render lineup.mov                             five seconds of ProRes, 1920x1080, 25 fps\n"
+    "  lineup render lineup.wav --level -18 --duration 60   a minute of tone at -18 dBFS\n"
+    "  lineup render ident.mov --ident blits --cycles 1     one BLITS cycle in six channels\n"
+    "  lineup frame card.png                                the card as a picture\n"
+    "  lineup COMMAND --help                                the options of one command\n"
+    "\n"
+    "Exit status: 0 done, 1 failed, 2 used wrongly.";
+
+int Run(CLI::App& app, int argc, char** argv) {
+    try {
+        app.parse(argc, argv);
+        return kDone;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kUsedWrongly;
+    } catch (const lineup::UsageError& error) {
+        fmt::print(stderr, "lineup: --{}\nRun lineup with --help to see what there is.\n", error.what());
+        return kUsedWrongly;
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "lineup: {}\n", error.what());
+        return kFailed;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Bars and Tone: line-up clips, exact to the bit.", "lineup");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "lineup " LINEUP_VERSION);
+    app.footer(kExamples);
+    cli::AddRenderCommand(app);
+    cli::AddFrameCommand(app);
+    cli::AddInfoCommand(app);
+    return Run(app, argc, argv);
+}

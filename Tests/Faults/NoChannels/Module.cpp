@@ -1,0 +1,14 @@
+// Describes a clip without sound channels.
+#include "Host/Interface/Core/Export.h"
+#include "Host/Interface/Importer/ImportEntry.h"
+#include "Host/Interface/Importer/ImportRecords.h"
+#include "Host/Interface/Importer/ImportSelectors.h"
+
+extern "C" ZEL_API ImportEntryFunction xImportEntry;
+
+std::int32_t xImportEntry(std::int32_t selector, imStdParms* /*stdParms*/, void* /*param1*/, void* param2) {
+    if (selector == kImportGetInfo) {
+        static_cast<imFileInfoRec8*>(param2)->numChannels = 0;
+    }
+    return selector == kImportInit ? kImportInitAnswer : kImportNoError;
+}

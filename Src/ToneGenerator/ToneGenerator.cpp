@@ -87,7 +87,7 @@ void ToneGenerator::WriteSine(const TickTime& phaseTime, double frequency, doubl
                               long long numSamples) const {
     const double cyclesPerSample = frequency / zelmediatypes::RateHz(mFrameRate);
     const double cycles = static_cast<double>(phaseTime.ToFrame64(mFrameRate)) * cyclesPerSample;
-    const double wholeCycles = static_cast<double>(zelcore::numeric::TruncateToInt64(cycles));
+    const auto wholeCycles = static_cast<double>(zelcore::numeric::TruncateToInt64(cycles));
 
     double phase = (cycles - wholeCycles) * kTwoPi;
     const double step = kTwoPi * cyclesPerSample;

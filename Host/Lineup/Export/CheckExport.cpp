@@ -80,6 +80,15 @@ int CheckSampleRate(const FileFormat& format, const AudioCodec& codec, float rat
     return rate;
 }
 
+// Mono and stereo need no saying; of more channels a file must say which is which.
+void CheckLayout(const ExportPlan& plan) {
+    const bool plain = plan.monoTracks || plan.channels->channels.size() <= 2;
+    Require(plain || plan.audio->carriesLayout || !plan.format->needsLayoutInCodec, "audio-codec",
+            std::string(plan.audio->name),
+            fmt::format("a .{} file cannot say which of its channels is which; choose flac, or mono tracks",
+                        plan.format->extension));
+}
+
 // The greatest count of samples that the clip's ticks can still time.
 std::int64_t LongestClipSamples(float rateHz) {
     return std::numeric_limits<std::int64_t>::max() /
@@ -139,6 +148,7 @@ ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
         plan.channels = FindChannelLayout(clip.NumChannels());
         Require(plan.channels != nullptr, "channels", fmt::format("{}", clip.NumChannels()),
                 "a file takes 1, 2 or 6 channels");
+        CheckLayout(plan);
         if (plan.video != nullptr) {
             CheckFrameRate(*plan.video, settings.frameRate);
             plan.frames = settings.duration;

@@ -33,7 +33,7 @@ VideoReport ReportVideo(const ExportSettings& settings, const VideoCodec& codec)
     report.height = settings.height;
     report.sampleAspect = SampleAspect(settings.width, settings.height);
     report.frameRate = settings.frameRate;
-    report.colour = av_color_space_name(tags.matrix);
+    report.colour = codec.colour == ColourKind::Rgb ? "rgb" : av_color_space_name(tags.matrix);
     return report;
 }
 
@@ -46,14 +46,21 @@ void TagFile(Muxer& muxer, const ExportSettings& settings, const ExportPlan& pla
     }
 }
 
-/// Edit lists are in the whole file's unit of time: one that both frames and samples are multiples of.
+/// Edit lists are in the whole file's unit of time: one that both frames and samples are multiples of, or
+/// else frames alone. The muxer counts the time code's track in it too, in 32 bits.
 void SetTimescale(AvOptions& options, const ExportSettings& settings, const ExportPlan& plan) {
     if (plan.format->timescaleOption.empty()) {
         return;
     }
-    const std::int64_t both = std::lcm(std::int64_t{settings.frameRate.num}, std::int64_t{plan.sampleRateHz});
-    const std::int64_t scale = both <= std::numeric_limits<int>::max() ? both : plan.sampleRateHz;
-    options.Set(plan.format->timescaleOption, fmt::format("{}", scale));
+    const std::int64_t firstSecond = settings.timecode ? settings.timecode->Samples(1) + 1 : 1;
+    const std::int64_t largest = std::numeric_limits<std::int32_t>::max() / firstSecond;
+    const std::int64_t frames = settings.frameRate.num;
+    const std::int64_t both = std::lcm(frames, std::int64_t{plan.sampleRateHz});
+    if (both <= largest) {
+        options.Set(plan.format->timescaleOption, fmt::format("{}", both));
+    } else if (frames <= largest) {
+        options.Set(plan.format->timescaleOption, fmt::format("{}", frames));
+    }
 }
 
 void Report(const ProgressFunction& progress, std::int64_t done, std::int64_t total, const ExportSettings& settings) {

@@ -15,7 +15,8 @@ constexpr std::array kMovVideo = {"prores-hq"sv, "prores"sv, "prores-4444"sv, "d
                                   "v210"sv,      "h264"sv,   "mjpeg"sv,       "png"sv};
 constexpr std::array kMovAudio = {"pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv, "aac"sv};
 constexpr std::array kMkvVideo = {"ffv1"sv, "h264"sv, "prores-hq"sv, "prores"sv, "prores-4444"sv, "mjpeg"sv};
-constexpr std::array kMkvAudio = {"flac"sv, "pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv, "aac"sv};
+// No AAC: readers of Matroska do not leave out the silence that the encoder puts first.
+constexpr std::array kMkvAudio = {"flac"sv, "pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv};
 constexpr std::array kMp4Video = {"h264"sv};
 constexpr std::array kMp4Audio = {"aac"sv, "alac"sv};
 constexpr std::array kMxfVideo = {"mpeg2-422"sv};
@@ -36,6 +37,7 @@ constexpr std::array<FileFormat, 6> kFileFormats = {{
      .audioCodecs = kMovAudio,
      .options = kMovOptions,
      .timescaleOption = "movie_timescale",
+     .labelsMonoTracks = true,
      .holdsTimecode = true,
      .offersMonoTracks = true},
     {.extension = "mkv",
@@ -43,6 +45,7 @@ constexpr std::array<FileFormat, 6> kFileFormats = {{
      .muxer = "matroska",
      .videoCodecs = kMkvVideo,
      .audioCodecs = kMkvAudio,
+     .needsLayoutInCodec = true,
      .holdsTimecode = true,
      .offersMonoTracks = true},
     {.extension = "mp4",

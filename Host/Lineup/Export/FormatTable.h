@@ -50,6 +50,7 @@ struct AudioCodec {
     std::string_view encoder;         ///< the FFmpeg encoder
     std::string_view surroundLayout;  ///< FFmpeg's layout for L, R, C, LFE, Ls, Rs that this codec knows
     SampleFormat samples = SampleFormat::S24;
+    bool carriesLayout = false;            ///< says which channel is which, whatever the file format
     bool lossless = true;                  ///< decodes to the very samples that went in
     int bitRatePerChannel = 0;             ///< bits a second; 0 where the codec has no say
     std::span<const int> sampleRatesHz{};  ///< those it can have; empty: any
@@ -67,6 +68,8 @@ struct FileFormat {
     std::string_view timescaleOption{};               ///< the muxer's option for the unit of the whole file's times
     std::string_view timeReferenceTag{};              ///< the tag that holds the time code as samples since midnight
     bool uniqueIdentifiers = false;                   ///< no two files are alike, even of the same settings
+    bool needsLayoutInCodec = false;                  ///< cannot say itself which channel is which
+    bool labelsMonoTracks = false;                    ///< says of a mono track which channel it is
     bool holdsTimecode = false;
     bool offersMonoTracks = false;  ///< ExportSettings::monoTracks may be set
     bool onlyMonoTracks = false;    ///< and is, whether it is set or not

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <utility>
 
 extern "C" {
@@ -43,18 +42,8 @@ AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
     throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));
 }
 
-std::string_view LayoutName(const AudioCodec& codec, std::size_t channels) {
-    switch (channels) {
-        case 1:
-            return "mono";
-        case 2:
-            return "stereo";
-        default:
-            return codec.surroundLayout;
-    }
-}
-
-AvCodecContext Open(const AudioCodec& codec, std::size_t channels, int sampleRateHz, const Muxer& muxer) {
+AvCodecContext Open(const AudioCodec& codec, std::size_t channels, const std::string& layout, int sampleRateHz,
+                    const Muxer& muxer) {
     AvCodecContext encoder = NewEncoder(codec.encoder);
     encoder->sample_fmt = FormatFor(*encoder->codec, codec.samples);
     encoder->sample_rate = sampleRateHz;
@@ -63,8 +52,7 @@ AvCodecContext Open(const AudioCodec& codec, std::size_t channels, int sampleRat
     if (codec.samples == SampleFormat::S24) {
         encoder->bits_per_raw_sample = kBitsOf24;
     }
-    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, std::string(LayoutName(codec, channels)).c_str()),
-              "cannot name the sound's channels");
+    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, layout.c_str()), "cannot name the sound's channels");
     if (muxer.WantsGlobalHeaders()) {
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
@@ -75,20 +63,16 @@ AvCodecContext Open(const AudioCodec& codec, std::size_t channels, int sampleRat
 
 }  // namespace
 
-SoundEncoder::SoundEncoder(const AudioCodec& codec, std::vector<int> channels, int sampleRateHz, Muxer& muxer)
+SoundEncoder::SoundEncoder(const AudioCodec& codec, std::vector<int> channels, std::string layout, int sampleRateHz,
+                           Muxer& muxer)
     : mCodec(&codec),
       mChannels(std::move(channels)),
+      mLayout(std::move(layout)),
       mMuxer(&muxer),
-      mEncoder(Open(codec, mChannels.size(), sampleRateHz, muxer)),
+      mEncoder(Open(codec, mChannels.size(), mLayout, sampleRateHz, muxer)),
       mFrame(NewAvFrame()),
       mPacket(NewAvPacket()),
       mStream(muxer.AddStream(*mEncoder)) {}
-
-std::string SoundEncoder::Layout() const {
-    std::array<char, 64> name{};
-    RequireAv(av_channel_layout_describe(&mEncoder->ch_layout, name.data(), name.size()), "cannot name a layout");
-    return name.data();
-}
 
 // The encoder may still hold the samples of the last frame; if not, its memory is used again.
 void SoundEncoder::Reserve(int count) {

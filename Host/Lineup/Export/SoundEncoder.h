@@ -14,17 +14,17 @@ namespace lineup {
 /// One sound track: packs and encodes some of the clip's channels.
 class SoundEncoder {
 public:
-    /// `channels` are the plug-in's channels in the track's order: 1, 2 or 6. Opens the encoder and adds its
-    /// stream to the muxer.
-    SoundEncoder(const AudioCodec& codec, std::vector<int> channels, int sampleRateHz, Muxer& muxer);
+    /// `channels` are the plug-in's channels in the track's order, `layout` FFmpeg's name for that many
+    /// channels. Opens the encoder and adds its stream to the muxer.
+    SoundEncoder(const AudioCodec& codec, std::vector<int> channels, std::string layout, int sampleRateHz,
+                 Muxer& muxer);
 
     /// Samples the encoder wants at a time, the last time fewer; 0: any number.
     [[nodiscard]] int BlockSamples() const noexcept { return mEncoder->frame_size; }
 
     [[nodiscard]] int Channels() const noexcept { return static_cast<int>(mChannels.size()); }
 
-    /// "mono", "stereo", "5.1(side)" or "5.1".
-    [[nodiscard]] std::string Layout() const;
+    [[nodiscard]] const std::string& Layout() const noexcept { return mLayout; }
 
     /// The stream's number in the muxer.
     [[nodiscard]] int Stream() const noexcept { return mStream; }
@@ -42,6 +42,7 @@ private:
 
     const AudioCodec* mCodec;
     std::vector<int> mChannels;
+    std::string mLayout;
     Muxer* mMuxer;
     AvCodecContext mEncoder;
     AvFrame mFrame;

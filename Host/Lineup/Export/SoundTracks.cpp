@@ -1,6 +1,7 @@
 #include "Host/Lineup/Export/SoundTracks.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -25,6 +26,30 @@ std::string_view Name(SampleFormat format) {
     return "f32";
 }
 
+constexpr std::string_view kMono = "mono";
+constexpr std::string_view kStereo = "stereo";
+
+/// FFmpeg's names of single channels, for the tracks of a file that says which channel each one is.
+/// QuickTime's left and right surround are what FFmpeg calls the back.
+struct ChannelLabel {
+    std::string_view channel;
+    std::string_view layout;
+};
+constexpr std::array<ChannelLabel, 6> kChannelLabels = {
+    {{"L", "FL"}, {"R", "FR"}, {"C", "FC"}, {"LFE", "LFE"}, {"Ls", "BL"}, {"Rs", "BR"}}};
+
+std::string MonoLayout(const FileFormat& format, std::string_view channel) {
+    const auto* const label = std::ranges::find(kChannelLabels, channel, &ChannelLabel::channel);
+    return std::string(format.labelsMonoTracks && label != kChannelLabels.end() ? label->layout : kMono);
+}
+
+std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels) {
+    if (channels > 2) {
+        return std::string(codec.surroundLayout);
+    }
+    return std::string(channels == 2 ? kStereo : kMono);
+}
+
 }  // namespace
 
 SoundTracks::SoundTracks(const Clip& clip, const ExportPlan& plan, std::int64_t startSample, Muxer& muxer)
@@ -43,12 +68,14 @@ SoundTracks::SoundTracks(const Clip& clip, const ExportPlan& plan, std::int64_t 
 void SoundTracks::AddTracks(const ExportPlan& plan, Muxer& muxer) {
     const auto& order = plan.channels->fileOrder;
     if (!plan.monoTracks) {
-        mTracks.push_back({SoundEncoder(*mCodec, {order.begin(), order.end()}, mSampleRateHz, muxer), {}});
+        mTracks.push_back({SoundEncoder(*mCodec, {order.begin(), order.end()}, LayoutOfAll(*mCodec, order.size()),
+                                        mSampleRateHz, muxer),
+                           {}});
         return;
     }
     for (const int channel : order) {
-        SoundEncoder encoder(*mCodec, {channel}, mSampleRateHz, muxer);
         std::string title(plan.channels->channels[static_cast<std::size_t>(channel)]);
+        SoundEncoder encoder(*mCodec, {channel}, MonoLayout(*plan.format, title), mSampleRateHz, muxer);
         muxer.Tag(encoder.Stream(), "title", title);
         muxer.Tag(encoder.Stream(), "handler_name", title);
         mTracks.push_back({std::move(encoder), std::move(title)});

@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
 namespace zelcore {
 
@@ -92,5 +93,6 @@ const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
 }  // namespace zelcore
 
 int vexelGetRowbytes(vexel frame) {
+    static_assert(std::is_standard_layout_v<zelcore::FrameBuffer::Frame>, "a handle points at its first member");
     return reinterpret_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
 }

@@ -6,7 +6,6 @@
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <type_traits>
 
 namespace zelcore {
 
@@ -40,9 +39,8 @@ void CheckSide(const char* name, int pixels) {
 
 }  // namespace
 
-// The public part comes first: a handle to it is a pointer to the whole.
-struct FrameBuffer::Frame {
-    vexelFrame shared;
+// A handle points at the public part of one of these.
+struct FrameBuffer::Frame : vexelFrame {
     int width;
     int height;
     std::uint32_t pixelFormat;
@@ -62,7 +60,7 @@ FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
     mFrame->pixelFormat = pixelFormat;
     mFrame->rowBytes = rowBytes;
     mFrame->memory.reset(static_cast<std::uint8_t*>(::operator new(bytes, kRowAlignment)));
-    mFrame->shared.pixels = mFrame->memory.get();
+    mFrame->pixels = mFrame->memory.get();
 }
 
 FrameBuffer::~FrameBuffer() = default;
@@ -82,17 +80,16 @@ int FrameBuffer::RowBytes() const noexcept {
     return mFrame->rowBytes;
 }
 vexel FrameBuffer::Handle() const noexcept {
-    return &mFrame->shared;
+    return mFrame.get();
 }
 
 const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
     const std::ptrdiff_t memoryRow = mFrame->height - 1 - line;
-    return mFrame->shared.pixels + memoryRow * mFrame->rowBytes;
+    return mFrame->pixels + memoryRow * mFrame->rowBytes;
 }
 
 }  // namespace zelcore
 
 int vexelGetRowbytes(vexel frame) {
-    static_assert(std::is_standard_layout_v<zelcore::FrameBuffer::Frame>, "a handle points at its first member");
-    return reinterpret_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
+    return static_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
 }

@@ -25,7 +25,6 @@ constexpr std::int64_t kFewest = kLanes - 1 + kStep;  // room for a whole step b
 // caches that hold a few megabytes, and whoever reads the product next finds it there; from 16 MiB on
 // streaming is faster.
 constexpr std::int64_t kStreamAbove = sizeof(Register) <= 16 ? 131'072 : 4'194'304;
-constexpr std::int64_t kStreamNever = INT64_MAX;
 
 bool IsAligned(const float* address) {
     return reinterpret_cast<std::uintptr_t>(address) % sizeof(Register) == 0;
@@ -132,6 +131,8 @@ void ZeroBytes(float* destination, std::int64_t bytes) {
 }
 
 #else
+
+constexpr std::int64_t kStreamNever = INT64_MAX;
 
 void CopyFloats(const float* source, float* destination, int len) {
     Transform(source, destination, len, kStreamNever, [](auto value) { return value; });

@@ -124,7 +124,7 @@ TEST(Export, SaysWhyAFileCannotBeWrittenAndLeavesNothing) {
 
 TEST(Export, SaysWhyAFileCannotBeWrittenToItsEndAndLeavesNothing) {
     const TemporaryFolder folder;
-    for (const char* name : {"a.mov", "a.mkv", "a.mxf"}) {
+    for (const char* name : {"a.mov", "a.mxf"}) {
         const auto target = folder / name;
         EXPECT_EQ(CauseOfFailure(target, 300000), "cannot write " + target.string() + ": File too large") << name;
     }

@@ -47,9 +47,9 @@ bool IsDigits(std::string_view text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// "7", "7.25" or ".5" in ticks, exact to the microsecond and below; nothing for any other text.
+// "7", "7.25" or ".5" in ticks, exact to every digit; nothing for any other text.
 std::optional<std::int64_t> ParseSeconds(std::string_view text) {
-    constexpr std::size_t kMostDigits = 9;
+    constexpr std::size_t kMostDigits = 7;  // 10^7 seconds still fit 64 bits of ticks
     const std::size_t point = text.find('.');
     const std::string_view whole = text.substr(0, point);
     const std::string_view fraction = point == std::string_view::npos ? "0" : text.substr(point + 1);
@@ -81,10 +81,12 @@ std::optional<std::int64_t> ParseClock(std::string_view text) {
     }
     const auto ticks = ParseSeconds(parts.back());
     const bool overflowsMinute = parts.size() > 1 && ticks && *ticks >= 60 * kTicksPerSecond;
-    if (!ticks || overflowsMinute || minutes > kMostSeconds / 60 || *ticks > kMostSeconds * kTicksPerSecond) {
+    if (!ticks || overflowsMinute || minutes > kMostSeconds / 60) {
         return std::nullopt;
     }
-    return minutes * 60 * kTicksPerSecond + *ticks;
+    const std::int64_t whole = minutes * 60 * kTicksPerSecond;
+    const bool tooLong = *ticks > kMostSeconds * kTicksPerSecond - whole;
+    return tooLong ? std::nullopt : std::optional(whole + *ticks);
 }
 
 struct ShortRate {

@@ -28,7 +28,7 @@ void* AsParameter(std::intptr_t index) {
 
 // The plug-in reads the record only; the request's field is not const because other plug-ins may not.
 void* AsSettings(const void* settings) {
-    return const_cast<void*>(settings);
+    return const_cast<void*>(settings);  // NOLINT(cppcoreguidelines-pro-type-const-cast): see above
 }
 
 }  // namespace

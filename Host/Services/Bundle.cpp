@@ -46,7 +46,7 @@ Plist ReadPlist(const fs::path& file) {
 }
 
 std::optional<std::string> FindString(const Plist& dictionary, const char* key) {
-    const plist_t node = plist_dict_get_item(dictionary.get(), key);
+    auto* const node = plist_dict_get_item(dictionary.get(), key);
     if (node == nullptr || plist_get_node_type(node) != PLIST_STRING) {
         return std::nullopt;
     }
@@ -86,7 +86,7 @@ Bundle::Bundle(const fs::path& folder) : mFolder(folder) {
 }
 
 fs::path Bundle::Executable() const {
-    const fs::path file = mFolder / "Contents" / ZEL_PLATFORM_FOLDER / (mExecutableName + ".so");
+    fs::path file = mFolder / "Contents" / ZEL_PLATFORM_FOLDER / (mExecutableName + ".so");
     std::error_code error;
     if (!fs::is_regular_file(file, error)) {
         throw BundleError("the bundle " + mFolder.string() + " has no executable for this platform: it would be " +

@@ -41,11 +41,11 @@ void CheckSide(const char* name, int pixels) {
 
 // The public part comes first: a handle to it is a pointer to the whole.
 struct FrameBuffer::Frame {
-    vexelFrame shared;
-    int width;
-    int height;
-    std::uint32_t pixelFormat;
-    int rowBytes;
+    vexelFrame shared{};
+    int width = 0;
+    int height = 0;
+    std::uint32_t pixelFormat = 0;
+    int rowBytes = 0;
     std::unique_ptr<std::uint8_t, AlignedDelete> memory;
 };
 

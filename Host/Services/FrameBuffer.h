@@ -20,6 +20,8 @@ public:
     ~FrameBuffer();
     FrameBuffer(FrameBuffer&&) noexcept;
     FrameBuffer& operator=(FrameBuffer&&) noexcept;
+    FrameBuffer(const FrameBuffer&) = delete;
+    FrameBuffer& operator=(const FrameBuffer&) = delete;
 
     [[nodiscard]] int Width() const noexcept;
     [[nodiscard]] int Height() const noexcept;

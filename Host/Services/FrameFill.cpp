@@ -44,7 +44,7 @@ Pixel8 ToCodes(const PixelFloat& values) {
 
 template <class Pixel>
 Pixel Load(const void* colour) {
-    Pixel pixel;
+    Pixel pixel{};
     std::memcpy(&pixel, colour, sizeof pixel);
     return pixel;
 }

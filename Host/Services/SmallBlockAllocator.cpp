@@ -8,6 +8,7 @@ namespace {
 
 // Lives as long as the process: blocks may be returned while static objects are being destroyed.
 std::pmr::memory_resource& Pool() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): one for the process
     static auto* const pool = new std::pmr::synchronized_pool_resource();
     return *pool;
 }

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): part of the interface
 std::atomic<std::int32_t> ippJumpIndexForMergedLibs{kVectorNotInitialised};
 
 namespace {

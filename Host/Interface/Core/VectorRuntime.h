@@ -23,6 +23,7 @@ extern "C" {
 
 /// The dispatch index, one for the process: -1 until ippSafeInit has run. It has the size and
 /// layout of a plain int32_t.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): part of the interface
 ZEL_API extern std::atomic<std::int32_t> ippJumpIndexForMergedLibs;
 
 /// Stores the best variant that this processor and operating system run in the dispatch index.

@@ -1,6 +1,7 @@
 #include "Host/Interface/Frame/PixelFormats.h"
 #include "Host/Lineup/Error.h"
 #include "Host/Lineup/Importer.h"
+#include "Tests/Support/TestFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,25 +18,14 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// A folder of a test's own, removed when the test is over.
-class ImporterFolders : public testing::Test {
+class ImporterFolders : public test::TestFolder {
 protected:
-    ImporterFolders()
-        : mFolder(fs::path(testing::TempDir()) /
-                  (std::string("importer-") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::remove_all(mFolder);
-        fs::create_directories(mFolder);
-    }
-    ~ImporterFolders() override { fs::remove_all(mFolder); }
-
     [[nodiscard]] fs::path CopyOfTheBundle() const {
-        const fs::path copy = mFolder / "Copy.bundle";
+        const fs::path copy = Folder() / "Copy.bundle";
         fs::copy(TEST_BUNDLE, copy, fs::copy_options::recursive);
         return copy;
     }
     static fs::path Executable(const fs::path& bundle) { return bundle / fs::relative(TEST_MODULE, TEST_BUNDLE); }
-
-    fs::path mFolder;
 };
 
 std::string LoadingError(const fs::path& bundle) {
@@ -48,7 +38,7 @@ std::string LoadingError(const fs::path& bundle) {
 }
 
 TEST_F(ImporterFolders, NoBundleAtAllIsSaidWithItsPath) {
-    EXPECT_THAT(LoadingError(mFolder / "Nothing.bundle"),
+    EXPECT_THAT(LoadingError(Folder() / "Nothing.bundle"),
                 AllOf(HasSubstr("no bundle at"), HasSubstr("no such folder")));
 }
 

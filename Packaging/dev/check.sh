@@ -1,0 +1,77 @@
+# What ./dev check and ./dev format do; ./dev reads this file in.
+
+# The project's own C++ files, each ended by a zero byte.
+sources() {
+    local folder
+    for folder in Src Host Apps Bridges Tests Benchmarks; do
+        if [ -d "$root/$folder" ]; then
+            find "$root/$folder" '(' -name '*.cpp' -o -name '*.h' ')' -print0
+        fi
+    done
+}
+
+# step TITLE COMMAND...: a heading, the command, its time.
+step() {
+    local title=$1 start=$SECONDS
+    shift
+    say "== $title"
+    "$@"
+    say "   $((SECONDS - start)) s"
+}
+
+check_layout() { sources | xargs -0 -P "$jobs" -n 20 clang-format-16 --dry-run -Werror; }
+
+# Who includes whom, what the bundle exports and needs, how files are written.
+check_architecture() {
+    configure clang
+    build clang --target architecture_tests
+    in_root ctest --preset clang -L architecture
+}
+
+# The files that the build compiles, without those it generated.
+compiled_sources() {
+    sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$root/build/clang/compile_commands.json" |
+        grep -v "^$root/build/" | sort -u
+}
+
+# One process a file; its findings stay together.
+check_tidy() {
+    compiled_sources | tr '\n' '\0' | xargs -0 -P "$jobs" -n 1 bash -c '
+        findings=$(clang-tidy-16 --quiet -p "$0" "$1" 2>&1) || { printf "%s\n" "$findings"; exit 1; }
+    ' "$root/build/clang"
+}
+
+# The thread sanitizer cannot map its memory where addresses are randomised widely.
+check_threads() {
+    local -a steady=()
+    if setarch -R true 2>/dev/null; then
+        steady=(setarch -R)
+    fi
+    configure tsan
+    quietly "Building (tsan)" in_root "${steady[@]}" cmake --build --preset tsan
+    in_root "${steady[@]}" ctest --preset tsan --parallel "$jobs"
+}
+
+check_memory() {
+    configure asan
+    build asan
+    run_tests asan
+}
+
+verb_check() {
+    [ "$#" = 0 ] || fail "check takes no arguments"
+    need product tests benchmarks check
+    step "Layout (clang-format)" check_layout
+    step "Architecture" check_architecture
+    step "Warnings (Clang)" build clang
+    step "Lint (clang-tidy)" check_tidy
+    step "Thread sanitizer" check_threads
+    # Last, so that the run ends with the tally of every test.
+    say "== Address and undefined-behaviour sanitizers"
+    check_memory
+}
+
+verb_format() {
+    need check
+    sources | xargs -0 clang-format-16 -i "$@"
+}

@@ -1,0 +1,167 @@
+#include "Tests/Support/RunProgram.h"
+#include "Tests/Support/TestFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Program : public test::TestFolder {
+protected:
+    // Runs `lineup ARGUMENTS` in the test's own folder.
+    [[nodiscard]] test::RunResult Lineup(const std::string& arguments) const {
+        return test::RunProgram("cd '" + Folder().string() + "' && '" TEST_LINEUP "' " + arguments, Folder());
+    }
+    [[nodiscard]] bool Exists(const char* name) const { return fs::exists(Folder() / name); }
+
+    // The files in the folder but for what RunProgram keeps there.
+    [[nodiscard]] std::vector<std::string> Files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(Folder())) {
+            if (entry.path().filename() != "stderr.txt") {
+                names.push_back(entry.path().filename().string());
+            }
+        }
+        return names;
+    }
+
+    // A refusal ends with 2, says `text`, and writes nothing.
+    void ExpectRefusal(const std::string& arguments, const std::string& text) const {
+        const auto result = Lineup(arguments);
+        EXPECT_EQ(result.exitCode, 2) << arguments << "\n" << result.err;
+        EXPECT_THAT(result.err, HasSubstr(text)) << arguments;
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(Files(), IsEmpty());
+    }
+};
+
+TEST_F(Program, HelpTeachesEveryCommand) {
+    const auto result = Lineup("--help");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("render"), HasSubstr("frame"), HasSubstr("info"), HasSubstr("Examples")));
+}
+
+TEST_F(Program, HelpOfRenderListsEveryKindOfFile) {
+    const auto result = Lineup("render --help");
+    EXPECT_EQ(result.exitCode, 0);
+    for (const char* const text : {".mov", ".mkv", ".mp4", ".mxf", ".wav", "prores", "--timecode", "--ident"}) {
+        EXPECT_THAT(result.out, HasSubstr(text));
+    }
+}
+
+TEST_F(Program, VersionIsThatOfTheProject) {
+    std::string version = test::ReadFile(TEST_SOURCE_DIR "/VERSION");
+    version.erase(version.find_last_not_of('\n') + 1);
+    EXPECT_THAT(Lineup("--version").out, HasSubstr("lineup " + version));
+}
+
+TEST_F(Program, WithoutACommandIsUsedWrongly) {
+    EXPECT_EQ(Lineup("").exitCode, 2);
+    EXPECT_EQ(Lineup("dance").exitCode, 2);
+    EXPECT_EQ(Lineup("render").exitCode, 2);
+    EXPECT_EQ(Lineup("render a.wav --colour blue").exitCode, 2);
+}
+
+TEST_F(Program, InfoTellsWhatThePluginSays) {
+    const auto report = json::parse(Lineup("info --json --ident blits --sample-rate 96000").out);
+    EXPECT_EQ(report["plugin"]["fileTypes"], json::array({"XQNV"}));
+    EXPECT_EQ(report["plugin"]["pixelFormats"], json::array({"VUx7"}));
+    EXPECT_EQ(report["plugin"]["settingsBytes"], 32);
+    EXPECT_EQ(report["clip"]["numChannels"], 6);
+    EXPECT_EQ(report["clip"]["durationSamples"], 480000);
+    EXPECT_THAT(Lineup("info").out, HasSubstr("1000 Hz at -12.04 dBFS peak"));
+}
+
+TEST_F(Program, RenderSaysWhatItWrote) {
+    const auto result = Lineup("render out.wav --duration 0.5 --json");
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto report = json::parse(result.out);
+    EXPECT_EQ(report["file"], "out.wav");
+    EXPECT_EQ(report["audio"][0]["samples"], 24000);
+    EXPECT_EQ(report["bytes"], fs::file_size(Folder() / "out.wav"));
+}
+
+TEST_F(Program, QuietSaysNothing) {
+    const auto result = Lineup("render out.wav --duration 0.1 --quiet");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.out + result.err, IsEmpty());
+    EXPECT_TRUE(Exists("out.wav"));
+}
+
+TEST_F(Program, ThereIsNoProgressBarInAFile) {
+    EXPECT_THAT(Lineup("render out.mov --size 64x36 --duration 1").err, IsEmpty());
+}
+
+TEST_F(Program, CyclesAreWholeCycles) {
+    const auto report = json::parse(Lineup("render out.wav --ident ebu-stereo-1000 --cycles 2 --json").out);
+    EXPECT_EQ(report["audio"][0]["samples"], 288000);
+}
+
+TEST_F(Program, AnExistingFileIsNeverTouchedWithoutConsent) {
+    std::ofstream(Folder() / "out.wav") << "precious";
+    const auto refused = Lineup("render out.wav --duration 0.1");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("out.wav"));
+    EXPECT_EQ(test::ReadFile(Folder() / "out.wav"), "precious");
+    EXPECT_EQ(Lineup("render out.wav --duration 0.1 -y").exitCode, 0);
+    EXPECT_NE(test::ReadFile(Folder() / "out.wav"), "precious");
+}
+
+TEST_F(Program, RefusalsNameTheOptionTheValueAndWhatIsRight) {
+    ExpectRefusal("render a.mov --frequency 30000", "--frequency 30000: must be 1 to 24000 Hz");
+    ExpectRefusal("render a.mov --frequency loud", "--frequency loud: must be a number of Hz");
+    ExpectRefusal("render a.mov --level 3", "--level 3: must be -300 to 0 dBFS");
+    ExpectRefusal("render a.mov --size 1921x1080", "--size 1921x1080");
+    ExpectRefusal("render a.mov --size 1920", "--size 1920: must be WIDTHxHEIGHT");
+    ExpectRefusal("render a.mov --fps 0", "--fps 0");
+    ExpectRefusal("render a.mov --duration 0", "--duration 0: must be above 0");
+    ExpectRefusal("render a.mov --channels quad", "--channels quad: must be mono, stereo, 5.1");
+    ExpectRefusal("render a.mov --card blue", "--card blue: must be auto, hd or sd");
+    ExpectRefusal("render a.mov --cycles 1", "--cycles 1");
+    ExpectRefusal("render a.mov --ident blits --level -18", "--level -18: has no effect");
+    ExpectRefusal("render a.mov --ident blits --channels stereo", "--channels stereo: the BLITS ident");
+    ExpectRefusal("render a.mov --video-codec vhs", "--video-codec vhs");
+    ExpectRefusal("render a.mov --timecode 25:00:00:00", "--timecode 25:00:00:00");
+    ExpectRefusal("render a.avi", ".mov");
+}
+
+TEST_F(Program, FailuresEndWithOneAndSayWhy) {
+    const auto noFolder = Lineup("render nowhere/a.wav --duration 0.1");
+    EXPECT_EQ(noFolder.exitCode, 1);
+    EXPECT_THAT(noFolder.err, AllOf(HasSubstr("nowhere"), HasSubstr("No such file or directory")));
+
+    const auto noPlugin = Lineup("render a.wav --plugin Missing.bundle");
+    EXPECT_EQ(noPlugin.exitCode, 1);
+    EXPECT_THAT(noPlugin.err, HasSubstr("no bundle at Missing.bundle"));
+    EXPECT_THAT(Files(), IsEmpty());
+}
+
+TEST_F(Program, AnInterruptLeavesNothingBehind) {
+    // The shell waits for the program, which is ended by timeout's SIGINT in the middle of its work.
+    const auto result = test::RunProgram("cd '" + Folder().string() +
+                                             "' && timeout -s INT 1 '" TEST_LINEUP
+                                             "' render a.mkv --duration 10:00:00 --video-codec ffv1",
+                                         Folder());
+    EXPECT_EQ(result.exitCode, 124) << result.err;  // timeout's own code: the program was still at work
+    EXPECT_THAT(result.err, HasSubstr("a.mkv"));
+    EXPECT_THAT(Files(), IsEmpty());
+}
+
+TEST_F(Program, FrameIsAPicture) {
+    const auto result = Lineup("frame card.png --size 320x180");
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(test::ReadFile(Folder() / "card.png").substr(1, 3), "PNG");
+}
+
+}  // namespace

@@ -1,0 +1,90 @@
+#include "Tests/Architecture/IncludeRules.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using test::BrokenIncludeRules;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST(IncludeRules, HoldInTheWholeTree) {
+    const auto files = test::ReadCppSources();
+    ASSERT_THAT(files, testing::Not(IsEmpty()));
+    for (const auto& file : files) {
+        EXPECT_THAT(BrokenIncludeRules(file), IsEmpty());
+    }
+}
+
+TEST(IncludeRules, LetThePlugInUseItsInterfaceBoostAndTheStandardLibrary) {
+    EXPECT_THAT(
+        BrokenIncludeRules({"Src/ToneGenerator/Tone.cpp",
+                            {R"(#include "Src/ToneGenerator/Tone.h")", R"(#include "Host/Interface/Media/TickTime.h")",
+                             "#include <boost/bind.hpp>", "#include <vector>", "#include <cstdint>  // std::int64_t"}}),
+        IsEmpty());
+}
+
+TEST(IncludeRules, KeepTheHostsInsideOutOfThePlugIn) {
+    EXPECT_THAT(BrokenIncludeRules(
+                    {"Src/BarsAndToneImporter/FrameRequest.cpp", {"", R"(#include "Host/Services/FrameBuffer.h")"}}),
+                ElementsAre("Src/BarsAndToneImporter/FrameRequest.cpp:2: Src/BarsAndToneImporter/ may not include "
+                            "Host/Services/FrameBuffer.h"));
+}
+
+TEST(IncludeRules, KeepSystemAndMediaHeadersOutOfThePlugIn) {
+    EXPECT_THAT(BrokenIncludeRules({"Src/ToneGenerator/Tone.cpp",
+                                    {"#include <unistd.h>", "#include <sys/mman.h>", "#include <QWidget>",
+                                     "#  include <libavcodec/avcodec.h>"}}),
+                SizeIs(4));
+}
+
+TEST(IncludeRules, KeepTheImporterOutOfTheToneGenerator) {
+    EXPECT_THAT(BrokenIncludeRules({"Src/ToneGenerator/Tone.cpp",
+                                    {R"(#include "Src/BarsAndToneImporter/BarsAndToneInfo.h")",
+                                     R"(#include "Host/Interface/Importer/ImportSelectors.h")"}}),
+                SizeIs(2));
+}
+
+TEST(IncludeRules, LetTheHostSeeNothingOfThePlugInButItsSettings) {
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.h", {R"(#include "Src/BarsAndToneImporter/BarsAndToneInfo.h")"}}),
+                IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.h", {R"(#include "Src/ToneGenerator/ToneGenerator.h")"}}),
+                SizeIs(1));
+    EXPECT_THAT(BrokenIncludeRules({"Apps/lineup/Main.cpp", {R"(#include "Src/ToneGenerator/ToneGenerator.h")"}}),
+                SizeIs(1));
+}
+
+TEST(IncludeRules, KeepMediaLibrariesInTheExport) {
+    const std::vector<std::string> lines = {"#include <libavcodec/avcodec.h>", "#include <zimg.h>"};
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Export/Encoder.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", lines}), SizeIs(2));
+    EXPECT_THAT(BrokenIncludeRules({"Apps/lineup/Render.cpp", lines}), SizeIs(2));
+}
+
+TEST(IncludeRules, KeepTheServicesFreeOfTheirUsers) {
+    EXPECT_THAT(BrokenIncludeRules({"Host/Services/Bundle.cpp", {R"(#include "Host/Lineup/Error.h")"}}), SizeIs(1));
+    EXPECT_THAT(BrokenIncludeRules({"Host/Interface/Media/TickTime.h", {R"(#include "Host/Services/Bundle.h")"}}),
+                SizeIs(1));
+}
+
+TEST(IncludeRules, RefuseAnIncludeByNeighbourhood) {
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", {R"(#include "Clip.h")"}}), SizeIs(1));
+}
+
+TEST(IncludeRules, LetOneFileOfTheHostKnowTheRequestRecords) {
+    const std::vector<std::string> lines = {R"(#include "Host/Interface/Importer/ImportRecords.h")"};
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Importer.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Src/BarsAndToneImporter/FrameRequest.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", lines}), SizeIs(1));
+    EXPECT_THAT(BrokenIncludeRules({"Src/ToneSettingsDialog/Dialog.cpp", lines}), SizeIs(1));
+}
+
+TEST(IncludeRules, LetOneFileLoadSharedObjects) {
+    const std::vector<std::string> lines = {"    void* handle = dlopen(file, RTLD_NOW);"};
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/DynamicLibrary.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Importer.cpp", lines}), SizeIs(1));
+}
+
+}  // namespace

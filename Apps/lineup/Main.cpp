@@ -30,7 +30,9 @@ int Run(CLI::App& app, int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kUsedWrongly;
     } catch (const lineup::UsageError& error) {
-        fmt::print(stderr, "lineup: --{}\nRun lineup with --help to see what there is.\n", error.what());
+        const bool isOption = error.Option() != "output";  // which is given without a name
+        fmt::print(stderr, "lineup: {}{}\nRun lineup with --help to see what there is.\n", isOption ? "--" : "",
+                   error.what());
         return kUsedWrongly;
     } catch (const std::exception& error) {
         fmt::print(stderr, "lineup: {}\n", error.what());

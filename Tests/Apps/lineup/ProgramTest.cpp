@@ -133,6 +133,7 @@ TEST_F(Program, RefusalsNameTheOptionTheValueAndWhatIsRight) {
     ExpectRefusal("render a.mov --ident blits --channels stereo", "--channels stereo: the BLITS ident");
     ExpectRefusal("render a.mov --video-codec vhs", "--video-codec vhs");
     ExpectRefusal("render a.mov --timecode 25:00:00:00", "--timecode 25:00:00:00");
+    ExpectRefusal("render a.avi", "lineup: output a.avi: ");
     ExpectRefusal("render a.avi", ".mov");
 }
 

@@ -6,6 +6,7 @@
 #include "Host/Services/LocalizerSetup.h"
 #include "Host/Services/UnicodeText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -38,7 +39,9 @@ public:
 
     void AddFolder(const fs::path& folder) {
         const std::lock_guard lock(mMutex);
-        mFolders.push_back(folder);
+        if (std::find(mFolders.begin(), mFolders.end(), folder) == mFolders.end()) {
+            mFolders.push_back(folder);
+        }
         mRead = false;
     }
 

@@ -9,7 +9,7 @@
 
 namespace zelcore {
 
-/// `text` as UTF-8; what is not UTF-16 is left out.
+/// `text` as UTF-8; half a surrogate pair is left out, and what it swallows behind it.
 [[nodiscard]] ZEL_API std::string ToUtf8(const Brio::String& text);
 
 /// `text` as UTF-8; nothing when it is not UTF-16.

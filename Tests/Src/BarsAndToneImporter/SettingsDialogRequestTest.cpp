@@ -6,19 +6,20 @@
 #include "Tests/Src/ToneSettingsDialog/Layouts.h"
 #include "Tests/Src/ToneSettingsDialog/OddRecords.h"
 #include "Tests/Support/FakeToolkit/FakeToolkit.h"
+#include "Tests/Support/GuardedSettings.h"
 #include "Tests/Support/LoadedBundleCopy.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstddef>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 
 using test::FakeDialog;
+using test::GuardedSettings;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -28,8 +29,6 @@ using testing::Not;
 namespace {
 
 constexpr unsigned char kGuardByte = 0xA5;
-constexpr std::size_t kGuardBytes = 16;
-constexpr std::size_t kSettingsBytes = sizeof(BarsAndToneInfo);
 
 void PressesOk(FakeDialog& dialog) {
     dialog.Button("okButton").Press();
@@ -37,38 +36,6 @@ void PressesOk(FakeDialog& dialog) {
 void PressesCancel(FakeDialog& dialog) {
     dialog.Button("cancelButton").Press();
 }
-
-// A host's settings buffer, at an odd address and with guards on both sides.
-class SettingsBuffer {
-public:
-    explicit SettingsBuffer(const BarsAndToneInfo& settings) {
-        mMemory.fill(kGuardByte);
-        std::memcpy(Data(), &settings, kSettingsBytes);
-    }
-
-    unsigned char* Data() { return mMemory.data() + kGuardBytes + 1; }
-
-    BarsAndToneInfo Settings() {
-        BarsAndToneInfo settings;
-        std::memcpy(&settings, Data(), kSettingsBytes);
-        return settings;
-    }
-
-    bool Holds(const BarsAndToneInfo& settings) { return std::memcmp(Data(), &settings, kSettingsBytes) == 0; }
-
-    bool GuardsIntact() {
-        for (const unsigned char& byte : mMemory) {
-            const bool inside = &byte >= Data() && &byte < Data() + kSettingsBytes;
-            if (!inside && byte != kGuardByte) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-private:
-    std::array<unsigned char, kSettingsBytes + 2 * kGuardBytes + 2> mMemory{};
-};
 
 }  // namespace
 
@@ -101,7 +68,7 @@ protected:
     // The settings after a dialog over `settings` with what `person` does.
     BarsAndToneInfo Edit(const BarsAndToneInfo& settings, test::Person person) {
         toolkit.person = std::move(person);
-        SettingsBuffer buffer(settings);
+        GuardedSettings buffer(settings);
         Record().prefs = buffer.Data();
         EXPECT_EQ(Ask(), 0);
         EXPECT_TRUE(buffer.GuardsIntact());
@@ -112,7 +79,7 @@ protected:
     template <class Exception>
     void ExpectFailure(const std::string& text) {
         for (const BarsAndToneInfo& settings : test::OddRecords()) {
-            SettingsBuffer buffer(settings);
+            GuardedSettings buffer(settings);
             Record().prefs = buffer.Data();
             try {
                 Ask();
@@ -148,7 +115,7 @@ TEST_P(SettingsDialogRequest, WithoutABufferAnswersTheSizeAndNothingElse) {
 
 TEST_P(SettingsDialogRequest, ForDefaultsTakesTheHostsRateAndShowsNoDialog) {
     for (const BarsAndToneInfo& before : test::OddRecords()) {
-        SettingsBuffer buffer(before);
+        GuardedSettings buffer(before);
         Record().prefs = buffer.Data();
         Record().useDefaults = 1;
         Record().hostSampleRate = 44100.0F;
@@ -161,7 +128,7 @@ TEST_P(SettingsDialogRequest, ForDefaultsTakesTheHostsRateAndShowsNoDialog) {
 
 TEST_P(SettingsDialogRequest, TakesEveryUseDefaultsButZeroForYes) {
     for (const std::uint8_t useDefaults : std::array<std::uint8_t, 3>{2, 0x80, 0xFF}) {
-        SettingsBuffer buffer(BarsAndToneInfo{.channelType = 1});
+        GuardedSettings buffer(BarsAndToneInfo{.channelType = 1});
         Record().prefs = buffer.Data();
         Record().useDefaults = useDefaults;
         Record().hostSampleRate = 96000.0F;
@@ -226,6 +193,23 @@ TEST_P(SettingsDialogRequest, LeavesOddSettingsByteForByteWhenThePersonCancels) 
     }
 }
 
+TEST_P(SettingsDialogRequest, GoesByTheLastOfTwoPressesOnTheWayOut) {
+    const BarsAndToneInfo before{.channelType = 1, .numChannels = 1};
+    const auto edit = [](FakeDialog& dialog) { dialog.Number("frequencyHotTextNumber").Type(440.0); };
+    const BarsAndToneInfo cancelled = Edit(before, [&](FakeDialog& dialog) {
+        edit(dialog);
+        PressesOk(dialog);
+        PressesCancel(dialog);
+    });
+    EXPECT_EQ(cancelled.frequency, 1000.0F);
+    const BarsAndToneInfo accepted = Edit(before, [&](FakeDialog& dialog) {
+        edit(dialog);
+        PressesCancel(dialog);
+        PressesOk(dialog);
+    });
+    EXPECT_EQ(accepted.frequency, 440.0F);
+}
+
 TEST_P(SettingsDialogRequest, LeavesOddSettingsByteForByteWhenTheWindowIsClosed) {
     for (const BarsAndToneInfo& before : test::OddRecords()) {
         const BarsAndToneInfo after = Edit(before, nullptr);
@@ -248,7 +232,7 @@ TEST_P(SettingsDialogRequest, GivesBackWhatItWasGivenWhenThePersonOnlyPressesOk)
 }
 
 TEST_P(SettingsDialogRequest, TouchesNothingOfTheRecordItself) {
-    SettingsBuffer buffer{BarsAndToneInfo()};
+    GuardedSettings buffer{BarsAndToneInfo()};
     Record().prefs = buffer.Data();
     const auto before = record;
     toolkit.person = PressesOk;

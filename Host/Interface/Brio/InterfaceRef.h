@@ -47,6 +47,10 @@ public:
     }
 
     [[nodiscard]] Interface* Get() const noexcept { return mObject; }
+
+    /// Hands the reference over to the caller and leaves this one empty.
+    [[nodiscard]] Interface* Detach() noexcept { return std::exchange(mObject, nullptr); }
+
     explicit operator bool() const noexcept { return mObject != nullptr; }
 
     /// Throws NullInterfaceException when empty.

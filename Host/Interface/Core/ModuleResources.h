@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Host/Interface/Brio/String.h"
+#include "Host/Interface/Core/Export.h"
+#include "Host/Interface/Core/SmallBlockAllocator.h"
+#include "Host/Interface/Platform/CFBundle.h"
+
+#include <cstdint>
+
+namespace zelcore::utility {
+
+using ByteVector = SmallBlockAllocator::vector<std::uint8_t>;
+
+/// Reads the resource NAME.TYPE of a bundle (Contents/Resources) into `bytes` and returns true; returns
+/// false and leaves `bytes` empty when there is none, it cannot be read, it is larger than 1 MiB or its
+/// name is not a plain file name.
+ZEL_API bool GetBinaryFromModule(CFBundleRef bundle, const Brio::String& name, const Brio::String& type,
+                                 ByteVector& bytes);
+
+}  // namespace zelcore::utility

@@ -1,0 +1,21 @@
+#include "Host/Interface/UI/UI_Toolkit.h"
+
+#include <atomic>
+
+namespace zelui::ui {
+
+namespace {
+
+std::atomic<UI_Toolkit*> gToolkit{nullptr};
+
+}  // namespace
+
+UI_Toolkit* InstallToolkit(UI_Toolkit* toolkit) noexcept {
+    return gToolkit.exchange(toolkit);
+}
+
+UI_Toolkit* CurrentToolkit() noexcept {
+    return gToolkit.load();
+}
+
+}  // namespace zelui::ui

@@ -1,0 +1,8 @@
+#pragma once
+
+/// The level that the dialog shows for a linear gain: 20 log10(gain) in dB. Gains below 1e-15, silence
+/// included, show as -300 dB; a gain that is no number shows as none.
+[[nodiscard]] float LevelDbFromGain(float gain);
+
+/// The linear gain of a level in dB: 10 ^ (levelDb / 20).
+[[nodiscard]] float GainFromLevelDb(float levelDb);

@@ -1,0 +1,78 @@
+#include "Host/Interface/Core/Contract.h"
+#include "Host/Services/ContractReporter.h"
+#include "Src/ToneSettingsDialog/HandleToneSettingsDialog.h"
+#include "Src/ToneSettingsDialog/LayoutNames.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kNotTraceable = 70;
+constexpr int kErrorRaised = 71;
+constexpr int kDebuggerNotSeen = 72;
+
+// A process that violates the dialog's contract while its parent is its debugger.
+[[noreturn]] void ViolateUnderDebugger(bool asksToBreak) {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+        _exit(kNotTraceable);
+    }
+    if (!zelcore::debug::IsDebuggerAttached()) {
+        _exit(kDebuggerNotSeen);
+    }
+    zelcore::debug::SetContractReporter([=](const zelcore::debug::ContractReport&) { return asksToBreak; });
+    try {
+        HandleToneSettingsDialog(kToneSettingsDialogID, {}, nullptr, nullptr);
+    } catch (const std::runtime_error&) {
+        _exit(kErrorRaised);
+    }
+    _exit(EXIT_SUCCESS);
+}
+
+// Follows `child` to its next stop or its end.
+int WaitFor(pid_t child) {
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return status;
+}
+
+bool EndedWith(int status, int code) {
+    return WIFEXITED(status) && WEXITSTATUS(status) == code;
+}
+
+}  // namespace
+
+TEST(ContractViolation, StopsInTheDebuggerWhenTheReportAsksForItAndThenRaisesItsError) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ViolateUnderDebugger(true);
+    }
+    const int status = WaitFor(child);
+    if (EndedWith(status, kNotTraceable)) {
+        GTEST_SKIP() << "processes may not be traced here";
+    }
+    ASSERT_TRUE(WIFSTOPPED(status)) << status;
+    EXPECT_EQ(WSTOPSIG(status), SIGTRAP);
+    ASSERT_EQ(ptrace(PTRACE_CONT, child, nullptr, nullptr), 0);
+    EXPECT_TRUE(EndedWith(WaitFor(child), kErrorRaised));
+}
+
+TEST(ContractViolation, DoesNotStopInTheDebuggerWhenTheReportDoesNotAskForIt) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ViolateUnderDebugger(false);
+    }
+    const int status = WaitFor(child);
+    if (EndedWith(status, kNotTraceable)) {
+        GTEST_SKIP() << "processes may not be traced here";
+    }
+    EXPECT_TRUE(EndedWith(status, kErrorRaised)) << status;
+}

@@ -1,0 +1,166 @@
+#include "Tests/Src/ToneSettingsDialog/DialogTest.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <string>
+
+using test::FakeDialog;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class DialogValues : public test::DialogTest {
+protected:
+    // What the popup of a clip of `channelType` shows for `format`, and the format that OK gives back.
+    struct Popup {
+        std::vector<std::string> labels;
+        std::int64_t chosen = -1;
+        IdentifierFormat accepted;
+    };
+    Popup PopupFor(std::uint32_t channelType, IdentifierFormat format) {
+        exchange.info.channelType = channelType;
+        exchange.info.identifierFormat = format;
+        Popup popup;
+        RunWithIdentifiers([&](FakeDialog& dialog) {
+            popup.labels = dialog.Popup("identifierFormatPopup").Labels();
+            popup.chosen = dialog.Popup("identifierFormatPopup").GetValue();
+            test::PressesOk(dialog);
+        });
+        popup.accepted = exchange.info.identifierFormat;
+        return popup;
+    }
+};
+
+TEST_F(DialogValues, LimitTheToneToHalfTheSampleRate) {
+    exchange.info.sampleRate = 48000.0F;
+    double reached = 0.0;
+    RunPlain([&](FakeDialog& dialog) {
+        dialog.Number("frequencyHotTextNumber").Type(30000.0);
+        reached = dialog.Number("frequencyHotTextNumber").GetValue();
+        test::PressesOk(dialog);
+    });
+    EXPECT_EQ(reached, 24000.0);
+    EXPECT_EQ(exchange.info.frequency, 24000.0F);
+}
+
+TEST_F(DialogValues, HalveTheSampleRateInDoublePrecision) {
+    exchange.info.sampleRate = std::numeric_limits<float>::denorm_min();  // 2^-149: half of it is no float
+    RunPlain([](FakeDialog& dialog) {
+        dialog.Number("frequencyHotTextNumber").Type(1.0);
+        test::PressesOk(dialog);
+    });
+    EXPECT_THAT(toolkit.Calls(), Contains("frequencyHotTextNumber.SetMaxValue 7.0064923216240854e-46"));  // 2^-150
+}
+
+TEST_F(DialogValues, ShowAFrequencyAboveTheLimitAsItIs) {
+    exchange.info.frequency = 40000.0F;
+    RunPlain(test::PressesOk);
+    EXPECT_THAT(toolkit.Calls(), Contains("frequencyHotTextNumber.SetValue 40000"));
+    EXPECT_EQ(exchange.info.frequency, 40000.0F);
+}
+
+TEST_F(DialogValues, ShowSilenceAsMinus300Db) {
+    exchange.info.amplitude = 0.0F;
+    RunPlain(test::ClosesTheWindow);
+    EXPECT_THAT(toolkit.Calls(), Contains("amplitudeHotTextNumber.SetValue -300"));
+}
+
+TEST_F(DialogValues, ShowFullScaleAsZeroDb) {
+    exchange.info.amplitude = 1.0F;
+    RunPlain(test::ClosesTheWindow);
+    EXPECT_THAT(toolkit.Calls(), Contains("amplitudeHotTextNumber.SetValue 0"));
+}
+
+TEST_F(DialogValues, OfferTheStereoSequencesToStereoClips) {
+    const Popup popup = PopupFor(2, EBUStereo1000);
+    EXPECT_THAT(popup.labels, ElementsAre("EBU Stereo (1000 Hz)", "EBU Stereo (400 Hz)"));
+    EXPECT_EQ(popup.chosen, 0);
+    EXPECT_EQ(popup.accepted, EBUStereo1000);
+    EXPECT_EQ(PopupFor(2, EBUStereo400).chosen, 1);
+    EXPECT_EQ(PopupFor(2, EBUStereo400).accepted, EBUStereo400);
+}
+
+TEST_F(DialogValues, OfferTheSurroundSequencesToSurroundClips) {
+    const Popup popup = PopupFor(3, EBUMultichannel);
+    EXPECT_THAT(popup.labels, ElementsAre("EBU Multichannel (5.1)", "BLITS (5.1)"));
+    EXPECT_EQ(popup.chosen, 0);
+    EXPECT_EQ(popup.accepted, EBUMultichannel);
+    EXPECT_EQ(PopupFor(3, BLITS5_1).chosen, 1);
+    EXPECT_EQ(PopupFor(3, BLITS5_1).accepted, BLITS5_1);
+}
+
+TEST_F(DialogValues, ReplaceASurroundSequenceOfAStereoClipByTheFirstStereoOne) {
+    for (const IdentifierFormat format : {EBUMultichannel, BLITS5_1}) {
+        const Popup popup = PopupFor(2, format);
+        EXPECT_EQ(popup.labels.at(static_cast<std::size_t>(popup.chosen)), "EBU Stereo (1000 Hz)");
+        EXPECT_EQ(popup.accepted, EBUStereo1000);
+    }
+}
+
+TEST_F(DialogValues, ReplaceAStereoSequenceOfASurroundClipByTheFirstSurroundOne) {
+    for (const IdentifierFormat format : {EBUStereo1000, EBUStereo400}) {
+        const Popup popup = PopupFor(3, format);
+        EXPECT_EQ(popup.labels.at(static_cast<std::size_t>(popup.chosen)), "EBU Multichannel (5.1)");
+        EXPECT_EQ(popup.accepted, EBUMultichannel);
+    }
+}
+
+TEST_F(DialogValues, ReplaceASequenceThatNobodyKnows) {
+    EXPECT_EQ(PopupFor(2, std::bit_cast<IdentifierFormat>(7U)).accepted, EBUStereo1000);
+    EXPECT_EQ(PopupFor(3, std::bit_cast<IdentifierFormat>(0xFFFFFFFFU)).accepted, EBUMultichannel);
+}
+
+TEST_F(DialogValues, OfferNothingToClipsOfOtherTypesAndKeepTheirSequence) {
+    for (const std::uint32_t channelType : {0U, 1U, 4U, 0xFFFFFFFFU}) {
+        const Popup popup = PopupFor(channelType, BLITS5_1);
+        EXPECT_THAT(popup.labels, IsEmpty());
+        EXPECT_EQ(popup.accepted, BLITS5_1);
+    }
+}
+
+TEST_F(DialogValues, SwitchNeitherRadioButtonOnForAKindThatNobodyKnows) {
+    exchange.info.identifyChannels = 2;
+    RunWithIdentifiers(test::PressesOk);
+    EXPECT_THAT(toolkit.Calls(), Contains("steadyTonesBtn.SetValue 0"));
+    EXPECT_THAT(toolkit.Calls(), Contains("identifyChannelsBtn.SetValue 0"));
+    // It plays as a steady tone, so that is what can be edited; it is kept until a person chooses.
+    EXPECT_THAT(toolkit.Calls(), Contains("frequencyHotTextNumber.SetDisabled 0"));
+    EXPECT_THAT(toolkit.Calls(), Contains("identifierFormatPopup.SetDisabled 1"));
+    EXPECT_EQ(exchange.info.identifyChannels, 2U);
+}
+
+TEST_F(DialogValues, OfTheMonoLayoutLeaveItsIdentifierControlsAloneEvenWhenItHasThem) {
+    exchange.info.identifyChannels = 1;
+    Run(kToneSettingsDialogID, test::IdentifiersLayout(), [](FakeDialog& dialog) {
+        EXPECT_FALSE(dialog.Number("frequencyHotTextNumber").IsDisabled());
+        EXPECT_FALSE(dialog.Number("amplitudeHotTextNumber").IsDisabled());
+        test::PressesOk(dialog);
+    });
+    for (const char* const name : {"steadyTonesBtn", "identifyChannelsBtn", "identifierFormatPopup", "SetDisabled"}) {
+        EXPECT_THAT(toolkit.Calls(), Not(Contains(HasSubstr(name))));
+    }
+    EXPECT_EQ(exchange.info.identifyChannels, 1U);
+}
+
+TEST_F(DialogValues, TellLayoutsApartByTheExactName) {
+    for (const std::string name : {"tonesettingswithidentifiersdialog", "ToneSettingsWithIdentifiersDialo"}) {
+        bundle.AddResource(name + ".tarn", "script");
+        Run(Brio::String(name.begin(), name.end()), test::IdentifiersLayout(), test::PressesOk);
+    }
+    EXPECT_THAT(toolkit.Calls(), Not(Contains(HasSubstr("steadyTonesBtn"))));
+}
+
+TEST_F(DialogValues, DoWithoutIdentifierFormats) {
+    exchange.info.identifyChannels = 1;
+    exchange.info.identifierFormat = BLITS5_1;
+    Run(kToneSettingsWithIdentifiersDialogID, test::Without(test::IdentifiersLayout(), "identifierFormatPopup"),
+        test::PressesOk);
+    EXPECT_THAT(toolkit.Calls(), Not(Contains(HasSubstr("SetDisabled"))));
+    EXPECT_EQ(exchange.info.identifierFormat, BLITS5_1);
+}

@@ -1,0 +1,26 @@
+#include "Src/ToneSettingsDialog/Kest.h"
+#include "Tests/Support/FakeToolkit/FakeToolkit.h"
+
+#include <gtest/gtest.h>
+
+TEST(Kest, ReachesWhatTheToolkitOffers) {
+    test::FakeToolkit toolkit;
+    EXPECT_EQ(Kest::GetTopLevelMenu(), toolkit.MainWindow());
+    EXPECT_EQ(Kest::GetWorkspace(), toolkit.MainWindow()->GetWorkspace());
+    EXPECT_NE(Kest::GetWorkspace(), nullptr);
+    EXPECT_EQ(Kest::GetDrawSupplier(), toolkit.DefaultDrawSupplier());
+    EXPECT_NE(Kest::GetDrawSupplier(), nullptr);
+}
+
+TEST(Kest, HasNoWorkspaceWithoutAMainWindow) {
+    test::FakeToolkit toolkit;
+    toolkit.hasMainWindow = false;
+    EXPECT_EQ(Kest::GetTopLevelMenu(), nullptr);
+    EXPECT_EQ(Kest::GetWorkspace(), nullptr);
+}
+
+TEST(Kest, ReachesNothingWithoutAToolkit) {
+    EXPECT_EQ(Kest::GetTopLevelMenu(), nullptr);
+    EXPECT_EQ(Kest::GetWorkspace(), nullptr);
+    EXPECT_EQ(Kest::GetDrawSupplier(), nullptr);
+}

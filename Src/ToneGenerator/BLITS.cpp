@@ -1,6 +1,5 @@
 #include "Src/ToneGenerator/IdentSequences.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -28,68 +27,52 @@ enum class Writing : std::uint8_t {
     kSilence,
 };
 
-struct Piece {
-    int lastSlot;
+struct Row {
+    std::int64_t lastStep;
     Writing writing;
     ident::ChannelSet sounding;
     double frequency;
     float level;
 };
 
-constexpr ident::ChannelSet kL = ident::Only(ident::kLeftChannelIndex);
-constexpr ident::ChannelSet kR = ident::Only(ident::kRightChannelIndex);
-constexpr ident::ChannelSet kC = ident::Only(ident::kCentreChannelIndex);
-constexpr ident::ChannelSet kLfe = ident::Only(ident::kLowFrequencyChannelIndex);
-constexpr ident::ChannelSet kLs = ident::Only(ident::kLeftSurroundChannelIndex);
-constexpr ident::ChannelSet kRs = ident::Only(ident::kRightSurroundChannelIndex);
-
-constexpr Piece Burst(int lastSlot, ident::ChannelSet channel, double frequency) {
-    return {lastSlot, Writing::kInPlace, channel, frequency, ident::kLevelFloat};
+constexpr Row Burst(std::int64_t lastStep, ident::ChannelSet channel, double frequency) {
+    return {lastStep, Writing::kInPlace, channel, frequency, ident::kLevelFloat};
 }
-constexpr Piece Together(int lastSlot, ident::ChannelSet channels, double frequency, float level) {
-    return {lastSlot, Writing::kAcross, channels, frequency, level};
+constexpr Row Together(std::int64_t lastStep, ident::ChannelSet channels, double frequency, float level) {
+    return {lastStep, Writing::kAcross, channels, frequency, level};
 }
-constexpr Piece Silence(int lastSlot) {
-    return {lastSlot, Writing::kSilence, ident::kNoChannels, 0.0, 0.0F};
+constexpr Row Silence(std::int64_t lastStep) {
+    return {lastStep, Writing::kSilence, ident::kNoChannels, 0.0, 0.0F};
 }
 
-// Each row runs from the slot after the row above to its last slot, a slot being 0.1 s. Channels that
-// do not sound are silent.
-constexpr std::array<Piece, 24> kPieces = {{
-    Burst(5, kL, 880.0),  // 0.0 s: the channels one by one
+// Channels that do not sound are silent. A request is cut at every step, also inside a row.
+constexpr std::array<Row, 24> kRows = {{
+    Burst(5, ident::kLeft, 880.0),  // 0.0 s: the channels one by one
     Silence(7),
-    Burst(13, kR, 880.0),
+    Burst(13, ident::kRight, 880.0),  // 0.8 s
     Silence(15),
-    Burst(21, kC, 1320.0),
+    Burst(21, ident::kCentre, 1320.0),  // 1.6 s
     Silence(23),
-    Burst(29, kLfe, 88.5),
+    Burst(29, ident::kLowFrequency, 88.5),  // 2.4 s
     Silence(31),
-    Burst(37, kLs, 660.0),
+    Burst(37, ident::kLeftSurround, 660.0),  // 3.2 s
     Silence(39),
-    Burst(45, kRs, 660.0),
+    Burst(45, ident::kRightSurround, 660.0),  // 4.0 s
     Silence(47),
     Together(57, ident::kFrontPair, 1000.0, ident::kLevelFloat),  // 4.8 s: stereo, left broken four times
-    Burst(60, kR, 1000.0),
+    Burst(60, ident::kRight, 1000.0),                             // 5.8 s
     Together(63, ident::kFrontPair, 1000.0, ident::kLevelFloat),
-    Burst(66, kR, 1000.0),
+    Burst(66, ident::kRight, 1000.0),  // 6.4 s
     Together(69, ident::kFrontPair, 1000.0, ident::kLevelFloat),
-    Burst(72, kR, 1000.0),
+    Burst(72, ident::kRight, 1000.0),  // 7.0 s
     Together(75, ident::kFrontPair, 1000.0, ident::kLevelFloat),
-    Burst(78, kR, 1000.0),
+    Burst(78, ident::kRight, 1000.0),  // 7.6 s
     Together(98, ident::kFrontPair, 1000.0, ident::kLevelFloat),
     Silence(101),
     Together(131, ident::kAllChannels, 2000.0, kClosingLevel),  // 10.2 s: everything together
     Silence(133),
 }};
-static_assert(kBLITSFrameRate * (kPieces.back().lastSlot + 1) == TickTime(kBLITSPatternRate.Ticks()));
-
-// The piece that `slot` belongs to; null for the slots outside the cycle that there are where times wrap.
-const Piece* FindPiece(std::int64_t slot) {
-    if (slot < 0 || slot > kPieces.back().lastSlot) {
-        return nullptr;
-    }
-    return std::ranges::lower_bound(kPieces, slot, {}, &Piece::lastSlot);
-}
+static_assert(ident::MakeOneCycle(kRows, kBLITSPatternRate, kBLITSFrameRate));
 
 }  // namespace
 
@@ -100,19 +83,19 @@ void ToneGenerator::GenerateBLITS(const TickTime& startTime, float** buffers, in
     for (long long pos = 0; pos < numSamples;) {
         const TickTime time = startTime + mFrameRate * pos;
         const ident::CyclePosition at = ident::Locate(time, kBLITSPatternRate, kBLITSFrameRate);
-        const TickTime slotEnd = ident::StepEnd(at, kBLITSFrameRate);
-        const long long count = SamplesUntil(slotEnd, time, endTime, numSamples - pos);
+        const long long count = CountPieceSamples(at.stepStart, kBLITSFrameRate, time, endTime, numSamples - pos);
 
-        if (const Piece* piece = FindPiece(at.step)) {
-            if (piece->writing == Writing::kAcross) {
-                GenerateTonesAcrossChannels(ident::ToChannelList(piece->sounding), time,
-                                            static_cast<float>(piece->frequency), piece->level, buffers, numChannels,
-                                            pos, count, peakMode);
-            } else if (piece->writing == Writing::kInPlace) {
-                float* const channel = buffers[std::countr_zero(piece->sounding)];
-                WriteIdentTone(time, piece->frequency, channel + pos, count, peakMode);
+        // A step outside the cycle, which a ToFrame64 that rounds down never gives, would write nothing.
+        if (const Row* const row = ident::FindRow(kRows, at.step)) {
+            if (row->writing == Writing::kAcross) {
+                GenerateTonesAcrossChannels(ident::ToChannelList(row->sounding), time,
+                                            static_cast<float>(row->frequency), row->level, buffers, numChannels, pos,
+                                            count, peakMode);
+            } else if (row->writing == Writing::kInPlace) {
+                float* const channel = buffers[std::countr_zero(row->sounding)];
+                WriteIdentTone(time, row->frequency, channel + pos, count, peakMode);
             }
-            const ident::ChannelSet silent = ident::kAllChannels & ~piece->sounding;
+            const ident::ChannelSet silent = ident::kAllChannels & ~row->sounding;
             GenerateSilenceAcrossChannels(ident::ToChannelList(silent), buffers, numChannels, pos, count);
         }
         pos += count;

@@ -22,36 +22,27 @@ constexpr FrameRate kEBUMultichannelFrameRate{127008000000};     // 0.5 s, 24 to
 constexpr double kToneFrequency = 1000.0;
 constexpr double kLowFrequencyTone = 80.0;
 
-// What sounds in each half second. Full-range channels that are not named are silent.
-constexpr std::array<ident::ChannelSet, 24> kSounding = {
-    ident::kFullRangeChannels, ident::kFullRangeChannels,
-    ident::kFullRangeChannels,  // 0.0 s
-    ident::kFullRangeChannels, ident::kFullRangeChannels,
-    ident::kFullRangeChannels,                                                  // 1.5 s
-    ident::kNoChannels,        ident::Only(ident::kLeftChannelIndex),           // 3.0 s
-    ident::kNoChannels,        ident::Only(ident::kCentreChannelIndex),         // 4.0 s
-    ident::kNoChannels,        ident::Only(ident::kRightChannelIndex),          // 5.0 s
-    ident::kNoChannels,        ident::Only(ident::kRightSurroundChannelIndex),  // 6.0 s
-    ident::kNoChannels,        ident::Only(ident::kLeftSurroundChannelIndex),   // 7.0 s
-    ident::kNoChannels,        ident::kNoChannels,                              // 8.0 s
-    ident::kFullRangeChannels, ident::kFullRangeChannels,
-    ident::kFullRangeChannels,  // 9.0 s
-    ident::kFullRangeChannels, ident::kFullRangeChannels,
-    ident::kFullRangeChannels,  // 10.5 s
+struct Row {
+    std::int64_t lastStep;
+    ident::ChannelSet sounding;  // the other full-range channels are silent
 };
-static_assert(kEBUMultichannelFrameRate * kSounding.size() == TickTime(kEBUMultichannelPatternRate.Ticks()));
 
-constexpr bool IsInCycle(std::int64_t step) {
-    return step >= 0 && step < static_cast<std::int64_t>(kSounding.size());
-}
-
-// Where times wrap there are steps outside the cycle: they sound on the left and silence nothing.
-constexpr ident::ChannelSet SoundingAt(std::int64_t step) {
-    return IsInCycle(step) ? kSounding.at(static_cast<std::size_t>(step)) : ident::Only(ident::kLeftChannelIndex);
-}
-constexpr ident::ChannelSet SilentAt(std::int64_t step) {
-    return IsInCycle(step) ? ident::kFullRangeChannels & ~SoundingAt(step) : ident::kNoChannels;
-}
+constexpr std::array<Row, 13> kRows = {{
+    {5, ident::kFullRangeChannels},  // 0.0 s: all together
+    {6, ident::kNoChannels},
+    {7, ident::kLeft},  // 3.5 s: one by one
+    {8, ident::kNoChannels},
+    {9, ident::kCentre},  // 4.5 s
+    {10, ident::kNoChannels},
+    {11, ident::kRight},  // 5.5 s
+    {12, ident::kNoChannels},
+    {13, ident::kRightSurround},  // 6.5 s
+    {14, ident::kNoChannels},
+    {15, ident::kLeftSurround},  // 7.5 s
+    {17, ident::kNoChannels},
+    {23, ident::kFullRangeChannels},  // 9.0 s: all together again
+}};
+static_assert(ident::MakeOneCycle(kRows, kEBUMultichannelPatternRate, kEBUMultichannelFrameRate));
 
 }  // namespace
 
@@ -62,19 +53,24 @@ void ToneGenerator::GenerateEBUMultichannel(const TickTime& startTime, float** b
     for (long long pos = 0; pos < numSamples;) {
         const TickTime time = startTime + mFrameRate * pos;
         const ident::CyclePosition at = ident::Locate(time, kEBUMultichannelPatternRate, kEBUMultichannelFrameRate);
-        const TickTime stepEnd = ident::StepEnd(at, kEBUMultichannelFrameRate);
-        const long long count = SamplesUntil(stepEnd, time, endTime, numSamples - pos);
+        const long long count =
+            CountPieceSamples(at.stepStart, kEBUMultichannelFrameRate, time, endTime, numSamples - pos);
 
-        const ident::ChannelSet sounding = SoundingAt(at.step);
+        // A step outside the cycle, which a ToFrame64 that rounds down never gives, would sound on the left alone.
+        const Row* const row = ident::FindRow(kRows, at.step);
+        const ident::ChannelSet sounding = row != nullptr ? row->sounding : ident::kLeft;
+        const ident::ChannelSet silent = row != nullptr ? ident::kFullRangeChannels & ~sounding : ident::kNoChannels;
         if (sounding == ident::kFullRangeChannels) {
             GenerateTonesAcrossChannels(ident::ToChannelList(sounding), time, static_cast<float>(kToneFrequency),
                                         ident::kLevelFloat, buffers, numChannels, pos, count, peakMode);
         } else {
+            // The list comes first: where there is no memory for it, no channel of the step is written.
+            const ChannelList silentList = ident::ToChannelList(silent);
             // A lone burst takes the phase of the request's start, not that of its own first sample.
             if (sounding != ident::kNoChannels) {
                 WriteIdentTone(startTime, kToneFrequency, buffers[std::countr_zero(sounding)] + pos, count, peakMode);
             }
-            GenerateSilenceAcrossChannels(ident::ToChannelList(SilentAt(at.step)), buffers, numChannels, pos, count);
+            GenerateSilenceAcrossChannels(silentList, buffers, numChannels, pos, count);
         }
         pos += count;
     }

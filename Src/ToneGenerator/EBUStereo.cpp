@@ -15,8 +15,8 @@ constexpr FrameRate kEBUStereoPatternRate{762048000000};  // 3 s
 constexpr FrameRate kEBUStereoFrameRate{63504000000};     // 0.25 s, twelve to a cycle
 
 constexpr std::int64_t kSilentStep = 11;
-constexpr TickTime kToneEnd = kEBUStereoFrameRate * kSilentStep;
-constexpr TickTime kCycleEnd{kEBUStereoPatternRate.Ticks()};
+constexpr FrameRate kToneLength{kEBUStereoFrameRate.Ticks() * kSilentStep};  // 2.75 s
+static_assert(kToneLength.Ticks() + kEBUStereoFrameRate.Ticks() == kEBUStereoPatternRate.Ticks());
 
 }  // namespace
 
@@ -29,8 +29,9 @@ void ToneGenerator::GenerateEBUStereo(const TickTime& startTime, float frequency
         const TickTime time = startTime + mFrameRate * pos;
         const ident::CyclePosition at = ident::Locate(time, kEBUStereoPatternRate, kEBUStereoFrameRate);
         const bool silent = at.step == kSilentStep;
-        const TickTime segmentEnd = at.cycleStart + (silent ? kCycleEnd : kToneEnd);
-        const long long count = SamplesUntil(segmentEnd, time, endTime, numSamples - pos);
+        const TickTime segmentStart = silent ? at.stepStart : at.cycleStart;
+        const FrameRate segmentLength = silent ? kEBUStereoFrameRate : kToneLength;
+        const long long count = CountPieceSamples(segmentStart, segmentLength, time, endTime, numSamples - pos);
 
         if (silent) {
             ippsZero_32f(left + pos, static_cast<int>(count));

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+using zelmediatypes::FrameRate;
 using zelmediatypes::TickTime;
 
 namespace ident {
@@ -49,9 +50,9 @@ void ToneGenerator::WriteIdentTone(const TickTime& phaseTime, double frequency, 
     }
 }
 
-long long ToneGenerator::SamplesUntil(const TickTime& segmentEnd, const TickTime& currentTime, const TickTime& endTime,
-                                      long long samplesLeft) const {
-    const long long count =
-        CalculateNumSamplesToGenerate(segmentEnd, zelmediatypes::FrameRate(0), currentTime, endTime);
+long long ToneGenerator::CountPieceSamples(const TickTime& segmentStart, const FrameRate& segmentLength,
+                                           const TickTime& pieceStart, const TickTime& endTime,
+                                           long long samplesLeft) const {
+    const long long count = CalculateNumSamplesToGenerate(segmentStart, segmentLength, pieceStart, endTime);
     return std::clamp(count, 1LL, samplesLeft);
 }

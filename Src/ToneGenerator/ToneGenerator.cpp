@@ -3,7 +3,9 @@
 #include "Src/VectorPrimitives/VectorPrimitives.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
 
 using zelmediatypes::FrameRate;
@@ -14,6 +16,7 @@ namespace {
 // 2 pi rounded to single precision and widened. Every tone is defined with this value, so the exact
 // one would change every sample.
 constexpr double kTwoPi = 6.2831854820251465;
+static_assert(std::bit_cast<std::uint64_t>(kTwoPi) == 0x401921FB60000000);
 
 void WriteConstant(float level, float* out, long long numSamples) {
     if (numSamples > 0) {

@@ -13,7 +13,9 @@
 /// - buffers[c][i]: channel c, sample i; numSamples <= 0 writes nothing
 /// - peakMode: write each tone's constant level instead of its waveform; silence stays 0.0
 ///
-/// No operation fails, locks or keeps state; all are safe to call concurrently on separate buffers.
+/// No operation locks or keeps state; all are safe to call concurrently on separate buffers. The only
+/// failure is std::bad_alloc, from the operations that build channel lists: the all-channels overload,
+/// before it writes anything, and the two 5.1 idents, between the pieces they have written.
 class ToneGenerator {
 public:
     using ChannelList = zelcore::utility::SmallBlockAllocator::vector<int>;
@@ -36,8 +38,7 @@ public:
                                      float frequency, float amplitude, float** buffers, int numChannels,
                                      long long sampleOffset, long long numSamples, bool peakMode) const;
 
-    /// The same for channels 0 .. numChannels - 1, from sample 0 on. Throws std::bad_alloc when there
-    /// is no memory for the channel list.
+    /// The same for channels 0 .. numChannels - 1, from sample 0 on.
     void GenerateTonesAcrossChannels(const zelmediatypes::TickTime& startTime, float frequency, float amplitude,
                                      float** buffers, int numChannels, long long numSamples, bool peakMode) const;
 
@@ -78,11 +79,13 @@ private:
     void WriteIdentTone(const zelmediatypes::TickTime& phaseTime, double frequency, float* out, long long numSamples,
                         bool peakMode) const;
 
-    /// The samples of a request that lie before `segmentEnd`: what CalculateNumSamplesToGenerate
-    /// counts, but never less than one nor more than are left, even where times wrap.
-    [[nodiscard]] long long SamplesUntil(const zelmediatypes::TickTime& segmentEnd,
-                                         const zelmediatypes::TickTime& currentTime,
-                                         const zelmediatypes::TickTime& endTime, long long samplesLeft) const;
+    /// The samples that an ident writes in one piece from pieceStart on: what
+    /// CalculateNumSamplesToGenerate counts, but never less than one nor more than are left of the
+    /// request, even where times wrap.
+    [[nodiscard]] long long CountPieceSamples(const zelmediatypes::TickTime& segmentStart,
+                                              const zelmediatypes::FrameRate& segmentLength,
+                                              const zelmediatypes::TickTime& pieceStart,
+                                              const zelmediatypes::TickTime& endTime, long long samplesLeft) const;
 
     zelmediatypes::FrameRate mFrameRate;
 };

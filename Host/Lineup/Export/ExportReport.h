@@ -27,7 +27,7 @@ struct AudioReport {
     std::string sampleFormat;  ///< "s16", "s24", "s32" or "f32": what the samples were rounded to
     int sampleRateHz = 0;
     int channels = 0;
-    std::string layout;  ///< "mono", "stereo" or "5.1(side)"
+    std::string layout;  ///< FFmpeg's name: "mono", "stereo", "5.1(side)", "5.1"; "FL" and so on for a labelled track
     std::string title;   ///< the channel's name where there is a track a channel, else empty
 };
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Host/Lineup/Export/ColourConversion.h"
+#include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Rational.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+#include <libavutil/pixfmt.h>
+}
+
+namespace lineup {
+
+/// How a file says what its picture's values mean.
+struct ColourTags {
+    AVColorPrimaries primaries;
+    AVColorTransferCharacteristic transfer;
+    AVColorSpace matrix;
+    AVColorRange range;
+    AVChromaLocation chroma;
+};
+
+/// What a picture of `height` lines is converted to and tagged as in this codec.
+ColourTags TagsFor(const VideoCodec& codec, int height);
+
+/// The planes the codec's pixel format is made of, filled as TagsFor says.
+PlaneFormat PlanesFor(const VideoCodec& codec, int height);
+
+/// The shape of a pixel: that of the standard-definition rasters 720x480, 720x486 and 720x576 for a 4:3
+/// picture, square for all others.
+Rational SampleAspect(int width, int height);
+
+/// The codec's pixel format.
+AVPixelFormat PixelFormat(const VideoCodec& codec);
+
+}  // namespace lineup

@@ -1,0 +1,126 @@
+#include "Host/Lineup/Export/Muxer.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <new>
+#include <string>
+
+namespace lineup {
+
+namespace {
+
+constexpr int kBufferBytes = 1 << 18;
+
+TargetFile& FileOf(void* opaque) {
+    return *static_cast<TargetFile*>(opaque);
+}
+
+int WriteBytes(void* opaque, std::uint8_t* bytes, int count) {
+    TargetFile& file = FileOf(opaque);
+    return file.Write({bytes, static_cast<std::size_t>(count)}) ? count : AVERROR(file.Errno());
+}
+
+std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
+    TargetFile& file = FileOf(opaque);
+    switch (whence & ~AVSEEK_FORCE) {
+        case AVSEEK_SIZE:
+            return file.Size();
+        case SEEK_SET:
+            break;
+        case SEEK_CUR:
+            offset += file.Position();
+            break;
+        case SEEK_END:
+            offset += file.Size();
+            break;
+        default:
+            return AVERROR(EINVAL);
+    }
+    return file.Seek(offset) ? offset : AVERROR(file.Errno());
+}
+
+AvIoContext OpenIo(TargetFile& file) {
+    auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
+    if (buffer == nullptr) {
+        throw std::bad_alloc();
+    }
+    AVIOContext* const io =
+        avio_alloc_context(buffer, kBufferBytes, /*write_flag=*/1, &file, nullptr, &WriteBytes, &SeekTo);
+    if (io == nullptr) {
+        av_free(buffer);
+        throw std::bad_alloc();
+    }
+    return AvIoContext(io);
+}
+
+AvFormatContext OpenContext(const FileFormat& format, AVIOContext& io) {
+    AVFormatContext* context = nullptr;
+    RequireAv(avformat_alloc_output_context2(&context, nullptr, std::string(format.muxer).c_str(), nullptr),
+              fmt::format("cannot write a .{} file", format.extension));
+    context->pb = &io;
+    context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    return AvFormatContext(context);
+}
+
+}  // namespace
+
+Muxer::Muxer(const FileFormat& format, TargetFile& file)
+    : mFormat(&format), mFile(&file), mIo(OpenIo(file)), mContext(OpenContext(format, *mIo)) {
+    // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
+    if (!format.uniqueIdentifiers) {
+        mContext->flags |= AVFMT_FLAG_BITEXACT;
+    }
+}
+
+void Muxer::Require(int code) {
+    mFile->ThrowIfFailed();
+    RequireAv(code, fmt::format("cannot write {}", mFile->Target().string()));
+}
+
+bool Muxer::WantsGlobalHeaders() const noexcept {
+    return (mContext->oformat->flags & AVFMT_GLOBALHEADER) != 0;
+}
+
+int Muxer::AddStream(const AVCodecContext& encoder) {
+    AVStream* const stream = avformat_new_stream(mContext.get(), nullptr);
+    if (stream == nullptr) {
+        throw std::bad_alloc();
+    }
+    Require(avcodec_parameters_from_context(stream->codecpar, &encoder));
+    stream->time_base = encoder.time_base;
+    stream->avg_frame_rate = encoder.framerate;
+    stream->r_frame_rate = encoder.framerate;
+    stream->sample_aspect_ratio = encoder.sample_aspect_ratio;
+    return stream->index;
+}
+
+void Muxer::Tag(int stream, std::string_view key, std::string_view value) {
+    Require(av_dict_set(&mContext->streams[stream]->metadata, std::string(key).c_str(), std::string(value).c_str(), 0));
+}
+
+void Muxer::TagFile(std::string_view key, std::string_view value) {
+    Require(av_dict_set(&mContext->metadata, std::string(key).c_str(), std::string(value).c_str(), 0));
+}
+
+void Muxer::Begin(AvOptions& options) {
+    for (const CodecOption& option : mFormat->options) {
+        options.Set(option.name, option.value);
+    }
+    Require(avformat_write_header(mContext.get(), options.Address()));
+    options.RequireAllUsed(mFormat->muxer);
+}
+
+void Muxer::Write(AVPacket& packet, int stream, AVRational timeBase) {
+    packet.stream_index = stream;
+    av_packet_rescale_ts(&packet, timeBase, mContext->streams[stream]->time_base);
+    Require(av_interleaved_write_frame(mContext.get(), &packet));
+}
+
+void Muxer::Finish() {
+    Require(av_write_trailer(mContext.get()));
+    avio_flush(mIo.get());
+    Require(mIo->error);
+}
+
+}  // namespace lineup

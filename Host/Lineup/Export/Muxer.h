@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/TargetFile.h"
+
+#include <string_view>
+
+namespace lineup {
+
+/// Puts encoded packets into a file of one format. The file must outlive it. Every method throws Error
+/// when the file cannot be written, with the system's cause.
+class Muxer {
+public:
+    Muxer(const FileFormat& format, TargetFile& file);
+
+    /// Whether encoders must keep their headers out of their packets.
+    [[nodiscard]] bool WantsGlobalHeaders() const noexcept;
+
+    /// Adds a stream for what an opened encoder makes, and returns its number.
+    int AddStream(const AVCodecContext& encoder);
+
+    /// Tags a stream, before Begin.
+    void Tag(int stream, std::string_view key, std::string_view value);
+
+    /// Tags the file, before Begin.
+    void TagFile(std::string_view key, std::string_view value);
+
+    /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the format's own.
+    void Begin(AvOptions& options);
+
+    /// Writes a packet, timed in `timeBase`, in its turn among the streams' packets. Leaves it blank.
+    void Write(AVPacket& packet, int stream, AVRational timeBase);
+
+    /// Writes the file's end. The file is whole now, but for TargetFile::Commit.
+    void Finish();
+
+private:
+    void Require(int code);
+
+    const FileFormat* mFormat;
+    TargetFile* mFile;
+    AvIoContext mIo;
+    AvFormatContext mContext;
+};
+
+}  // namespace lineup

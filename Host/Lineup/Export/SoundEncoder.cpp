@@ -1,0 +1,116 @@
+#include "Host/Lineup/Export/SoundEncoder.h"
+
+#include "Host/Lineup/Export/SamplePacking.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+extern "C" {
+#include <libavutil/channel_layout.h>
+#include <libavutil/samplefmt.h>
+}
+
+namespace lineup {
+
+namespace {
+
+constexpr int kBitsOf24 = 24;
+
+AVSampleFormat InterleavedFormat(SampleFormat samples) {
+    switch (samples) {
+        case SampleFormat::S16:
+            return AV_SAMPLE_FMT_S16;
+        case SampleFormat::S24:  // in the upper bytes of 32 bits
+        case SampleFormat::S32:
+            return AV_SAMPLE_FMT_S32;
+        case SampleFormat::F32:
+            break;
+    }
+    return AV_SAMPLE_FMT_FLT;
+}
+
+/// The encoder's own form of these samples: all channels in one buffer, or a buffer a channel.
+AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
+    const AVSampleFormat interleaved = InterleavedFormat(samples);
+    for (const AVSampleFormat* format = encoder.sample_fmts; format != nullptr && *format != AV_SAMPLE_FMT_NONE;
+         ++format) {
+        if (av_get_packed_sample_fmt(*format) == interleaved) {
+            return *format;
+        }
+    }
+    throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));
+}
+
+AvCodecContext Open(const AudioCodec& codec, std::size_t channels, const std::string& layout, int sampleRateHz,
+                    const Muxer& muxer) {
+    AvCodecContext encoder = NewEncoder(codec.encoder);
+    encoder->sample_fmt = FormatFor(*encoder->codec, codec.samples);
+    encoder->sample_rate = sampleRateHz;
+    encoder->time_base = {1, sampleRateHz};
+    encoder->bit_rate = std::int64_t{codec.bitRatePerChannel} * static_cast<std::int64_t>(channels);
+    if (codec.samples == SampleFormat::S24) {
+        encoder->bits_per_raw_sample = kBitsOf24;
+    }
+    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, layout.c_str()), "cannot name the sound's channels");
+    if (muxer.WantsGlobalHeaders()) {
+        encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    }
+    AvOptions options;
+    OpenEncoder(*encoder, options);
+    return encoder;
+}
+
+}  // namespace
+
+SoundEncoder::SoundEncoder(const AudioCodec& codec, std::vector<int> channels, std::string layout, int sampleRateHz,
+                           Muxer& muxer)
+    : mCodec(&codec),
+      mChannels(std::move(channels)),
+      mLayout(std::move(layout)),
+      mMuxer(&muxer),
+      mEncoder(Open(codec, mChannels.size(), mLayout, sampleRateHz, muxer)),
+      mFrame(NewAvFrame()),
+      mPacket(NewAvPacket()),
+      mStream(muxer.AddStream(*mEncoder)) {}
+
+// The encoder may still hold the samples of the last frame; if not, its memory is used again.
+void SoundEncoder::Reserve(int count) {
+    if (mFrame->nb_samples >= count && av_frame_is_writable(mFrame.get()) > 0) {
+        mFrame->nb_samples = count;
+        return;
+    }
+    av_frame_unref(mFrame.get());
+    mFrame->format = mEncoder->sample_fmt;
+    mFrame->sample_rate = mEncoder->sample_rate;
+    mFrame->nb_samples = count;
+    RequireAv(av_channel_layout_copy(&mFrame->ch_layout, &mEncoder->ch_layout), "cannot name a layout");
+    RequireAv(av_frame_get_buffer(mFrame.get(), 0), "cannot make room for sound");
+}
+
+void SoundEncoder::Write(std::span<float* const> samples, std::int64_t position, int count) {
+    Reserve(count);
+    const bool planar = av_sample_fmt_is_planar(mEncoder->sample_fmt) != 0;
+    for (std::size_t place = 0; place < mChannels.size(); ++place) {
+        const float* const channel = samples[static_cast<std::size_t>(mChannels[place])];
+        std::uint8_t* const first =
+            planar ? mFrame->extended_data[place] : mFrame->data[0] + place * BytesPerSample(mCodec->samples);
+        PackSamples({channel, static_cast<std::size_t>(count)}, mCodec->samples, first, planar ? 1 : mChannels.size());
+    }
+    mFrame->pts = position;
+    SendFrame(*mEncoder, mFrame.get());
+    WritePackets();
+}
+
+void SoundEncoder::Finish() {
+    SendFrame(*mEncoder, nullptr);
+    WritePackets();
+}
+
+void SoundEncoder::WritePackets() {
+    while (ReceivePacket(*mEncoder, *mPacket)) {
+        mMuxer->Write(*mPacket, mStream, mEncoder->time_base);
+    }
+}
+
+}  // namespace lineup

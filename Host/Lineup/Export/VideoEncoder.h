@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Host/Lineup/Clip.h"
+#include "Host/Lineup/Export/ExportSettings.h"
+#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Muxer.h"
+
+#include <cstdint>
+
+namespace lineup {
+
+/// The picture's way into a file. The clip's picture does not change: it is drawn and converted once, and
+/// where the codec's frames stand alone it is encoded once too.
+class VideoEncoder {
+public:
+    /// Opens the encoder and adds its stream to the muxer.
+    VideoEncoder(const Clip& clip, const VideoCodec& codec, const ExportSettings& settings, Muxer& muxer);
+
+    /// Writes frame `index`; called for 0, 1, 2, ... in turn.
+    void WriteFrame(std::int64_t index);
+
+    /// Writes what the encoder still holds back.
+    void Finish();
+
+private:
+    void EncodeOnce();
+    void WritePackets();
+
+    Muxer* mMuxer;
+    AvFrame mFrame;
+    AvCodecContext mEncoder;
+    AvPacket mPacket;
+    AvPacket mOnlyPacket;  // the encoded picture, or null where every frame is encoded
+    bool mRepeat;
+    int mStream = 0;
+};
+
+}  // namespace lineup

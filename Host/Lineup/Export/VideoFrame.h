@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Host/Lineup/Clip.h"
+#include "Host/Lineup/Export/ExportSettings.h"
+#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/FormatTable.h"
+
+namespace lineup {
+
+/// Draws the clip's picture as the codec wants it: converted, and tagged with what it holds.
+AvFrame MakeVideoFrame(const Clip& clip, const VideoCodec& codec, int width, int height, Card card);
+
+/// Sets the encoder's picture format to that of `frame`, tags and all.
+void DescribeFrame(AVCodecContext& encoder, const AVFrame& frame);
+
+}  // namespace lineup

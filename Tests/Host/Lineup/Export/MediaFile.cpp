@@ -1,0 +1,127 @@
+#include "Tests/Host/Lineup/Export/MediaFile.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Paths of temporary folders hold nothing that a shell would take apart.
+std::vector<std::uint8_t> Run(const std::string& command) {
+    FILE* const output = popen(command.c_str(), "r");
+    if (output == nullptr) {
+        throw std::runtime_error("cannot run " + command);
+    }
+    std::vector<std::uint8_t> bytes;
+    std::array<std::uint8_t, 65536> buffer{};
+    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), output)) {
+        bytes.insert(bytes.end(), buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+    if (pclose(output) != 0) {
+        throw std::runtime_error("failed: " + command);
+    }
+    return bytes;
+}
+
+template <typename Sample>
+std::vector<Sample> DecodeAs(const fs::path& file, std::string_view stream, std::string_view format) {
+    const auto bytes = Decode(file, stream, fmt::format("-f {}", format));
+    std::vector<Sample> samples(bytes.size() / sizeof(Sample));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(Sample));
+    return samples;
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+    std::string name = (fs::temp_directory_path() / "lineup-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("cannot make a temporary folder");
+    }
+    mPath = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(mPath, ignored);
+}
+
+std::vector<std::string> TemporaryFolder::Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(mPath)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+lineup::Clip OpenClip(BarsAndToneInfo settings) {
+    return lineup::Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
+}
+
+lineup::Clip OpenClip(std::uint32_t channels) {
+    BarsAndToneInfo settings;
+    settings.numChannels = channels;
+    if (channels > 1) {
+        settings.identifyChannels = 1;
+        settings.identifierFormat = channels == 6 ? BLITS5_1 : EBUStereo1000;
+    }
+    return OpenClip(settings);
+}
+
+lineup::ExportSettings SmallExport(const fs::path& target, std::int64_t duration) {
+    lineup::ExportSettings settings;
+    settings.target = target;
+    settings.width = 192;
+    settings.height = 108;
+    settings.duration = duration;
+    return settings;
+}
+
+nlohmann::json Probe(const fs::path& file) {
+    const auto text = Run(
+        fmt::format(FFPROBE_PROGRAM " -v error -count_frames -show_format -show_streams -of json {}", file.string()));
+    return nlohmann::json::parse(text.begin(), text.end());
+}
+
+std::vector<nlohmann::json> Streams(const fs::path& file, std::string_view kind) {
+    std::vector<nlohmann::json> streams;
+    const nlohmann::json probe = Probe(file);
+    std::ranges::copy_if(probe.at("streams"), std::back_inserter(streams),
+                         [kind](const nlohmann::json& stream) { return stream.at("codec_type") == kind; });
+    return streams;
+}
+
+std::vector<std::uint8_t> Decode(const fs::path& file, std::string_view stream, std::string_view arguments) {
+    return Run(fmt::format(FFMPEG_PROGRAM " -v error -i {} -map 0:{} {} -", file.string(), stream, arguments));
+}
+
+std::vector<float> DecodeFloats(const fs::path& file, std::string_view stream) {
+    return DecodeAs<float>(file, stream, "f32le");
+}
+
+std::vector<std::int32_t> DecodeIntegers(const fs::path& file, std::string_view stream) {
+    return DecodeAs<std::int32_t>(file, stream, "s32le");
+}
+
+std::vector<std::uint8_t> ReadFile(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void WriteFile(const fs::path& file, std::string_view text) {
+    std::ofstream(file) << text;
+}
+
+}  // namespace test

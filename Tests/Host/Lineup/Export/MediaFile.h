@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Host/Lineup/Clip.h"
+#include "Host/Lineup/Export/Exporter.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace test {
+
+/// A folder of one test's own, removed with all it holds.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& Path() const { return mPath; }
+    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return mPath / name; }
+
+    /// The names of everything in it, hidden files too, sorted.
+    [[nodiscard]] std::vector<std::string> Names() const;
+
+private:
+    std::filesystem::path mPath;
+};
+
+/// A clip of the plug-in under test. With an ident of two or six channels every channel differs.
+lineup::Clip OpenClip(BarsAndToneInfo settings);
+lineup::Clip OpenClip(std::uint32_t channels = 2);
+
+/// Settings for a small quick file.
+lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int64_t duration);
+
+/// What ffprobe says of a file.
+nlohmann::json Probe(const std::filesystem::path& file);
+
+/// The file's streams of one kind: "video", "audio" or "data".
+std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::string_view kind);
+
+/// The bytes that ffmpeg decodes one stream to ("v:0", "a:1"), with further output arguments.
+std::vector<std::uint8_t> Decode(const std::filesystem::path& file, std::string_view stream,
+                                 std::string_view arguments);
+
+/// The samples of one sound stream, interleaved: floats, or 32-bit integers.
+std::vector<float> DecodeFloats(const std::filesystem::path& file, std::string_view stream);
+std::vector<std::int32_t> DecodeIntegers(const std::filesystem::path& file, std::string_view stream);
+
+std::vector<std::uint8_t> ReadFile(const std::filesystem::path& file);
+void WriteFile(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace test

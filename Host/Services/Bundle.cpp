@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
-#include <limits>
 #include <memory>
 #include <optional>
 

@@ -39,9 +39,8 @@ void CheckSide(const char* name, int pixels) {
 
 }  // namespace
 
-// The public part comes first: a handle to it is a pointer to the whole.
-struct FrameBuffer::Frame {
-    vexelFrame shared{};
+// A handle points at the public part of one of these.
+struct FrameBuffer::Frame : vexelFrame {
     int width = 0;
     int height = 0;
     std::uint32_t pixelFormat = 0;
@@ -61,7 +60,7 @@ FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
     mFrame->pixelFormat = pixelFormat;
     mFrame->rowBytes = rowBytes;
     mFrame->memory.reset(static_cast<std::uint8_t*>(::operator new(bytes, kRowAlignment)));
-    mFrame->shared.pixels = mFrame->memory.get();
+    mFrame->pixels = mFrame->memory.get();
 }
 
 FrameBuffer::~FrameBuffer() = default;
@@ -81,16 +80,16 @@ int FrameBuffer::RowBytes() const noexcept {
     return mFrame->rowBytes;
 }
 vexel FrameBuffer::Handle() const noexcept {
-    return &mFrame->shared;
+    return mFrame.get();
 }
 
 const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
     const std::ptrdiff_t memoryRow = mFrame->height - 1 - line;
-    return mFrame->shared.pixels + memoryRow * mFrame->rowBytes;
+    return mFrame->pixels + memoryRow * mFrame->rowBytes;
 }
 
 }  // namespace zelcore
 
 int vexelGetRowbytes(vexel frame) {
-    return reinterpret_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
+    return static_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
 }

@@ -1,5 +1,7 @@
 #include "Host/Interface/Core/VectorRuntime.h"
 
+#include "Host/Interface/Core/ByteKernels.h"
+
 #include <cstring>
 
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): part of the interface
@@ -7,16 +9,16 @@ std::atomic<std::int32_t> ippJumpIndexForMergedLibs{kVectorNotInitialised};
 
 namespace {
 
-// The widest variant whose whole instruction level is there. The compiler's feature tests include the
-// operating system's consent to the wider registers.
+// The best variant that runs here. Each test names the instruction set that the variant of that index is
+// compiled for (Src/VectorPrimitives/CMakeLists.txt) and nothing more: the two change together. The
+// compiler's feature tests include the operating system's consent to the wider registers.
 std::int32_t BestVariant() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
-        __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512cd")) {
+    if (__builtin_cpu_supports("avx512f")) {
         return kVector_k0;
     }
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) {
+    if (__builtin_cpu_supports("avx2")) {
         return kVector_l9;
     }
     if (__builtin_cpu_supports("avx")) {
@@ -29,10 +31,11 @@ std::int32_t BestVariant() {
     return kVector_n8;
 }
 
-// The C library's own dispatch picks the widest kernel for the size, so the forms share it.
+// The C library picks its own kernel for the processor and the size, so the forms share it. A copy of a
+// block onto itself is allowed, which memcpy does not promise.
 void Copy(const void* source, void* destination, std::int64_t bytes) {
     if (bytes > 0) {
-        std::memcpy(destination, source, static_cast<std::size_t>(bytes));
+        std::memmove(destination, source, static_cast<std::size_t>(bytes));
     }
 }
 

@@ -1,38 +1,69 @@
 #include "Src/VectorPrimitives/VectorPrimitives.h"
 
-#include <algorithm>
+#include "Host/Interface/Core/VectorRuntime.h"
+#include "Src/VectorPrimitives/VectorKernels.h"
+
+#include <array>
+#include <cstddef>
 
 namespace {
 
-IppStatus Check(const void* source, const void* destination, int len) {
-    if (source == nullptr || destination == nullptr) {
-        return ippStsNullPtrErr;
-    }
-    return len <= 0 ? ippStsSizeErr : ippStsNoErr;
+using vectorkernels::Kernels;
+
+// The first call of the process finds the index at -1: these set it and go through the entry again.
+
+IppStatus InitialiseAndCopy(const Ipp32f* source, Ipp32f* destination, int len) {
+    ippSafeInit();
+    return ippsCopy_32f(source, destination, len);
+}
+
+IppStatus InitialiseAndZero(Ipp32f* destination, int len) {
+    ippSafeInit();
+    return ippsZero_32f(destination, len);
+}
+
+IppStatus InitialiseAndMultiply(const Ipp32f* source, Ipp32f val, Ipp32f* destination, int len) {
+    ippSafeInit();
+    return ippsMulC_32f(source, val, destination, len);
+}
+
+constexpr Kernels kInitialise = {
+    .copy = InitialiseAndCopy, .zero = InitialiseAndZero, .multiply = InitialiseAndMultiply};
+
+// By index, from -1.
+constexpr std::array<const Kernels*, 1 + kVectorVariantCount> kTable = {
+    &kInitialise,
+#if defined(__x86_64__)
+    &vectorkernels::n8::kKernels,
+    &vectorkernels::y8::kKernels,
+    &vectorkernels::e9::kKernels,
+    &vectorkernels::l9::kKernels,
+    &vectorkernels::k0::kKernels,
+#else
+    &vectorkernels::portable::kKernels,
+    &vectorkernels::portable::kKernels,
+    &vectorkernels::portable::kKernels,
+    &vectorkernels::portable::kKernels,
+    &vectorkernels::portable::kKernels,
+#endif
+};
+
+// Relaxed: the index guards no other memory, and a thread that still reads -1 only initialises again.
+const Kernels& Selected() {
+    const std::int32_t index = ippJumpIndexForMergedLibs.load(std::memory_order_relaxed);
+    return *kTable[static_cast<std::size_t>(index - kVectorNotInitialised)];
 }
 
 }  // namespace
 
 IppStatus ippsCopy_32f(const Ipp32f* pSrc, Ipp32f* pDst, int len) {
-    const IppStatus status = Check(pSrc, pDst, len);
-    if (status == ippStsNoErr) {
-        std::copy_n(pSrc, len, pDst);
-    }
-    return status;
+    return Selected().copy(pSrc, pDst, len);
 }
 
 IppStatus ippsZero_32f(Ipp32f* pDst, int len) {
-    const IppStatus status = Check(pDst, pDst, len);
-    if (status == ippStsNoErr) {
-        std::fill_n(pDst, len, 0.0F);
-    }
-    return status;
+    return Selected().zero(pDst, len);
 }
 
 IppStatus ippsMulC_32f(const Ipp32f* pSrc, Ipp32f val, Ipp32f* pDst, int len) {
-    const IppStatus status = Check(pSrc, pDst, len);
-    if (status == ippStsNoErr) {
-        std::transform(pSrc, pSrc + len, pDst, [val](float x) { return x * val; });
-    }
-    return status;
+    return Selected().multiply(pSrc, val, pDst, len);
 }

@@ -40,6 +40,10 @@ std::string RateText(Rational rate) {
     return std::to_string(rate.num) + "/" + std::to_string(rate.den);
 }
 
+double Number(const std::string& fraction) {
+    return std::stod(fraction) / std::stod(fraction.substr(fraction.find('/') + 1));
+}
+
 TEST(Containers, EndPictureAndSoundTogetherToTheSample) {
     const TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip();
@@ -51,7 +55,8 @@ TEST(Containers, EndPictureAndSoundTogetherToTheSample) {
             EXPECT_EQ(report.samples, samples);
             const json video = test::Streams(folder / name, "video").at(0);
             EXPECT_EQ(video.at("nb_read_frames"), "7") << name << RateText(rate);
-            EXPECT_EQ(video.at("r_frame_rate"), RateText(rate)) << name;
+            // Matroska counts a frame's length in nanoseconds; its readers make a near fraction of it.
+            EXPECT_NEAR(Number(video.at("avg_frame_rate")), Number(RateText(rate)), 0.0001) << name;
             EXPECT_EQ(test::DecodeFloats(folder / name, "a:0").size(), static_cast<std::size_t>(samples) * channels)
                 << name << RateText(rate);
         }
@@ -69,6 +74,7 @@ TEST(Containers, OfMoviesGiveBothStreamsTheirExactLength) {
             const std::int64_t scale = std::stoll(timeBase.substr(2));
             EXPECT_EQ(video.at("duration_ts"), 7 * rate.den * scale / rate.num) << name << RateText(rate);
             EXPECT_EQ(video.at("start_pts"), 0);
+            EXPECT_EQ(video.at("r_frame_rate"), RateText(rate)) << name;
             const json audio = test::Streams(folder / name, "audio").at(0);
             EXPECT_EQ(audio.at("time_base"), "1/48000");
             EXPECT_EQ(audio.at("duration_ts"), samples) << name << RateText(rate);
@@ -93,15 +99,15 @@ TEST(Containers, ReportWhatOthersRead) {
         EXPECT_EQ(report.target, folder / name);
         EXPECT_EQ(report.bytes, std::filesystem::file_size(folder / name));
         EXPECT_EQ(report.container, std::string(name).substr(2));
-        EXPECT_EQ(report.video->pixelFormat, video.at("pix_fmt"));
-        EXPECT_EQ(report.video->width, video.at("width"));
-        EXPECT_EQ(report.video->height, video.at("height"));
-        EXPECT_EQ(report.video->colour, video.at("color_space"));
+        EXPECT_EQ(video.at("pix_fmt"), report.video->pixelFormat);
+        EXPECT_EQ(video.at("width"), report.video->width);
+        EXPECT_EQ(video.at("height"), report.video->height);
+        EXPECT_EQ(video.at("color_space"), report.video->colour);
         EXPECT_EQ(report.video->frameRate, (Rational{30000, 1001}));
         const json audio = test::Streams(folder / name, "audio").at(0);
-        EXPECT_EQ(std::to_string(report.audio.at(0).sampleRateHz), audio.at("sample_rate"));
-        EXPECT_EQ(report.audio.at(0).channels, audio.at("channels"));
-        EXPECT_EQ(report.audio.at(0).layout, audio.at("channel_layout"));
+        EXPECT_EQ(audio.at("sample_rate"), std::to_string(report.audio.at(0).sampleRateHz));
+        EXPECT_EQ(audio.at("channels"), report.audio.at(0).channels);
+        EXPECT_EQ(audio.at("channel_layout"), report.audio.at(0).layout);
     }
 }
 

@@ -15,6 +15,10 @@ namespace {
 using nlohmann::json;
 using test::TemporaryFolder;
 
+// 2.6 s on, each sequence sounds on one channel and not on its neighbours: left is silent in the stereo ident from
+// 2.75 s to 3 s, and the surround ident plays its low-frequency tone.
+constexpr std::int64_t kStart = 125000;
+
 // The clip's samples, interleaved in the order of files.
 std::vector<float> Expected(const lineup::Clip& clip, std::int64_t start, std::int64_t count) {
     const auto& order = lineup::FindChannelLayout(clip.NumChannels())->fileOrder;
@@ -37,7 +41,7 @@ std::vector<float> Expected(const lineup::Clip& clip, std::int64_t start, std::i
 lineup::ExportSettings Sound(const std::filesystem::path& target, std::int64_t samples, const char* codec) {
     auto settings = test::SmallExport(target, samples);
     settings.audioCodec = codec;
-    settings.startSample = 40000;  // where the sequences have left and right differ
+    settings.startSample = kStart;
     return settings;
 }
 
@@ -45,17 +49,36 @@ bool SameBits(const std::vector<float>& a, const std::vector<float>& b) {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
 }
 
+bool Sounds(const std::vector<float>& interleaved, std::size_t channels, std::size_t place) {
+    for (std::size_t i = place; i < interleaved.size(); i += channels) {
+        if (interleaved[i] != 0.0F) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST(SoundFiles, AreCheckedWhereAWrongOrderOfChannelsWouldShow) {
+    const auto stereo = Expected(test::OpenClip(2), 133000, 9000);  // 2.77 s to 2.96 s
+    EXPECT_FALSE(Sounds(stereo, 2, 0));
+    EXPECT_TRUE(Sounds(stereo, 2, 1));
+    const auto surround = Expected(test::OpenClip(6), kStart, 9000);
+    for (std::size_t place = 0; place < 6; ++place) {
+        EXPECT_EQ(Sounds(surround, 6, place), place == 3) << place;
+    }
+}
+
 TEST(SoundFiles, OfFloatsHoldTheVerySamplesOfTheClip) {
     const TemporaryFolder folder;
     for (const std::uint32_t channels : {1U, 2U, 6U}) {
         const lineup::Clip clip = test::OpenClip(channels);
-        const auto expected = Expected(clip, 40000, 24000);
+        const auto expected = Expected(clip, kStart, 24000);
         ASSERT_NE(std::ranges::max(expected), 0.0F);
         const auto name = std::to_string(channels);
         Export(clip, Sound(folder / (name + ".wav"), 24000, "pcm-f32"));
         EXPECT_TRUE(SameBits(test::DecodeFloats(folder / (name + ".wav"), "a:0"), expected)) << channels;
         Export(clip, Sound(folder / (name + ".mov"), 12, "pcm-f32"));  // 12 frames of 1920 samples
-        EXPECT_TRUE(SameBits(test::DecodeFloats(folder / (name + ".mov"), "a:0"), Expected(clip, 40000, 23040)))
+        EXPECT_TRUE(SameBits(test::DecodeFloats(folder / (name + ".mov"), "a:0"), Expected(clip, kStart, 23040)))
             << channels;
     }
 }
@@ -63,7 +86,7 @@ TEST(SoundFiles, OfFloatsHoldTheVerySamplesOfTheClip) {
 TEST(SoundFiles, Of24BitsHoldTheSamplesRounded) {
     const TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip(6);
-    const auto expected = Expected(clip, 40000, 23040);
+    const auto expected = Expected(clip, kStart, 23040);
     for (const auto& [name, codec] :
          {std::pair("a.mov", "pcm-s24"), {"a.mov", "alac"}, {"a.mkv", "flac"}, {"a.mp4", "alac"}}) {
         auto settings = Sound(folder / name, 12, codec);
@@ -80,7 +103,7 @@ TEST(SoundFiles, Of24BitsHoldTheSamplesRounded) {
 TEST(SoundFiles, Of16And32BitsHoldTheSamplesRounded) {
     const TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip(2);
-    const auto expected = Expected(clip, 40000, 4800);
+    const auto expected = Expected(clip, kStart, 4800);
     Export(clip, Sound(folder / "16.wav", 4800, "pcm-s16"));
     Export(clip, Sound(folder / "32.wav", 4800, "pcm-s32"));
     const auto of16 = test::DecodeIntegers(folder / "16.wav", "a:0");
@@ -128,7 +151,7 @@ TEST(SoundFiles, SayWhichChannelIsWhich) {
     EXPECT_EQ(layout("a.wav", 4800), "5.1(side)");
 }
 
-// The channel mask lies 40 bytes after the chunk's "fmt ", FL FR FC LFE SL SR: 0x60F.
+// The channel mask lies 28 bytes after the start of the chunk "fmt ", FL FR FC LFE SL SR: 0x60F.
 TEST(SoundFiles, OfWaveCarryTheSideLayoutsMask) {
     const TemporaryFolder folder;
     Export(test::OpenClip(6), test::SmallExport(folder / "a.wav", 480));
@@ -153,7 +176,7 @@ TEST(SoundFiles, OfWaveCountTheTimecodeInSamplesSinceMidnight) {
 TEST(SoundFiles, CanHaveATrackAChannel) {
     const TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip(6);
-    const auto expected = Expected(clip, 40000, 23040);
+    const auto expected = Expected(clip, kStart, 23040);
     for (const char* name : {"a.mov", "a.mkv", "a.mxf"}) {
         auto settings = Sound(folder / name, 12, "pcm-s24");
         settings.monoTracks = true;

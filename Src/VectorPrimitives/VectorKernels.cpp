@@ -1,0 +1,198 @@
+#include "Src/VectorPrimitives/VectorKernels.h"
+
+#include "Host/Interface/Core/ByteKernels.h"
+#include "Src/VectorPrimitives/VectorRegister.h"
+
+#include <cstdint>
+
+// One instruction level of the primitives: compiled once for each, with
+//   VECTOR_VARIANT     the level's name, a namespace of VectorKernels.h
+//   VECTOR_BYTES       the width of its registers (VectorRegister.h)
+//   VECTOR_LARGE_COPY  the host's byte kernel for copies of 32 KiB and more; without it, the level
+//                      copies with its own kernel
+// Only the table at the end has a name outside this file, and no header with inline functions comes in:
+// code of one level must never serve another.
+
+namespace vectorkernels::VECTOR_VARIANT {
+
+namespace {
+
+constexpr std::int64_t kLanes = sizeof(Register) / sizeof(float);
+constexpr std::int64_t kStep = 2 * kLanes;            // floats a turn of the main loop
+constexpr std::int64_t kFewest = kLanes - 1 + kStep;  // room for a whole step behind any head
+
+// Products of more floats than this are streamed past the caches. A processor with 256-bit registers has
+// caches that hold a few megabytes, and whoever reads the product next finds it there; from 16 MiB on
+// streaming is faster.
+constexpr std::int64_t kStreamAbove = sizeof(Register) <= 16 ? 131'072 : 4'194'304;
+
+bool IsAligned(const float* address) {
+    return reinterpret_cast<std::uintptr_t>(address) % sizeof(Register) == 0;
+}
+
+// The floats before the first one on a register boundary.
+std::int64_t HeadOf(const float* address) {
+    const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(address) % sizeof(Register);
+    return static_cast<std::int64_t>((sizeof(Register) - beyond) % sizeof(Register) / sizeof(float));
+}
+
+// destination[i] = operation(source[i]) for i in [first, end), one by one or under a mask.
+template <class Operation>
+void TransformFew(const float* source, float* destination, std::int64_t first, std::int64_t end, Operation operation) {
+    std::int64_t i = first;
+#if defined(VECTOR_HAS_MASKS)
+    for (; i + kLanes <= end; i += kLanes) {
+        Store(destination + i, operation(Load(source + i)));
+    }
+    if (i < end) {
+        StoreFirst(destination + i, operation(LoadFirst(source + i, end - i)), end - i);
+    }
+#else
+    for (; i < end; ++i) {
+        destination[i] = operation(source[i]);
+    }
+#endif
+}
+
+// destination[i] = operation(source[i]) for i < len: a head up to the destination's alignment, whole
+// steps, a tail. More than `streamAbove` floats of steps between aligned buffers are streamed past the
+// caches, but not in place: there the lines are in the caches already, and streaming takes twice as long.
+template <class Operation>
+void Transform(const float* source, float* destination, std::int64_t len, std::int64_t streamAbove,
+               Operation operation) {
+    std::int64_t i = 0;
+    if (len >= kFewest) {
+        const std::int64_t head = HeadOf(destination);
+        TransformFew(source, destination, 0, head, operation);
+        i = head;
+        const std::int64_t stepsEnd = i + (len - i) / kStep * kStep;
+        if (stepsEnd - i > streamAbove && IsAligned(source + i) && IsAligned(destination + i) &&
+            source != destination) {
+            for (; i < stepsEnd; i += kStep) {
+                Stream(destination + i, operation(Load(source + i)));
+                Stream(destination + i + kLanes, operation(Load(source + i + kLanes)));
+            }
+            EndStreaming();
+        }
+        for (; i < stepsEnd; i += kStep) {
+            Store(destination + i, operation(Load(source + i)));
+            Store(destination + i + kLanes, operation(Load(source + i + kLanes)));
+        }
+    }
+    TransformFew(source, destination, i, len, operation);
+}
+
+IppStatus Check(const void* source, const void* destination, int len) {
+    if (source == nullptr || destination == nullptr) {
+        return ippStsNullPtrErr;
+    }
+    return len <= 0 ? ippStsSizeErr : ippStsNoErr;
+}
+
+#if defined(VECTOR_LARGE_COPY)
+
+constexpr int kBytesPerFloat = sizeof(float);
+constexpr int kMostFloats = INT32_MAX / kBytesPerFloat;               // whose bytes an int still counts
+constexpr int kChunkFloats = INT32_MAX / 32 * (32 / kBytesPerFloat);  // the most that are whole 32-byte blocks
+constexpr int kLargeCopyBytes = 32'768;
+constexpr std::int64_t kLargeZeroBytes = 2'097'152;
+static_assert(kMostFloats == 536'870'911 && kChunkFloats == 536'870'904);
+
+IppStatus ippsCopy_8u(const Ipp8u* source, Ipp8u* destination, int len) {
+    const IppStatus status = Check(source, destination, len);
+    if (status == ippStsNoErr) {
+        if (len < kLargeCopyBytes) {
+            ippCopyBytes_E9(source, destination, len);
+        } else {
+            VECTOR_LARGE_COPY(source, destination, len);
+        }
+    }
+    return status;
+}
+
+void CopyFloats(const float* source, float* destination, int len) {
+    const auto* from = reinterpret_cast<const Ipp8u*>(source);
+    auto* to = reinterpret_cast<Ipp8u*>(destination);
+    while (len > kMostFloats) {
+        ippsCopy_8u(from, to, kChunkFloats * kBytesPerFloat);
+        from += kChunkFloats * kBytesPerFloat;
+        to += kChunkFloats * kBytesPerFloat;
+        len -= kChunkFloats;
+    }
+    ippsCopy_8u(from, to, len * kBytesPerFloat);
+}
+
+void ZeroBytes(float* destination, std::int64_t bytes) {
+    if (bytes <= kLargeZeroBytes) {
+        ippZeroBytes_E9(destination, bytes);
+    } else {
+        ippZeroBytes(destination, bytes);
+    }
+}
+
+#else
+
+constexpr std::int64_t kStreamNever = INT64_MAX;
+
+void CopyFloats(const float* source, float* destination, int len) {
+    Transform(source, destination, len, kStreamNever, [](auto value) { return value; });
+}
+
+void ZeroBytes(float* destination, std::int64_t bytes) {
+    ippZeroBytes(destination, bytes);
+}
+
+#endif
+
+IppStatus Copy(const Ipp32f* source, Ipp32f* destination, int len) {
+    const IppStatus status = Check(source, destination, len);
+    if (status == ippStsNoErr) {
+        CopyFloats(source, destination, len);
+    }
+    return status;
+}
+
+IppStatus Zero(Ipp32f* destination, int len) {
+    const IppStatus status = Check(destination, destination, len);
+    if (status == ippStsNoErr) {
+        ZeroBytes(destination, static_cast<std::int64_t>(len) * static_cast<std::int64_t>(sizeof(float)));
+    }
+    return status;
+}
+
+bool IsNaN(float value) {
+    return value != value;
+}
+
+void Fill(float* destination, float value, int len) {
+    for (int i = 0; i < len; ++i) {
+        destination[i] = value;
+    }
+}
+
+// A product of two NaNs keeps one of the two, and the compiler chooses which by the order it multiplies
+// in. So a NaN constant is not multiplied: every product is that NaN, made quiet by the addition.
+IppStatus Multiply(const Ipp32f* source, Ipp32f val, Ipp32f* destination, int len) {
+    const IppStatus status = Check(source, destination, len);
+    if (status != ippStsNoErr) {
+        return status;
+    }
+    if (val == 1.0F) {
+        return Copy(source, destination, len);
+    }
+    if (val == 0.0F) {
+        return Zero(destination, len);
+    }
+    if (IsNaN(val)) {
+        Fill(destination, val + val, len);
+    } else {
+        Transform(source, destination, len, kStreamAbove, [val](auto value) { return value * val; });
+    }
+    return status;
+}
+
+}  // namespace
+
+const Kernels kKernels = {.copy = Copy, .zero = Zero, .multiply = Multiply};
+
+}  // namespace vectorkernels::VECTOR_VARIANT

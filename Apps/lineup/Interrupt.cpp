@@ -7,6 +7,7 @@ namespace cli {
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal handler may touch
 volatile std::sig_atomic_t gInterrupted = 0;
 
 void OnSignal(int /*signal*/) {

@@ -42,6 +42,7 @@ int Run(CLI::App& app, int argc, char** argv) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): when not even a message can be made, ending is what is left
 int main(int argc, char** argv) {
     CLI::App app("Bars and Tone: line-up clips, exact to the bit.", "lineup");
     app.require_subcommand(1);

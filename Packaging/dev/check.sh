@@ -48,7 +48,7 @@ check_threads() {
         steady=(setarch -R)
     fi
     configure tsan
-    quietly "Building (tsan)" in_root "${steady[@]}" cmake --build --preset tsan
+    quietly "Building (tsan)" in_root "${steady[@]}" cmake --build --preset tsan -- --quiet
     in_root "${steady[@]}" ctest --preset tsan --parallel "$jobs"
 }
 

@@ -1,5 +1,6 @@
 #include "Apps/lineup/FrameCommand.h"
 #include "Apps/lineup/InfoCommand.h"
+#include "Apps/lineup/PeaksCommand.h"
 #include "Apps/lineup/RenderCommand.h"
 #include "Host/Lineup/Export/UsageError.h"
 
@@ -19,6 +20,7 @@ constexpr const char* kExamples =
     "  lineup render lineup.wav --level -18 --duration 60   a minute of tone at -18 dBFS\n"
     "  lineup render ident.mov --ident blits --cycles 1     one BLITS cycle in six channels\n"
     "  lineup frame card.png                                the card as a picture\n"
+    "  lineup peaks ident.png --ident blits                 its waveform overview\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 used wrongly.";
@@ -50,6 +52,7 @@ int main(int argc, char** argv) {
     app.footer(kExamples);
     cli::AddRenderCommand(app);
     cli::AddFrameCommand(app);
+    cli::AddPeaksCommand(app);
     cli::AddInfoCommand(app);
     return Run(app, argc, argv);
 }

@@ -39,7 +39,7 @@ const std::vector<FolderRule> kFolderRules = {
      {"boost/", "fmt/", "fcntl.h", "sys/", "unistd.h", "libav", "libsw", "zimg"}},
     {"Apps/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "CLI/", "fmt/", "nlohmann/", "poll.h", "signal.h", "sys/", "unistd.h"}},
+     {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "poll.h", "signal.h", "sys/", "unistd.h"}},
     {"Apps/studio/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Host/Desktop/",
       "Src/BarsAndToneImporter/BarsAndToneInfo.h"},

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Apps/lineup/LabelPainter.h"
+#include "Apps/lineup/OverviewLayout.h"
+#include "Apps/lineup/OverviewTheme.h"
+#include "Host/Lineup/WaveformOverview.h"
+
+#include <cairo.h>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// What stands above an overview, and the rate that its start is counted at.
+struct OverviewHeading {
+    std::string title;
+    std::string detail;
+    float sampleRateHz = 0;
+};
+
+/// Draws a clip's waveform overview on a surface of the layout's size: a lane a channel in the plug-in's
+/// order, its name and levels on the left, time below. `overview` has as many channels as `layout` has
+/// lanes. Returns every text that was drawn, in order. The context is left in no particular state.
+std::vector<Label> DrawOverview(cairo_t* context, const lineup::WaveformOverview& overview,
+                                const OverviewHeading& heading, const OverviewLayout& layout,
+                                const OverviewTheme& theme);
+
+}  // namespace cli

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Apps/lineup/OverviewDrawing.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// A waveform overview as the bytes of a file. Each function throws lineup::Error when the drawing library
+/// fails. Any thread.
+namespace cli {
+
+/// An 8-bit RGB picture.
+[[nodiscard]] std::vector<std::uint8_t> OverviewPng(const lineup::WaveformOverview& overview,
+                                                    const OverviewHeading& heading, const OverviewLayout& layout,
+                                                    const OverviewTheme& theme);
+
+/// The same drawing as vectors, its texts as outlines: it looks the same without our fonts.
+[[nodiscard]] std::vector<std::uint8_t> OverviewSvg(const lineup::WaveformOverview& overview,
+                                                    const OverviewHeading& heading, const OverviewLayout& layout,
+                                                    const OverviewTheme& theme);
+
+/// The numbers. `max` and `min` hold one linear amplitude a column, null where the plug-in wrote nothing.
+[[nodiscard]] std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleRateHz);
+
+}  // namespace cli

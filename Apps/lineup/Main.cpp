@@ -1,6 +1,7 @@
 #include "Apps/lineup/FrameCommand.h"
 #include "Apps/lineup/InfoCommand.h"
 #include "Apps/lineup/RenderCommand.h"
+#include "Apps/lineup/SettingsCommand.h"
 #include "Host/Lineup/Export/UsageError.h"
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,8 @@ constexpr const char* kExamples =
     "  lineup render lineup.wav --level -18 --duration 60   a minute of tone at -18 dBFS\n"
     "  lineup render ident.mov --ident blits --cycles 1     one BLITS cycle in six channels\n"
     "  lineup frame card.png                                the card as a picture\n"
+    "  lineup settings tone.batn                            choose the tone in a dialog\n"
+    "  lineup render tone.mov --settings tone.batn          and use what was chosen\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 used wrongly.";
@@ -51,5 +54,6 @@ int main(int argc, char** argv) {
     cli::AddRenderCommand(app);
     cli::AddFrameCommand(app);
     cli::AddInfoCommand(app);
+    cli::AddSettingsCommand(app);
     return Run(app, argc, argv);
 }

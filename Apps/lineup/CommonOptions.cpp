@@ -3,7 +3,9 @@
 #include "Apps/lineup/Values.h"
 #include "Host/Lineup/BundleSearch.h"
 #include "Host/Lineup/ChannelLayout.h"
+#include "Host/Lineup/Export/UsageError.h"
 #include "Host/Lineup/Idents.h"
+#include "Host/Lineup/SettingsFile.h"
 
 #include <fmt/format.h>
 
@@ -26,11 +28,40 @@ std::string Names(std::span<const Row> rows) {
     return names;
 }
 
+// The first of the tone options that was given, or "".
+std::string GivenToneOption(const lineup::ToneChoice& tone) {
+    if (tone.frequencyHz) {
+        return "frequency";
+    }
+    if (tone.levelDb) {
+        return "level";
+    }
+    if (tone.channels) {
+        return "channels";
+    }
+    if (tone.sampleRateHz) {
+        return "sample-rate";
+    }
+    return tone.ident ? "ident" : "";
+}
+
 }  // namespace
 
 std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
     return std::make_shared<lineup::Importer>(bundleFolder.empty() ? lineup::FindBundle()
                                                                    : std::filesystem::path(bundleFolder));
+}
+
+BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const {
+    if (settingsFile.empty()) {
+        return MakeSettings(importer, tone);
+    }
+    const std::string other = GivenToneOption(tone);
+    if (!other.empty()) {
+        throw lineup::UsageError("settings", settingsFile,
+                                 fmt::format("says all there is to say of the sound: leave out --{}", other));
+    }
+    return lineup::ReadSettings(settingsFile);
 }
 
 void AddPluginOption(CLI::App& command, CommonOptions& options) {
@@ -46,6 +77,14 @@ CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::optional
     return command.add_option_function<std::string>(fmt::format("--{}", name), parse, help)->type_name(unit);
 }
 
+void AddLayoutOptions(CLI::App& command, CommonOptions& options) {
+    command.add_option("--channels", options.tone.channels, "Channel layout [stereo, or as the ident needs]")
+        ->type_name(Names(lineup::ChannelLayouts()))
+        ->group(kSound);
+    AddNumber(command, "sample-rate", options.tone.sampleRateHz, "Sample rate, 8000 to 384000 [48000]", "Hz")
+        ->group(kSound);
+}
+
 void AddToneOptions(CLI::App& command, CommonOptions& options) {
     lineup::ToneChoice& tone = options.tone;
     AddNumber(command, "frequency", tone.frequencyHz, "Frequency of the steady tone, 1 to half the sample rate [1000]",
@@ -54,12 +93,12 @@ void AddToneOptions(CLI::App& command, CommonOptions& options) {
     AddNumber(command, "level", tone.levelDb,
               "Peak level of the steady tone, -300 (silence) to 0 (full scale) [-12.04, a gain of 0.25]", "dBFS")
         ->group(kSound);
-    command.add_option("--channels", tone.channels, "Channel layout [stereo, or as the ident needs]")
-        ->type_name(Names(lineup::ChannelLayouts()))
-        ->group(kSound);
-    AddNumber(command, "sample-rate", tone.sampleRateHz, "Sample rate, 8000 to 384000 [48000]", "Hz")->group(kSound);
+    AddLayoutOptions(command, options);
     command.add_option("--ident", tone.ident, "Play a channel-identification sequence instead of a steady tone")
         ->type_name(Names(lineup::Idents()))
+        ->group(kSound);
+    command.add_option("--settings", options.settingsFile, "Take all of this from a file that lineup settings made")
+        ->type_name("FILE")
         ->group(kSound);
 }
 

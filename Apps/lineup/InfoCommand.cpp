@@ -60,7 +60,7 @@ void PrintTable(const lineup::Importer& importer, const lineup::Clip& clip) {
 
 void RunInfo(const InfoOptions& options) {
     const auto importer = options.common.LoadImporter();
-    const lineup::Clip clip(importer, MakeSettings(*importer, options.common.tone));
+    const lineup::Clip clip(importer, options.common.Settings(*importer));
     if (options.json) {
         PrintJson(*importer, clip);
     } else {

@@ -2,6 +2,7 @@
 #include "Apps/lineup/InfoCommand.h"
 #include "Apps/lineup/PeaksCommand.h"
 #include "Apps/lineup/RenderCommand.h"
+#include "Apps/lineup/SettingsCommand.h"
 #include "Host/Lineup/Export/UsageError.h"
 
 #include <CLI/CLI.hpp>
@@ -21,6 +22,8 @@ constexpr const char* kExamples =
     "  lineup render ident.mov --ident blits --cycles 1     one BLITS cycle in six channels\n"
     "  lineup frame card.png                                the card as a picture\n"
     "  lineup peaks ident.png --ident blits                 its waveform overview\n"
+    "  lineup settings tone.batn                            choose the tone in a dialog\n"
+    "  lineup render tone.mov --settings tone.batn          and use what was chosen\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 used wrongly.";
@@ -54,5 +57,6 @@ int main(int argc, char** argv) {
     cli::AddFrameCommand(app);
     cli::AddPeaksCommand(app);
     cli::AddInfoCommand(app);
+    cli::AddSettingsCommand(app);
     return Run(app, argc, argv);
 }

@@ -117,7 +117,7 @@ void RunPeaks(const PeaksOptions& options) {
     const int width = WholeWithin("width", options.width, OverviewLayout::kUsualWidth, OverviewLayout::kLeastWidth,
                                   OverviewLayout::kMostWidth);
     const auto importer = options.common.LoadImporter();
-    const lineup::Clip clip(importer, MakeSettings(*importer, options.common.tone));
+    const lineup::Clip clip(importer, options.common.Settings(*importer));
     const auto bytes =
         kind.kind == Kind::kJson ? MakeJson(options, clip, width) : MakePicture(options, clip, kind.kind, width);
     lineup::TargetFile file(options.target, options.overwrite);

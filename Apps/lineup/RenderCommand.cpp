@@ -70,7 +70,7 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
 
 void RunRender(const RenderOptions& options) {
     const auto importer = options.common.LoadImporter();
-    const lineup::Clip clip(importer, MakeSettings(*importer, options.common.tone));
+    const lineup::Clip clip(importer, options.common.Settings(*importer));
     const lineup::ExportSettings settings = MakeExportSettings(options, clip);
 
     WatchForInterrupts();

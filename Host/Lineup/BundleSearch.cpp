@@ -14,8 +14,12 @@ constexpr const char* kBundleName = "BarsAndTone.bundle";
 
 }  // namespace
 
+fs::path ProgramPrefix() {
+    return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+}
+
 std::vector<fs::path> BundleSearchPath() {
-    const fs::path prefix = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+    const fs::path prefix = ProgramPrefix();
     return {prefix / kBundleName, prefix / "lib" / "lineup" / kBundleName};
 }
 

@@ -103,12 +103,16 @@ std::uint32_t Importer::SettingsSize() const {
     return record.prefsLength;
 }
 
-BarsAndToneInfo Importer::DefaultSettings(float hostSampleRate) const {
+void Importer::RequireSettingsSize() const {
     const std::uint32_t size = SettingsSize();
     if (size != sizeof(BarsAndToneInfo)) {
         throw Error(fmt::format("cannot use {}: its settings are {} bytes, not {}", mBundle.Folder().string(), size,
                                 sizeof(BarsAndToneInfo)));
     }
+}
+
+BarsAndToneInfo Importer::DefaultSettings(float hostSampleRate) const {
+    RequireSettingsSize();
     BarsAndToneInfo settings;
     imGetPrefsRec record{};
     record.prefs = &settings;
@@ -116,6 +120,16 @@ BarsAndToneInfo Importer::DefaultSettings(float hostSampleRate) const {
     record.hostSampleRate = hostSampleRate;
     Require(kImportGetPrefs, &record, "make default settings");
     return settings;
+}
+
+void Importer::EditSettings(BarsAndToneInfo& settings) const {
+    RequireSettingsSize();
+    BarsAndToneInfo edited = settings;
+    imGetPrefsRec record{};
+    record.prefs = &edited;
+    record.hostSampleRate = settings.sampleRate;
+    Require(kImportGetPrefs, &record, "edit settings");
+    settings = edited;
 }
 
 void Importer::DrawFrame(zelcore::FrameBuffer& frame) const {

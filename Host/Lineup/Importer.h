@@ -66,6 +66,12 @@ public:
     /// when the plug-in's record is not the size of BarsAndToneInfo.
     [[nodiscard]] BarsAndToneInfo DefaultSettings(float hostSampleRate) const;
 
+    /// Lets a person edit `settings` in the plug-in's own dialog and returns when it has been closed.
+    /// Settings that were not taken over with OK come back as they were; so do all when there is nothing
+    /// to show. UI thread, with a toolkit installed. Throws what the dialog throws, and Error like
+    /// DefaultSettings; `settings` is then left alone.
+    void EditSettings(BarsAndToneInfo& settings) const;
+
     /// Draws the clip's picture over the whole of `frame`. Throws Error when the plug-in does not draw
     /// the frame's pixel format.
     void DrawFrame(zelcore::FrameBuffer& frame) const;
@@ -83,6 +89,7 @@ public:
 private:
     std::int32_t Call(std::int32_t selector, void* param1, void* param2) const;
     void Require(std::int32_t selector, void* record, const char* act) const;
+    void RequireSettingsSize() const;
 
     zelcore::Bundle mBundle;
     DynamicLibrary mLibrary;

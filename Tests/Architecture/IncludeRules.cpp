@@ -30,7 +30,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/UI/", {"Host/Interface/"}, {"boost/"}},
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
     {"Host/Services/", {"Host/Interface/"}, {"boost/", "link.h", "plist/", "unistd.h"}},
-    {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q"}},
+    {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "fmt/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},

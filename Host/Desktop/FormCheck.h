@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace zelui::qt {
+
+/// The largest layout script that is read, and how deep its elements may lie in one another: many times
+/// what a dialog needs, and little enough to build in a moment.
+inline constexpr qsizetype kLargestFormBytes = 1 << 20;
+inline constexpr int kDeepestFormElement = 64;
+inline constexpr int kMostFormElements = 20000;
+
+/// Throws std::runtime_error, saying where, when `script` is no form within these limits: not
+/// well-formed XML, another root than <ui>, or a document type, which no form has.
+void CheckForm(const QByteArray& script);
+
+}  // namespace zelui::qt

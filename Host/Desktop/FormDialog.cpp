@@ -1,0 +1,83 @@
+#include "Host/Desktop/FormDialog.h"
+
+#include "Host/Desktop/HotTextNumber.h"
+
+#include <QKeyEvent>
+#include <utility>
+
+namespace zelui::qt {
+
+FormDialog::FormDialog(QWidget* parent) : QDialog(parent) {}
+
+void FormDialog::Prepare() {
+    const auto buttons = findChildren<QPushButton*>();
+    const QString escapeName = property("escapeButton").toString();
+    for (QPushButton* const button : buttons) {
+        if (button->isDefault()) {
+            mDefaultButton = button;
+        }
+        if (!escapeName.isEmpty() && button->objectName() == escapeName) {
+            mEscapeButton = button;
+        }
+        connect(button, &QPushButton::clicked, this, [this, button] { mPressed = button; });
+    }
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+bool FormDialog::Run() {
+    mPressed = nullptr;
+    if (!mError) {
+        exec();
+    }
+    if (mError) {
+        std::rethrow_exception(std::exchange(mError, nullptr));
+    }
+    return result() == QDialog::Accepted;
+}
+
+void FormDialog::EndRun() {
+    if (isVisible()) {
+        done(mPressed && mPressed == mDefaultButton ? QDialog::Accepted : QDialog::Rejected);
+    }
+}
+
+void FormDialog::CallHandlers(const std::function<void()>& handlers) {
+    try {
+        handlers();
+    } catch (...) {
+        mError = std::current_exception();
+        done(QDialog::Rejected);
+    }
+}
+
+void FormDialog::CommitTyping() {
+    if (auto* const number = qobject_cast<HotTextNumber*>(focusWidget())) {
+        number->CommitTyping();
+    }
+}
+
+FormDialog* FormDialog::Of(const QWidget* widget) {
+    return widget == nullptr ? nullptr : qobject_cast<FormDialog*>(widget->window());
+}
+
+void FormDialog::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel) && mEscapeButton) {
+        mEscapeButton->click();
+    } else {
+        QDialog::keyPressEvent(event);
+    }
+}
+
+FormDialog::CodeChange::CodeChange(const QWidget& control) : mDialog(Of(&control)) {
+    if (mDialog) {
+        ++mDialog->mCodeChanges;
+    }
+}
+
+FormDialog::CodeChange::~CodeChange() {
+    if (mDialog) {
+        --mDialog->mCodeChanges;
+    }
+}
+
+}  // namespace zelui::qt

@@ -1,0 +1,56 @@
+#include "Host/Lineup/DesktopToolkit.h"
+
+#include "Host/Lineup/BundleSearch.h"
+#include "Host/Lineup/Error.h"
+
+#include <array>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+using zelui::ui::DialogOutcome;
+
+namespace lineup {
+
+namespace {
+
+// Beside the program's folder, as in a build tree, or where an installed program keeps what is its own.
+fs::path FindLibrary() {
+    const std::array<fs::path, 2> places = {ProgramPrefix() / "lib", ProgramPrefix() / "lib" / "lineup"};
+    for (const fs::path& place : places) {
+        std::error_code error;
+        if (fs::exists(place / zelui::ui::kToolkitLibraryName, error)) {
+            return place / zelui::ui::kToolkitLibraryName;
+        }
+    }
+    throw Error("cannot show a dialog: " + (places.front() / zelui::ui::kToolkitLibraryName).string() +
+                " is not installed");
+}
+
+}  // namespace
+
+DesktopToolkit::DesktopToolkit() : mLibrary(FindLibrary()), mProgramName("lineup"), mArguments{} {
+    mArguments[0] = mProgramName.data();
+    auto* const install = Find<zelui::ui::InstallToolkitFunction>(zelui::ui::kInstallToolkitName);
+    if (const char* const problem = install(&mArgumentCount, mArguments)) {
+        throw Error(std::string("cannot show a dialog: ") + problem);
+    }
+}
+
+DesktopToolkit::~DesktopToolkit() {
+    Find<zelui::ui::UninstallToolkitFunction>(zelui::ui::kUninstallToolkitName)();
+}
+
+DialogOutcome DesktopToolkit::LastOutcome() const {
+    return Find<zelui::ui::LastDialogOutcomeFunction>(zelui::ui::kLastDialogOutcomeName)();
+}
+
+template <class Function>
+Function* DesktopToolkit::Find(const char* name) const {
+    void* const symbol = mLibrary.Find(name);
+    if (symbol == nullptr) {
+        throw Error(std::string("cannot show a dialog: ") + zelui::ui::kToolkitLibraryName + " has no " + name);
+    }
+    return reinterpret_cast<Function*>(symbol);
+}
+
+}  // namespace lineup

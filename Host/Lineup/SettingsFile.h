@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Host/Lineup/Api.h"
+#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+
+#include <filesystem>
+
+namespace lineup {
+
+class TargetFile;
+
+/// A settings file holds a clip's settings record, byte for byte, and nothing else.
+
+/// Reads one. Throws Error when it cannot be read or is of another size.
+[[nodiscard]] LINEUP_API BarsAndToneInfo ReadSettings(const std::filesystem::path& file);
+
+/// Writes `settings` to `target` and gives it its name. Throws Error when that fails; a file of that name
+/// is then as it was.
+LINEUP_API void WriteSettings(TargetFile& target, const BarsAndToneInfo& settings);
+
+}  // namespace lineup

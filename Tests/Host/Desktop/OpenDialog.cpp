@@ -1,0 +1,82 @@
+#include "Tests/Host/Desktop/OpenDialog.h"
+
+#include "Host/Lineup/Importer.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <exception>
+
+namespace test {
+
+namespace {
+
+constexpr int kLongestMs = 30000;
+
+const lineup::Importer& ThePlugin() {
+    static const lineup::Importer plugin(TEST_BUNDLE);
+    return plugin;
+}
+
+void Act(QDialog& dialog, const std::function<void(DialogHands&)>& act) {
+    try {
+        DialogHands hands(dialog);
+        if (!QTest::qWaitForWindowActive(&dialog)) {
+            ADD_FAILURE() << "the dialog never became the active window";
+        }
+        act(hands);
+    } catch (const std::exception& error) {
+        ADD_FAILURE() << error.what();
+    }
+    if (dialog.isVisible()) {
+        ADD_FAILURE() << "the dialog is still open";
+        dialog.reject();
+    }
+}
+
+}  // namespace
+
+void WithDialog(const std::function<void()>& open, const std::function<void(DialogHands&)>& act) {
+    bool acted = false;
+    QTimer::singleShot(0, qApp, [&] {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog != nullptr) {
+            acted = true;
+            Act(*dialog, act);
+        }
+    });
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, qApp, [] {
+        ADD_FAILURE() << "the dialog stayed open";
+        while (QWidget* const modal = QApplication::activeModalWidget()) {
+            modal->close();
+        }
+    });
+    watchdog.start(kLongestMs);
+    open();
+    EXPECT_TRUE(acted) << "no dialog was shown";
+    QApplication::removePostedEvents(qApp, 0);
+}
+
+BarsAndToneInfo EditWith(BarsAndToneInfo settings, const std::function<void(DialogHands&)>& act) {
+    WithDialog([&] { ThePlugin().EditSettings(settings); }, act);
+    return settings;
+}
+
+std::string Bytes(const BarsAndToneInfo& settings) {
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(&settings);
+    return testing::PrintToString(std::vector<unsigned>(bytes, bytes + sizeof settings));
+}
+
+BarsAndToneInfo ClipWith(std::uint32_t numChannels) {
+    BarsAndToneInfo settings;
+    settings.numChannels = numChannels;
+    settings.channelType = ChannelTypeFor(numChannels);
+    settings.identifierFormat = numChannels == 6 ? EBUMultichannel : EBUStereo1000;
+    return settings;
+}
+
+}  // namespace test

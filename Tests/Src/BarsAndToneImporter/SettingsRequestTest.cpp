@@ -94,25 +94,6 @@ TEST_P(SettingsRequest, ForDefaultsCarriesTheHostsRateBitForBit) {
     }
 }
 
-TEST_P(SettingsRequest, ToEditWithoutADialogLeavesTheSettingsAsTheyWere) {
-    for (const std::uint32_t channelType : {0U, 1U, 2U, 3U, 4U}) {
-        RequestRecord prefs(kSettingsSize, GetParam());
-        prefs.Put(0, BarsAndToneInfo{.version = 3, .channelType = channelType, .frequency = 440.0F});
-        auto request = MakeRequest(prefs.Data(), 0, 44100.0F, GetParam());
-        EXPECT_EQ(Request(38, nullptr, request.Data()), 0);
-        EXPECT_TRUE(prefs.Untouched());
-        EXPECT_TRUE(request.Untouched());
-    }
-}
-
-TEST_P(SettingsRequest, ToEditWithoutADialogKeepsTheDefaultsByteForByte) {
-    RequestRecord prefs(kSettingsSize, GetParam());
-    prefs.Put(0, BarsAndToneInfo{});
-    auto request = MakeRequest(prefs.Data(), 0, 44100.0F, GetParam());
-    EXPECT_EQ(Request(38, nullptr, request.Data()), 0);
-    EXPECT_TRUE(prefs.Untouched());
-}
-
 TEST(SettingsRequestSequence, SizeThenDefaultsThenDescriptionIsHowAClipIsMade) {
     auto query = MakeRequest(nullptr, 1, 96000.0F, {});
     ASSERT_EQ(Request(38, nullptr, query.Data()), 0);

@@ -147,6 +147,10 @@ void AddPeaksCommand(CLI::App& app) {
     command->add_flag("-y,--overwrite", options->overwrite, "Replace the file if it is there already");
     command->add_flag("-q,--quiet", options->quiet, "Say nothing unless something is wrong");
     AddPluginOption(*command, options->common);
+    command->footer(fmt::format(
+        "A tone with at least {} columns a cycle is drawn as its waveform, any other as a band of its level.\n"
+        "A column shows the moment at its left edge: what is shorter than a column may fall between two.",
+        lineup::kFewestColumnsPerCycle));
     command->callback([options] { RunPeaks(*options); });
 }
 

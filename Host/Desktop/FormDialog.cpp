@@ -37,7 +37,7 @@ bool FormDialog::Run() {
 
 void FormDialog::EndRun() {
     if (isVisible()) {
-        done(mPressed && mPressed == mDefaultButton ? QDialog::Accepted : QDialog::Rejected);
+        done(mPressed != nullptr && mPressed == mDefaultButton ? QDialog::Accepted : QDialog::Rejected);
     }
 }
 
@@ -61,7 +61,7 @@ FormDialog* FormDialog::Of(const QWidget* widget) {
 }
 
 void FormDialog::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Cancel) && mEscapeButton) {
+    if (event->matches(QKeySequence::Cancel) && mEscapeButton != nullptr) {
         mEscapeButton->click();
     } else {
         QDialog::keyPressEvent(event);
@@ -69,13 +69,13 @@ void FormDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 FormDialog::CodeChange::CodeChange(const QWidget& control) : mDialog(Of(&control)) {
-    if (mDialog) {
+    if (mDialog != nullptr) {
         ++mDialog->mCodeChanges;
     }
 }
 
 FormDialog::CodeChange::~CodeChange() {
-    if (mDialog) {
+    if (mDialog != nullptr) {
         --mDialog->mCodeChanges;
     }
 }

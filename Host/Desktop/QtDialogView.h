@@ -16,12 +16,15 @@ public:
     QtDialogView(std::unique_ptr<FormDialog> dialog, std::shared_ptr<NodeTable> nodes,
                  std::shared_ptr<ui::DialogOutcome> outcome);
     ~QtDialogView() override;
+    QtDialogView(const QtDialogView&) = delete;
+    QtDialogView& operator=(const QtDialogView&) = delete;
 
     /// Throws what a handler of one of the controls threw.
     void RunModal() override;
     void Close() override;
 
 private:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast): the widget is the one it was made with
     [[nodiscard]] FormDialog* Dialog() const { return static_cast<FormDialog*>(Widget()); }
 
     std::shared_ptr<NodeTable> mNodes;

@@ -25,7 +25,7 @@ void RangeLabel::changeEvent(QEvent* event) {
 void RangeLabel::Follow() {
     mPattern = text();
     mNumber = qobject_cast<HotTextNumber*>(buddy());
-    if (mNumber) {
+    if (mNumber != nullptr) {
         connect(mNumber, &HotTextNumber::RangeChanged, this, &RangeLabel::ShowRange);
         ShowRange();
     }

@@ -25,8 +25,10 @@ struct Installed {
     zelui::ui::UI_Toolkit* before = nullptr;
 };
 
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): there is one toolkit in a process
 std::unique_ptr<Installed> installed;
 std::string problem;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 void BringUp(int* argc, char** argv) {
     auto fresh = std::make_unique<Installed>();

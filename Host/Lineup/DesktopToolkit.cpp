@@ -28,7 +28,7 @@ fs::path FindLibrary() {
 
 }  // namespace
 
-DesktopToolkit::DesktopToolkit() : mLibrary(FindLibrary()), mProgramName("lineup"), mArguments{} {
+DesktopToolkit::DesktopToolkit() : mLibrary(FindLibrary()), mProgramName("lineup") {
     mArguments[0] = mProgramName.data();
     auto* const install = Find<zelui::ui::InstallToolkitFunction>(zelui::ui::kInstallToolkitName);
     if (const char* const problem = install(&mArgumentCount, mArguments)) {

@@ -29,7 +29,7 @@ private:
     DynamicLibrary mLibrary;
     std::string mProgramName;
     int mArgumentCount = 1;
-    char* mArguments[2];
+    char* mArguments[2] = {};
 };
 
 }  // namespace lineup

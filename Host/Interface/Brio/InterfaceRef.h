@@ -16,6 +16,7 @@ public:
 /// A counted reference to a component object, or empty. Copying takes a reference, destruction drops
 /// it. `Root` is the class whose AddRef and Release are called.
 template <class Interface, class Root = BrioUnknown>
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): one assignment, by value, copies and moves
 class InterfaceRef {
 public:
     InterfaceRef() noexcept = default;
@@ -62,7 +63,7 @@ public:
     }
 
 private:
-    Root* AsRoot() const noexcept { return static_cast<Root*>(mObject); }
+    [[nodiscard]] Root* AsRoot() const noexcept { return static_cast<Root*>(mObject); }
 
     Interface* mObject = nullptr;
 };

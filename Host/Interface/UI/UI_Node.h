@@ -15,6 +15,7 @@ using NodeRef = Brio::InterfaceRef<T, UI_Node>;
 
 /// A piece of a user interface: a control, a view, a window. Nodes are counted and delete themselves.
 /// All nodes live on the host's UI thread.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): only Release deletes a node
 class UI_Node {
 public:
     virtual std::int32_t AddRef() = 0;

@@ -10,7 +10,7 @@ namespace {
 // The float times a power of two is exact in a double, so the only rounding is to the step.
 template <int kBits>
 std::int32_t Quantise(float sample) {
-    constexpr double kFullScale = static_cast<double>(std::int64_t{1} << (kBits - 1));
+    constexpr auto kFullScale = static_cast<double>(std::int64_t{1} << (kBits - 1));
     if (std::isnan(sample)) {
         return 0;
     }

@@ -15,8 +15,8 @@ namespace {
 /// A frame rate that frames can be labelled at.
 struct LabelledRate {
     Rational rate;
-    int nominal;  ///< labels a second
-    int dropped;  ///< labels left out of most minutes when drop frame is used; 0: cannot be used
+    int nominal = 0;  ///< labels a second
+    int dropped = 0;  ///< labels left out of most minutes when drop frame is used; 0: cannot be used
 };
 
 constexpr std::array<LabelledRate, 10> kLabelledRates = {{
@@ -75,6 +75,7 @@ Timecode::Timecode(std::string_view text, Rational frameRate) : mFrameRate(frame
 
     const std::int64_t wholeMinutes = std::int64_t{hours} * 60 + minutes;
     mFrames = (wholeMinutes * 60 + seconds) * rate->nominal + frames;
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the text has been checked only by now
     mDropFrame = text[8] == ';';
     if (mDropFrame) {
         require(rate->dropped != 0, "drop frame (;) is for 29.97 and 59.94 frames a second; write a colon");

@@ -65,6 +65,9 @@ bool IsColourful(Rgb pixel) {
 double X(const Rectangle& lane, int i, int columns) {
     return lane.x + lane.width * (i + 0.5) / columns;
 }
+int Row(double y) {
+    return static_cast<int>(y);
+}
 double Centre(const Rectangle& lane) {
     return lane.y + lane.height / 2;
 }
@@ -98,7 +101,7 @@ TEST(OverviewDrawing, DrawsABandAsTallAsItsLevel) {
     const Rectangle box = layout.Lane(0);
     const auto height = [&](int column) {
         int filled = 0;
-        for (double y = box.y; y < box.y + box.height; ++y) {
+        for (int y = Row(box.y); y < Row(box.y + box.height); ++y) {
             filled += IsColourful(picture.At(X(box, column, 2), y)) ? 1 : 0;
         }
         return filled;
@@ -135,7 +138,7 @@ TEST(OverviewDrawing, DrawsNothingOfATraceOutsideItsLane) {
     const OverviewPicture picture(Overview({{"L", line, line}, {"R", line, line}}), kHeading, layout, theme);
     for (int lane = 0; lane < 2; ++lane) {
         const Rectangle box = layout.Lane(lane);
-        for (double y = box.y; y < box.y + box.height; ++y) {
+        for (int y = Row(box.y); y < Row(box.y + box.height); ++y) {
             ASSERT_EQ(picture.At(box.x - 4, y), theme.background);
             ASSERT_EQ(picture.At(box.x + box.width + 4, y), theme.background);
         }
@@ -150,7 +153,8 @@ TEST(OverviewDrawing, HatchesWhereThereIsNoData) {
     const Rectangle box = layout.Lane(0);
     int hatched = 0;
     int plain = 0;
-    for (double x = X(box, 1, 2) - 40; x < X(box, 1, 2) + 40; ++x) {
+    for (int i = -40; i < 40; ++i) {
+        const double x = X(box, 1, 2) + i;
         const Rgb pixel = picture.At(x, Centre(box) - 8);
         plain += pixel == theme.lane ? 1 : 0;
         hatched += pixel != theme.lane ? 1 : 0;

@@ -18,9 +18,9 @@ enum Channel : int { kL, kR, kLs, kRs, kC, kLfe };
 
 /// A channel sounds from `beginMs` up to but not including `endMs` of every cycle.
 struct Sound {
-    Channel channel;
-    int beginMs;
-    int endMs;
+    Channel channel = kL;
+    int beginMs = 0;
+    int endMs = 0;
     float level = kLineUpLevel;
 };
 

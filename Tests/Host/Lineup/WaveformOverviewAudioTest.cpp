@@ -21,6 +21,7 @@ using zelmediatypes::TickTime;
 std::vector<std::vector<float>> ReadAudio(const Clip& clip, std::int64_t position, std::size_t count) {
     std::vector<std::vector<float>> channels(static_cast<std::size_t>(clip.NumChannels()), std::vector<float>(count));
     std::vector<float*> pointers;
+    pointers.reserve(channels.size());
     for (auto& channel : channels) {
         pointers.push_back(channel.data());
     }

@@ -105,8 +105,8 @@ TEST(WaveformOverview, StaysWithinAThirdOfAColumnAtItsFinestAndLongest) {
 }
 
 TEST(WaveformOverview, FollowsTheSequencesBeforeZeroAndFarFromIt) {
-    ExpectSchedule(test::kEbuStereo, {-48000 * 4, Milliseconds(8000), 800});  // -4 s to 4 s
-    ExpectSchedule(test::kBlits, {-48000 * 20, Milliseconds(30000), 1500});
+    ExpectSchedule(test::kEbuStereo, {-48000LL * 4, Milliseconds(8000), 800});  // -4 s to 4 s
+    ExpectSchedule(test::kBlits, {-48000LL * 20, Milliseconds(30000), 1500});
     ExpectSchedule(test::kEbuMultichannel, {48000LL * 3600 * 100, Milliseconds(24000), 960});
 }
 

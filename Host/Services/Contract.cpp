@@ -10,8 +10,10 @@ namespace zelcore::debug {
 
 namespace {
 
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): one reporter serves the process
 std::mutex gReporterMutex;
 ContractReporter gReporter;  // empty: PrintReport
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 bool PrintReport(const ContractReport& report) {
     std::fprintf(stderr, "contract violated: %s\n  in %s\n  at %s, line %d\n", report.condition, report.function,

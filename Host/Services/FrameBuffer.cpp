@@ -91,5 +91,6 @@ const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
 }  // namespace zelcore
 
 int vexelGetRowbytes(vexel frame) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast): only FrameBuffer makes handles
     return static_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
 }

@@ -99,7 +99,7 @@ void Fill(void* destination, int rowBytes, int width, int height, const std::opt
         }
         return;
     }
-    std::array<Pixel, std::size_t{kPixelsPerLine}> line;
+    std::array<Pixel, std::size_t{kPixelsPerLine}> line{};
     line.fill(colour);
     for (int y = 0; y < height; ++y) {
         Repeat(Repeat(row(y), width / kPixelsPerLine, line), width % kPixelsPerLine, colour);

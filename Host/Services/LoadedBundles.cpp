@@ -92,6 +92,7 @@ private:
 }  // namespace
 
 std::vector<CFBundleRef> LoadedBundles() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the registry guards itself
     static auto* const registry = new Registry();  // handles outlive every static object
     return registry->Loaded();
 }

@@ -75,7 +75,7 @@ private:
         for (const fs::path& folder : mFolders) {
             mCatalogues.emplace_back(folder, mLanguage);
         }
-        for (const CFBundleRef bundle : mBundles) {
+        for (const auto* const bundle : mBundles) {
             mCatalogues.emplace_back(bundle->folder / "Contents" / "Resources" / "locale", mLanguage);
         }
         mRead = true;
@@ -90,6 +90,7 @@ private:
 };
 
 CatalogueLocalizer& TheLocalizer() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the localiser guards itself
     static auto* const localizer = new CatalogueLocalizer();  // texts may be asked for until the very end
     return *localizer;
 }

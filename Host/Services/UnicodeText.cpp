@@ -20,7 +20,7 @@ std::optional<std::string> ToUtf8Strictly(const Brio::String& text) {
 
 Brio::String FromUtf8(std::string_view text) {
     const std::u16string converted = conv::utf_to_utf<char16_t>(text.data(), text.data() + text.size(), conv::skip);
-    return Brio::String(converted.begin(), converted.end());
+    return {converted.begin(), converted.end()};
 }
 
 }  // namespace zelcore

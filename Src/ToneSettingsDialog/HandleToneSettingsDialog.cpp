@@ -37,6 +37,7 @@ DataExchangeRef AsDataExchange(const Brio::BrioUnknownRef& object) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the call holds a reference of its own
 void HandleToneSettingsDialog(const Brio::String& layoutName, Brio::BrioUnknownRef dataExchange,
                               const zelui::drawbot::SupplierInterface* drawSupplier, zelui::ui::UI_Node* parent) {
     const DataExchangeRef typedDataExchange = AsDataExchange(dataExchange);

@@ -37,5 +37,6 @@ private:
 public:
     /// The person left the dialog with Cancel. Read by the creator, who holds the class; the interface
     /// has no operation for it.
+    // NOLINTNEXTLINE(misc-non-private-member-variables-in-classes)
     bool mUserCancelled = false;
 };

@@ -23,6 +23,8 @@ public:
                            zelui::ui::UI_Node* parent,
                            Brio::InterfaceRef<IToneSettingsDialogDataExchange> dataExchange);
     ~ToneSettingsDialogImpl() override;
+    ToneSettingsDialogImpl(const ToneSettingsDialogImpl&) = delete;
+    ToneSettingsDialogImpl& operator=(const ToneSettingsDialogImpl&) = delete;
 
     /// Finds the layout's controls, listens to them and shows the settings. Throws the host's errors for a
     /// violated contract when there is no root view and for an invalid type conversion when a control is

@@ -18,6 +18,7 @@ constexpr std::string_view kModelessNotOffered =
 
 }  // namespace
 
+// NOLINTNEXTLINE(modernize-pass-by-value): plug-ins are built against this signature
 UI_Tarn::UI_Tarn(const Brio::String& layoutName, const zelui::drawbot::SupplierInterface* drawSupplier,
                  zelui::ui::UI_Node* parent)
     : mTarnLayoutName(layoutName), mDrawSupplier(drawSupplier), mParent(parent) {}

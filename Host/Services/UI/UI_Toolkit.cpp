@@ -6,6 +6,7 @@ namespace zelui::ui {
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): there is one toolkit in a process
 std::atomic<UI_Toolkit*> gToolkit{nullptr};
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 /// Adds `amount` to `*value` with a full barrier and returns the sum. Any thread.
+// NOLINTNEXTLINE(readability-non-const-parameter): the built-in writes through it
 inline std::int32_t OSAtomicAdd32Barrier(std::int32_t amount, volatile std::int32_t* value) noexcept {
     return __atomic_add_fetch(value, amount, __ATOMIC_SEQ_CST);
 }

@@ -37,6 +37,7 @@ private:
 /// `member` of `object` as a message function. The object must outlive every call.
 template <class Object, class MessageType>
 MessageFunctionPtr BindMessageFunction(void (Object::*member)(MessageType*), Object* object) {
+    // NOLINTNEXTLINE(modernize-avoid-bind): binds any member to any object in one line
     const boost::function<void(MessageType*)> bound = boost::bind(member, object, boost::placeholders::_1);
     return boost::make_shared<MessageFunction>(MessageFunctionAdapter<MessageType>(bound));
 }

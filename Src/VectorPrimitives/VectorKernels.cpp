@@ -17,6 +17,7 @@ namespace vectorkernels::VECTOR_VARIANT {
 
 namespace {
 
+// NOLINTNEXTLINE(bugprone-sizeof-expression): a portable register is one float
 constexpr std::int64_t kLanes = sizeof(Register) / sizeof(float);
 constexpr std::int64_t kStep = 2 * kLanes;            // floats a turn of the main loop
 constexpr std::int64_t kFewest = kLanes - 1 + kStep;  // room for a whole step behind any head
@@ -113,10 +114,11 @@ IppStatus ippsCopy_8u(const Ipp8u* source, Ipp8u* destination, int len) {
 void CopyFloats(const float* source, float* destination, int len) {
     const auto* from = reinterpret_cast<const Ipp8u*>(source);
     auto* to = reinterpret_cast<Ipp8u*>(destination);
+    constexpr int kChunkBytes = kChunkFloats * kBytesPerFloat;
     while (len > kMostFloats) {
-        ippsCopy_8u(from, to, kChunkFloats * kBytesPerFloat);
-        from += kChunkFloats * kBytesPerFloat;
-        to += kChunkFloats * kBytesPerFloat;
+        ippsCopy_8u(from, to, kChunkBytes);
+        from += kChunkBytes;
+        to += kChunkBytes;
         len -= kChunkFloats;
     }
     ippsCopy_8u(from, to, len * kBytesPerFloat);

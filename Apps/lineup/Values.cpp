@@ -47,7 +47,7 @@ bool IsDigits(std::string_view text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// "7", "7.25" or ".5" in ticks, exact to every digit; nothing for any other text.
+// "7", "7.25" or ".5" in ticks, exact to the microsecond; nothing for any other text.
 std::optional<std::int64_t> ParseSeconds(std::string_view text) {
     constexpr std::size_t kMostDigits = 7;  // 10^7 seconds still fit 64 bits of ticks
     const std::size_t point = text.find('.');

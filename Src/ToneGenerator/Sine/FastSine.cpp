@@ -66,7 +66,7 @@ void WriteFast(const Kernels& kernels, const Wave& wave, float* out, long long n
         WritePlain(wave, out, numSamples);
         return;
     }
-    Turns turns;
+    Turns turns;  // NOLINT(*-member-init): made for the first stretch
     bool hasTurns = false;
     double phase = firstPhase;
     long long count = 0;

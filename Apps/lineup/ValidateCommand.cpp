@@ -9,11 +9,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -43,7 +43,7 @@ constexpr const char* kHelp =
 struct ValidateOptions {
     std::string bundle;
     std::vector<std::string> only;
-    std::optional<std::uint64_t> seed;
+    std::string seed;  ///< empty: one is drawn
     double timeoutSeconds = 60;
     bool list = false;
     bool json = false;
@@ -51,8 +51,16 @@ struct ValidateOptions {
     std::string runCheck;  ///< set in the process of one check
 };
 
-std::uint64_t DrawSeed() {
-    return std::random_device{}();  // 32 bits are enough to type again
+std::uint64_t ChooseSeed(const std::string& text) {
+    if (text.empty()) {
+        return std::random_device{}();  // 32 bits are enough to type again
+    }
+    std::uint64_t seed = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        throw lineup::UsageError("seed", text, "must be a whole number of 64 bits, 0 or more");
+    }
+    return seed;
 }
 
 const validation::Check& RequireCheck(const std::string& id) {
@@ -94,6 +102,13 @@ CheckResult Measure(const validation::Check& check, const ValidateOptions& optio
     return {.check = &check, .finding = std::move(finding), .milliseconds = time.count()};
 }
 
+// Still a fault of the whole run, for the check that it waits for is one.
+CheckResult Skip(const validation::Check& check, const std::string& shutBy) {
+    return {.check = &check,
+            .finding = {.outcome = validation::Outcome::kSkipped,
+                        .text = fmt::format("it cannot be run before {} passes", shutBy)}};
+}
+
 void RequireUsable(const ValidateOptions& options) {
     if (options.bundle.empty()) {
         throw CLI::RequiredError("BUNDLE");
@@ -118,12 +133,16 @@ ValidationReport Validate(const ValidateOptions& options) {
     RequireUsable(options);
     ValidationReport report;
     report.bundle = options.bundle;
-    report.seed = options.seed ? *options.seed : DrawSeed();
+    report.seed = ChooseSeed(options.seed);
     if (!options.json) {
         PrintHeader(report);
     }
+    std::string shutBy;
     for (const validation::Check* const check : checks) {
-        report.results.push_back(Measure(*check, options, report.seed));
+        report.results.push_back(shutBy.empty() ? Measure(*check, options, report.seed) : Skip(*check, shutBy));
+        if (ShutsTheGate(*check, report.results.back().finding.outcome)) {
+            shutBy = check->id;
+        }
         if (!options.json) {
             fmt::print("{}", ResultText(report, report.results.back()));
             std::fflush(stdout);
@@ -136,7 +155,7 @@ void RunValidate(const ValidateOptions& options) {
     if (!options.runCheck.empty()) {
         validation::PrepareChild();
         validation::ReportToParent(
-            validation::RunCheck(RequireCheck(options.runCheck), options.bundle, options.seed.value_or(0)));
+            validation::RunCheck(RequireCheck(options.runCheck), options.bundle, ChooseSeed(options.seed)));
     }
     if (options.list) {
         fmt::print("{}", options.json ? ListJson() : ListText());

@@ -33,12 +33,23 @@ struct Finding {
     std::string text;  ///< what was found, and where; empty for a check that passed
 };
 
+/// Whether the checks after one are of any use when it comes to grief.
+enum class Gate : std::uint8_t {
+    kOpen,             ///< they are
+    kShutWhenAtFault,  ///< none of them can be run
+    kShutWhenEnded,    ///< when it crashed or timed out they would do the same
+};
+
 /// One promise that every bundle of the importer interface makes, and how it is put to the test.
 struct Check {
     std::string_view id;       ///< kebab-case; never changes
     std::string_view promise;  ///< one sentence
     void (*run)(Examination& examination);
+    Gate gate = Gate::kOpen;
 };
+
+/// Whether a check that ended so leaves the ones after it without a chance.
+[[nodiscard]] LINEUP_API bool ShutsTheGate(const Check& check, Outcome outcome);
 
 /// All checks, in the order they are run in.
 [[nodiscard]] LINEUP_API std::span<const Check> Checks();

@@ -27,10 +27,11 @@ static_assert(kOutcomes.size() == static_cast<std::size_t>(Outcome::kTimedOut) +
 constexpr std::array kChecks = {
     // Loading and dispatch.
     Check{"bundle-layout", "The bundle names its identifier and its executable, and has one for this platform.",
-          CheckBundleLayout},
-    Check{"entry-point", "The executable loads as it is and exports xImportEntry, and nothing else.", CheckEntryPoint},
+          CheckBundleLayout, Gate::kShutWhenAtFault},
+    Check{"entry-point", "The executable loads as it is and exports xImportEntry, and nothing else.", CheckEntryPoint,
+          Gate::kShutWhenAtFault},
     Check{"init-answer", "Init is answered with 400, and sets the four capability flags and no other byte.",
-          CheckInitAnswer},
+          CheckInitAnswer, Gate::kShutWhenEnded},
     Check{"reserved-selector", "Selector 28 is answered with 100, and nothing is written.", CheckReservedSelector},
     Check{"unknown-selectors", "Every selector that is not in use is answered with 3, and nothing is written.",
           CheckUnknownSelectors},
@@ -106,6 +107,18 @@ std::string_view OutcomeName(Outcome outcome) {
 
 bool IsFault(Outcome outcome) {
     return kOutcomes.at(static_cast<std::size_t>(outcome)).isFault;
+}
+
+bool ShutsTheGate(const Check& check, Outcome outcome) {
+    switch (check.gate) {
+        case Gate::kShutWhenAtFault:
+            return IsFault(outcome);
+        case Gate::kShutWhenEnded:
+            return outcome == Outcome::kCrashed || outcome == Outcome::kTimedOut;
+        case Gate::kOpen:
+            break;
+    }
+    return false;
 }
 
 std::span<const Check> Checks() {

@@ -3,6 +3,7 @@
 #include "Apps/lineup/PeaksCommand.h"
 #include "Apps/lineup/RenderCommand.h"
 #include "Apps/lineup/SettingsCommand.h"
+#include "Apps/lineup/ValidateCommand.h"
 #include "Host/Lineup/Export/UsageError.h"
 
 #include <CLI/CLI.hpp>
@@ -24,6 +25,7 @@ constexpr const char* kExamples =
     "  lineup peaks ident.png --ident blits                 its waveform overview\n"
     "  lineup settings tone.batn                            choose the tone in a dialog\n"
     "  lineup render tone.mov --settings tone.batn          and use what was chosen\n"
+    "  lineup validate My.bundle                            put another plug-in to the test\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 used wrongly.";
@@ -32,6 +34,8 @@ int Run(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return kDone;
+    } catch (const CLI::RuntimeError& error) {  // a command that has said itself what is wrong
+        return error.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kUsedWrongly;
     } catch (const lineup::UsageError& error) {
@@ -58,5 +62,6 @@ int main(int argc, char** argv) {
     cli::AddPeaksCommand(app);
     cli::AddInfoCommand(app);
     cli::AddSettingsCommand(app);
+    cli::AddValidateCommand(app);
     return Run(app, argc, argv);
 }

@@ -37,6 +37,10 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Lineup/Export/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "fmt/", "fcntl.h", "sys/", "unistd.h", "libav", "libsw", "zimg"}},
+    {"Host/Lineup/Validation/",
+     {"Host/Interface/", "Host/Services/", "Host/Lineup/Api.h", "Host/Lineup/DynamicLibrary.h", "Host/Lineup/Error.h",
+      "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
+     {"fmt/", "elf.h", "fcntl.h", "malloc.h", "spawn.h", "sys/", "unistd.h"}},
     {"Apps/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "poll.h", "signal.h", "sys/", "unistd.h"}},
@@ -56,7 +60,11 @@ struct PrivateName {
 };
 
 const std::vector<PrivateName> kPrivateNames = {
-    {"Host/Interface/Importer/ImportRecords.h", {"Src/BarsAndToneImporter/", "Host/Lineup/Importer.cpp"}},
+    {"Host/Interface/Importer/ImportRecords.h",
+     {"Src/BarsAndToneImporter/", "Host/Lineup/Importer.cpp", "Host/Lineup/Validation/"}},
+    {"kImportEntryName",
+     {"Host/Interface/Importer/ImportEntry.h", "Host/Lineup/Importer.cpp", "Host/Lineup/Validation/RawImporter.cpp",
+      "Host/Lineup/Validation/LoadingChecks.cpp"}},
     {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp"}},
 };
 

@@ -5,12 +5,24 @@
 #include "Tests/Fuzz/Support/Require.h"
 
 #include <QApplication>
+#include <QPixmap>
+#include <QWidget>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
 
 namespace {
+
+// Lays the dialog out and draws it, unless it is larger than a screen.
+void Draw() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        window->adjustSize();
+        if (window->width() <= 1500 && window->height() <= 1500) {
+            static_cast<void>(window->grab());
+        }
+    }
+}
 
 void IgnoreMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*message*/) {}
 
@@ -39,6 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fuzz::Require(static_cast<bool>(view), "a form that is built has a view");
         auto* const button = view->GetUINodePtr("okButton", true);
         fuzz::Require(button == view->GetUINodePtr("okButton", true), "a control is the same one each time");
+        Draw();
     } catch (const std::runtime_error& error) {
         fuzz::Require(std::string_view(error.what()).starts_with("cannot build the dialog Fuzzed: "),
                       "an error names the dialog");

@@ -28,6 +28,9 @@ constexpr const char* kExamples =
     "  lineup validate My.bundle                            put another plug-in to the test\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
+    "The plug-in is BarsAndTone.bundle beside the folder of this program, else in ../lib/lineup from there. One that\n"
+    "belongs to somebody else, or that everybody can write to, is used only when --plugin names it.\n"
+    "\n"
     "Exit status: 0 done, 1 failed, 2 used wrongly.";
 
 int Run(CLI::App& app, int argc, char** argv) {

@@ -1,26 +1,26 @@
 #include "Host/Lineup/AudioReader.h"
 
+#include "Host/Lineup/Error.h"
+
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 namespace lineup {
-
-namespace {
-
-std::int64_t LongestBlock(const Clip& clip) {
-    return std::llround(std::ceil(clip.SampleRate() / 10.0F)) + 1;
-}
-
-}  // namespace
 
 AudioReader::AudioReader(const Clip& clip)
     : mClip(&clip),
       mGrid(clip.SampleRate()),
-      mLongestBlock(LongestBlock(clip)),
+      mLongestBlock(mGrid.LongestBlock()),
       mScratch(static_cast<std::size_t>(mLongestBlock * clip.RequestBuffers())),
       mTargets(static_cast<std::size_t>(clip.RequestBuffers())) {}
 
 void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
+    if (position > std::numeric_limits<std::int64_t>::max() - count) {
+        throw Error(
+            fmt::format("cannot read {} samples from {} on: there are no positions so far out", count, position));
+    }
     const auto channels = static_cast<std::size_t>(mClip->NumChannels());
     for (std::int64_t done = 0; done < count;) {
         const std::int64_t at = position + done;
@@ -32,6 +32,9 @@ void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<floa
         for (std::size_t c = 0; c < mTargets.size(); ++c) {
             const bool direct = at == blockStart && c < channels;
             mTargets[c] = direct ? buffers[c] + done : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+        }
+        for (std::size_t c = 0; c < channels; ++c) {
+            std::fill_n(mTargets[c], end - blockStart, 0.0F);
         }
         mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(end - blockStart),
                                   mTargets.data());

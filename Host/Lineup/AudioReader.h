@@ -18,7 +18,9 @@ public:
     explicit AudioReader(const Clip& clip);
 
     /// Fills buffers[c][0] .. buffers[c][count - 1] with the clip's channels, in the plug-in's order,
-    /// from sample `position` on. `buffers` holds Clip::NumChannels() pointers; count is 0 or more.
+    /// from sample `position` on; what the plug-in leaves unwritten is silence. `buffers` holds
+    /// Clip::NumChannels() pointers; count is 0 or more. Throws Error when position + count does not fit
+    /// 64 bits.
     void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers);
 
 private:

@@ -29,7 +29,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/", {}, {}},
     {"Host/Interface/UI/", {"Host/Interface/"}, {"boost/"}},
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
-    {"Host/Services/", {"Host/Interface/"}, {"boost/", "link.h", "plist/", "unistd.h"}},
+    {"Host/Services/", {"Host/Interface/"}, {"boost/", "dlfcn.h", "link.h", "plist/", "unistd.h"}},
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
@@ -60,7 +60,7 @@ struct PrivateName {
 
 const std::vector<PrivateName> kPrivateNames = {
     {"Host/Interface/Importer/ImportRecords.h", {"Src/BarsAndToneImporter/", "Host/Lineup/Importer.cpp"}},
-    {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp"}},
+    {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp", "Host/Services/CatalogueLibrary.cpp"}},
 };
 
 bool StartsWithOneOf(std::string_view text, const Names& starts) {

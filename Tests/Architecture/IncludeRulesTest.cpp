@@ -82,7 +82,7 @@ TEST(IncludeRules, LetOneFileOfTheHostKnowTheRequestRecords) {
     EXPECT_THAT(BrokenIncludeRules({"Src/ToneSettingsDialog/Dialog.cpp", lines}), SizeIs(1));
 }
 
-TEST(IncludeRules, LetOneFileLoadSharedObjects) {
+TEST(IncludeRules, LetOneFileOnEachSideLoadSharedObjects) {
     const std::vector<std::string> lines = {"    void* handle = dlopen(file, RTLD_NOW);"};
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/DynamicLibrary.cpp", lines}), IsEmpty());
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Importer.cpp", lines}), SizeIs(1));

@@ -1,22 +1,15 @@
 #pragma once
 
 #include "Apps/lineup/LabelPainter.h"
+#include "Apps/lineup/OverviewHeading.h"
 #include "Apps/lineup/OverviewLayout.h"
 #include "Apps/lineup/OverviewTheme.h"
 #include "Host/Lineup/WaveformOverview.h"
 
 #include <cairo.h>
-#include <string>
 #include <vector>
 
 namespace cli {
-
-/// What stands above an overview, and the rate that its start is counted at.
-struct OverviewHeading {
-    std::string title;
-    std::string detail;
-    float sampleRateHz = 0;
-};
 
 /// Draws a clip's waveform overview on a surface of the layout's size: a lane a channel in the plug-in's
 /// order, its name and levels on the left, time below. `overview` has as many channels as `layout` has

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "Apps/lineup/OverviewDrawing.h"
+#include "Apps/lineup/OverviewHeading.h"
+#include "Apps/lineup/OverviewLayout.h"
+#include "Apps/lineup/OverviewTheme.h"
+#include "Host/Lineup/WaveformOverview.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-/// A waveform overview as the bytes of a file. Each function throws lineup::Error when the drawing library
-/// fails. Any thread.
+/// A waveform overview as the bytes of a file. Those that draw throw lineup::Error when the drawing
+/// library is not installed or fails. Any thread.
 namespace cli {
 
 /// An 8-bit RGB picture.

@@ -1,6 +1,7 @@
 #include "Host/Lineup/AudioReader.h"
 
 #include "Host/Lineup/Error.h"
+#include "Host/Lineup/Idents.h"
 
 #include <fmt/format.h>
 
@@ -9,41 +10,79 @@
 
 namespace lineup {
 
+namespace {
+
+// The plug-in writes nothing for an ident that it does not know, nor to channels that an ident does not have.
+bool LeavesChannelsUnwritten(const Clip& clip) {
+    if (!clip.Settings() || clip.Settings()->identifyChannels != 1) {
+        return false;
+    }
+    const Ident* const ident = FindIdent(*clip.Settings());
+    return ident == nullptr || ident->numChannels < static_cast<std::uint32_t>(clip.NumChannels());
+}
+
+}  // namespace
+
 AudioReader::AudioReader(const Clip& clip)
     : mClip(&clip),
       mGrid(clip.SampleRate()),
       mLongestBlock(mGrid.LongestBlock()),
       mScratch(static_cast<std::size_t>(mLongestBlock * clip.RequestBuffers())),
-      mTargets(static_cast<std::size_t>(clip.RequestBuffers())) {}
+      mTargets(static_cast<std::size_t>(clip.RequestBuffers())),
+      mSilenceFirst(LeavesChannelsUnwritten(clip)) {}
+
+std::int64_t AudioReader::BlockEnd(std::int64_t position) const noexcept {
+    return mGrid.NextBlockStart(position);
+}
 
 void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
     if (position > std::numeric_limits<std::int64_t>::max() - count) {
         throw Error(
             fmt::format("cannot read {} samples from {} on: there are no positions so far out", count, position));
     }
-    const auto channels = static_cast<std::size_t>(mClip->NumChannels());
     for (std::int64_t done = 0; done < count;) {
         const std::int64_t at = position + done;
         const std::int64_t blockStart = mGrid.BlockStart(at);
-        const std::int64_t end = std::min(mGrid.NextBlockStart(at), position + count);
-
-        // A block that is wanted from its start goes straight to the caller; what the plug-in writes
-        // beyond the clip's channels, and the head of a block that is entered late, go to the scratch.
-        for (std::size_t c = 0; c < mTargets.size(); ++c) {
-            const bool direct = at == blockStart && c < channels;
-            mTargets[c] = direct ? buffers[c] + done : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
-        }
-        for (std::size_t c = 0; c < channels; ++c) {
-            std::fill_n(mTargets[c], end - blockStart, 0.0F);
-        }
-        mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(end - blockStart),
-                                  mTargets.data());
-        if (at != blockStart) {
-            for (std::size_t c = 0; c < channels; ++c) {
-                std::copy_n(mTargets[c] + (at - blockStart), end - at, buffers[c] + done);
-            }
+        const std::int64_t blockEnd = mGrid.NextBlockStart(at);
+        const std::int64_t end = std::min(blockEnd, position + count);
+        if (at == blockStart && end == blockEnd) {
+            Request(blockStart, end - blockStart, buffers, done);
+        } else {
+            CopyFromBlock(blockStart, at - blockStart, end - blockStart, buffers, done);
         }
         done += end - at;
+    }
+}
+
+// Channels that the caller has no buffer for go to the scratch, those of the clip and what the plug-in writes
+// beyond them.
+void AudioReader::Request(std::int64_t blockStart, std::int64_t count, std::span<float* const> buffers,
+                          std::int64_t offset) {
+    const auto channels = std::min(buffers.size(), static_cast<std::size_t>(mClip->NumChannels()));
+    if (channels < mTargets.size()) {
+        mKeptStart.reset();  // at least in part
+    }
+    for (std::size_t c = 0; c < mTargets.size(); ++c) {
+        mTargets[c] =
+            c < channels ? buffers[c] + offset : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+    }
+    for (std::size_t c = 0; mSilenceFirst && c < static_cast<std::size_t>(mClip->NumChannels()); ++c) {
+        std::fill_n(mTargets[c], count, 0.0F);
+    }
+    mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(count), mTargets.data());
+}
+
+// The block is made whole and kept: reading on in it costs no more than the copy.
+void AudioReader::CopyFromBlock(std::int64_t blockStart, std::int64_t first, std::int64_t last,
+                                std::span<float* const> buffers, std::int64_t offset) {
+    if (mKeptStart != blockStart) {
+        mKeptStart.reset();
+        Request(blockStart, mGrid.NextBlockStart(blockStart) - blockStart, {}, 0);
+        mKeptStart = blockStart;
+    }
+    for (std::size_t c = 0; c < static_cast<std::size_t>(mClip->NumChannels()); ++c) {
+        const float* const kept = mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+        std::copy(kept + first, kept + last, buffers[c] + offset);
     }
 }
 

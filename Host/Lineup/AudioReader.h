@@ -5,6 +5,7 @@
 #include "Host/Lineup/Clip.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -23,12 +24,22 @@ public:
     /// 64 bits.
     void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers);
 
+    /// The end of the block that holds sample `position`. A block that is read in one piece goes straight to
+    /// the caller's buffers; of one that is read in parts a copy is kept until another is read.
+    [[nodiscard]] std::int64_t BlockEnd(std::int64_t position) const noexcept;
+
 private:
+    void Request(std::int64_t blockStart, std::int64_t count, std::span<float* const> buffers, std::int64_t offset);
+    void CopyFromBlock(std::int64_t blockStart, std::int64_t first, std::int64_t last, std::span<float* const> buffers,
+                       std::int64_t offset);
+
     const Clip* mClip;
     BlockGrid mGrid;
     std::int64_t mLongestBlock;
     std::vector<float> mScratch;
     std::vector<float*> mTargets;
+    bool mSilenceFirst;
+    std::optional<std::int64_t> mKeptStart;  // of the block whose channels lie in the scratch
 };
 
 }  // namespace lineup

@@ -13,6 +13,15 @@ DynamicLibrary::DynamicLibrary(const std::filesystem::path& file)
     }
 }
 
+std::filesystem::path DynamicLibrary::Beside(const char* name) {
+    static const char kHere = 0;  // an address in this library
+    Dl_info self{};
+    if (dladdr(&kHere, &self) == 0) {
+        return name;
+    }
+    return std::filesystem::path(self.dli_fname).parent_path() / name;
+}
+
 void* DynamicLibrary::Find(const char* symbol) const noexcept {
     return dlsym(mHandle.get(), symbol);
 }

@@ -1,15 +1,20 @@
 #pragma once
 
+#include "Host/Lineup/Api.h"
+
 #include <filesystem>
 #include <memory>
 
 namespace lineup {
 
 /// A loaded shared object; unloaded when destroyed. Movable.
-class DynamicLibrary {
+class LINEUP_API DynamicLibrary {
 public:
     /// Throws Error when the file cannot be loaded.
     explicit DynamicLibrary(const std::filesystem::path& file);
+
+    /// The path of the library called `name` in the folder that this code's own library lies in.
+    [[nodiscard]] static std::filesystem::path Beside(const char* name);
 
     /// The address of an exported symbol, or null.
     [[nodiscard]] void* Find(const char* symbol) const noexcept;

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "Host/Services/CatalogueEntry.h"
 #include "Host/Services/LanguageName.h"
 
 #include <filesystem>
-#include <locale>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace zelcore {
 
-/// The translations into one language that a folder of catalogues offers.
+/// The translations into one language that a folder of catalogues offers. Movable.
 class Catalogue {
 public:
     /// Reads folder/<language>/LC_MESSAGES/BarsAndTone.mo, the closest match to `language` there is; one
@@ -20,7 +21,7 @@ public:
     [[nodiscard]] std::optional<std::string> Find(const std::string& key) const;
 
 private:
-    std::locale mMessages = std::locale::classic();
+    std::unique_ptr<Translations> mTranslations;
 };
 
 }  // namespace zelcore

@@ -29,14 +29,17 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/", {}, {}},
     {"Host/Interface/UI/", {"Host/Interface/"}, {"boost/"}},
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
-    {"Host/Services/", {"Host/Interface/"}, {"boost/", "link.h", "plist/", "unistd.h"}},
+    {"Host/Services/", {"Host/Interface/"}, {"boost/", "dlfcn.h", "link.h", "plist/", "unistd.h"}},
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "fmt/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},
     {"Host/Lineup/Export/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "fmt/", "fcntl.h", "sys/", "unistd.h", "libav", "libsw", "zimg"}},
+     {"boost/", "fmt/", "fcntl.h", "immintrin.h", "sys/", "unistd.h"}},
+    {"Host/Lineup/Export/Media/",
+     {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
+     {"boost/", "fmt/", "libav", "libsw", "zimg"}},
     {"Host/Lineup/Validation/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/Api.h", "Host/Lineup/DynamicLibrary.h", "Host/Lineup/Error.h",
       "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
@@ -65,7 +68,7 @@ const std::vector<PrivateName> kPrivateNames = {
     {"kImportEntryName",
      {"Host/Interface/Importer/ImportEntry.h", "Host/Lineup/Importer.cpp", "Host/Lineup/Validation/RawImporter.cpp",
       "Host/Lineup/Validation/LoadingChecks.cpp"}},
-    {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp"}},
+    {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp", "Host/Services/CatalogueLibrary.cpp"}},
 };
 
 bool StartsWithOneOf(std::string_view text, const Names& starts) {

@@ -27,7 +27,6 @@ constexpr std::array kPngVideo = {"png"sv};
 constexpr std::array<int, 1> kMxfSampleRatesHz = {48000};
 
 constexpr std::array<CodecOption, 1> kMovOptions = {{{"movflags", "+write_colr"}}};
-constexpr std::array<CodecOption, 2> kWavOptions = {{{"rf64", "auto"}, {"write_bext", "1"}}};
 
 constexpr std::array<FileFormat, 6> kFileFormats = {{
     {.extension = "mov",
@@ -68,12 +67,10 @@ constexpr std::array<FileFormat, 6> kFileFormats = {{
      .onlyMonoTracks = true},
     {.extension = "wav",
      .description = "Broadcast Wave, sound alone; RF64 past 4 GB",
-     .muxer = "wav",
+     .kind = FileKind::Wave,
      .audioCodecs = kWavAudio,
-     .options = kWavOptions,
-     .timeReferenceTag = "time_reference",
      .holdsTimecode = true},
-    {.extension = "png", .description = "PNG picture, one frame", .videoCodecs = kPngVideo},
+    {.extension = "png", .description = "PNG picture, one frame", .kind = FileKind::Still, .videoCodecs = kPngVideo},
 }};
 
 }  // namespace

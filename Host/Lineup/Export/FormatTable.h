@@ -56,17 +56,24 @@ struct AudioCodec {
     std::span<const int> sampleRatesHz{};  ///< those it can have; empty: any
 };
 
+/// Who makes a file.
+enum class FileKind {
+    Movie,  ///< a muxer of the media library
+    Wave,   ///< this library itself: sound alone
+    Still,  ///< the picture's encoder alone
+};
+
 /// A kind of file, known by its extension.
 struct FileFormat {
     std::string_view extension;  ///< lower case, without a dot: "mov"
     std::string_view description;
-    std::string_view muxer{};                         ///< the FFmpeg muxer; empty: the encoded picture alone
+    FileKind kind = FileKind::Movie;
+    std::string_view muxer{};                         ///< of a movie: the FFmpeg muxer
     std::span<const std::string_view> videoCodecs{};  ///< names; the first is the default; empty: no picture
     std::span<const std::string_view> audioCodecs{};  ///< names; the first is the default; empty: no sound
     std::span<const CodecOption> options{};           ///< set on the muxer
     std::span<const int> sampleRatesHz{};             ///< those it can hold; empty: any
     std::string_view timescaleOption{};               ///< the muxer's option for the unit of the whole file's times
-    std::string_view timeReferenceTag{};              ///< the tag that holds the time code as samples since midnight
     bool uniqueIdentifiers = false;                   ///< no two files are alike, even of the same settings
     bool needsLayoutInCodec = false;                  ///< cannot say itself which channel is which
     bool labelsMonoTracks = false;                    ///< says of a mono track which channel it is

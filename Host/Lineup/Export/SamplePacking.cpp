@@ -1,22 +1,12 @@
 #include "Host/Lineup/Export/SamplePacking.h"
 
-#include <algorithm>
-#include <cmath>
+#include "Host/Interface/Core/VectorRuntime.h"
+#include "Host/Lineup/Export/PackingKernels.h"
+#include "Host/Lineup/Export/Quantise.h"
 
 namespace lineup {
 
 namespace {
-
-// The float times a power of two is exact in a double, so the only rounding is to the step.
-template <int kBits>
-std::int32_t Quantise(float sample) {
-    constexpr auto kFullScale = static_cast<double>(std::int64_t{1} << (kBits - 1));
-    if (std::isnan(sample)) {
-        return 0;
-    }
-    const double steps = std::nearbyint(static_cast<double>(sample) * kFullScale);
-    return static_cast<std::int32_t>(std::clamp(steps, -kFullScale, kFullScale - 1));
-}
 
 template <typename Packed, typename Pack>
 void PackEach(std::span<const float> samples, void* destination, std::size_t stride, Pack pack) {
@@ -24,6 +14,33 @@ void PackEach(std::span<const float> samples, void* destination, std::size_t str
     for (std::size_t i = 0; i < samples.size(); ++i) {
         packed[i * stride] = pack(samples[i]);
     }
+}
+
+/// The form that the process's dispatch index names.
+const PackingKernels& Kernels() {
+#if defined(__x86_64__)
+    if (ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) == kVectorNotInitialised) {
+        ippSafeInit();
+    }
+    return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVector_l9 ? kPackingAvx2 : kPackingSse2;
+#else
+    return kPackingPlain;
+#endif
+}
+
+PackFunction& FunctionFor(SampleFormat format) {
+    const PackingKernels& kernels = Kernels();
+    switch (format) {
+        case SampleFormat::S16:
+            return *kernels.s16;
+        case SampleFormat::S24:
+            return *kernels.s24;
+        case SampleFormat::S32:
+            return *kernels.s32;
+        case SampleFormat::F32:
+            break;
+    }
+    return *kernels.f32;
 }
 
 }  // namespace
@@ -45,6 +62,14 @@ void PackSamples(std::span<const float> samples, SampleFormat format, void* dest
         case SampleFormat::F32:
             return PackEach<float>(samples, destination, stride, [](float sample) { return sample; });
     }
+}
+
+std::size_t PackedBytes(SampleFormat format) {
+    return format == SampleFormat::S24 ? 3 : BytesPerSample(format);
+}
+
+void PackFrames(std::span<const float* const> channels, std::size_t count, SampleFormat format, std::uint8_t* packed) {
+    FunctionFor(format)(channels.data(), channels.size(), count, packed);
 }
 
 }  // namespace lineup

@@ -9,13 +9,23 @@
 
 namespace lineup {
 
-/// The bytes of one packed sample: 2 for S16, 4 for the others.
+/// Full scale is 1.0; samples are rounded to the nearest step, halves to even, and clipped to the format's
+/// range; NaN packs as 0. F32 copies the bits, unclipped.
+
+/// The bytes of one sample in an encoder's frame: 2 for S16, 4 for the others.
 LINEUP_API std::size_t BytesPerSample(SampleFormat format);
 
-/// Packs one channel: sample i of `samples` goes to place i * stride of `destination`, counted in packed
-/// samples. Full scale is 1.0; samples are rounded to the nearest step, halves to even, and clipped
-/// to the format's range; NaN packs as 0. F32 copies the bits, unclipped. S24 lies in the upper three
-/// bytes of a 32-bit sample whose lowest byte is 0. What lies between the places is not touched.
+/// Packs one channel for an encoder: sample i of `samples` goes to place i * stride of `destination`, counted
+/// in packed samples. S24 lies in the upper three bytes of a 32-bit sample whose lowest byte is 0. What lies
+/// between the places is not touched.
 LINEUP_API void PackSamples(std::span<const float> samples, SampleFormat format, void* destination, std::size_t stride);
+
+/// The bytes of one sample in a file: 2 for S16, 3 for S24, 4 for the others.
+LINEUP_API std::size_t PackedBytes(SampleFormat format);
+
+/// Packs `count` samples of all channels as a file holds them uncompressed: little-endian, the channels of one
+/// moment side by side in the order of `channels`. Writes count * channels.size() * PackedBytes(format) bytes.
+LINEUP_API void PackFrames(std::span<const float* const> channels, std::size_t count, SampleFormat format,
+                           std::uint8_t* packed);
 
 }  // namespace lineup

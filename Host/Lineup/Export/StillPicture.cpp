@@ -1,32 +1,14 @@
 #include "Host/Lineup/Export/StillPicture.h"
 
 #include "Host/Lineup/Export/ExportPlan.h"
-#include "Host/Lineup/Export/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
-#include "Host/Lineup/Export/TargetFile.h"
-#include "Host/Lineup/Export/VideoFrame.h"
+#include "Host/Lineup/Export/MediaLibrary.h"
 
 namespace lineup {
 
 void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target, bool overwrite) {
-    const VideoCodec& codec = *FindVideoCodec("png");
-    CheckPictureSize(codec, width, height);
-    TargetFile file(target, overwrite);
-
-    const AvFrame frame = MakeVideoFrame(clip, codec, width, height, card);
-    const AvCodecContext encoder = NewEncoder(codec.encoder);
-    DescribeFrame(*encoder, *frame);
-    encoder->time_base = {1, 1};
-    AvOptions options(codec.options);
-    OpenEncoder(*encoder, options);
-    SendFrame(*encoder, frame.get());
-    SendFrame(*encoder, nullptr);
-
-    const AvPacket packet = NewAvPacket();
-    while (ReceivePacket(*encoder, *packet)) {
-        file.Write({packet->data, static_cast<std::size_t>(packet->size)});
-    }
-    file.Commit();
+    CheckPictureSize(*FindVideoCodec("png"), width, height);
+    MediaLibrary::Get().writePng(clip, width, height, card, target, overwrite);
 }
 
 }  // namespace lineup

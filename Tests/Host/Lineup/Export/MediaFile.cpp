@@ -89,15 +89,15 @@ lineup::ExportSettings SmallExport(const fs::path& target, std::int64_t duration
     return settings;
 }
 
-nlohmann::json Probe(const fs::path& file) {
-    const auto text = Run(
-        fmt::format(FFPROBE_PROGRAM " -v error -count_frames -show_format -show_streams -of json {}", file.string()));
+nlohmann::json Probe(const fs::path& file, bool counted) {
+    const auto text = Run(fmt::format(FFPROBE_PROGRAM " -v error {} -show_format -show_streams -of json {}",
+                                      counted ? "-count_frames" : "", file.string()));
     return nlohmann::json::parse(text.begin(), text.end());
 }
 
-std::vector<nlohmann::json> Streams(const fs::path& file, std::string_view kind) {
+std::vector<nlohmann::json> Streams(const fs::path& file, std::string_view kind, bool counted) {
     std::vector<nlohmann::json> streams;
-    const nlohmann::json probe = Probe(file);
+    const nlohmann::json probe = Probe(file, counted);
     std::ranges::copy_if(probe.at("streams"), std::back_inserter(streams),
                          [kind](const nlohmann::json& stream) { return stream.at("codec_type") == kind; });
     return streams;

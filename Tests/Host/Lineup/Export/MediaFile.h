@@ -40,10 +40,11 @@ lineup::Clip OpenClip(std::uint32_t channels = 2);
 lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int64_t duration);
 
 /// What ffprobe says of a file.
-nlohmann::json Probe(const std::filesystem::path& file);
+nlohmann::json Probe(const std::filesystem::path& file, bool counted = true);
 
 /// The file's streams of one kind: "video", "audio" or "data".
-std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::string_view kind);
+/// Without `counted`, frames are not decoded to count them.
+std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::string_view kind, bool counted = true);
 
 /// The bytes that ffmpeg decodes one stream to ("v:0", "a:1"), with further output arguments.
 std::vector<std::uint8_t> Decode(const std::filesystem::path& file, std::string_view stream,

@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/SoundEncoder.h"
+#include "Host/Lineup/Export/Media/SoundEncoder.h"
 
 #include "Host/Lineup/Export/SamplePacking.h"
 

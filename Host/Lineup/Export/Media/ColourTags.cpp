@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/ColourTags.h"
+#include "Host/Lineup/Export/Media/ColourTags.h"
 
 #include <string>
 
@@ -59,19 +59,6 @@ PlaneFormat PlanesFor(const VideoCodec& codec, int height) {
         format.coding = codec.colour == ColourKind::Video && IsHd(height) ? ColourCoding::Ycc709 : ColourCoding::Ycc601;
     }
     return format;
-}
-
-Rational SampleAspect(int width, int height) {
-    constexpr Rational kSquare{1, 1};
-    constexpr Rational kPixelOf525{10, 11};
-    constexpr Rational kPixelOf625{12, 11};
-    if (width != 720) {
-        return kSquare;
-    }
-    if (height == 480 || height == 486) {
-        return kPixelOf525;
-    }
-    return height == kLinesOf625 ? kPixelOf625 : kSquare;
 }
 
 AVPixelFormat PixelFormat(const VideoCodec& codec) {

@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/Muxer.h"
+#include "Host/Lineup/Export/Media/Muxer.h"
 
 #include <fmt/format.h>
 
@@ -97,10 +97,6 @@ int Muxer::AddStream(const AVCodecContext& encoder) {
 
 void Muxer::Tag(int stream, std::string_view key, std::string_view value) {
     Require(av_dict_set(&mContext->streams[stream]->metadata, std::string(key).c_str(), std::string(value).c_str(), 0));
-}
-
-void Muxer::TagFile(std::string_view key, std::string_view value) {
-    Require(av_dict_set(&mContext->metadata, std::string(key).c_str(), std::string(value).c_str(), 0));
 }
 
 void Muxer::Begin(AvOptions& options) {

@@ -1,8 +1,9 @@
-#include "Host/Lineup/Export/VideoFrame.h"
+#include "Host/Lineup/Export/Media/VideoFrame.h"
 
-#include "Host/Lineup/Export/ColourConversion.h"
-#include "Host/Lineup/Export/ColourTags.h"
 #include "Host/Lineup/Export/FloatPicture.h"
+#include "Host/Lineup/Export/Media/ColourConversion.h"
+#include "Host/Lineup/Export/Media/ColourTags.h"
+#include "Host/Lineup/Export/SampleAspect.h"
 
 #include <cstdint>
 

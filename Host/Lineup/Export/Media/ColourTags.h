@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/ColourConversion.h"
+#include "Host/Lineup/Export/Media/ColourConversion.h"
 #include "Host/Lineup/Export/FormatTable.h"
-#include "Host/Lineup/Export/Rational.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>
@@ -25,10 +24,6 @@ ColourTags TagsFor(const VideoCodec& codec, int height);
 
 /// The planes the codec's pixel format is made of, filled as TagsFor says.
 PlaneFormat PlanesFor(const VideoCodec& codec, int height);
-
-/// The shape of a pixel: that of the standard-definition rasters 720x480, 720x486 and 720x576 for a 4:3
-/// picture, square for all others.
-Rational SampleAspect(int width, int height);
 
 /// The codec's pixel format.
 AVPixelFormat PixelFormat(const VideoCodec& codec);

@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 
 #include "Host/Lineup/Export/FormatTable.h"
 

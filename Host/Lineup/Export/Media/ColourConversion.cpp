@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/ColourConversion.h"
+#include "Host/Lineup/Export/Media/ColourConversion.h"
 
 #include "Host/Lineup/Error.h"
 

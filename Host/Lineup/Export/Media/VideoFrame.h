@@ -2,7 +2,7 @@
 
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
 
 namespace lineup {

@@ -4,8 +4,8 @@
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportPlan.h"
 #include "Host/Lineup/Export/ExportReport.h"
-#include "Host/Lineup/Export/Muxer.h"
-#include "Host/Lineup/Export/SoundEncoder.h"
+#include "Host/Lineup/Export/Media/Muxer.h"
+#include "Host/Lineup/Export/Media/SoundEncoder.h"
 
 #include <cstdint>
 #include <vector>

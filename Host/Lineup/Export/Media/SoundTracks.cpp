@@ -1,4 +1,6 @@
-#include "Host/Lineup/Export/SoundTracks.h"
+#include "Host/Lineup/Export/Media/SoundTracks.h"
+
+#include "Host/Lineup/Export/SoundNames.h"
 
 #include <algorithm>
 #include <array>
@@ -12,22 +14,7 @@ namespace {
 // Encoders that take any number of samples get no more than this at a time.
 constexpr int kMostSamples = 8192;
 
-std::string_view Name(SampleFormat format) {
-    switch (format) {
-        case SampleFormat::S16:
-            return "s16";
-        case SampleFormat::S24:
-            return "s24";
-        case SampleFormat::S32:
-            return "s32";
-        case SampleFormat::F32:
-            break;
-    }
-    return "f32";
-}
-
 constexpr std::string_view kMono = "mono";
-constexpr std::string_view kStereo = "stereo";
 
 /// FFmpeg's names of single channels, for the tracks of a file that says which channel each one is.
 /// QuickTime's left and right surround are what FFmpeg calls the back.
@@ -41,13 +28,6 @@ constexpr std::array<ChannelLabel, 6> kChannelLabels = {
 std::string MonoLayout(const FileFormat& format, std::string_view channel) {
     const auto* const label = std::ranges::find(kChannelLabels, channel, &ChannelLabel::channel);
     return std::string(format.labelsMonoTracks && label != kChannelLabels.end() ? label->layout : kMono);
-}
-
-std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels) {
-    if (channels > 2) {
-        return std::string(codec.surroundLayout);
-    }
-    return std::string(channels == 2 ? kStereo : kMono);
 }
 
 }  // namespace
@@ -111,7 +91,7 @@ std::vector<AudioReport> SoundTracks::Report() const {
     for (const Track& track : mTracks) {
         AudioReport report;
         report.codec = mCodec->name;
-        report.sampleFormat = Name(mCodec->samples);
+        report.sampleFormat = SampleFormatName(mCodec->samples);
         report.sampleRateHz = mSampleRateHz;
         report.channels = track.encoder.Channels();
         report.layout = track.encoder.Layout();

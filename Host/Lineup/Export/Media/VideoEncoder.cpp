@@ -1,6 +1,6 @@
-#include "Host/Lineup/Export/VideoEncoder.h"
+#include "Host/Lineup/Export/Media/VideoEncoder.h"
 
-#include "Host/Lineup/Export/VideoFrame.h"
+#include "Host/Lineup/Export/Media/VideoFrame.h"
 
 namespace lineup {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
-#include "Host/Lineup/Export/Muxer.h"
+#include "Host/Lineup/Export/Media/Muxer.h"
 
 #include <cstdint>
 #include <span>

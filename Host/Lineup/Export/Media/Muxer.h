@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
 #include "Host/Lineup/Export/TargetFile.h"
 
@@ -22,9 +22,6 @@ public:
 
     /// Tags a stream, before Begin.
     void Tag(int stream, std::string_view key, std::string_view value);
-
-    /// Tags the file, before Begin.
-    void TagFile(std::string_view key, std::string_view value);
 
     /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the format's own.
     void Begin(AvOptions& options);

@@ -2,9 +2,9 @@
 
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
-#include "Host/Lineup/Export/Muxer.h"
+#include "Host/Lineup/Export/Media/Muxer.h"
 
 #include <cstdint>
 

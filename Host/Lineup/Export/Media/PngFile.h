@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Host/Lineup/Clip.h"
+#include "Host/Lineup/Export/ExportSettings.h"
+
+#include <filesystem>
+
+namespace lineup {
+
+/// Writes the clip's picture as WritePng says; its size has been checked.
+void WritePngFile(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target,
+                  bool overwrite);
+
+}  // namespace lineup

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Host/Lineup/DynamicLibrary.h"
+#include "Host/Lineup/Export/MediaEntry.h"
+
+namespace lineup {
+
+/// The library of media formats, loaded when first asked for and kept until the process ends. Any thread.
+class MediaLibrary {
+public:
+    /// Throws Error when it is not installed, or is of another version.
+    static const MediaLibrary& Get();
+
+    WriteMediaFunction* const writeMedia;
+    WritePngFunction* const writePng;
+
+private:
+    explicit MediaLibrary(const DynamicLibrary& library);
+};
+
+}  // namespace lineup

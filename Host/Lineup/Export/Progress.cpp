@@ -1,0 +1,14 @@
+#include "Host/Lineup/Export/Progress.h"
+
+#include <fmt/format.h>
+
+namespace lineup {
+
+void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::int64_t total,
+                    const ExportSettings& settings) {
+    if (progress && !progress(done, total)) {
+        throw Cancelled(fmt::format("cannot finish {}: cancelled", settings.target.string()));
+    }
+}
+
+}  // namespace lineup

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Host/Lineup/Api.h"
+#include "Host/Lineup/Export/ExportSettings.h"
+#include "Host/Lineup/Export/Exporter.h"
+
+#include <cstdint>
+
+namespace lineup {
+
+/// Tells `progress`, which may be empty, how far the export of `settings` is. Throws Cancelled when it
+/// answers false.
+LINEUP_API void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::int64_t total,
+                               const ExportSettings& settings);
+
+}  // namespace lineup

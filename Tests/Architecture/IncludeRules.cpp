@@ -33,7 +33,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "fmt/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},
+     {"boost/", "fmt/", "nlohmann/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},
     {"Host/Lineup/Export/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "fmt/", "fcntl.h", "immintrin.h", "poll.h", "sys/", "unistd.h"}},

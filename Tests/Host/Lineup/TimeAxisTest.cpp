@@ -1,4 +1,4 @@
-#include "Apps/lineup/TimeAxis.h"
+#include "Host/Lineup/TimeAxis.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 
 namespace {
 
-using cli::NiceTimeStep;
-using cli::TimeLabel;
+using lineup::NiceTimeStep;
+using lineup::TimeLabel;
 using zelmediatypes::kTicksPerSecond;
 using zelmediatypes::TickTime;
 

@@ -1,4 +1,4 @@
-#include "Apps/lineup/TimeAxis.h"
+#include "Host/Lineup/TimeAxis.h"
 
 #include <fmt/format.h>
 
@@ -9,7 +9,7 @@
 using zelmediatypes::kTicksPerSecond;
 using zelmediatypes::TickTime;
 
-namespace cli {
+namespace lineup {
 
 namespace {
 
@@ -78,4 +78,4 @@ std::string TimeLabel(TickTime time, TickTime step, TickTime furthest) {
     return fmt::format("{}{}:{:02}:{:02}{}", sign, minutes / 60, minutes % 60, wholeSeconds % 60, fraction);
 }
 
-}  // namespace cli
+}  // namespace lineup

@@ -5,10 +5,15 @@
 #include <cstring>
 #include <immintrin.h>
 
-/// The registers that PackingVector.cpp is compiled for, PACKING_BYTES wide: 16 or 32. Only for that file.
+/// The registers that PackingVector.cpp is compiled for, PACKING_BYTES wide: 16, also when nothing is said,
+/// or 32. Only for that file.
 ///
 /// Everything is static. An inline function would be shared between the instruction levels, and an old
 /// processor could end up in code made for a new one.
+
+#if !defined(PACKING_BYTES)
+#define PACKING_BYTES 16
+#endif
 
 #if PACKING_BYTES == 16
 

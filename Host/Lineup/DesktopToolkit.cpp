@@ -27,7 +27,7 @@ fs::path FindLibrary() {
     const std::array<fs::path, 2> places = {ProgramPrefix() / "lib", ProgramPrefix() / "lib" / "lineup"};
     for (const fs::path& place : places) {
         std::error_code error;
-        const fs::path library = place / zelui::ui::kToolkitLibraryName;
+        fs::path library = place / zelui::ui::kToolkitLibraryName;
         if (fs::exists(library, error)) {
             RequireTrustedLibrary(library);
             return library;

@@ -10,7 +10,7 @@ namespace fuzz {
 
 namespace {
 
-constexpr int kMostRequests = 64;
+constexpr int kMostRequests = 24;
 
 }  // namespace
 

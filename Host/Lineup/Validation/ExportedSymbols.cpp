@@ -22,7 +22,7 @@ public:
     template <class T>
     [[nodiscard]] T Read(std::uint64_t offset) const {
         RequireRange(offset, sizeof(T));
-        T value;
+        T value{};
         std::memcpy(&value, mBytes.data() + offset, sizeof value);
         return value;
     }

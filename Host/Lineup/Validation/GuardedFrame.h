@@ -36,7 +36,7 @@ public:
     [[nodiscard]] vexel Handle() const noexcept { return mBuffer.Handle(); }
 
     /// Requests the frame in a record of its own, which must stay as it is, and returns the result code.
-    std::int32_t Send(const RawImporter& plugin, Placement placement = {}) const;
+    [[nodiscard]] std::int32_t Send(const RawImporter& plugin, Placement placement = {}) const;
 
     /// The same; throws Failure when it is refused or anything outside of the picture is drawn on.
     void Draw(const RawImporter& plugin, Placement placement = {}) const;

@@ -62,7 +62,7 @@ public:
     explicit GuardedRecord(const Record& record, Placement placement = {}) : GuardedRecord(placement) { Put(record); }
 
     [[nodiscard]] Record Get() const {
-        Record record;
+        Record record{};
         GetBytes(&record, sizeof record);
         return record;
     }

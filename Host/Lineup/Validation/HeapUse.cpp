@@ -4,6 +4,7 @@
 #include <malloc.h>
 
 // A sanitizer has a heap of its own; in other builds there is no such function.
+// NOLINTNEXTLINE(readability-identifier-naming): the sanitizers' name
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace lineup::validation {

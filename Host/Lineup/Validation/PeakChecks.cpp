@@ -77,6 +77,23 @@ void RequireLine(const RawImporter& plugin, const Sound& sound, const Stretch& s
     Require(peaks.minima == peaks.maxima, "{} of {} are not one line", Text(peakStretch), sound.name);
 }
 
+// The kind of drawing changes where the peak rate passes the tone's frequency, and at it is a band still.
+void RequireKind(const RawImporter& plugin, const Sound& sound, float rateHz) {
+    const PeakStretch stretch{.position = 0, .rateHz = rateHz, .count = 200};
+    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, stretch);
+    const bool line = IsLine(sound, rateHz);
+    for (std::size_t c = 0; c < sound.channels; ++c) {
+        for (std::size_t i = 0; i < peaks.maxima[c].size(); ++i) {
+            const float maximum = peaks.maxima[c][i];
+            const bool isBand = maximum == sound.settings.amplitude && peaks.minima[c][i] == -maximum;
+            if (line ? peaks.minima[c][i] != maximum : !isBand) {
+                Fail("{} of {}: channel {}, peak {} is {} to {}, which is no {}", Text(stretch), sound.name, c, i,
+                     peaks.minima[c][i], maximum, line ? "line" : "band of the tone's level");
+            }
+        }
+    }
+}
+
 void RequirePeaksJoin(Examination& examination, const Sound& sound, float rateHz) {
     constexpr std::int32_t kCount = 1200;
     const RawImporter& plugin = examination.Plugin();
@@ -144,6 +161,9 @@ void CheckPeaksMatchAudio(Examination& examination) {
         RequireBands(plugin, sound, 0, static_cast<std::int32_t>(sound.CycleSamples() / 480));
         RequireBands(plugin, sound, (tenths - 500) * 4800, 200);
         if (!sound.IsIdent()) {
+            for (const float rateHz : kPeakRatesHz) {
+                RequireKind(plugin, sound, rateHz);
+            }
             const auto position = static_cast<std::int64_t>(examination.Below(1000000));
             RequireLine(plugin, sound, {.position = position, .count = 5000});
         }

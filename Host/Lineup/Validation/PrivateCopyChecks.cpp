@@ -142,7 +142,7 @@ void CheckRequestsKeepNoMemory(Examination& examination) {
         });
     }
     RequireSteadyHeap("frame requests", 50, [&] {
-        GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = kPixelFormat_VUYA_32f});
+        const GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = kPixelFormat_VUYA_32f});
         frame.Draw(plugin);
     });
     RequireSteadyHeap("settings requests", 200, [&] {

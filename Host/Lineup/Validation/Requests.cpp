@@ -100,6 +100,7 @@ Description::Description(const RawImporter& plugin, void* prefs, float hostRateH
     record.privateData = nullptr;
     record.prefs = prefs;
     mRecord.Put(record);
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the record must be filled first
     mResult = plugin.Call(kImportGetInfo, nullptr, mRecord.Data());
 }
 

@@ -77,7 +77,7 @@ public:
 private:
     const RawImporter* mPlugin;
     GuardedRecord<imFileInfoRec8> mRecord;
-    std::int32_t mResult;
+    std::int32_t mResult = -1;
 };
 
 }  // namespace lineup::validation

@@ -15,9 +15,8 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
-
-extern "C" char** environ;
 
 namespace lineup::validation {
 
@@ -25,15 +24,15 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-Error SystemError(const char* act, int error) {
-    return Error(fmt::format("cannot {}: {}", act, std::strerror(error)));
+[[noreturn]] void FailTo(const char* act, int error) {
+    throw Error(fmt::format("cannot {}: {}", act, std::generic_category().message(error)));
 }
 
 class Pipe {
 public:
     Pipe() {
         if (pipe2(mEnds.data(), O_CLOEXEC) != 0) {
-            throw SystemError("make a pipe", errno);
+            FailTo("make a pipe", errno);
         }
     }
     ~Pipe() {
@@ -116,6 +115,7 @@ public:
 
     [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments) const {
         std::vector<char*> pointers;
+        pointers.reserve(arguments.size() + 1);
         for (const std::string& argument : arguments) {
             pointers.push_back(const_cast<char*>(argument.c_str()));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
         }
@@ -123,7 +123,7 @@ public:
         pid_t child = 0;
         const int error = posix_spawn(&child, pointers.front(), &mFiles, &mAttributes, pointers.data(), environ);
         if (error != 0) {
-            throw SystemError("start a process for a check", error);
+            FailTo("start a process for a check", error);
         }
         return child;
     }
@@ -143,7 +143,7 @@ std::optional<int> WaitFor(pid_t child, const ChildSignal& childSignal, std::chr
             return status;
         }
         if (ended < 0) {
-            throw SystemError("wait for the process of a check", errno);
+            FailTo("wait for the process of a check", errno);
         }
         const Clock::duration left = deadline - Clock::now();
         if (left <= Clock::duration::zero()) {

@@ -5,9 +5,10 @@
 #include "Host/Lineup/Validation/HostileNumbers.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace lineup::validation {
 
@@ -46,7 +47,8 @@ void RequireDefaults(const RawImporter& plugin, float rateHz, std::uint8_t useDe
     BarsAndToneInfo expected;
     expected.sampleRate = rateHz;
     const BarsAndToneInfo made = prefs.Get();
-    Require(std::memcmp(&made, &expected, kSettingsBytes) == 0,
+    using Bytes = std::array<std::uint8_t, kSettingsBytes>;
+    Require(std::bit_cast<Bytes>(made) == std::bit_cast<Bytes>(expected),
             "{} are {} of type {}, version {}; a new clip has {} of type {}, version {}", what, Text(made),
             made.channelType, made.version, Text(expected), expected.channelType, expected.version);
 }

@@ -73,8 +73,7 @@ void RequireJoins(const RawImporter& plugin, const Sound& sound, const Stretch& 
 // the cycle from 0 on.
 void RequireSameCycle(Examination& examination, const Sound& sound, std::int64_t cycles) {
     constexpr std::uint32_t kCount = 20000;
-    const std::int64_t inCycle =
-        static_cast<std::int64_t>(examination.Below(static_cast<std::uint64_t>(sound.CycleSamples())));
+    const auto inCycle = static_cast<std::int64_t>(examination.Below(static_cast<std::uint64_t>(sound.CycleSamples())));
     const Stretch near{.position = inCycle, .count = kCount};
     const Stretch far{.position = cycles * sound.CycleSamples() + inCycle, .count = kCount};
     const RawImporter& plugin = examination.Plugin();
@@ -99,7 +98,7 @@ std::int64_t CyclesIn(const Sound& sound, std::int64_t seconds) {
 }
 
 constexpr std::int64_t kHour = 3600;
-constexpr std::int64_t kYear = 365 * 24 * kHour;  // ticks wrap after 420 days
+constexpr std::int64_t kYear = kHour * 24 * 365;  // ticks wrap after 420 days
 
 }  // namespace
 

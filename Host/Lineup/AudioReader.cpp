@@ -48,7 +48,8 @@ void AudioReader::Request(std::int64_t blockStart, std::int64_t count, std::span
         mKeptStart.reset();  // at least in part
     }
     for (std::size_t c = 0; c < mTargets.size(); ++c) {
-        mTargets[c] = c < channels ? buffers[c] + offset : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+        mTargets[c] =
+            c < channels ? buffers[c] + offset : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
     }
     mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(count), mTargets.data());
 }

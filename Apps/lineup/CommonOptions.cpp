@@ -65,7 +65,9 @@ BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const 
 }
 
 void AddPluginOption(CLI::App& command, CommonOptions& options) {
-    command.add_option("--plugin", options.bundleFolder, "Use the plug-in in this bundle instead of our own")
+    command
+        .add_option("--plugin", options.bundleFolder,
+                    "Use the plug-in in this bundle instead of our own, wherever it lies")
         ->type_name("FOLDER");
 }
 

@@ -2,11 +2,19 @@
 
 namespace cli {
 
-/// From now on SIGINT, SIGTERM and SIGHUP ask the program to stop instead of ending it, so that it can
-/// tidy up; a second one ends it.
+/// Sets up what signals do, once, at the start of the program: those that end it remove the unfinished files
+/// first. A closed pipe and a file grown too large end nothing; they are errors of what was written. A
+/// signal that the program was started to ignore stays ignored.
+void PrepareForSignals();
+
+/// From now on the first SIGINT, SIGTERM or SIGHUP asks the program to stop instead of ending it, so that it
+/// can say what it did not finish; the next one ends it.
 void WatchForInterrupts();
 
-/// True once a person or the system has asked the program to stop. Any thread.
-[[nodiscard]] bool Interrupted();
+/// The signal by which a person or the system has asked the program to stop, or 0. Any thread.
+[[nodiscard]] int Interrupted();
+
+/// Ends the program by `signal`, so that a shell sees what ended it.
+[[noreturn]] void EndBy(int signal);
 
 }  // namespace cli

@@ -3,9 +3,9 @@
 #include "Apps/lineup/CairoColour.h"
 #include "Apps/lineup/LaneDrawing.h"
 #include "Apps/lineup/LevelScale.h"
-#include "Apps/lineup/TimeAxis.h"
 #include "Host/Interface/Core/Numeric.h"
 #include "Host/Lineup/Level.h"
+#include "Host/Lineup/TimeAxis.h"
 
 #include <fmt/format.h>
 
@@ -14,6 +14,8 @@
 #include <cstddef>
 #include <numbers>
 
+using lineup::NiceTimeStep;
+using lineup::TimeLabel;
 using zelmediatypes::TickTime;
 
 namespace cli {

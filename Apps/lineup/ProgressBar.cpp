@@ -62,7 +62,10 @@ void ProgressBar::Show(std::int64_t done, std::int64_t total) {
     mNextDrawing = now + kRedrawInterval;
     const double fraction = static_cast<double>(done) / static_cast<double>(total);
     const double elapsedSeconds = std::chrono::duration<double>(now - mStart).count();
-    fmt::print(stderr, "\r{}\033[K", FormatProgress(mLabel, fraction, elapsedSeconds, TerminalColumns()));
+    // A terminal that has gone away takes no export with it.
+    const std::string line =
+        fmt::format("\r{}\033[K", FormatProgress(mLabel, fraction, elapsedSeconds, TerminalColumns()));
+    std::fputs(line.c_str(), stderr);
     std::fflush(stderr);
 }
 

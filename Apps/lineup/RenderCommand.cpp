@@ -79,7 +79,7 @@ void RunRender(const RenderOptions& options) {
         ProgressBar bar(settings.target.filename().string(), !options.quiet && !options.json);
         report = Export(clip, settings, [&bar](std::int64_t done, std::int64_t total) {
             bar.Show(done, total);
-            return !Interrupted();
+            return Interrupted() == 0;
         });
     }
     if (options.json) {

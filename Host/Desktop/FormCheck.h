@@ -10,8 +10,12 @@ inline constexpr qsizetype kLargestFormBytes = 1 << 20;
 inline constexpr int kDeepestFormElement = 64;
 inline constexpr int kMostFormElements = 20000;
 
+/// The most rows or columns that a layout or a table may have: memory is taken for each, used or not.
+inline constexpr int kMostFormCells = 1000;
+
 /// Throws std::runtime_error, saying where, when `script` is no form within these limits: not
-/// well-formed XML, another root than <ui>, or a document type, which no form has.
+/// well-formed XML, another root than <ui>, a document type, which no form has, or a widget that reads
+/// other files.
 void CheckForm(const QByteArray& script);
 
 }  // namespace zelui::qt

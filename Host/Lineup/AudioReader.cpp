@@ -1,14 +1,24 @@
 #include "Host/Lineup/AudioReader.h"
 
+#include "Host/Lineup/Error.h"
+#include "Host/Lineup/Idents.h"
+
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 namespace lineup {
 
 namespace {
 
-std::int64_t LongestBlock(const Clip& clip) {
-    return std::llround(std::ceil(clip.SampleRate() / 10.0F)) + 1;
+// The plug-in writes nothing for an ident that it does not know, nor to channels that an ident does not have.
+bool LeavesChannelsUnwritten(const Clip& clip) {
+    if (!clip.Settings() || clip.Settings()->identifyChannels != 1) {
+        return false;
+    }
+    const Ident* const ident = FindIdent(*clip.Settings());
+    return ident == nullptr || ident->numChannels < static_cast<std::uint32_t>(clip.NumChannels());
 }
 
 }  // namespace
@@ -16,15 +26,20 @@ std::int64_t LongestBlock(const Clip& clip) {
 AudioReader::AudioReader(const Clip& clip)
     : mClip(&clip),
       mGrid(clip.SampleRate()),
-      mLongestBlock(LongestBlock(clip)),
+      mLongestBlock(mGrid.LongestBlock()),
       mScratch(static_cast<std::size_t>(mLongestBlock * clip.RequestBuffers())),
-      mTargets(static_cast<std::size_t>(clip.RequestBuffers())) {}
+      mTargets(static_cast<std::size_t>(clip.RequestBuffers())),
+      mSilenceFirst(LeavesChannelsUnwritten(clip)) {}
 
 std::int64_t AudioReader::BlockEnd(std::int64_t position) const noexcept {
     return mGrid.NextBlockStart(position);
 }
 
 void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
+    if (position > std::numeric_limits<std::int64_t>::max() - count) {
+        throw Error(
+            fmt::format("cannot read {} samples from {} on: there are no positions so far out", count, position));
+    }
     for (std::int64_t done = 0; done < count;) {
         const std::int64_t at = position + done;
         const std::int64_t blockStart = mGrid.BlockStart(at);
@@ -50,6 +65,9 @@ void AudioReader::Request(std::int64_t blockStart, std::int64_t count, std::span
     for (std::size_t c = 0; c < mTargets.size(); ++c) {
         mTargets[c] =
             c < channels ? buffers[c] + offset : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+    }
+    for (std::size_t c = 0; mSilenceFirst && c < static_cast<std::size_t>(mClip->NumChannels()); ++c) {
+        std::fill_n(mTargets[c], count, 0.0F);
     }
     mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(count), mTargets.data());
 }

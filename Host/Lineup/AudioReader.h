@@ -19,7 +19,9 @@ public:
     explicit AudioReader(const Clip& clip);
 
     /// Fills buffers[c][0] .. buffers[c][count - 1] with the clip's channels, in the plug-in's order,
-    /// from sample `position` on. `buffers` holds Clip::NumChannels() pointers; count is 0 or more.
+    /// from sample `position` on; what the plug-in leaves unwritten is silence. `buffers` holds
+    /// Clip::NumChannels() pointers; count is 0 or more. Throws Error when position + count does not fit
+    /// 64 bits.
     void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers);
 
     /// The end of the block that holds sample `position`. A block that is read in one piece goes straight to
@@ -36,6 +38,7 @@ private:
     std::int64_t mLongestBlock;
     std::vector<float> mScratch;
     std::vector<float*> mTargets;
+    bool mSilenceFirst;
     std::optional<std::int64_t> mKeptStart;  // of the block whose channels lie in the scratch
 };
 

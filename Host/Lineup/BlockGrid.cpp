@@ -45,4 +45,8 @@ std::int64_t BlockGrid::NextBlockStart(std::int64_t position) const noexcept {
     return Narrow(-FloorDivide(-block * kTicksPerBlock, mTicksPerSample));
 }
 
+std::int64_t BlockGrid::LongestBlock() const noexcept {
+    return kTicksPerBlock / mTicksPerSample + 1;
+}
+
 }  // namespace lineup

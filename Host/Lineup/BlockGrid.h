@@ -20,6 +20,9 @@ public:
     /// The start of the block after the one that holds sample `position`.
     [[nodiscard]] std::int64_t NextBlockStart(std::int64_t position) const noexcept;
 
+    /// No block is longer, in samples.
+    [[nodiscard]] std::int64_t LongestBlock() const noexcept;
+
 private:
     std::int64_t mTicksPerSample;
 };

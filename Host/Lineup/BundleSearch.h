@@ -10,12 +10,16 @@ namespace lineup {
 /// The folder above that of the program's executable, where everything else of it is found from.
 [[nodiscard]] LINEUP_API std::filesystem::path ProgramPrefix();
 
-/// Where a program looks for the plug-in's bundle, in order: beside the folder of its executable, as
-/// in a build tree, then in ../lib/lineup, as installed. Nothing else is searched; another bundle is
-/// used only when a person names it.
-[[nodiscard]] LINEUP_API std::vector<std::filesystem::path> BundleSearchPath();
+/// Where a program whose prefix this is looks for the plug-in's bundle, in order: beside the folder of its
+/// executable, as in a build tree, then in ../lib/lineup, as installed. Nothing else is searched, no
+/// variable of the environment and not the current folder; another bundle is used only when a person
+/// names it.
+[[nodiscard]] LINEUP_API std::vector<std::filesystem::path> BundleSearchPath(
+    const std::filesystem::path& prefix = ProgramPrefix());
 
-/// The first bundle on the search path. Throws Error, naming the places, when there is none.
-[[nodiscard]] LINEUP_API std::filesystem::path FindBundle();
+/// The first bundle on the search path. Throws Error, naming the places, when there is none; and when it
+/// is not to be trusted (see PlaceTrust), naming it and the reason. A place further down the path is then
+/// not tried in its stead.
+[[nodiscard]] LINEUP_API std::filesystem::path FindBundle(const std::filesystem::path& prefix = ProgramPrefix());
 
 }  // namespace lineup

@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/BundleSearch.h"
 #include "Host/Lineup/Error.h"
+#include "Host/Lineup/PlaceTrust.h"
 
 #include <array>
 #include <filesystem>
@@ -13,13 +14,23 @@ namespace lineup {
 
 namespace {
 
+void RequireTrustedLibrary(const fs::path& library) {
+    try {
+        RequireTrusted(ProgramPrefix(), library);
+    } catch (const Error& error) {
+        throw Error(std::string("cannot show a dialog: ") + error.what());
+    }
+}
+
 // Beside the program's folder, as in a build tree, or where an installed program keeps what is its own.
 fs::path FindLibrary() {
     const std::array<fs::path, 2> places = {ProgramPrefix() / "lib", ProgramPrefix() / "lib" / "lineup"};
     for (const fs::path& place : places) {
         std::error_code error;
-        if (fs::exists(place / zelui::ui::kToolkitLibraryName, error)) {
-            return place / zelui::ui::kToolkitLibraryName;
+        const fs::path library = place / zelui::ui::kToolkitLibraryName;
+        if (fs::exists(library, error)) {
+            RequireTrustedLibrary(library);
+            return library;
         }
     }
     throw Error("cannot show a dialog: " + (places.front() / zelui::ui::kToolkitLibraryName).string() +

@@ -35,8 +35,9 @@ struct RequestSettings {
 };
 
 /// A loaded importer bundle: one method a request. The only class that knows the request records and
-/// calls the entry point. All methods may be called from several threads at once, as long as they
-/// write to different memory; it must outlive every PrivateData it handed out.
+/// calls the entry point, but for the validator, which makes requests that no host would. All methods
+/// may be called from several threads at once, as long as they write to different memory; it must
+/// outlive every PrivateData it handed out.
 class LINEUP_API Importer {
 public:
     /// Loads the bundle and initialises it. Throws zelcore::BundleError when there is no usable bundle

@@ -1,5 +1,6 @@
 #include "Host/Lineup/SettingsFile.h"
 
+#include "Host/Lineup/ClipDocument.h"
 #include "Host/Lineup/Error.h"
 #include "Host/Lineup/Export/TargetFile.h"
 
@@ -25,6 +26,9 @@ BarsAndToneInfo ReadSettings(const fs::path& file) {
     if (!stream.is_open() || stream.bad()) {
         throw Error(
             fmt::format("cannot read settings from {}: {}", file.string(), std::generic_category().message(errno)));
+    }
+    if (LooksLikeDocument({bytes.data(), static_cast<std::size_t>(stream.gcount())})) {
+        return ReadDocument(file).settings;
     }
     if (stream.gcount() != sizeof(BarsAndToneInfo)) {
         const bool longer = stream.gcount() > static_cast<std::streamsize>(sizeof(BarsAndToneInfo));

@@ -1,5 +1,7 @@
 #include "Host/Services/Bundle.h"
 
+#include "Host/Services/PlistCheck.h"
+
 #include <plist/plist.h>
 
 #include <cstdint>
@@ -35,8 +37,15 @@ Plist ReadPlist(const fs::path& file) {
     if (!stream) {
         throw BundleError("cannot read " + file.string());
     }
+    const PlistCheck check = CheckPlist(text);
+    if (check == PlistCheck::TooMuch) {
+        throw BundleError("cannot use " + file.string() + ": it holds more values, or lists deeper in one another, " +
+                          "than any Info.plist does");
+    }
     plist_t root = nullptr;
-    plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
+    if (check == PlistCheck::Sound) {
+        plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
+    }
     Plist plist(root);
     if (!plist || plist_get_node_type(root) != PLIST_DICT) {
         throw BundleError("cannot use " + file.string() + ": it is not a property list with a dictionary");

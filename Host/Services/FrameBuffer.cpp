@@ -7,15 +7,37 @@
 #include <stdexcept>
 #include <string>
 
+#if __has_include(<sys/mman.h>)
+#include <sys/mman.h>
+#endif
+
 namespace zelcore {
 
 namespace {
 
-constexpr std::align_val_t kRowAlignment{64};  // a cache line, and the widest vector register
+constexpr int kLineBytes = 64;  // of a cache; rows begin on one
+
+// Large frames lie on the system's large pages: a row of a high-definition frame has eight small ones.
+constexpr std::size_t kLargePage = 2'097'152;
 
 struct AlignedDelete {
-    void operator()(std::uint8_t* memory) const noexcept { ::operator delete(memory, kRowAlignment); }
+    std::align_val_t alignment{};
+    void operator()(std::uint8_t* memory) const noexcept { ::operator delete(memory, alignment); }
 };
+using Memory = std::unique_ptr<std::uint8_t, AlignedDelete>;
+
+Memory Allocate(std::size_t bytes) {
+    const bool large = bytes >= kLargePage;
+    const std::align_val_t alignment{large ? kLargePage : std::size_t{kLineBytes}};
+    Memory memory(static_cast<std::uint8_t*>(::operator new(bytes, alignment)), AlignedDelete{alignment});
+#if defined(MADV_HUGEPAGE)
+    if (large) {
+        // A hint: a system without large pages goes on with small ones.
+        static_cast<void>(madvise(memory.get(), bytes / kLargePage * kLargePage, MADV_HUGEPAGE));
+    }
+#endif
+    return memory;
+}
 
 int BytesPerPixel(std::uint32_t pixelFormat) {
     switch (pixelFormat) {
@@ -27,6 +49,13 @@ int BytesPerPixel(std::uint32_t pixelFormat) {
             throw std::invalid_argument("a frame buffer holds 8-bit or float V,U,Y,A, not pixel format " +
                                         std::to_string(pixelFormat));
     }
+}
+
+// Rows are an odd number of cache lines apart. With an even number, the pixels of a column, which the ramp is
+// drawn by, would share a few of the inner cache's places.
+int RowBytesFor(int pixelBytes) {
+    const int lines = (pixelBytes + kLineBytes - 1) / kLineBytes;
+    return (lines | 1) * kLineBytes;
 }
 
 void CheckSide(const char* name, int pixels) {
@@ -45,21 +74,20 @@ struct FrameBuffer::Frame : vexelFrame {
     int height = 0;
     std::uint32_t pixelFormat = 0;
     int rowBytes = 0;
-    std::unique_ptr<std::uint8_t, AlignedDelete> memory;
+    Memory memory;
 };
 
 FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
     CheckSide("width", width);
     CheckSide("height", height);
-    constexpr int kAlignment = static_cast<int>(kRowAlignment);
-    const int rowBytes = (width * BytesPerPixel(pixelFormat) + kAlignment - 1) / kAlignment * kAlignment;
+    const int rowBytes = RowBytesFor(width * BytesPerPixel(pixelFormat));
     const std::size_t bytes = static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(height);
     mFrame = std::make_unique<Frame>();
     mFrame->width = width;
     mFrame->height = height;
     mFrame->pixelFormat = pixelFormat;
     mFrame->rowBytes = rowBytes;
-    mFrame->memory.reset(static_cast<std::uint8_t*>(::operator new(bytes, kRowAlignment)));
+    mFrame->memory = Allocate(bytes);
     mFrame->pixels = mFrame->memory.get();
 }
 

@@ -1,5 +1,6 @@
 #include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
+#include "Host/Services/FillRows.h"
 
 #include <algorithm>
 #include <array>
@@ -71,38 +72,11 @@ std::optional<PixelFloat> AsFloat(const void* colour, std::uint32_t format) {
     }
 }
 
-// Stores `unit` `count` times side by side and returns the end. A copy of constant size becomes the
-// compiler's widest ordinary stores.
-template <class Unit>
-std::uint8_t* Repeat(std::uint8_t* out, int count, const Unit& unit) {
-    for (int i = 0; i < count; ++i, out += sizeof(Unit)) {
-        std::memcpy(out, &unit, sizeof(Unit));
-    }
-    return out;
-}
-
-// A row is whole cache lines of the colour, then the pixels left over. The columns of the ramp, each a
-// pixel wide, take a loop of their own with the pixel in a register.
 template <class Pixel>
 void Fill(void* destination, int rowBytes, int width, int height, const std::optional<Pixel>& pixel) {
-    constexpr int kPixelsPerLine = 64 / static_cast<int>(sizeof(Pixel));
-    if (!pixel) {
-        return;
-    }
-    const Pixel colour = *pixel;
-    const auto row = [destination, rowBytes](int y) {
-        return static_cast<std::uint8_t*>(destination) + std::ptrdiff_t{rowBytes} * y;
-    };
-    if (width < kPixelsPerLine) {
-        for (int y = 0; y < height; ++y) {
-            Repeat(row(y), width, colour);
-        }
-        return;
-    }
-    std::array<Pixel, std::size_t{kPixelsPerLine}> line{};
-    line.fill(colour);
-    for (int y = 0; y < height; ++y) {
-        Repeat(Repeat(row(y), width / kPixelsPerLine, line), width % kPixelsPerLine, colour);
+    if (pixel) {
+        zelcore::FillRows(static_cast<std::uint8_t*>(destination), rowBytes, width, height,
+                          zelcore::ColourLine(*pixel));
     }
 }
 

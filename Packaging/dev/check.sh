@@ -67,6 +67,7 @@ verb_check() {
     step "Warnings (Clang)" build clang
     step "Lint (clang-tidy)" check_tidy
     step "Thread sanitizer" check_threads
+    step "Fuzz targets, a few seconds each" check_fuzz
     # Last, so that the run ends with the tally of every test.
     say "== Address and undefined-behaviour sanitizers"
     check_memory

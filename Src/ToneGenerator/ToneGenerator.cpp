@@ -1,10 +1,10 @@
 #include "Src/ToneGenerator/ToneGenerator.h"
 
+#include "Src/ToneGenerator/Sine/FastSine.h"
 #include "Src/VectorPrimitives/VectorPrimitives.h"
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <numeric>
 
@@ -89,10 +89,7 @@ void ToneGenerator::WriteSine(const TickTime& phaseTime, double frequency, doubl
     const double cycles = static_cast<double>(phaseTime.ToFrame64(mFrameRate)) * cyclesPerSample;
     const auto wholeCycles = static_cast<double>(zelcore::numeric::TruncateToInt64(cycles));
 
-    double phase = (cycles - wholeCycles) * kTwoPi;
+    const double phase = (cycles - wholeCycles) * kTwoPi;
     const double step = kTwoPi * cyclesPerSample;
-    for (long long i = 0; i < numSamples; ++i) {
-        out[i] = static_cast<float>(std::sin(phase) * amplitude);
-        phase += step;
-    }
+    sine::WriteFast({phase, step, amplitude}, out, numSamples);
 }

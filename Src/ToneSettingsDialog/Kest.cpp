@@ -12,7 +12,8 @@ zelworkspace::workspace::Workspace* GetWorkspace() {
 }
 
 const zelui::drawbot::SupplierInterface* GetDrawSupplier() {
-    return zelui::ui::UI_NodeManager::Get(false)->GetDefaultDrawSupplier();
+    const auto* const manager = zelui::ui::UI_NodeManager::Get(false);
+    return manager == nullptr ? nullptr : manager->GetDefaultDrawSupplier();
 }
 
 }  // namespace Kest

@@ -33,16 +33,20 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "fmt/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},
+     {"boost/", "fmt/", "nlohmann/", "dlfcn.h", "fcntl.h", "sys/", "unistd.h"}},
     {"Host/Lineup/Export/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "fmt/", "fcntl.h", "immintrin.h", "sys/", "unistd.h"}},
+     {"boost/", "fmt/", "fcntl.h", "immintrin.h", "poll.h", "sys/", "unistd.h"}},
     {"Host/Lineup/Export/Media/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"boost/", "fmt/", "libav", "libsw", "zimg"}},
+    {"Host/Lineup/Validation/",
+     {"Host/Interface/", "Host/Services/", "Host/Lineup/Api.h", "Host/Lineup/DynamicLibrary.h", "Host/Lineup/Error.h",
+      "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
+     {"fmt/", "elf.h", "fcntl.h", "malloc.h", "spawn.h", "sys/", "unistd.h"}},
     {"Apps/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "poll.h", "signal.h", "sys/", "unistd.h"}},
+     {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "fcntl.h", "poll.h", "signal.h", "sys/", "unistd.h"}},
     {"Apps/studio/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Host/Desktop/",
       "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
@@ -59,7 +63,11 @@ struct PrivateName {
 };
 
 const std::vector<PrivateName> kPrivateNames = {
-    {"Host/Interface/Importer/ImportRecords.h", {"Src/BarsAndToneImporter/", "Host/Lineup/Importer.cpp"}},
+    {"Host/Interface/Importer/ImportRecords.h",
+     {"Src/BarsAndToneImporter/", "Host/Lineup/Importer.cpp", "Host/Lineup/Validation/"}},
+    {"kImportEntryName",
+     {"Host/Interface/Importer/ImportEntry.h", "Host/Lineup/Importer.cpp", "Host/Lineup/Validation/RawImporter.cpp",
+      "Host/Lineup/Validation/LoadingChecks.cpp"}},
     {"dlopen(", {"Host/Lineup/DynamicLibrary.cpp", "Host/Services/CatalogueLibrary.cpp"}},
 };
 

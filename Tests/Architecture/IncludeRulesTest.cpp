@@ -74,12 +74,23 @@ TEST(IncludeRules, RefuseAnIncludeByNeighbourhood) {
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", {R"(#include "Clip.h")"}}), SizeIs(1));
 }
 
-TEST(IncludeRules, LetOneFileOfTheHostKnowTheRequestRecords) {
+TEST(IncludeRules, LetTheImporterAndTheValidatorKnowTheRequestRecords) {
     const std::vector<std::string> lines = {R"(#include "Host/Interface/Importer/ImportRecords.h")"};
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Importer.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/Requests.cpp", lines}), IsEmpty());
     EXPECT_THAT(BrokenIncludeRules({"Src/BarsAndToneImporter/FrameRequest.cpp", lines}), IsEmpty());
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", lines}), SizeIs(1));
     EXPECT_THAT(BrokenIncludeRules({"Src/ToneSettingsDialog/Dialog.cpp", lines}), SizeIs(1));
+}
+
+TEST(IncludeRules, KeepTheValidatorToItsOwnWayIntoABundle) {
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/A.cpp", {R"(#include "Host/Lineup/Importer.h")"}}),
+                SizeIs(1));
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/A.cpp", {R"(#include "Host/Lineup/DynamicLibrary.h")"}}),
+                IsEmpty());
+    const std::vector<std::string> lines = {"auto* entry = library.Find(kImportEntryName);"};
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/RawImporter.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/FrameChecks.cpp", lines}), SizeIs(1));
 }
 
 TEST(IncludeRules, LetOneFileOnEachSideLoadSharedObjects) {

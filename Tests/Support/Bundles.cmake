@@ -8,6 +8,8 @@ function(test_bundle name source)
 	<string>@name@</string>
 	<key>CFBundleIdentifier</key>
 	<string>org.barsandtone.test.@name@</string>
+	<key>CFBundleShortVersionString</key>
+	<string>1.0</string>
 </dict>
 </plist>
 ]])

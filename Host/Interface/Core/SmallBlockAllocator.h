@@ -32,7 +32,11 @@ struct Allocator {
         if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
             throw std::bad_array_new_length();
         }
-        return static_cast<T*>(Allocate(count * sizeof(T)));
+        void* const block = Allocate(count * sizeof(T));
+        if (block == nullptr) {
+            throw std::bad_alloc();  // a host that refuses in the way of C
+        }
+        return static_cast<T*>(block);
     }
     void deallocate(T* block, std::size_t count) noexcept { Deallocate(block, count * sizeof(T)); }
 

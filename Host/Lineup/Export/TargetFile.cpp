@@ -7,10 +7,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
-#include <random>
 #include <string>
+#include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -20,11 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kReadWriteForAll = 0666;  // less what the process's umask takes away
-constexpr int kMostTries = 100;
-
-// File systems take names of 255 bytes; what surrounds NAME in the partial file's name is 23 of them.
-constexpr std::size_t kLongestName = 224;
+constexpr mode_t kPermissions = 0777;
 
 std::string Describe(int error) {
     return std::generic_category().message(error);
@@ -34,37 +30,59 @@ std::string Describe(int error) {
     throw UsageError("output", target.string(), "exists already; choose another name, or allow it to be overwritten");
 }
 
-std::string RandomLetters() {
-    constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device source;
-    std::uniform_int_distribution<std::size_t> pick(0, kLetters.size() - 1);
-    std::string letters(6, ' ');
-    std::ranges::generate(letters, [&] { return kLetters[pick(source)]; });
-    return letters;
+std::string_view KindOf(fs::file_type type) {
+    switch (type) {
+        case fs::file_type::directory:
+            return "a folder";
+        case fs::file_type::fifo:
+            return "a pipe";
+        case fs::file_type::socket:
+            return "a socket";
+        case fs::file_type::not_found:
+            return "a link that leads nowhere";
+        default:
+            return "a device";
+    }
 }
 
-/// Renames unless `to` exists; an errno value, or 0.
-int RenameToNewName(const fs::path& from, const fs::path& to) {
-#ifdef RENAME_NOREPLACE
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-        return 0;
+/// `link` is what is there under the target's own name.
+void RequireReplaceable(const fs::path& target, fs::file_status link, bool overwrite) {
+    std::error_code error;
+    const fs::file_status status = fs::is_symlink(link) ? fs::status(target, error) : link;
+    if (error && status.type() != fs::file_type::not_found) {
+        throw Error(fmt::format("cannot replace {}: {}", target.string(), error.message()));
     }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return errno;
+    if (!fs::is_regular_file(status)) {
+        throw Error(fmt::format("cannot write {}: it is {}, not a file that can be replaced", target.string(),
+                                KindOf(status.type())));
     }
-#endif
-    // File systems that cannot rename so can mostly link, which never replaces either.
-    if (link(from.c_str(), to.c_str()) == 0) {
-        unlink(from.c_str());
-        return 0;
+    if (!overwrite) {
+        ThrowExists(target);
     }
-    if (errno == EEXIST) {
-        return EEXIST;
+    // Renaming would do away with a file that its owner has protected against writing.
+    if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        throw Error(fmt::format("cannot replace {}, which may not be written: {}", target.string(), Describe(errno)));
     }
-    if (access(to.c_str(), F_OK) == 0) {
-        return EEXIST;
+}
+
+fs::path FolderOf(const fs::path& file) {
+    return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+/// Waits until a file, or a folder's list of names, is on the disk. 0, or an errno value.
+int Sync(int descriptor) {
+    // EINVAL: what cannot be waited for on this file system.
+    return fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno;
+}
+
+int SyncFolder(const fs::path& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return 0;  // a folder that may be written but not read cannot be waited for
     }
-    return std::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+    const int error = Sync(descriptor);
+    close(descriptor);
+    return error;
 }
 
 }  // namespace
@@ -74,42 +92,15 @@ TargetFile::TargetFile(const fs::path& target, bool overwrite)
     std::error_code error;
     const fs::file_status link = fs::symlink_status(target, error);
     if (fs::exists(link)) {
-        if (!fs::is_regular_file(fs::status(target, error))) {
-            throw UsageError("output", target.string(), "is there already and is not a file that can be replaced");
-        }
-        if (!overwrite) {
-            ThrowExists(target);
-        }
+        RequireReplaceable(target, link, overwrite);
         if (fs::is_symlink(link)) {
             mTarget = fs::canonical(target);
         }
     }
-    Create();
-}
-
-TargetFile::~TargetFile() {
-    if (mDescriptor >= 0) {
-        close(mDescriptor);
+    RemoveAbandonedFiles(FolderOf(mTarget));
+    if (const int failure = mPartial.Open(mTarget); failure != 0) {
+        throw Error(fmt::format("cannot open {} for writing: {}", mGiven.string(), Describe(failure)));
     }
-    if (!mPartial.empty()) {
-        unlink(mPartial.c_str());
-    }
-}
-
-void TargetFile::Create() {
-    const std::string name = mTarget.filename().string().substr(0, kLongestName);
-    for (int i = 0; i < kMostTries; ++i) {
-        const fs::path partial = mTarget.parent_path() / fmt::format(".{}.lineup-{}.partial", name, RandomLetters());
-        mDescriptor = open(partial.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kReadWriteForAll);
-        if (mDescriptor >= 0) {
-            mPartial = partial;
-            return;
-        }
-        if (errno != EEXIST) {
-            break;
-        }
-    }
-    throw Error(fmt::format("cannot open {} for writing: {}", mGiven.string(), Describe(errno)));
 }
 
 bool TargetFile::Fail() noexcept {
@@ -121,7 +112,7 @@ bool TargetFile::Fail() noexcept {
 
 bool TargetFile::Write(std::span<const std::uint8_t> bytes) noexcept {
     while (!bytes.empty()) {
-        const ssize_t written = write(mDescriptor, bytes.data(), bytes.size());
+        const ssize_t written = write(mPartial.Descriptor(), bytes.data(), bytes.size());
         if (written < 0) {
             if (errno == EINTR) {
                 continue;
@@ -136,7 +127,7 @@ bool TargetFile::Write(std::span<const std::uint8_t> bytes) noexcept {
 }
 
 bool TargetFile::Seek(std::int64_t position) noexcept {
-    if (lseek(mDescriptor, position, SEEK_SET) < 0) {
+    if (lseek(mPartial.Descriptor(), position, SEEK_SET) < 0) {
         return Fail();
     }
     mPosition = position;
@@ -149,28 +140,33 @@ void TargetFile::ThrowIfFailed() const {
     }
 }
 
+// What cannot be kept is not worth losing the file for.
+void TargetFile::KeepPermissions() noexcept {
+    struct stat old {};
+    if (mOverwrite && stat(mTarget.c_str(), &old) == 0) {
+        [[maybe_unused]] const int owner = fchown(mPartial.Descriptor(), old.st_uid, old.st_gid);
+        [[maybe_unused]] const int mode = fchmod(mPartial.Descriptor(), old.st_mode & kPermissions);
+    }
+}
+
 void TargetFile::Commit() {
     ThrowIfFailed();
-    const int descriptor = mDescriptor;
-    mDescriptor = -1;
-    if (close(descriptor) != 0) {
-        Fail();
-        ThrowIfFailed();
-    }
+    KeepPermissions();
+    mErrno = Sync(mPartial.Descriptor());
+    ThrowIfFailed();
 
-    int error = 0;
-    if (!mOverwrite) {
-        error = RenameToNewName(mPartial, mTarget);
-    } else if (std::rename(mPartial.c_str(), mTarget.c_str()) != 0) {
-        error = errno;
-    }
+    const int error = mPartial.Rename(mTarget, mOverwrite);
     if (error == EEXIST) {
         ThrowExists(mGiven);
     }
     if (error != 0) {
         throw Error(fmt::format("cannot give {} its name: {}", mGiven.string(), Describe(error)));
     }
-    mPartial.clear();
+    mErrno = SyncFolder(FolderOf(mTarget));
+    if (const int failure = mPartial.Close(); mErrno == 0) {
+        mErrno = failure;
+    }
+    ThrowIfFailed();
 }
 
 }  // namespace lineup

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Lineup/Api.h"
+#include "Host/Lineup/Export/PartialFile.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -8,15 +9,19 @@
 
 namespace lineup {
 
-/// A file that appears under its name only when it is whole. What is written goes to a hidden file
-/// beside it, ".NAME.lineup-XXXXXX.partial"; Commit gives it its name, and without Commit the
-/// destructor removes it. A target that is a symbolic link is followed.
+/// A file that appears under its name only when it is whole and on the disk. What is written goes to a
+/// hidden file beside it, ".NAME.lineup-XXXXXX.partial"; Commit gives it its name, and without Commit the
+/// destructor removes it. Such files that killed programs left in the folder are removed on the way.
+///
+/// A target that is a symbolic link is followed: the link stays, and the file that it leads to is replaced.
+/// The replaced file's permissions stay.
 class LINEUP_API TargetFile {
 public:
-    /// Throws UsageError (option "output") when the target exists and `overwrite` is false, or is not a
-    /// regular file; Error when nothing can be written in its folder.
+    /// Throws UsageError (option "output") when the target exists and `overwrite` is false; Error when it is
+    /// there and is no regular file or may not be written, when it is a link that leads nowhere, or when
+    /// nothing can be written in its folder.
     TargetFile(const std::filesystem::path& target, bool overwrite);
-    ~TargetFile();
+    ~TargetFile() = default;
     TargetFile(const TargetFile&) = delete;
     TargetFile& operator=(const TargetFile&) = delete;
 
@@ -40,19 +45,19 @@ public:
     /// Throws Error when a Write or a Seek has failed.
     void ThrowIfFailed() const;
 
-    /// Closes the file and gives it its name. Throws Error when anything written was lost; UsageError when
-    /// a file of that name has appeared meanwhile and may not be replaced. Call once, last.
+    /// Puts the file on the disk, gives it its name and closes it. Throws Error when anything written was
+    /// lost; UsageError when a file of that name has appeared meanwhile and may not be replaced. Call once,
+    /// last.
     void Commit();
 
 private:
-    void Create();
     bool Fail() noexcept;
+    void KeepPermissions() noexcept;
 
     std::filesystem::path mGiven;
     std::filesystem::path mTarget;
-    std::filesystem::path mPartial;
     bool mOverwrite;
-    int mDescriptor = -1;
+    PartialFile mPartial;
     int mErrno = 0;
     std::int64_t mPosition = 0;
     std::int64_t mSize = 0;

@@ -148,17 +148,6 @@ TEST_F(Program, FailuresEndWithOneAndSayWhy) {
     EXPECT_THAT(Files(), IsEmpty());
 }
 
-TEST_F(Program, AnInterruptLeavesNothingBehind) {
-    // The shell waits for the program, which is ended by timeout's SIGINT in the middle of its work.
-    const auto result = test::RunProgram("cd '" + Folder().string() +
-                                             "' && timeout -s INT 1 '" TEST_LINEUP
-                                             "' render a.mkv --duration 10:00:00 --video-codec ffv1",
-                                         Folder());
-    EXPECT_EQ(result.exitCode, 124) << result.err;  // timeout's own code: the program was still at work
-    EXPECT_THAT(result.err, HasSubstr("a.mkv"));
-    EXPECT_THAT(Files(), IsEmpty());
-}
-
 TEST_F(Program, FrameIsAPicture) {
     const auto result = Lineup("frame card.png --size 320x180");
     EXPECT_EQ(result.exitCode, 0) << result.err;

@@ -75,4 +75,41 @@ TEST(BrokenScript, EntitiesCannotBlowItUp) {
                 HasSubstr("a form has no document type"));
 }
 
+// A form whose grid holds a label at the place that `attributes` say.
+std::string Grid(const std::string& attributes) {
+    return Form(R"(<layout class="QGridLayout" name="grid"><item )" + attributes +
+                R"(><widget class="QLabel" name="label"/></item></layout>)");
+}
+
+// A form whose table has a property of this value.
+std::string Table(const std::string& property, const std::string& value) {
+    return Form(R"(<widget class="QTableWidget" name="table"><property name=")" + property + R"("><number>)" + value +
+                "</number></property></widget>");
+}
+
+TEST(BrokenScript, PlacesFarOutAreRefused) {
+    EXPECT_EQ(BuildError(Grid(R"(row="1000" column="1000" rowspan="-1" colspan="1000")")), "no error");
+    for (const std::string place : {"row", "column", "rowspan", "colspan"}) {
+        for (const std::string value : {"1001", "300000000", "-2", "99999999999", "one"}) {
+            EXPECT_THAT(BuildError(Grid(place + "=\"" + value + "\"")),
+                        HasSubstr(place + " is \"" + value + "\", not a number up to 1000"));
+        }
+    }
+}
+
+TEST(BrokenScript, TablesWithoutEndAreRefused) {
+    EXPECT_EQ(BuildError(Table("rowCount", " 1000 ")), "no error");
+    EXPECT_THAT(BuildError(Table("rowCount", "2000000000")), HasSubstr("rowCount is \"2000000000\""));
+    EXPECT_THAT(BuildError(Table("columnCount", "1001")), HasSubstr("columnCount is \"1001\""));
+    EXPECT_THAT(BuildError(Table("rowCount", "2000<!-- -->000000")), HasSubstr("rowCount is \"2000000000\""));
+    EXPECT_THAT(BuildError(Form(R"(<WIDGET class="QTableWidget" name="table"><Property name="rowCount"><String>1001)"
+                                "</String></Property></WIDGET>")),
+                HasSubstr("rowCount is \"1001\""));
+}
+
+TEST(BrokenScript, AWidgetThatReadsOtherFilesIsRefused) {
+    EXPECT_THAT(BuildError(Form(R"(<widget class="QTextBrowser" name="page"/>)")),
+                HasSubstr("a form has no QTextBrowser, which reads other files"));
+}
+
 }  // namespace

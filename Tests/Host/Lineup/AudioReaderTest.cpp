@@ -1,9 +1,12 @@
 #include "Host/Lineup/AudioReader.h"
+#include "Host/Lineup/Error.h"
 #include "Tests/Support/GuardedBuffer.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -103,6 +106,32 @@ BarsAndToneInfo Ident(IdentifierFormat format, std::uint32_t channels, float rat
     settings.identifyChannels = 1;
     settings.identifierFormat = format;
     return settings;
+}
+
+TEST(AudioReader, GivesSilenceWhereThePlugInWritesNothing) {
+    const std::vector<float> silence(6000, 0.0F);
+    const auto ofUnknownIdent = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(IdentifierFormat{7}, 2, 48000.0F)), 100, 6000);
+    EXPECT_EQ(ofUnknownIdent[0], silence);
+    EXPECT_EQ(ofUnknownIdent[1], silence);
+    const auto ofStereoIdent = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(EBUStereo1000, 6, 48000.0F)), 100, 6000);
+    EXPECT_NE(ofStereoIdent[1], silence);
+    EXPECT_EQ(ofStereoIdent[2], silence);  // the ident has two channels
+}
+
+TEST(AudioReader, StaysInsideItsBuffersAtTheLowestRate) {
+    BarsAndToneInfo settings;
+    settings.sampleRate = 1e-38F;  // no ticks for a sample
+    EXPECT_EQ(ReadWhole(Clip(Load(TEST_BUNDLE), settings), 100, 10000).size(), 2U);
+}
+
+TEST(AudioReader, RefusesPositionsThatCannotBeCounted) {
+    constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max();
+    const Clip clip(Load(TEST_BUNDLE));
+    EXPECT_EQ(ReadWhole(clip, kLast - 10, 10).size(), 2U);
+    test::GuardedChannels channels(2, 11);
+    AudioReader reader(clip);
+    EXPECT_THROW(reader.Read(kLast - 10, 11, Pointers(channels)), lineup::Error);
+    EXPECT_EQ(channels[0].UnwrittenSamples(), 11U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Clips, AudioReaderCuts,

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace {
@@ -81,6 +83,22 @@ TEST(BlockGrid, OfARateThatIsNoneStillMovesForward) {
         const BlockGrid grid(rateHz);
         EXPECT_LE(grid.BlockStart(1000), 1000);
         EXPECT_GT(grid.NextBlockStart(1000), 1000);
+    }
+}
+
+TEST(BlockGrid, NoBlockIsLongerThanItSays) {
+    // The lowest float there is has no ticks for a sample: the grid is then that of 48 kHz.
+    for (const float rateHz : {1e-38F, 1e-5F, 3.0F, 11025.0F, 47952.0F, 48000.0F, 1e6F}) {
+        const BlockGrid grid(rateHz);
+        std::int64_t longest = 0;
+        std::int64_t position = -1'000'000;
+        for (int block = 0; block < 40; ++block) {
+            const std::int64_t next = grid.NextBlockStart(position);
+            longest = std::max(longest, next - grid.BlockStart(position));
+            position = next;
+        }
+        EXPECT_LE(longest, grid.LongestBlock()) << rateHz;
+        EXPECT_GE(longest, grid.LongestBlock() - 1) << rateHz;
     }
 }
 

@@ -47,6 +47,28 @@ std::string BinaryPlist(const char* executable, const char* identifier) {
     return text;
 }
 
+// A binary list whose value i is an array that holds value i + 1 `times` times, down to `depth`; the last is true.
+std::string NestedPlist(std::uint32_t depth, std::size_t times) {
+    const auto word = [](std::uint32_t value) {
+        return std::string{static_cast<char>(value >> 24U), static_cast<char>(value >> 16U),
+                           static_cast<char>(value >> 8U), static_cast<char>(value)};
+    };
+    std::string file = "bplist00";
+    std::string table;
+    for (std::uint32_t i = 0; i < depth; ++i) {
+        table += word(static_cast<std::uint32_t>(file.size()));
+        file += static_cast<char>(0xA0U | times);
+        for (std::size_t j = 0; j < times; ++j) {
+            file += word(i + 1);
+        }
+    }
+    table += word(static_cast<std::uint32_t>(file.size()));
+    file += '\x09';
+    const auto tableAt = static_cast<std::uint32_t>(file.size());
+    const std::string none(4, '\0');
+    return file + table + std::string(6, '\0') + "\4\4" + none + word(depth + 1) + none + none + none + word(tableAt);
+}
+
 // A folder of this test alone, where it makes its bundle.
 class BundleTest : public testing::Test {
 protected:
@@ -169,6 +191,34 @@ TEST_F(BundleTest, RefusesAnExecutableOutsideItsFolder) {
     for (const char* name : {"../Tone", "sub/Tone", "/Tone", "Tone/", "/"}) {
         WritePlist(Plist("<dict>" + Entry("CFBundleExecutable", name) + kIdentifierEntry + "</dict>"));
         ExpectRefused("\"" + std::string(name) + "\", which is not a plain file name");
+    }
+}
+
+TEST_F(BundleTest, RefusesABinaryInfoPlistThatUnfoldsWithoutEnd) {
+    WritePlist(NestedPlist(60, 2));  // 2^60 values in 800 bytes
+    ExpectRefused("it holds more values, or lists deeper in one another, than any Info.plist does");
+}
+
+TEST_F(BundleTest, RefusesAnInfoPlistWhoseListsLieTooDeep) {
+    WritePlist(NestedPlist(63, 1));
+    ExpectRefused("it is not a property list with a dictionary");  // read, and the outermost is an array
+    WritePlist(NestedPlist(64, 1));
+    ExpectRefused("it holds more values, or lists deeper in one another, than any Info.plist does");
+    WritePlist(NestedPlist(90'000, 1));
+    ExpectRefused("it holds more values, or lists deeper in one another, than any Info.plist does");
+    std::string text;
+    for (int i = 0; i < 2001; ++i) {
+        text += "<array>";
+    }
+    WritePlist(Plist(text));
+    ExpectRefused("it holds more values, or lists deeper in one another, than any Info.plist does");
+}
+
+TEST_F(BundleTest, RefusesABinaryInfoPlistCutAnywhere) {
+    const std::string sound = BinaryPlist("Tone", "org.example.binary");
+    for (std::size_t size = 0; size < sound.size(); ++size) {
+        WritePlist(sound.substr(0, size));
+        ExpectRefused("Info.plist");
     }
 }
 

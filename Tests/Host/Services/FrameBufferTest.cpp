@@ -23,13 +23,13 @@ TEST(FrameBuffer, RemembersWhatItWasMadeFor) {
     EXPECT_EQ(frame.PixelFormat(), kPixelFormat_VUYA_8u);
 }
 
-// 5 pixels are 20 or 80 bytes: one line of 64 bytes, or two.
-TEST(FrameBuffer, RoundsItsRowsUpToWholeCacheLines) {
+// 5 pixels are 20 or 80 bytes: one line of 64 bytes, or three in place of two.
+TEST(FrameBuffer, RoundsItsRowsUpToAnOddNumberOfCacheLines) {
     EXPECT_EQ(FrameBuffer(5, 1, kPixelFormat_VUYA_8u).RowBytes(), 64);
-    EXPECT_EQ(FrameBuffer(5, 1, kPixelFormat_VUYA_32f).RowBytes(), 128);
+    EXPECT_EQ(FrameBuffer(5, 1, kPixelFormat_VUYA_32f).RowBytes(), 192);
     EXPECT_EQ(FrameBuffer(16, 1, kPixelFormat_VUYA_8u).RowBytes(), 64);
-    EXPECT_EQ(FrameBuffer(17, 1, kPixelFormat_VUYA_8u).RowBytes(), 128);
-    EXPECT_EQ(FrameBuffer(1920, 1, kPixelFormat_VUYA_32f).RowBytes(), 30'720);
+    EXPECT_EQ(FrameBuffer(17, 1, kPixelFormat_VUYA_8u).RowBytes(), 192);
+    EXPECT_EQ(FrameBuffer(1920, 1, kPixelFormat_VUYA_32f).RowBytes(), 30'784);
 }
 
 TEST(FrameBuffer, StartsEveryRowOnACacheLine) {
@@ -87,7 +87,7 @@ TEST(FrameBuffer, KeepsItsHandleAndPixelsAcrossAMove) {
 }
 
 TEST(FrameBuffer, TakesTheLargestWidthAndHeightThatARequestNames) {
-    EXPECT_EQ(FrameBuffer(32'767, 1, kPixelFormat_VUYA_32f).RowBytes(), 524'288);  // 32768 * 16
+    EXPECT_EQ(FrameBuffer(32'767, 1, kPixelFormat_VUYA_32f).RowBytes(), 524'352);  // 8193 lines
     EXPECT_EQ(FrameBuffer(1, 32'767, kPixelFormat_VUYA_8u).Height(), 32'767);
 }
 

@@ -3,6 +3,7 @@
 #include "Tests/Support/GuardedBuffer.h"
 #include "Tests/Support/GuardedFrame.h"
 #include "Tests/Support/Importer.h"
+#include "Tests/Support/OnAllThreads.h"
 
 #include <gtest/gtest.h>
 
@@ -10,15 +11,14 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <latch>
-#include <thread>
 #include <vector>
 
 namespace {
 
 using test::GuardedChannels;
+using test::kThreads;
+using test::OnAllThreads;
 
-constexpr int kThreads = 8;
 constexpr int kRounds = 8;
 constexpr std::size_t kChannels = 6;
 constexpr std::size_t kSamples = 1000;
@@ -75,22 +75,6 @@ Bytes ReadStretch(const BarsAndToneInfo& settings, std::int64_t position) {
         bytes.insert(bytes.end(), frame.begin(), frame.end());
     }
     return bytes;
-}
-
-// Runs `work(thread)` on every thread, all of them let go at once.
-template <class Work>
-void OnAllThreads(Work work) {
-    std::latch start(kThreads);
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back([&start, &work, thread] {
-            start.arrive_and_wait();
-            work(thread);
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
 }
 
 BarsAndToneInfo SettingsOf(int clip) {

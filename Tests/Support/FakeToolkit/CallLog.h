@@ -1,17 +1,27 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace test {
 
+/// How a fake answers a call: as it should, with nothing, or with what makes no sense.
+enum class Answer { Right, Nothing, Nonsense };
+
 /// What was asked of the fakes of one toolkit, in order, and how many of them are alive.
 struct CallLog {
     std::vector<std::string> calls;
     int liveNodes = 0;
     bool recordReferences = false;  ///< AddRef and Release are recorded too
+
+    /// Asked at every call but Release, by the operation's name, how to answer; may throw. Operations without
+    /// an answer of their own take any for the right one.
+    std::function<Answer(const char* operation)> onCall;
+
+    [[nodiscard]] Answer AnswerTo(const char* operation) const { return onCall ? onCall(operation) : Answer::Right; }
 
     /// Records "receiver.operation argument argument".
     template <class... Arguments>

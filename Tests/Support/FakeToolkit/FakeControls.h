@@ -19,11 +19,13 @@ public:
 
     void NotifyWhenChanged(const zelui::ui::MessageFunctionPtr& function) override {
         this->Log().Add(this->Name(), "NotifyWhenChanged");
+        static_cast<void>(this->AnswerTo("NotifyWhenChanged"));
         mListeners.push_back(function);
     }
 
     void SetDisabled(bool disabled) override {
         this->Log().Add(this->Name(), "SetDisabled", disabled);
+        static_cast<void>(this->AnswerTo("SetDisabled"));
         mDisabled = disabled;
     }
 
@@ -73,9 +75,12 @@ public:
 
     void SetValue(std::int32_t value) override {
         Log().Add(Name(), "SetValue", value);
+        static_cast<void>(AnswerTo("SetValue"));
         mValue = value;
     }
-    [[nodiscard]] std::int32_t GetValue() const override { return mValue; }
+    [[nodiscard]] std::int32_t GetValue() const override {
+        return AnswerTo("GetValue") == Answer::Right ? mValue : kNonsense;
+    }
 
     /// Switches the button silently, as its group does.
     void Switch(bool on) {
@@ -84,6 +89,8 @@ public:
     }
 
 private:
+    static constexpr std::int32_t kNonsense = 77;
+
     std::int32_t mValue = kOff;
 };
 
@@ -93,11 +100,15 @@ public:
 
     void SetValue(double value) override {
         Log().Add(Name(), "SetValue", value);
+        static_cast<void>(AnswerTo("SetValue"));
         mValue = value;
     }
-    [[nodiscard]] double GetValue() const override { return mValue; }
+    [[nodiscard]] double GetValue() const override {
+        return AnswerTo("GetValue") == Answer::Right ? mValue : std::numeric_limits<double>::quiet_NaN();
+    }
     void SetMaxValue(double maximum) override {
         Log().Add(Name(), "SetMaxValue", maximum);
+        static_cast<void>(AnswerTo("SetMaxValue"));
         mMaximum = maximum;
     }
 
@@ -119,7 +130,9 @@ public:
 
     std::int64_t AddItem(const Brio::String& label) override;
     void SetValue(std::int64_t index) override;
-    [[nodiscard]] std::int64_t GetValue() const override { return mChosen; }
+    [[nodiscard]] std::int64_t GetValue() const override {
+        return AnswerTo("GetValue") == Answer::Right ? mChosen : kNonsense;
+    }
 
     /// Chooses an item as a person does.
     void Choose(std::int64_t index) {
@@ -131,6 +144,8 @@ public:
     [[nodiscard]] const std::vector<std::string>& Labels() const { return mLabels; }
 
 private:
+    static constexpr std::int64_t kNonsense = std::numeric_limits<std::int64_t>::max();
+
     std::vector<std::string> mLabels;
     std::int64_t mChosen = -1;
 };

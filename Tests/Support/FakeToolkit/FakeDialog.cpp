@@ -13,12 +13,23 @@ void FakeDialog::AddControl(zelui::ui::NodeRef<zelui::ui::UI_Node> control, cons
 
 zelui::ui::UI_Node* FakeDialog::GetUINodePtr(std::string_view name, bool recursive) {
     Log().Add(Name(), "GetUINodePtr", name, recursive);
+    switch (AnswerTo("GetUINodePtr")) {
+        case Answer::Nothing:
+            return nullptr;
+        case Answer::Nonsense:
+            return this;
+        case Answer::Right:
+            break;
+    }
     const auto found = mControls.find(std::string(name));
     return found == mControls.end() ? nullptr : found->second.Get();
 }
 
 void FakeDialog::RunModal() {
     Log().Add(Name(), "RunModal");
+    if (AnswerTo("RunModal") != Answer::Right) {
+        return;
+    }
     mOpen = true;
     if (mPerson) {
         mPerson(*this);
@@ -28,6 +39,7 @@ void FakeDialog::RunModal() {
 
 void FakeDialog::Close() {
     Log().Add(Name(), "Close");
+    static_cast<void>(AnswerTo("Close"));
     mOpen = false;
 }
 

@@ -24,6 +24,9 @@ public:
 
     std::int32_t AddRef() override {
         RecordReference("AddRef");
+        if (mReferences > 0) {  // without its first reference nobody could let go of it
+            static_cast<void>(mLog->AnswerTo("AddRef"));
+        }
         return ++mReferences;
     }
 
@@ -42,6 +45,7 @@ public:
 
 protected:
     [[nodiscard]] CallLog& Log() { return *mLog; }
+    [[nodiscard]] Answer AnswerTo(const char* operation) const { return mLog->AnswerTo(operation); }
 
 private:
     void RecordReference(const char* operation) {

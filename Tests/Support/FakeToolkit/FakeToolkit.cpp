@@ -58,12 +58,13 @@ const zelui::drawbot::SupplierInterface* FakeToolkit::DefaultDrawSupplier() {
     if (onGetDrawSupplier) {
         onGetDrawSupplier();
     }
-    return &mDrawSupplier;
+    return mLog->AnswerTo("DefaultDrawSupplier") == Answer::Right ? &mDrawSupplier : nullptr;
 }
 
 zelworkspace::workspace::TopLevelWindow* FakeToolkit::MainWindow() {
     mLog->Add("toolkit", "MainWindow");
-    return hasMainWindow ? mWindow.get() : nullptr;
+    const bool answers = mLog->AnswerTo("MainWindow") == Answer::Right;
+    return answers && hasMainWindow ? mWindow.get() : nullptr;
 }
 
 zelui::ui::NodeRef<zelui::ui::UI_DialogView> FakeToolkit::BuildDialog(
@@ -75,7 +76,7 @@ zelui::ui::NodeRef<zelui::ui::UI_DialogView> FakeToolkit::BuildDialog(
     if (onBuild) {
         onBuild();
     }
-    if (buildsNothing) {
+    if (mLog->AnswerTo("BuildDialog") != Answer::Right || buildsNothing) {
         return {};
     }
     zelui::ui::NodeRef<FakeDialog> dialog(new FakeDialog(mLog, person));

@@ -9,7 +9,10 @@
 #include <array>
 #include <cerrno>
 #include <string>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace {
 
@@ -77,15 +80,47 @@ TEST(TargetFile, DoesNotReplaceAFileThatAppearedMeanwhile) {
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
 }
 
-TEST(TargetFile, RefusesATargetThatIsNoFile) {
+std::string Refusal(const std::filesystem::path& target) {
+    try {
+        const TargetFile file(target, true);
+        return "none";
+    } catch (const lineup::Error& error) {
+        return error.what();
+    }
+}
+
+TEST(TargetFile, RefusesATargetThatIsNoFileAndSaysWhatItIs) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder / "folder.mov");
     mkfifo((folder / "pipe.mov").c_str(), 0600);
     std::filesystem::create_symlink("nowhere", folder / "dangling.mov");
-    for (const char* name : {"folder.mov", "pipe.mov", "dangling.mov"}) {
-        EXPECT_THROW(TargetFile(folder / name, true), lineup::UsageError) << name;
-    }
-    EXPECT_THROW(TargetFile("/dev/full", true), lineup::UsageError);
+    const auto refusal = [&folder](const char* name, const char* what) {
+        return "cannot write " + (folder / name).string() + ": it is " + what + ", not a file that can be replaced";
+    };
+    EXPECT_EQ(Refusal(folder / "folder.mov"), refusal("folder.mov", "a folder"));
+    EXPECT_EQ(Refusal(folder / "pipe.mov"), refusal("pipe.mov", "a pipe"));
+    EXPECT_EQ(Refusal(folder / "dangling.mov"), refusal("dangling.mov", "a link that leads nowhere"));
+    EXPECT_EQ(Refusal("/dev/full"), "cannot write /dev/full: it is a device, not a file that can be replaced");
+}
+
+TEST(TargetFile, RefusesASocket) {
+    const TemporaryFolder folder;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string name = (folder / "socket.mov").string();
+    name.copy(static_cast<char*>(address.sun_path), sizeof address.sun_path - 1);
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    close(descriptor);
+    EXPECT_EQ(Refusal(name), "cannot write " + name + ": it is a socket, not a file that can be replaced");
+}
+
+TEST(TargetFile, RefusesALinkThatLeadsInACircle) {
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink("b.mov", folder / "a.mov");
+    std::filesystem::create_symlink("a.mov", folder / "b.mov");
+    EXPECT_EQ(Refusal(folder / "a.mov"),
+              "cannot replace " + (folder / "a.mov").string() + ": Too many levels of symbolic links");
 }
 
 TEST(TargetFile, FollowsALinkToTheFileItStandsFor) {

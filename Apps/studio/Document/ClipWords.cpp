@@ -1,0 +1,83 @@
+#include "Apps/studio/Document/ClipWords.h"
+
+#include "Host/Lineup/ChannelLayout.h"
+#include "Host/Lineup/Export/FloatPicture.h"
+#include "Host/Lineup/Idents.h"
+#include "Host/Lineup/Level.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace studio {
+
+namespace {
+
+constexpr const char* kDot = " \u00B7 ";
+
+QString Text(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+}  // namespace
+
+QString LevelWords(double gain) {
+    if (gain <= 0) {
+        return QStringLiteral("silence");
+    }
+    const double levelDb = lineup::DbFromGain(gain);
+    return Text(fmt::format("{}{:.2f} dBFS", std::signbit(levelDb) ? "\u2212" : "", std::abs(levelDb)));
+}
+
+QString SignalWords(const lineup::Clip& clip) {
+    const BarsAndToneInfo settings = clip.Settings().value_or(BarsAndToneInfo{});
+    if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
+        return Text(std::string(ident->title));
+    }
+    return Text(fmt::format("{:g} Hz at ", settings.frequency)) + LevelWords(static_cast<double>(settings.amplitude));
+}
+
+QString SoundWords(const lineup::Clip& clip) {
+    const lineup::ChannelLayout* const layout = lineup::FindChannelLayout(clip.NumChannels());
+    const std::string channels =
+        layout == nullptr ? fmt::format("{} channels", clip.NumChannels()) : std::string(layout->name);
+    QString words = Text(fmt::format("{}{}{:g} kHz", channels, kDot, clip.SampleRate() / 1000));
+    words[0] = words[0].toUpper();
+    return words;
+}
+
+QString FrameRateWords(lineup::Rational frameRate) {
+    const double rate = static_cast<double>(frameRate.num) / frameRate.den;
+    return Text(fmt::format("{:g}", std::round(rate * 1000) / 1000));
+}
+
+QString PictureWords(const lineup::PictureFormat& picture) {
+    const bool isHd = lineup::ResolveCard(picture.card, picture.height) == lineup::Card::HD;
+    return Text(fmt::format("{} \u00D7 {}{}", picture.width, picture.height, kDot)) +
+           FrameRateWords(picture.frameRate) + " fps" + kDot + (isHd ? "HD card" : "SD card");
+}
+
+QString TimeWords(double seconds) {
+    const auto ms = std::llround(seconds * 1000);
+    const auto minutes = ms / 60000;
+    const std::string rest = fmt::format("{:02}.{:03}", ms / 1000 % 60, ms % 1000);
+    return Text(minutes < 60 ? fmt::format("{}:{}", minutes, rest)
+                             : fmt::format("{}:{:02}:{}", minutes / 60, minutes % 60, rest));
+}
+
+std::vector<ShownChannel> ShownChannels(const lineup::Clip& clip) {
+    std::vector<ShownChannel> channels;
+    if (const lineup::ChannelLayout* const layout = lineup::FindChannelLayout(clip.NumChannels())) {
+        for (const int index : layout->fileOrder) {
+            const auto place = static_cast<std::size_t>(index);
+            channels.push_back({place, Text(std::string(layout->channels[place]))});
+        }
+        return channels;
+    }
+    for (int index = 0; index < clip.NumChannels(); ++index) {
+        channels.push_back({static_cast<std::size_t>(index), QString::number(index + 1)});
+    }
+    return channels;
+}
+
+}  // namespace studio

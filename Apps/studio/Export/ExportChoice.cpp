@@ -1,0 +1,43 @@
+#include "Apps/studio/Export/ExportChoice.h"
+
+#include "Host/Lineup/Export/Exporter.h"
+
+#include <QFile>
+#include <exception>
+
+namespace studio {
+
+const lineup::FileFormat* FormatOf(const QString& file) {
+    return lineup::FindFileFormat(QFile::encodeName(file).toStdString());
+}
+
+lineup::ExportSettings MakeExportSettings(const StudioDocument& document, const ExportChoice& choice) {
+    const lineup::PictureFormat& picture = document.Values().picture;
+    const lineup::FileFormat* const format = FormatOf(choice.file);
+    const bool soundAlone = format != nullptr && format->videoCodecs.empty();
+    lineup::ExportSettings settings;
+    settings.target = QFile::encodeName(choice.file).toStdString();
+    settings.width = picture.width;
+    settings.height = picture.height;
+    settings.card = picture.card;
+    settings.frameRate = picture.frameRate;
+    settings.duration = soundAlone ? document.LengthSamples() : document.Values().lengthFrames;
+    settings.videoCodec = choice.videoCodec.toStdString();
+    settings.audioCodec = choice.audioCodec.toStdString();
+    if (!choice.timecode.isEmpty()) {
+        settings.timecode.emplace(choice.timecode.toStdString(), settings.frameRate);
+    }
+    settings.monoTracks = choice.monoTracks;
+    return settings;
+}
+
+QString ExportProblem(const StudioDocument& document, const ExportChoice& choice) {
+    try {
+        lineup::CheckExport(*document.Clip(), MakeExportSettings(document, choice));
+        return {};
+    } catch (const std::exception& error) {
+        return QString::fromUtf8(error.what());
+    }
+}
+
+}  // namespace studio

@@ -1,0 +1,111 @@
+#include "Apps/studio/Sound/ClipPlayback.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace studio {
+
+namespace {
+
+constexpr std::size_t kChunkFrames = 2048;  // what is read at once
+constexpr std::int64_t kNoSeek = -1;
+constexpr std::int64_t kNsPerSecond = 1'000'000'000;
+
+std::int64_t Nanoseconds(ClipPlayback::Clock::time_point time) {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch()).count();
+}
+
+}  // namespace
+
+ClipPlayback::ClipPlayback(std::shared_ptr<const lineup::Clip> clip, SpeakerMap speakers, std::int64_t lengthSamples,
+                           std::int64_t start)
+    : mClip(std::move(clip)),
+      mSpeakers(std::move(speakers)),
+      mLength(lengthSamples),
+      mReader(*mClip),
+      mPlanes(static_cast<std::size_t>(mClip->NumChannels()), std::vector<float>(kChunkFrames)),
+      mPosition(std::clamp<std::int64_t>(start, 0, lengthSamples)),
+      mPeaks(mPlanes.size()) {
+    for (auto& plane : mPlanes) {
+        mTargets.push_back(plane.data());
+        mSources.push_back(plane.data());
+    }
+    BeginStretch(mPosition);
+    mProgress.timeNs = Nanoseconds(Clock::now());
+    mPublished.Write(mProgress);
+}
+
+void ClipPlayback::BeginStretch(std::int64_t position) noexcept {
+    mPosition = position;
+    mProgress.stretches[mProgress.stretchCount % kStretches] = {mProgress.rendered, position};
+    ++mProgress.stretchCount;
+}
+
+// An exception must not pass into the sound library, whose thread this is.
+void ClipPlayback::ReadClip(std::int64_t position, std::size_t frames) noexcept {
+    try {
+        mReader.Read(position, static_cast<std::int64_t>(frames), mTargets);
+    } catch (const std::exception&) {
+        mFailed.store(true);
+        for (auto& plane : mPlanes) {
+            std::ranges::fill(plane, 0.0F);
+        }
+    }
+}
+
+void ClipPlayback::Render(std::span<float> interleaved) noexcept {
+    const auto outputs = static_cast<std::size_t>(mSpeakers.Outputs());
+    const std::int64_t seek = mSeek.exchange(kNoSeek);
+    if (seek != kNoSeek) {
+        BeginStretch(std::clamp<std::int64_t>(seek, 0, mLength));
+    }
+    for (std::size_t done = 0; done < interleaved.size() / outputs;) {
+        if (mPosition >= mLength && mLoop.load(std::memory_order_relaxed)) {
+            BeginStretch(0);
+        }
+        std::size_t frames = std::min(interleaved.size() / outputs - done, kChunkFrames);
+        float* const target = interleaved.data() + done * outputs;
+        if (mPosition < mLength) {
+            frames = std::min(frames, static_cast<std::size_t>(mLength - mPosition));
+            ReadClip(mPosition, frames);
+            for (std::size_t channel = 0; channel < mPlanes.size(); ++channel) {
+                mPeaks.Add(channel, std::span(mPlanes[channel]).first(frames));
+            }
+            mSpeakers.Mix(mSources, frames, target);
+            mPosition += static_cast<std::int64_t>(frames);
+        } else {
+            std::fill_n(target, frames * outputs, 0.0F);
+        }
+        mProgress.rendered += static_cast<std::int64_t>(frames);
+        done += frames;
+    }
+    mProgress.timeNs = Nanoseconds(Clock::now());
+    mPublished.Write(mProgress);
+}
+
+// Right after Render the device's buffer is full; from then on it plays at the clock's pace.
+std::int64_t ClipPlayback::Heard(const Progress& progress, Clock::time_point now) const noexcept {
+    const std::int64_t sinceNs = std::clamp<std::int64_t>(Nanoseconds(now) - progress.timeNs, 0, kNsPerSecond);
+    const std::int64_t since = sinceNs * SampleRateHz() / kNsPerSecond;
+    return std::clamp<std::int64_t>(progress.rendered - mLatency.load() + since, 0, progress.rendered);
+}
+
+std::int64_t ClipPlayback::Playhead(Clock::time_point now) const noexcept {
+    const Progress progress = mPublished.Read();
+    const std::int64_t heard = Heard(progress, now);
+    const std::uint64_t kept = std::min<std::uint64_t>(progress.stretchCount, kStretches);
+    Stretch stretch;
+    for (std::uint64_t back = 1; back <= kept; ++back) {
+        stretch = progress.stretches[(progress.stretchCount - back) % kStretches];
+        if (stretch.rendered <= heard) {
+            break;
+        }
+    }
+    return std::clamp<std::int64_t>(stretch.position + heard - stretch.rendered, 0, mLength);
+}
+
+bool ClipPlayback::Ended(Clock::time_point now) const noexcept {
+    return !mLoop.load() && mSeek.load() == kNoSeek && Playhead(now) >= mLength;
+}
+
+}  // namespace studio

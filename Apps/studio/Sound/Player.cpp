@@ -1,0 +1,148 @@
+#include "Apps/studio/Sound/Player.h"
+
+#include "Apps/studio/Sound/DeviceOutput.h"
+#include "Apps/studio/Sound/SilentOutput.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace studio {
+
+// Where a clip's sound goes: a device and its format, or nowhere.
+struct Player::Route {
+    QAudioDevice device;
+    QAudioFormat format;  // invalid: silence
+    SpeakerMap speakers;
+    QString problem;
+};
+
+Player::Player(QObject* parent) : QObject(parent) {
+    connect(&mDevices, &QMediaDevices::audioOutputsChanged, this, [this] {
+        mProblem.clear();
+        Q_EMIT SoundChanged();
+    });
+}
+
+Player::~Player() = default;
+
+Player::Route Player::FindRoute() const {
+    const QAudioDevice device = QMediaDevices::defaultAudioOutput();
+    const int clipChannels = mClip == nullptr ? 2 : mClip->NumChannels();
+    const int deviceChannels = device.isNull() ? clipChannels : device.preferredFormat().channelCount();
+    Route route{device, {}, SpeakerMap(clipChannels, std::max(deviceChannels, 1)), mProblem};
+    if (!mProblem.isEmpty() || mClip == nullptr) {
+        return route;
+    }
+    if (device.isNull()) {
+        route.problem = tr("No sound device");
+        return route;
+    }
+    const int rateHz = static_cast<int>(mClip->SampleRate());
+    route.format = DeviceFormat(device, route.speakers.Outputs(), rateHz);
+    if (!route.format.isValid()) {
+        route.problem = tr("%1 does not play %2 Hz").arg(device.description()).arg(rateHz);
+    }
+    return route;
+}
+
+void Player::SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples) {
+    const double seconds = mClip == nullptr ? 0 : static_cast<double>(Position()) / mClip->SampleRate();
+    const bool wasPlaying = IsPlaying();
+    Stop();
+    mClip = std::move(clip);
+    mLength = std::max<std::int64_t>(lengthSamples, 1);
+    mParked = std::clamp<std::int64_t>(std::llround(seconds * mClip->SampleRate()), 0, mLength);
+    if (wasPlaying) {
+        Start(mParked);
+    }
+    Q_EMIT StateChanged();
+    Q_EMIT PositionJumped();
+    Q_EMIT SoundChanged();
+}
+
+void Player::Start(std::int64_t from) {
+    const Route route = FindRoute();
+    mPlayback = std::make_shared<ClipPlayback>(mClip, route.speakers, mLength, from);
+    mPlayback->SetLoop(mLoop);
+    if (route.format.isValid()) {
+        mOutput = std::make_unique<DeviceOutput>(mPlayback, route.device, route.format);
+        connect(mOutput.get(), &SoundOutput::Failed, this, &Player::OutputFailed, Qt::QueuedConnection);
+    } else {
+        mOutput = std::make_unique<SilentOutput>(mPlayback);
+    }
+}
+
+void Player::Stop() {
+    mOutput.reset();
+    mPlayback.reset();
+}
+
+// Goes on in silence, so that the rest of the window does.
+void Player::OutputFailed(const QString& problem) {
+    if (sender() != mOutput.get()) {
+        return;  // of a playback that is over
+    }
+    const std::int64_t position = Position();
+    mProblem = problem;
+    Stop();
+    Start(position);
+    Q_EMIT SoundChanged();
+}
+
+void Player::Play() {
+    if (mClip == nullptr || IsPlaying()) {
+        return;
+    }
+    Start(mParked >= mLength ? 0 : mParked);
+    Q_EMIT StateChanged();
+}
+
+void Player::Pause() {
+    if (IsPlaying()) {
+        mParked = Position();
+        Stop();
+        Q_EMIT StateChanged();
+    }
+}
+
+void Player::Seek(std::int64_t sample) {
+    mParked = std::clamp<std::int64_t>(sample, 0, mLength);
+    if (mPlayback != nullptr) {
+        mPlayback->Seek(mParked);
+    }
+    Q_EMIT PositionJumped();
+}
+
+void Player::SetLoop(bool loop) {
+    mLoop = loop;
+    if (mPlayback != nullptr) {
+        mPlayback->SetLoop(loop);
+    }
+    Q_EMIT StateChanged();
+}
+
+std::int64_t Player::Position() const {
+    return mPlayback == nullptr ? mParked : mPlayback->Playhead();
+}
+
+void Player::Tick() {
+    if (mPlayback != nullptr && mPlayback->Ended()) {
+        Pause();
+    }
+}
+
+QString Player::SoundText() const {
+    const Route route = FindRoute();
+    if (!route.problem.isEmpty()) {
+        return tr("%1: playing in silence").arg(route.problem);
+    }
+    const QString notice = QString::fromStdString(route.speakers.Notice());
+    return notice.isEmpty() ? route.device.description() : tr("%1 \u2014 %2").arg(route.device.description(), notice);
+}
+
+bool Player::SoundIsChanged() const {
+    const Route route = FindRoute();
+    return !route.problem.isEmpty() || !route.speakers.Notice().empty();
+}
+
+}  // namespace studio

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Apps/studio/Sound/ClipPlayback.h"
+#include "Apps/studio/Sound/SoundOutput.h"
+#include "Host/Lineup/Clip.h"
+
+#include <QAudioDevice>
+#include <QMediaDevices>
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <memory>
+
+namespace studio {
+
+/// The transport of the window: plays, pauses, seeks and loops the clip it was given, on the system's sound
+/// device or, where there is none, in silence. UI thread.
+class Player : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Player(QObject* parent = nullptr);
+    ~Player() override;
+
+    /// Takes another clip, `lengthSamples` long. What plays goes on playing, at the same time of the clip.
+    void SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples);
+
+    void Play();  ///< from the start again when the end was reached
+    void Pause();
+    void Toggle() { IsPlaying() ? Pause() : Play(); }
+
+    /// Goes to clip sample `sample`, which is brought into [0, length].
+    void Seek(std::int64_t sample);
+    void SetLoop(bool loop);
+
+    [[nodiscard]] bool IsPlaying() const noexcept { return mOutput != nullptr; }
+    [[nodiscard]] bool Loop() const noexcept { return mLoop; }
+    [[nodiscard]] std::int64_t Length() const noexcept { return mLength; }
+
+    /// The clip sample that is heard, or that would be.
+    [[nodiscard]] std::int64_t Position() const;
+
+    /// What plays, or null.
+    [[nodiscard]] ClipPlayback* Playback() const noexcept { return mPlayback.get(); }
+
+    /// Where the sound goes, and what happens to it on the way, in words.
+    [[nodiscard]] QString SoundText() const;
+
+    /// The sound does not come out as the clip has it: SoundText says why.
+    [[nodiscard]] bool SoundIsChanged() const;
+
+    /// Stops at the clip's end. Called with every picture of the window.
+    void Tick();
+
+Q_SIGNALS:
+    void StateChanged();
+    void PositionJumped();
+    void SoundChanged();
+
+private:
+    struct Route;
+    [[nodiscard]] Route FindRoute() const;
+    void Start(std::int64_t from);
+    void Stop();
+    void OutputFailed(const QString& problem);
+
+    QMediaDevices mDevices;
+    std::shared_ptr<const lineup::Clip> mClip;
+    std::int64_t mLength = 1;
+    std::int64_t mParked = 0;
+    bool mLoop = false;
+    QString mProblem;
+    std::shared_ptr<ClipPlayback> mPlayback;
+    std::unique_ptr<SoundOutput> mOutput;
+};
+
+}  // namespace studio

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace studio {
+
+/// What pulls a playback and makes it heard, from its making to its end.
+class SoundOutput : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+Q_SIGNALS:
+    /// It can go on no longer; `problem` is a sentence. Nothing is pulled any more.
+    void Failed(const QString& problem);
+};
+
+}  // namespace studio

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Apps/studio/Views/Colour601.h"
+#include "Host/Lineup/Clip.h"
+#include "Host/Lineup/Export/FloatPicture.h"
+#include "Host/Lineup/PictureFormat.h"
+
+#include <QImage>
+#include <span>
+#include <vector>
+
+namespace studio {
+
+/// One luma value that pixels of a column have, and how many of them.
+struct LumaCount {
+    float luma;
+    int pixels;
+};
+
+/// A clip's frame, made ready to be looked at: its own values, the picture for the screen, and what the
+/// waveform monitor shows. Never changes once made.
+class CardPicture {
+public:
+    /// Asks the plug-in for the frame. Throws lineup::Error when it refuses. Any thread.
+    CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format);
+
+    [[nodiscard]] int Width() const noexcept { return mFrame.Width(); }
+    [[nodiscard]] int Height() const noexcept { return mFrame.Height(); }
+
+    /// How much wider than high a pixel is shown: 1 but in standard-definition pictures 720 wide.
+    [[nodiscard]] double PixelAspect() const noexcept { return mPixelAspect; }
+
+    [[nodiscard]] Ycc At(int x, int y) const noexcept;
+
+    /// Full-range 8-bit R'G'B' through the BT.601 matrix; what a screen cannot show is clipped.
+    [[nodiscard]] const QImage& Screen() const noexcept { return mScreen; }
+
+    /// Every value of column `x`, darkest first.
+    [[nodiscard]] std::span<const LumaCount> LumaOf(int x) const noexcept;
+
+private:
+    lineup::FloatPicture mFrame;
+    double mPixelAspect;
+    QImage mScreen;
+    std::vector<LumaCount> mLuma;        // column after column
+    std::vector<std::size_t> mLumaEnds;  // of each column in mLuma
+};
+
+}  // namespace studio

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Apps/studio/Views/CardPicture.h"
+
+#include <QObject>
+#include <QString>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <thread>
+
+namespace studio {
+
+/// Asks for frames in a thread of its own, so that a large one keeps nobody waiting. Of several wishes the
+/// last one counts.
+class PictureLoader : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PictureLoader(QObject* parent = nullptr);
+    ~PictureLoader() override;
+
+    void Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format);
+
+Q_SIGNALS:
+    /// In the thread of this object.
+    void Loaded(const std::shared_ptr<const CardPicture>& picture);
+    void Failed(const QString& problem);
+
+private:
+    struct Wish {
+        std::shared_ptr<const lineup::Clip> clip;
+        lineup::PictureFormat format;
+        std::uint64_t number = 0;
+    };
+    void Run(const std::stop_token& stop);
+    void Serve(const Wish& wish);
+    void Deliver(std::uint64_t number, const std::shared_ptr<const CardPicture>& picture, const QString& problem);
+
+    std::uint64_t mLastNumber = 0;  // of the UI thread
+    std::mutex mMutex;
+    std::condition_variable_any mWake;
+    std::optional<Wish> mWish;  // behind the mutex
+    std::jthread mThread;
+};
+
+}  // namespace studio

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Apps/studio/Views/CardPicture.h"
+
+#include <QPoint>
+#include <QRectF>
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+namespace studio {
+
+/// The picture, as large as it fits, in its own shape. The pixel under the pointer, or where the arrow keys
+/// have led, is the one that is pointed at.
+class PictureView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PictureView(QWidget* parent = nullptr);
+
+    /// Null while there is none.
+    void SetPicture(std::shared_ptr<const CardPicture> picture);
+
+    /// Where on the widget the picture stands.
+    [[nodiscard]] QRectF Frame() const;
+
+    [[nodiscard]] QSize sizeHint() const override { return {640, 360}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {200, 112}; }
+
+Q_SIGNALS:
+    /// None: the pointer is elsewhere.
+    void PixelPointedAt(std::optional<QPoint> pixel);
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void PointAt(std::optional<QPoint> pixel, bool byKey);
+
+    std::shared_ptr<const CardPicture> mPicture;
+    QImage mScaled;  // for the size it is shown at
+    std::optional<QPoint> mPixel;
+    bool mByKey = false;  // then the pixel is marked, as there is no pointer
+};
+
+}  // namespace studio

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Host/Lineup/ClipDocument.h"
+#include "Host/Lineup/Importer.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace studio {
+
+/// Asks for a clip's layout: channels, sample rate, picture, length. The tone itself has a dialog of its own,
+/// the plug-in's.
+class ClipDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// Begins with `values`.
+    ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocument& values, const QString& title,
+               QWidget* parent);
+
+    /// The values as they were chosen. What the dialog does not ask for stays as it was, and so does a tone
+    /// that goes with the channels chosen; an ident that does not is taken out.
+    [[nodiscard]] lineup::ClipDocument Values() const;
+
+private:
+    void FillIn();
+    void Check();
+    [[nodiscard]] lineup::Rational FrameRate() const;
+
+    const lineup::Importer& mPlugin;
+    lineup::ClipDocument mBefore;
+    QComboBox* mChannels;
+    QComboBox* mRate;
+    QComboBox* mSize;
+    QSpinBox* mWidth;
+    QSpinBox* mHeight;
+    QComboBox* mCard;
+    QComboBox* mFrameRate;
+    QDoubleSpinBox* mLength;
+    QLabel* mProblem;
+    QPushButton* mOk;
+};
+
+}  // namespace studio

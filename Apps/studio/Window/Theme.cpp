@@ -1,0 +1,126 @@
+#include "Apps/studio/Window/Theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace studio {
+
+namespace {
+
+const Theme& Light() {
+    static const Theme kLight = {
+        .isDark = false,
+        .window = 0xECEEF1,
+        .panel = 0xFFFFFF,
+        .button = 0xF7F8FA,
+        .text = 0x15191F,
+        .dim = 0x5A6472,
+        .line = 0xC6CCD4,
+        .accent = 0x2563EB,
+        .onAccent = 0xFFFFFF,
+        .warning = 0x9A5B00,
+        .surround = 0xC9CBCD,
+        .lane = 0xFFFFFF,
+        .laneGrid = 0xDFE3E8,
+        .playhead = 0xD92D20,
+        .waveforms = {QColor(0x2563EB), QColor(0xD9480F), QColor(0x0E8A7D), QColor(0xB8327F), QColor(0x6D3FD1),
+                      QColor(0x5B6675)},
+        .meterOff = 0xDFE3E8,
+        .meterLow = 0x16A34A,
+        .meterMid = 0xD9A800,
+        .meterHigh = 0xDC2626,
+        .scopeBackground = 0x0C0F0E,
+        .scopeGrid = 0x2A332F,
+        .scopeStrong = 0x8A8360,
+        .scopeNumber = 0x77827C,
+    };
+    return kLight;
+}
+
+const Theme& Dark() {
+    static const Theme kDark = {
+        .isDark = true,
+        .window = 0x1A1D22,
+        .panel = 0x121418,
+        .button = 0x2A2F37,
+        .text = 0xE8EBEF,
+        .dim = 0x98A2AF,
+        .line = 0x383F49,
+        .accent = 0x3B82F6,
+        .onAccent = 0xFFFFFF,
+        .warning = 0xF5B84B,
+        .surround = 0x0E0F10,
+        .lane = 0x121418,
+        .laneGrid = 0x2A3038,
+        .playhead = 0xFF5A4D,
+        .waveforms = {QColor(0x6EA8FF), QColor(0xFF9557), QColor(0x45D2C0), QColor(0xF77FBE), QColor(0xB39BFF),
+                      QColor(0xA9B4C2)},
+        .meterOff = 0x262B32,
+        .meterLow = 0x2FBF71,
+        .meterMid = 0xF2C037,
+        .meterHigh = 0xF4503F,
+        .scopeBackground = 0x0A0D0C,
+        .scopeGrid = 0x26302B,
+        .scopeStrong = 0x8A8360,
+        .scopeNumber = 0x77827C,
+    };
+    return kDark;
+}
+
+QPalette PaletteOf(const Theme& theme) {
+    QPalette palette;
+    const auto set = [&](QPalette::ColorRole role, const QColor& colour) { palette.setColor(role, colour); };
+    set(QPalette::Window, theme.window);
+    set(QPalette::WindowText, theme.text);
+    set(QPalette::Base, theme.panel);
+    set(QPalette::AlternateBase, theme.window);
+    set(QPalette::Text, theme.text);
+    set(QPalette::PlaceholderText, theme.dim);
+    set(QPalette::Button, theme.button);
+    set(QPalette::ButtonText, theme.text);
+    set(QPalette::BrightText, theme.onAccent);
+    set(QPalette::Light, theme.isDark ? theme.button.lighter(120) : QColor(Qt::white));
+    set(QPalette::Midlight, theme.button);
+    set(QPalette::Mid, theme.line);
+    set(QPalette::Dark, theme.line.darker(115));
+    set(QPalette::Shadow, theme.isDark ? QColor(Qt::black) : theme.dim);
+    set(QPalette::ToolTipBase, theme.button);
+    set(QPalette::ToolTipText, theme.text);
+    set(QPalette::Highlight, theme.accent);
+    set(QPalette::HighlightedText, theme.onAccent);
+    set(QPalette::Link, theme.isDark ? theme.accent.lighter(125) : theme.accent);
+    set(QPalette::LinkVisited, theme.dim);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::Link}) {
+        palette.setColor(QPalette::Disabled, role, theme.isDark ? QColor(0x616A76) : QColor(0xA0A8B2));
+    }
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, theme.line);
+    return palette;
+}
+
+const Theme*& Chosen() {
+    static const Theme* chosen = &Light();
+    return chosen;
+}
+
+bool SystemIsDark() {
+    static const bool kIsDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;  // at first
+    return kIsDark;
+}
+
+}  // namespace
+
+const Theme& Theme::Current() {
+    return *Chosen();
+}
+
+void Theme::Apply(Appearance appearance) {
+    const bool systemIsDark = SystemIsDark();
+    const bool dark = appearance == Appearance::Dark || (appearance == Appearance::System && systemIsDark);
+    Chosen() = dark ? &Dark() : &Light();
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setPalette(PaletteOf(Current()));
+}
+
+}  // namespace studio

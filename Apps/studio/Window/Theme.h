@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <array>
+#include <cstddef>
+
+namespace studio {
+
+/// Which of the two looks the window has.
+enum class Appearance { System, Light, Dark };
+
+/// The colours of everything that the window draws itself.
+struct Theme {
+    bool isDark;
+    QColor window;  ///< behind the panels
+    QColor panel;   ///< fields and lists
+    QColor button;
+    QColor text;
+    QColor dim;       ///< text that steps back
+    QColor line;      ///< edges
+    QColor accent;    ///< what is selected or on
+    QColor onAccent;  ///< text on it
+    QColor warning;
+    QColor surround;  ///< round the picture: grey, so that it tints nothing
+    QColor lane;
+    QColor laneGrid;
+    QColor playhead;
+    std::array<QColor, 6> waveforms;  ///< in the plug-in's order of channels
+    QColor meterOff;
+    QColor meterLow;   ///< up to the line-up level
+    QColor meterMid;   ///< up to the permitted maximum
+    QColor meterHigh;  ///< above
+    QColor scopeBackground;
+    QColor scopeGrid;
+    QColor scopeStrong;
+    QColor scopeNumber;
+
+    [[nodiscard]] QColor Waveform(std::size_t channel) const { return waveforms[channel % waveforms.size()]; }
+
+    /// The one in use. UI thread.
+    [[nodiscard]] static const Theme& Current();
+
+    /// Dresses the whole application. `System` follows the palette the desktop gave it.
+    static void Apply(Appearance appearance);
+};
+
+}  // namespace studio

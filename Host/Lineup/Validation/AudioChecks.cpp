@@ -1,0 +1,135 @@
+#include "Host/Interface/Importer/ImportSelectors.h"
+#include "Host/Interface/Media/TickTime.h"
+#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Requests.h"
+#include "Host/Lineup/Validation/Sounds.h"
+
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+
+namespace lineup::validation {
+
+namespace {
+
+void RequireGoodAudio(const RawImporter& plugin, const Sound& sound, const Stretch& stretch, Placement placement) {
+    GuardedRecord<BarsAndToneInfo> prefs(sound.settings, placement);
+    GuardedBuffers buffers(kMostChannels, stretch.count);
+    const std::int32_t result = SendAudio(plugin, {.prefs = prefs.Data()}, stretch, buffers, placement);
+    const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
+    Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
+    prefs.RequireUnchanged("the settings of " + what);
+    buffers.RequireWritten(sound.channels, what);
+    buffers.RequireWithin(sound.channels, sound.level, what);
+    buffers.RequireUntouchedFrom(sound.channels, what);
+}
+
+// A steady tone as the interface has it: its phase is that of the first sample's index, counted with 2 pi
+// in single precision.
+class SteadyPhase {
+public:
+    SteadyPhase(const BarsAndToneInfo& settings, std::int64_t position) {
+        const auto sampleLength = zelmediatypes::FrameRateFromHz(settings.sampleRate);
+        const double cyclesASample = static_cast<double>(settings.frequency) / zelmediatypes::RateHz(sampleLength);
+        const double cycles = static_cast<double>(position) * cyclesASample;
+        mPhase = (cycles - std::trunc(cycles)) * kTwoPi;
+        mStep = kTwoPi * cyclesASample;
+    }
+    double Next() {
+        const double sine = std::sin(mPhase);
+        mPhase += mStep;
+        return sine;
+    }
+
+private:
+    static constexpr double kTwoPi = static_cast<double>(2 * std::numbers::pi_v<float>);
+    double mPhase;
+    double mStep;
+};
+
+void RequireSteadyTone(const RawImporter& plugin, const BarsAndToneInfo& settings, const Stretch& stretch) {
+    const Samples samples = ReadAudio(plugin, settings, settings.numChannels, stretch);
+    const auto level = static_cast<double>(settings.amplitude);
+    for (std::size_t c = 0; c < samples.size(); ++c) {
+        SteadyPhase phase(settings, stretch.position);
+        for (std::size_t i = 0; i < samples[c].size(); ++i) {
+            const double expected = phase.Next() * level;
+            if (!IsNear(samples[c][i], expected, JoinBound(0, level))) {
+                Fail("{} at {} Hz, {} Hz at {}: channel {}, sample {} is {} instead of {}", Text(stretch),
+                     settings.sampleRate, settings.frequency, settings.amplitude, c, i, samples[c][i], expected);
+            }
+        }
+    }
+}
+
+// One cycle from clip time 0 and a little more; there, a burst that starts with its request's phase has
+// the phase of clip time too.
+void RequireSchedule(const RawImporter& plugin, const Sound& sound) {
+    const auto sampleLength = zelmediatypes::FrameRateFromHz(sound.settings.sampleRate);
+    const double rateHz = zelmediatypes::RateHz(sampleLength);
+    const auto count = static_cast<std::uint32_t>(sound.CycleSamples() + 10000);
+    const Samples samples = ReadAudio(plugin, sound.settings, sound.channels, {.position = 0, .count = count});
+    for (std::size_t c = 0; c < sound.channels; ++c) {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const Note* const note = sound.NoteAt(c, i);
+            double expected = 0;
+            double bound = 0;
+            if (note != nullptr) {
+                const double cycles = note->frequencyHz * i / rateHz;
+                expected = note->level * std::sin(2 * std::numbers::pi * (cycles - std::floor(cycles)));
+                bound = JoinBound(cycles, note->level);
+            }
+            if (!IsNear(samples[c][i], expected, bound)) {
+                Fail("{} at {} Hz: channel {}, {:.4f} s into the clip is {} instead of {}", sound.name,
+                     sound.settings.sampleRate, c, i / rateHz, samples[c][i], expected);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void CheckAudioBuffers(Examination& examination) {
+    for (const Sound& sound : Sounds()) {
+        for (const std::uint32_t count : {0U, 1U, 2U, 3U, 4U, 5U, 7U, 8U, 15U, 16U, 17U, 63U, 480U, 1601U, 20001U}) {
+            const auto position = static_cast<std::int64_t>(examination.Below(2000000));
+            RequireGoodAudio(examination.Plugin(), sound, {.position = position, .count = count}, {});
+        }
+    }
+}
+
+void CheckAudioRecords(Examination& examination) {
+    for (const Sound& sound : Sounds()) {
+        for (const Placement& placement : kPlacements) {
+            RequireGoodAudio(examination.Plugin(), sound, {.position = 132000, .count = 100}, placement);
+        }
+    }
+}
+
+void CheckSteadyTone(Examination& examination) {
+    const RawImporter& plugin = examination.Plugin();
+    RequireSteadyTone(plugin, BarsAndToneInfo{}, {.position = 0, .count = 240000});
+    for (const float rateHz : {44100.0F, 48000.0F, 96000.0F}) {
+        for (const float frequencyHz : {20.0F, 440.0F, 1000.0F, 997.25F, 19999.5F}) {
+            BarsAndToneInfo settings;
+            settings.sampleRate = rateHz;
+            settings.frequency = frequencyHz;
+            settings.numChannels = frequencyHz < 500.0F ? 1 : 6;
+            settings.amplitude = static_cast<float>(1 + examination.Below(1000)) / 1000.0F;
+            const auto position = static_cast<std::int64_t>(examination.Below(1000000));
+            RequireSteadyTone(plugin, settings, {.position = position, .count = 1000});
+        }
+    }
+}
+
+void CheckIdentSchedules(Examination& examination) {
+    for (const float rateHz : {48000.0F, 44100.0F}) {
+        for (const Sound& sound : Sounds(rateHz)) {
+            if (sound.IsIdent()) {
+                RequireSchedule(examination.Plugin(), sound);
+            }
+        }
+    }
+}
+
+}  // namespace lineup::validation

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Host/Lineup/Validation/Check.h"
+
+#include <optional>
+#include <string>
+
+namespace lineup::validation {
+
+/// The descriptor on which a child reports.
+inline constexpr int kReportDescriptor = 3;
+
+/// A finding as the bytes that a child reports with.
+[[nodiscard]] std::string Encode(const Finding& finding);
+
+/// The finding that the bytes stand for; nothing unless they are one whole report and no more.
+[[nodiscard]] std::optional<Finding> Decode(const std::string& bytes);
+
+}  // namespace lineup::validation

@@ -1,0 +1,153 @@
+#include "Host/Interface/Importer/ImportSelectors.h"
+#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Requests.h"
+#include "Host/Lineup/Validation/Sounds.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <span>
+
+namespace lineup::validation {
+
+namespace {
+
+constexpr std::array kPeakRatesHz = {25.0F, 100.0F, 999.0F, 1000.0F, 2000.0F, 48000.0F};
+
+void RequireGoodPeaks(const RawImporter& plugin, const Sound& sound, const PeakStretch& stretch, Placement placement) {
+    GuardedRecord<BarsAndToneInfo> prefs(sound.settings, placement);
+    const auto size = static_cast<std::size_t>(std::max(stretch.count, 0));
+    GuardedBuffers maxima(kMostChannels, size);
+    GuardedBuffers minima(kMostChannels, size);
+    const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima, placement);
+    const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
+    Require(result == kImportNoError, "{}: answered with {} instead of 0", what, result);
+    prefs.RequireUnchanged("the settings of " + what);
+    for (const GuardedBuffers* const buffers : {&maxima, &minima}) {
+        const std::string which = what + (buffers == &maxima ? ", maxima" : ", minima");
+        buffers->RequireWritten(sound.channels, which);
+        buffers->RequireWithin(sound.channels, sound.level, which);
+        buffers->RequireUntouchedFrom(sound.channels, which);
+    }
+}
+
+// A tone below the peak rate is one line; everything else is a band about zero.
+bool IsLine(const Sound& sound, float peakRateHz) {
+    return !sound.IsIdent() && sound.settings.frequency < peakRateHz;
+}
+
+// Each peak's band holds the audio of its time, no more and no less: a crest comes near its edge.
+bool IsBandOf(std::span<const float> audio, float maximum, float minimum) {
+    constexpr float kNear = 0.98F;  // a cycle of 24 samples or more comes nearer than that
+    float loudest = 0;
+    for (const float sample : audio) {
+        loudest = std::max(loudest, std::abs(sample));
+    }
+    return minimum == -maximum && loudest <= maximum && loudest >= kNear * maximum;
+}
+
+// Peaks of 10 ms from `position` on, a whole number of which make up every step of a sequence.
+void RequireBands(const RawImporter& plugin, const Sound& sound, std::int64_t position, std::int32_t count) {
+    constexpr std::uint32_t kSamplesAPeak = 480;
+    const PeakStretch stretch{.position = position, .rateHz = 100.0F, .count = count};
+    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, stretch);
+    const Samples audio = ReadAudio(plugin, sound.settings, sound.channels,
+                                    {.position = position, .count = static_cast<std::uint32_t>(count) * kSamplesAPeak});
+    for (std::size_t c = 0; c < sound.channels; ++c) {
+        for (std::size_t i = 0; i < peaks.maxima[c].size(); ++i) {
+            const auto audioOfPeak = std::span(audio[c]).subspan(i * kSamplesAPeak, kSamplesAPeak);
+            if (!IsBandOf(audioOfPeak, peaks.maxima[c][i], peaks.minima[c][i])) {
+                Fail("{} of {}: channel {}, peak {} is {} to {}, the audio of its time reaches from {} to {}",
+                     Text(stretch), sound.name, c, i, peaks.minima[c][i], peaks.maxima[c][i],
+                     std::ranges::min(audioOfPeak), std::ranges::max(audioOfPeak));
+            }
+        }
+    }
+}
+
+// At the clip's own rate a tone's peaks are its samples.
+void RequireLine(const RawImporter& plugin, const Sound& sound, const Stretch& stretch) {
+    const PeakStretch peakStretch{.position = stretch.position,
+                                  .rateHz = sound.settings.sampleRate,
+                                  .count = static_cast<std::int32_t>(stretch.count)};
+    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, peakStretch);
+    Require(peaks.maxima == ReadAudio(plugin, sound.settings, sound.channels, stretch), "{} of {} are not its samples",
+            Text(peakStretch), sound.name);
+    Require(peaks.minima == peaks.maxima, "{} of {} are not one line", Text(peakStretch), sound.name);
+}
+
+void RequirePeaksJoin(Examination& examination, const Sound& sound, float rateHz) {
+    constexpr std::int32_t kCount = 1200;
+    const RawImporter& plugin = examination.Plugin();
+    const auto samplesAPeak = static_cast<std::int64_t>(sound.settings.sampleRate / rateHz);
+    const PeakStretch whole{
+        .position = static_cast<std::int64_t>(examination.Below(100)) * 4800, .rateHz = rateHz, .count = kCount};
+    const Peaks expected = ReadPeaks(plugin, sound.settings, sound.channels, whole);
+    for (int i = 0; i < 4; ++i) {
+        const auto first = static_cast<std::int32_t>(examination.Below(kCount));
+        const PeakStretch part{
+            .position = whole.position + first * samplesAPeak, .rateHz = rateHz, .count = kCount - first};
+        const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, part);
+        for (std::size_t c = 0; c < sound.channels; ++c) {
+            for (std::int32_t p = first; p < kCount; ++p) {
+                const double cycles = sound.highestFrequencyHz * p / static_cast<double>(rateHz);
+                const double bound = IsLine(sound, rateHz) ? JoinBound(cycles, sound.level) : 0;
+                const auto at = static_cast<std::size_t>(p);
+                const float inPart = peaks.maxima[c][at - static_cast<std::size_t>(first)];
+                if (!IsNear(inPart, expected.maxima[c][at], bound)) {
+                    Fail("{} of {} do not join {}: channel {}, peak {} is {} instead of {}", Text(part), sound.name,
+                         Text(whole), c, p, inPart, expected.maxima[c][at]);
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void CheckPeakBuffers(Examination& examination) {
+    for (const Sound& sound : Sounds()) {
+        for (const float rateHz : kPeakRatesHz) {
+            for (const std::int32_t count : {0, 1, 2, 3, 4, 5, 17, 480, 1601}) {
+                const auto position = static_cast<std::int64_t>(examination.Below(2000000));
+                RequireGoodPeaks(examination.Plugin(), sound, {.position = position, .rateHz = rateHz, .count = count},
+                                 {});
+            }
+        }
+    }
+}
+
+void CheckPeakRecords(Examination& examination) {
+    for (const Sound& sound : Sounds()) {
+        for (const Placement& placement : kPlacements) {
+            for (const float rateHz : {100.0F, 2000.0F}) {
+                RequireGoodPeaks(examination.Plugin(), sound, {.position = 132000, .rateHz = rateHz, .count = 30},
+                                 placement);
+            }
+        }
+    }
+}
+
+void CheckPeakSplits(Examination& examination) {
+    for (const Sound& sound : Sounds()) {
+        for (const float rateHz : {100.0F, 2000.0F}) {
+            RequirePeaksJoin(examination, sound, rateHz);
+        }
+    }
+}
+
+void CheckPeaksMatchAudio(Examination& examination) {
+    const RawImporter& plugin = examination.Plugin();
+    for (const Sound& sound : Sounds()) {
+        const auto tenths = static_cast<std::int64_t>(examination.Below(1000));
+        RequireBands(plugin, sound, 0, static_cast<std::int32_t>(sound.CycleSamples() / 480));
+        RequireBands(plugin, sound, (tenths - 500) * 4800, 200);
+        if (!sound.IsIdent()) {
+            const auto position = static_cast<std::int64_t>(examination.Below(1000000));
+            RequireLine(plugin, sound, {.position = position, .count = 5000});
+        }
+    }
+}
+
+}  // namespace lineup::validation

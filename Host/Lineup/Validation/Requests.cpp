@@ -1,0 +1,114 @@
+#include "Host/Lineup/Validation/Requests.h"
+
+#include "Host/Interface/Importer/ImportSelectors.h"
+#include "Host/Lineup/Validation/Examination.h"
+
+#include <fmt/format.h>
+
+#include <span>
+
+namespace lineup::validation {
+
+namespace {
+
+Samples Copy(const GuardedBuffers& buffers, std::size_t channels) {
+    Samples samples;
+    for (std::size_t c = 0; c < channels; ++c) {
+        const std::span<const float> channel = buffers.Channel(c);
+        samples.emplace_back(channel.begin(), channel.end());
+    }
+    return samples;
+}
+
+std::size_t AtLeastNone(std::int32_t count) {
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+}  // namespace
+
+std::string Text(const Stretch& stretch) {
+    return fmt::format("audio of {} samples from {} on", stretch.count, stretch.position);
+}
+
+std::string Text(const PeakStretch& stretch) {
+    return fmt::format("{} peaks at {} Hz from sample {} on", stretch.count, stretch.rateHz, stretch.position);
+}
+
+std::int32_t SendAudio(const RawImporter& plugin, const SettingsPointers& settings, const Stretch& stretch,
+                       GuardedBuffers& buffers, Placement placement) {
+    GuardedRecord<imImportAudioRec7> record(placement);
+    record.Put({.position = stretch.position,
+                .count = stretch.count,
+                .buffers = buffers.Pointers(),
+                .privateData = settings.privateData,
+                .prefs = settings.prefs});
+    const std::int32_t result = plugin.Call(kImportAudio, nullptr, record.Data());
+    const std::string what = Text(stretch);
+    record.RequireUnchanged("the record of " + what);
+    buffers.RequireNothingOutside(what);
+    return result;
+}
+
+std::int32_t SendPeaks(const RawImporter& plugin, const SettingsPointers& settings, const PeakStretch& stretch,
+                       GuardedBuffers& maxima, GuardedBuffers& minima, Placement placement) {
+    GuardedRecord<imPeakAudioRec> record(placement);
+    record.Put({.privateData = settings.privateData,
+                .prefs = settings.prefs,
+                .position = stretch.position,
+                .peakRate = stretch.rateHz,
+                .count = stretch.count,
+                .maxima = maxima.Pointers(),
+                .minima = minima.Pointers()});
+    const std::int32_t result = plugin.Call(kImportPeakAudio, nullptr, record.Data());
+    const std::string what = Text(stretch);
+    record.RequireUnchanged("the record of " + what);
+    maxima.RequireNothingOutside(what + ", maxima");
+    minima.RequireNothingOutside(what + ", minima");
+    return result;
+}
+
+Samples ReadAudio(const RawImporter& plugin, const BarsAndToneInfo& settings, std::size_t channels,
+                  const Stretch& stretch) {
+    GuardedRecord<BarsAndToneInfo> prefs(settings);
+    GuardedBuffers buffers(kMostChannels, stretch.count);
+    const std::int32_t result = SendAudio(plugin, {.prefs = prefs.Data()}, stretch, buffers);
+    const std::string what = Text(stretch);
+    Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
+    prefs.RequireUnchanged("the settings of " + what);
+    buffers.RequireWritten(channels, what);
+    return Copy(buffers, channels);
+}
+
+Peaks ReadPeaks(const RawImporter& plugin, const BarsAndToneInfo& settings, std::size_t channels,
+                const PeakStretch& stretch) {
+    GuardedRecord<BarsAndToneInfo> prefs(settings);
+    GuardedBuffers maxima(kMostChannels, AtLeastNone(stretch.count));
+    GuardedBuffers minima(kMostChannels, AtLeastNone(stretch.count));
+    const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima);
+    const std::string what = Text(stretch);
+    Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
+    prefs.RequireUnchanged("the settings of " + what);
+    maxima.RequireWritten(channels, what + ", maxima");
+    minima.RequireWritten(channels, what + ", minima");
+    return {.maxima = Copy(maxima, channels), .minima = Copy(minima, channels)};
+}
+
+Description::Description(const RawImporter& plugin, void* prefs, float hostRateHz, Placement placement)
+    : mPlugin(&plugin), mRecord(placement) {
+    imFileInfoRec8 record = mRecord.Get();
+    record.sampleRate = hostRateHz;
+    record.privateData = nullptr;
+    record.prefs = prefs;
+    mRecord.Put(record);
+    mResult = plugin.Call(kImportGetInfo, nullptr, mRecord.Data());
+}
+
+// A release that throws is a failure of the check that is about releases.
+Description::~Description() {
+    try {
+        mPlugin->Call(kImportReleasePrivateData, nullptr, mRecord.Get().privateData);
+    } catch (const Failure&) {  // NOLINT(bugprone-empty-catch): see above
+    }
+}
+
+}  // namespace lineup::validation

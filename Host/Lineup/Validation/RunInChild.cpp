@@ -1,0 +1,208 @@
+#include "Host/Lineup/Error.h"
+#include "Host/Lineup/Validation/ChildReport.h"
+#include "Host/Lineup/Validation/RunCheck.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <optional>
+#include <spawn.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern "C" char** environ;
+
+namespace lineup::validation {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+Error SystemError(const char* act, int error) {
+    return Error(fmt::format("cannot {}: {}", act, std::strerror(error)));
+}
+
+class Pipe {
+public:
+    Pipe() {
+        if (pipe2(mEnds.data(), O_CLOEXEC) != 0) {
+            throw SystemError("make a pipe", errno);
+        }
+    }
+    ~Pipe() {
+        CloseWriteEnd();
+        close(mEnds[0]);
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    [[nodiscard]] int WriteEnd() const noexcept { return mEnds[1]; }
+
+    void CloseWriteEnd() noexcept {
+        if (mEnds[1] >= 0) {
+            close(mEnds[1]);
+            mEnds[1] = -1;
+        }
+    }
+
+    /// What has been written so far; never waits, for the other end may be in anyone's hands.
+    [[nodiscard]] std::string ReadAll() const {
+        fcntl(mEnds[0], F_SETFL, O_NONBLOCK);
+        std::string bytes;
+        std::array<char, 4096> buffer{};
+        for (ssize_t count = 0; (count = read(mEnds[0], buffer.data(), buffer.size())) > 0;) {
+            bytes.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        return bytes;
+    }
+
+private:
+    std::array<int, 2> mEnds = {-1, -1};
+};
+
+/// Keeps SIGCHLD waiting while it lives, so that sigtimedwait sees it.
+class ChildSignal {
+public:
+    ChildSignal() {
+        std::signal(SIGCHLD, SIG_DFL);  // ignored, children would go without a trace
+        sigemptyset(&mSet);
+        sigaddset(&mSet, SIGCHLD);
+        pthread_sigmask(SIG_BLOCK, &mSet, &mBefore);
+    }
+    ~ChildSignal() { pthread_sigmask(SIG_SETMASK, &mBefore, nullptr); }
+    ChildSignal(const ChildSignal&) = delete;
+    ChildSignal& operator=(const ChildSignal&) = delete;
+
+    [[nodiscard]] const sigset_t& Before() const noexcept { return mBefore; }
+
+    /// Waits for the signal, no longer than `time`.
+    void Wait(Clock::duration time) const {
+        const auto nanoseconds = std::chrono::nanoseconds(time).count();
+        constexpr std::int64_t kSecond = 1000000000;
+        const timespec limit{.tv_sec = nanoseconds / kSecond, .tv_nsec = nanoseconds % kSecond};
+        sigtimedwait(&mSet, nullptr, &limit);
+    }
+
+private:
+    sigset_t mSet{};
+    sigset_t mBefore{};
+};
+
+// What a child starts with: nothing to read, standard output on standard error, the pipe as its descriptor.
+class SpawnSetup {
+public:
+    SpawnSetup(const Pipe& report, const sigset_t& mask) {
+        posix_spawn_file_actions_init(&mFiles);
+        posix_spawn_file_actions_addopen(&mFiles, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&mFiles, STDERR_FILENO, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&mFiles, report.WriteEnd(), kReportDescriptor);
+        posix_spawnattr_init(&mAttributes);
+        posix_spawnattr_setsigmask(&mAttributes, &mask);
+        posix_spawnattr_setflags(&mAttributes, POSIX_SPAWN_SETSIGMASK);
+    }
+    ~SpawnSetup() {
+        posix_spawn_file_actions_destroy(&mFiles);
+        posix_spawnattr_destroy(&mAttributes);
+    }
+    SpawnSetup(const SpawnSetup&) = delete;
+    SpawnSetup& operator=(const SpawnSetup&) = delete;
+
+    [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments) const {
+        std::vector<char*> pointers;
+        for (const std::string& argument : arguments) {
+            pointers.push_back(const_cast<char*>(argument.c_str()));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+        }
+        pointers.push_back(nullptr);
+        pid_t child = 0;
+        const int error = posix_spawn(&child, pointers.front(), &mFiles, &mAttributes, pointers.data(), environ);
+        if (error != 0) {
+            throw SystemError("start a process for a check", error);
+        }
+        return child;
+    }
+
+private:
+    posix_spawn_file_actions_t mFiles{};
+    posix_spawnattr_t mAttributes{};
+};
+
+// The status a child ended with, or nothing when it had to be ended.
+std::optional<int> WaitFor(pid_t child, const ChildSignal& childSignal, std::chrono::milliseconds timeout) {
+    const Clock::time_point deadline = Clock::now() + timeout;
+    int status = 0;
+    while (true) {
+        const pid_t ended = waitpid(child, &status, WNOHANG);
+        if (ended == child) {
+            return status;
+        }
+        if (ended < 0) {
+            throw SystemError("wait for the process of a check", errno);
+        }
+        const Clock::duration left = deadline - Clock::now();
+        if (left <= Clock::duration::zero()) {
+            kill(child, SIGKILL);
+            waitpid(child, &status, 0);
+            return std::nullopt;
+        }
+        childSignal.Wait(left);
+    }
+}
+
+Finding Crash(const std::string& text) {
+    return {.outcome = Outcome::kCrashed, .text = text};
+}
+
+Finding Judge(int status, const std::string& report) {
+    if (WIFSIGNALED(status)) {
+        const int signal = WTERMSIG(status);
+        const char* const name = sigabbrev_np(signal);
+        return Crash(fmt::format("the process was ended by SIG{} ({})", name != nullptr ? name : "?",
+                                 sigdescr_np(signal) != nullptr ? sigdescr_np(signal) : "unknown"));
+    }
+    const std::optional<Finding> finding = Decode(report);
+    if (!finding) {
+        return Crash(fmt::format("the process ended with exit code {} before the check did", WEXITSTATUS(status)));
+    }
+    if (WEXITSTATUS(status) != EXIT_SUCCESS) {
+        return Crash(fmt::format("the process ended with exit code {} after the check", WEXITSTATUS(status)));
+    }
+    return *finding;
+}
+
+}  // namespace
+
+Finding RunInChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout) {
+    Pipe report;
+    const ChildSignal childSignal;
+    const pid_t child = SpawnSetup(report, childSignal.Before()).Start(arguments);
+    report.CloseWriteEnd();
+    const std::optional<int> status = WaitFor(child, childSignal, timeout);
+    if (!status) {
+        return {
+            .outcome = Outcome::kTimedOut,
+            .text = fmt::format("the check did not end within {} s", std::chrono::duration<double>(timeout).count())};
+    }
+    return Judge(*status, report.ReadAll());
+}
+
+void PrepareChild() {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+    setrlimit(RLIMIT_CORE, &none);
+}
+
+void ReportToParent(const Finding& finding) {
+    const std::string bytes = Encode(finding);
+    const ssize_t written = write(kReportDescriptor, bytes.data(), bytes.size());
+    const bool whole = written == static_cast<ssize_t>(bytes.size());
+    _exit(whole ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+}  // namespace lineup::validation

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace lineup::validation {
+
+/// A channel of an identification sequence sounds from `beginMs` up to but not including `endMs` of
+/// every cycle.
+struct Note {
+    std::size_t channel = 0;
+    std::int64_t beginMs = 0;
+    std::int64_t endMs = 0;
+    double frequencyHz = 0;
+    double level = 0;
+    bool phaseOfRequest = false;  ///< a lone burst of the 5.1 ident, which starts with its request's phase
+};
+
+/// A kind of clip: its settings, and what is known of its sound.
+struct Sound {
+    std::string_view name;
+    BarsAndToneInfo settings;
+    std::size_t channels = 0;       ///< those that audio and peaks write
+    double highestFrequencyHz = 0;  ///< of its tones
+    double level = 0;               ///< linear gain of its loudest tone
+    std::int64_t cycleTicks = 0;    ///< the time after which the sound repeats
+    std::span<const Note> notes;    ///< of an identification sequence; empty for a steady tone
+
+    [[nodiscard]] bool IsIdent() const noexcept { return !notes.empty(); }
+
+    /// The note of `channel` at sample `index`, or null when it is silent there. Identification
+    /// sequences only.
+    [[nodiscard]] const Note* NoteAt(std::size_t channel, std::int64_t index) const;
+
+    /// The samples in one cycle, rounded down.
+    [[nodiscard]] std::int64_t CycleSamples() const;
+};
+
+/// One of each: steady tones in mono, stereo and 5.1, and every identification sequence.
+[[nodiscard]] std::vector<Sound> Sounds(float rateHz = 48000.0F);
+
+/// Whether two samples lie within `bound` of each other; never when one of them is no number.
+[[nodiscard]] bool IsNear(double a, double b, double bound);
+
+/// How far two renderings of a sample may stray from each other whose requests started `cycles` tone
+/// cycles apart, in linear gain. The phase is counted with 2 pi in single precision, which is 1.7485e-7
+/// rad too large, and each sample is rounded to single precision.
+[[nodiscard]] double JoinBound(double cycles, double level);
+
+/// The same, for a sample that lies `cyclesFromZero` tone cycles from clip time 0, where double
+/// precision is coarser.
+[[nodiscard]] double FarBound(double cycles, double cyclesFromZero, double level);
+
+}  // namespace lineup::validation

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <stdexcept>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace test {
+
+/// Waits for what happens in a folder, without asking again and again.
+class FolderWatch {
+public:
+    /// Watches from now on.
+    explicit FolderWatch(const std::filesystem::path& folder) : mQueue(inotify_init1(IN_CLOEXEC)) {
+        if (mQueue < 0 || inotify_add_watch(mQueue, folder.c_str(), IN_CREATE | IN_MODIFY) < 0) {
+            throw std::runtime_error("cannot watch " + folder.string());
+        }
+    }
+    ~FolderWatch() { close(mQueue); }
+    FolderWatch(const FolderWatch&) = delete;
+    FolderWatch& operator=(const FolderWatch&) = delete;
+
+    /// Returns when something was made or written in the folder, since the watch began or since this
+    /// returned last.
+    void WaitForAWrite() const {
+        std::array<char, 4096> events{};
+        if (read(mQueue, events.data(), events.size()) <= 0) {
+            throw std::runtime_error("cannot watch a folder");
+        }
+    }
+
+private:
+    int mQueue;
+};
+
+}  // namespace test

@@ -1,0 +1,11 @@
+// Leaves the last sample of every audio request unwritten.
+#include "Tests/Support/RightImporter.h"
+
+std::int32_t xImportEntry(std::int32_t selector, imStdParms* stdParms, void* param1, void* param2) {
+    if (selector == kImportAudio) {
+        imImportAudioRec7 request = test::As<imImportAudioRec7>(param2);
+        request.count -= request.count > 0 ? 1 : 0;
+        return test::ServeRightly(selector, &request);
+    }
+    return test::ServeRightly(selector, stdParms, param1, param2);
+}

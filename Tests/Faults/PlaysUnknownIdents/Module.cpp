@@ -1,0 +1,19 @@
+// Plays a tone for an identification sequence that it does not know.
+#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+#include "Tests/Support/RightImporter.h"
+
+#include <cstring>
+
+std::int32_t xImportEntry(std::int32_t selector, imStdParms* stdParms, void* param1, void* param2) {
+    if (selector == kImportAudio && test::As<imImportAudioRec7>(param2).prefs != nullptr) {
+        imImportAudioRec7 request = test::As<imImportAudioRec7>(param2);
+        BarsAndToneInfo settings;
+        std::memcpy(&settings, request.prefs, sizeof settings);
+        if (settings.identifierFormat > BLITS5_1) {
+            settings.identifierFormat = EBUStereo1000;
+        }
+        request.prefs = &settings;
+        return test::ServeRightly(selector, &request);
+    }
+    return test::ServeRightly(selector, stdParms, param1, param2);
+}

@@ -1,0 +1,11 @@
+// Goes by the private copy where there are settings, too.
+#include "Tests/Support/RightImporter.h"
+
+std::int32_t xImportEntry(std::int32_t selector, imStdParms* stdParms, void* param1, void* param2) {
+    if (selector == kImportAudio) {
+        imImportAudioRec7 request = test::As<imImportAudioRec7>(param2);
+        request.prefs = request.privateData != nullptr ? request.privateData : request.prefs;
+        return test::ServeRightly(selector, &request);
+    }
+    return test::ServeRightly(selector, stdParms, param1, param2);
+}

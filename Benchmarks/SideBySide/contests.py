@@ -9,12 +9,13 @@ TONE = "sine=frequency=1000:sample_rate=48000"
 @dataclass(frozen=True)
 class Rival:
     """Another program doing the same job. `scaled`: it may run for fewer seconds of media, and the time
-    beyond its start is multiplied."""
+    beyond its start is multiplied. `waits`: it ends when the file is on the disk, and then ours does too."""
 
     name: str
     command: str
     goal: str = ""
     scaled: bool = False
+    waits: bool = False
 
 
 @dataclass(frozen=True)
@@ -44,7 +45,7 @@ def movie(name, codec, extension, settings, goal, quick_seconds=60, audio="-c:a 
         rivals += (Rival("ffmpeg", encode(f"-c:v {settings} {audio}", f"theirs.{extension}"), goal, scaled=True),)
     return Contest(
         name,
-        f"{{lineup}} render {{folder}}/{out} --video-codec {codec} --duration {{seconds}} -y -q",
+        f"{{lineup}} render {{folder}}/{out} --video-codec {codec} --duration {{seconds}} -y -q {sync}",
         rivals + tuple(more),
         60,
         quick_seconds,
@@ -55,8 +56,15 @@ def movie(name, codec, extension, settings, goal, quick_seconds=60, audio="-c:a 
 DD = "dd if=/dev/zero of={folder}/theirs bs=1M count={bytes} iflag=count_bytes status=none"
 
 
+DD_ON_DISK = DD + " conv=fsync"
+
+
 def dd(goal=""):
     return Rival("dd", DD, goal)
+
+
+def dd_on_disk():
+    return Rival("dd conv=fsync", DD_ON_DISK, waits=True)
 
 
 COPY_TRICK = (
@@ -75,7 +83,7 @@ MJPEG = "mjpeg -pix_fmt yuvj422p -qmin 1 -qscale:v 1"
 
 MOVIES = (
     movie("ProRes 422 HQ", "prores-hq", "mov", "prores_ks -profile:v hq -pix_fmt yuv422p10le", ">= 200",
-          more=(Rival("copy trick", COPY_TRICK, ">= 1.5"), dd())),
+          more=(Rival("copy trick", COPY_TRICK, ">= 1.5"), dd(), dd_on_disk())),
     movie("ProRes 422", "prores", "mov", "prores -pix_fmt yuv422p10le", ">= 100", more=(dd(),)),
     movie("Motion JPEG", "mjpeg", "mov", MJPEG, ">= 100", more=(dd(),)),
     movie("PNG", "png", "mov", "png -pix_fmt rgb24", ">= 100", more=(dd(),)),
@@ -96,21 +104,21 @@ FFMPEG_SINE = (
 )
 
 SOUNDS = (
-    Contest("WAV, stereo tone, 24 bits", "{lineup} render {folder}/out.wav --duration {seconds} -y -q",
+    Contest("WAV, stereo tone, 24 bits", "{lineup} render {folder}/out.wav --duration {seconds} -y -q {sync}",
             (Rival("sox synth", SOX, ">= 20"), Rival("ffmpeg sine", FFMPEG_SINE, ">= 5"),
-             Rival("GStreamer", GSTREAMER, ">= 8"), dd(">= 0.625")), 3600, 600, "out.wav"),
-    Contest("WAV, BLITS, 24 bits", "{lineup} render {folder}/out.wav --ident blits --duration {seconds} -y -q",
+             Rival("GStreamer", GSTREAMER, ">= 8"), dd(">= 0.625"), dd_on_disk()), 3600, 600, "out.wav"),
+    Contest("WAV, BLITS, 24 bits", "{lineup} render {folder}/out.wav --ident blits --duration {seconds} -y -q {sync}",
             (dd(">= 0.667"),), 3600, 600, "out.wav"),
 )
 
 STARTS = (
     Contest("start: lineup info", "{lineup} info", (Rival("/bin/true", "/bin/true"),), 0, 0, ""),
-    Contest("start: 5 s of WAV", "{lineup} render {folder}/out.wav --duration 5 -y -q",
+    Contest("start: 5 s of WAV", "{lineup} render {folder}/out.wav --duration 5 -y -q {sync}",
             (Rival("/bin/true", "/bin/true"),), 5, 5, "out.wav"),
 )
 
 # Peak memory of the longer against the shorter, in seconds of media.
 MEMORY = (
-    ("memory: WAV", "{lineup} render {folder}/out.wav --duration {seconds} -y -q", 60, 3600, 3600),
-    ("memory: ProRes 422 HQ", "{lineup} render {folder}/out.mov --duration {seconds} -y -q", 60, 3600, 600),
+    ("memory: WAV", "{lineup} render {folder}/out.wav --duration {seconds} -y -q {sync}", 60, 3600, 3600),
+    ("memory: ProRes 422 HQ", "{lineup} render {folder}/out.mov --duration {seconds} -y -q {sync}", 60, 3600, 600),
 )

@@ -16,8 +16,9 @@ class Runner:
         self.rounds = rounds
         self.unscaled = unscaled
 
-    def line(self, command, seconds, size=0):
+    def line(self, command, seconds, size=0, waits=False):
         return command.format(
+            sync="" if waits else "--no-sync",
             lineup=self.lineup,
             folder=self.folder,
             seconds=seconds,
@@ -30,12 +31,12 @@ class Runner:
         for name in os.listdir(self.folder):
             os.remove(os.path.join(self.folder, name))
 
-    def time(self, command, seconds, size=0):
+    def time(self, command, seconds, size=0, waits=False):
         """The wall-clock seconds of one run into a folder that is empty. What the run before left to be
         written to the disk is written first."""
         self.clear()
         os.sync()
-        line = self.line(command, seconds, size)
+        line = self.line(command, seconds, size, waits)
         start = time.perf_counter()
         subprocess.run(["/bin/sh", "-c", "exec " + line if "&&" not in line else line], check=True,
                        stdout=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
@@ -55,7 +56,7 @@ class Runner:
         ours, scaled, size = {rival.name: [] for rival in contest.rivals}, set(), 0
         for _ in range(self.rounds):
             for rival in contest.rivals:
-                ours[rival.name].append(self.time(contest.command, seconds))
+                ours[rival.name].append(self.time(contest.command, seconds, waits=rival.waits))
                 if contest.out:
                     size = os.path.getsize(os.path.join(self.folder, contest.out))
                 taken, was_scaled = self.rival_time(rival, seconds, size)

@@ -45,7 +45,7 @@ def movie(name, codec, extension, settings, goal, quick_seconds=60, audio="-c:a 
         rivals += (Rival("ffmpeg", encode(f"-c:v {settings} {audio}", f"theirs.{extension}"), goal, scaled=True),)
     return Contest(
         name,
-        f"{{lineup}} render {{folder}}/{out} --video-codec {codec} --duration {{seconds}} -y -q {sync}",
+        f"{{lineup}} render {{folder}}/{out} --video-codec {codec} --duration {{seconds}} -y -q {{sync}}",
         rivals + tuple(more),
         60,
         quick_seconds,

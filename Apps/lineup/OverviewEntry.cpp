@@ -50,8 +50,8 @@ void DrawOn(cairo_surface_t* surface, const lineup::WaveformOverview& overview, 
     Require(cairo_status(context.get()));
 }
 
-Bytes Png(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-          const OverviewLayout& layout, const OverviewTheme& theme) {
+Bytes Png(const lineup::WaveformOverview& overview, const OverviewHeading& heading, const OverviewLayout& layout,
+          const OverviewTheme& theme) {
     const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, layout.Width(), layout.Height()));
     DrawOn(surface.get(), overview, heading, layout, theme);
     Bytes bytes;
@@ -59,8 +59,8 @@ Bytes Png(const lineup::WaveformOverview& overview, const OverviewHeading& headi
     return bytes;
 }
 
-Bytes Svg(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-          const OverviewLayout& layout, const OverviewTheme& theme) {
+Bytes Svg(const lineup::WaveformOverview& overview, const OverviewHeading& heading, const OverviewLayout& layout,
+          const OverviewTheme& theme) {
     Bytes bytes;
     const Surface surface(cairo_svg_surface_create_for_stream(&Append, &bytes, layout.Width(), layout.Height()));
     cairo_svg_surface_set_document_unit(surface.get(), CAIRO_SVG_UNIT_PX);
@@ -76,7 +76,8 @@ Bytes Svg(const lineup::WaveformOverview& overview, const OverviewHeading& headi
 extern "C" LINEUP_API void lineupDrawOverview(OverviewPicture kind, const lineup::WaveformOverview& overview,
                                               const OverviewHeading& heading, const OverviewLayout& layout,
                                               const OverviewTheme& theme, std::vector<std::uint8_t>& bytes) {
-    bytes = kind == OverviewPicture::Png ? Png(overview, heading, layout, theme) : Svg(overview, heading, layout, theme);
+    bytes =
+        kind == OverviewPicture::Png ? Png(overview, heading, layout, theme) : Svg(overview, heading, layout, theme);
 }
 
 static_assert(std::is_same_v<decltype(lineupDrawOverview), DrawOverviewFunction>);

@@ -15,11 +15,11 @@ using Bytes = std::vector<std::uint8_t>;
 
 DrawOverviewFunction& Drawer() {
     // Never unloaded: exceptions it threw may still be on their way when the process ends.
-    static const auto* const library =
-        new lineup::DynamicLibrary(lineup::DynamicLibrary::Beside(kOverviewLibraryName));
+    static const auto* const library = new lineup::DynamicLibrary(lineup::DynamicLibrary::Beside(kOverviewLibraryName));
     void* const symbol = library->Find(kDrawOverviewName);
     if (symbol == nullptr) {
-        throw lineup::Error(fmt::format("cannot draw the overview: {} has no {}", kOverviewLibraryName, kDrawOverviewName));
+        throw lineup::Error(
+            fmt::format("cannot draw the overview: {} has no {}", kOverviewLibraryName, kDrawOverviewName));
     }
     return *reinterpret_cast<DrawOverviewFunction*>(symbol);
 }

@@ -35,6 +35,7 @@ struct RenderOptions {
     std::string audioCodec;
     bool monoTracks = false;
     bool overwrite = false;
+    bool doNotWait = false;
     bool quiet = false;
     bool json = false;
 };
@@ -65,6 +66,7 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     }
     settings.monoTracks = options.monoTracks;
     settings.overwrite = options.overwrite;
+    settings.disk = options.doNotWait ? lineup::Disk::DoNotWait : lineup::Disk::Wait;
     return settings;
 }
 
@@ -108,6 +110,10 @@ void AddFileOptions(CLI::App& command, RenderOptions& options) {
     command.add_flag("--mono-tracks", options.monoTracks, "One mono track a channel instead of one for all")
         ->group(kFile);
     command.add_flag("-y,--overwrite", options.overwrite, "Replace the file if it is there already")->group(kFile);
+    command
+        .add_flag("--no-sync", options.doNotWait,
+                  "Do not wait until the file is on the disk; faster, but a crash of the machine may lose it")
+        ->group(kFile);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Lineup/Export/Rational.h"
+#include "Host/Lineup/Export/TargetFile.h"
 #include "Host/Lineup/Export/Timecode.h"
 
 #include <cstdint>
@@ -48,6 +49,9 @@ struct ExportSettings {
 
     /// Replace a file that is there already.
     bool overwrite = false;
+
+    /// Whether the file must be on the disk when the export ends. A still picture always is.
+    Disk disk = Disk::Wait;
 
     /// Encode every frame even where the codec's frames stand alone and one encoded frame would do.
     /// The file is the same either way; this is how that is checked.

@@ -16,13 +16,16 @@ void FileQueue::Free::operator()(std::uint8_t* memory) const noexcept {
     ::operator delete[](memory, kPage);
 }
 
-FileQueue::FileQueue(TargetFile& file) : mFile(&file), mSlots(kSlots) {
-    for (Slot& slot : mSlots) {
+std::vector<FileQueue::Slot> FileQueue::MakeSlots() {
+    std::vector<Slot> slots(kSlots);
+    for (Slot& slot : slots) {
         slot.memory.reset(new (kPage) std::uint8_t[kBlockBytes + kRoomBytes]);
     }
-    mBlock = mSlots.front().memory.get();
-    mThread = std::thread([this] { WriteBlocks(); });
+    return slots;
 }
+
+FileQueue::FileQueue(TargetFile& file)
+    : mFile(&file), mSlots(MakeSlots()), mBlock(mSlots.front().memory.get()), mThread([this] { WriteBlocks(); }) {}
 
 FileQueue::~FileQueue() {
     Stop();

@@ -50,6 +50,7 @@ private:
         std::size_t bytes = 0;
     };
 
+    static std::vector<Slot> MakeSlots();
     void WaitForSlot();
     void Submit(std::size_t bytes);
     void Stop() noexcept;
@@ -57,7 +58,7 @@ private:
 
     TargetFile* mFile;
     std::vector<Slot> mSlots;
-    std::uint8_t* mBlock = nullptr;  // being filled
+    std::uint8_t* mBlock;  // being filled
     std::size_t mFilled = 0;
     std::mutex mMutex;
     std::condition_variable mChanged;
@@ -65,7 +66,7 @@ private:
     std::size_t mWritten = 0;
     bool mFailed = false;
     bool mEnding = false;
-    std::thread mThread;
+    std::thread mThread;  // last: it uses all the others
 };
 
 }  // namespace lineup

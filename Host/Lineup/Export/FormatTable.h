@@ -3,6 +3,7 @@
 #include "Host/Lineup/Api.h"
 #include "Host/Lineup/Export/Rational.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string_view>
@@ -31,7 +32,9 @@ struct VideoCodec {
     ColourKind colour = ColourKind::Video;   ///< full range clips what lies below black and above white
     bool framesStandAlone = false;           ///< one encoded frame serves for every frame time
     std::span<const CodecOption> options{};  ///< set on the encoder
-    std::string_view timecodeOption{};       ///< the encoder's option that takes a time code, if it has one
+    std::string_view timecodeOption{};       ///< the encoder's option for the time code that MPEG-2 frames carry
+    std::int64_t mostBitsPerSecond = 0;      ///< with largestQuantiser: a frame is no larger than this allows
+    int largestQuantiser = 0;                ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
     std::span<const Rational> frameRates{};  ///< those it can have; empty: any from 1 to 240
     int sizeStep = 2;                        ///< width and height are multiples of it
     int minWidth = 2;

@@ -149,10 +149,11 @@ void TargetFile::KeepPermissions() noexcept {
     }
 }
 
-void TargetFile::Commit() {
+void TargetFile::Commit(Disk disk) {
     ThrowIfFailed();
     KeepPermissions();
-    mErrno = Sync(mPartial.Descriptor());
+    const bool wait = disk == Disk::Wait;
+    mErrno = wait ? Sync(mPartial.Descriptor()) : 0;
     ThrowIfFailed();
 
     const int error = mPartial.Rename(mTarget, mOverwrite);
@@ -162,7 +163,7 @@ void TargetFile::Commit() {
     if (error != 0) {
         throw Error(fmt::format("cannot give {} its name: {}", mGiven.string(), Describe(error)));
     }
-    mErrno = SyncFolder(FolderOf(mTarget));
+    mErrno = wait ? SyncFolder(FolderOf(mTarget)) : 0;
     if (const int failure = mPartial.Close(); mErrno == 0) {
         mErrno = failure;
     }

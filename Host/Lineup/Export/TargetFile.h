@@ -9,6 +9,9 @@
 
 namespace lineup {
 
+/// Whether a file must be on the disk before it gets its name.
+enum class Disk { Wait, DoNotWait };
+
 /// A file that appears under its name only when it is whole and on the disk. What is written goes to a
 /// hidden file beside it, ".NAME.lineup-XXXXXX.partial"; Commit gives it its name, and without Commit the
 /// destructor removes it. Such files that killed programs left in the folder are removed on the way.
@@ -45,10 +48,11 @@ public:
     /// Throws Error when a Write or a Seek has failed.
     void ThrowIfFailed() const;
 
-    /// Puts the file on the disk, gives it its name and closes it. Throws Error when anything written was
+    /// Puts the file on the disk, gives it its name and closes it; with Disk::DoNotWait the system puts it on
+    /// the disk later, and a crash of the machine may lose it. Throws Error when anything written was
     /// lost; UsageError when a file of that name has appeared meanwhile and may not be replaced. Call once,
     /// last.
-    void Commit();
+    void Commit(Disk disk = Disk::Wait);
 
 private:
     bool Fail() noexcept;

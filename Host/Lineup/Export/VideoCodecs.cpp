@@ -37,13 +37,14 @@ constexpr std::array<CodecOption, 7> kFfv1 = {{
 }};
 constexpr std::array<CodecOption, 3> kMjpeg = {{{"qmin", "1"}, {"global_quality", "118"}, {"flags", "+qscale"}}};
 
-// Intra only at a constant 50 Mbit/s, with the tables that suit intra frames of high quality. The number of
-// threads decides where slices lie, so it is fixed: a file is the same on every machine.
-constexpr std::array<CodecOption, 12> kMpeg2 = {{
+// Intra only, with the tables that suit intra frames of high quality, and headers that announce 50 Mbit/s. The
+// number of threads decides where slices lie, so it is fixed: a file is the same on every machine.
+constexpr std::int64_t kMpeg2BitsPerSecond = 50'000'000;
+constexpr int kMpeg2LargestQuantiser = 28;  // the end of the non-linear scale as far as the encoder goes
+constexpr std::array<CodecOption, 11> kMpeg2 = {{
     {"profile", "0"},
     {"g", "1"},
     {"b", "50000000"},
-    {"minrate", "50000000"},
     {"maxrate", "50000000"},
     {"bufsize", "17825792"},
     {"qmin", "1"},
@@ -109,11 +110,14 @@ constexpr std::array<VideoCodec, 10> kVideoCodecs = {{
      .pixelFormat = "yuv420p",
      .options = kH264},
     {.name = "mpeg2-422",
-     .description = "MPEG-2 4:2:2, 8 bits, intra frames only at 50 Mbit/s; up to 1920x1088",
+     .description = "MPEG-2 4:2:2, 8 bits, intra frames only, 50 Mbit/s at most; up to 1920x1088",
      .encoder = "mpeg2video",
      .pixelFormat = "yuv422p",
+     .framesStandAlone = true,
      .options = kMpeg2,
      .timecodeOption = "gop_timecode",
+     .mostBitsPerSecond = kMpeg2BitsPerSecond,
+     .largestQuantiser = kMpeg2LargestQuantiser,
      .frameRates = kMpeg2FrameRates,
      .maxWidth = kMpeg2MaxWidth,
      .maxHeight = kMpeg2MaxHeight},

@@ -98,7 +98,7 @@ void WriteWaveFile(const Clip& clip, const ExportSettings& settings, const Expor
         WriteSamples(queue, clip, settings, plan, progress);
         queue.Finish();
     }
-    file.Commit();
+    file.Commit(settings.disk);
 
     AudioReport track;
     track.codec = plan.audio->name;

@@ -130,8 +130,7 @@ std::uint32_t Field(std::uint64_t value, bool rf64) {
 
 std::vector<std::uint8_t> Build(const WaveFormat& format, std::uint64_t riffBytes, bool rf64) {
     const auto frames = static_cast<std::uint64_t>(format.frames);
-    const std::uint64_t dataBytes =
-        frames * static_cast<std::uint64_t>(format.channels * SampleBytes(format.samples));
+    const std::uint64_t dataBytes = frames * static_cast<std::uint64_t>(format.channels * SampleBytes(format.samples));
     Bytes bytes;
     bytes.Text(rf64 ? "RF64" : "RIFF");
     bytes.U32(Field(riffBytes, rf64));

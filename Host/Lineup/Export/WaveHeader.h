@@ -17,7 +17,6 @@ struct WaveFormat {
     std::int64_t timeReference = 0;  ///< the first sample's place, in samples since midnight
 };
 
-
 /// Everything that goes before the samples. The file is RIFF as long as 32 bits can count its bytes and RF64
 /// (EBU Tech 3306) beyond; both have the same length. After an odd number of sample bytes one zero must follow.
 LINEUP_API std::vector<std::uint8_t> WaveHeader(const WaveFormat& format);

@@ -75,7 +75,7 @@ void WriteMediaFile(const Clip& clip, const ExportSettings& settings, const Expo
     ReportProgress(progress, 0, plan.frames, settings);
     WriteStreams(video, sound, settings, plan, progress);
     muxer.Finish();
-    file.Commit();
+    file.Commit(settings.disk);
     report.video = ReportVideo(settings, *plan.video);
     report.audio = sound.Report();
 }

@@ -10,7 +10,8 @@ namespace lineup {
 
 namespace {
 
-constexpr int kBufferBytes = 1 << 18;
+// Holds small fields, such as those of an index, until there are enough of them for a write.
+constexpr int kBufferBytes = 1 << 20;
 
 TargetFile& FileOf(void* opaque) {
     return *static_cast<TargetFile*>(opaque);
@@ -51,6 +52,7 @@ AvIoContext OpenIo(TargetFile& file) {
         av_free(buffer);
         throw std::bad_alloc();
     }
+    io->direct = 1;  // packets go straight from their memory to the file
     return AvIoContext(io);
 }
 

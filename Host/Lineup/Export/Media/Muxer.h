@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/TargetFile.h"
 
 #include <string_view>

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 extern "C" {
@@ -16,6 +18,9 @@ namespace lineup {
 namespace {
 
 constexpr int kBitsOf24 = 24;
+
+// How the encoders' names begin that write samples as PackFrames packs them.
+constexpr std::string_view kUncompressed = "pcm_";
 
 AVSampleFormat InterleavedFormat(SampleFormat samples) {
     switch (samples) {
@@ -72,7 +77,9 @@ SoundEncoder::SoundEncoder(const AudioCodec& codec, std::vector<int> channels, s
       mEncoder(Open(codec, mChannels.size(), mLayout, sampleRateHz, muxer)),
       mFrame(NewAvFrame()),
       mPacket(NewAvPacket()),
-      mStream(muxer.AddStream(*mEncoder)) {}
+      mStream(muxer.AddStream(*mEncoder)),
+      mUncompressed(codec.encoder.starts_with(kUncompressed)),
+      mSources(mChannels.size()) {}
 
 // The encoder may still hold the samples of the last frame; if not, its memory is used again.
 void SoundEncoder::Reserve(int count) {
@@ -89,6 +96,10 @@ void SoundEncoder::Reserve(int count) {
 }
 
 void SoundEncoder::Write(std::span<float* const> samples, std::int64_t position, int count) {
+    if (mUncompressed) {
+        WriteUncompressed(samples, position, count);
+        return;
+    }
     Reserve(count);
     const bool planar = av_sample_fmt_is_planar(mEncoder->sample_fmt) != 0;
     for (std::size_t place = 0; place < mChannels.size(); ++place) {
@@ -102,7 +113,24 @@ void SoundEncoder::Write(std::span<float* const> samples, std::int64_t position,
     WritePackets();
 }
 
+// The packet an encoder would make, without the detour through its own sample format.
+void SoundEncoder::WriteUncompressed(std::span<float* const> samples, std::int64_t position, int count) {
+    std::ranges::transform(mChannels, mSources.begin(),
+                           [samples](int channel) { return samples[static_cast<std::size_t>(channel)]; });
+    const std::size_t bytes = static_cast<std::size_t>(count) * mChannels.size() * PackedBytes(mCodec->samples);
+    RequireAv(av_new_packet(mPacket.get(), static_cast<int>(bytes)), "cannot make room for sound");
+    PackFrames(mSources, static_cast<std::size_t>(count), mCodec->samples, mPacket->data);
+    mPacket->flags |= AV_PKT_FLAG_KEY;
+    mPacket->pts = position;
+    mPacket->dts = position;
+    mPacket->duration = count;
+    mMuxer->Write(*mPacket, mStream, mEncoder->time_base);
+}
+
 void SoundEncoder::Finish() {
+    if (mUncompressed) {
+        return;
+    }
     SendFrame(*mEncoder, nullptr);
     WritePackets();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
 
 #include <cstdint>
@@ -38,6 +38,7 @@ public:
 
 private:
     void Reserve(int count);
+    void WriteUncompressed(std::span<float* const> samples, std::int64_t position, int count);
     void WritePackets();
 
     const AudioCodec* mCodec;
@@ -48,6 +49,8 @@ private:
     AvFrame mFrame;
     AvPacket mPacket;
     int mStream;
+    bool mUncompressed;
+    std::vector<const float*> mSources;  // of a write, in the track's order
 };
 
 }  // namespace lineup

@@ -2,11 +2,13 @@
 
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
+#include "Host/Lineup/Export/Media/RepeatedPicture.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace lineup {
 
@@ -24,16 +26,16 @@ public:
     void Finish();
 
 private:
-    void EncodeOnce();
+    void EncodeOnce(const VideoCodec& codec, const ExportSettings& settings);
     void WritePackets();
 
     Muxer* mMuxer;
     AvFrame mFrame;
     AvCodecContext mEncoder;
     AvPacket mPacket;
-    AvPacket mOnlyPacket;  // the encoded picture, or null where every frame is encoded
-    bool mRepeat;
+    AVRational mTimeBase;
     int mStream = 0;
+    std::optional<RepeatedPicture> mRepeated;  // none: every frame is encoded
 };
 
 }  // namespace lineup

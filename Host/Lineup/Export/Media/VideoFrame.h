@@ -2,8 +2,8 @@
 
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/FormatTable.h"
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
 
 namespace lineup {
 

@@ -89,7 +89,8 @@ std::vector<std::uint8_t> Packed(const std::vector<std::vector<float>>& channels
 
 std::vector<float> Awkward() {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    std::vector<float> samples = {0.0F, -0.0F, 1.0F, -1.0F, 0.25F, kInfinity, -kInfinity, 1e30F, -1e30F, 1e-42F, -1e-42F};
+    std::vector<float> samples = {0.0F,       -0.0F, 1.0F,   -1.0F,  0.25F,  kInfinity,
+                                  -kInfinity, 1e30F, -1e30F, 1e-42F, -1e-42F};
     samples.push_back(std::nanf(""));
     samples.push_back(-std::nanf("7"));
     samples.push_back(std::bit_cast<float>(0x7FA5C3E1U));  // a signalling NaN
@@ -176,8 +177,8 @@ INSTANTIATE_TEST_SUITE_P(Variants, PackFramesForms, testing::Values(kVector_n8, 
                          });
 
 TEST(PackFrames, LaysOutStereoOf24BitsLowestByteFirst) {
-    const float left = 0.5F;                   // 0x400000
-    const float right = -1.0F / 8388608.0F;    // -1
+    const float left = 0.5F;                 // 0x400000
+    const float right = -1.0F / 8388608.0F;  // -1
     const std::array<const float*, 2> channels = {&left, &right};
     std::array<std::uint8_t, 6> packed{};
     PackFrames(channels, 1, SampleFormat::S24, packed.data());

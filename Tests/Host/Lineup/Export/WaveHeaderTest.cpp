@@ -1,6 +1,5 @@
-#include "Host/Lineup/Export/WaveHeader.h"
-
 #include "Host/Lineup/Export/SamplePacking.h"
+#include "Host/Lineup/Export/WaveHeader.h"
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
 #include <fmt/format.h>

@@ -4,30 +4,137 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
-// Where frames stand alone, a file of one encoded frame repeated is the file of every frame encoded.
-TEST(Export, OfOneEncodedFrameIsTheSameFileAsOfEveryFrameEncoded) {
+struct Case {
+    const lineup::FileFormat* format;
+    std::string_view codec;
+};
+
+// Every codec of every kind of file.
+std::vector<Case> Cases() {
+    std::vector<Case> cases;
+    for (const auto& format : lineup::FileFormats()) {
+        for (const auto codec : format.videoCodecs) {
+            if (format.kind == lineup::FileKind::Movie) {
+                cases.push_back({&format, codec});
+            }
+        }
+    }
+    return cases;
+}
+
+// Each decoded frame and each packet as another program sees them: times, durations, sizes and sums.
+std::string FrameSums(const std::filesystem::path& file) {
+    std::string sums;
+    for (const char* const arguments : {"-f framemd5", "-c copy -f framemd5"}) {
+        const auto text = test::Decode(file, "v:0", arguments);
+        sums.append(text.begin(), text.end());
+    }
+    return sums;
+}
+
+// Those that are about a frame or a packet.
+std::int64_t Lines(const std::string& sums) {
+    std::istringstream stream(sums);
+    std::int64_t count = 0;
+    for (std::string line; std::getline(stream, line);) {
+        count += line.starts_with('#') ? 0 : 1;
+    }
+    return count;
+}
+
+class EncodeOnce : public testing::TestWithParam<Case> {};
+
+// A file of one encoded frame repeated is the file of every frame encoded.
+TEST_P(EncodeOnce, IsTheSameFileAsEveryFrameEncoded) {
     const test::TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip();
-    for (const auto& format : lineup::FileFormats()) {
-        for (const auto name : format.videoCodecs) {
-            if (!lineup::FindVideoCodec(name)->framesStandAlone || format.audioCodecs.empty()) {
-                continue;
-            }
-            auto settings = test::SmallExport(folder / ("a." + std::string(format.extension)), 5);
-            settings.width = 256;
-            settings.height = 120;
-            settings.videoCodec = name;
-            settings.overwrite = true;
-            Export(clip, settings);
-            const auto once = test::ReadFile(settings.target);
-            settings.encodeEveryFrame = true;
-            Export(clip, settings);
-            EXPECT_TRUE(once == test::ReadFile(settings.target)) << format.extension << ' ' << name;
+    auto settings = test::SmallExport(folder / ("a." + std::string(GetParam().format->extension)), 57);
+    settings.width = 256;
+    settings.height = 120;
+    settings.videoCodec = GetParam().codec;
+    settings.timecode = lineup::Timecode("09:59:59:20", settings.frameRate);
+    Export(clip, settings);
+    const auto once = test::ReadFile(settings.target);
+    const auto sums = FrameSums(settings.target);
+    settings.encodeEveryFrame = true;
+    settings.overwrite = true;
+    Export(clip, settings);
+    EXPECT_EQ(sums, FrameSums(settings.target));
+    EXPECT_EQ(Lines(sums), 2 * 57);
+    if (!GetParam().format->uniqueIdentifiers) {
+        EXPECT_TRUE(once == test::ReadFile(settings.target));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Codecs, EncodeOnce, testing::ValuesIn(Cases()), [](const auto& row) {
+    std::string name = std::string(row.param.format->extension) + "_" + std::string(row.param.codec);
+    std::ranges::replace(name, '-', '_');
+    return name;
+});
+
+// The same with the time codes that MPEG-2 pictures carry, where drop frame leaves numbers out, a day ends, and
+// where there is none.
+TEST(EncodeOnceOfMpeg2, CountsTheTimecodeOfEachPictureAsTheEncoderDoes) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    const auto sums = [&](lineup::Rational rate, const char* timecode, bool everyFrame) {
+        auto settings = test::SmallExport(folder / "a.mxf", 40);
+        settings.frameRate = rate;
+        if (*timecode != '\0') {
+            settings.timecode = lineup::Timecode(timecode, rate);
         }
+        settings.encodeEveryFrame = everyFrame;
+        settings.overwrite = true;
+        Export(clip, settings);
+        return FrameSums(settings.target);
+    };
+    for (const auto& [rate, timecode] : {std::pair(lineup::Rational{30000, 1001}, "00:00:59;20"),
+                                         {{30000, 1001}, "00:09:59;20"},
+                                         {{30000, 1001}, "00:00:59:20"},
+                                         {{60000, 1001}, "00:00:59;50"},
+                                         {{24000, 1001}, "23:59:59:10"},
+                                         {{30000, 1001}, "23:59:59;20"},
+                                         {{50, 1}, ""}}) {
+        EXPECT_EQ(sums(rate, timecode, false), sums(rate, timecode, true)) << timecode;
+    }
+}
+
+// At 60 frames a second the finest quantiser is too fine.
+TEST(EncodeOnceOfMpeg2, KeepsWithinItsRate) {
+    const test::TemporaryFolder folder;
+    auto settings = test::SmallExport(folder / "a.mxf", 3);
+    settings.width = 1920;
+    settings.height = 1080;
+    for (const int rate : {25, 60}) {
+        settings.frameRate = {rate, 1};
+        settings.overwrite = true;
+        Export(test::OpenClip(), settings);
+        const auto text = test::Decode(settings.target, "v:0", "-c copy -f framemd5");
+        std::istringstream lines(std::string(text.begin(), text.end()));
+        int frames = 0;
+        for (std::string line; std::getline(lines, line);) {
+            if (!line.starts_with('#')) {
+                ++frames;
+                std::istringstream fields(line);
+                std::string field;
+                for (int i = 0; i < 5; ++i) {  // stream, dts, pts, duration, size
+                    std::getline(fields, field, ',');
+                }
+                EXPECT_LE(std::stoll(field), 50'000'000 / 8 / rate);
+            }
+        }
+        EXPECT_EQ(frames, 3);
     }
 }
 

@@ -1,0 +1,106 @@
+"""Paired runs: ours and each rival by turns, so that all meet the same machine in the same minutes."""
+
+import os
+import statistics
+import subprocess
+import time
+
+FRAME_RATE = 25
+SCALED_SECONDS = 4  # of media, for rivals that would take minutes
+
+
+class Runner:
+    def __init__(self, lineup, folder, rounds, unscaled):
+        self.lineup = lineup
+        self.folder = folder
+        self.rounds = rounds
+        self.unscaled = unscaled
+
+    def line(self, command, seconds, size=0, waits=False):
+        return command.format(
+            sync="" if waits else "--no-sync",
+            lineup=self.lineup,
+            folder=self.folder,
+            seconds=seconds,
+            bytes=size,
+            tenths=round(seconds * 10),
+            frames_less_one=round(seconds * FRAME_RATE) - 1,
+        )
+
+    def clear(self):
+        for name in os.listdir(self.folder):
+            os.remove(os.path.join(self.folder, name))
+
+    def time(self, command, seconds, size=0, waits=False):
+        """The wall-clock seconds of one run into a folder that is empty. What the run before left to be
+        written to the disk is written first."""
+        self.clear()
+        os.sync()
+        line = self.line(command, seconds, size, waits)
+        start = time.perf_counter()
+        subprocess.run(["/bin/sh", "-c", "exec " + line if "&&" not in line else line], check=True,
+                       stdout=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
+        return time.perf_counter() - start
+
+    def rival_time(self, rival, seconds, size):
+        """The rival's time for `seconds` of media, and whether it was scaled up from fewer."""
+        if not rival.scaled or self.unscaled or seconds <= SCALED_SECONDS:
+            return self.time(rival.command, seconds, size), False
+        start = self.time(rival.command, 1 / FRAME_RATE)
+        shorter = self.time(rival.command, SCALED_SECONDS)
+        return start + (shorter - start) * seconds / SCALED_SECONDS, True
+
+    def race(self, contest, seconds):
+        """A row for each rival: medians over the rounds, the ratio being the median of each round's."""
+        times = {rival.name: [] for rival in contest.rivals}
+        ours, scaled, size = {rival.name: [] for rival in contest.rivals}, set(), 0
+        for _ in range(self.rounds):
+            for rival in contest.rivals:
+                ours[rival.name].append(self.time(contest.command, seconds, waits=rival.waits))
+                if contest.out:
+                    size = os.path.getsize(os.path.join(self.folder, contest.out))
+                taken, was_scaled = self.rival_time(rival, seconds, size)
+                times[rival.name].append(taken)
+                if was_scaled:
+                    scaled.add(rival.name)
+        self.clear()
+        return [
+            {
+                "contest": contest.name,
+                "rival": rival.name,
+                "mediaSeconds": seconds,
+                "bytes": size,
+                "ours": statistics.median(ours[rival.name]),
+                "theirs": statistics.median(times[rival.name]),
+                "ratio": statistics.median(t / o for t, o in zip(times[rival.name], ours[rival.name])),
+                "goal": rival.goal,
+                "scaledFromSeconds": SCALED_SECONDS if rival.name in scaled else None,
+                "rounds": self.rounds,
+            }
+            for rival in contest.rivals
+        ]
+
+    def peak_kilobytes(self, command, seconds):
+        """The peak of a run's resident memory, by time(1): a process that this one starts itself would
+        inherit this one's peak."""
+        self.clear()
+        log = os.path.join(self.folder, "peak")
+        line = self.line(command, seconds)
+        subprocess.run(["/usr/bin/time", "-f", "%M", "-o", log, "/bin/sh", "-c", "exec " + line], check=True)
+        with open(log, encoding="ascii") as file:
+            return int(file.read().split()[-1])
+
+    def memory(self, name, command, shorter, longer):
+        short, long = (self.peak_kilobytes(command, seconds) for seconds in (shorter, longer))
+        self.clear()
+        return {
+            "contest": name,
+            "rival": f"{shorter} s of media",
+            "mediaSeconds": longer,
+            "ours": long / 1024,
+            "theirs": short / 1024,
+            "ratio": long / short,
+            "goal": "<= 1.10",
+            "unit": "MiB",
+            "rounds": 1,
+        }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/GopTimecode.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace lineup {
+
+/// One encoded picture as the packet of every frame. Packets share its memory; where each carries its own time
+/// code, a few copies serve by turns.
+class RepeatedPicture {
+public:
+    /// `timecode`: what each packet says of itself, if anything.
+    RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode);
+
+    /// Makes `packet`, which is blank, the packet of frame `index`, timed in frames.
+    void Fill(AVPacket& packet, std::int64_t index);
+
+private:
+    AVPacket& FreeCopy();
+
+    std::vector<AvPacket> mCopies;  // the first is the picture itself
+    std::optional<GopTimecode> mTimecode;
+};
+
+}  // namespace lineup

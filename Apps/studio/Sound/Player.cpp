@@ -8,6 +8,12 @@
 
 namespace studio {
 
+namespace {
+
+constexpr int kLookMs = 1000;
+
+}  // namespace
+
 // Where a clip's sound goes: a device and its format, or nowhere.
 struct Player::Route {
     QAudioDevice device;
@@ -19,11 +25,22 @@ struct Player::Route {
 Player::Player(QObject* parent) : QObject(parent) {
     connect(&mDevices, &QMediaDevices::audioOutputsChanged, this, [this] {
         mProblem.clear();
-        Q_EMIT SoundChanged();
+        LookForDevices();
     });
+    connect(&mLook, &QTimer::timeout, this, &Player::LookForDevices);
+    mLook.start(kLookMs);
 }
 
 Player::~Player() = default;
+
+// Looks now and again, too: Qt 6.4 does not always say that another device has become the default one.
+void Player::LookForDevices() {
+    const QString sound = SoundText();
+    if (sound != mKnownSound) {
+        mKnownSound = sound;
+        Q_EMIT SoundChanged();
+    }
+}
 
 Player::Route Player::FindRoute() const {
     const QAudioDevice device = QMediaDevices::defaultAudioOutput();

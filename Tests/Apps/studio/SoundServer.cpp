@@ -63,7 +63,8 @@ void SoundServer::UseNullSink(const QString& name, int channels, const QString& 
         Control({"unload-module", "module-null-sink"});
     }
     Control({"load-module", "module-null-sink", "sink_name=" + name, "rate=48000", "format=float32le",
-             QString("channels=%1").arg(channels), "channel_map=" + channelMap});
+             QString("channels=%1").arg(channels), "channel_map=" + channelMap,
+             "sink_properties=device.description=Speakers"});
 }
 
 SinkRecorder::SinkRecorder(const QString& sink, int channels, const QString& channelMap) {

@@ -18,7 +18,8 @@ public:
     SoundServer(const SoundServer&) = delete;
     SoundServer& operator=(const SoundServer&) = delete;
 
-    /// Makes a sink that plays into nothing, 32-bit float at 48 kHz, the only one there is. `channelMap` is as
+    /// Makes a sink that plays into nothing, 32-bit float at 48 kHz, the only one there is. A person
+    /// sees it as "Speakers". `channelMap` is as
     /// the server writes it: "front-left,front-right".
     void UseNullSink(const QString& name, int channels, const QString& channelMap);
 

@@ -84,7 +84,7 @@ TEST_F(Sound, SurroundIsHeardInTheDevicesOrderToTheBit) {
     lineup::ClipDocument blits = test::DocumentWith("blits");
     blits.lengthFrames = 335;
     Window().Document().New(blits);
-    WaitFor([&] { return Find<QLabel>("sound").text() == "Null Output"; }, "the device is found");
+    WaitFor([&] { return Find<QLabel>("sound").text() == "Speakers"; }, "the device is found");
     EXPECT_FALSE(Window().Sound().SoundIsChanged());
     ExpectHeard("surround", kSurroundMap, studio::SpeakerMap(6, 6), 5);  // every channel has had its turn by then
 }

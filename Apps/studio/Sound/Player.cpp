@@ -11,6 +11,7 @@ namespace studio {
 namespace {
 
 constexpr int kLookMs = 1000;
+constexpr int kUsualChannels = 2;  // of a device that does not say
 
 }  // namespace
 
@@ -45,8 +46,9 @@ void Player::LookForDevices() {
 Player::Route Player::FindRoute() const {
     const QAudioDevice device = QMediaDevices::defaultAudioOutput();
     const int clipChannels = mClip == nullptr ? 2 : mClip->NumChannels();
-    const int deviceChannels = device.isNull() ? clipChannels : device.preferredFormat().channelCount();
-    Route route{device, {}, SpeakerMap(clipChannels, std::max(deviceChannels, 1)), mProblem};
+    const int preferred = device.preferredFormat().channelCount();
+    const int deviceChannels = device.isNull() ? clipChannels : preferred > 0 ? preferred : kUsualChannels;
+    Route route{device, {}, SpeakerMap(clipChannels, deviceChannels), mProblem};
     if (!mProblem.isEmpty() || mClip == nullptr) {
         return route;
     }
@@ -96,7 +98,7 @@ void Player::Stop() {
 
 // Goes on in silence, so that the rest of the window does.
 void Player::OutputFailed(const QString& problem) {
-    if (sender() != mOutput.get()) {
+    if (mOutput == nullptr || sender() != mOutput.get()) {
         return;  // of a playback that is over
     }
     const std::int64_t position = Position();

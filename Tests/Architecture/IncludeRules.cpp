@@ -29,7 +29,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/", {}, {}},
     {"Host/Interface/UI/", {"Host/Interface/"}, {"boost/"}},
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
-    {"Host/Services/", {"Host/Interface/"}, {"boost/", "dlfcn.h", "link.h", "plist/", "unistd.h"}},
+    {"Host/Services/", {"Host/Interface/"}, {"boost/", "dlfcn.h", "immintrin.h", "link.h", "plist/", "sys/mman.h", "unistd.h"}},
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},

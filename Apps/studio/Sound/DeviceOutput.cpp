@@ -9,7 +9,7 @@ namespace studio {
 
 namespace {
 
-constexpr int kBuffersPerSecond = 12;  // how much the device holds: short enough for a seek to be heard at once
+constexpr int kBuffersPerSecond = 8;  // how much the device holds: short enough for a seek to be heard at once
 
 QString Sentence(QAudio::Error error) {
     switch (error) {

@@ -8,6 +8,13 @@
 
 namespace studio {
 
+namespace {
+
+constexpr int kLookMs = 1000;
+constexpr int kUsualChannels = 2;  // of a device that does not say
+
+}  // namespace
+
 // Where a clip's sound goes: a device and its format, or nowhere.
 struct Player::Route {
     QAudioDevice device;
@@ -19,17 +26,29 @@ struct Player::Route {
 Player::Player(QObject* parent) : QObject(parent) {
     connect(&mDevices, &QMediaDevices::audioOutputsChanged, this, [this] {
         mProblem.clear();
-        Q_EMIT SoundChanged();
+        LookForDevices();
     });
+    connect(&mLook, &QTimer::timeout, this, &Player::LookForDevices);
+    mLook.start(kLookMs);
 }
 
 Player::~Player() = default;
 
+// Looks now and again, too: Qt 6.4 does not always say that another device has become the default one.
+void Player::LookForDevices() {
+    const QString sound = SoundText();
+    if (sound != mKnownSound) {
+        mKnownSound = sound;
+        Q_EMIT SoundChanged();
+    }
+}
+
 Player::Route Player::FindRoute() const {
     const QAudioDevice device = QMediaDevices::defaultAudioOutput();
     const int clipChannels = mClip == nullptr ? 2 : mClip->NumChannels();
-    const int deviceChannels = device.isNull() ? clipChannels : device.preferredFormat().channelCount();
-    Route route{device, {}, SpeakerMap(clipChannels, std::max(deviceChannels, 1)), mProblem};
+    const int preferred = device.preferredFormat().channelCount();
+    const int deviceChannels = device.isNull() ? clipChannels : preferred > 0 ? preferred : kUsualChannels;
+    Route route{device, {}, SpeakerMap(clipChannels, deviceChannels), mProblem};
     if (!mProblem.isEmpty() || mClip == nullptr) {
         return route;
     }
@@ -79,7 +98,7 @@ void Player::Stop() {
 
 // Goes on in silence, so that the rest of the window does.
 void Player::OutputFailed(const QString& problem) {
-    if (sender() != mOutput.get()) {
+    if (mOutput == nullptr || sender() != mOutput.get()) {
         return;  // of a playback that is over
     }
     const std::int64_t position = Position();

@@ -8,6 +8,7 @@
 #include <QMediaDevices>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <cstdint>
 #include <memory>
 
@@ -62,9 +63,12 @@ private:
     [[nodiscard]] Route FindRoute() const;
     void Start(std::int64_t from);
     void Stop();
+    void LookForDevices();
     void OutputFailed(const QString& problem);
 
     QMediaDevices mDevices;
+    QTimer mLook;
+    QString mKnownSound;
     std::shared_ptr<const lineup::Clip> mClip;
     std::int64_t mLength = 1;
     std::int64_t mParked = 0;

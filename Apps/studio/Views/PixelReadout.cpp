@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kSwatch = 26;
 constexpr int kPadding = 8;
+constexpr double kLeastText = 0.6;  // of the usual size, where there is little room
 
 QString Percent(float value) {
     const double tenths = std::round(static_cast<double>(value) * 1000) / 10 + 0.0;  // + 0.0: no minus before 0
@@ -98,10 +99,15 @@ void PixelReadout::paintEvent(QPaintEvent* /*event*/) {
     painter.drawText(QRect(x, top + line, placeWidth, line), Qt::AlignVCenter, QString("y %1").arg(mPixel->y()));
     x += placeWidth;
     const auto cells = Cells();
-    const int cellWidth = std::min((width() - x) / static_cast<int>(cells.size()),
-                                   fontMetrics().horizontalAdvance("Cb \u2212100.0 %") + 2 * kPadding);
+    const int wanted = fontMetrics().horizontalAdvance("Cb \u2212100.0 %") + kPadding;
+    const int cellWidth = std::min((width() - x) / static_cast<int>(cells.size()), wanted + kPadding);
+    if (cellWidth < wanted) {
+        QFont narrow = font();
+        narrow.setPointSizeF(narrow.pointSizeF() * std::max(kLeastText, static_cast<double>(cellWidth) / wanted));
+        painter.setFont(narrow);
+    }
     for (const Cell& cell : cells) {
-        const int nameWidth = fontMetrics().horizontalAdvance("Cb ") + 2;
+        const int nameWidth = painter.fontMetrics().horizontalAdvance("Cb ") + 2;
         painter.setPen(theme.dim);
         painter.drawText(QRect(x, top, nameWidth, line), Qt::AlignVCenter, cell.name);
         painter.setPen(theme.text);

@@ -15,9 +15,10 @@ constexpr double kHighest = 1.12;  // luma at the top
 constexpr double kLowest = -0.12;
 constexpr int kMarkStep = 10;  // percent
 constexpr int kNumberStep = 20;
-constexpr double kGlow = 0.75;  // pixels from a trace's middle to where it is half as bright
+constexpr double kReach = 3;    // points; farther out there is no light
+constexpr double kGlow = 0.75;  // points from a trace's middle to where it is half as bright
 
-// The beam's brightness at a distance from the middle of its line, both in pixels.
+// The beam's brightness at a distance from the middle of its line, in points.
 float Beam(double distance) {
     return static_cast<float>(std::exp2(-(distance * distance) / (kGlow * kGlow)));
 }
@@ -81,6 +82,8 @@ void ScopeView::DrawGraticule(QPainter& painter) const {
 QImage ScopeView::DrawTrace(QSize pixels) const {
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
+    const double ratio = devicePixelRatioF();
+    const auto reach = static_cast<int>(std::ceil(kReach * ratio));
     std::vector<float> brightness(static_cast<std::size_t>(pixels.height()));
     for (int x = 0; x < pixels.width(); ++x) {
         std::ranges::fill(brightness, 0.0F);
@@ -91,10 +94,10 @@ QImage ScopeView::DrawTrace(QSize pixels) const {
             for (const LumaCount& count : mPicture->LumaOf(column)) {
                 const double y = (kHighest - static_cast<double>(count.luma)) / (kHighest - kLowest) * pixels.height();
                 const auto share = static_cast<float>(std::pow(count.pixels / all, 0.4));
-                const int from = std::max(0, static_cast<int>(y) - 3);
-                const int to = std::min(pixels.height() - 1, static_cast<int>(y) + 3);
+                const int from = std::max(0, static_cast<int>(y) - reach);
+                const int to = std::min(pixels.height() - 1, static_cast<int>(y) + reach);
                 for (int line = from; line <= to; ++line) {
-                    brightness[static_cast<std::size_t>(line)] += 1.15F * share * Beam(line + 0.5 - y);
+                    brightness[static_cast<std::size_t>(line)] += 1.15F * share * Beam((line + 0.5 - y) / ratio);
                 }
             }
         }

@@ -23,7 +23,8 @@ const lineup::Importer& ThePlugin() {
 void Act(QDialog& dialog, const std::function<void(DialogHands&)>& act) {
     try {
         DialogHands hands(dialog);
-        if (!QTest::qWaitForWindowActive(&dialog)) {
+        // A dialog counts as active as soon as its parent window is; the keys go to it a moment later.
+        if (!QTest::qWaitFor([&dialog] { return QApplication::activeWindow() == &dialog; })) {
             ADD_FAILURE() << "the dialog never became the active window";
         }
         act(hands);
@@ -40,13 +41,18 @@ void Act(QDialog& dialog, const std::function<void(DialogHands&)>& act) {
 
 void WithDialog(const std::function<void()>& open, const std::function<void(DialogHands&)>& act) {
     bool acted = false;
-    QTimer::singleShot(0, qApp, [&] {
+    // A dialog may let events pass before it is there, and another one may be open already.
+    const QWidget* const before = QApplication::activeModalWidget();
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, qApp, [&] {
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog != nullptr) {
+        if (dialog != nullptr && dialog != before) {
+            look.stop();
             acted = true;
             Act(*dialog, act);
         }
     });
+    look.start(0);
     QTimer watchdog;
     watchdog.setSingleShot(true);
     QObject::connect(&watchdog, &QTimer::timeout, qApp, [] {

@@ -1,9 +1,11 @@
 // Makes pictures of Lineup Studio: studio_screenshots FOLDER BUNDLE. QT_SCALE_FACTOR=2 makes them for a fine
-// screen.
+// screen. A sound server of its own stands in for loudspeakers.
 #include "Apps/studio/Window/StudioWindow.h"
 #include "Host/Lineup/ToneChoice.h"
+#include "Tests/Apps/studio/SoundServer.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPixmap>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -60,7 +62,8 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
     window.show();
     auto* const picture = window.findChild<studio::PictureView*>();
     Wait([&] { return picture->Frame().width() > 0; }, "the picture comes");
-    QApplication::processEvents();
+    auto* const sound = window.findChild<QLabel*>("sound");
+    Wait([&] { return sound->text() == "Speakers"; }, "the loudspeakers are found");
     if (scene.playTo > 0) {
         window.Sound().Seek(0);
         window.Sound().Play();
@@ -91,6 +94,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
+        test::SoundServer server;
+        server.UseNullSink("speakers", 6, "front-left,front-right,front-center,lfe,rear-left,rear-right");
         const auto importer = std::make_shared<const lineup::Importer>(argv[2]);
         const QString scale = qFuzzyCompare(application.devicePixelRatio(), 1) ? "" : "@2x";
         for (const Scene& scene : kScenes) {

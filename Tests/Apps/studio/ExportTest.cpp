@@ -1,0 +1,156 @@
+#include "Host/Lineup/AudioReader.h"
+#include "Host/Lineup/ChannelLayout.h"
+#include "Tests/Apps/studio/StudioHands.h"
+#include "Tests/Apps/studio/UrlCatcher.h"
+#include "Tests/Support/RunProgram.h"
+
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QLineEdit>
+#include <QUrl>
+#include <cstring>
+
+namespace {
+
+namespace fs = std::filesystem;
+using test::DialogHands;
+using test::StudioTest;
+using test::WaitFor;
+using testing::HasSubstr;
+
+// Frames of a clip in the order of files.
+std::vector<float> InFileOrder(const lineup::Clip& clip, std::int64_t frames) {
+    const auto channels = static_cast<std::size_t>(clip.NumChannels());
+    std::vector<std::vector<float>> planes(channels, std::vector<float>(static_cast<std::size_t>(frames)));
+    std::vector<float*> targets;
+    for (auto& plane : planes) {
+        targets.push_back(plane.data());
+    }
+    lineup::AudioReader(clip).Read(0, frames, targets);
+    std::vector<float> interleaved;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i) {
+        for (const int channel : lineup::FindChannelLayout(clip.NumChannels())->fileOrder) {
+            interleaved.push_back(planes[static_cast<std::size_t>(channel)][i]);
+        }
+    }
+    return interleaved;
+}
+
+class StudioExport : public StudioTest {
+protected:
+    studio::ExportPanel& Panel() { return Find<studio::ExportPanel>("exportPanel"); }
+
+    // A clip that takes long to export and little room: small pictures, each of them encoded.
+    void BeginALongExport() {
+        lineup::ClipDocument document;
+        document.picture.width = 64;
+        document.picture.height = 64;
+        document.lengthFrames = 2'000'000;
+        Window().Document().New(document);
+        PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+            hands.Find<QLineEdit>("exportFile").setText(InFolder("long.mp4"));
+            hands.Press(Qt::Key_Return);
+        });
+        WaitFor([&] { return Find<QProgressBar>("exportBar").isVisible(); }, "the export begins");
+        EXPECT_TRUE(Panel().IsRunning());
+    }
+
+    [[nodiscard]] bool NothingIsLeft() const { return fs::is_empty(Folder()); }
+};
+
+TEST_F(StudioExport, TheFilesSamplesAreThePlugIns) {
+    lineup::ClipDocument document = test::DocumentWith("blits");
+    document.lengthFrames = 335;  // a cycle
+    Window().Document().New(document);
+    const QString file = InFolder("blits.wav");
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        auto& name = hands.Find<QLineEdit>("exportFile");
+        name.clear();
+        QTest::keyClicks(&name, file);
+        auto& audio = hands.Find<QComboBox>("exportAudio");
+        for (int i = 0; i < 10 && audio.currentData() != "pcm-f32"; ++i) {
+            QTest::keyClick(&audio, Qt::Key_Down);
+        }
+        EXPECT_FALSE(hands.IsEnabled("exportVideo"));
+        hands.Click("exportButton");
+    });
+    WaitFor([&] { return !Panel().IsRunning(); }, "the export ends");
+    EXPECT_THAT(Find<QLabel>("exportText").text().toStdString(), HasSubstr("Wrote blits.wav"));
+
+    const auto decoded = test::RunProgram("ffmpeg -v error -i '" + file.toStdString() + "' -f f32le -", Folder());
+    const std::vector<float> expected = InFileOrder(*Window().Document().Clip(), 643200);
+    ASSERT_EQ(decoded.out.size(), expected.size() * sizeof(float)) << decoded.err;
+    EXPECT_EQ(std::memcmp(decoded.out.data(), expected.data(), decoded.out.size()), 0);
+}
+
+TEST_F(StudioExport, RevealsTheFilesFolder) {
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("card.png"));
+        hands.Press(Qt::Key_Return);
+    });
+    WaitFor([&] { return Find("exportReveal").isVisible(); }, "the file is there");
+    EXPECT_TRUE(fs::exists(Folder() / "card.png"));
+    test::UrlCatcher catcher;
+    QTest::mouseClick(&Find("exportReveal"), Qt::LeftButton);
+    EXPECT_EQ(catcher.Last(), QUrl::fromLocalFile(QString::fromStdString(Folder().string())));
+}
+
+TEST_F(StudioExport, SaysWhatCannotBeExportedWhileItIsChosen) {
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        auto& name = hands.Find<QLineEdit>("exportFile");
+        name.setText(InFolder("clip.xyz"));
+        EXPECT_FALSE(hands.IsEnabled("exportButton"));
+        EXPECT_FALSE(hands.Find<QLabel>("exportProblem").text().isEmpty());
+        name.setText(InFolder("clip.mov"));
+        EXPECT_TRUE(hands.IsEnabled("exportButton"));
+        hands.Find<QLineEdit>("exportTimecode").setText("10:00:00:99");
+        EXPECT_FALSE(hands.IsEnabled("exportButton"));
+        hands.Press(Qt::Key_Escape);
+    });
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(StudioExport, AsksBeforeItReplacesAFile) {
+    test::WriteFile(Folder() / "card.png", "precious");
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("card.png"));
+        test::WithDialog([&] { hands.Press(Qt::Key_Return); },
+                         [](DialogHands& box) { test::ClickButton(box.Dialog(), "Cancel"); });
+        EXPECT_TRUE(hands.Dialog().isVisible());
+        hands.Press(Qt::Key_Escape);
+    });
+    EXPECT_EQ(test::ReadFile(Folder() / "card.png"), "precious");
+}
+
+TEST_F(StudioExport, IsCancelledAndLeavesNothing) {
+    BeginALongExport();
+    QTest::mouseClick(&Find("exportCancel"), Qt::LeftButton);
+    WaitFor([&] { return !Panel().IsRunning(); }, "it stops");
+    EXPECT_EQ(Find<QLabel>("exportText").text(), "Cancelled: long.mp4 was not written");
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(StudioExport, TheWindowPlaysAndEditsMeanwhile) {
+    BeginALongExport();
+    Press(Qt::Key_Space);
+    WaitFor([&] { return Window().Sound().Position() > 9600; }, "the playhead moves");
+    Window().Document().Edit(test::DocumentWith("ebu-5.1"), "Edit");
+    EXPECT_TRUE(Panel().IsRunning());
+    WaitFor([&] { return Find<QProgressBar>("exportBar").value() > 0; }, "the bar moves");
+}
+
+TEST_F(StudioExport, ClosingAsksAndThenStopsIt) {
+    BeginALongExport();
+    test::WithDialog([&] { EXPECT_FALSE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Cancel"); });
+    EXPECT_TRUE(Panel().IsRunning());
+    test::WithDialog([&] { EXPECT_TRUE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Stop and Close"); });
+    DestroyWindow();
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+}  // namespace

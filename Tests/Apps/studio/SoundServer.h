@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Tests/Support/TemporaryFolder.h"
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+namespace test {
+
+/// A sound server of a test's own: PulseAudio in a private folder, with no sink until one is asked for. While
+/// it lives, the environment leads programs to it. Throws std::runtime_error when it does not come up.
+class SoundServer {
+public:
+    SoundServer();
+    ~SoundServer();
+    SoundServer(const SoundServer&) = delete;
+    SoundServer& operator=(const SoundServer&) = delete;
+
+    /// Makes a sink that plays into nothing, 32-bit float at 48 kHz, the only one there is. A person
+    /// sees it as "Speakers". `channelMap` is as
+    /// the server writes it: "front-left,front-right".
+    void UseNullSink(const QString& name, int channels, const QString& channelMap);
+
+    /// Runs the server's control program; throws std::runtime_error when it fails.
+    QByteArray Control(const QStringList& arguments) const;
+
+private:
+    TemporaryFolder mFolder;
+    QProcess mServer;
+};
+
+/// Everything that a sink plays, from its making on.
+class SinkRecorder {
+public:
+    SinkRecorder(const QString& sink, int channels, const QString& channelMap);
+    ~SinkRecorder();
+    SinkRecorder(const SinkRecorder&) = delete;
+    SinkRecorder& operator=(const SinkRecorder&) = delete;
+
+    /// The bytes there are by now: interleaved floats. Comes back after some more have come, or a while.
+    const QByteArray& Bytes();
+
+private:
+    QProcess mRecorder;
+    QByteArray mBytes;
+};
+
+}  // namespace test

@@ -1,0 +1,68 @@
+#include "Tests/Apps/studio/StudioHands.h"
+
+#include "Host/Lineup/ToneChoice.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QSettings>
+
+namespace test {
+
+const std::shared_ptr<const lineup::Importer>& ThePlugin() {
+    static const auto plugin = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
+    return plugin;
+}
+
+lineup::ClipDocument DocumentWith(const char* ident) {
+    lineup::ClipDocument document;
+    document.settings = lineup::MakeSettings(*ThePlugin(), {.ident = ident});
+    return document;
+}
+
+void ClickButton(QDialog& dialog, const QString& text) {
+    for (QAbstractButton* const button : dialog.findChildren<QAbstractButton*>()) {
+        if (button->text().remove('&') == text) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            return;
+        }
+    }
+    ADD_FAILURE() << "the dialog has no button " << text.toStdString();
+}
+
+StudioTest::StudioTest() {
+    QSettings().clear();
+    OpenWindow();
+}
+
+StudioTest::~StudioTest() = default;
+
+void StudioTest::OpenWindow() {
+    mWindow.reset();
+    mWindow = std::make_unique<studio::StudioWindow>(ThePlugin());
+    mWindow->show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(mWindow.get(), 60000));
+}
+
+void StudioTest::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    // Where there is no window manager, nobody makes the window the active one when a dialog has left it.
+    mWindow->activateWindow();
+    WaitFor([this] { return QApplication::activeWindow() == mWindow.get(); }, "the window is active");
+    QTest::keyClick(mWindow.get(), key, modifiers);
+}
+
+void StudioTest::PressFor(Qt::Key key, Qt::KeyboardModifiers modifiers, const std::function<void(DialogHands&)>& act) {
+    WithDialog([&] { Press(key, modifiers); }, act);
+}
+
+void StudioTest::SaveAs(const QString& file) {
+    PressFor(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("fileNameEdit").setText(file);
+        hands.Press(Qt::Key_Return);
+    });
+}
+
+QString StudioTest::InFolder(const char* name) const {
+    return QString::fromStdString((Folder() / name).string());
+}
+
+}  // namespace test

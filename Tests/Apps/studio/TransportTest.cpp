@@ -1,0 +1,135 @@
+#include "Tests/Apps/studio/StudioHands.h"
+
+#include <QLabel>
+#include <QWheelEvent>
+
+namespace {
+
+using test::StudioTest;
+using test::WaitFor;
+
+class Transport : public StudioTest {
+protected:
+    studio::Player& Sound() { return Window().Sound(); }
+    studio::LanesView& Lanes() { return Find<studio::LanesView>("lanes"); }
+
+    void Wheel(int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        const QPointF at(Lanes().width() / 2.0, Lanes().height() / 2.0);
+        QWheelEvent event(at, Lanes().mapToGlobal(at), {}, {0, notches * 120}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&Lanes(), &event);
+    }
+};
+
+TEST_F(Transport, KeysSeek) {
+    Press(Qt::Key_Right);
+    EXPECT_EQ(Sound().Position(), 1920);  // a 25th of a second
+    Press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(Sound().Position(), 49920);
+    Press(Qt::Key_Left);
+    EXPECT_EQ(Sound().Position(), 48000);
+    EXPECT_EQ(Find<QLabel>("time").text(), "0:01.000");
+    Press(Qt::Key_End);
+    EXPECT_EQ(Sound().Position(), 240000);
+    Press(Qt::Key_Home);
+    Press(Qt::Key_Left);
+    EXPECT_EQ(Sound().Position(), 0);
+}
+
+TEST_F(Transport, AClickIntoTheLanesSeeks) {
+    const int x = static_cast<int>(Lanes().X(120000));
+    QTest::mouseClick(&Lanes(), Qt::LeftButton, {}, QPoint(x, Lanes().height() / 2));
+    EXPECT_NEAR(static_cast<double>(Sound().Position()), 120000, Lanes().Span().SamplesPerPixel());
+}
+
+TEST_F(Transport, SpacePlaysAndPauses) {
+    Press(Qt::Key_Space);
+    WaitFor([&] { return Sound().Position() > 4800; }, "the playhead moves");
+    Press(Qt::Key_Space);
+    EXPECT_FALSE(Sound().IsPlaying());
+    const std::int64_t position = Sound().Position();
+    EXPECT_GT(position, 4800);
+    QApplication::processEvents();
+    EXPECT_EQ(Sound().Position(), position);
+}
+
+TEST_F(Transport, WithoutLoopItStopsAtTheEndAndStartsAgainFromTheBeginning) {
+    Press(Qt::Key_L);
+    Press(Qt::Key_End);
+    Press(Qt::Key_Left);
+    Press(Qt::Key_Space);
+    WaitFor([&] { return !Sound().IsPlaying(); }, "it ends");
+    EXPECT_EQ(Sound().Position(), Sound().Length());
+    Press(Qt::Key_Space);
+    EXPECT_LT(Sound().Position(), Sound().Length() / 2);
+}
+
+TEST_F(Transport, WithLoopItGoesOnFromTheBeginning) {
+    lineup::ClipDocument brief;
+    brief.lengthFrames = 5;
+    Window().Document().New(brief);
+    Press(Qt::Key_Space);
+    WaitFor([&] { return Sound().Position() > 4800; }, "it gets past the middle");
+    WaitFor([&] { return Sound().Position() < 4800; }, "it begins again");
+    EXPECT_TRUE(Sound().IsPlaying());
+}
+
+TEST_F(Transport, MetersShowTheLevelOfTheClip) {
+    Press(Qt::Key_Space);
+    const auto& meters = Find<studio::MeterView>("meters");
+    WaitFor([&] { return meters.Bar(1).HoldDb() > -13; }, "the meter rises");
+    EXPECT_NEAR(meters.Bar(0).HoldDb(), -12.04, 0.01);
+    EXPECT_NEAR(meters.Bar(1).HoldDb(), -12.04, 0.01);
+    Press(Qt::Key_Space);
+    WaitFor([&] { return meters.IsAtRest(); }, "the meter falls");
+}
+
+TEST_F(Transport, AnEditWhilePlayingGoesOnAtTheSameTime) {
+    Window().Document().New(test::DocumentWith("blits"));
+    Sound().Seek(96000);
+    Press(Qt::Key_Space);
+    lineup::ClipDocument edited = Window().Document().Values();
+    edited.settings.sampleRate = 96000;
+    Window().Document().Edit(edited, "Edit");
+    EXPECT_TRUE(Sound().IsPlaying());
+    EXPECT_GE(Sound().Position(), 192000);
+}
+
+TEST_F(Transport, WithoutASoundDeviceItSaysSo) {
+    EXPECT_EQ(Find<QLabel>("sound").text(), "No sound device: playing in silence");
+}
+
+TEST_F(Transport, AnHourIsAskedForOnceAndThePlayheadMovesWithoutAsking) {
+    lineup::ClipDocument hour = test::DocumentWith("blits");
+    hour.lengthFrames = 90000;
+    Window().Document().New(hour);
+    Lanes().repaint();
+    const std::int64_t before = Lanes().Requests();
+    for (int second = 0; second < 3600; second += 60) {
+        Sound().Seek(second * std::int64_t{48000});
+        Lanes().repaint();
+    }
+    EXPECT_EQ(Lanes().Requests(), before);
+    Wheel(1);
+    Lanes().repaint();
+    EXPECT_EQ(Lanes().Requests(), before + 1);
+}
+
+TEST_F(Transport, TheWheelZoomsAboutThePointerAndWithShiftScrolls) {
+    const double x = Lanes().width() / 2.0;
+    const auto under = [&] { return Lanes().Span().Sample(x - Lanes().X(Lanes().Span().Start())); };
+    const std::int64_t sample = under();
+    const double before = Lanes().Span().SamplesPerPixel();
+    Wheel(4);
+    EXPECT_NEAR(Lanes().Span().SamplesPerPixel(), before / std::pow(1.25, 4), 1e-9);
+    EXPECT_NEAR(static_cast<double>(under()), static_cast<double>(sample), before);
+    const std::int64_t start = Lanes().Span().Start();
+    Wheel(-1, Qt::ShiftModifier);
+    EXPECT_GT(Lanes().Span().Start(), start);
+    Press(Qt::Key_0, Qt::ControlModifier);
+    EXPECT_TRUE(Lanes().Span().ShowsAll());
+    Press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_DOUBLE_EQ(Lanes().Span().SamplesPerPixel(), before / 2);
+}
+
+}  // namespace

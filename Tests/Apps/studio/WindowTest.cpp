@@ -1,0 +1,220 @@
+#include "Apps/studio/Window/ClipDialog.h"
+#include "Host/Lineup/Export/TargetFile.h"
+#include "Tests/Apps/studio/StudioHands.h"
+#include "Tests/Support/RunProgram.h"
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSettings>
+#include <QUrl>
+
+namespace {
+
+using studio::Act;
+using test::DialogHands;
+using test::StudioTest;
+using test::WaitFor;
+using testing::HasSubstr;
+
+class StudioWindowTest : public StudioTest {};
+
+// What a message box says, which is then closed.
+std::string SaidBy(const std::function<void()>& open) {
+    std::string text;
+    test::WithDialog(open, [&](DialogHands& hands) {
+        text = hands.Find<QLabel>("qt_msgbox_label").text().toStdString();
+        hands.Press(Qt::Key_Escape);
+    });
+    return text;
+}
+
+TEST_F(StudioWindowTest, BeginsWithTheDefaultClipAndNothingToSave) {
+    EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
+    EXPECT_FALSE(Window().isWindowModified());
+    EXPECT_EQ(Find<QLabel>("signal").text(), QString::fromUtf8("1000 Hz at \u221212.04 dBFS"));
+}
+
+TEST_F(StudioWindowTest, TheToneIsEditedInThePlugInsDialogOverTheWindow) {
+    PressFor(Qt::Key_T, Qt::ControlModifier, [&](DialogHands& hands) {
+        EXPECT_EQ(hands.Dialog().parentWidget(), &Window());
+        hands.FocusAndType("frequencyHotTextNumber", "440");
+        hands.Click("okButton");
+    });
+    EXPECT_EQ(Window().Document().Values().settings.frequency, 440.0F);
+    EXPECT_THAT(Find<QLabel>("signal").text().toStdString(), HasSubstr("440 Hz"));
+    EXPECT_TRUE(Window().isWindowModified());
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
+    EXPECT_FALSE(Window().isWindowModified());
+    Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Window().Document().Values().settings.frequency, 440.0F);
+}
+
+TEST_F(StudioWindowTest, ACancelledDialogIsNoStepOfUndo) {
+    PressFor(Qt::Key_T, Qt::ControlModifier, [](DialogHands& hands) {
+        hands.FocusAndType("frequencyHotTextNumber", "440");
+        hands.Click("cancelButton");
+    });
+    EXPECT_EQ(Window().Document().Undo().count(), 0);
+}
+
+TEST_F(StudioWindowTest, SavesAndOpensWhatWasMade) {
+    PressFor(Qt::Key_T, Qt::ControlModifier, [](DialogHands& hands) {
+        hands.FocusAndType("frequencyHotTextNumber", "440");
+        hands.Click("okButton");
+    });
+    const lineup::ClipDocument made = Window().Document().Values();
+    SaveAs(InFolder("made"));
+    EXPECT_EQ(lineup::ReadDocument(Folder() / "made.lineup"), made);
+    EXPECT_FALSE(Window().isWindowModified());
+    EXPECT_TRUE(CloseWindow());
+    OpenWindow();
+    PressFor(Qt::Key_O, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("fileNameEdit").setText(InFolder("made.lineup"));
+        hands.Press(Qt::Key_Return);
+    });
+    EXPECT_EQ(Window().Document().Values(), made);
+    EXPECT_EQ(Window().Document().Name(), "made");
+    EXPECT_EQ(studio::RecentFiles::Files(), QStringList{InFolder("made.lineup")});
+}
+
+TEST_F(StudioWindowTest, ADamagedOrForeignDocumentGetsASentenceAndChangesNothing) {
+    test::WriteFile(Folder() / "damaged.lineup", R"({"kind": "lineup", "version": 1, "settings": "00"})");
+    test::WriteFile(Folder() / "foreign.lineup",
+                    "\x7F"
+                    "ELF");
+    EXPECT_EQ(SaidBy([&] { Window().Open(InFolder("damaged.lineup")); }),
+              "cannot open " + (Folder() / "damaged.lineup").string() +
+                  ": it is damaged: \"settings\" must be 64 hexadecimal digits");
+    EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("foreign.lineup")); }), HasSubstr("it is no Lineup document"));
+    EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("none.lineup")); }), HasSubstr("No such file"));
+    EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
+    EXPECT_TRUE(studio::RecentFiles::Files().isEmpty());
+}
+
+TEST_F(StudioWindowTest, ADocumentOfAClipThatCannotBeGetsASentence) {
+    lineup::ClipDocument document;
+    document.settings.numChannels = 0;
+    lineup::TargetFile target(Folder() / "no-channels.lineup", false);
+    WriteDocument(target, document);
+    EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("no-channels.lineup")); }), HasSubstr("cannot open a clip of 0"));
+    EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
+}
+
+TEST_F(StudioWindowTest, AsksBeforeChangesAreLost) {
+    lineup::ClipDocument changed;
+    changed.lengthFrames = 50;
+    Window().Document().Edit(changed, "Change");
+    test::WithDialog([&] { EXPECT_FALSE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Cancel"); });
+    test::WithDialog([&] { EXPECT_TRUE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Discard"); });
+}
+
+TEST_F(StudioWindowTest, SavingOnTheWayOutSaves) {
+    lineup::ClipDocument changed;
+    changed.lengthFrames = 50;
+    Window().Document().Edit(changed, "Change");
+    SaveAs(InFolder("kept.lineup"));
+    changed.lengthFrames = 75;
+    Window().Document().Edit(changed, "Change");
+    test::WithDialog([&] { EXPECT_TRUE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Save"); });
+    EXPECT_EQ(lineup::ReadDocument(Folder() / "kept.lineup").lengthFrames, 75);
+}
+
+TEST_F(StudioWindowTest, TakesADroppedDocument) {
+    lineup::TargetFile target(Folder() / "dropped.lineup", false);
+    WriteDocument(target, test::DocumentWith("blits"));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(InFolder("dropped.lineup"))});
+    QDragEnterEvent enter(QPoint(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&Window(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&Window(), &drop);
+    WaitFor([&] { return Window().Document().Name() == "dropped"; }, "the document is opened");
+    EXPECT_EQ(Find<QLabel>("signal").text(), "BLITS ident, 5.1");
+}
+
+TEST_F(StudioWindowTest, ANewClipIsWhatItsDialogSays) {
+    PressFor(Qt::Key_N, Qt::ControlModifier, [](DialogHands& hands) {
+        hands.Find<QComboBox>("channels").setFocus();
+        QTest::keyClicks(&hands.Find("channels"), "5");
+        hands.Find<QComboBox>("size").setCurrentIndex(4);
+        hands.Find<QComboBox>("sampleRate").setCurrentText("96000");
+        hands.Find<QDoubleSpinBox>("length").setValue(2);
+        test::ClickButton(hands.Dialog(), "OK");
+    });
+    const lineup::ClipDocument& made = Window().Document().Values();
+    EXPECT_EQ(made.settings.numChannels, 6U);
+    EXPECT_EQ(made.settings.channelType, 3U);
+    EXPECT_EQ(made.settings.sampleRate, 96000.0F);
+    EXPECT_EQ(made.picture.width, 720);
+    EXPECT_EQ(made.picture.height, 576);
+    EXPECT_EQ(made.lengthFrames, 50);
+}
+
+TEST_F(StudioWindowTest, ClipSettingsLeftAsTheyAreChangeNothing) {
+    lineup::ClipDocument odd = test::DocumentWith("ebu-5.1");
+    odd.settings.sampleRate = 44055.94F;
+    odd.picture.frameRate = {120, 1};
+    odd.lengthFrames = 7;
+    Window().Document().New(odd);
+    PressFor(Qt::Key_I, Qt::ControlModifier, [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Cancel"); });
+    studio::ClipDialog dialog(*test::ThePlugin(), odd, "Clip Settings", nullptr);
+    EXPECT_EQ(dialog.Values(), odd);
+}
+
+TEST_F(StudioWindowTest, AnIdentThatDoesNotGoWithTheChannelsIsTakenOut) {
+    Window().Document().New(test::DocumentWith("blits"));
+    PressFor(Qt::Key_I, Qt::ControlModifier, [](DialogHands& hands) {
+        QTest::keyClicks(&hands.Find("channels"), "S");
+        test::ClickButton(hands.Dialog(), "OK");
+    });
+    EXPECT_EQ(Window().Document().Values().settings.numChannels, 2U);
+    EXPECT_EQ(Window().Document().Values().settings.identifyChannels, 0U);
+}
+
+TEST_F(StudioWindowTest, RemembersHowItWasLeft) {
+    Press(Qt::Key_W);
+    Press(Qt::Key_L);
+    Press(Qt::Key_D, Qt::ControlModifier);
+    Window().resize(1000, 700);
+    EXPECT_TRUE(CloseWindow());
+    OpenWindow();
+    EXPECT_TRUE(Find("scope").isVisible());
+    EXPECT_FALSE(Window().Sound().Loop());
+    EXPECT_TRUE(studio::Theme::Current().isDark);
+    EXPECT_EQ(Window().size(), QSize(1000, 700));
+}
+
+TEST_F(StudioWindowTest, EveryCommandHasANameAndEveryShortcutIsItsOwn) {
+    QStringList shortcuts;
+    for (const QAction* const action : Window().Commands().findChildren<QAction*>()) {
+        EXPECT_FALSE(action->text().isEmpty());
+        for (const QKeySequence& keys : action->shortcuts()) {
+            EXPECT_FALSE(shortcuts.contains(keys.toString())) << keys.toString().toStdString();
+            shortcuts += keys.toString();
+        }
+    }
+    EXPECT_GT(shortcuts.size(), 20);
+}
+
+TEST_F(StudioWindowTest, WhatCanHaveTheFocusHasAnAccessibleName) {
+    for (QWidget* const widget : Window().findChildren<QWidget*>()) {
+        if (widget->focusPolicy() != Qt::NoFocus && widget->isVisible()) {
+            const auto* const interface = QAccessible::queryAccessibleInterface(widget);
+            const QString name = interface == nullptr ? QString() : interface->text(QAccessible::Name);
+            EXPECT_FALSE(name.isEmpty()) << widget->metaObject()->className() << " "
+                                         << widget->objectName().toStdString();
+        }
+    }
+}
+
+}  // namespace

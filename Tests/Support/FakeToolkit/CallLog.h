@@ -7,11 +7,12 @@
 
 namespace test {
 
-/// What was asked of the fakes of one toolkit, in order, and how many of them are alive.
+/// What was asked of the fakes of one toolkit, in order, how many of them are alive, and how odd they are.
 struct CallLog {
     std::vector<std::string> calls;
     int liveNodes = 0;
-    bool recordReferences = false;  ///< AddRef and Release are recorded too
+    bool recordReferences = false;          ///< AddRef and Release are recorded too
+    bool radioButtonsReportAtOnce = false;  ///< they call whoever asks to be notified, before anything changes
 
     /// Records "receiver.operation argument argument".
     template <class... Arguments>

@@ -47,6 +47,22 @@ void DialogHands::DoubleClickAndType(const char* number, const char* text) const
     QTest::keyClicks(QApplication::focusWidget(), text);
 }
 
+void DialogHands::ClickNumber(const char* number, Qt::MouseButton button) const {
+    QTest::mouseClick(&TextOf(number), button);
+}
+
+void DialogHands::DoubleClickNumber(const char* number) const {
+    QTest::mouseDClick(&TextOf(number), Qt::LeftButton);
+}
+
+void DialogHands::MoveOver(const char* number) const {
+    Send(TextOf(number), QEvent::MouseMove, TextOf(number).rect().center(), Qt::NoButton, Qt::NoModifier);
+}
+
+QString DialogHands::Selected(const char* number) const {
+    return Find<QDoubleSpinBox>(number).findChild<QLineEdit*>()->selectedText();
+}
+
 void DialogHands::FocusAndType(const char* number, const char* text) const {
     Find(number).setFocus(Qt::TabFocusReason);
     QTest::keyClicks(QApplication::focusWidget(), text);
@@ -66,6 +82,14 @@ void DialogHands::Drag(const char* number, int pixels, Qt::KeyboardModifiers mod
     Send(text, QEvent::MouseMove, begin + QPoint(pixels / 2, 0), Qt::NoButton, modifiers);
     Send(text, QEvent::MouseMove, begin + QPoint(pixels, 0), Qt::NoButton, modifiers);
     Send(text, QEvent::MouseButtonRelease, begin + QPoint(pixels, 0), Qt::LeftButton, modifiers);
+}
+
+void DialogHands::Nudge(const char* number) const {
+    QWidget& text = TextOf(number);
+    const QPoint start(10, text.height() / 2);
+    Send(text, QEvent::MouseButtonPress, start, Qt::LeftButton, {});
+    Send(text, QEvent::MouseMove, start + QPoint(1, 0), Qt::NoButton, {});
+    Send(text, QEvent::MouseButtonRelease, start + QPoint(1, 0), Qt::LeftButton, {});
 }
 
 void DialogHands::PressMnemonic(Qt::Key key, const std::function<bool()>& done) const {

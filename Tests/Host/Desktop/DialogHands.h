@@ -32,6 +32,16 @@ public:
     /// Double-clicks a number, types over what is selected, and stays in the field.
     void DoubleClickAndType(const char* number, const char* text) const;
 
+    /// Clicks a number with a button of the mouse, or clicks it twice.
+    void ClickNumber(const char* number, Qt::MouseButton button = Qt::LeftButton) const;
+    void DoubleClickNumber(const char* number) const;
+
+    /// Moves the mouse over a number with no button pressed.
+    void MoveOver(const char* number) const;
+
+    /// What of a number is selected.
+    [[nodiscard]] QString Selected(const char* number) const;
+
     /// Gives a control the focus as Tab does, and types into it.
     void FocusAndType(const char* number, const char* text) const;
 
@@ -44,6 +54,9 @@ public:
 
     /// Drags a number `pixels` to the right of where dragging begins to count.
     void Drag(const char* number, int pixels, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+
+    /// Presses the mouse on a number and lets go a pixel further.
+    void Nudge(const char* number) const;
 
     /// Turns the wheel over a number by `notches`, away from the person when positive.
     void Wheel(const char* number, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;

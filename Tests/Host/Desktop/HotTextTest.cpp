@@ -149,6 +149,44 @@ TEST(HotText, AClickThatDoesNotMoveChangesNothing) {
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Click(kFrequency); }), 1000.0F);
 }
 
+TEST(HotText, AClickSelectsTheNumberSoThatTypingReplacesIt) {
+    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) {
+                  hands.ClickNumber(kFrequency);
+                  EXPECT_EQ(hands.Selected(kFrequency), "1000");
+                  hands.FocusAndType(kFrequency, "2000");
+              }),
+              2000.0F);
+}
+
+TEST(HotText, OtherButtonsAndAMouseThatPassesByChangeNothing) {
+    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) {
+                  hands.MoveOver(kFrequency);
+                  hands.ClickNumber(kFrequency, Qt::MiddleButton);
+                  hands.ClickNumber(kFrequency, Qt::BackButton);
+              }),
+              1000.0F);
+}
+
+// The first double click makes it a field; from then on the mouse places the cursor, until the field is left.
+TEST(HotText, ADraggedMouseChangesNothingInAFieldThatIsTypedInto) {
+    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) {
+                  hands.DoubleClickNumber(kFrequency);
+                  hands.Drag(kFrequency, 100);
+                  hands.DoubleClickNumber(kFrequency);
+              }),
+              1000.0F);
+    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) {
+                  hands.DoubleClickNumber(kFrequency);
+                  hands.Find(kLevel).setFocus();
+                  hands.Drag(kFrequency, 100);
+              }),
+              1100.0F);
+}
+
+TEST(HotText, AMoveTooShortForADragIsAClick) {
+    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Nudge(kFrequency); }), 1000.0F);
+}
+
 TEST(HotText, TheWheelChangesAStepANotch) {
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Wheel(kFrequency, 3); }), 1030.0F);
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Wheel(kFrequency, -1); }), 990.0F);

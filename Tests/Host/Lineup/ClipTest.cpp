@@ -75,6 +75,9 @@ TEST(Clip, RefusesPeakBuffersOfTheWrongShape) {
     const std::array<std::span<float>, 2> uneven = {five, six};
     EXPECT_THROW(clip.ReadPeaks(0, 100.0F, one, one), lineup::Error);
     EXPECT_THROW(clip.ReadPeaks(0, 100.0F, uneven, uneven), lineup::Error);
+    const std::array<std::span<float>, 2> even = {five, five};
+    EXPECT_THROW(clip.ReadPeaks(0, 100.0F, even, one), lineup::Error);
+    EXPECT_THROW(clip.ReadPeaks(0, 100.0F, even, uneven), lineup::Error);
 }
 
 std::string OpeningError(const std::shared_ptr<const Importer>& importer, const BarsAndToneInfo& settings) {

@@ -77,6 +77,24 @@ TEST(Importer, OffersNothingWhenThePluginRefuses) {
     EXPECT_TRUE(importer.PixelFormats().empty());
 }
 
+TEST(Importer, StopsAskingAPluginWhoseListsHaveNoEnd) {
+    const Importer importer(TEST_BUNDLES "/EndlessLists.bundle");
+    EXPECT_THAT(importer.FileTypes(), testing::SizeIs(256U));
+    EXPECT_THAT(importer.PixelFormats(), testing::SizeIs(256U));
+}
+
+TEST(Importer, OfSettingsOfAnotherSizeIsNotUsed) {
+    const Importer importer(TEST_BUNDLES "/LongSettings.bundle");
+    EXPECT_EQ(importer.SettingsSize(), 33U);
+    try {
+        (void)importer.DefaultSettings(48000.0F);
+        FAIL() << "was used";
+    } catch (const lineup::Error& error) {
+        EXPECT_STREQ(error.what(),
+                     "cannot use " TEST_BUNDLES "/LongSettings.bundle: its settings are 33 bytes, not 32");
+    }
+}
+
 TEST(Importer, MakesTheDefaultSettingsAtTheHostsRate) {
     const BarsAndToneInfo settings = Importer(TEST_BUNDLE).DefaultSettings(44100.0F);
     EXPECT_EQ(settings.version, 1U);

@@ -2,6 +2,7 @@
 #include "Host/Services/ContractReporter.h"
 #include "Src/ToneSettingsDialog/HandleToneSettingsDialog.h"
 #include "Src/ToneSettingsDialog/LayoutNames.h"
+#include "Tests/Support/EndChild.h"
 
 #include <gtest/gtest.h>
 
@@ -21,18 +22,18 @@ constexpr int kDebuggerNotSeen = 72;
 // A process that violates the dialog's contract while its parent is its debugger.
 [[noreturn]] void ViolateUnderDebugger(bool asksToBreak) {
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
-        _exit(kNotTraceable);
+        test::EndChild(kNotTraceable);
     }
     if (!zelcore::debug::IsDebuggerAttached()) {
-        _exit(kDebuggerNotSeen);
+        test::EndChild(kDebuggerNotSeen);
     }
     zelcore::debug::SetContractReporter([=](const zelcore::debug::ContractReport&) { return asksToBreak; });
     try {
         HandleToneSettingsDialog(kToneSettingsDialogID, {}, nullptr, nullptr);
     } catch (const std::runtime_error&) {
-        _exit(kErrorRaised);
+        test::EndChild(kErrorRaised);
     }
-    _exit(EXIT_SUCCESS);
+    test::EndChild(EXIT_SUCCESS);
 }
 
 // Follows `child` to its next stop or its end.

@@ -148,6 +148,17 @@ TEST_F(DialogFailure, WithoutTheRadioButtonsIsANullInterface) {
     }
 }
 
+TEST_F(DialogFailure, OfAToolkitThatReportsBeforeAllControlsAreThereDisablesNone) {
+    toolkit.Log()->radioButtonsReportAtOnce = true;
+    for (const char* const name : {"frequencyHotTextNumber", "amplitudeHotTextNumber"}) {
+        toolkit.Calls().clear();
+        const auto layout = test::Without(test::IdentifiersLayout(), name);
+        EXPECT_EQ(ErrorWith<Brio::NullInterfaceException>(layout), kNullInterface) << name;
+        EXPECT_THAT(toolkit.Calls(), testing::Not(testing::Contains(testing::HasSubstr("SetDisabled")))) << name;
+        EXPECT_EQ(toolkit.LiveNodes(), 0) << name;
+    }
+}
+
 TEST_F(DialogFailure, OfABuildPassesThroughAndReleasesEverything) {
     toolkit.onBuild = [] { throw std::runtime_error("no widgets today"); };
     EXPECT_EQ(TextOf<std::runtime_error>([&] { RunPlain(test::PressesOk); }), "no widgets today");

@@ -11,11 +11,12 @@ namespace test {
 /// How a fake answers a call: as it should, with nothing, or with what makes no sense.
 enum class Answer { Right, Nothing, Nonsense };
 
-/// What was asked of the fakes of one toolkit, in order, and how many of them are alive.
+/// What was asked of the fakes of one toolkit, in order, how many of them are alive, and how odd they are.
 struct CallLog {
     std::vector<std::string> calls;
     int liveNodes = 0;
-    bool recordReferences = false;  ///< AddRef and Release are recorded too
+    bool recordReferences = false;          ///< AddRef and Release are recorded too
+    bool radioButtonsReportAtOnce = false;  ///< they call whoever asks to be notified, before anything changes
 
     /// Asked at every call but Release, by the operation's name, how to answer; may throw. Operations without
     /// an answer of their own take any for the right one.

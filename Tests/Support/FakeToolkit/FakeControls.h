@@ -73,6 +73,13 @@ class FakeRadioButton : public FakeControl<zelui::controls::UI_RadioButton> {
 public:
     using FakeControl::FakeControl;
 
+    void NotifyWhenChanged(const zelui::ui::MessageFunctionPtr& function) override {
+        FakeControl::NotifyWhenChanged(function);
+        if (Log().radioButtonsReportAtOnce) {
+            ReportChange();
+        }
+    }
+
     void SetValue(std::int32_t value) override {
         Log().Add(Name(), "SetValue", value);
         static_cast<void>(AnswerTo("SetValue"));

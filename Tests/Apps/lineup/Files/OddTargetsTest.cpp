@@ -23,6 +23,15 @@ TEST_P(OddTargets, AFolderThatMayNotBeWrittenIsSaid) {
     ExpectTheEarlierFileAlone();
 }
 
+TEST_P(OddTargets, AFolderThatMayNotBeReadTakesAFileAllTheSame) {
+    fs::permissions(Folder(), fs::perms::owner_write | fs::perms::owner_exec);
+    const auto ending = RunAsAnyone();
+    fs::permissions(Folder(), fs::perms::owner_all);
+    EXPECT_EQ(ending.exitCode, 0) << ending.err;
+    EXPECT_NE(test::ReadFile(Target()), test::kPrecious);
+    EXPECT_THAT(test::NamesIn(Folder()), ElementsAre(GetParam().target));
+}
+
 TEST_P(OddTargets, AFileThatMayNotBeWrittenIsNotReplaced) {
     fs::permissions(Target(), fs::perms::owner_read);
     ExpectSentence(RunAsAnyone(), std::string("cannot replace ") + GetParam().target +

@@ -2,6 +2,7 @@
 #include "Host/Lineup/Export/UnfinishedFiles.h"
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
+#include <climits>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -97,6 +98,12 @@ TEST(UnfinishedFiles, BeyondSixteenAreWrittenAndStay) {
         return true;
     });
     EXPECT_THAT(folder.Names(), ElementsAre("q"));  // the seventeenth letter
+}
+
+TEST(UnfinishedFiles, OfNamesLongerThanAnyPathAreNotOpened) {
+    UnfinishedFile file;
+    EXPECT_EQ(file.Open("/" + std::string(PATH_MAX, 'x')), -1);
+    EXPECT_EQ(errno, ENAMETOOLONG);
 }
 
 TEST(UnfinishedFiles, KeepNoPlaceOnTheListForWhatCouldNotBeOpened) {

@@ -110,10 +110,19 @@ TEST_F(LocalizerTest, GivesTheDefaultTextsForC) {
 
 TEST_F(LocalizerTest, TakesNoPathForALanguage) {
     AddGerman("Hallo");
-    for (const char* const language : {"../de", "fr/../de", "de/", ".", "..", "x_../../de", "x@/../de"}) {
+    for (const char* const language :
+         {"../de", "fr/../de", "de/", ".", "..", "x_../../de", "x@/../de", "d:e", "d[e", "d{e"}) {
         Reset(language);
         EXPECT_EQ(TextOf(kKey), "Hello") << language;
     }
+}
+
+TEST_F(LocalizerTest, TakesRegionsThatAreNumbers) {
+    AddGerman("Hallo");
+    Reset("de_419");
+    EXPECT_EQ(TextOf(kKey), "Hallo");
+    Reset("419_DE");
+    EXPECT_EQ(TextOf(kKey), "Hello");
 }
 
 TEST_F(LocalizerTest, TakesTheLanguageOfTheEnvironmentWhenToldSo) {

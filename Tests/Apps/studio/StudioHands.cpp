@@ -40,6 +40,8 @@ void StudioTest::OpenWindow() {
     mWindow.reset();
     mWindow = std::make_unique<studio::StudioWindow>(ThePlugin());
     mWindow->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(mWindow.get(), 60000));
+    mWindow->activateWindow();  // which a window manager does, where there is one
     EXPECT_TRUE(QTest::qWaitForWindowActive(mWindow.get(), 60000));
 }
 

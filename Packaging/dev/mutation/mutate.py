@@ -196,6 +196,7 @@ def main():
     parser.add_argument("--sample", type=int, metavar="N", help="at most N mistakes, drawn at random")
     parser.add_argument("--seed", type=int, default=1, help="draws others")
     parser.add_argument("--minutes", type=float, help="begin no other when so much time has passed")
+    parser.add_argument("--again", action="store_true", help="try those that survived once more: the tests have grown")
     parser.add_argument("--report", action="store_true", help="say what is known; try nothing")
     options = parser.parse_args()
 
@@ -204,6 +205,8 @@ def main():
     random.Random(options.seed).shuffle(chosen)  # a larger sample of the same seed holds the smaller one
     chosen = chosen[: options.sample]
     results = known_results()
+    if options.again:
+        results = {key: entry for key, entry in results.items() if entry["outcome"] != "survived"}
     todo = [entry for entry in chosen if entry[0] not in results]
     if todo and not options.report:
         end = time.monotonic() + 60 * options.minutes if options.minutes else None

@@ -101,4 +101,4 @@ def mistakes_in(file, text):
         add(match.start(), text[match.start(): match.end()], "")
     for offset, before, after in swapped_rows(code, text):
         add(offset, before, after)
-    return sorted(found, key=lambda mistake: (mistake.offset, mistake.after))
+    return sorted(set(found), key=lambda mistake: (mistake.offset, mistake.after))

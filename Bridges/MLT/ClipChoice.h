@@ -3,9 +3,8 @@
 #include "Host/Lineup/Export/ExportSettings.h"
 #include "Host/Lineup/ToneChoice.h"
 
-#include <framework/mlt.h>
-
 #include <array>
+#include <framework/mlt.h>
 #include <functional>
 #include <string>
 

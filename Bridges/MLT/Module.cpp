@@ -2,9 +2,8 @@
 #include "Bridges/MLT/ModulePlace.h"
 #include "Bridges/MLT/Producer.h"
 
-#include <framework/mlt.h>
-
 #include <exception>
+#include <framework/mlt.h>
 
 namespace {
 

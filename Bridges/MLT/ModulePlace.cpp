@@ -22,7 +22,8 @@ fs::path PrefixOf(const fs::path& file) {
     fs::path folder = file.parent_path();
     while (!HoldsLibraries(folder)) {
         if (!folder.has_relative_path()) {
-            throw lineup::Error("cannot tell where " + file.string() + " was installed: it lies in no folder called lib");
+            throw lineup::Error("cannot tell where " + file.string() +
+                                " was installed: it lies in no folder called lib");
         }
         folder = folder.parent_path();
     }

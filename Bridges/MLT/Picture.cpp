@@ -1,7 +1,7 @@
 #include "Bridges/MLT/Picture.h"
 
-#include "Host/Lineup/Export/Media/ColourConversion.h"
 #include "Host/Lineup/Export/FloatPicture.h"
+#include "Host/Lineup/Export/Media/ColourConversion.h"
 
 #include <algorithm>
 #include <array>
@@ -32,8 +32,8 @@ public:
             mPlanes.at(plane).reset(new (std::align_val_t{kAlignmentBytes}) std::uint8_t[planeBytes]);
             memory.at(plane) = {mPlanes.at(plane).get(), static_cast<std::ptrdiff_t>(mStride)};
         }
-        lineup::ConvertColour(picture,
-                              {.coding = lineup::ColourCoding::Ycc601, .bits = bits, .subsampleWidth = 1}, memory);
+        lineup::ConvertColour(picture, {.coding = lineup::ColourCoding::Ycc601, .bits = bits, .subsampleWidth = 1},
+                              memory);
     }
 
     [[nodiscard]] const std::uint8_t* Line(std::size_t plane, std::size_t line) const {

@@ -4,11 +4,10 @@
 #include "Bridges/MLT/Properties.h"
 #include "Bridges/MLT/SharedImporter.h"
 
-#include <framework/mlt.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
+#include <framework/mlt.h>
 #include <string>
 
 namespace bridge {
@@ -152,13 +151,20 @@ void DescribePicture(mlt_producer producer, mlt_frame frame) {
     mlt_properties_set_double(properties, "aspect_ratio", aspect > 0 ? aspect : mlt_profile_sar(profile));
 }
 
+/// The frame that the producer is at, counted from the clip's beginning: the framework's position counts from the
+/// in point, and its own sum of both is not made before the first seek.
+mlt_position ClipPosition(mlt_producer producer) {
+    const bool fromInPoint = mlt_properties_get_int(MLT_PRODUCER_PROPERTIES(producer), "ignore_points") == 0;
+    return mlt_producer_position(producer) + (fromInPoint ? mlt_producer_get_in(producer) : 0);
+}
+
 int GetFrame(mlt_producer producer, mlt_frame_ptr frame, int /*index*/) {
     *frame = mlt_frame_init(MLT_PRODUCER_SERVICE(producer));
     if (*frame == nullptr) {
         return kFailed;
     }
-    // Clip time counts from the clip's beginning, the framework's position from its in point.
-    mlt_properties_set_position(MLT_FRAME_PROPERTIES(*frame), "original_position", mlt_producer_frame(producer));
+    // The frame's first position is the one it keeps as its original.
+    mlt_frame_set_position(*frame, ClipPosition(producer));
     mlt_frame_set_position(*frame, mlt_producer_position(producer));
     DescribePicture(producer, *frame);
     mlt_frame_push_service(*frame, producer);

@@ -21,7 +21,6 @@ TEST(Cuts, OfTheProducerItselfCountFromTheClipsBeginning) {
     const auto profile = test::MakeProfile(kNtsc);
     const auto clip = test::MakeClip(*profile, {{"sound", "blits"}});
     mlt_producer_set_in_and_out(clip.get(), 37, 120);
-    mlt_producer_seek(clip.get(), 0);
     const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 84, 48000, 6);
     EXPECT_EQ(Difference(sound, PlugInSound(kBlits, test::SampleAt(37, kNtsc, 48000), LengthOf(sound))), "");
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <framework/mlt.h>
-
 #include <memory>
 #include <string>
 #include <utility>

@@ -62,8 +62,7 @@ TEST_P(ClipSound, StartsExactlyAtTheFrameAfterASeek) {
     for (int i = 0; i < 25; ++i) {
         const int position = positions(random);
         mlt_producer_seek(clip.get(), position);
-        const auto sound =
-            test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), fps, 3, 48000, channels, position);
+        const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), fps, 3, 48000, channels, position);
         ASSERT_EQ(Difference(sound, PlugInSound(kind.settings, test::SampleAt(position, fps, 48000),
                                                 static_cast<std::int64_t>(LengthOf(sound)))),
                   "")
@@ -131,9 +130,8 @@ TEST(Sound, FollowsItsPropertiesWhileItPlays) {
     BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 440.0F;
     settings.amplitude = 0.1F;
-    EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 5),
-                         PlugInSound(settings, 9600, 9600)),
-              "");
+    EXPECT_EQ(
+        Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 5), PlugInSound(settings, 9600, 9600)), "");
 }
 
 }  // namespace

@@ -16,7 +16,14 @@ namespace bridge {
 
 namespace {
 
-enum PropertyIndex : std::size_t { kCardIndex, kSoundIndex, kFrequencyIndex, kLevelIndex, kChannelsIndex };
+enum PropertyIndex : std::size_t {
+    kCardIndex,
+    kSoundIndex,
+    kFrequencyIndex,
+    kLevelIndex,
+    kChannelsIndex,
+    kMatrixIndex
+};
 
 const char* NameOf(std::size_t index) {
     switch (index) {
@@ -28,6 +35,8 @@ const char* NameOf(std::size_t index) {
             return kFrequency.name;
         case kLevelIndex:
             return kLevel.name;
+        case kMatrixIndex:
+            return MatrixProperty().name;
         default:
             return ChannelsProperty().name;
     }
@@ -106,6 +115,7 @@ bool UpdateTexts(mlt_properties properties, PropertyTexts& texts) {
 ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain) {
     ClipChoice choice;
     choice.card = CardOf(ReadName(CardProperty(), texts[kCardIndex], complain));
+    choice.inMatrixOfProfile = ReadName(MatrixProperty(), texts[kMatrixIndex], complain) == "profile";
     choice.tone.frequencyHz = ReadNumber(kFrequency, texts[kFrequencyIndex], complain);
     choice.tone.levelDb = ReadNumber(kLevel, texts[kLevelIndex], complain);
     const std::string channels = ReadName(ChannelsProperty(), texts[kChannelsIndex], complain);

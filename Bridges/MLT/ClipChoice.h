@@ -17,10 +17,11 @@ using Complain = std::function<void(const std::string&)>;
 struct ClipChoice {
     lineup::ToneChoice tone;  ///< without a sample rate: that is the consumer's
     lineup::Card card = lineup::Card::Auto;
+    bool inMatrixOfProfile = false;  ///< instead of BT.601, the card's own
 };
 
 /// A producer's properties as text, in the order of the table; empty where one is not set.
-using PropertyTexts = std::array<std::string, 5>;
+using PropertyTexts = std::array<std::string, 6>;
 
 /// Brings `texts` up to date; whether one of them has changed.
 bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);

@@ -23,8 +23,12 @@ void ClipService::Update(mlt_properties properties, const Complain& complain) {
     }
 }
 
-std::shared_ptr<const PictureBytes> ClipService::Picture(int width, int height, Packing packing) {
-    return mPictures.Get(mPictureClip, {width, height, mChoice.card, packing});
+bool ClipService::IsBt709For(int profileColourSpace) const noexcept {
+    return mChoice.inMatrixOfProfile && profileColourSpace == 709;
+}
+
+std::shared_ptr<const PictureBytes> ClipService::Picture(int width, int height, Packing packing, bool bt709) {
+    return mPictures.Get(mPictureClip, {width, height, mChoice.card, packing, bt709});
 }
 
 Sound& ClipService::SoundAt(int rateHz, const Complain& complain) {

@@ -32,7 +32,10 @@ public:
     /// Takes over what the producer's properties say now. Complains once of a value that cannot be had.
     void Update(mlt_properties properties, const Complain& complain);
 
-    [[nodiscard]] std::shared_ptr<const PictureBytes> Picture(int width, int height, Packing packing);
+    /// Whether pictures for a profile of this colour space (601 or 709, as the framework counts) are BT.709.
+    [[nodiscard]] bool IsBt709For(int profileColourSpace) const noexcept;
+
+    [[nodiscard]] std::shared_ptr<const PictureBytes> Picture(int width, int height, Packing packing, bool bt709);
 
     /// The clip's sound at `rateHz`, which is a Sound::NearestRate.
     [[nodiscard]] Sound& SoundAt(int rateHz, const Complain& complain);

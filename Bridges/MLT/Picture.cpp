@@ -25,15 +25,16 @@ struct FreeAligned {
 /// Three planes of 4:2:2, Y, Cb, Cr, aligned as the conversion wants them.
 class ConvertedPlanes {
 public:
-    ConvertedPlanes(const lineup::FloatPicture& picture, int bits) : mStride(StrideFor(picture.Width(), bits)) {
+    ConvertedPlanes(const lineup::FloatPicture& picture, int bits, bool bt709)
+        : mStride(StrideFor(picture.Width(), bits)) {
+        const auto coding = bt709 ? lineup::ColourCoding::Ycc709 : lineup::ColourCoding::Ycc601;
         const std::size_t planeBytes = mStride * static_cast<std::size_t>(picture.Height());
         std::array<lineup::PlaneMemory, kPlanes> memory{};
         for (std::size_t plane = 0; plane < kPlanes; ++plane) {
             mPlanes.at(plane).reset(new (std::align_val_t{kAlignmentBytes}) std::uint8_t[planeBytes]);
             memory.at(plane) = {mPlanes.at(plane).get(), static_cast<std::ptrdiff_t>(mStride)};
         }
-        lineup::ConvertColour(picture, {.coding = lineup::ColourCoding::Ycc601, .bits = bits, .subsampleWidth = 1},
-                              memory);
+        lineup::ConvertColour(picture, {.coding = coding, .bits = bits, .subsampleWidth = 1}, memory);
     }
 
     [[nodiscard]] const std::uint8_t* Line(std::size_t plane, std::size_t line) const {
@@ -101,9 +102,9 @@ PictureBytes DrawPicture(const lineup::Clip& clip, const PictureKey& key) {
     const auto width = static_cast<std::size_t>(key.width);
     const auto height = static_cast<std::size_t>(key.height);
     if (key.packing == Packing::Planar16) {
-        return PackPlanar16(ConvertedPlanes(picture, 16), width, height);
+        return PackPlanar16(ConvertedPlanes(picture, 16, key.bt709), width, height);
     }
-    return PackYuyv8(ConvertedPlanes(picture, 8), width, height);
+    return PackYuyv8(ConvertedPlanes(picture, 8, key.bt709), width, height);
 }
 
 std::shared_ptr<const PictureBytes> PictureStore::Get(const lineup::Clip& clip, const PictureKey& key) {

@@ -10,7 +10,7 @@
 
 namespace bridge {
 
-/// How a picture is stored. Both are BT.601 Y'CbCr in legal range, 4:2:2, below-black and above-white kept,
+/// How a picture is stored. Both are Y'CbCr in legal range, 4:2:2, below-black and above-white kept,
 /// top line first.
 enum class Packing {
     Yuyv8,     ///< bytes Y, Cb, Y, Cr for each pair of pixels
@@ -23,6 +23,7 @@ struct PictureKey {
     int height = 0;
     lineup::Card card = lineup::Card::Auto;
     Packing packing = Packing::Yuyv8;
+    bool bt709 = false;  ///< converted to BT.709 from the card's own BT.601
 
     bool operator==(const PictureKey&) const = default;
 };

@@ -22,8 +22,9 @@ constexpr int kDone = 0;
 // What consumers that name no rate get, Hz.
 constexpr int kUsualRate = 48000;
 
-// What the frame's numbers are: BT.601 in legal range, whatever the profile is. MLT converts them.
-constexpr int kColourSpace = 601;
+// Matrices as the framework counts them.
+constexpr int kBt601 = 601;
+constexpr int kBt709 = 709;
 
 class ServiceLock {
 public:
@@ -92,7 +93,10 @@ int GetImage(mlt_frame frame, std::uint8_t** image, mlt_image_format* format, in
             const ServiceLock lock(producer);
             ClipService& service = ServiceOf(producer);
             service.Update(MLT_PRODUCER_PROPERTIES(producer), WarningsOf(producer));
-            bytes = service.Picture(*width, *height, packing);
+            const mlt_profile_s* const profile = mlt_service_profile(MLT_PRODUCER_SERVICE(producer));
+            const bool bt709 = profile != nullptr && service.IsBt709For(profile->colorspace);
+            mlt_properties_set_int(MLT_FRAME_PROPERTIES(frame), "colorspace", bt709 ? kBt709 : kBt601);
+            bytes = service.Picture(*width, *height, packing, bt709);
         }
         *image = GiveImage(frame, *bytes);
     });
@@ -146,7 +150,7 @@ void DescribePicture(mlt_producer producer, mlt_frame frame) {
     const double aspect = mlt_properties_get_double(MLT_PRODUCER_PROPERTIES(producer), "aspect_ratio");
     const mlt_profile profile = mlt_service_profile(MLT_PRODUCER_SERVICE(producer));
     mlt_properties_set_int(properties, "progressive", 1);
-    mlt_properties_set_int(properties, "colorspace", kColourSpace);
+    mlt_properties_set_int(properties, "colorspace", kBt601);
     mlt_properties_set_int(properties, "full_range", 0);
     mlt_properties_set_double(properties, "aspect_ratio", aspect > 0 ? aspect : mlt_profile_sar(profile));
 }

@@ -29,6 +29,12 @@ const NameProperty& CardProperty() {
     return kProperty;
 }
 
+const NameProperty& MatrixProperty() {
+    static constexpr std::array<std::string_view, 2> kNames = {"601", "profile"};
+    static constexpr NameProperty kProperty{"matrix", kNames};
+    return kProperty;
+}
+
 const NameProperty& SoundProperty() {
     static const Names names = NamesOf("tone", lineup::Idents());
     static const NameProperty property{"sound", names};

@@ -30,6 +30,10 @@ inline constexpr NumberProperty kLevel{"level", -300, 0, -12.04, "dBFS"};
 /// "auto" is the HD card from 720 lines on.
 [[nodiscard]] const NameProperty& CardProperty();
 
+/// "601" hands the card's own numbers on, for the framework to convert; "profile" converts them here, exactly,
+/// when the profile is BT.709.
+[[nodiscard]] const NameProperty& MatrixProperty();
+
 /// A steady tone, or one of the idents by its name.
 [[nodiscard]] const NameProperty& SoundProperty();
 

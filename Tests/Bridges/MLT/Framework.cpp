@@ -65,6 +65,14 @@ Producer MakeClip(mlt_profile_s& profile, const PropertyList& properties, const 
     return producer;
 }
 
+Producer MakeWholeClip(mlt_profile_s& profile, const char* argument) {
+    Producer producer(mlt_factory_producer(&profile, nullptr, (std::string("barsandtone:") + argument).c_str()));
+    if (!producer) {
+        throw std::runtime_error("there is no producer");
+    }
+    return producer;
+}
+
 Frame NextFrame(mlt_service service) {
     mlt_frame frame = nullptr;
     if (mlt_service_get_frame(service, &frame, 0) != 0 || frame == nullptr) {

@@ -47,6 +47,9 @@ using PropertyList = std::vector<std::pair<std::string, std::string>>;
 /// The producer under test, without the framework's own conversions around it.
 Producer MakeClip(mlt_profile_s& profile, const PropertyList& properties = {}, const char* argument = nullptr);
 
+/// The producer with the framework's conversions around it, as programs make it.
+Producer MakeWholeClip(mlt_profile_s& profile, const char* argument);
+
 /// The next frame of a service.
 Frame NextFrame(mlt_service service);
 

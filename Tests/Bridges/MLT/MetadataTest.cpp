@@ -84,7 +84,7 @@ TEST(Metadata, GivesTheRangesThatTheProducerHas) {
 
 TEST(Metadata, GivesTheNamesThatTheProducerKnows) {
     for (const auto* const property :
-         {&bridge::CardProperty(), &bridge::SoundProperty(), &bridge::ChannelsProperty()}) {
+         {&bridge::CardProperty(), &bridge::MatrixProperty(), &bridge::SoundProperty(), &bridge::ChannelsProperty()}) {
         const YAML::Node node = Parameter(property->name);
         const auto names = node["values"].as<std::vector<std::string>>();
         EXPECT_EQ(names, std::vector<std::string>(property->names.begin(), property->names.end()));
@@ -100,7 +100,7 @@ TEST(Metadata, DescribesEveryPropertyAndNothingElse) {
             EXPECT_TRUE(node[key]) << node["identifier"] << " has no " << key;
         }
     }
-    EXPECT_EQ(names, (std::set<std::string>{"resource", "card", "sound", "frequency", "level", "channels"}));
+    EXPECT_EQ(names, (std::set<std::string>{"resource", "card", "matrix", "sound", "frequency", "level", "channels"}));
 }
 
 TEST(Metadata, ReachesTheFramework) {
@@ -109,7 +109,7 @@ TEST(Metadata, ReachesTheFramework) {
     ASSERT_NE(metadata, nullptr);
     EXPECT_STREQ(mlt_properties_get(metadata, "title"), "Bars and Tone");
     const auto parameters = static_cast<mlt_properties>(mlt_properties_get_data(metadata, "parameters", nullptr));
-    EXPECT_EQ(mlt_properties_count(parameters), 6);
+    EXPECT_EQ(mlt_properties_count(parameters), 7);
 }
 
 TEST(ModulePlace, IsTheFolderAboveTheOneOfLibraries) {

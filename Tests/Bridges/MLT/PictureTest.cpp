@@ -186,6 +186,26 @@ TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressive) {
     EXPECT_EQ(mlt_properties_get_double(properties, "aspect_ratio"), 1.0);
 }
 
+// 75 % yellow is 161, 44, 142 in BT.601 and 168, 44, 136 in BT.709.
+TEST(Picture, IsInTheMatrixOfTheProfileWhenToldTo) {
+    const auto profile = test::MakeProfile(kPal);
+    const auto clip = test::MakeClip(*profile, {{"matrix", "profile"}});
+    const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
+    const Image image = ImageOf(*frame, mlt_image_yuv422, 0, 0);
+    EXPECT_EQ(mlt_properties_get_int(MLT_FRAME_PROPERTIES(frame.get()), "colorspace"), 709);
+    const std::size_t yellow = 1920 * 10 + 540;
+    EXPECT_EQ(image.codes.planes[0][yellow], 168);
+    EXPECT_EQ(image.codes.planes[1][yellow / 2], 44);
+    EXPECT_EQ(image.codes.planes[2][yellow / 2], 136);
+    const auto& luma = image.codes.planes[0];
+    EXPECT_NE(std::find(luma.begin(), luma.end(), 12), luma.end()) << "nothing is left below black";
+
+    profile->colorspace = 601;
+    const auto next = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
+    EXPECT_EQ(ImageOf(*next, mlt_image_yuv422, 0, 0).codes.planes[0][yellow], 161);
+    EXPECT_EQ(mlt_properties_get_int(MLT_FRAME_PROPERTIES(next.get()), "colorspace"), 601);
+}
+
 TEST(Picture, IsDrawnOnceASize) {
     const auto profile = test::MakeProfile(kPal);
     const auto clip = test::MakeClip(*profile);

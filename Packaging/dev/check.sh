@@ -60,7 +60,7 @@ check_memory() {
 
 verb_check() {
     [ "$#" = 0 ] || fail "check takes no arguments"
-    need product desktop tests benchmarks check
+    need product desktop tests mlt mlt-tests benchmarks check
     step "Layout (clang-format)" check_layout
     step "Warnings (Clang)" check_warnings
     step "Lint (clang-tidy)" check_tidy

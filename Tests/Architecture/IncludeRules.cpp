@@ -55,7 +55,7 @@ const std::vector<FolderRule> kFolderRules = {
      {"boost/", "CLI/", "fmt/", "nlohmann/", "Q"}},
     {"Bridges/MLT/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
-     {"fmt/", "framework/", "mlt"}},
+     {"dlfcn.h", "fmt/", "framework/"}},
 };
 
 // What only these files may mention, tests aside.

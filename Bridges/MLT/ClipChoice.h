@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Host/Lineup/Export/ExportSettings.h"
+#include "Host/Lineup/ToneChoice.h"
+
+#include <array>
+#include <framework/mlt.h>
+#include <functional>
+#include <string>
+
+namespace bridge {
+
+/// Says one sentence to the person at the log.
+using Complain = std::function<void(const std::string&)>;
+
+/// What a producer's properties ask for.
+struct ClipChoice {
+    lineup::ToneChoice tone;  ///< without a sample rate: that is the consumer's
+    lineup::Card card = lineup::Card::Auto;
+    bool inMatrixOfProfile = false;  ///< instead of BT.601, the card's own
+};
+
+/// A producer's properties as text, in the order of the table; empty where one is not set.
+using PropertyTexts = std::array<std::string, 6>;
+
+/// Brings `texts` up to date; whether one of them has changed.
+bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);
+
+/// The choice that `texts` stand for. Every value that cannot be had is replaced by the nearest that can, with
+/// a sentence that names the property and its range.
+[[nodiscard]] ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain);
+
+/// The settings record of the chosen clip at `rateHz`. A frequency above half the rate is brought down to
+/// it, with a sentence.
+[[nodiscard]] BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice, int rateHz,
+                                           const Complain& complain);
+
+}  // namespace bridge

@@ -1,0 +1,50 @@
+#include "Bridges/MLT/Properties.h"
+
+#include "Host/Lineup/ChannelLayout.h"
+#include "Host/Lineup/Idents.h"
+
+#include <array>
+#include <vector>
+
+namespace bridge {
+
+namespace {
+
+using Names = std::vector<std::string_view>;
+
+template <class Row>
+Names NamesOf(std::string_view first, std::span<const Row> rows) {
+    Names names{first};
+    for (const Row& row : rows) {
+        names.push_back(row.name);
+    }
+    return names;
+}
+
+}  // namespace
+
+const NameProperty& CardProperty() {
+    static constexpr std::array<std::string_view, 3> kNames = {"auto", "hd", "sd"};
+    static constexpr NameProperty kProperty{"card", kNames};
+    return kProperty;
+}
+
+const NameProperty& MatrixProperty() {
+    static constexpr std::array<std::string_view, 2> kNames = {"601", "profile"};
+    static constexpr NameProperty kProperty{"matrix", kNames};
+    return kProperty;
+}
+
+const NameProperty& SoundProperty() {
+    static const Names names = NamesOf("tone", lineup::Idents());
+    static const NameProperty property{"sound", names};
+    return property;
+}
+
+const NameProperty& ChannelsProperty() {
+    static const Names names = NamesOf("auto", lineup::ChannelLayouts());
+    static const NameProperty property{"channels", names};
+    return property;
+}
+
+}  // namespace bridge

@@ -1,0 +1,75 @@
+#include "Tests/Bridges/MLT/PlugInSound.h"
+
+#include "Host/Lineup/Importer.h"
+
+#include <array>
+#include <cstring>
+
+namespace test {
+
+namespace {
+
+constexpr int kBuffers = 6;
+
+// Where the plug-in has what a file has at each place.
+constexpr std::array<std::size_t, 6> kSurround = {0, 1, 4, 5, 2, 3};
+
+}  // namespace
+
+Planes PlugInSound(const BarsAndToneInfo& settings, std::int64_t start, std::int64_t count) {
+    static const lineup::Importer importer(TEST_BUNDLE);
+    const auto tenth = static_cast<std::int64_t>(settings.sampleRate) / 10;
+    const std::int64_t firstBlock = start / tenth;
+    const std::int64_t endBlock = (start + count + tenth - 1) / tenth;
+    const auto length = static_cast<std::size_t>((endBlock - firstBlock) * tenth);
+    Planes blocks(kBuffers, std::vector<float>(length));
+    for (std::int64_t block = firstBlock; block < endBlock; ++block) {
+        std::array<float*, kBuffers> buffers{};
+        for (std::size_t c = 0; c < buffers.size(); ++c) {
+            buffers.at(c) = blocks[c].data() + (block - firstBlock) * tenth;
+        }
+        importer.ReadAudio({.prefs = &settings}, block * tenth, static_cast<std::uint32_t>(tenth), buffers.data());
+    }
+    Planes planes;
+    for (std::size_t place = 0; place < settings.numChannels; ++place) {
+        const auto& plane = blocks[settings.numChannels == 6 ? kSurround.at(place) : place];
+        const auto begin = plane.begin() + (start - firstBlock * tenth);
+        planes.emplace_back(begin, begin + count);
+    }
+    return planes;
+}
+
+BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz) {
+    BarsAndToneInfo settings;
+    settings.sampleRate = rateHz;
+    settings.numChannels = numChannels;
+    settings.channelType = ChannelTypeFor(numChannels);
+    return settings;
+}
+
+BarsAndToneInfo IdentSettings(IdentifierFormat format, float rateHz) {
+    BarsAndToneInfo settings = Tone(format >= EBUMultichannel ? 6 : 2, rateHz);
+    settings.identifyChannels = 1;
+    settings.identifierFormat = format;
+    return settings;
+}
+
+std::string Difference(const Planes& planes, const Planes& expected) {
+    if (planes.size() != expected.size()) {
+        return std::to_string(planes.size()) + " channels instead of " + std::to_string(expected.size());
+    }
+    for (std::size_t c = 0; c < planes.size(); ++c) {
+        if (planes[c].size() != expected[c].size()) {
+            return std::to_string(planes[c].size()) + " samples instead of " + std::to_string(expected[c].size());
+        }
+        for (std::size_t i = 0; i < planes[c].size(); ++i) {
+            if (std::memcmp(&planes[c][i], &expected[c][i], sizeof(float)) != 0) {
+                return "channel " + std::to_string(c) + " sample " + std::to_string(i) + ": " +
+                       std::to_string(planes[c][i]) + " instead of " + std::to_string(expected[c][i]);
+            }
+        }
+    }
+    return {};
+}
+
+}  // namespace test

@@ -5,11 +5,13 @@ pkg_get_variable(MLT_PREFIX mlt-framework-7 prefix)
 file(RELATIVE_PATH module_folder ${MLT_PREFIX} ${MLT_MODULE_DIR})
 set(private lib/lineup)
 
-# From the module's folder to the libraries' own.
+# One run path for the build tree and the installed one: a run path that is edited on installation is padded
+# before, and padding stands for the current folder.
 string(REGEX REPLACE "[^/]+" ".." to_prefix ${module_folder})
-set_target_properties(mltlineup PROPERTIES INSTALL_RPATH $ORIGIN/${to_prefix}/${private})
+set_target_properties(mltlineup PROPERTIES INSTALL_RPATH "$ORIGIN/..;$ORIGIN/${to_prefix}/${private}")
 set_target_properties(lineup zelcore PROPERTIES INSTALL_RPATH $ORIGIN)
-set_target_properties(BarsAndToneModule PROPERTIES INSTALL_RPATH $ORIGIN/../../..)
+set_target_properties(BarsAndToneModule PROPERTIES INSTALL_RPATH "$ORIGIN/../../../lib;$ORIGIN/../../..")
+set_target_properties(mltlineup lineup zelcore BarsAndToneModule PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 
 install(TARGETS mltlineup LIBRARY DESTINATION ${module_folder} COMPONENT mlt EXCLUDE_FROM_ALL)
 install(TARGETS lineup zelcore LIBRARY DESTINATION ${private} COMPONENT mlt EXCLUDE_FROM_ALL)

@@ -1,11 +1,12 @@
 #include "Apps/studio/Export/ExportJob.h"
 
 #include <exception>
+#include <utility>
 
 namespace studio {
 
-ExportJob::ExportJob(std::shared_ptr<const lineup::Clip> clip, const lineup::ExportSettings& settings, QObject* parent)
-    : QObject(parent), mClip(std::move(clip)), mSettings(settings) {}
+ExportJob::ExportJob(std::shared_ptr<const lineup::Clip> clip, lineup::ExportSettings settings, QObject* parent)
+    : QObject(parent), mClip(std::move(clip)), mSettings(std::move(settings)) {}
 
 ExportJob::~ExportJob() {
     Cancel();

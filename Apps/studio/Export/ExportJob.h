@@ -16,8 +16,7 @@ class ExportJob : public QObject {
     Q_OBJECT
 
 public:
-    ExportJob(std::shared_ptr<const lineup::Clip> clip, const lineup::ExportSettings& settings,
-              QObject* parent = nullptr);
+    ExportJob(std::shared_ptr<const lineup::Clip> clip, lineup::ExportSettings settings, QObject* parent = nullptr);
     ~ExportJob() override;
 
     /// Starts it. Once.

@@ -25,9 +25,9 @@ QString Sentence(QAudio::Error error) {
 // Lives in the output's thread: there the sound library pulls.
 class Feeder : public QObject {
 public:
-    Feeder(std::shared_ptr<ClipPlayback> playback, const QAudioDevice& device, const QAudioFormat& format,
+    Feeder(std::shared_ptr<ClipPlayback> playback, QAudioDevice device, const QAudioFormat& format,
            DeviceOutput& output)
-        : mPlayback(std::move(playback)), mDevice(device), mFormat(format), mOutput(output) {}
+        : mPlayback(std::move(playback)), mDevice(std::move(device)), mFormat(format), mOutput(output) {}
 
     void Start() {
         mPull = std::make_unique<PullDevice>(mPlayback, mFormat.sampleFormat());

@@ -37,7 +37,7 @@ qint64 PullDevice::readData(char* data, qint64 maxSize) {
         ConvertSamples(part, mFormat, data + done * sampleBytes);
         done += part.size();
     }
-    return static_cast<qint64>(wanted * sampleBytes);
+    return static_cast<qint64>(wanted) * static_cast<qint64>(sampleBytes);
 }
 
 qint64 PullDevice::writeData(const char* /*data*/, qint64 /*maxSize*/) {

@@ -1,6 +1,7 @@
 #include "Apps/studio/Views/CardPicture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace studio {
@@ -8,7 +9,7 @@ namespace studio {
 namespace {
 
 int Code8(float value) {
-    return static_cast<int>(std::clamp(value, 0.0F, 1.0F) * 255.0F + 0.5F);
+    return static_cast<int>(std::lround(std::clamp(value, 0.0F, 1.0F) * 255.0F));
 }
 
 QImage ToScreen(const lineup::FloatPicture& frame) {

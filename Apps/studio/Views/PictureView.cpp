@@ -68,9 +68,12 @@ QRectF PictureView::Frame() const {
 
 bool PictureView::event(QEvent* event) {
     // The window has its own use for the arrow keys; here they point.
-    if (event->type() == QEvent::ShortcutOverride && StepOf(*static_cast<QKeyEvent*>(event))) {
-        event->accept();
-        return true;
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* const key = dynamic_cast<QKeyEvent*>(event);
+        if (key != nullptr && StepOf(*key)) {
+            event->accept();
+            return true;
+        }
     }
     return QWidget::event(event);
 }

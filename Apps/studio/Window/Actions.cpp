@@ -14,11 +14,11 @@ constexpr const char* kView = "&View";
 constexpr const char* kHelp = "&Help";
 
 struct Row {
-    Act act;
-    const char* menu;
-    const char* name;  // for the object, too
-    const char* text;
-    const char* shortcut;
+    Act act{};
+    const char* menu = nullptr;
+    const char* name = nullptr;  // for the object, too
+    const char* text = nullptr;
+    const char* shortcut = nullptr;
     bool isSwitch = false;
     bool beginsGroup = false;
 };

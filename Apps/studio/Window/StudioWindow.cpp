@@ -212,7 +212,7 @@ void StudioWindow::ShowTitle() {
 }
 
 void StudioWindow::ShowPosition() {
-    const double rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
+    const auto rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
     mLanes->SetPlayhead(mPlayer.Position(), mPlayer.IsPlaying());
     mTransport->ShowTime(static_cast<double>(mPlayer.Position()) / rateHz,
                          static_cast<double>(mPlayer.Length()) / rateHz);
@@ -235,7 +235,7 @@ void StudioWindow::Tick() {
 }
 
 void StudioWindow::SeekBy(double seconds) {
-    const double rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
+    const auto rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
     mPlayer.Seek(mPlayer.Position() + std::llround(seconds * rateHz));
 }
 

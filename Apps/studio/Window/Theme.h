@@ -12,7 +12,7 @@ enum class Appearance { System, Light, Dark };
 
 /// The colours of everything that the window draws itself.
 struct Theme {
-    bool isDark;
+    bool isDark = false;
     QColor window;  ///< behind the panels
     QColor panel;   ///< fields and lists
     QColor button;

@@ -25,7 +25,7 @@ void ToneEditor::Edit() {
     }
 }
 
-void ToneEditor::Close() {
+void ToneEditor::Close() const {
     if (QWidget* const dialog = QApplication::activeModalWidget(); mIsOpen && dialog != nullptr) {
         dialog->close();
     }

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool IsOpen() const noexcept { return mIsOpen; }
 
     /// Closes the dialog as if by its close box.
-    void Close();
+    void Close() const;
 
 private:
     StudioDocument& mDocument;

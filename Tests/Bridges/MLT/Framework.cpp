@@ -8,7 +8,7 @@
 
 // The framework's own modules keep memory until the process ends; they are unloaded by then and cannot be named in a
 // list of exceptions. Everything else that the address sanitizer looks for, it looks for here too.
-extern "C" int __lsan_is_turned_off();  // NOLINT(bugprone-reserved-identifier): the sanitizer's name
+extern "C" [[gnu::visibility("default")]] int __lsan_is_turned_off();  // NOLINT(bugprone-reserved-identifier): its name
 extern "C" int __lsan_is_turned_off() {
     return 1;
 }

@@ -146,9 +146,9 @@ int GetAudio(mlt_frame frame, void** buffer, mlt_audio_format* format, int* rate
 }
 
 void DescribePicture(mlt_producer producer, mlt_frame frame) {
-    const mlt_properties properties = MLT_FRAME_PROPERTIES(frame);
+    mlt_properties properties = MLT_FRAME_PROPERTIES(frame);
     const double aspect = mlt_properties_get_double(MLT_PRODUCER_PROPERTIES(producer), "aspect_ratio");
-    const mlt_profile profile = mlt_service_profile(MLT_PRODUCER_SERVICE(producer));
+    mlt_profile profile = mlt_service_profile(MLT_PRODUCER_SERVICE(producer));
     mlt_properties_set_int(properties, "progressive", 1);
     mlt_properties_set_int(properties, "colorspace", kBt601);
     mlt_properties_set_int(properties, "full_range", 0);
@@ -189,7 +189,7 @@ void Close(mlt_producer producer) {
 void SetUp(mlt_producer producer, const char* argument) {
     producer->get_frame = GetFrame;
     producer->close = reinterpret_cast<mlt_destructor>(Close);
-    const mlt_properties properties = MLT_PRODUCER_PROPERTIES(producer);
+    mlt_properties properties = MLT_PRODUCER_PROPERTIES(producer);
     const bool named = argument != nullptr && *argument != '\0' && *argument != '<';
     mlt_properties_set(properties, "resource", named ? argument : "tone");
     if (named) {

@@ -20,8 +20,11 @@ public:
     /// `rateHz` is a NearestRate. Throws lineup::Error when the clip cannot be opened.
     Sound(const std::shared_ptr<const lineup::Importer>& importer, const ClipChoice& choice, int rateHz,
           const Complain& complain);
+    ~Sound() = default;
     Sound(const Sound&) = delete;
     Sound& operator=(const Sound&) = delete;
+    Sound(Sound&&) = delete;
+    Sound& operator=(Sound&&) = delete;
 
     [[nodiscard]] int RateHz() const noexcept { return mRateHz; }
 

@@ -35,7 +35,7 @@ WriteMediaFunction& WriterOf(FileKind kind) {
         case FileKind::Movie:
             break;
     }
-    return *MediaLibrary::Get().writeMedia;
+    return *MediaLibrary::Get().WriteMedia();
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ Function* Find(const DynamicLibrary& library, const char* name) {
 }  // namespace
 
 MediaLibrary::MediaLibrary(const DynamicLibrary& library)
-    : writeMedia(Find<WriteMediaFunction>(library, kWriteMediaName)),
-      writePng(Find<WritePngFunction>(library, kWritePngName)) {}
+    : mWriteMedia(Find<WriteMediaFunction>(library, kWriteMediaName)),
+      mWritePng(Find<WritePngFunction>(library, kWritePngName)) {}
 
 const MediaLibrary& MediaLibrary::Get() {
     // Never unloaded: exceptions it threw may still be on their way when the process ends.

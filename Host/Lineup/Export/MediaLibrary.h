@@ -11,11 +11,14 @@ public:
     /// Throws Error when it is not installed, or is of another version.
     static const MediaLibrary& Get();
 
-    WriteMediaFunction* const writeMedia;
-    WritePngFunction* const writePng;
+    [[nodiscard]] WriteMediaFunction* WriteMedia() const noexcept { return mWriteMedia; }
+    [[nodiscard]] WritePngFunction* WritePng() const noexcept { return mWritePng; }
 
 private:
     explicit MediaLibrary(const DynamicLibrary& library);
+
+    WriteMediaFunction* mWriteMedia;
+    WritePngFunction* mWritePng;
 };
 
 }  // namespace lineup

@@ -42,7 +42,7 @@ struct S16 {
         const Integers steps = Convert<16>(Load(samples));
         const Integers narrow = Narrowed(steps, steps);
         for (int lane = 0; lane < kLanes; ++lane) {
-            StoreHalf(packed + 8 * lane, Lane(narrow, lane));
+            StoreHalf(packed + std::ptrdiff_t{8} * lane, Lane(narrow, lane));
         }
     }
     static void Two(const float* first, const float* second, std::uint8_t* packed) {
@@ -50,7 +50,7 @@ struct S16 {
         const Integers b = Convert<16>(Load(second));
         const Integers narrow = Narrowed(LowPairs(a, b), HighPairs(a, b));
         for (int lane = 0; lane < kLanes; ++lane) {
-            Store(packed + 16 * lane, Lane(narrow, lane));
+            Store(packed + std::ptrdiff_t{16} * lane, Lane(narrow, lane));
         }
     }
 };
@@ -61,7 +61,7 @@ struct S24 {
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers squeezed = Squeezed(Convert<24>(Load(samples)));
         for (int lane = 0; lane < kLanes; ++lane) {
-            StoreSqueezed(packed + 12 * lane, Lane(squeezed, lane));
+            StoreSqueezed(packed + std::ptrdiff_t{12} * lane, Lane(squeezed, lane));
         }
     }
     static void Two(const float* first, const float* second, std::uint8_t* packed) {
@@ -70,8 +70,8 @@ struct S24 {
         const Integers low = Squeezed(LowPairs(a, b));
         const Integers high = Squeezed(HighPairs(a, b));
         for (int lane = 0; lane < kLanes; ++lane) {
-            StoreSqueezed(packed + 24 * lane, Lane(low, lane));
-            StoreSqueezed(packed + 24 * lane + 12, Lane(high, lane));
+            StoreSqueezed(packed + std::ptrdiff_t{24} * lane, Lane(low, lane));
+            StoreSqueezed(packed + std::ptrdiff_t{24} * lane + 12, Lane(high, lane));
         }
     }
 
@@ -93,15 +93,15 @@ struct Of32 {
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers values = kConvert(Load(samples));
         for (int lane = 0; lane < kLanes; ++lane) {
-            Store(packed + 16 * lane, Lane(values, lane));
+            Store(packed + std::ptrdiff_t{16} * lane, Lane(values, lane));
         }
     }
     static void Two(const float* first, const float* second, std::uint8_t* packed) {
         const Integers a = kConvert(Load(first));
         const Integers b = kConvert(Load(second));
         for (int lane = 0; lane < kLanes; ++lane) {
-            Store(packed + 32 * lane, Lane(LowPairs(a, b), lane));
-            Store(packed + 32 * lane + 16, Lane(HighPairs(a, b), lane));
+            Store(packed + std::ptrdiff_t{32} * lane, Lane(LowPairs(a, b), lane));
+            Store(packed + std::ptrdiff_t{32} * lane + 16, Lane(HighPairs(a, b), lane));
         }
     }
 };

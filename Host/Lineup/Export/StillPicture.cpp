@@ -8,7 +8,7 @@ namespace lineup {
 
 void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target, bool overwrite) {
     CheckPictureSize(*FindVideoCodec("png"), width, height);
-    MediaLibrary::Get().writePng(clip, width, height, card, target, overwrite);
+    MediaLibrary::Get().WritePng()(clip, width, height, card, target, overwrite);
 }
 
 }  // namespace lineup

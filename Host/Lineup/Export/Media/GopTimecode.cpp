@@ -36,8 +36,8 @@ void GopTimecode::Set(std::span<std::uint8_t> picture, std::int64_t index) const
     if (head.empty() || picture.end() - head.end() < static_cast<std::ptrdiff_t>(kFieldBytes)) {
         throw Error("cannot repeat a picture: it has no time code to set");
     }
-    const std::int64_t secondsADay = 24 * 60 * 60;
-    auto number = static_cast<int>((mFirst + index) % (secondsADay * mFramesPerSecond));
+    constexpr std::int64_t kSecondsADay = 86'400;
+    auto number = static_cast<int>((mFirst + index) % (kSecondsADay * mFramesPerSecond));
     if (mDropFrame) {
         number = av_timecode_adjust_ntsc_framenum2(static_cast<int>(mFirst + index), mFramesPerSecond);
     }

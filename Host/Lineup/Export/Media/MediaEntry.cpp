@@ -3,9 +3,9 @@
 #include "Host/Lineup/Export/Media/MediaFile.h"
 #include "Host/Lineup/Export/Media/PngFile.h"
 
-using namespace lineup;
-
 // What liblineup looks up by name; everything else in this library is its own affair.
+namespace lineup {
+
 extern "C" {
 
 LINEUP_API void lineupWriteMedia(const Clip& clip, const ExportSettings& settings, const ExportPlan& plan,
@@ -21,3 +21,5 @@ LINEUP_API void lineupWritePng(const Clip& clip, int width, int height, Card car
 
 static_assert(std::is_same_v<decltype(lineupWriteMedia), WriteMediaFunction>);
 static_assert(std::is_same_v<decltype(lineupWritePng), WritePngFunction>);
+
+}  // namespace lineup

@@ -5,8 +5,7 @@
 
 namespace lineup {
 
-RepeatedPicture::RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode)
-    : mTimecode(std::move(timecode)) {
+RepeatedPicture::RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode) : mTimecode(timecode) {
     mCopies.push_back(std::move(picture));
 }
 

@@ -60,8 +60,8 @@ const Json& Member(const Json& object, const char* name) {
 
 // Whole numbers only, none of them cut to fit.
 std::int64_t Whole(const Json& value, const char* name, std::int64_t least, std::int64_t most) {
-    const bool isWhole = value.is_number_integer() &&
-                         !(value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{INT64_MAX});
+    const bool isTooLarge = value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{INT64_MAX};
+    const bool isWhole = value.is_number_integer() && !isTooLarge;
     if (!isWhole || value.get<std::int64_t>() < least || value.get<std::int64_t>() > most) {
         throw Error(fmt::format("it is damaged: \"{}\" must be a whole number from {} to {}", name, least, most));
     }
@@ -156,6 +156,8 @@ ClipDocument Parse(const std::string& bytes) {
 }  // namespace
 
 bool ClipDocument::operator==(const ClipDocument& other) const noexcept {
+    // The settings are their bytes: what no field names is kept and compared too.
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-exp42-c)
     return std::memcmp(&settings, &other.settings, sizeof settings) == 0 && picture == other.picture &&
            lengthFrames == other.lengthFrames;
 }

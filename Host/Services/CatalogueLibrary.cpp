@@ -21,6 +21,7 @@ ReadCatalogueFunction* Load() {
 }  // namespace
 
 ReadCatalogueFunction* CatalogueReader() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): a function
     static ReadCatalogueFunction* const reader = Load();
     return reader;
 }

@@ -7,7 +7,6 @@
 #include <locale>
 #include <stdexcept>
 #include <type_traits>
-#include <utility>
 
 namespace zelcore {
 
@@ -20,7 +19,7 @@ constexpr const char* kDomain = "BarsAndTone";
 
 class MessageFacet : public Translations {
 public:
-    explicit MessageFacet(std::locale messages) : mMessages(std::move(messages)) {}
+    explicit MessageFacet(const std::locale& messages) : mMessages(messages) {}
 
     [[nodiscard]] std::optional<std::string> Find(const std::string& key) const override {
         const char* const text = std::use_facet<Messages>(mMessages).get(0, nullptr, key.c_str());

@@ -188,7 +188,6 @@ constexpr double kStraight = 0x1p-27;
 
 void Adjust(const Turns* from, double step, Turns* turns) {
     const double difference = step - from->step;
-    turns->step = step;
     if (!(Magnitude(difference) * kBlock < kStraight)) {
         Rotate(0.0, step, 1.0, kBlock, turns->sines, turns->cosines);
         return;
@@ -208,7 +207,7 @@ void Adjust(const Turns* from, double step, Turns* turns) {
 // at a time; b are the turns, the same for all blocks.
 void OfStretch(const Turns* waveTurns, double phase, double increment, double amplitude, float* out, long long count) {
     const Doubles uncertainty = UncertaintyOf(amplitude);
-    Turns turns;  // NOLINT(*-member-init): Adjust writes it all
+    Turns turns;  // NOLINT(*-member-init): Adjust writes the table
     Adjust(waveTurns, increment, &turns);
     double sines[kBlock];    // NOLINT(*-avoid-c-arrays)
     double cosines[kBlock];  // NOLINT(*-avoid-c-arrays)

@@ -49,4 +49,16 @@ inline void Race(benchmark::State& state, int callsPerTurn, const std::function<
     }
 }
 
+/// The main function of a program whose benchmarks `registerAll` registers.
+inline int RunAll(int argc, char** argv, void (*registerAll)()) {
+    registerAll();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
+
 }  // namespace bench

@@ -61,7 +61,7 @@ void RaceSixChannels(benchmark::State& state, int samples) {
                 {{"plain", [&] { WritePlainChannels(wave, channels.data(), samples); }}});
 }
 
-[[maybe_unused]] const bool kRegistered = [] {
+void RegisterAll() {
     ippSafeInit();
     for (std::int32_t variant = 0; variant <= ippJumpIndexForMergedLibs; ++variant) {
         for (const double frequency : kFrequencies) {
@@ -82,9 +82,10 @@ void RaceSixChannels(benchmark::State& state, int samples) {
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
     }
-    return true;
-}();
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    return bench::RunAll(argc, argv, RegisterAll);
+}

@@ -80,6 +80,20 @@ TEST(FrameFill, WritesLargeBlocksLikeSmallOnes) {
     }
 }
 
+// Rows so long belong to frames larger than any cache: their lines are streamed where every row begins alike.
+TEST(FrameFill, WritesRowsOfTheLargestFramesLikeSmallOnes) {
+    constexpr int kLongRow = 655'360;
+    for (const Format& format : kFormats) {
+        for (const int width : {7, 8, 9, 31, 32, 33, 400, 2001}) {
+            for (const std::size_t offset : {0U, 4U, 16U, 48U, 63U}) {
+                ExpectLikePlainFill(kLongRow, width, 3, format, offset);
+                ExpectLikePlainFill(kLongRow + 16, width, 3, format, offset);
+                ExpectLikePlainFill(-kLongRow, width, 3, format, offset);
+            }
+        }
+    }
+}
+
 TEST(FrameFill, FollowsNegativeAndOddRowStrides) {
     for (const Format& format : kFormats) {
         for (const int width : {1, 5, 40}) {

@@ -7,6 +7,7 @@ import time
 
 FRAME_RATE = 25
 SCALED_SECONDS = 4  # of media, for rivals that would take minutes
+MEBIBYTE = bytes(1 << 20)
 
 
 class Runner:
@@ -31,11 +32,21 @@ class Runner:
         for name in os.listdir(self.folder):
             os.remove(os.path.join(self.folder, name))
 
+    def ready_memory(self, size):
+        """Writes and removes a file. The system's memory for as large a file is then at hand: a virtual machine
+        may have given it back to its host, and getting it again takes longer than anything measured here."""
+        name = os.path.join(self.folder, "ready")
+        with open(name, "wb", buffering=0) as file:
+            for _ in range(size // len(MEBIBYTE) + 1):
+                file.write(MEBIBYTE)
+        os.remove(name)
+
     def time(self, command, seconds, size=0, waits=False):
-        """The wall-clock seconds of one run into a folder that is empty. What the run before left to be
-        written to the disk is written first."""
+        """The wall-clock seconds of one run into a folder that is empty, with memory at hand for a file of `size`
+        bytes. What the run before left to be written to the disk is written first."""
         self.clear()
         os.sync()
+        self.ready_memory(size)
         line = self.line(command, seconds, size, waits)
         start = time.perf_counter()
         subprocess.run(["/bin/sh", "-c", "exec " + line if "&&" not in line else line], check=True,
@@ -45,20 +56,24 @@ class Runner:
     def rival_time(self, rival, seconds, size):
         """The rival's time for `seconds` of media, and whether it was scaled up from fewer."""
         if not rival.scaled or self.unscaled or seconds <= SCALED_SECONDS:
-            return self.time(rival.command, seconds, size), False
-        start = self.time(rival.command, 1 / FRAME_RATE)
-        shorter = self.time(rival.command, SCALED_SECONDS)
+            return self.time(rival.command, seconds, size, rival.waits), False
+        start = self.time(rival.command, 1 / FRAME_RATE, size)
+        shorter = self.time(rival.command, SCALED_SECONDS, size)
         return start + (shorter - start) * seconds / SCALED_SECONDS, True
+
+    def size_of(self, contest, seconds):
+        """The bytes of our file, from a run that is not measured."""
+        self.time(contest.command, seconds)
+        return os.path.getsize(os.path.join(self.folder, contest.out)) if contest.out else 0
 
     def race(self, contest, seconds):
         """A row for each rival: medians over the rounds, the ratio being the median of each round's."""
         times = {rival.name: [] for rival in contest.rivals}
-        ours, scaled, size = {rival.name: [] for rival in contest.rivals}, set(), 0
+        ours, scaled = {rival.name: [] for rival in contest.rivals}, set()
+        size = self.size_of(contest, seconds)
         for _ in range(self.rounds):
             for rival in contest.rivals:
-                ours[rival.name].append(self.time(contest.command, seconds, waits=rival.waits))
-                if contest.out:
-                    size = os.path.getsize(os.path.join(self.folder, contest.out))
+                ours[rival.name].append(self.time(contest.command, seconds, size, rival.waits))
                 taken, was_scaled = self.rival_time(rival, seconds, size)
                 times[rival.name].append(taken)
                 if was_scaled:

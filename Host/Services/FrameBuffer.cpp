@@ -1,43 +1,17 @@
 #include "Host/Services/FrameBuffer.h"
 
 #include "Host/Interface/Frame/PixelFormats.h"
+#include "Host/Services/FrameMemory.h"
 
 #include <limits>
-#include <new>
 #include <stdexcept>
 #include <string>
-
-#if __has_include(<sys/mman.h>)
-#include <sys/mman.h>
-#endif
 
 namespace zelcore {
 
 namespace {
 
 constexpr int kLineBytes = 64;  // of a cache; rows begin on one
-
-// Large frames lie on the system's large pages: a row of a high-definition frame has eight small ones.
-constexpr std::size_t kLargePage = 2'097'152;
-
-struct AlignedDelete {
-    std::align_val_t alignment{};
-    void operator()(std::uint8_t* memory) const noexcept { ::operator delete(memory, alignment); }
-};
-using Memory = std::unique_ptr<std::uint8_t, AlignedDelete>;
-
-Memory Allocate(std::size_t bytes) {
-    const bool large = bytes >= kLargePage;
-    const std::align_val_t alignment{large ? kLargePage : std::size_t{kLineBytes}};
-    Memory memory(static_cast<std::uint8_t*>(::operator new(bytes, alignment)), AlignedDelete{alignment});
-#if defined(MADV_HUGEPAGE)
-    if (large) {
-        // A hint: a system without large pages goes on with small ones.
-        static_cast<void>(madvise(memory.get(), bytes / kLargePage * kLargePage, MADV_HUGEPAGE));
-    }
-#endif
-    return memory;
-}
 
 int BytesPerPixel(std::uint32_t pixelFormat) {
     switch (pixelFormat) {
@@ -74,7 +48,7 @@ struct FrameBuffer::Frame : vexelFrame {
     int height = 0;
     std::uint32_t pixelFormat = 0;
     int rowBytes = 0;
-    Memory memory;
+    FrameMemory memory;
 };
 
 FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
@@ -87,8 +61,8 @@ FrameBuffer::FrameBuffer(int width, int height, std::uint32_t pixelFormat) {
     mFrame->height = height;
     mFrame->pixelFormat = pixelFormat;
     mFrame->rowBytes = rowBytes;
-    mFrame->memory = Allocate(bytes);
-    mFrame->pixels = mFrame->memory.get();
+    mFrame->memory = AllocateFrameMemory(bytes);
+    mFrame->pixels = reinterpret_cast<std::uint8_t*>(mFrame->memory.get());
 }
 
 FrameBuffer::~FrameBuffer() = default;

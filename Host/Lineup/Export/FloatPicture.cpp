@@ -2,9 +2,7 @@
 
 #include "Host/Interface/Frame/PixelFormats.h"
 
-#include <algorithm>
-#include <array>
-#include <new>
+#include <memory>
 
 namespace lineup {
 
@@ -52,10 +50,13 @@ FloatPicture::FloatPicture(int width, int height)
     : mWidth(width),
       mHeight(height),
       mStride((static_cast<std::size_t>(width) + kFloatsPerAlignment - 1) / kFloatsPerAlignment * kFloatsPerAlignment),
-      mValues(new(std::align_val_t{kAlignmentBytes}) float[mStride * static_cast<std::size_t>(height) * kPlanes]{}) {}
+      mMemory(zelcore::AllocateFrameMemory(NumValues() * sizeof(float))),
+      mValues(reinterpret_cast<float*>(mMemory.get())) {
+    std::uninitialized_fill_n(mValues, NumValues(), 0.0F);
+}
 
-void FloatPicture::Release::operator()(float* memory) const noexcept {
-    ::operator delete[](memory, std::align_val_t{kAlignmentBytes});
+std::size_t FloatPicture::NumValues() const noexcept {
+    return mStride * static_cast<std::size_t>(mHeight) * kPlanes;
 }
 
 std::ptrdiff_t FloatPicture::StrideBytes() const noexcept {
@@ -68,11 +69,11 @@ std::size_t FloatPicture::Offset(int plane, int line) const noexcept {
 }
 
 std::span<float> FloatPicture::Line(int plane, int line) noexcept {
-    return {mValues.get() + Offset(plane, line), static_cast<std::size_t>(mWidth)};
+    return {mValues + Offset(plane, line), static_cast<std::size_t>(mWidth)};
 }
 
 std::span<const float> FloatPicture::Line(int plane, int line) const noexcept {
-    return {mValues.get() + Offset(plane, line), static_cast<std::size_t>(mWidth)};
+    return {mValues + Offset(plane, line), static_cast<std::size_t>(mWidth)};
 }
 
 Card ResolveCard(Card card, int height) {

@@ -3,9 +3,9 @@
 #include "Host/Lineup/Api.h"
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/Export/ExportSettings.h"
+#include "Host/Services/FrameMemory.h"
 
 #include <cstddef>
-#include <memory>
 #include <span>
 
 namespace lineup {
@@ -30,16 +30,14 @@ public:
     [[nodiscard]] std::span<const float> Line(int plane, int line) const noexcept;
 
 private:
+    [[nodiscard]] std::size_t NumValues() const noexcept;
     [[nodiscard]] std::size_t Offset(int plane, int line) const noexcept;
-
-    struct Release {
-        void operator()(float* memory) const noexcept;
-    };
 
     int mWidth;
     int mHeight;
     std::size_t mStride;  // floats
-    std::unique_ptr<float[], Release> mValues;
+    zelcore::FrameMemory mMemory;
+    float* mValues;  // in mMemory
 };
 
 /// The card that `card` stands for in a picture of `height` lines: HD or SD.

@@ -10,20 +10,20 @@ namespace lineup {
 
 namespace {
 
-// Holds small fields, such as those of an index, until there are enough of them for a write.
-constexpr int kBufferBytes = 1 << 20;
+// Of the media library's own buffer, which holds single numbers until the next field.
+constexpr int kBufferBytes = 1 << 12;
 
-TargetFile& FileOf(void* opaque) {
-    return *static_cast<TargetFile*>(opaque);
+WriteGatherer& FileOf(void* opaque) {
+    return *static_cast<WriteGatherer*>(opaque);
 }
 
 int WriteBytes(void* opaque, std::uint8_t* bytes, int count) {
-    TargetFile& file = FileOf(opaque);
+    WriteGatherer& file = FileOf(opaque);
     return file.Write({bytes, static_cast<std::size_t>(count)}) ? count : AVERROR(file.Errno());
 }
 
 std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
-    TargetFile& file = FileOf(opaque);
+    WriteGatherer& file = FileOf(opaque);
     switch (whence & ~AVSEEK_FORCE) {
         case AVSEEK_SIZE:
             return file.Size();
@@ -41,7 +41,7 @@ std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
     return file.Seek(offset) ? offset : AVERROR(file.Errno());
 }
 
-AvIoContext OpenIo(TargetFile& file) {
+AvIoContext OpenIo(WriteGatherer& file) {
     auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
     if (buffer == nullptr) {
         throw std::bad_alloc();
@@ -52,7 +52,7 @@ AvIoContext OpenIo(TargetFile& file) {
         av_free(buffer);
         throw std::bad_alloc();
     }
-    io->direct = 1;  // packets go straight from their memory to the file
+    io->direct = 1;  // packets come to WriteBytes in their own memory
     return AvIoContext(io);
 }
 
@@ -68,7 +68,7 @@ AvFormatContext OpenContext(const FileFormat& format, AVIOContext& io) {
 }  // namespace
 
 Muxer::Muxer(const FileFormat& format, TargetFile& file)
-    : mFormat(&format), mFile(&file), mIo(OpenIo(file)), mContext(OpenContext(format, *mIo)) {
+    : mFormat(&format), mFile(&file), mGatherer(file), mIo(OpenIo(mGatherer)), mContext(OpenContext(format, *mIo)) {
     // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
     if (!format.uniqueIdentifiers) {
         mContext->flags |= AVFMT_FLAG_BITEXACT;
@@ -118,6 +118,7 @@ void Muxer::Write(AVPacket& packet, int stream, AVRational timeBase) {
 void Muxer::Finish() {
     Require(av_write_trailer(mContext.get()));
     avio_flush(mIo.get());
+    mGatherer.Flush();
     Require(mIo->error);
 }
 

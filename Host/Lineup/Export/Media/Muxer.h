@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Export/FormatTable.h"
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
+#include "Host/Lineup/Export/Media/WriteGatherer.h"
 #include "Host/Lineup/Export/TargetFile.h"
 
 #include <string_view>
@@ -37,6 +38,7 @@ private:
 
     const FileFormat* mFormat;
     TargetFile* mFile;
+    WriteGatherer mGatherer;
     AvIoContext mIo;
     AvFormatContext mContext;
 };

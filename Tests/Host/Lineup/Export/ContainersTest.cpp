@@ -150,7 +150,7 @@ TEST(Containers, OfMpeg2CarryTheTimecodeInTheVideoToo) {
     settings.timecode = lineup::Timecode("10:00:00;02", settings.frameRate);
     Export(test::OpenClip(), settings);
     // The group-of-pictures header, 00 00 01 B8, then 25 bits: drop, hours, minutes, 1, seconds, frames.
-    const auto bytes = test::ReadFile(settings.target);
+    const auto bytes = test::ReadBytes(settings.target);
     constexpr std::array<std::uint8_t, 4> kStart = {0, 0, 1, 0xB8};
     const auto group = std::search(bytes.begin(), bytes.end(), kStart.begin(), kStart.end());
     ASSERT_LT(bytes.end() - group, static_cast<std::ptrdiff_t>(bytes.size()));

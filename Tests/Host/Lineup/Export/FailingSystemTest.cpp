@@ -2,6 +2,8 @@
 // replacing, cannot be waited for, or are interrupted. The refusals stand in front of the C library's functions.
 
 #include "Host/Lineup/Error.h"
+#include "Host/Lineup/Export/FileQueue.h"
+#include "Host/Lineup/Export/Media/WriteGatherer.h"
 #include "Host/Lineup/Export/TargetFile.h"
 #include "Host/Lineup/Export/UsageError.h"
 #include "Tests/Support/RunProgram.h"
@@ -26,7 +28,9 @@
 
 namespace {
 
+using lineup::FileQueue;
 using lineup::TargetFile;
+using lineup::WriteGatherer;
 using test::ReadFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -39,8 +43,10 @@ struct Refusals {
     int fsyncFile = 0;
     int fsyncFolder = 0;
     int interruptedWrites = 0;        // how many are interrupted
+    int goodWrites = 0;               // how many are granted before those that are refused
     int interruptedLocks = 0;         // how many are interrupted
-    int write = 0;                    // of the writes that are not interrupted
+    int write = 0;                    // of the writes that are neither interrupted nor granted
+    int waits = 0;                    // counts the files and folders that were waited for
     std::function<void(int)> onLock;  // called before a lock is taken, with the descriptor
 };
 Refusals gRefusals;
@@ -79,6 +85,7 @@ __attribute__((visibility("default"))) int rename(const char* from, const char* 
 }
 
 __attribute__((visibility("default"))) int fsync(int descriptor) {
+    ++gRefusals.waits;
     const int error = IsFolder(descriptor) ? gRefusals.fsyncFolder : gRefusals.fsyncFile;
     return error != 0 ? Refuse(error) : Real<decltype(fsync)>("fsync")(descriptor);
 }
@@ -98,6 +105,10 @@ __attribute__((visibility("default"))) ssize_t write(int descriptor, const void*
     if (gRefusals.interruptedWrites > 0) {
         --gRefusals.interruptedWrites;
         return Refuse(EINTR);
+    }
+    if (gRefusals.goodWrites > 0) {
+        --gRefusals.goodWrites;
+        return Real<decltype(write)>("write")(descriptor, bytes, count);
     }
     return gRefusals.write != 0 ? Refuse(gRefusals.write) : Real<decltype(write)>("write")(descriptor, bytes, count);
 }
@@ -250,6 +261,53 @@ TEST_F(FailingSystem, ThatGivesAnAbandonedFilesNameToAnotherKeepsThat) {
     };
     EXPECT_EQ(ErrorOf(false), "none");
     EXPECT_THAT(Names(), ElementsAre(partial.filename().string(), "bars.mov", "other.mov"));
+}
+
+TEST_F(FailingSystem, IsNotWaitedForWhereThatIsNotAskedFor) {
+    for (const auto& [disk, waits] : {std::pair{lineup::Disk::Wait, 2}, {lineup::Disk::DoNotWait, 0}}) {
+        TargetFile file(Target(), true);
+        gRefusals.waits = 0;
+        file.Commit(disk);
+        EXPECT_EQ(gRefusals.waits, waits);
+    }
+}
+
+// The queue's thread meets the full disk while the next blocks are filled, or after the last one.
+TEST_F(FailingSystem, ThatFillsUpUnderAQueueIsSaid) {
+    constexpr int kBlocks = 12;
+    for (const int good : {0, 1, 3, kBlocks - 2, kBlocks - 1}) {
+        TargetFile file(Target(), false);
+        gRefusals = {};
+        gRefusals.goodWrites = good;
+        gRefusals.write = ENOSPC;
+        const auto fill = [&] {
+            FileQueue queue(file);
+            for (std::size_t written = 0; written < kBlocks * FileQueue::kBlockBytes;) {
+                std::fill_n(queue.Room(), FileQueue::kRoomBytes, std::uint8_t{7});
+                queue.Add(FileQueue::kRoomBytes);
+                written += FileQueue::kRoomBytes;
+            }
+            queue.Finish();
+        };
+        EXPECT_THROW(fill(), lineup::Error) << good << " blocks fit";
+        EXPECT_EQ(file.Errno(), ENOSPC);
+    }
+    EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(FailingSystem, ThatFillsUpUnderGatheredPiecesSaysSoWhenTheyAreWritten) {
+    const std::vector<std::uint8_t> field(16, 7);
+    const std::vector<std::uint8_t> packet(1 << 20, 8);
+    TargetFile file(Target(), false);
+    WriteGatherer gatherer(file);
+    gRefusals.write = ENOSPC;
+    EXPECT_TRUE(gatherer.Write(field));
+    EXPECT_FALSE(gatherer.Write(packet));
+    EXPECT_EQ(gatherer.Errno(), ENOSPC);
+    EXPECT_TRUE(gatherer.Write(field));
+    EXPECT_FALSE(gatherer.Seek(0));
+    EXPECT_TRUE(gatherer.Write(field));
+    EXPECT_FALSE(gatherer.Flush());
 }
 
 }  // namespace

@@ -115,7 +115,7 @@ std::vector<std::int32_t> DecodeIntegers(const fs::path& file, std::string_view 
     return DecodeAs<std::int32_t>(file, stream, "s32le");
 }
 
-std::vector<std::uint8_t> ReadFile(const fs::path& file) {
+std::vector<std::uint8_t> ReadBytes(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }

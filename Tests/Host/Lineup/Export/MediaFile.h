@@ -54,7 +54,7 @@ std::vector<std::uint8_t> Decode(const std::filesystem::path& file, std::string_
 std::vector<float> DecodeFloats(const std::filesystem::path& file, std::string_view stream);
 std::vector<std::int32_t> DecodeIntegers(const std::filesystem::path& file, std::string_view stream);
 
-std::vector<std::uint8_t> ReadFile(const std::filesystem::path& file);
+std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& file);
 void WriteFile(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace test

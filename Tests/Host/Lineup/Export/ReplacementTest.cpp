@@ -13,7 +13,7 @@
 
 namespace {
 
-using test::ReadFile;
+using test::ReadBytes;
 using test::SmallExport;
 using test::TemporaryFolder;
 using testing::ElementsAre;
@@ -47,7 +47,7 @@ TEST(Export, RefusesAnExistingTargetBeforeAnyWork) {
     const auto count = [&calls](std::int64_t, std::int64_t) { return ++calls > 0; };
     EXPECT_THROW(Export(test::OpenClip(), SmallExport(folder / "a.mov", 2), count), lineup::UsageError);
     EXPECT_EQ(calls, 0);
-    EXPECT_EQ(ReadFile(folder / "a.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "a.mov"), kOld);
 }
 
 TEST(Export, ReplacesAnExistingTargetWhenToldSo) {
@@ -88,7 +88,7 @@ TEST(Export, LeavesTheOldFileWhenItIsCancelled) {
     auto settings = SmallExport(folder / "a.mov", 2);
     settings.overwrite = true;
     EXPECT_THROW(Export(test::OpenClip(), settings, [](auto, auto) { return false; }), lineup::Cancelled);
-    EXPECT_EQ(ReadFile(folder / "a.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "a.mov"), kOld);
 }
 
 TEST(Export, LetsTheProgressFunctionsExceptionThroughAndLeavesNothing) {

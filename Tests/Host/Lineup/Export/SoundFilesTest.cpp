@@ -155,7 +155,7 @@ TEST(SoundFiles, SayWhichChannelIsWhich) {
 TEST(SoundFiles, OfWaveCarryTheSideLayoutsMask) {
     const TemporaryFolder folder;
     Export(test::OpenClip(6), test::SmallExport(folder / "a.wav", 480));
-    const auto bytes = test::ReadFile(folder / "a.wav");
+    const auto bytes = test::ReadBytes(folder / "a.wav");
     const std::string text(bytes.begin(), bytes.end());
     const auto chunk = text.find("fmt ");
     ASSERT_NE(chunk, std::string::npos);

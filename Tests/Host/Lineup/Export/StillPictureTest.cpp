@@ -87,7 +87,7 @@ TEST(StillPicture, IsWhatAPngTargetExports) {
     const lineup::Clip clip = test::OpenClip();
     const auto report = Export(clip, test::SmallExport(folder / "a.png", 1));
     lineup::WritePng(clip, 192, 108, lineup::Card::Auto, folder / "b.png", false);
-    EXPECT_EQ(test::ReadFile(folder / "a.png"), test::ReadFile(folder / "b.png"));
+    EXPECT_EQ(test::ReadBytes(folder / "a.png"), test::ReadBytes(folder / "b.png"));
     EXPECT_EQ(report.container, "png");
     EXPECT_EQ(report.frames, 1);
     EXPECT_EQ(report.samples, 0);

@@ -17,7 +17,7 @@
 namespace {
 
 using lineup::TargetFile;
-using test::ReadFile;
+using test::ReadBytes;
 using test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::MatchesRegex;
@@ -32,7 +32,7 @@ TEST(TargetFile, IsHiddenBesideItsTargetUntilItIsWhole) {
     EXPECT_THAT(folder.Names(), ElementsAre(MatchesRegex("\\.bars\\.mov\\.lineup-[a-z0-9]{6}\\.partial")));
     file.Commit();
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
-    EXPECT_THAT(ReadFile(folder / "bars.mov"), ElementsAre('a', 'b', 'c'));
+    EXPECT_THAT(ReadBytes(folder / "bars.mov"), ElementsAre('a', 'b', 'c'));
 }
 
 TEST(TargetFile, LeavesNothingBehindWhenItIsNotCommitted) {
@@ -50,9 +50,9 @@ TEST(TargetFile, LeavesTheOldFileWhenItIsNotCommitted) {
     {
         TargetFile file(folder / "bars.mov", true);
         file.Write(kAbc);
-        EXPECT_EQ(ReadFile(folder / "bars.mov"), kOld);
+        EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
     }
-    EXPECT_EQ(ReadFile(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
 }
 
@@ -60,12 +60,12 @@ TEST(TargetFile, ReplacesTheOldFileOnlyWhenToldSo) {
     const TemporaryFolder folder;
     test::WriteFile(folder / "bars.mov", "old");
     EXPECT_THROW(TargetFile(folder / "bars.mov", false), lineup::UsageError);
-    EXPECT_EQ(ReadFile(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
 
     TargetFile file(folder / "bars.mov", true);
     file.Write(kAbc);
     file.Commit();
-    EXPECT_THAT(ReadFile(folder / "bars.mov"), ElementsAre('a', 'b', 'c'));
+    EXPECT_THAT(ReadBytes(folder / "bars.mov"), ElementsAre('a', 'b', 'c'));
 }
 
 TEST(TargetFile, DoesNotReplaceAFileThatAppearedMeanwhile) {
@@ -76,7 +76,7 @@ TEST(TargetFile, DoesNotReplaceAFileThatAppearedMeanwhile) {
         test::WriteFile(folder / "bars.mov", "old");
         EXPECT_THROW(file.Commit(), lineup::UsageError);
     }
-    EXPECT_EQ(ReadFile(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
 }
 
@@ -131,7 +131,7 @@ TEST(TargetFile, FollowsALinkToTheFileItStandsFor) {
     file.Write(kAbc);
     file.Commit();
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.mov"));
-    EXPECT_THAT(ReadFile(folder / "real.mov"), ElementsAre('a', 'b', 'c'));
+    EXPECT_THAT(ReadBytes(folder / "real.mov"), ElementsAre('a', 'b', 'c'));
 }
 
 TEST(TargetFile, SaysWhyItsFolderCannotBeWritten) {
@@ -160,7 +160,7 @@ TEST(TargetFile, WritesWhereItWasMovedTo) {
     EXPECT_EQ(file.Position(), 2);
     EXPECT_EQ(file.Size(), 3);
     file.Commit();
-    EXPECT_THAT(ReadFile(folder / "bars.mov"), ElementsAre('a', 'a', 'c'));
+    EXPECT_THAT(ReadBytes(folder / "bars.mov"), ElementsAre('a', 'a', 'c'));
 }
 
 TEST(TargetFile, RemembersThatAMoveFailedAndRefusesToCommit) {

@@ -114,7 +114,7 @@ TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
         "{7}",
         FFMPEG_PROGRAM, ours, name, rateHz, channels, layout, settings.timecode->Samples(rateHz), theirs);
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
-    EXPECT_TRUE(test::ReadFile(ours) == test::ReadFile(theirs));
+    EXPECT_TRUE(test::ReadBytes(ours) == test::ReadBytes(theirs));
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, WaveFiles,

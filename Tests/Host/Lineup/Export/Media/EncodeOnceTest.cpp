@@ -65,7 +65,7 @@ TEST_P(EncodeOnce, IsTheSameFileAsEveryFrameEncoded) {
     settings.videoCodec = GetParam().codec;
     settings.timecode = lineup::Timecode("09:59:59:20", settings.frameRate);
     Export(clip, settings);
-    const auto once = test::ReadFile(settings.target);
+    const auto once = test::ReadBytes(settings.target);
     const auto sums = FrameSums(settings.target);
     settings.encodeEveryFrame = true;
     settings.overwrite = true;
@@ -73,7 +73,7 @@ TEST_P(EncodeOnce, IsTheSameFileAsEveryFrameEncoded) {
     EXPECT_EQ(sums, FrameSums(settings.target));
     EXPECT_EQ(Lines(sums), 2 * 57);
     if (!GetParam().format->uniqueIdentifiers) {
-        EXPECT_TRUE(once == test::ReadFile(settings.target));
+        EXPECT_TRUE(once == test::ReadBytes(settings.target));
     }
 }
 
@@ -158,9 +158,9 @@ TEST(Export, OfTheSameSettingsMakesTheSameBytes) {
         auto settings = test::SmallExport(folder / name, 5);
         settings.overwrite = true;
         Export(test::OpenClip(), settings);
-        const auto first = test::ReadFile(settings.target);
+        const auto first = test::ReadBytes(settings.target);
         Export(test::OpenClip(), settings);
-        EXPECT_TRUE(first == test::ReadFile(settings.target)) << name;
+        EXPECT_TRUE(first == test::ReadBytes(settings.target)) << name;
     }
 }
 

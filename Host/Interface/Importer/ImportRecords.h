@@ -17,26 +17,26 @@ struct imStdParms;
 /// kImportInit: capability flags, filled by the importer.
 struct imImportInfoRec {
     std::uint8_t reserved0[28];
-    std::uint32_t capability28;
-    std::uint32_t capability32;
-    std::uint32_t capability36;
+    std::uint32_t capability28;  ///< a flag
+    std::uint32_t capability32;  ///< a flag
+    std::uint32_t capability36;  ///< a flag
     std::uint32_t reserved40;
-    std::uint32_t capability44;
+    std::uint32_t capability44;  ///< a flag
 };
 
 /// kImportGetIndFormat: one file format.
 struct imIndFormatRec {
     std::uint32_t fileType;  ///< four-character code, first character most significant
     std::uint8_t reserved4[8];
-    char formatName[256];
-    char formatShortName[32];
-    char platformExtensions[256];
+    char formatName[256];          ///< text, ended by a zero byte
+    char formatShortName[32];      ///< text, ended by a zero byte
+    char platformExtensions[256];  ///< texts; all zero when there are none
 };
 
 /// kImportGetIndPixelFormat: one pixel format.
 struct imIndPixelFormatRec {
     std::uint8_t reserved0[8];
-    std::uint32_t pixelFormat;
+    std::uint32_t pixelFormat;  ///< four-character code, first character in the first byte of memory
 };
 
 /// kImportGetInfo: the description of a clip.
@@ -51,10 +51,10 @@ struct imFileInfoRec8 {
     std::uint8_t video31;
     std::uint8_t video32;
     std::uint8_t reserved33[141];
-    std::uint32_t numChannels;
-    float sampleRate;  ///< Hz; filled by the host beforehand with its own rate
+    std::uint32_t numChannels;  ///< audio channels
+    float sampleRate;           ///< Hz; filled by the host beforehand with its own rate
     std::uint32_t audioSampleFormat;
-    std::int64_t durationSamples;
+    std::int64_t durationSamples;  ///< length, at sampleRate
     std::uint8_t reserved194[4];
     void* privateData;  ///< written by the importer; returned to it with kImportReleasePrivateData
     void* prefs;        ///< the clip's settings record, or null; read only
@@ -68,7 +68,7 @@ struct imImportImageRecEx {
     std::uint8_t reserved6[2];
     std::int16_t height;  ///< pixels
     std::uint8_t reserved10[50];
-    std::uint32_t pixelFormat;
+    std::uint32_t pixelFormat;  ///< four-character code, as in imIndPixelFormatRec
     std::uint8_t reserved64[164];
     vexel frame;  ///< the host's frame buffer, at least width x height pixels of pixelFormat
 };

@@ -21,7 +21,7 @@ enum ImportSelector : std::int32_t {
 
 /// The result codes of an importer's entry point.
 enum ImportResult : std::int32_t {
-    kImportNoError = 0,
+    kImportNoError = 0,             ///< the request was served
     kImportUnsupported = 3,         ///< unknown selector, or a pixel format that is not offered
     kImportNoSettings = 5,          ///< an audio or peak request without a settings record
     kImportReserved28Answer = 100,  ///< the fixed answer to kImportReserved28

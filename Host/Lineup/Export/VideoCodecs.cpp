@@ -21,19 +21,25 @@ constexpr std::array<Rational, 8> kMpeg2FrameRates = {{
 constexpr int kMpeg2MaxWidth = 1920;
 constexpr int kMpeg2MaxHeight = 1088;
 
-constexpr std::array<CodecOption, 2> kProresHq = {{{"profile", "hq"}, {"threads", "1"}}};
-constexpr std::array<CodecOption, 2> kProres = {{{"profile", "standard"}, {"threads", "1"}}};
-constexpr std::array<CodecOption, 2> kProres4444 = {{{"profile", "4444"}, {"threads", "1"}}};
-constexpr std::array<CodecOption, 2> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, {"threads", "1"}}};
+// These encoders make the same bytes with any number of threads, one for each processor: threads share a picture's
+// slices.
+constexpr CodecOption kThreads = {"threads", "auto"};
+constexpr CodecOption kThreadType = {"thread_type", "slice"};
+
+constexpr std::array<CodecOption, 3> kProresHq = {{{"profile", "hq"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kProres = {{{"profile", "standard"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kProres4444 = {{{"profile", "4444"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, kThreads, kThreadType}};
 constexpr std::array<CodecOption, 1> kOneThread = {{{"threads", "1"}}};
-constexpr std::array<CodecOption, 7> kFfv1 = {{
+constexpr std::array<CodecOption, 8> kFfv1 = {{
     {"level", "3"},
     {"g", "1"},
     {"coder", "range_tab"},
     {"context", "1"},
     {"slices", "4"},
     {"slicecrc", "1"},
-    {"threads", "1"},
+    kThreads,
+    kThreadType,
 }};
 constexpr std::array<CodecOption, 3> kMjpeg = {{{"qmin", "1"}, {"global_quality", "118"}, {"flags", "+qscale"}}};
 

@@ -6,11 +6,39 @@ namespace lineup {
 
 namespace {
 
-constexpr int kRateChosenByEncoder = 0;
 constexpr int kBitsPerByte = 8;
 
-AvCodecContext Open(const AVFrame& frame, const VideoCodec& codec, const ExportSettings& settings, bool globalHeaders,
-                    int quantiser) {
+bool HasConstantQuantiser(const VideoCodec& codec) {
+    return codec.largestQuantiser != 0;
+}
+
+/// The bytes a frame may have.
+std::int64_t LargestFrame(const VideoCodec& codec, Rational frameRate) {
+    return codec.mostBitsPerSecond * frameRate.den / frameRate.num / kBitsPerByte;
+}
+
+// The encoder takes each picture's quantiser from the picture, so one encoder tries them all; it may give a packet
+// only when it has the picture after it, or its end.
+EncodedPicture EncodeWithin(std::int64_t largest, AVCodecContext& encoder, AVFrame& frame, int largestQuantiser) {
+    EncodedPicture picture{NewAvPacket(), 0};
+    for (int sent = kFinestQuantiser; sent <= largestQuantiser + 1; ++sent) {
+        frame.pts = sent;
+        frame.quality = sent * FF_QP2LAMBDA;
+        SendFrame(encoder, sent <= largestQuantiser ? &frame : nullptr);
+        while (picture.quantiser < largestQuantiser && ReceivePacket(encoder, *picture.packet)) {
+            ++picture.quantiser;
+            if (picture.packet->size <= largest) {
+                return picture;
+            }
+        }
+    }
+    return picture;
+}
+
+}  // namespace
+
+AvCodecContext OpenPictureEncoder(const AVFrame& frame, const VideoCodec& codec, const ExportSettings& settings,
+                                  bool globalHeaders, int quantiser) {
     AvCodecContext encoder = NewEncoder(codec.encoder);
     DescribeFrame(*encoder, frame);
     encoder->framerate = {settings.frameRate.num, settings.frameRate.den};
@@ -18,7 +46,7 @@ AvCodecContext Open(const AVFrame& frame, const VideoCodec& codec, const ExportS
     if (globalHeaders) {
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
-    if (quantiser != kRateChosenByEncoder) {
+    if (HasConstantQuantiser(codec)) {
         encoder->flags |= AV_CODEC_FLAG_QSCALE;
         encoder->global_quality = quantiser * FF_QP2LAMBDA;
     }
@@ -30,43 +58,26 @@ AvCodecContext Open(const AVFrame& frame, const VideoCodec& codec, const ExportS
     return encoder;
 }
 
-/// The bytes a frame may have.
-std::int64_t LargestFrame(const VideoCodec& codec, Rational frameRate) {
-    return codec.mostBitsPerSecond * frameRate.den / frameRate.num / kBitsPerByte;
-}
-
-int LeastQuantiser(AVFrame& frame, const VideoCodec& codec, const ExportSettings& settings) {
-    const std::int64_t largest = LargestFrame(codec, settings.frameRate);
-    int quantiser = 1;
-    while (quantiser < codec.largestQuantiser &&
-           EncodePicture(*Open(frame, codec, settings, false, quantiser), frame)->size > largest) {
-        ++quantiser;
-    }
-    return quantiser;
-}
-
-}  // namespace
-
-AvCodecContext OpenPictureEncoder(AVFrame& frame, const VideoCodec& codec, const ExportSettings& settings,
-                                  bool globalHeaders) {
-    const int quantiser = codec.largestQuantiser == 0 ? kRateChosenByEncoder : LeastQuantiser(frame, codec, settings);
-    return Open(frame, codec, settings, globalHeaders, quantiser);
-}
-
 void SendPicture(AVCodecContext& encoder, AVFrame& frame, std::int64_t index) {
     frame.pts = index;
     frame.quality = encoder.global_quality;  // encoders with a constant quantiser take it from the frame
     SendFrame(encoder, &frame);
 }
 
-AvPacket EncodePicture(AVCodecContext& encoder, AVFrame& frame) {
-    SendPicture(encoder, frame, 0);
-    SendFrame(encoder, nullptr);
-    AvPacket packet = NewAvPacket();
-    if (!ReceivePacket(encoder, *packet)) {
+EncodedPicture EncodePicture(AVCodecContext& encoder, AVFrame& frame, const VideoCodec& codec,
+                             const ExportSettings& settings) {
+    EncodedPicture picture{NewAvPacket()};
+    if (HasConstantQuantiser(codec)) {
+        picture = EncodeWithin(LargestFrame(codec, settings.frameRate), encoder, frame, codec.largestQuantiser);
+    } else {
+        SendPicture(encoder, frame, 0);
+        SendFrame(encoder, nullptr);
+        static_cast<void>(ReceivePacket(encoder, *picture.packet));
+    }
+    if (picture.packet->size == 0) {
         throw Error("cannot encode the picture: the encoder gave nothing");
     }
-    return packet;
+    return picture;
 }
 
 }  // namespace lineup

@@ -24,6 +24,9 @@ VideoEncoder::VideoEncoder(const Clip& clip, const VideoCodec& codec, const Expo
     }
     if (codec.framesStandAlone && !settings.encodeEveryFrame) {
         EncodeOnce(codec, settings);
+    } else if (codec.largestQuantiser != 0) {
+        const int quantiser = EncodePicture(*mEncoder, *mFrame, codec, settings).quantiser;
+        mEncoder = OpenPictureEncoder(*mFrame, codec, settings, muxer.WantsGlobalHeaders(), quantiser);
     }
 }
 
@@ -33,7 +36,7 @@ void VideoEncoder::EncodeOnce(const VideoCodec& codec, const ExportSettings& set
     if (!codec.timecodeOption.empty()) {
         timecode.emplace(settings.timecode, settings.frameRate);
     }
-    mRepeated.emplace(EncodePicture(*mEncoder, *mFrame), timecode);
+    mRepeated.emplace(EncodePicture(*mEncoder, *mFrame, codec, settings).packet, timecode);
     mEncoder.reset();
     mFrame.reset();
 }

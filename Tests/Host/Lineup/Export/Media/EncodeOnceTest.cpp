@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <sched.h>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -75,6 +77,63 @@ TEST_P(EncodeOnce, IsTheSameFileAsEveryFrameEncoded) {
     if (!GetParam().format->uniqueIdentifiers) {
         EXPECT_TRUE(once == test::ReadBytes(settings.target));
     }
+}
+
+// At so many frames a second the finest quantiser exceeds the codec's bit rate.
+TEST(EncodeOnceWithinABitRate, HasTheFramesOfEveryFrameEncoded) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    for (const int framesPerSecond : {25, 50, 60}) {
+        auto settings = test::SmallExport(folder / "a.mxf", 3);
+        settings.width = 1920;
+        settings.height = 1080;
+        settings.frameRate = {framesPerSecond, 1};
+        settings.videoCodec = "mpeg2-422";
+        settings.overwrite = true;
+        Export(clip, settings);
+        const std::string once = FrameSums(settings.target);
+        settings.encodeEveryFrame = true;
+        Export(clip, settings);
+        EXPECT_EQ(once, FrameSums(settings.target)) << framesPerSecond;
+    }
+}
+
+// Keeps this thread, and those that it starts, on one processor.
+class OneProcessor {
+public:
+    OneProcessor() {
+        sched_getaffinity(0, sizeof mBefore, &mBefore);
+        cpu_set_t one{};
+        CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
+        if (sched_setaffinity(0, sizeof one, &one) != 0) {
+            throw std::runtime_error("cannot keep to one processor");
+        }
+    }
+    ~OneProcessor() { sched_setaffinity(0, sizeof mBefore, &mBefore); }
+    OneProcessor(const OneProcessor&) = delete;
+    OneProcessor& operator=(const OneProcessor&) = delete;
+
+private:
+    cpu_set_t mBefore{};
+};
+
+// Encoders share a picture among as many threads as there are processors.
+TEST_P(EncodeOnce, IsTheSameFileOnAnyNumberOfProcessors) {
+    if (GetParam().format->uniqueIdentifiers) {
+        GTEST_SKIP() << "no two files of this format are alike";
+    }
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    auto settings = test::SmallExport(folder / ("a." + std::string(GetParam().format->extension)), 2);
+    settings.width = 640;
+    settings.height = 360;
+    settings.videoCodec = GetParam().codec;
+    Export(clip, settings);
+    const auto onAll = test::ReadBytes(settings.target);
+    settings.overwrite = true;
+    const OneProcessor one;
+    Export(clip, settings);
+    EXPECT_TRUE(onAll == test::ReadBytes(settings.target));
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, EncodeOnce, testing::ValuesIn(Cases()), [](const auto& row) {

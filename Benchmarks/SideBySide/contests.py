@@ -92,6 +92,7 @@ MOVIES = (
     movie("DNxHR HQX", "dnxhr-hqx", "mov", "dnxhd -profile:v dnxhr_hqx -pix_fmt yuv422p10le", ">= 25", 20,
           more=(dd(),)),
     movie("v210", "v210", "mov", "", "", 6, more=(dd(">= 0.667"),)),
+    movie("raw 4:2:2, 8 bits", "uyvy422", "mov", "", "", 6, more=(dd(">= 0.667"),)),
 )
 
 GSTREAMER = (

@@ -11,10 +11,11 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::array kMovVideo = {"prores-hq"sv, "prores"sv, "prores-4444"sv, "dnxhr-hqx"sv,
-                                  "v210"sv,      "h264"sv,   "mjpeg"sv,       "png"sv};
+constexpr std::array kMovVideo = {"prores-hq"sv, "prores"sv, "prores-4444"sv, "dnxhr-hqx"sv, "v210"sv,
+                                  "uyvy422"sv,   "h264"sv,   "mjpeg"sv,       "png"sv};
 constexpr std::array kMovAudio = {"pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv, "aac"sv};
-constexpr std::array kMkvVideo = {"ffv1"sv, "h264"sv, "prores-hq"sv, "prores"sv, "prores-4444"sv, "mjpeg"sv};
+constexpr std::array kMkvVideo = {"ffv1"sv,        "h264"sv,    "prores-hq"sv, "prores"sv,
+                                  "prores-4444"sv, "uyvy422"sv, "mjpeg"sv};
 // No AAC: readers of Matroska do not leave out the silence that the encoder puts first.
 constexpr std::array kMkvAudio = {"flac"sv, "pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv};
 constexpr std::array kMp4Video = {"h264"sv};

@@ -71,7 +71,7 @@ constexpr std::array<CodecOption, 6> kH264 = {{
     {"threads", "2"},
 }};
 
-constexpr std::array<VideoCodec, 10> kVideoCodecs = {{
+constexpr std::array<VideoCodec, 11> kVideoCodecs = {{
     {.name = "prores-hq",
      .description = "ProRes 422 HQ, 10 bits",
      .encoder = "prores_ks",
@@ -102,6 +102,12 @@ constexpr std::array<VideoCodec, 10> kVideoCodecs = {{
      .description = "uncompressed 4:2:2, 10 bits",
      .encoder = "v210",
      .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kOneThread},
+    {.name = "uyvy422",
+     .description = "uncompressed 4:2:2, 8 bits",
+     .encoder = "rawvideo",
+     .pixelFormat = "uyvy422",
      .framesStandAlone = true,
      .options = kOneThread},
     {.name = "ffv1",

@@ -5,7 +5,10 @@
 #include "Host/Lineup/Export/Media/ColourTags.h"
 #include "Host/Lineup/Export/SampleAspect.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <span>
 
 namespace lineup {
 
@@ -31,13 +34,37 @@ std::array<PlaneMemory, kPlanes> PlanesOf(const AVFrame& frame) {
     return planes;
 }
 
-/// Three planes R, G, B of bytes, made one plane of triples.
-void Interleave(const std::array<PlaneMemory, kPlanes>& planes, AVFrame& triples) {
-    for (std::ptrdiff_t line = 0; line < triples.height; ++line) {
-        std::uint8_t* triple = triples.data[0] + line * triples.linesize[0];
-        for (std::ptrdiff_t x = 0; x < triples.width; ++x) {
-            for (const PlaneMemory& plane : planes) {
-                *triple++ = static_cast<const std::uint8_t*>(plane.data)[line * plane.strideBytes + x];
+/// A format whose bytes lie in one plane, made of three planes. `order`: the planes whose next bytes follow each other,
+/// over and over.
+struct PackedFormat {
+    AVPixelFormat packed;
+    AVPixelFormat planar;
+    std::span<const std::uint8_t> order;
+    int orderPixels;  ///< that one turn of the order makes
+};
+
+constexpr std::array<std::uint8_t, 3> kRgbOrder = {0, 1, 2};
+constexpr std::array<std::uint8_t, 4> kUyvyOrder = {1, 0, 2, 0};
+constexpr std::array<PackedFormat, 2> kPackedFormats = {{
+    {AV_PIX_FMT_RGB24, AV_PIX_FMT_YUV444P, kRgbOrder, 1},    // R', G', B'
+    {AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV422P, kUyvyOrder, 2}  // Cb, Y', Cr, Y' of the pixel beside it
+}};
+
+const PackedFormat* FindPackedFormat(AVPixelFormat format) {
+    const auto* const found = std::ranges::find(kPackedFormats, format, &PackedFormat::packed);
+    return found == kPackedFormats.end() ? nullptr : found;
+}
+
+void Pack(const std::array<PlaneMemory, kPlanes>& planes, const PackedFormat& format, AVFrame& packed) {
+    for (std::ptrdiff_t line = 0; line < packed.height; ++line) {
+        std::array<const std::uint8_t*, kPlanes> next{};
+        for (std::size_t i = 0; i < kPlanes; ++i) {
+            next.at(i) = static_cast<const std::uint8_t*>(planes.at(i).data) + line * planes.at(i).strideBytes;
+        }
+        std::uint8_t* out = packed.data[0] + line * packed.linesize[0];
+        for (int x = 0; x < packed.width; x += format.orderPixels) {
+            for (const std::uint8_t plane : format.order) {
+                *out++ = *next[plane]++;
             }
         }
     }
@@ -60,10 +87,10 @@ AvFrame MakeVideoFrame(const Clip& clip, const VideoCodec& codec, int width, int
     const FloatPicture picture = ReadPicture(clip, width, height, card);
     const PlaneFormat planes = PlanesFor(codec, height);
     AvFrame frame = AllocateFrame(PixelFormat(codec), width, height);
-    if (planes.coding == ColourCoding::Rgb) {
-        const AvFrame separate = AllocateFrame(AV_PIX_FMT_YUV444P, width, height);
+    if (const PackedFormat* const packed = FindPackedFormat(PixelFormat(codec)); packed != nullptr) {
+        const AvFrame separate = AllocateFrame(packed->planar, width, height);
         ConvertColour(picture, planes, PlanesOf(*separate));
-        Interleave(PlanesOf(*separate), *frame);
+        Pack(PlanesOf(*separate), *packed, *frame);
     } else {
         ConvertColour(picture, planes, PlanesOf(*frame));
     }

@@ -56,18 +56,23 @@ constexpr std::array<Bar, 10> kSdBars = {{
 struct Layout {
     const char* name;
     int widthShift, heightShift, bits;
+    const char* conversion = "";  // takes the planes of a packed format apart
 };
-constexpr std::array<Layout, 4> kLayouts = {
-    {{"yuv422p10le", 1, 0, 10}, {"yuv444p12le", 0, 0, 12}, {"yuv422p", 1, 0, 8}, {"yuv420p", 1, 1, 8}}};
+constexpr std::array<Layout, 5> kLayouts = {{{"yuv422p10le", 1, 0, 10},
+                                             {"yuv444p12le", 0, 0, 12},
+                                             {"yuv422p", 1, 0, 8},
+                                             {"yuv420p", 1, 1, 8},
+                                             {"uyvy422", 1, 0, 8, " -pix_fmt yuv422p"}}};
 
 // A file's first frame, as it was decoded.
 class Frame {
 public:
-    explicit Frame(const std::filesystem::path& file) : mBytes(test::Decode(file, "v:0", "-frames:v 1 -f rawvideo")) {
+    explicit Frame(const std::filesystem::path& file) {
         const json stream = test::Streams(file, "video").at(0);
         mWidth = stream.at("width");
         mHeight = stream.at("height");
         mLayout = std::ranges::find(kLayouts, stream.at("pix_fmt").get<std::string>(), &Layout::name);
+        mBytes = test::Decode(file, "v:0", std::string("-frames:v 1 -f rawvideo") + mLayout->conversion);
     }
 
     // In 8-bit codes, with what a deeper format says between them.
@@ -118,6 +123,8 @@ TEST(PictureFiles, OfHdShowTheStandard709BarsInEveryLegalRangeCodec) {
                                       {"a.mov", "prores-4444"},
                                       {"a.mov", "dnxhr-hqx"},
                                       {"a.mov", "v210"},
+                                      {"a.mov", "uyvy422"},
+                                      {"a.mkv", "uyvy422"},
                                       {"a.mov", "h264"},
                                       {"a.mkv", "ffv1"},
                                       {"a.mp4", "h264"},
@@ -237,6 +244,7 @@ TEST(PictureFiles, CarryTheCodecTheyWereAskedFor) {
     EXPECT_EQ(codec("a.mov", "prores-4444"), "prores 4444 yuv444p12le");  // the decoder's depth
     EXPECT_EQ(codec("a.mov", "dnxhr-hqx"), "dnxhd DNXHR HQX yuv422p10le");
     EXPECT_EQ(codec("a.mov", "v210"), "v210 - yuv422p10le");
+    EXPECT_EQ(codec("a.mov", "uyvy422"), "rawvideo - uyvy422");
     EXPECT_EQ(codec("a.mov", "png"), "png - rgb24");
     EXPECT_EQ(codec("a.mkv", ""), "ffv1 - yuv422p10le");
     EXPECT_EQ(codec("a.mp4", ""), "h264 High yuv420p");

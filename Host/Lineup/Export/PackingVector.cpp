@@ -55,13 +55,14 @@ struct S16 {
     }
 };
 
+// A store writes twelve bytes, and four that the next store, or the plain form, writes over.
 struct S24 {
     static constexpr std::size_t kBytes = 3;
     static PackFunction* Plain() { return kPackingPlain.s24; }
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers squeezed = Squeezed(Convert<24>(Load(samples)));
         for (int lane = 0; lane < kLanes; ++lane) {
-            StoreSqueezed(packed + std::ptrdiff_t{12} * lane, Lane(squeezed, lane));
+            Store(packed + std::ptrdiff_t{12} * lane, Lane(squeezed, lane));
         }
     }
     static void Two(const float* first, const float* second, std::uint8_t* packed) {
@@ -70,20 +71,9 @@ struct S24 {
         const Integers low = Squeezed(LowPairs(a, b));
         const Integers high = Squeezed(HighPairs(a, b));
         for (int lane = 0; lane < kLanes; ++lane) {
-            StoreSqueezed(packed + std::ptrdiff_t{24} * lane, Lane(low, lane));
-            StoreSqueezed(packed + std::ptrdiff_t{24} * lane + 12, Lane(high, lane));
+            Store(packed + std::ptrdiff_t{24} * lane, Lane(low, lane));
+            Store(packed + std::ptrdiff_t{24} * lane + 12, Lane(high, lane));
         }
-    }
-
-private:
-    // The lower three bytes of every two integers side by side, in the lower six of their eight.
-    static Integers Squeezed(Integers a) {
-        return Or(And(a, 0x0000000000FFFFFF), And(ShiftedDown(a, 8), 0x0000FFFFFF000000));
-    }
-    // Twelve bytes, and four that the next store, or the plain form, writes over.
-    static void StoreSqueezed(std::uint8_t* to, __m128i pairs) {
-        const __m128i low = _mm_move_epi64(pairs);
-        Store(to, _mm_or_si128(low, _mm_slli_si128(_mm_srli_si128(pairs, 8), 6)));
     }
 };
 
@@ -114,17 +104,25 @@ struct F32 : Of32<Bits> {
 
 // --- any number of channels ---
 
-/// Several pairs of channels: each pair by itself, then moment by moment side by side.
-template <class Format>
-void PackPairs(const float* const* channels, std::size_t pairs, std::size_t at, std::uint8_t* packed) {
+template <std::size_t kValue>
+struct Constant {
+    constexpr operator std::size_t() const { return kValue; }  // NOLINT(google-explicit-constructor): it is one
+};
+
+/// Several pairs of channels: each pair by itself, then moment by moment side by side. `pairs` is a number or a
+/// constant: with a constant the innermost loop is none.
+template <class Format, class Pairs>
+void PackPairs(const float* const* channels, Pairs pairs, std::size_t at, std::uint8_t* packed) {
     constexpr std::size_t kPairBytes = 2 * Format::kBytes;
+    // Six bytes are copied as eight: the next pair, or the plain form, writes over the two behind.
+    constexpr std::size_t kCopiedBytes = kPairBytes == 6 ? 8 : kPairBytes;
     alignas(32) std::uint8_t block[kMostChannels / 2][kWidth * kPairBytes + kSlack];
     for (std::size_t p = 0; p < pairs; ++p) {
         Format::Two(channels[2 * p] + at, channels[2 * p + 1] + at, block[p]);
     }
     for (std::size_t i = 0; i < kWidth; ++i) {
         for (std::size_t p = 0; p < pairs; ++p) {
-            std::memcpy(packed, block[p] + i * kPairBytes, kPairBytes);
+            std::memcpy(packed, block[p] + i * kPairBytes, kCopiedBytes);
             packed += kPairBytes;
         }
     }
@@ -136,6 +134,8 @@ void PackFull(const float* const* channels, std::size_t numChannels, std::size_t
         Format::One(channels[0] + at, packed);
     } else if (numChannels == 2) {
         Format::Two(channels[0] + at, channels[1] + at, packed);
+    } else if (numChannels == 6) {
+        PackPairs<Format>(channels, Constant<3>{}, at, packed);
     } else {
         PackPairs<Format>(channels, numChannels / 2, at, packed);
     }

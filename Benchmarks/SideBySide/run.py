@@ -28,6 +28,19 @@ def arguments():
     return parser.parse_known_args()
 
 
+def machine():
+    """What the figures were measured on."""
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        models = [line.partition(":")[2].strip() for line in file if line.startswith("model name")]
+    return {"processor": models[0] if models else "unknown", "processors": len(os.sched_getaffinity(0))}
+
+
+def figures_of(run):
+    """A benchmark's name and counters, without what the library says of its own work."""
+    return {key: value for key, value in run.items()
+            if key in ("name", "real_time", "time_unit", "best_ns") or key.startswith(("vs_", "ms_"))}
+
+
 def micro(options, rest):
     """The Google Benchmark programs; their own tables go to the terminal."""
     reports = {}
@@ -40,7 +53,7 @@ def micro(options, rest):
             report = os.path.join(folder, MICRO_REPORT)
             subprocess.run([program, f"--benchmark_out={report}", "--benchmark_out_format=json", *rest], check=True)
             with open(report, encoding="utf-8") as file:
-                reports[name] = json.load(file)["benchmarks"]
+                reports[name] = [figures_of(run) for run in json.load(file)["benchmarks"]]
     return reports
 
 
@@ -77,7 +90,7 @@ def side_by_side(options, folder):
 
 def main():
     options, rest = arguments()
-    report = {"micro": micro(options, rest)}
+    report = {"machine": machine(), "micro": micro(options, rest)}
     with tempfile.TemporaryDirectory(prefix="lineup-bench-", dir=options.folder) as folder:
         report["sideBySide"] = side_by_side(options, folder)
     if options.json:

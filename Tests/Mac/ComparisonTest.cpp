@@ -118,7 +118,7 @@ protected:
 
 TEST_F(MacBundle, GivesTheSameAnswersAsTheBundleForLinux) {
     const Comparison comparison = CompareWith(bundle);
-    EXPECT_EQ(comparison.difference, "");
+    ASSERT_EQ(comparison.difference, "");
     EXPECT_GT(comparison.answers, 10'000);
     std::cout << comparison.answers << " answers compared, " << comparison.bytes << " bytes, bit for bit\n";
 }

@@ -25,7 +25,11 @@ function(vector_variants prefix source)
             $<$<BOOL:${bytes_${level}}>:VECTOR_BYTES=${bytes_${level}}>)
     endforeach()
 
-    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+    set(processor ${CMAKE_SYSTEM_PROCESSOR})
+    if(CMAKE_OSX_ARCHITECTURES)  # a Mac builds for another processor too
+        set(processor ${CMAKE_OSX_ARCHITECTURES})
+    endif()
+    if(processor MATCHES "^(x86_64|AMD64)$")
         set(levels n8 y8 e9 l9 k0)
     else()
         set(levels portable)

@@ -58,6 +58,14 @@ check_memory() {
     run_tests asan
 }
 
+check_mac() {
+    if [ "$(uname -m)" = x86_64 ]; then
+        verb_mac
+    else
+        say "   Left out: the toolchain and the bundle are for x86-64."
+    fi
+}
+
 verb_check() {
     [ "$#" = 0 ] || fail "check takes no arguments"
     need product desktop tests mlt mlt-tests benchmarks check
@@ -66,6 +74,7 @@ verb_check() {
     step "Lint (clang-tidy)" check_tidy
     step "Thread sanitizer" check_threads
     step "Fuzz targets, a few seconds each" check_fuzz
+    step "macOS bundle" check_mac
     # Last, so that the run ends with the tally of every test.
     say "== Address and undefined-behaviour sanitizers"
     check_memory

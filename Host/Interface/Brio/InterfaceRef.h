@@ -1,16 +1,19 @@
 #pragma once
 
 #include "Host/Interface/Brio/BrioUnknown.h"
+#include "Host/Interface/Core/Export.h"
 
 #include <stdexcept>
 #include <utility>
 
 namespace Brio {
 
-/// Thrown when an empty InterfaceRef is dereferenced.
-class NullInterfaceException : public std::runtime_error {
+/// Thrown when an empty InterfaceRef is dereferenced. Its destructor is the host's, and with it its type, so that a
+/// host can catch it by that type wherever it was thrown.
+class ZEL_API NullInterfaceException : public std::runtime_error {  // NOLINT(*-special-member-functions): as its base
 public:
-    NullInterfaceException() : std::runtime_error("A NULL interface pointer has been dereferenced.") {}
+    NullInterfaceException();
+    ~NullInterfaceException() override;
 };
 
 /// A counted reference to a component object, or empty. Copying takes a reference, destruction drops

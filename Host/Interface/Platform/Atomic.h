@@ -2,6 +2,7 @@
 
 #if defined(__APPLE__)
 
+#define OSATOMIC_DEPRECATED 0  // the system would rather have its C11 atomics called
 #include <libkern/OSAtomic.h>
 
 #else

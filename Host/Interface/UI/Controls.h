@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Interface/Brio/String.h"
+#include "Host/Interface/Core/Export.h"
 #include "Host/Interface/UI/Message.h"
 #include "Host/Interface/UI/UI_Node.h"
 
@@ -10,12 +11,19 @@
 /// reports what a person did.
 namespace zelui::controls {
 
+// NOLINTBEGIN(cppcoreguidelines-special-member-functions): copied like classes without a destructor
+
 /// What a control sends when a person changed or pressed it.
-class UI_ControlChangedMessage : public ui::Message {};
+class ZEL_API UI_ControlChangedMessage : public ui::Message {
+public:
+    ~UI_ControlChangedMessage() override;
+};
 
 /// What all controls share.
-class UI_ControlView : public ui::UI_Node {
+class ZEL_API UI_ControlView : public ui::UI_Node {
 public:
+    ~UI_ControlView() override;
+
     /// Calls `function` with a UI_ControlChangedMessage each time a person changes the control, until
     /// the control is gone. Several functions are called in the order they were registered.
     virtual void NotifyWhenChanged(const ui::MessageFunctionPtr& function) = 0;
@@ -25,11 +33,16 @@ public:
 };
 
 /// A push button. Its change is being pressed.
-class UI_Button : public UI_ControlView {};
+class ZEL_API UI_Button : public UI_ControlView {
+public:
+    ~UI_Button() override;
+};
 
 /// One of a group of which one is on.
-class UI_RadioButton : public UI_ControlView {
+class ZEL_API UI_RadioButton : public UI_ControlView {
 public:
+    ~UI_RadioButton() override;
+
     static constexpr std::int32_t kOff = 0;
     static constexpr std::int32_t kOn = 1;
 
@@ -38,8 +51,10 @@ public:
 };
 
 /// A number shown as text that can be dragged, typed into and stepped.
-class UI_HotTextNumber : public UI_ControlView {
+class ZEL_API UI_HotTextNumber : public UI_ControlView {
 public:
+    ~UI_HotTextNumber() override;
+
     /// Shows `value`, which may lie outside what a person can choose; it is kept, every bit of it, until
     /// a person edits the control.
     virtual void SetValue(double value) = 0;
@@ -50,8 +65,10 @@ public:
 };
 
 /// A list of which one item is chosen.
-class UI_Popup : public UI_ControlView {
+class ZEL_API UI_Popup : public UI_ControlView {
 public:
+    ~UI_Popup() override;
+
     /// Adds an item at the end and returns its index, counted from 0.
     virtual std::int64_t AddItem(const Brio::String& label) = 0;
 
@@ -61,5 +78,7 @@ public:
     /// The index of the item that is chosen, -1 when there is none.
     [[nodiscard]] virtual std::int64_t GetValue() const = 0;
 };
+
+// NOLINTEND(cppcoreguidelines-special-member-functions)
 
 }  // namespace zelui::controls

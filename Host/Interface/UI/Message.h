@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Interface/Core/Casts.h"
+#include "Host/Interface/Core/Export.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/function.hpp>
@@ -9,10 +10,12 @@
 
 namespace zelui::ui {
 
-/// Something that a node tells those who asked to be told.
-class Message {
+/// Something that a node tells those who asked to be told. Its destructor is the host's, like that of every class
+/// that is cast to: with it comes the class's type, which then is the same object on both sides, as it has to be
+/// where types are told apart by address.
+class ZEL_API Message {  // NOLINT(cppcoreguidelines-special-member-functions): copied like one without
 public:
-    virtual ~Message() = default;
+    virtual ~Message();
 };
 
 /// What is called with a message, shared between those who may call it.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Interface/Brio/InterfaceRef.h"
+#include "Host/Interface/Core/Export.h"
 
 #include <cstdint>
 #include <string_view>
@@ -16,7 +17,7 @@ using NodeRef = Brio::InterfaceRef<T, UI_Node>;
 /// A piece of a user interface: a control, a view, a window. Nodes are counted and delete themselves.
 /// All nodes live on the host's UI thread.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): only Release deletes a node
-class UI_Node {
+class ZEL_API UI_Node {
 public:
     virtual std::int32_t AddRef() = 0;
     virtual std::int32_t Release() = 0;
@@ -29,7 +30,7 @@ protected:
     UI_Node() = default;
     UI_Node(const UI_Node&) = default;
     UI_Node& operator=(const UI_Node&) = default;
-    virtual ~UI_Node() = default;
+    virtual ~UI_Node();
 };
 
 }  // namespace zelui::ui

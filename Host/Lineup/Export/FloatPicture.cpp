@@ -7,6 +7,7 @@
 #include <new>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -90,4 +91,5 @@ FloatPicture ReadPicture(const Clip& clip, int width, int height, Card card) {
     return Unpack<std::uint8_t>(clip.ReadFrame(width, height, kPixelFormat_VUYA_8u), Luma, Chroma);
 }
 
+}  // namespace parts
 }  // namespace lineup

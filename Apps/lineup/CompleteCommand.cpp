@@ -28,7 +28,7 @@ void RunComplete(const CLI::App& app, const std::vector<std::string>& words) {
 void AddCompleteCommand(CLI::App& app) {
     auto words = std::make_shared<std::vector<std::string>>();
     CLI::App* const command = app.add_subcommand("complete", "Complete a command line")->group("");
-    command->add_option("WORDS", *words)->expected(0, -1);
+    command->add_option("WORDS", *words)->required();
     command->callback([&app, words] { RunComplete(app, *words); });
 }
 

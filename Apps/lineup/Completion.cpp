@@ -207,7 +207,7 @@ Completion All(const Line& line, const CLI::App& app, const std::string& word) {
     if (line.positionals.size() < positionals.size()) {
         return Values(*positionals[line.positionals.size()], line);
     }
-    return {.candidates = Options(line)};
+    return {.candidates = line.optionsAreOver ? Candidates{} : Options(line)};
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ std::string Term(const CLI::Option& option) {
 
 std::string Meaning(const CLI::Option& option) {
     const std::string usual = option.get_default_str();
-    return Escaped(option.get_description()) + (usual.empty() ? "" : Escaped(" [" + usual + "]"));
+    return Filled(option.get_description() + (usual.empty() ? "" : " [" + usual + "]"));
 }
 
 std::string OptionList(const CLI::App& command) {
@@ -73,7 +73,7 @@ std::string OptionList(const CLI::App& command) {
                 group = next;
                 list += fmt::format(".SS {}\n", group);
             }
-            list += fmt::format(".TP\n{}\n{}\n", Term(*option), Meaning(*option));
+            list += fmt::format(".TP\n{}\n{}", Term(*option), Meaning(*option));
         }
     }
     return list;
@@ -94,8 +94,8 @@ std::string Synopsis(const CLI::App& command, const std::string& call) {
 std::string Positionals(const CLI::App& command) {
     std::string list;
     for (const CLI::Option* const option : ShownOptions(command, true)) {
-        list += fmt::format(".TP\n{}\n{}.\n", Italic(option->get_name(true)),
-                            Escaped(WithoutPoint(option->get_description())));
+        list += fmt::format(".TP\n{}\n{}", Italic(option->get_name(true)),
+                            Filled(WithoutPoint(option->get_description()) + "."));
     }
     return list;
 }
@@ -103,8 +103,8 @@ std::string Positionals(const CLI::App& command) {
 std::string CommandList(const CLI::App& program) {
     std::string list;
     for (const CLI::App* const command : ShownCommands(program)) {
-        list += fmt::format(".TP\n{}(1)\n{}.\n", Bold(program.get_name() + "-" + command->get_name()),
-                            Escaped(command->get_description()));
+        list += fmt::format(".TP\n{}(1)\n{}", Bold(program.get_name() + "-" + command->get_name()),
+                            Filled(command->get_description() + "."));
     }
     return list.empty() ? "" : ".SH COMMANDS\n" + list;
 }
@@ -129,7 +129,7 @@ Page MakePage(const CLI::App& command, const std::string& call, const Edition& e
                                      edition.date, edition.version);
     source += fmt::format(".SH NAME\n{} \\- {}\n", Escaped(name), Escaped(LowerFirst(description)));
     source += fmt::format(".SH SYNOPSIS\n{}\n", Synopsis(command, call));
-    source += fmt::format(".SH DESCRIPTION\n{}.\n", Escaped(description));
+    source += fmt::format(".SH DESCRIPTION\n{}", Filled(description + "."));
     source += Positionals(command);
     source += CommandList(command);
     source += ".SH OPTIONS\n" + OptionList(command);

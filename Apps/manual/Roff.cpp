@@ -24,17 +24,17 @@ std::string_view Trimmed(std::string_view text) {
 std::string Item(std::string_view line) {
     const std::size_t gap = line.find("  ");
     const std::string term = ".TP\n" + Bold(line.substr(0, gap)) + "\n";
-    return gap == std::string_view::npos ? term : term + Escaped(Trimmed(line.substr(gap))) + "\n";
+    return gap == std::string_view::npos ? term : term + Filled(line.substr(gap));
 }
 
 std::string Text(std::string_view line) {
     for (const Section& section : kSections) {
         if (line.starts_with(section.start)) {
             const std::string_view rest = Trimmed(line.substr(section.start.size()));
-            return fmt::format(".SH {}\n{}", section.title, rest.empty() ? "" : Escaped(rest) + "\n");
+            return fmt::format(".SH {}\n{}", section.title, rest.empty() ? "" : Filled(rest));
         }
     }
-    return Escaped(line) + "\n";
+    return Filled(line);
 }
 
 }  // namespace
@@ -55,6 +55,22 @@ std::string Escaped(std::string_view text) {
         }
     }
     return escaped;
+}
+
+std::string Filled(std::string_view text) {
+    constexpr std::size_t kWidth = 78;
+    std::istringstream words{std::string(text)};
+    std::string lines;
+    std::string line;
+    for (std::string word; words >> word;) {
+        const std::string escaped = Escaped(word);
+        if (!line.empty() && line.size() + 1 + escaped.size() > kWidth) {
+            lines += line + "\n";
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + escaped;
+    }
+    return lines + line + "\n";
 }
 
 std::string Bold(std::string_view text) {
@@ -79,7 +95,7 @@ std::string FromHelp(std::string_view text) {
             page += (paragraph || inList) && !out.starts_with(".SH") ? ".PP\n" + out : out;
             inList = paragraph = false;
         } else if (indent > 2 && inList) {
-            page += ".br\n" + Escaped(Trimmed(line)) + "\n";
+            page += ".br\n" + Filled(line);
         } else {
             page += Item(Trimmed(line));
             inList = true;

@@ -8,6 +8,9 @@ namespace manual {
 /// Text as a manual page's source says it: hyphens stay hyphens, and nothing is taken for a request.
 [[nodiscard]] std::string Escaped(std::string_view text);
 
+/// The same as lines of running text, none of them longer than a source should have.
+[[nodiscard]] std::string Filled(std::string_view text);
+
 /// The same, in bold or in italics.
 [[nodiscard]] std::string Bold(std::string_view text);
 [[nodiscard]] std::string Italic(std::string_view text);

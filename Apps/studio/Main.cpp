@@ -29,7 +29,7 @@ int Run(QApplication& application, const std::string& file) {
     QApplication::setApplicationName("lineup-studio");
     QApplication::setApplicationDisplayName("Lineup Studio");
     QApplication::setApplicationVersion(QString::fromStdString(studio::Version()));
-    QApplication::setDesktopFileName("org.barsandtone.LineupStudio");
+    QApplication::setDesktopFileName("org.barsandtone.lineup_studio");
     QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     try {
         studio::StudioWindow window(std::make_shared<lineup::Importer>(lineup::FindBundle()));

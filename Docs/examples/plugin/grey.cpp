@@ -62,12 +62,13 @@ std::int32_t Settings(imGetPrefsRec& request) {
 }
 
 std::int32_t Draw(const imImportImageRecEx& request) {
-    if (request.pixelFormat != kPixelFormat_VUYA_32f) {
+    const bool isFloat = request.pixelFormat == kPixelFormat_VUYA_32f;
+    if (!isFloat && request.pixelFormat != kPixelFormat_VUYA_8u) {
         return kImportUnsupported;
     }
     constexpr float kGrey[] = {0, 0, 0.5F, 1};  // V, U, Y, A
     IR_FillWithColor(request.frame->pixels, vexelGetRowbytes(request.frame), request.width, request.height,
-                     kFillFormat_VUYA_32f, kGrey, kFillFormat_VUYA_32f);
+                     isFloat ? kFillFormat_VUYA_32f : kFillFormat_VUYA_8u, kGrey, kFillFormat_VUYA_32f);
     return kImportNoError;
 }
 

@@ -116,6 +116,7 @@ TEST(Completion, OffersOptionsWhenNothingElseIsLeft) {
 
 TEST(Completion, TakesEveryWordAfterTwoDashesForAName) {
     EXPECT_EQ(Complete({"render", "--", "--ca"}).names, Names::Files);
+    EXPECT_THAT(WordsFor({"render", "--", "a.mov", ""}), IsEmpty());
 }
 
 TEST(Completion, HasNothingToSayOfANumberOrAnUnknownCommand) {

@@ -5,6 +5,7 @@
 namespace {
 
 using manual::Escaped;
+using manual::Filled;
 using manual::FromHelp;
 
 TEST(Roff, KeepsHyphensQuotesAndBackslashesAsTheyStand) {
@@ -18,6 +19,11 @@ TEST(Roff, TakesNoTextForARequest) {
     EXPECT_EQ(Escaped("'tis"), "\\(aqtis");
 }
 
+TEST(Roff, BreaksRunningTextBeforeItIsTooLongForASource) {
+    EXPECT_EQ(Filled(std::string(70, 'a') + " bbb cccccc .dd"), std::string(70, 'a') + " bbb\ncccccc \\&.dd\n");
+    EXPECT_EQ(Filled(std::string(90, 'a')), std::string(90, 'a') + "\n");
+}
+
 TEST(Roff, MakesAListOfIndentedLines) {
     EXPECT_EQ(FromHelp("Kinds of files:\n"
                        "  .mov  QuickTime movie\n"
@@ -25,7 +31,7 @@ TEST(Roff, MakesAListOfIndentedLines) {
                        "  .wav  sound alone"),
               "Kinds of files:\n"
               ".TP\n\\fB\\&.mov\\fR\nQuickTime movie\n"
-              ".br\nsound:   pcm\n"
+              ".br\nsound: pcm\n"
               ".TP\n\\fB\\&.wav\\fR\nsound alone\n");
 }
 

@@ -60,10 +60,11 @@ check_memory() {
 
 verb_check() {
     [ "$#" = 0 ] || fail "check takes no arguments"
-    need product desktop tests mlt mlt-tests benchmarks check
+    need product desktop tests mlt mlt-tests benchmarks check abi
     step "Layout (clang-format)" check_layout
     step "Warnings (Clang)" check_warnings
     step "Lint (clang-tidy)" check_tidy
+    step "Interface of the libraries (abidiff)" check_abi
     step "Thread sanitizer" check_threads
     step "Fuzz targets, a few seconds each" check_fuzz
     # Last, so that the run ends with the tally of every test.

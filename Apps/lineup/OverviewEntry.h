@@ -12,7 +12,7 @@
 /// loaded when the first picture is drawn.
 namespace cli {
 
-/// The file name of the library; it lies beside liblineup.
+/// The file name of the library; it belongs to liblineup (see DynamicLibrary::Beside).
 inline constexpr const char* kOverviewLibraryName = "liblineup-overview.so";
 
 enum class OverviewPicture { Png, Svg };

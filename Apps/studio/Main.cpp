@@ -1,32 +1,63 @@
+#include "Apps/studio/CommandLine.h"
 #include "Apps/studio/Window/StudioWindow.h"
 #include "Host/Lineup/BundleSearch.h"
 
+#include <CLI/CLI.hpp>
+
 #include <QApplication>
-#include <QCommandLineParser>
+#include <QIcon>
 #include <QMessageBox>
 #include <exception>
+#include <memory>
+#include <string_view>
 
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+namespace {
+
+// Whether help or the version is all that is asked for, which takes no display.
+bool AsksForText(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (word == "-h" || word == "--help" || word == "-v" || word == "--version") {
+            return true;
+        }
+    }
+    return false;
+}
+
+int Run(QApplication& application, const std::string& file) {
     QApplication::setOrganizationName("BarsAndTone");
     QApplication::setApplicationName("lineup-studio");
     QApplication::setApplicationDisplayName("Lineup Studio");
-    QApplication::setApplicationVersion(LINEUP_VERSION);
-    QCommandLineParser parser;
-    parser.setApplicationDescription("Looks at line-up clips, plays, edits and exports them.");
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument("FILE", "The document to open.", "[FILE]");
-    parser.process(application);
+    QApplication::setApplicationVersion(QString::fromStdString(studio::Version()));
+    QApplication::setDesktopFileName("org.barsandtone.lineup_studio");
+    QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     try {
         studio::StudioWindow window(std::make_shared<lineup::Importer>(lineup::FindBundle()));
         window.show();
-        if (!parser.positionalArguments().isEmpty()) {
-            window.Open(parser.positionalArguments().constFirst());
+        if (!file.empty()) {
+            window.Open(QString::fromLocal8Bit(file.c_str()));
         }
-        return QApplication::exec();
+        return application.exec();
     } catch (const std::exception& error) {
         QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), QString::fromUtf8(error.what()));
         return 1;
     }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    constexpr int kUsedWrongly = 2;
+    studio::Arguments arguments;
+    const auto commandLine = studio::MakeCommandLine(arguments);
+    std::unique_ptr<QApplication> application;
+    if (!AsksForText(argc, argv)) {
+        application = std::make_unique<QApplication>(argc, argv);  // takes its own options out
+    }
+    try {
+        commandLine->parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return commandLine->exit(error) == 0 ? 0 : kUsedWrongly;
+    }
+    return Run(*application, arguments.file);
 }

@@ -9,9 +9,6 @@ namespace bridge {
 /// modules serves as well. Throws lineup::Error when the module lies in no such folder.
 [[nodiscard]] std::filesystem::path ModulePrefix();
 
-/// The prefix of a module at `file`; see ModulePrefix.
-[[nodiscard]] std::filesystem::path PrefixOf(const std::filesystem::path& file);
-
 /// The description of the producer for editors.
 [[nodiscard]] std::filesystem::path MetadataFile();
 

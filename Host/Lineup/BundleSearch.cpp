@@ -2,10 +2,9 @@
 
 #include "Host/Lineup/Error.h"
 #include "Host/Lineup/PlaceTrust.h"
+#include "Host/Services/CompanionLibrary.h"
 
 #include <fmt/format.h>
-
-#include <algorithm>
 
 namespace fs = std::filesystem;
 
@@ -14,6 +13,7 @@ namespace lineup {
 namespace {
 
 constexpr const char* kBundleName = "BarsAndTone.bundle";
+const char kHere = 0;  // an address in this library
 
 void RequireTrustedBundle(const fs::path& prefix, const fs::path& bundle) {
     try {
@@ -26,10 +26,57 @@ void RequireTrustedBundle(const fs::path& prefix, const fs::path& bundle) {
     }
 }
 
+bool HoldsLibraries(const fs::path& folder) {
+    return folder.filename() == "lib" || folder.filename() == "lib64";
+}
+
+// The program's and the library's, each once. A library that was put beside its program has none.
+std::vector<fs::path> OwnPrefixes() {
+    std::vector<fs::path> prefixes = {ProgramPrefix()};
+    try {
+        if (const fs::path prefix = LibraryPrefix(); prefix != prefixes.front()) {
+            prefixes.push_back(prefix);
+        }
+    } catch (const Error&) {
+    }
+    return prefixes;
+}
+
+fs::path FindIn(const std::vector<fs::path>& prefixes) {
+    std::string text = "cannot find the plug-in. These places were looked at:";
+    for (const fs::path& prefix : prefixes) {
+        for (const fs::path& place : BundleSearchPath(prefix)) {
+            std::error_code error;
+            if (fs::is_directory(place, error)) {
+                RequireTrustedBundle(prefix, place);
+                return place;
+            }
+            text += "\n  " + place.string();
+        }
+    }
+    throw Error(text);
+}
+
 }  // namespace
 
 fs::path ProgramPrefix() {
     return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+}
+
+fs::path PrefixOf(const fs::path& file) {
+    fs::path folder = file.parent_path();
+    while (!HoldsLibraries(folder)) {
+        if (!folder.has_relative_path()) {
+            throw Error(
+                fmt::format("cannot tell where {} was installed: it lies in no folder called lib", file.string()));
+        }
+        folder = folder.parent_path();
+    }
+    return folder.parent_path();
+}
+
+fs::path LibraryPrefix() {
+    return PrefixOf(zelcore::FileOf(&kHere));
 }
 
 std::vector<fs::path> BundleSearchPath(const fs::path& prefix) {
@@ -37,20 +84,11 @@ std::vector<fs::path> BundleSearchPath(const fs::path& prefix) {
 }
 
 fs::path FindBundle(const fs::path& prefix) {
-    const auto places = BundleSearchPath(prefix);
-    const auto found = std::ranges::find_if(places, [](const fs::path& place) {
-        std::error_code error;
-        return fs::is_directory(place, error);
-    });
-    if (found != places.end()) {
-        RequireTrustedBundle(prefix, *found);
-        return *found;
-    }
-    std::string text = "cannot find the plug-in. These places were looked at:";
-    for (const fs::path& place : places) {
-        text += "\n  " + place.string();
-    }
-    throw Error(text);
+    return FindIn({prefix});
+}
+
+fs::path FindBundle() {
+    return FindIn(OwnPrefixes());
 }
 
 }  // namespace lineup

@@ -4,7 +4,6 @@
 #include "Host/Lineup/Error.h"
 #include "Host/Lineup/PlaceTrust.h"
 
-#include <array>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -16,25 +15,20 @@ namespace {
 
 void RequireTrustedLibrary(const fs::path& library) {
     try {
-        RequireTrusted(ProgramPrefix(), library);
+        RequireTrusted(LibraryPrefix(), library);
     } catch (const Error& error) {
         throw Error(std::string("cannot show a dialog: ") + error.what());
     }
 }
 
-// Beside the program's folder, as in a build tree, or where an installed program keeps what is its own.
 fs::path FindLibrary() {
-    const std::array<fs::path, 2> places = {ProgramPrefix() / "lib", ProgramPrefix() / "lib" / "lineup"};
-    for (const fs::path& place : places) {
-        std::error_code error;
-        fs::path library = place / zelui::ui::kToolkitLibraryName;
-        if (fs::exists(library, error)) {
-            RequireTrustedLibrary(library);
-            return library;
-        }
+    fs::path library = DynamicLibrary::Beside(zelui::ui::kToolkitLibraryName);
+    std::error_code error;
+    if (!fs::exists(library, error)) {
+        throw Error("cannot show a dialog: " + library.string() + " is not installed");
     }
-    throw Error("cannot show a dialog: " + (places.front() / zelui::ui::kToolkitLibraryName).string() +
-                " is not installed");
+    RequireTrustedLibrary(library);
+    return library;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "Host/Lineup/DynamicLibrary.h"
 
 #include "Host/Lineup/Error.h"
+#include "Host/Services/CompanionLibrary.h"
 
 #include <dlfcn.h>
 
@@ -15,11 +16,7 @@ DynamicLibrary::DynamicLibrary(const std::filesystem::path& file)
 
 std::filesystem::path DynamicLibrary::Beside(const char* name) {
     static const char kHere = 0;  // an address in this library
-    Dl_info self{};
-    if (dladdr(&kHere, &self) == 0) {
-        return name;
-    }
-    return std::filesystem::path(self.dli_fname).parent_path() / name;
+    return zelcore::CompanionLibrary(zelcore::FileOf(&kHere), name);
 }
 
 void* DynamicLibrary::Find(const char* symbol) const noexcept {

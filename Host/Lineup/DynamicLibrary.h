@@ -13,7 +13,8 @@ public:
     /// Throws Error when the file cannot be loaded.
     explicit DynamicLibrary(const std::filesystem::path& file);
 
-    /// The path of the library called `name` in the folder that this code's own library lies in.
+    /// The path of the library called `name` that belongs to liblineup: in the same folder, as in a build tree,
+    /// else in the folder "lineup" there, as installed.
     [[nodiscard]] static std::filesystem::path Beside(const char* name);
 
     /// The address of an exported symbol, or null.

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] virtual std::optional<std::string> Find(const std::string& key) const = 0;
 };
 
-/// The file name of the library; it lies beside libzelcore.
+/// The file name of the library; it belongs to libzelcore (see CompanionLibrary).
 inline constexpr const char* kCatalogueLibraryName = "libzelcore-catalogues.so";
 
 /// What a file holds if it is a catalogue that can be trusted, else nothing.

@@ -1,20 +1,18 @@
 #include "Host/Services/CatalogueLibrary.h"
 
+#include "Host/Services/CompanionLibrary.h"
+
 #include <dlfcn.h>
 
 namespace zelcore {
 
 namespace {
 
-std::filesystem::path LibraryFile() {
-    static const char kHere = 0;  // an address in this library
-    Dl_info self{};
-    const bool known = dladdr(&kHere, &self) != 0;
-    return known ? std::filesystem::path(self.dli_fname).parent_path() / kCatalogueLibraryName : kCatalogueLibraryName;
-}
+const char kHere = 0;  // an address in this library
 
 ReadCatalogueFunction* Load() {
-    void* const library = dlopen(LibraryFile().c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* const library =
+        dlopen(CompanionLibrary(FileOf(&kHere), kCatalogueLibraryName).c_str(), RTLD_NOW | RTLD_LOCAL);
     return library == nullptr ? nullptr : reinterpret_cast<ReadCatalogueFunction*>(dlsym(library, kReadCatalogueName));
 }
 

@@ -5,6 +5,7 @@
 #endif
 
 namespace zelcore {
+inline namespace parts {
 
 namespace {
 
@@ -26,4 +27,5 @@ FrameMemory AllocateFrameMemory(std::size_t bytes) {
     return memory;
 }
 
+}  // namespace parts
 }  // namespace zelcore

@@ -7,6 +7,7 @@
 #include <new>
 
 namespace zelcore {
+inline namespace parts {
 
 struct FreeFrameMemory {
     std::align_val_t alignment{};
@@ -21,4 +22,5 @@ using FrameMemory = std::unique_ptr<std::byte, FreeFrameMemory>;
 /// first written. Throws std::bad_alloc.
 ZEL_API FrameMemory AllocateFrameMemory(std::size_t bytes);
 
+}  // namespace parts
 }  // namespace zelcore

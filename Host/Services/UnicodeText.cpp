@@ -5,6 +5,7 @@
 namespace conv = boost::locale::conv;
 
 namespace zelcore {
+inline namespace parts {
 
 std::string ToUtf8(const Brio::String& text) {
     return conv::utf_to_utf<char>(text.data(), text.data() + text.size(), conv::skip);
@@ -23,4 +24,5 @@ Brio::String FromUtf8(std::string_view text) {
     return {converted.begin(), converted.end()};
 }
 
+}  // namespace parts
 }  // namespace zelcore

@@ -8,6 +8,7 @@
 #include <string_view>
 
 namespace zelcore {
+inline namespace parts {
 
 /// `text` as UTF-8; half a surrogate pair is left out, and what it swallows behind it.
 [[nodiscard]] ZEL_API std::string ToUtf8(const Brio::String& text);
@@ -18,4 +19,5 @@ namespace zelcore {
 /// UTF-8 as UTF-16; what is not UTF-8 is left out.
 [[nodiscard]] ZEL_API Brio::String FromUtf8(std::string_view text);
 
+}  // namespace parts
 }  // namespace zelcore

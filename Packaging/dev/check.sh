@@ -71,12 +71,14 @@ check_mac() {
 
 verb_check() {
     [ "$#" = 0 ] || fail "check takes no arguments"
-    need product desktop tests mlt mlt-tests benchmarks check
+    need product desktop tests mlt mlt-tests benchmarks check abi packages packages-tests
     step "Layout (clang-format)" check_layout
     step "Lint (clang-tidy, Clang's warnings)" check_tidy
+    step "Interface of the libraries (abidiff)" check_abi
     step "Thread sanitizer" check_threads
     step "Fuzz targets, a few seconds each" check_fuzz
     step "macOS bundle" check_mac
+    step "Packages" check_packages
     # Last, so that the run ends with the tally of every test.
     say "== Address and undefined-behaviour sanitizers"
     check_memory

@@ -4,6 +4,7 @@
 #include <new>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -102,4 +103,5 @@ void FileQueue::WriteBlocks() {
     }
 }
 
+}  // namespace parts
 }  // namespace lineup

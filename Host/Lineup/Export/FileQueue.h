@@ -12,6 +12,7 @@
 #include <vector>
 
 namespace lineup {
+inline namespace parts {
 
 /// Writes to a file in large blocks, each at a multiple of its size, on a thread of its own, while the caller
 /// fills the next one. A few blocks are used by turns, so memory does not grow with the file. One caller; the
@@ -69,4 +70,5 @@ private:
     std::thread mThread;  // last: it uses all the others
 };
 
+}  // namespace parts
 }  // namespace lineup

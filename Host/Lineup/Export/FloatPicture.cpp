@@ -5,6 +5,7 @@
 #include <memory>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -91,4 +92,5 @@ FloatPicture ReadPicture(const Clip& clip, int width, int height, Card card) {
     return Unpack<std::uint8_t>(clip.ReadFrame(width, height, kPixelFormat_VUYA_8u), Luma, Chroma);
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -9,6 +9,7 @@
 #include <span>
 
 namespace lineup {
+inline namespace parts {
 
 /// A picture as three float planes, Y', Cb, Cr, top line first: Y' from 0 (black) to 1 (white), chroma
 /// from -0.5 to 0.5, nothing clipped. Every line starts on a 64-byte boundary. Movable.
@@ -46,4 +47,5 @@ LINEUP_API Card ResolveCard(Card card, int height);
 /// Draws the clip's picture. Its numbers are BT.601 Y'CbCr on either card.
 LINEUP_API FloatPicture ReadPicture(const Clip& clip, int width, int height, Card card);
 
+}  // namespace parts
 }  // namespace lineup

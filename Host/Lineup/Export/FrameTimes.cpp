@@ -1,6 +1,7 @@
 #include "Host/Lineup/Export/FrameTimes.h"
 
 namespace lineup {
+inline namespace parts {
 
 std::int64_t SamplesAtFrame(std::int64_t frame, Rational frameRate, int sampleRateHz) {
     __extension__ using Int128 = __int128;
@@ -8,4 +9,5 @@ std::int64_t SamplesAtFrame(std::int64_t frame, Rational frameRate, int sampleRa
     return static_cast<std::int64_t>((2 * samplesTimesNum + frameRate.num) / (2 * Int128{frameRate.num}));
 }
 
+}  // namespace parts
 }  // namespace lineup

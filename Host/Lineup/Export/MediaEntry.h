@@ -12,7 +12,7 @@
 /// loaded when the first file is written that takes one. Both functions throw what Export throws.
 namespace lineup {
 
-/// The file name of the library; it lies beside liblineup.
+/// The file name of the library; it belongs to liblineup (see DynamicLibrary::Beside).
 inline constexpr const char* kMediaLibraryName = "liblineup-media.so";
 
 /// Writes the plan's picture and sound into a file of a muxer's making, and fills the report's `video` and

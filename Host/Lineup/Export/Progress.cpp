@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 namespace lineup {
+inline namespace parts {
 
 void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::int64_t total,
                     const ExportSettings& settings) {
@@ -11,4 +12,5 @@ void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::in
     }
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -5,6 +5,7 @@
 #include "Host/Lineup/Export/Quantise.h"
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -72,4 +73,5 @@ void PackFrames(std::span<const float* const> channels, std::size_t count, Sampl
     FunctionFor(format)(channels.data(), channels.size(), count, packed);
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -8,6 +8,7 @@
 #include <span>
 
 namespace lineup {
+inline namespace parts {
 
 /// Full scale is 1.0; samples are rounded to the nearest step, halves to even, and clipped to the format's
 /// range; NaN packs as 0. F32 copies the bits, unclipped.
@@ -28,4 +29,5 @@ LINEUP_API std::size_t PackedBytes(SampleFormat format);
 LINEUP_API void PackFrames(std::span<const float* const> channels, std::size_t count, SampleFormat format,
                            std::uint8_t* packed);
 
+}  // namespace parts
 }  // namespace lineup

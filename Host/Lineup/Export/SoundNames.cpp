@@ -1,6 +1,7 @@
 #include "Host/Lineup/Export/SoundNames.h"
 
 namespace lineup {
+inline namespace parts {
 
 std::string_view SampleFormatName(SampleFormat format) {
     switch (format) {
@@ -23,4 +24,5 @@ std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels) {
     return channels == 2 ? "stereo" : "mono";
 }
 
+}  // namespace parts
 }  // namespace lineup

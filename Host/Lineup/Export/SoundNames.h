@@ -8,6 +8,7 @@
 #include <string_view>
 
 namespace lineup {
+inline namespace parts {
 
 /// What samples are rounded to, as a report says it: "s16", "s24", "s32" or "f32".
 LINEUP_API std::string_view SampleFormatName(SampleFormat format);
@@ -15,4 +16,5 @@ LINEUP_API std::string_view SampleFormatName(SampleFormat format);
 /// FFmpeg's name of the layout of one track of all channels.
 LINEUP_API std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels);
 
+}  // namespace parts
 }  // namespace lineup

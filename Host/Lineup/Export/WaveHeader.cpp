@@ -8,6 +8,7 @@
 #include <utility>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -163,4 +164,5 @@ std::vector<std::uint8_t> WaveHeader(const WaveFormat& format) {
     return Build(format, riffBytes, riffBytes > std::numeric_limits<std::uint32_t>::max());
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -7,6 +7,7 @@
 #include <vector>
 
 namespace lineup {
+inline namespace parts {
 
 /// What a Broadcast Wave file holds.
 struct WaveFormat {
@@ -21,4 +22,5 @@ struct WaveFormat {
 /// (EBU Tech 3306) beyond; both have the same length. After an odd number of sample bytes one zero must follow.
 LINEUP_API std::vector<std::uint8_t> WaveHeader(const WaveFormat& format);
 
+}  // namespace parts
 }  // namespace lineup

@@ -13,14 +13,16 @@ namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::HasSubstr;
 
-// The program where somebody copied it to: its libraries are linked to, its plug-in is a copy.
+// The program where somebody copied it to, with its libraries and its plug-in.
 class PluginSearch : public test::TestFolder {
 protected:
     PluginSearch() {
-        const fs::path built = fs::path(TEST_LINEUP).parent_path().parent_path();
         fs::create_directories(Prefix() / "bin");
         fs::copy_file(TEST_LINEUP, Prefix() / "bin" / "lineup");
-        fs::create_directory_symlink(built / "lib", Prefix() / "lib");
+        fs::create_directories(Prefix() / "lib");
+        for (const char* const library : {TEST_LIBRARY, TEST_SERVICES}) {
+            fs::copy(library, Prefix() / "lib");
+        }
         fs::copy(TEST_BUNDLE, Bundle(), fs::copy_options::recursive);
     }
 

@@ -66,6 +66,12 @@ TEST_F(Program, VersionIsThatOfTheProject) {
     EXPECT_THAT(Lineup("--version").out, HasSubstr("lineup " + version));
 }
 
+TEST_F(Program, TellsShellsWhatCouldComeNext) {
+    EXPECT_EQ(Lineup("complete -- render a.mov --ident bl").out, "none\nblits\t\n");
+    EXPECT_EQ(Lineup("complete -- info --plugin ''").out, "folders\n");
+    EXPECT_EQ(Lineup("complete -- render -- --help").out, "files\n");
+}
+
 TEST_F(Program, WithoutACommandIsUsedWrongly) {
     EXPECT_EQ(Lineup("").exitCode, 2);
     EXPECT_EQ(Lineup("dance").exitCode, 2);

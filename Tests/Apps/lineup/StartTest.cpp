@@ -51,9 +51,10 @@ private:
 };
 
 // Our own, the plug-in's, and what any C++ program has.
-const auto kSmall = AnyOf("liblineup.so", "libzelcore.so", "BarsAndTone.so", StartsWith("libfmt.so"),
-                          StartsWith("libplist-2.0.so"), StartsWith("libstdc++.so"), StartsWith("libgcc_s.so"),
-                          StartsWith("libm.so"), StartsWith("libc.so"), StartsWith("ld-linux"));
+const auto kSmall =
+    AnyOf(StartsWith("liblineup.so."), StartsWith("libzelcore.so."), "BarsAndTone.so", StartsWith("libfmt.so"),
+          StartsWith("libplist-2.0.so"), StartsWith("libstdc++.so"), StartsWith("libgcc_s.so"), StartsWith("libm.so"),
+          StartsWith("libc.so"), StartsWith("ld-linux"));
 
 TEST_F(Start, OfInfoLoadsNothingButThePlugInAndTheLanguagesOwnLibraries) {
     EXPECT_THAT(Loaded("info"), AllOf(Contains("BarsAndTone.so"), Each(kSmall)));

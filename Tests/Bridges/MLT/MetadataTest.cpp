@@ -112,14 +112,4 @@ TEST(Metadata, ReachesTheFramework) {
     EXPECT_EQ(mlt_properties_count(parameters), 7);
 }
 
-TEST(ModulePlace, IsTheFolderAboveTheOneOfLibraries) {
-    EXPECT_EQ(bridge::PrefixOf("/usr/lib/x86_64-linux-gnu/mlt-7/libmltlineup.so"), "/usr");
-    EXPECT_EQ(bridge::PrefixOf("/home/ann/.local/lib/mlt-7/libmltlineup.so"), "/home/ann/.local");
-    EXPECT_EQ(bridge::PrefixOf("/opt/a/lib64/mlt-7/libmltlineup.so"), "/opt/a");
-}
-
-TEST(ModulePlace, IsUnknownOutsideSuchAFolder) {
-    EXPECT_ANY_THROW((void)bridge::PrefixOf("/opt/mlt-7/libmltlineup.so"));
-}
-
 }  // namespace

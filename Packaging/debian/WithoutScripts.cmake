@@ -1,0 +1,12 @@
+# Run by cpack when the packages are made. It gives a package with a library scripts that call ldconfig; the trigger
+# does that, once for all packages that are installed together.
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+    set(folder ${CPACK_TEMPORARY_DIRECTORY}/without-scripts)
+    file(REMOVE_RECURSE ${folder})
+    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${folder} COMMAND_ERROR_IS_FATAL ANY)
+    if(EXISTS ${folder}/DEBIAN/postinst)
+        file(REMOVE ${folder}/DEBIAN/postinst ${folder}/DEBIAN/postrm)
+        execute_process(COMMAND dpkg-deb --root-owner-group -Zxz --build ${folder} ${package}
+            OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+endforeach()

@@ -1,0 +1,19 @@
+# What ./dev package does, and the tests of the packages in ./dev check; ./dev reads this file in.
+
+# verb_package: the Debian packages, in build/packages.
+verb_package() {
+    [ "$#" = 0 ] || fail "package takes no arguments"
+    need product desktop mlt packages
+    configure release-packages
+    build release-packages
+    rm -rf "$root/build/packages"
+    (cd "$root/build/release" && quietly "Making the packages" cpack)
+    rm -rf "$root/build/packages/_CPack_Packages"
+    ls "$root"/build/packages/*.deb
+}
+
+check_packages() {
+    configure release-package-tests
+    build release-package-tests
+    run_tests release-package-tests
+}

@@ -1,0 +1,22 @@
+# What follows from the version, which stands in the file VERSION.
+
+# Before 1.0 every minor version may break what links to it, from then on every major one.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(LINEUP_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    set(LINEUP_COMPATIBILITY SameMinorVersion)
+else()
+    set(LINEUP_SOVERSION ${PROJECT_VERSION_MAJOR})
+    set(LINEUP_COMPATIBILITY SameMajorVersion)
+endif()
+
+# The day on which this version got its number: when VERSION was changed last.
+execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} log -1 --format=%ct -- VERSION
+    OUTPUT_VARIABLE version_seconds OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+if(NOT version_seconds)
+    file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION version_seconds %s UTC)
+endif()
+set(outer_epoch "$ENV{SOURCE_DATE_EPOCH}")
+set(ENV{SOURCE_DATE_EPOCH} ${version_seconds})
+string(TIMESTAMP LINEUP_DATE %Y-%m-%d UTC)
+string(TIMESTAMP LINEUP_LONG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(ENV{SOURCE_DATE_EPOCH} ${outer_epoch})

@@ -1,0 +1,95 @@
+// The Debian packages as files.
+#include "Tests/Packaging/Installed.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Packages : public test::InFolder {
+protected:
+    [[nodiscard]] static fs::path File(const std::string& package) {
+        for (const auto& entry : fs::directory_iterator(TEST_PACKAGES)) {
+            if (entry.path().filename().string().starts_with(package + "_")) {
+                return entry.path();
+            }
+        }
+        return fs::path(TEST_PACKAGES) / package;
+    }
+    [[nodiscard]] std::string Field(const std::string& package, const std::string& field) const {
+        return Output("dpkg-deb -f '" + File(package).string() + "' " + field);
+    }
+    // What the package puts where, folders left out.
+    [[nodiscard]] std::vector<std::string> Contents(const std::string& package) const {
+        std::istringstream lines(Output("dpkg-deb --fsys-tarfile '" + File(package).string() + "' | tar -t"));
+        std::vector<std::string> files;
+        for (std::string line; std::getline(lines, line);) {
+            if (!line.ends_with('/')) {
+                files.push_back(line.substr(1));
+            }
+        }
+        return files;
+    }
+};
+
+const std::string kLibrary = "liblineup" TEST_SOVERSION;
+const std::vector<std::string> kAll = {kLibrary,        "liblineup-dev", "lineup",
+                                       "lineup-plugin", "lineup-studio", "mlt-lineup"};
+
+TEST_F(Packages, AreAsDebianWantsThem) {
+    const auto result =
+        Run("lintian --allow-root --fail-on error,warning --pedantic --tag-display-limit 0 '" TEST_PACKAGES "'/*.deb");
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+}
+
+TEST_F(Packages, AreOfThisVersion) {
+    for (const std::string& package : kAll) {
+        EXPECT_EQ(Field(package, "Version"), TEST_VERSION "\n") << package;
+    }
+}
+
+TEST_F(Packages, TakeTheLibraryOfTheSameVersion) {
+    for (const std::string& package : kAll) {
+        if (package != kLibrary) {
+            EXPECT_THAT(Field(package, "Depends"), HasSubstr(kLibrary + " (= " TEST_VERSION ")")) << package;
+        }
+    }
+}
+
+TEST_F(Packages, TakeWhatTheirProgramsLinkTo) {
+    EXPECT_THAT(Field(kLibrary, "Depends"), testing::AllOf(HasSubstr("libavformat"), HasSubstr("libplist")));
+    EXPECT_THAT(Field("lineup-studio", "Depends"), HasSubstr("libqt6multimedia6"));
+    EXPECT_THAT(Field("mlt-lineup", "Depends"), HasSubstr("libmlt7"));
+    EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
+}
+
+TEST_F(Packages, HaveNoFileInCommon) {
+    std::map<std::string, std::string> owners;
+    for (const std::string& package : kAll) {
+        for (const std::string& file : Contents(package)) {
+            EXPECT_TRUE(owners.emplace(file, package).second) << file << ": " << owners[file] << " and " << package;
+        }
+    }
+}
+
+TEST_F(Packages, HaveWhatBelongsToThem) {
+    EXPECT_THAT(Contents("lineup"), testing::IsSupersetOf({"/usr/bin/lineup", "/usr/share/man/man1/lineup-render.1.gz",
+                                                           "/usr/share/bash-completion/completions/lineup",
+                                                           "/usr/share/zsh/vendor-completions/_lineup"}));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/liblineup.so." TEST_VERSION));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/liblineup-media.so"));
+    EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Host/Lineup/Clip.h"));
+    EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));
+    EXPECT_THAT(Contents("lineup-studio"), Contains("/usr/bin/lineup-studio"));
+    EXPECT_THAT(Contents("mlt-lineup"), Contains("/usr/share/mlt-7/lineup/producer_barsandtone.yml"));
+}
+
+}  // namespace

@@ -16,6 +16,7 @@ KINDS = {
     "text": "shown as it is",
     "c++": "shown, or the file that it names",
     "json": "shown, or the file that it names",
+    "cmake": "shown, or the file that it names",
     "python": "shown, or the file that it names",
     "xml": "shown, or the file that it names",
     "po": "shown, or the file that it names",

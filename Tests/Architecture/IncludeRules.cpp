@@ -56,6 +56,10 @@ const std::vector<FolderRule> kFolderRules = {
     {"Bridges/MLT/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"dlfcn.h", "fmt/", "framework/"}},
+    {"Tests/Bridges/",
+     {"Bridges/MLT/", "Host/Interface/Frame/", "Host/Lineup/Importer.h", "Src/BarsAndToneImporter/BarsAndToneInfo.h",
+      "Tests/Support/"},
+     {"dlfcn.h", "framework/", "gmock/", "gtest/", "yaml-cpp/"}},
 };
 
 // What only these files may mention, tests aside.

@@ -190,9 +190,8 @@ void SetUp(mlt_producer producer, const char* argument) {
     producer->get_frame = GetFrame;
     producer->close = reinterpret_cast<mlt_destructor>(Close);
     mlt_properties properties = MLT_PRODUCER_PROPERTIES(producer);
-    const bool named = argument != nullptr && *argument != '\0' && *argument != '<';
-    mlt_properties_set(properties, "resource", named ? argument : "tone");
-    if (named) {
+    // There is no "resource": editors take that for a file, and miss it.
+    if (argument != nullptr && *argument != '\0' && *argument != '<') {
         mlt_properties_set(properties, SoundProperty().name, argument);
     }
     mlt_properties_set_int(properties, "seekable", 1);

@@ -46,6 +46,26 @@ TEST_F(Xml, BringsBackTheSameClip) {
               "");
 }
 
+// An editor takes a resource for a file, and asks the person where it is. "<producer>" is the framework's own for none.
+TEST_F(Xml, NamesNoFile) {
+    const auto namesAFile = [](const std::string& text) {
+        const std::string element = "<property name=\"resource\">";
+        const std::size_t at = text.find(element);
+        return at != std::string::npos && text.compare(at + element.size(), 16, "&lt;producer&gt;") != 0;
+    };
+    const auto profile = test::MakeProfile(kNtsc);
+    for (const char* const argument : {static_cast<const char*>(nullptr), "blits"}) {
+        const auto clip = test::MakeClip(*profile, {}, argument);
+        EXPECT_FALSE(namesAFile(Save(*profile, *clip, "a.mlt")));
+    }
+    int samples = 0;
+    for (const auto& sample : std::filesystem::directory_iterator(TEST_SAMPLES)) {
+        EXPECT_FALSE(namesAFile(test::ReadFile(sample))) << sample.path();
+        ++samples;
+    }
+    EXPECT_GT(samples, 0);
+}
+
 TEST_F(Xml, OfAClipMadeByNameKeepsWhatWasChangedLater) {
     const auto profile = test::MakeProfile(kNtsc);
     const auto clip = test::MakeClip(*profile, {}, "blits");

@@ -66,6 +66,26 @@ TEST_F(Xml, NamesNoFile) {
     EXPECT_GT(samples, 0);
 }
 
+TEST_F(Xml, OfAClipAsItWasMadeIsReadWithoutAWarning) {
+    const auto profile = test::MakeProfile(kNtsc);
+    const auto clip = test::MakeClip(*profile);
+    Save(*profile, *clip, "a.mlt");
+    const test::LogCapture log;
+    const auto again = Load(*profile, "a.mlt");
+    ASSERT_TRUE(again);
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), kNtsc, 3);
+    EXPECT_EQ(Difference(sound, test::PlugInSound(test::Tone(2), 0, static_cast<std::int64_t>(sound.front().size()))),
+              "");
+    EXPECT_EQ(log.Text(), "");
+}
+
+// As clips were written before: the folder of the project stands before the name.
+TEST_F(Xml, TakesTheNameOfASoundFromAResource) {
+    const auto profile = test::MakeProfile(kNtsc);
+    const auto clip = test::MakeClip(*profile, {}, (Folder() / "blits").c_str());
+    EXPECT_STREQ(mlt_properties_get(MLT_PRODUCER_PROPERTIES(clip.get()), "sound"), "blits");
+}
+
 TEST_F(Xml, OfAClipMadeByNameKeepsWhatWasChangedLater) {
     const auto profile = test::MakeProfile(kNtsc);
     const auto clip = test::MakeClip(*profile, {}, "blits");

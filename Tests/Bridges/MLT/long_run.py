@@ -1,0 +1,91 @@
+"""Renders many minutes of clip with melt, on several threads, and watches the process: once it has warmed up its memory
+must not grow and its number of threads must not change.
+
+long_run.py LAUNCHER [--minutes N]: LAUNCHER is lineup-mlt, or `env MLT_REPOSITORY=...` in one argument."""
+import argparse
+import shlex
+import subprocess
+import sys
+import time
+
+FRAMES_PER_MINUTE = 1500
+TRIES = 4
+SLEEPS_ON = 20  # seconds on one thread alone: melt 7.12 now and then does not start; see Docs/mlt.md
+MOST_GROWTH = 1024  # KiB: an hour has 90000 frames, so that 12 bytes a frame would be seen
+
+# A file format that takes everything; nothing is kept of it.
+CONSUMER = ("avformat:/dev/null f=matroska vcodec=rawvideo pix_fmt=yuv422p acodec=pcm_f32le mlt_audio_format=f32le "
+            "channels=6 real_time=-2 width=64 height=36")
+
+
+def status(process):
+    """Resident memory in KiB and threads of a running process; None when it has ended."""
+    try:
+        with open(f"/proc/{process.pid}/status") as file:
+            fields = dict(line.split(":", 1) for line in file)
+        return int(fields["VmRSS"].split()[0]), int(fields["Threads"])
+    except (OSError, KeyError):
+        return None
+
+
+def watch(command, seconds):
+    """Runs `command`; its samples of memory and threads. None when it slept on instead of starting."""
+    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    samples = []
+    end = time.monotonic() + seconds
+    alone_since = time.monotonic()
+    try:
+        while process.poll() is None:
+            now = time.monotonic()
+            sample = status(process)
+            if sample:
+                samples.append(sample)
+                alone_since = alone_since if sample[1] == 1 else now
+            if now - alone_since > SLEEPS_ON:
+                return None
+            if now > end:
+                sys.exit(f"long_run: not done after {seconds} s")
+            time.sleep(0.05)
+    finally:
+        process.kill()
+        process.wait()
+    if process.returncode != 0:
+        sys.exit(f"long_run: melt ended with status {process.returncode}")
+    return samples
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("launcher")
+    parser.add_argument("--minutes", type=int, default=60)
+    arguments = parser.parse_args()
+    frames = arguments.minutes * FRAMES_PER_MINUTE
+    command = shlex.split(arguments.launcher) + ["melt", "-silent", "-profile", "dv_pal", "barsandtone:blits",
+                                                 f"length={frames}", f"out={frames - 1}", "-consumer"] + CONSUMER.split()
+    start = time.monotonic()
+    for _ in range(TRIES):
+        start = time.monotonic()
+        samples = watch(command, 60 + 10 * arguments.minutes)
+        if samples:
+            break
+    else:
+        sys.exit(f"long_run: melt did not start in {TRIES} tries")
+    # The first fifth is for loading and for pools that fill; in the end the threads have gone, all but one.
+    while samples and samples[-1][1] == 1:
+        samples.pop()
+    steady = samples[len(samples) // 5:-5]
+    if len(steady) < 20:
+        sys.exit(f"long_run: only {len(steady)} samples; take more minutes")
+    half = len(steady) // 2
+    before, after = (max(memory for memory, _ in part) for part in (steady[:half], steady[half:]))
+    threads = sorted({number for _, number in steady})
+    print(f"{arguments.minutes} minutes of clip in {time.monotonic() - start:.0f} s: at most {before} KiB in the first "
+          f"half, {after} KiB in the second; threads: {', '.join(map(str, threads))} ({len(steady)} samples)")
+    if after - before > MOST_GROWTH:
+        sys.exit(f"long_run: memory grows by {after - before} KiB")
+    if len(threads) != 1:
+        sys.exit("long_run: the number of threads changes")
+
+
+if __name__ == "__main__":
+    main()

@@ -14,7 +14,7 @@ SLEEPS_ON = 20  # seconds on one thread alone: melt 7.12 now and then does not s
 MOST_GROWTH = 1024  # KiB: an hour has 90000 frames, so that 12 bytes a frame would be seen
 
 # A file format that takes everything; nothing is kept of it.
-CONSUMER = ("avformat:/dev/null f=matroska vcodec=rawvideo pix_fmt=yuv422p acodec=pcm_f32le mlt_audio_format=f32le "
+CONSUMER = ("avformat:/dev/null f=null vcodec=rawvideo pix_fmt=yuv422p acodec=pcm_f32le mlt_audio_format=f32le "
             "channels=6 real_time=-2 width=64 height=36")
 
 

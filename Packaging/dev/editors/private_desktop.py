@@ -27,6 +27,11 @@ class PrivateDesktop:
             self._start_bus()
             self.start("openbox", ["openbox"])
             self.start("accessibility", [LAUNCHER, "--launch-immediately"])
+            # A program that comes up before them stays without a frame, and its widgets without names.
+            wait_until("the window manager runs", 60, lambda: self._succeeds("xdotool", "get_num_desktops"))
+            wait_until("the accessibility service runs", 60, lambda: self._succeeds(
+                "dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+                "org.a11y.Bus.GetAddress"))
         except BaseException:
             self.close()
             raise
@@ -61,6 +66,10 @@ class PrivateDesktop:
         crop = ["-crop", "{2}x{3}+{0}+{1}".format(*box), "+repage"] if box else []
         subprocess.run(["import", "-window", "root", *crop, "-strip", "-define", "png:compression-level=9", str(file)],
                        env=self.environment, check=True, timeout=30)
+
+    def _succeeds(self, *command):
+        return subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
+                              timeout=30, check=False).returncode == 0
 
     def _fresh_environment(self):
         home = self.home

@@ -23,7 +23,8 @@ class Melt : public test::TestFolder {
 protected:
     // Runs `melt ARGUMENTS` in the test's own folder, with the modules of `repository`. On a busy machine melt 7.12
     // now and then sleeps on in its main loop, with no other thread left and nothing written; such a run is killed
-    // and made again.
+    // and made again. It is the framework's doing, and happens with its own producers alike: consumer_start in its
+    // avformat module creates the thread first and sets "running" after, which a quick thread finds at 0.
     [[nodiscard]] test::RunResult Run(const std::string& arguments,
                                       const std::string& repository = TEST_MLT_REPOSITORY) const {
         const std::string command = "cd '" + Folder().string() + "' && LC_ALL=C MLT_REPOSITORY='" + repository +

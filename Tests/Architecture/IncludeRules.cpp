@@ -31,7 +31,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
     {"Host/Services/",
      {"Host/Interface/"},
-     {"boost/", "dlfcn.h", "immintrin.h", "link.h", "plist/", "sys/mman.h", "unistd.h"}},
+     {"boost/", "cpuid.h", "dlfcn.h", "immintrin.h", "link.h", "plist/", "sys/mman.h", "unistd.h"}},
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},

@@ -11,6 +11,7 @@ import time
 FRAMES_PER_MINUTE = 1500
 TRIES = 4
 SLEEPS_ON = 20  # seconds on one thread alone: melt 7.12 now and then does not start; see Docs/mlt.md
+MOST_ENDING = 30  # samples, a second and a half
 MOST_GROWTH = 1024  # KiB: an hour has 90000 frames, so that 12 bytes a frame would be seen
 
 # A file format that takes everything; nothing is kept of it.
@@ -70,12 +71,15 @@ def main():
             break
     else:
         sys.exit(f"long_run: melt did not start in {TRIES} tries")
-    # The first fifth is for loading and for pools that fill; in the end the threads have gone, all but one.
-    while samples and samples[-1][1] == 1:
-        samples.pop()
-    steady = samples[len(samples) // 5:-5]
-    if len(steady) < 20:
-        sys.exit(f"long_run: only {len(steady)} samples; take more minutes")
+    # From when all threads run to when they begin to go, but for the first fifth: pools fill.
+    most = max(number for _, number in samples)
+    running = [i for i, (_, number) in enumerate(samples) if number == most]
+    steady = samples[running[0]:running[-1] + 1]
+    if len(samples) - running[-1] > MOST_ENDING:
+        sys.exit(f"long_run: threads have gone before the end: of {most}, {samples[running[-1] + 1][1]} were left")
+    steady = steady[len(steady) // 5:]
+    if len(steady) < 12:
+        sys.exit(f"long_run: only {len(steady)} samples with {most} threads")
     half = len(steady) // 2
     before, after = (max(memory for memory, _ in part) for part in (steady[:half], steady[half:]))
     threads = sorted({number for _, number in steady})

@@ -22,7 +22,8 @@ enum PropertyIndex : std::size_t {
     kFrequencyIndex,
     kLevelIndex,
     kChannelsIndex,
-    kMatrixIndex
+    kMatrixIndex,
+    kDepthIndex
 };
 
 const char* NameOf(std::size_t index) {
@@ -37,6 +38,8 @@ const char* NameOf(std::size_t index) {
             return kLevel.name;
         case kMatrixIndex:
             return MatrixProperty().name;
+        case kDepthIndex:
+            return DepthProperty().name;
         default:
             return ChannelsProperty().name;
     }
@@ -116,6 +119,7 @@ ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain) {
     ClipChoice choice;
     choice.card = CardOf(ReadName(CardProperty(), texts[kCardIndex], complain));
     choice.inMatrixOfProfile = ReadName(MatrixProperty(), texts[kMatrixIndex], complain) == "profile";
+    choice.depthBits = std::stoi(ReadName(DepthProperty(), texts[kDepthIndex], complain));
     choice.tone.frequencyHz = ReadNumber(kFrequency, texts[kFrequencyIndex], complain);
     choice.tone.levelDb = ReadNumber(kLevel, texts[kLevelIndex], complain);
     const std::string channels = ReadName(ChannelsProperty(), texts[kChannelsIndex], complain);

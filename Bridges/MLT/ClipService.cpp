@@ -28,7 +28,8 @@ bool ClipService::IsBt709For(int profileColourSpace) const noexcept {
 }
 
 std::shared_ptr<const PictureBytes> ClipService::Picture(int width, int height, Packing packing, bool bt709) {
-    return mPictures.Get(mPictureClip, {width, height, mChoice.card, packing, bt709});
+    const int bits = packing == Packing::Planar16 ? mChoice.depthBits : 8;
+    return mPictures.Get(mPictureClip, {width, height, mChoice.card, packing, bt709, bits});
 }
 
 Sound& ClipService::SoundAt(int rateHz, const Complain& complain) {

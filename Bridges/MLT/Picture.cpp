@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
 #include <span>
 #include <utility>
@@ -82,14 +83,20 @@ PictureBytes PackYuyv8(const ConvertedPlanes& planes, std::size_t width, std::si
     return bytes;
 }
 
-PictureBytes PackPlanar16(const ConvertedPlanes& planes, std::size_t width, std::size_t height) {
-    PictureBytes bytes;
-    bytes.reserve(width * height * 4);
+PictureBytes PackPlanar16(const ConvertedPlanes& planes, std::size_t width, std::size_t height, int bits) {
+    PictureBytes bytes(width * height * 4);
+    std::uint8_t* out = bytes.data();
     for (std::size_t plane = 0; plane < kPlanes; ++plane) {
-        const std::size_t lineBytes = (plane == 0 ? width : width / 2) * 2;
+        const std::size_t lineValues = plane == 0 ? width : width / 2;
         for (std::size_t line = 0; line < height; ++line) {
             const std::uint8_t* const from = planes.Line(plane, line);
-            bytes.insert(bytes.end(), from, from + lineBytes);
+            for (std::size_t x = 0; x < lineValues; ++x) {
+                std::uint16_t value = 0;
+                std::memcpy(&value, from + x * sizeof(value), sizeof(value));
+                value = static_cast<std::uint16_t>(value << (16 - bits));
+                std::memcpy(out, &value, sizeof(value));
+                out += sizeof(value);
+            }
         }
     }
     return bytes;
@@ -102,7 +109,7 @@ PictureBytes DrawPicture(const lineup::Clip& clip, const PictureKey& key) {
     const auto width = static_cast<std::size_t>(key.width);
     const auto height = static_cast<std::size_t>(key.height);
     if (key.packing == Packing::Planar16) {
-        return PackPlanar16(ConvertedPlanes(picture, 16, key.bt709), width, height);
+        return PackPlanar16(ConvertedPlanes(picture, key.bits, key.bt709), width, height, key.bits);
     }
     return PackYuyv8(ConvertedPlanes(picture, 8, key.bt709), width, height);
 }

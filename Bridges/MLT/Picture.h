@@ -24,6 +24,7 @@ struct PictureKey {
     lineup::Card card = lineup::Card::Auto;
     Packing packing = Packing::Yuyv8;
     bool bt709 = false;  ///< converted to BT.709 from the card's own BT.601
+    int bits = 8;        ///< of each value; Planar16 holds 9 to 16, in its upper bits
 
     bool operator==(const PictureKey&) const = default;
 };

@@ -186,14 +186,21 @@ void Close(mlt_producer producer) {
     std::free(producer);  // NOLINT(cppcoreguidelines-no-malloc): mlt_producer_new takes it from malloc
 }
 
+/// The sound that an argument names, or nothing. Arguments come from projects too: there the framework's own word for
+/// no resource stands for none, and a folder may have been put in front.
+std::string SoundNamedBy(const char* argument) {
+    const std::string text = argument == nullptr ? "" : argument;
+    const std::string name = text.substr(text.rfind('/') + 1);
+    return name.starts_with('<') ? "" : name;
+}
+
 void SetUp(mlt_producer producer, const char* argument) {
     producer->get_frame = GetFrame;
     producer->close = reinterpret_cast<mlt_destructor>(Close);
     mlt_properties properties = MLT_PRODUCER_PROPERTIES(producer);
-    const bool named = argument != nullptr && *argument != '\0' && *argument != '<';
-    mlt_properties_set(properties, "resource", named ? argument : "tone");
-    if (named) {
-        mlt_properties_set(properties, SoundProperty().name, argument);
+    // The sound is not kept as the "resource" too: editors take that for a file, and miss it.
+    if (const std::string sound = SoundNamedBy(argument); !sound.empty()) {
+        mlt_properties_set(properties, SoundProperty().name, sound.c_str());
     }
     mlt_properties_set_int(properties, "seekable", 1);
     // The clip's five seconds are where it ends, not all there is of it.

@@ -35,6 +35,12 @@ const NameProperty& MatrixProperty() {
     return kProperty;
 }
 
+const NameProperty& DepthProperty() {
+    static constexpr std::array<std::string_view, 3> kNames = {"16", "12", "10"};
+    static constexpr NameProperty kProperty{"depth", kNames};
+    return kProperty;
+}
+
 const NameProperty& SoundProperty() {
     static const Names names = NamesOf("tone", lineup::Idents());
     static const NameProperty property{"sound", names};

@@ -34,6 +34,10 @@ inline constexpr NumberProperty kLevel{"level", -300, 0, -12.04, "dBFS"};
 /// when the profile is BT.709.
 [[nodiscard]] const NameProperty& MatrixProperty();
 
+/// The bits of a picture that is asked for in 16: those below are zero, so that a consumer that writes fewer has
+/// nothing left to round.
+[[nodiscard]] const NameProperty& DepthProperty();
+
 /// A steady tone, or one of the idents by its name.
 [[nodiscard]] const NameProperty& SoundProperty();
 

@@ -31,7 +31,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Interface/Platform/", {"Host/Interface/"}, {"CoreFoundation/", "libkern/", "string.h"}},
     {"Host/Services/",
      {"Host/Interface/"},
-     {"boost/", "dlfcn.h", "immintrin.h", "link.h", "plist/", "sys/mman.h", "unistd.h"}},
+     {"boost/", "cpuid.h", "dlfcn.h", "immintrin.h", "link.h", "plist/", "sys/mman.h", "unistd.h"}},
     {"Host/Desktop/", {"Host/Interface/"}, {"boost/", "fmt/", "Q", "xcb/"}},
     {"Host/Lineup/",
      {"Host/Interface/", "Host/Services/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
@@ -56,6 +56,10 @@ const std::vector<FolderRule> kFolderRules = {
     {"Bridges/MLT/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", "Src/BarsAndToneImporter/BarsAndToneInfo.h"},
      {"dlfcn.h", "fmt/", "framework/"}},
+    {"Tests/Bridges/",
+     {"Bridges/MLT/", "Host/Interface/Frame/", "Host/Lineup/Importer.h", "Src/BarsAndToneImporter/BarsAndToneInfo.h",
+      "Tests/Support/"},
+     {"dlfcn.h", "framework/", "gmock/", "gtest/", "yaml-cpp/"}},
 };
 
 // What only these files may mention, tests aside.

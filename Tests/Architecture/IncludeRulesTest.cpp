@@ -70,6 +70,20 @@ TEST(IncludeRules, KeepTheServicesFreeOfTheirUsers) {
                 SizeIs(1));
 }
 
+TEST(IncludeRules, LetABridgeAndItsTestsAloneKnowTheFramework) {
+    const std::vector<std::string> lines = {"#include <framework/mlt.h>"};
+    EXPECT_THAT(BrokenIncludeRules({"Bridges/MLT/Producer.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Tests/Bridges/MLT/SoundTest.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", lines}), SizeIs(1));
+}
+
+TEST(IncludeRules, KeepTheInsideOfThePlugInOutOfTheTestsOfABridge) {
+    EXPECT_THAT(BrokenIncludeRules({"Tests/Bridges/MLT/SoundTest.cpp",
+                                    {R"(#include "Src/ToneGenerator/ToneGenerator.h")",
+                                     R"(#include "Host/Interface/Importer/ImportRecords.h")"}}),
+                testing::Not(IsEmpty()));
+}
+
 TEST(IncludeRules, RefuseAnIncludeByNeighbourhood) {
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip.cpp", {R"(#include "Clip.h")"}}), SizeIs(1));
 }

@@ -47,6 +47,12 @@ TEST(Module, FindsTheServicesByAPathRelativeToItself) {
     EXPECT_TRUE(found) << kServices.filename() << " is in none of the folders of " << paths.front();
 }
 
+#ifdef TEST_MLT_MODULE
+TEST(MltModule, ExportsItsRegistrationAndNothingElse) {
+    EXPECT_THAT(test::ExportedNames(test::DynamicSymbols(TEST_MLT_MODULE)), ElementsAre("mlt_register"));
+}
+#endif
+
 TEST(ModuleSymbols, ExportsAreWhatAFileDefines) {
     EXPECT_THAT(test::ExportedNames({{"b", "", 'T'}, {"needed", "", 'U'}, {"optional", "", 'w'}, {"a", "", 'D'}}),
                 ElementsAre("a", "b"));

@@ -83,8 +83,8 @@ TEST(Metadata, GivesTheRangesThatTheProducerHas) {
 }
 
 TEST(Metadata, GivesTheNamesThatTheProducerKnows) {
-    for (const auto* const property :
-         {&bridge::CardProperty(), &bridge::MatrixProperty(), &bridge::SoundProperty(), &bridge::ChannelsProperty()}) {
+    for (const auto* const property : {&bridge::CardProperty(), &bridge::MatrixProperty(), &bridge::DepthProperty(),
+                                       &bridge::SoundProperty(), &bridge::ChannelsProperty()}) {
         const YAML::Node node = Parameter(property->name);
         const auto names = node["values"].as<std::vector<std::string>>();
         EXPECT_EQ(names, std::vector<std::string>(property->names.begin(), property->names.end()));
@@ -100,7 +100,8 @@ TEST(Metadata, DescribesEveryPropertyAndNothingElse) {
             EXPECT_TRUE(node[key]) << node["identifier"] << " has no " << key;
         }
     }
-    EXPECT_EQ(names, (std::set<std::string>{"resource", "card", "matrix", "sound", "frequency", "level", "channels"}));
+    EXPECT_EQ(names, (std::set<std::string>{"resource", "card", "matrix", "depth", "sound", "frequency", "level",
+                                            "channels"}));
 }
 
 TEST(Metadata, ReachesTheFramework) {
@@ -109,7 +110,7 @@ TEST(Metadata, ReachesTheFramework) {
     ASSERT_NE(metadata, nullptr);
     EXPECT_STREQ(mlt_properties_get(metadata, "title"), "Bars and Tone");
     const auto parameters = static_cast<mlt_properties>(mlt_properties_get_data(metadata, "parameters", nullptr));
-    EXPECT_EQ(mlt_properties_count(parameters), 7);
+    EXPECT_EQ(mlt_properties_count(parameters), 8);
 }
 
 }  // namespace

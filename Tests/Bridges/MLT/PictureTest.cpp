@@ -148,6 +148,23 @@ TEST(Picture, InSixteenBitsKeepsEveryStepOfTheRamp) {
     EXPECT_EQ(std::set<int>(line + 445, line + 1473).size(), 1028U);
 }
 
+// The ramp's 1028 steps lie on 876 codes of ten bits.
+TEST(Picture, HasNothingBelowTheDepthThatIsChosen) {
+    const Image image = FirstImage({{"depth", "10"}}, mlt_image_yuv422p16, 1920, 1080);
+    Codes codes = image.codes;
+    for (auto& plane : codes.planes) {
+        for (int& code : plane) {
+            ASSERT_EQ(code % 64, 0);
+            code /= 64;
+        }
+    }
+    EXPECT_LE(Furthest(codes, Expected(kPixelFormat_VUYA_32f, 1920, 1080, 4)), kNearest);
+    const auto line = codes.planes[0].begin() + 1920 * 750;
+    EXPECT_EQ(std::set<int>(line + 445, line + 1473).size(), 876U);
+    EXPECT_EQ(FirstImage({{"depth", "10"}}, mlt_image_yuv422, 1920, 1080).codes,
+              FirstImage({}, mlt_image_yuv422, 1920, 1080).codes);
+}
+
 TEST(Picture, KeepsWhatLiesBelowBlackAndAboveWhite) {
     const auto luma = [](const Image& image) {
         const auto& plane = image.codes.planes[0];

@@ -46,6 +46,46 @@ TEST_F(Xml, BringsBackTheSameClip) {
               "");
 }
 
+// An editor takes a resource for a file, and asks the person where it is. "<producer>" is the framework's own for none.
+TEST_F(Xml, NamesNoFile) {
+    const auto namesAFile = [](const std::string& text) {
+        const std::string element = "<property name=\"resource\">";
+        const std::size_t at = text.find(element);
+        return at != std::string::npos && text.compare(at + element.size(), 16, "&lt;producer&gt;") != 0;
+    };
+    const auto profile = test::MakeProfile(kNtsc);
+    for (const char* const argument : {static_cast<const char*>(nullptr), "blits"}) {
+        const auto clip = test::MakeClip(*profile, {}, argument);
+        EXPECT_FALSE(namesAFile(Save(*profile, *clip, "a.mlt")));
+    }
+    int samples = 0;
+    for (const auto& sample : std::filesystem::directory_iterator(TEST_SAMPLES)) {
+        EXPECT_FALSE(namesAFile(test::ReadFile(sample))) << sample.path();
+        ++samples;
+    }
+    EXPECT_GT(samples, 0);
+}
+
+TEST_F(Xml, OfAClipAsItWasMadeIsReadWithoutAWarning) {
+    const auto profile = test::MakeProfile(kNtsc);
+    const auto clip = test::MakeClip(*profile);
+    Save(*profile, *clip, "a.mlt");
+    const test::LogCapture log;
+    const auto again = Load(*profile, "a.mlt");
+    ASSERT_TRUE(again);
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), kNtsc, 3);
+    EXPECT_EQ(Difference(sound, test::PlugInSound(test::Tone(2), 0, static_cast<std::int64_t>(sound.front().size()))),
+              "");
+    EXPECT_EQ(log.Text(), "");
+}
+
+// As clips were written before: the folder of the project stands before the name.
+TEST_F(Xml, TakesTheNameOfASoundFromAResource) {
+    const auto profile = test::MakeProfile(kNtsc);
+    const auto clip = test::MakeClip(*profile, {}, (Folder() / "blits").c_str());
+    EXPECT_STREQ(mlt_properties_get(MLT_PRODUCER_PROPERTIES(clip.get()), "sound"), "blits");
+}
+
 TEST_F(Xml, OfAClipMadeByNameKeepsWhatWasChangedLater) {
     const auto profile = test::MakeProfile(kNtsc);
     const auto clip = test::MakeClip(*profile, {}, "blits");

@@ -43,6 +43,9 @@ nlohmann::ordered_json SignalJson(const BarsAndToneInfo& settings) {
                 {"title", ident->title},
                 {"cycleSeconds", Seconds(ident->cycleTicks)}};
     }
+    if (lineup::AsksForUnknownIdent(settings)) {
+        return {{"kind", "unknown ident"}, {"format", static_cast<std::uint32_t>(settings.identifierFormat)}};
+    }
     return {{"kind", "steady"},
             {"frequencyHz", settings.frequency},
             {"gain", settings.amplitude},
@@ -71,6 +74,9 @@ std::string SignalText(const lineup::Clip& clip) {
     const BarsAndToneInfo settings = SettingsOf(clip);
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
         return fmt::format("{}, a cycle of {:g} s", ident->title, Seconds(ident->cycleTicks));
+    }
+    if (lineup::AsksForUnknownIdent(settings)) {
+        return lineup::UnknownIdentText(settings);
     }
     return fmt::format("{:g} Hz at {:.2f} dBFS peak", settings.frequency,
                        lineup::DbFromGain(static_cast<double>(settings.amplitude)));

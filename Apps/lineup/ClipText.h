@@ -19,7 +19,7 @@ namespace cli {
 /// "stereo (L R), 48000 Hz".
 [[nodiscard]] std::string SoundText(const lineup::Clip& clip);
 
-/// "1000 Hz at -12.04 dBFS", or the sequence's title and the length of its cycle.
+/// "1000 Hz at -12.04 dBFS", or the sequence's title and the length of its cycle, or that it is unknown.
 [[nodiscard]] std::string SignalText(const lineup::Clip& clip);
 
 /// "5.000 s (240000 samples)".

@@ -11,8 +11,12 @@ ui::UI_Node* NodeTable::Find(const QWidget& root, std::string_view name, bool re
     auto* const widget = root.findChild<QWidget*>(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())),
                                                   recursive ? Qt::FindChildrenRecursively : Qt::FindDirectChildrenOnly);
     if (widget == nullptr || name.empty()) {
+        mLookups.missing.emplace_back(name);
+        mLookups.lastFound.clear();
         return nullptr;
     }
+    mLookups.lastFound = name;
+    mLookups.lastKind = widget->metaObject()->className();
     ui::NodeRef<ui::UI_Node>& node = mNodes[widget];
     if (!node) {
         node = MakeNode(*widget);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Interface/UI/UI_Node.h"
+#include "Host/Interface/UI/UI_DialogView.h"
 
 #include <QWidget>
 #include <map>
@@ -17,10 +17,13 @@ public:
     /// null. No reference is taken.
     [[nodiscard]] ui::UI_Node* Find(const QWidget& root, std::string_view name, bool recursive);
 
+    [[nodiscard]] const ui::Lookups& LookedUp() const noexcept { return mLookups; }
+
 private:
     [[nodiscard]] ui::NodeRef<ui::UI_Node> MakeNode(QWidget& widget);
 
     std::map<const QWidget*, ui::NodeRef<ui::UI_Node>> mNodes;
+    ui::Lookups mLookups;
 };
 
 }  // namespace zelui::qt

@@ -22,6 +22,7 @@ public:
     /// Throws what a handler of one of the controls threw.
     void RunModal() override;
     void Close() override;
+    [[nodiscard]] ui::Lookups LookedUp() const override { return mNodes->LookedUp(); }
 
 private:
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast): the widget is the one it was made with

@@ -2,6 +2,8 @@
 
 #include "Host/Interface/Media/TickTime.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -20,6 +22,10 @@ constexpr std::array<Ident, 4> kIdents = {{
     {"blits", "BLITS ident, 5.1", BLITS5_1, 6, Tenths(134)},
 }};
 
+bool AsksForIdent(const BarsAndToneInfo& settings) {
+    return settings.identifyChannels == 1;
+}
+
 template <class Predicate>
 const Ident* FindIf(Predicate predicate) {
     const auto* const found = std::ranges::find_if(kIdents, predicate);
@@ -37,10 +43,18 @@ const Ident* FindIdent(std::string_view name) {
 }
 
 const Ident* FindIdent(const BarsAndToneInfo& settings) {
-    if (settings.identifyChannels != 1) {
+    if (!AsksForIdent(settings)) {
         return nullptr;
     }
     return FindIf([&](const Ident& ident) { return ident.format == settings.identifierFormat; });
+}
+
+bool AsksForUnknownIdent(const BarsAndToneInfo& settings) {
+    return AsksForIdent(settings) && FindIdent(settings) == nullptr;
+}
+
+std::string UnknownIdentText(const BarsAndToneInfo& settings) {
+    return fmt::format("unknown ident {}: silent", static_cast<std::uint32_t>(settings.identifierFormat));
 }
 
 }  // namespace lineup

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include <new>
+
 namespace lineup {
 
 namespace {
@@ -45,8 +47,15 @@ Importer::Importer(const std::filesystem::path& bundleFolder)
 
 Importer::~Importer() = default;
 
+// The code of an exception that is the plug-in's own goes with the plug-in, which may be before anybody reads it.
 std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) const {
-    return mEntry(selector, nullptr, param1, param2);
+    try {
+        return mEntry(selector, nullptr, param1, param2);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw Error(error.what());
+    }
 }
 
 void Importer::Require(std::int32_t selector, void* record, const char* act) const {

@@ -37,7 +37,8 @@ struct RequestSettings {
 /// A loaded importer bundle: one method a request. The only class that knows the request records and
 /// calls the entry point, but for the validator, which makes requests that no host would. All methods
 /// may be called from several threads at once, as long as they write to different memory; it must
-/// outlive every PrivateData it handed out.
+/// outlive every PrivateData it handed out. What the plug-in throws comes out as an Error with its text, but for
+/// std::bad_alloc, so that it may be read when the plug-in is gone.
 class LINEUP_API Importer {
 public:
     /// Loads the bundle and initialises it. Throws zelcore::BundleError when there is no usable bundle
@@ -69,7 +70,7 @@ public:
 
     /// Lets a person edit `settings` in the plug-in's own dialog and returns when it has been closed.
     /// Settings that were not taken over with OK come back as they were; so do all when there is nothing
-    /// to show. UI thread, with a toolkit installed. Throws what the dialog throws, and Error like
+    /// to show. UI thread, with a toolkit installed. Throws Error for what the dialog throws, and like
     /// DefaultSettings; `settings` is then left alone.
     void EditSettings(BarsAndToneInfo& settings) const;
 

@@ -34,6 +34,9 @@ QString SignalWords(const lineup::Clip& clip) {
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
         return Text(std::string(ident->title));
     }
+    if (lineup::AsksForUnknownIdent(settings)) {
+        return Text(lineup::UnknownIdentText(settings));
+    }
     return Text(fmt::format("{:g} Hz at ", settings.frequency)) + LevelWords(static_cast<double>(settings.amplitude));
 }
 

@@ -10,7 +10,7 @@
 /// A clip in words, as the window shows it.
 namespace studio {
 
-/// "1000 Hz at −12.04 dBFS", or the sequence's title.
+/// "1000 Hz at −12.04 dBFS", or the sequence's title, or that it is unknown.
 [[nodiscard]] QString SignalWords(const lineup::Clip& clip);
 
 /// "5.1 · 48 kHz".

@@ -1,14 +1,14 @@
 #include "Apps/studio/Views/LanePainter.h"
 
-#include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Views/BandFill.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Host/Interface/Core/Numeric.h"
 #include "Host/Lineup/TimeAxis.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using zelmediatypes::kTicksPerSecond;
 using zelmediatypes::TickTime;
@@ -54,23 +54,38 @@ QPixmap LanePainter::Draw() {
         mClip, {.startSample = mSpan.Start(), .length = length, .columns = static_cast<int>(columns)});
     mScale = Top();
 
-    QPixmap pixmap(mSize * mPixelRatio);
-    pixmap.setDevicePixelRatio(mPixelRatio);
-    pixmap.fill(Theme::Current().window);
-    QPainter painter(&pixmap);
-    painter.setFont(mFont);
+    QImage image(mSize * mPixelRatio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(mPixelRatio);
+    image.fill(Theme::Current().window);
     const auto channels = ShownChannels(mClip);
-    const double room = mSize.height() - kRulerHeight;
-    const double height = room / static_cast<double>(channels.size());
-    for (std::size_t place = 0; place < channels.size(); ++place) {
-        const double top = std::round(kRulerHeight + height * static_cast<double>(place));
-        const double bottom = std::round(kRulerHeight + height * static_cast<double>(place + 1)) - kLaneGap;
-        painter.fillRect(QRectF(0, top, mSize.width(), bottom - top), Theme::Current().lane);
-        DrawLane(painter, {static_cast<double>(mGutter), top, static_cast<double>(mSpan.Width()), bottom - top},
-                 channels[place].index, channels[place].name);
+    {
+        QPainter painter(&image);
+        for (std::size_t place = 0; place < channels.size(); ++place) {
+            DrawGround(painter, Lane(place, channels.size()), channels[place]);
+        }
     }
+    for (std::size_t place = 0; place < channels.size(); ++place) {
+        const QRectF lane = Lane(place, channels.size());
+        DrawBands(image, lane, channels[place].index);
+        DrawTrace(image, lane, channels[place].index);
+    }
+    QPainter painter(&image);
+    painter.setFont(mFont);
     DrawRuler(painter);
-    return pixmap;
+    painter.end();
+    return QPixmap::fromImage(std::move(image));
+}
+
+// The plot of the lane at `place` of `count`.
+QRectF LanePainter::Lane(std::size_t place, std::size_t count) const {
+    const double height = static_cast<double>(mSize.height() - kRulerHeight) / static_cast<double>(count);
+    const double top = std::round(kRulerHeight + height * static_cast<double>(place));
+    const double bottom = std::round(kRulerHeight + height * static_cast<double>(place + 1)) - kLaneGap;
+    return {static_cast<double>(mGutter), top, static_cast<double>(mSpan.Width()), bottom - top};
+}
+
+double LanePainter::Y(const QRectF& lane, float amplitude) const {
+    return lane.center().y() - static_cast<double>(amplitude) / mScale * lane.height() / 2;
 }
 
 void LanePainter::DrawRuler(QPainter& painter) const {
@@ -102,54 +117,68 @@ void LanePainter::DrawRuler(QPainter& painter) const {
     }
 }
 
-void LanePainter::DrawLane(QPainter& painter, const QRectF& lane, std::size_t channel, const QString& name) const {
+void LanePainter::DrawGround(QPainter& painter, const QRectF& lane, const ShownChannel& channel) const {
     const Theme& theme = Theme::Current();
-    const QColor colour = theme.Waveform(channel);
-    const double centre = lane.center().y();
-    const auto y = [&](float amplitude) {
-        return centre - static_cast<double>(amplitude) / mScale * lane.height() / 2;
-    };
+    painter.fillRect(QRectF(0, lane.top(), mSize.width(), lane.height()), theme.lane);
+    const double centre = std::round(lane.center().y()) + 0.5;
     painter.setPen(theme.laneGrid);
-    painter.drawLine(QPointF(lane.left(), std::round(centre) + 0.5), QPointF(lane.right(), std::round(centre) + 0.5));
+    painter.drawLine(QPointF(lane.left(), centre), QPointF(lane.right(), centre));
     QFont bold = mFont;
     bold.setBold(true);
     painter.setFont(bold);
-    painter.setPen(colour);
-    painter.drawText(QRectF(0, lane.top(), mGutter - 8, lane.height()), Qt::AlignRight | Qt::AlignVCenter, name);
-    painter.setFont(mFont);
+    painter.setPen(theme.Waveform(channel.index));
+    painter.drawText(QRectF(0, lane.top(), mGutter - 8, lane.height()), Qt::AlignRight | Qt::AlignVCenter,
+                     channel.name);
+}
 
+// Columns that the plug-in draws as a band; neighbours of one height at once. What it wrote nothing for compares as
+// neither above nor below.
+void LanePainter::DrawBands(QImage& image, const QRectF& lane, std::size_t channel) const {
     const lineup::ChannelOverview& values = mOverview.channels[channel];
-    const double column = lane.width() / static_cast<double>(values.maxima.size());
-    QColor band = colour;
-    band.setAlpha(kBandOpacity);
-    QPainterPath traced;
-    bool penDown = false;
-    for (std::size_t i = 0; i < values.maxima.size(); ++i) {
-        const float top = values.maxima[i];
-        const float bottom = values.minima[i];
-        const double x = lane.left() + static_cast<double>(i) * column;
-        if (std::isnan(top) || std::isnan(bottom)) {
-            penDown = false;  // the plug-in wrote nothing here
+    const std::size_t columns = values.maxima.size();
+    const double column = lane.width() / static_cast<double>(columns);
+    const auto pixel = [this](double points) { return static_cast<int>(std::lround(points * mPixelRatio)); };
+    const BandStyle style{Theme::Current().Waveform(channel), kBandOpacity, std::max(1, pixel(kLeastLine))};
+    QRect run;  // not drawn yet
+    for (std::size_t i = 0; i < columns; ++i) {
+        const auto [lowest, highest] = std::minmax(values.minima[i], values.maxima[i]);
+        if (!(lowest < highest)) {
             continue;
         }
-        if (top == bottom) {
-            const QPointF point(x, y(top));
-            penDown ? traced.lineTo(point) : traced.moveTo(point);
-            penDown = true;
-            continue;
+        const int left = pixel(lane.left() + static_cast<double>(i) * column);
+        const int right = pixel(lane.left() + static_cast<double>(i + 1) * column);
+        const int top = pixel(Y(lane, highest));
+        const QRect band(left, top, right - left, pixel(Y(lane, lowest)) - top);
+        if (band.top() == run.top() && band.height() == run.height() && band.left() == run.left() + run.width()) {
+            run.setWidth(run.width() + band.width());
+        } else {
+            FillBand(image, run, style);
+            run = band;
         }
-        penDown = false;
-        const double high = y(top);
-        const double low = y(bottom);
-        painter.fillRect(QRectF(x, high, column, low - high), band);
-        painter.fillRect(QRectF(x, high, column, std::min(kLeastLine, low - high)), colour);
-        painter.fillRect(QRectF(x, low - kLeastLine, column, std::min(kLeastLine, low - high)), colour);
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour, kLeastLine));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(traced);
-    painter.setRenderHint(QPainter::Antialiasing, false);
+    FillBand(image, run, style);
+}
+
+// Columns where the plug-in draws the wave itself, joined by a line, a column of pixels after the other. As one line of
+// Qt's a thousand cycles took a second.
+void LanePainter::DrawTrace(QImage& image, const QRectF& lane, std::size_t channel) const {
+    const lineup::ChannelOverview& values = mOverview.channels[channel];
+    const double column = lane.width() / static_cast<double>(values.maxima.size()) * mPixelRatio;
+    const double half = kLeastLine * mPixelRatio / 2;
+    const QColor colour = Theme::Current().Waveform(channel);
+    for (std::size_t i = 0; i + 1 < values.maxima.size(); ++i) {
+        if (values.maxima[i] != values.minima[i] || values.maxima[i + 1] != values.minima[i + 1]) {
+            continue;  // a band, or nothing at all
+        }
+        const double left = lane.left() * mPixelRatio + static_cast<double>(i) * column;
+        const double from = Y(lane, values.maxima[i]) * mPixelRatio;
+        const double slope = (Y(lane, values.maxima[i + 1]) * mPixelRatio - from) / column;
+        for (int x = static_cast<int>(std::floor(left)); x < left + column; ++x) {
+            const double begin = from + slope * (std::max<double>(x, left) - left);
+            const double end = from + slope * (std::min(x + 1.0, left + column) - left);
+            FillColumn(image, x, std::min(begin, end) - half, std::max(begin, end) + half, colour);
+        }
+    }
 }
 
 }  // namespace studio

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Views/LaneSpan.h"
 #include "Host/Lineup/Clip.h"
 #include "Host/Lineup/WaveformOverview.h"
 
 #include <QFont>
+#include <QImage>
 #include <QPixmap>
 #include <QRectF>
 
@@ -25,7 +27,11 @@ public:
 
 private:
     void DrawRuler(QPainter& painter) const;
-    void DrawLane(QPainter& painter, const QRectF& lane, std::size_t channel, const QString& name) const;
+    void DrawGround(QPainter& painter, const QRectF& lane, const ShownChannel& channel) const;
+    void DrawBands(QImage& image, const QRectF& lane, std::size_t channel) const;
+    void DrawTrace(QImage& image, const QRectF& lane, std::size_t channel) const;
+    [[nodiscard]] QRectF Lane(std::size_t place, std::size_t count) const;
+    [[nodiscard]] double Y(const QRectF& lane, float amplitude) const;
     [[nodiscard]] double Top() const;
 
     const lineup::Clip& mClip;

@@ -34,7 +34,9 @@ public:
 
     /// Builds the dialog from `script`, calls Initialize, and runs the dialog modally; returns when it
     /// has been closed. `modeless` must be false: no other way is offered. Throws what the toolkit or
-    /// Initialize throws, and the host error for a missing user interface when no toolkit is installed.
+    /// Initialize throws, and the host error for a missing user interface when no toolkit is installed. When
+    /// Initialize fails because a control is missing or of another kind and the view knows which, that is
+    /// thrown as a std::runtime_error that names it.
     void ParseTarnScript(std::istream& script, bool modeless);
 
     /// The root view, or null before there is one.

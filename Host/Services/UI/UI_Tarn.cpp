@@ -1,10 +1,13 @@
 #include "Host/Interface/Tarn/UI_Tarn.h"
 
+#include "Host/Interface/Core/Casts.h"
 #include "Host/Interface/Core/Errors.h"
 #include "Host/Interface/UI/UI_Toolkit.h"
+#include "Host/Services/UnicodeText.h"
 
 #include <istream>
 #include <iterator>
+#include <stdexcept>
 #include <string_view>
 
 namespace zeltarn {
@@ -15,6 +18,39 @@ constexpr std::string_view kNoUserInterface =
     "$$$/zeltarn/UI_Tarn/Error/NoUserInterface=This program has no user interface to show a dialog with.";
 constexpr std::string_view kModelessNotOffered =
     "$$$/zeltarn/UI_Tarn/Error/ModelessNotOffered=Dialogs can only be shown modally.";
+
+[[noreturn]] void Refuse(const Brio::String& layoutName, const std::string& cause) {
+    throw std::runtime_error("cannot set up the dialog " + zelcore::ToUtf8(layoutName) + ": " + cause);
+}
+
+// The control that a dialog could not do without, or one of them.
+std::string MissingText(const std::vector<std::string>& names) {
+    std::string text = "its layout has no ";
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += (i == 0 ? "" : i + 1 == names.size() ? " and no " : ", no ") + names[i];
+    }
+    return text;
+}
+
+// Prepares `dialog` before it is shown. What it throws about its controls names none of them: that is made up for.
+void Prepare(UI_Tarn& dialog, const Brio::String& layoutName) {
+    const auto view = dialog.GetView();
+    const auto lookups = [&view] { return view ? view->LookedUp() : zelui::ui::Lookups(); };
+    try {
+        dialog.Initialize();
+    } catch (const Brio::NullInterfaceException&) {
+        if (const auto missing = lookups().missing; !missing.empty()) {
+            Refuse(layoutName, MissingText(missing));
+        }
+        throw;
+    } catch (const zelcore::config::Error& error) {
+        const auto [missing, name, kind] = lookups();
+        if (error.Key() == zelcore::utility::kInvalidTypeConversion && !name.empty()) {
+            Refuse(layoutName, name + " is a " + kind + ", which the dialog cannot use");
+        }
+        throw;
+    }
+}
 
 }  // namespace
 
@@ -46,7 +82,7 @@ void UI_Tarn::ParseTarnScript(std::istream& script, bool modeless) {
     const std::string text{std::istreambuf_iterator<char>(script), std::istreambuf_iterator<char>()};
     mView = toolkit->BuildDialog(text, mTarnLayoutName, mDrawSupplier, mParent);
     // Without a view too: the dialog is the one to report that it has none.
-    Initialize();
+    Prepare(*this, mTarnLayoutName);
     if (!mView) {
         return;
     }

@@ -30,6 +30,12 @@ TEST(ClipText, DescribesAnIdent) {
     EXPECT_EQ(cli::SignalText(clip), "BLITS ident, 5.1, a cycle of 13.4 s");
 }
 
+TEST(ClipText, SaysThatAnUnknownIdentIsSilent) {
+    const lineup::Clip clip = Open({.identifyChannels = 1, .identifierFormat = static_cast<IdentifierFormat>(7)});
+    EXPECT_EQ(cli::SignalText(clip), "unknown ident 7: silent");
+    EXPECT_EQ(cli::ClipJson(clip)["signal"].dump(), R"({"kind":"unknown ident","format":7})");
+}
+
 TEST(ClipText, CountsTheChannelsOfALayoutWithoutAName) {
     EXPECT_EQ(cli::SoundText(Open({.numChannels = 4})), "4 channels, 48000 Hz");
 }

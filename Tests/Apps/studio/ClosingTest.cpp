@@ -1,9 +1,10 @@
 #include "Tests/Apps/studio/StudioHands.h"
 
-#include <QPointer>
+#include <filesystem>
 
 namespace {
 
+namespace fs = std::filesystem;
 using test::DialogHands;
 using test::StudioTest;
 using test::WaitFor;
@@ -30,6 +31,25 @@ TEST_F(Closing, DestroyedBeforeThePictureHasCome) {
     large.picture.height = 2160;
     Window().Document().New(large);
     DestroyWindow();
+}
+
+TEST_F(Closing, DuringAnExportAsksAndThenStopsIt) {
+    BeginALongExport();
+    test::WithDialog([&] { EXPECT_FALSE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Cancel"); });
+    EXPECT_TRUE(Panel().IsRunning());
+    test::WithDialog([&] { EXPECT_TRUE(CloseWindow()); },
+                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Stop and Close"); });
+    DestroyWindow();
+    EXPECT_TRUE(fs::is_empty(Folder()));
+}
+
+TEST_F(Closing, DestroyedDuringAnExportAndPlayback) {
+    BeginALongExport();
+    Press(Qt::Key_Space);
+    WaitFor([&] { return Window().Sound().Position() > 4800; }, "it plays");
+    DestroyWindow();
+    EXPECT_TRUE(fs::is_empty(Folder()));
 }
 
 TEST_F(Closing, WithTheToneDialogOpenClosesThatFirst) {

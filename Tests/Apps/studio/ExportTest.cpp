@@ -41,23 +41,6 @@ std::vector<float> InFileOrder(const lineup::Clip& clip, std::int64_t frames) {
 
 class StudioExport : public StudioTest {
 protected:
-    studio::ExportPanel& Panel() { return Find<studio::ExportPanel>("exportPanel"); }
-
-    // A clip that takes long to export and little room: small pictures, each of them encoded.
-    void BeginALongExport() {
-        lineup::ClipDocument document;
-        document.picture.width = 64;
-        document.picture.height = 64;
-        document.lengthFrames = 2'000'000;
-        Window().Document().New(document);
-        PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
-            hands.Find<QLineEdit>("exportFile").setText(InFolder("long.mp4"));
-            hands.Press(Qt::Key_Return);
-        });
-        WaitFor([&] { return Find<QProgressBar>("exportBar").isVisible(); }, "the export begins");
-        EXPECT_TRUE(Panel().IsRunning());
-    }
-
     [[nodiscard]] bool NothingIsLeft() const { return fs::is_empty(Folder()); }
 };
 
@@ -140,17 +123,6 @@ TEST_F(StudioExport, TheWindowPlaysAndEditsMeanwhile) {
     Window().Document().Edit(test::DocumentWith("ebu-5.1"), "Edit");
     EXPECT_TRUE(Panel().IsRunning());
     WaitFor([&] { return Find<QProgressBar>("exportBar").value() > 0; }, "the bar moves");
-}
-
-TEST_F(StudioExport, ClosingAsksAndThenStopsIt) {
-    BeginALongExport();
-    test::WithDialog([&] { EXPECT_FALSE(CloseWindow()); },
-                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Cancel"); });
-    EXPECT_TRUE(Panel().IsRunning());
-    test::WithDialog([&] { EXPECT_TRUE(CloseWindow()); },
-                     [](DialogHands& hands) { test::ClickButton(hands.Dialog(), "Stop and Close"); });
-    DestroyWindow();
-    EXPECT_TRUE(NothingIsLeft());
 }
 
 }  // namespace

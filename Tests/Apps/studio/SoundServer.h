@@ -31,6 +31,13 @@ private:
     QProcess mServer;
 };
 
+/// The speakers of a 5.1 device and of a stereo one, as the server writes them.
+inline constexpr const char* kSurroundMap = "front-left,front-right,front-center,lfe,rear-left,rear-right";
+inline constexpr const char* kStereoMap = "front-left,front-right";
+
+/// The server of the whole run, in a program with SoundMain.cpp.
+[[nodiscard]] SoundServer& TheSoundServer();
+
 /// Everything that a sink plays, from its making on.
 class SinkRecorder {
 public:

@@ -5,23 +5,17 @@
 #include <gmock/gmock.h>
 
 #include <QLabel>
-#include <QLocale>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cstring>
 #include <span>
 
 namespace {
 
+using test::kStereoMap;
+using test::kSurroundMap;
 using test::StudioTest;
 using test::WaitFor;
 using testing::HasSubstr;
-
-constexpr const char* kSurroundMap = "front-left,front-right,front-center,lfe,rear-left,rear-right";
-constexpr const char* kStereoMap = "front-left,front-right";
-
-test::SoundServer* server = nullptr;  // of the whole run
 
 // A server takes back and mixes again what it has not played yet when a stream begins; a recorder that listens
 // has then heard that stretch already.
@@ -80,7 +74,7 @@ protected:
 };
 
 TEST_F(Sound, SurroundIsHeardInTheDevicesOrderToTheBit) {
-    server->UseNullSink("surround", 6, kSurroundMap);
+    test::TheSoundServer().UseNullSink("surround", 6, kSurroundMap);
     lineup::ClipDocument blits = test::DocumentWith("blits");
     blits.lengthFrames = 335;
     Window().Document().New(blits);
@@ -91,43 +85,15 @@ TEST_F(Sound, SurroundIsHeardInTheDevicesOrderToTheBit) {
 
 TEST_F(Sound, SurroundFoldsDownOnAStereoDeviceAndTheWindowSaysSo) {
     Window().Document().New(test::DocumentWith("ebu-5.1"));
-    server->UseNullSink("stereo", 2, kStereoMap);
+    test::TheSoundServer().UseNullSink("stereo", 2, kStereoMap);
     WaitFor([&] { return Find<QLabel>("sound").text().contains("folded down to stereo"); }, "the window says so");
     ExpectHeard("stereo", kStereoMap, studio::SpeakerMap(6, 2), 2);
 }
 
 TEST_F(Sound, StereoIsHeardToTheBitOnAStereoDevice) {
-    server->UseNullSink("plain", 2, kStereoMap);
+    test::TheSoundServer().UseNullSink("plain", 2, kStereoMap);
     Window().Document().New(test::DocumentWith("ebu-stereo-1000"));
     ExpectHeard("plain", kStereoMap, studio::SpeakerMap(2, 2), 3);
 }
 
-TEST_F(Sound, ClosingWhileTheDevicePlays) {
-    Press(Qt::Key_Space);
-    WaitFor([&] { return Window().Sound().Position() > 4800; }, "it plays");
-    EXPECT_TRUE(CloseWindow());
-    DestroyWindow();
-}
-
 }  // namespace
-
-// A main function of its own: the server has to be there before Qt looks for one.
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    if (GTEST_FLAG_GET(list_tests)) {
-        return RUN_ALL_TESTS();
-    }
-    QLocale::setDefault(QLocale::c());
-    const QTemporaryDir settings;
-    QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
-    QApplication application(argc, argv);
-    test::SoundServer running;
-    server = &running;
-    const int result = RUN_ALL_TESTS();
-    server = nullptr;
-    return result;
-}

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QSettings>
 
 namespace test {
@@ -61,6 +62,21 @@ void StudioTest::SaveAs(const QString& file) {
         hands.Find<QLineEdit>("fileNameEdit").setText(file);
         hands.Press(Qt::Key_Return);
     });
+}
+
+// Small pictures, each of them encoded.
+void StudioTest::BeginALongExport() {
+    lineup::ClipDocument document;
+    document.picture.width = 64;
+    document.picture.height = 64;
+    document.lengthFrames = 2'000'000;
+    Window().Document().New(document);
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("long.mp4"));
+        hands.Press(Qt::Key_Return);
+    });
+    WaitFor([&] { return Find<QProgressBar>("exportBar").isVisible(); }, "the export begins");
+    EXPECT_TRUE(Panel().IsRunning());
 }
 
 QString StudioTest::InFolder(const char* name) const {

@@ -55,6 +55,11 @@ protected:
 
     [[nodiscard]] QString InFolder(const char* name) const;
 
+    [[nodiscard]] studio::ExportPanel& Panel() { return Find<studio::ExportPanel>("exportPanel"); }
+
+    /// Begins to export long.mp4, which takes minutes and little room.
+    void BeginALongExport();
+
     /// Closes the window as its close box does. True when it is gone from the screen.
     bool CloseWindow() { return mWindow->close(); }
     void DestroyWindow() { mWindow.reset(); }

@@ -1,5 +1,6 @@
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Export/TimeLeft.h"
+#include "Apps/studio/Views/BandFill.h"
 #include "Apps/studio/Views/CardPicture.h"
 #include "Apps/studio/Views/LaneSpan.h"
 #include "Apps/studio/Views/MeterBallistics.h"
@@ -9,6 +10,9 @@
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <gtest/gtest.h>
+
+#include <QImage>
+#include <vector>
 
 namespace {
 
@@ -184,6 +188,50 @@ TEST(TimeLeft, IsTheRestAtThePaceSoFar) {
     EXPECT_EQ(studio::TimeLeftWords(0.01, 1), "about 1 min 39 s left");
     EXPECT_EQ(studio::TimeLeftWords(0.5, 0.1), "");
     EXPECT_EQ(studio::TimeLeftWords(0, 10), "");
+}
+
+TEST(BandFill, LiesBetweenItsEdgesOverWhatWasThere) {
+    QImage image(4, 8, QImage::Format_RGB32);
+    image.fill(qRgb(100, 0, 0));
+    studio::FillBand(image, QRect(1, 1, 2, 6), {QColor(200, 255, 0), 51, 2});  // a fifth
+    const QRgb edge = qRgb(200, 255, 0);
+    const QRgb inside = qRgb(120, 51, 0);
+    const QRgb before = qRgb(100, 0, 0);
+    const std::vector<QRgb> expected = {before, edge, edge, inside, inside, edge, edge, before};
+    for (int y = 0; y < 8; ++y) {
+        EXPECT_EQ(image.pixel(0, y), before) << y;
+        EXPECT_EQ(image.pixel(1, y), expected[static_cast<std::size_t>(y)]) << y;
+        EXPECT_EQ(image.pixel(2, y), expected[static_cast<std::size_t>(y)]) << y;
+        EXPECT_EQ(image.pixel(3, y), before) << y;
+    }
+}
+
+TEST(BandFill, OfNoHeightIsALineAndOutsideTheImageIsNothing) {
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    studio::FillBand(image, QRect(0, 1, 1, 0), {Qt::white, 0, 1});
+    EXPECT_EQ(image.pixel(0, 0), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(0, 1), qRgb(255, 255, 255));
+    studio::FillBand(image, QRect(-5, -5, 20, 20), {Qt::red, 255, 1});
+    EXPECT_EQ(image.pixel(1, 1), qRgb(255, 0, 0));
+}
+
+TEST(FillColumn, CoversThePixelsAtItsEndsInPart) {
+    QImage image(1, 5, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    studio::FillColumn(image, 0, 1.5, 3.2, Qt::white);
+    studio::FillColumn(image, 1, 0, 5, Qt::white);
+    const std::vector<int> expected = {0, 128, 255, 51, 0};
+    for (int y = 0; y < 5; ++y) {
+        EXPECT_EQ(qRed(image.pixel(0, y)), expected[static_cast<std::size_t>(y)]) << y;
+    }
+}
+
+TEST(ClipWords, SayThatAnUnknownIdentIsSilent) {
+    BarsAndToneInfo settings;
+    settings.identifyChannels = 1;
+    settings.identifierFormat = static_cast<IdentifierFormat>(7);
+    EXPECT_EQ(studio::SignalWords(lineup::Clip(test::ThePlugin(), settings)), "unknown ident 7: silent");
 }
 
 TEST(ClipWords, SayWhatAPersonWouldSay) {

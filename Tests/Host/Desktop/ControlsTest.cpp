@@ -9,6 +9,8 @@
 #include <QWidget>
 #include <limits>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -43,6 +45,18 @@ TEST(Controls, AreFoundByNameAndOnlyThere) {
     EXPECT_EQ(dialog->GetUINodePtr("nothing", true), nullptr);
     EXPECT_EQ(dialog->GetUINodePtr("", true), nullptr);
     EXPECT_EQ(dialog->GetUINodePtr("number", true)->GetUINodePtr("first", true), nullptr);
+}
+
+TEST(Controls, ThatWereLookedUpAreRemembered) {
+    const auto dialog = Build(FormWithOneOfEach());
+    for (const char* const name : {"okButton", "number", "wheel"}) {
+        (void)dialog->GetUINodePtr(name, true);
+    }
+    EXPECT_EQ(dialog->LookedUp().missing, (std::vector<std::string>{"okButton", "wheel"}));
+    EXPECT_EQ(dialog->LookedUp().lastFound, "");
+    (void)dialog->GetUINodePtr("list", true);
+    EXPECT_EQ(dialog->LookedUp().lastFound, "list");
+    EXPECT_EQ(dialog->LookedUp().lastKind, "QComboBox");
 }
 
 TEST(Controls, InsideAnotherWidgetAreFoundOnlyWhenAskedFor) {

@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -25,20 +26,31 @@ struct Answer {
     std::string error;
 };
 
-// Runs the program with no display to be found.
-Answer RunWithoutDisplay(const QStringList& arguments, const char* display = "") {
+Answer Run(const QStringList& arguments, const QProcessEnvironment& environment) {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* const name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) {
-        environment.remove(name);
-    }
-    environment.insert("DISPLAY", display);
     process.setProcessEnvironment(environment);
     process.start(TEST_PROGRAM, arguments);
     EXPECT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
+}
+
+// Runs the program with no display to be found.
+Answer RunWithoutDisplay(const QStringList& arguments, const char* display = "") {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* const name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) {
+        environment.remove(name);
+    }
+    environment.insert("DISPLAY", display);
+    return Run(arguments, environment);
+}
+
+// Runs the program with a dialog, if there is one, that nobody sees or answers.
+Answer RunOffscreen(const QStringList& arguments) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    return Run(arguments, environment);
 }
 
 // A folder of a test's own, and the command run in this process, where a test's hands can reach its dialog.
@@ -132,6 +144,63 @@ TEST_F(SettingsCommand, WithoutADisplaySaysSoAndWritesNothing) {
     EXPECT_EQ(dead.status, 1);
     EXPECT_THAT(dead.error, HasSubstr("the X server at :987 does not answer"));
     EXPECT_EQ(FilesInFolder(), 0U);
+}
+
+// The plug-in with `before` as `after` in its layouts.
+fs::path BundleWithForms(const fs::path& folder, const std::string& before, const std::string& after) {
+    const fs::path bundle = folder / "Other.bundle";
+    fs::remove_all(bundle);
+    fs::copy(TEST_BUNDLE, bundle, fs::copy_options::recursive);
+    for (const char* const name : {"ToneSettingsDialog.tarn", "ToneSettingsWithIdentifiersDialog.tarn"}) {
+        const fs::path file = bundle / "Contents" / "Resources" / name;
+        std::stringstream text;
+        text << std::ifstream(file).rdbuf();
+        std::ofstream(file) << QString::fromStdString(text.str())
+                                   .replace(QString::fromStdString(before), QString::fromStdString(after))
+                                   .toStdString();
+    }
+    return bundle;
+}
+
+TEST_F(SettingsCommand, AFormWithoutAControlThatTheDialogNeedsIsSaid) {
+    WriteFile(ClipWith(2));
+    for (const std::string name : {"okButton", "cancelButton", "frequencyHotTextNumber", "amplitudeHotTextNumber",
+                                   "steadyTonesBtn", "identifyChannelsBtn"}) {
+        const fs::path bundle = BundleWithForms(mFolder, '"' + name + '"', "\"other\"");
+        const Answer answer = RunOffscreen(Arguments({"--plugin", QString::fromStdString(bundle.string())}));
+        EXPECT_EQ(answer.status, 1);
+        EXPECT_THAT(answer.error, HasSubstr("lineup: cannot set up the dialog ToneSettingsWithIdentifiersDialog: its "
+                                            "layout has no " +
+                                            name + "\n"));
+        EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(ClipWith(2)));
+    }
+}
+
+TEST_F(SettingsCommand, AFormForMonoWithoutAControlIsSaidAndNoFileIsMade) {
+    const fs::path bundle = BundleWithForms(mFolder, "\"okButton\"", "\"other\"");
+    const Answer answer =
+        RunOffscreen(Arguments({"--channels", "mono", "--plugin", QString::fromStdString(bundle.string())}));
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.error, HasSubstr("cannot set up the dialog ToneSettingsDialog: its layout has no okButton\n"));
+    EXPECT_FALSE(fs::exists(mFile));
+}
+
+TEST_F(SettingsCommand, AFormWithAControlOfAnotherKindIsSaid) {
+    struct Change {
+        std::string name, kind, otherKind;
+    };
+    for (const auto& [name, kind, otherKind] : {Change{"okButton", "QPushButton", "QToolButton"},
+                                                {"frequencyHotTextNumber", "HotTextNumber", "QDoubleSpinBox"},
+                                                {"steadyTonesBtn", "QRadioButton", "QCheckBox"},
+                                                {"identifierFormatPopup", "QComboBox", "QListWidget"}}) {
+        const auto widget = [&name = name](const std::string& of) { return of + "\" name=\"" + name + '"'; };
+        const fs::path bundle = BundleWithForms(mFolder, widget(kind), widget(otherKind));
+        const Answer answer = RunOffscreen(Arguments({"--plugin", QString::fromStdString(bundle.string())}));
+        EXPECT_EQ(answer.status, 1);
+        EXPECT_THAT(answer.error, HasSubstr("lineup: cannot set up the dialog ToneSettingsWithIdentifiersDialog: " +
+                                            name + " is a " + otherKind + ", which the dialog cannot use\n"));
+        EXPECT_FALSE(fs::exists(mFile));
+    }
 }
 
 TEST_F(SettingsCommand, DefaultsNeedNoDisplay) {

@@ -32,4 +32,17 @@ TEST(Idents, ASteadyToneOrAnUnknownFormatPlaysNone) {
     EXPECT_EQ(lineup::FindIdent(settings), nullptr);
 }
 
+TEST(Idents, AnUnknownFormatIsOneWhereASequenceIsToPlay) {
+    BarsAndToneInfo settings;
+    settings.identifierFormat = static_cast<IdentifierFormat>(7);
+    EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
+    settings.identifyChannels = 2;  // anything but 1 is a steady tone
+    EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
+    settings.identifyChannels = 1;
+    EXPECT_TRUE(lineup::AsksForUnknownIdent(settings));
+    EXPECT_EQ(lineup::UnknownIdentText(settings), "unknown ident 7: silent");
+    settings.identifierFormat = BLITS5_1;
+    EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
+}
+
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -75,6 +76,22 @@ TEST(Importer, OffersNothingWhenThePluginRefuses) {
     const Importer importer(TEST_BUNDLES "/RefusesEverything.bundle");
     EXPECT_TRUE(importer.FileTypes().empty());
     EXPECT_TRUE(importer.PixelFormats().empty());
+}
+
+// Each frame of a call that fails lets go of what it holds, the plug-in too, before somebody reads the error.
+TEST(Importer, PassesOnThePluginsErrorsSoThatTheyOutliveIt) {
+    const fs::path bundle = TEST_BUNDLES "/ThrowsItsOwnError.bundle";
+    fs::path module;
+    std::string text = "no error";
+    try {
+        const Importer importer(bundle);
+        module = importer.Bundle().Executable();
+        importer.ReadAudio({}, 0, 1, nullptr);
+    } catch (const lineup::Error& error) {
+        EXPECT_EQ(dlopen(module.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "the plug-in is still loaded";
+        text = error.what();
+    }
+    EXPECT_EQ(text, "out of tape");
 }
 
 TEST(Importer, StopsAskingAPluginWhoseListsHaveNoEnd) {

@@ -28,6 +28,9 @@ public:
     zelui::ui::UI_Node* GetUINodePtr(std::string_view name, bool recursive) override;
     void RunModal() override;
     void Close() override;
+    [[nodiscard]] zelui::ui::Lookups LookedUp() const override { return lookups; }
+
+    zelui::ui::Lookups lookups;  ///< what it is to say of look-ups
 
     /// The control called `name`; throws std::logic_error when there is none of that type.
     template <class Control>

@@ -80,6 +80,7 @@ zelui::ui::NodeRef<zelui::ui::UI_DialogView> FakeToolkit::BuildDialog(
         return {};
     }
     zelui::ui::NodeRef<FakeDialog> dialog(new FakeDialog(mLog, person));
+    dialog->lookups = lookups;
     for (const ControlSpec& spec : layout) {
         dialog->AddControl(MakeControl(mLog, spec), spec.name);
     }

@@ -34,6 +34,7 @@ public:
     std::function<void()> onBuild;            ///< called first in BuildDialog; may throw
     std::function<void()> onGetDrawSupplier;  ///< called first in DefaultDrawSupplier; may throw
     bool hasMainWindow = true;
+    zelui::ui::Lookups lookups;  ///< what the next dialog says of look-ups
 
     /// The calls so far.
     [[nodiscard]] std::vector<std::string>& Calls() { return mLog->calls; }

@@ -1,3 +1,4 @@
+#include "Host/Interface/Core/Casts.h"
 #include "Host/Interface/Core/Errors.h"
 #include "Host/Interface/Tarn/UI_Tarn.h"
 #include "Tests/Support/FakeToolkit/FakeToolkit.h"
@@ -5,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -21,9 +23,16 @@ public:
                   zelui::ui::UI_Node* parent)
         : UI_Tarn(u"Layout", drawSupplier, parent), mLog(toolkit.Log()) {}
 
-    void Initialize() override { mLog->Add("tarn", "Initialize", GetView() ? "view" : "null"); }
+    void Initialize() override {
+        mLog->Add("tarn", "Initialize", GetView() ? "view" : "null");
+        if (onInitialize) {
+            onInitialize();
+        }
+    }
     void Destruction() override { mLog->Add("tarn", "Destruction"); }
     void SetupPostCloseCallback() override { mLog->Add("tarn", "SetupPostCloseCallback"); }
+
+    std::function<void()> onInitialize;
 
 private:
     std::shared_ptr<test::CallLog> mLog;
@@ -33,10 +42,33 @@ std::string ErrorOf(zeltarn::UI_Tarn& tarn, bool modeless) {
     std::istringstream script("script");
     try {
         tarn.ParseTarnScript(script, modeless);
-    } catch (const zelcore::config::Error& error) {
+    } catch (const std::runtime_error& error) {
         return error.what();
     }
     return "nothing was thrown";
+}
+
+void DereferenceNothing() {
+    throw Brio::NullInterfaceException();
+}
+
+void ConvertToAnotherKind() {
+    zelcore::config::ThrowError(zelcore::utility::kInvalidTypeConversion);
+}
+
+// What is said when `initialize` ends a dialog's setting up after these look-ups.
+std::string SetupError(const zelui::ui::Lookups& lookups, const std::function<void()>& initialize) {
+    test::FakeToolkit toolkit;
+    toolkit.lookups = lookups;
+    std::string text;
+    {
+        RecordingTarn tarn(toolkit, nullptr, nullptr);
+        tarn.onInitialize = initialize;
+        text = ErrorOf(tarn, false);
+        EXPECT_THAT(toolkit.Calls(), testing::Not(testing::Contains("dialog.RunModal")));
+    }
+    EXPECT_EQ(toolkit.LiveNodes(), 0);
+    return text;
 }
 
 }  // namespace
@@ -73,6 +105,27 @@ TEST(UI_Tarn, PassesOnWhatTheToolkitThrowsAndIsNotInitialized) {
     std::istringstream script;
     EXPECT_THROW(tarn.ParseTarnScript(script, false), std::runtime_error);
     EXPECT_THAT(toolkit.Calls(), ElementsAre("toolkit.BuildDialog Layout \"\" null null"));
+}
+
+TEST(UI_Tarn, NamesTheControlsThatTheDialogCouldNotDoWithout) {
+    EXPECT_EQ(SetupError({{"okButton"}, "", ""}, DereferenceNothing),
+              "cannot set up the dialog Layout: its layout has no okButton");
+    EXPECT_EQ(SetupError({{"a", "b", "c"}, "d", "QLabel"}, DereferenceNothing),
+              "cannot set up the dialog Layout: its layout has no a, no b and no c");
+}
+
+TEST(UI_Tarn, NamesTheControlThatIsOfAnotherKind) {
+    EXPECT_EQ(SetupError({{"okButton"}, "list", "QComboBox"}, ConvertToAnotherKind),
+              "cannot set up the dialog Layout: list is a QComboBox, which the dialog cannot use");
+}
+
+TEST(UI_Tarn, PassesOnWhatHasNothingToDoWithControls) {
+    const zelui::ui::Lookups whole{{}, "list", "QComboBox"};
+    EXPECT_EQ(SetupError(whole, DereferenceNothing), "A NULL interface pointer has been dereferenced.");
+    EXPECT_EQ(SetupError({}, ConvertToAnotherKind), "Invalid type conversion.");
+    EXPECT_EQ(SetupError(whole, [] { zelcore::config::ThrowError("$$$/a=no paint"); }), "no paint");
+    EXPECT_EQ(SetupError({{"okButton"}, "", ""}, [] { throw std::runtime_error("no widgets today"); }),
+              "no widgets today");
 }
 
 TEST(UI_Tarn, NeedsAToolkit) {

@@ -17,6 +17,9 @@ namespace {
 bool AsksForText(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string_view word = argv[i];
+        if (word == "--") {
+            break;  // names of files follow
+        }
         if (word == "-h" || word == "--help" || word == "-v" || word == "--version") {
             return true;
         }
@@ -24,7 +27,7 @@ bool AsksForText(int argc, char** argv) {
     return false;
 }
 
-int Run(QApplication& application, const std::string& file) {
+int Run(const std::string& file) {
     QApplication::setOrganizationName("BarsAndTone");
     QApplication::setApplicationName("lineup-studio");
     QApplication::setApplicationDisplayName("Lineup Studio");
@@ -37,7 +40,7 @@ int Run(QApplication& application, const std::string& file) {
         if (!file.empty()) {
             window.Open(QString::fromLocal8Bit(file.c_str()));
         }
-        return application.exec();
+        return QApplication::exec();
     } catch (const std::exception& error) {
         QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), QString::fromUtf8(error.what()));
         return 1;
@@ -59,5 +62,5 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return commandLine->exit(error) == 0 ? 0 : kUsedWrongly;
     }
-    return Run(*application, arguments.file);
+    return Run(arguments.file);
 }

@@ -21,6 +21,10 @@ TEST(StudioCommandLine, TakesADocument) {
     EXPECT_EQ(FileOf(""), "");
 }
 
+TEST(StudioCommandLine, TakesWhatFollowsTwoDashesForADocument) {
+    EXPECT_EQ(FileOf("-- --help"), "--help");
+}
+
 TEST(StudioCommandLine, RefusesASecondDocument) {
     EXPECT_THROW((void)FileOf("a.lineup b.lineup"), CLI::ParseError);
 }

@@ -11,12 +11,12 @@ endif()
 
 # The day on which this version got its number: when VERSION was changed last.
 execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} log -1 --format=%ct -- VERSION
-    OUTPUT_VARIABLE version_seconds OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
-if(NOT version_seconds)
-    file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION version_seconds %s UTC)
+    OUTPUT_VARIABLE LINEUP_DATE_SECONDS OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+if(NOT LINEUP_DATE_SECONDS)
+    file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION LINEUP_DATE_SECONDS %s UTC)
 endif()
 set(outer_epoch "$ENV{SOURCE_DATE_EPOCH}")
-set(ENV{SOURCE_DATE_EPOCH} ${version_seconds})
+set(ENV{SOURCE_DATE_EPOCH} ${LINEUP_DATE_SECONDS})
 string(TIMESTAMP LINEUP_DATE %Y-%m-%d UTC)
 string(TIMESTAMP LINEUP_LONG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(ENV{SOURCE_DATE_EPOCH} ${outer_epoch})

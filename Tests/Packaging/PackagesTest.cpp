@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 
@@ -53,6 +54,16 @@ TEST_F(Packages, AreAsDebianWantsThem) {
 TEST_F(Packages, AreOfThisVersion) {
     for (const std::string& package : kAll) {
         EXPECT_EQ(Field(package, "Version"), TEST_VERSION "\n") << package;
+    }
+}
+
+// So that the same build makes the same packages.
+TEST_F(Packages, HoldFilesOfOneMomentThatIsTheVersions) {
+    for (const std::string& package : kAll) {
+        const std::string moments = Output("dpkg-deb --fsys-tarfile '" + File(package).string() +
+                                           "' | TZ=UTC tar --full-time -tv | awk '{ print $4, $5 }' | sort -u");
+        EXPECT_THAT(moments, testing::StartsWith(TEST_DATE " ")) << package;
+        EXPECT_EQ(std::ranges::count(moments, '\n'), 1) << package << ": " << moments;
     }
 }
 

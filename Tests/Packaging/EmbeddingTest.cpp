@@ -65,6 +65,22 @@ TEST_F(Embedding, OffersPlugInsTheInterfaceAlone) {
     }
 }
 
+TEST_F(Embedding, OffersTheControlsOfDialogsTogetherWithBoost) {
+    const fs::path source = Folder() / "dialogs";
+    test::WriteFile(source / "CMakeLists.txt", R"(
+cmake_minimum_required(VERSION 3.25)
+project(Dialogs LANGUAGES CXX)
+find_package(Lineup REQUIRED)
+add_library(dialogs SHARED dialogs.cpp)
+target_link_libraries(dialogs PRIVATE Lineup::zelui)
+)");
+    test::WriteFile(source / "dialogs.cpp", R"(
+#include "Host/Interface/UI/UI_Toolkit.h"
+bool HasToolkit() { return zelui::ui::CurrentToolkit() != nullptr; }
+)");
+    ASSERT_NO_FATAL_FAILURE(Build(source));
+}
+
 // The reader of catalogues is a library that is loaded for the first text.
 TEST_F(Embedding, TranslatesTheTextsOfThePlugIn) {
     test::WriteFile(Folder() / "text.cpp", R"(

@@ -15,7 +15,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class Packages : public test::InFolder {
+class DebianPackages : public test::InFolder {
 protected:
     [[nodiscard]] static fs::path File(const std::string& package) {
         for (const auto& entry : fs::directory_iterator(TEST_PACKAGES)) {
@@ -45,20 +45,20 @@ const std::string kLibrary = "liblineup" TEST_SOVERSION;
 const std::vector<std::string> kAll = {kLibrary,        "liblineup-dev", "lineup",
                                        "lineup-plugin", "lineup-studio", "mlt-lineup"};
 
-TEST_F(Packages, AreAsDebianWantsThem) {
+TEST_F(DebianPackages, AreAsDebianWantsThem) {
     const auto result =
         Run("lintian --allow-root --fail-on error,warning --pedantic --tag-display-limit 0 '" TEST_PACKAGES "'/*.deb");
     EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
 }
 
-TEST_F(Packages, AreOfThisVersion) {
+TEST_F(DebianPackages, AreOfThisVersion) {
     for (const std::string& package : kAll) {
         EXPECT_EQ(Field(package, "Version"), TEST_VERSION "\n") << package;
     }
 }
 
 // So that the same build makes the same packages.
-TEST_F(Packages, HoldFilesOfOneMomentThatIsTheVersions) {
+TEST_F(DebianPackages, HoldFilesOfOneMomentThatIsTheVersions) {
     for (const std::string& package : kAll) {
         const std::string moments = Output("dpkg-deb --fsys-tarfile '" + File(package).string() +
                                            "' | TZ=UTC tar --full-time -tv | awk '{ print $4, $5 }' | sort -u");
@@ -67,7 +67,7 @@ TEST_F(Packages, HoldFilesOfOneMomentThatIsTheVersions) {
     }
 }
 
-TEST_F(Packages, TakeTheLibraryOfTheSameVersion) {
+TEST_F(DebianPackages, TakeTheLibraryOfTheSameVersion) {
     for (const std::string& package : kAll) {
         if (package != kLibrary) {
             EXPECT_THAT(Field(package, "Depends"), HasSubstr(kLibrary + " (= " TEST_VERSION ")")) << package;
@@ -75,14 +75,14 @@ TEST_F(Packages, TakeTheLibraryOfTheSameVersion) {
     }
 }
 
-TEST_F(Packages, TakeWhatTheirProgramsLinkTo) {
+TEST_F(DebianPackages, TakeWhatTheirProgramsLinkTo) {
     EXPECT_THAT(Field(kLibrary, "Depends"), testing::AllOf(HasSubstr("libavformat"), HasSubstr("libplist")));
     EXPECT_THAT(Field("lineup-studio", "Depends"), HasSubstr("libqt6multimedia6"));
     EXPECT_THAT(Field("mlt-lineup", "Depends"), HasSubstr("libmlt7"));
     EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
 }
 
-TEST_F(Packages, HaveNoFileInCommon) {
+TEST_F(DebianPackages, HaveNoFileInCommon) {
     std::map<std::string, std::string> owners;
     for (const std::string& package : kAll) {
         for (const std::string& file : Contents(package)) {
@@ -91,7 +91,7 @@ TEST_F(Packages, HaveNoFileInCommon) {
     }
 }
 
-TEST_F(Packages, HaveWhatBelongsToThem) {
+TEST_F(DebianPackages, HaveWhatBelongsToThem) {
     EXPECT_THAT(Contents("lineup"), testing::IsSupersetOf({"/usr/bin/lineup", "/usr/share/man/man1/lineup-render.1.gz",
                                                            "/usr/share/bash-completion/completions/lineup",
                                                            "/usr/share/zsh/vendor-completions/_lineup"}));

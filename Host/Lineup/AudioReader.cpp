@@ -14,11 +14,12 @@ namespace {
 
 // The plug-in writes nothing for an ident that it does not know, nor to channels that an ident does not have.
 bool LeavesChannelsUnwritten(const Clip& clip) {
-    if (!clip.Settings() || clip.Settings()->identifyChannels != 1) {
+    if (!clip.Settings()) {
         return false;
     }
     const Ident* const ident = FindIdent(*clip.Settings());
-    return ident == nullptr || ident->numChannels < static_cast<std::uint32_t>(clip.NumChannels());
+    return ident == nullptr ? AsksForUnknownIdent(*clip.Settings())
+                            : ident->numChannels < static_cast<std::uint32_t>(clip.NumChannels());
 }
 
 }  // namespace

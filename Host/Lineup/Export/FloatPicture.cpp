@@ -51,13 +51,16 @@ FloatPicture::FloatPicture(int width, int height)
     : mWidth(width),
       mHeight(height),
       mStride((static_cast<std::size_t>(width) + kFloatsPerAlignment - 1) / kFloatsPerAlignment * kFloatsPerAlignment),
-      mMemory(zelcore::AllocateFrameMemory(NumValues() * sizeof(float))),
-      mValues(reinterpret_cast<float*>(mMemory.get())) {
-    std::uninitialized_fill_n(mValues, NumValues(), 0.0F);
+      mMemory(zelcore::AllocateFrameMemory(NumValues() * sizeof(float))) {
+    std::uninitialized_fill_n(Values(), NumValues(), 0.0F);
 }
 
 std::size_t FloatPicture::NumValues() const noexcept {
     return mStride * static_cast<std::size_t>(mHeight) * kPlanes;
+}
+
+float* FloatPicture::Values() const noexcept {
+    return reinterpret_cast<float*>(mMemory.get());
 }
 
 std::ptrdiff_t FloatPicture::StrideBytes() const noexcept {
@@ -70,11 +73,11 @@ std::size_t FloatPicture::Offset(int plane, int line) const noexcept {
 }
 
 std::span<float> FloatPicture::Line(int plane, int line) noexcept {
-    return {mValues + Offset(plane, line), static_cast<std::size_t>(mWidth)};
+    return {Values() + Offset(plane, line), static_cast<std::size_t>(mWidth)};
 }
 
 std::span<const float> FloatPicture::Line(int plane, int line) const noexcept {
-    return {mValues + Offset(plane, line), static_cast<std::size_t>(mWidth)};
+    return {Values() + Offset(plane, line), static_cast<std::size_t>(mWidth)};
 }
 
 Card ResolveCard(Card card, int height) {

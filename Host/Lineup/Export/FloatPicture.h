@@ -32,13 +32,13 @@ public:
 
 private:
     [[nodiscard]] std::size_t NumValues() const noexcept;
+    [[nodiscard]] float* Values() const noexcept;
     [[nodiscard]] std::size_t Offset(int plane, int line) const noexcept;
 
     int mWidth;
     int mHeight;
     std::size_t mStride;  // floats
     zelcore::FrameMemory mMemory;
-    float* mValues;  // in mMemory
 };
 
 /// The card that `card` stands for in a picture of `height` lines: HD or SD.

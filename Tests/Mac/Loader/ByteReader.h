@@ -25,32 +25,13 @@ public:
     }
 
     /// A number in groups of seven bits, the last ones first.
-    std::uint64_t Unsigned() {
-        std::uint64_t value = 0;
-        unsigned shift = 0;
-        std::uint8_t byte = 0;
-        do {
-            byte = Byte();
-            value |= shift < 64 ? std::uint64_t{byte & 0x7FU} << shift : 0;
-            shift += 7;
-        } while ((byte & 0x80U) != 0);
-        return value;
-    }
+    std::uint64_t Unsigned() { return Groups().bits; }
 
     /// The same with a sign: the last group's highest bit stands for all above it.
     std::int64_t Signed() {
-        std::uint64_t value = 0;
-        unsigned shift = 0;
-        std::uint8_t byte = 0;
-        do {
-            byte = Byte();
-            value |= shift < 64 ? std::uint64_t{byte & 0x7FU} << shift : 0;
-            shift += 7;
-        } while ((byte & 0x80U) != 0);
-        if (shift < 64 && (byte & 0x40U) != 0) {
-            value |= ~std::uint64_t{0} << shift;
-        }
-        return static_cast<std::int64_t>(value);
+        const Number number = Groups();
+        const bool isNegative = number.width < 64 && (number.bits >> (number.width - 1) & 1U) != 0;
+        return static_cast<std::int64_t>(isNegative ? number.bits | ~std::uint64_t{0} << number.width : number.bits);
     }
 
     /// A name that ends with a zero byte.
@@ -63,6 +44,22 @@ public:
     }
 
 private:
+    struct Number {
+        std::uint64_t bits = 0;
+        unsigned width = 0;  // of all groups
+    };
+
+    Number Groups() {
+        Number number;
+        std::uint8_t byte = 0;
+        do {
+            byte = Byte();
+            number.bits |= number.width < 64 ? std::uint64_t{byte & 0x7FU} << number.width : 0;
+            number.width += 7;
+        } while ((byte & 0x80U) != 0);
+        return number;
+    }
+
     std::span<const std::uint8_t> mBytes;
 };
 

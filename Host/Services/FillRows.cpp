@@ -20,11 +20,16 @@ using WriteLines = std::uint8_t* (*)(std::uint8_t* out, std::ptrdiff_t lines, st
 
 constexpr std::ptrdiff_t kLineBytes = ColourLine::kBytes;
 
+// Which cache a line is fetched into.
+enum class Nearness : std::uint8_t { kOuter = 1, kInnermost = 3 };
+
 // The address may lie past the frame: fetching faults nowhere. (For writing, the processor would ask the
 // other cores for the line; that is slower for frames larger than the caches.)
+template <Nearness kNearness = Nearness::kInnermost>
 void FetchAhead(const std::uint8_t* line, std::ptrdiff_t distance) {
+    constexpr int kForReading = 0;
     const auto address = reinterpret_cast<std::uintptr_t>(line) + static_cast<std::uintptr_t>(distance);
-    __builtin_prefetch(reinterpret_cast<const void*>(address));
+    __builtin_prefetch(reinterpret_cast<const void*>(address), kForReading, static_cast<int>(kNearness));
 }
 
 std::uint8_t* WriteLinesPlain(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t nextRow,
@@ -38,11 +43,12 @@ std::uint8_t* WriteLinesPlain(std::uint8_t* out, std::ptrdiff_t lines, std::ptrd
 
 #if defined(__x86_64__)
 
+template <Nearness kNearness>
 [[gnu::target("avx")]] std::uint8_t* WriteLinesAvx(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t nextRow,
                                                    const ColourLine& colour) {
     const __m256 half = _mm256_load_ps(reinterpret_cast<const float*>(colour.Bytes()));
     for (std::ptrdiff_t i = 0; i < lines; ++i, out += kLineBytes) {
-        FetchAhead(out, nextRow);
+        FetchAhead<kNearness>(out, nextRow);
         _mm256_storeu_ps(reinterpret_cast<float*>(out), half);
         _mm256_storeu_ps(reinterpret_cast<float*>(out + kLineBytes / 2), half);
     }
@@ -68,8 +74,9 @@ bool HasAvx() {
     return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVector_e9;
 }
 
+template <Nearness kNearness>
 WriteLines CachedStores() {
-    return HasAvx() ? WriteLinesAvx : WriteLinesPlain;
+    return HasAvx() ? WriteLinesAvx<kNearness> : WriteLinesPlain;
 }
 
 WriteLines StreamingStores() {
@@ -83,6 +90,7 @@ void EndStreaming() {
 
 #else
 
+template <Nearness>
 WriteLines CachedStores() {
     return WriteLinesPlain;
 }
@@ -95,13 +103,19 @@ void EndStreaming() {}
 
 #endif
 
-// Whether the frame that a rectangle lies in is too large to stay in the caches until somebody reads it. Of the
-// frame only the length of its rows is known: it is taken to be as high as a 16:9 picture, or as the rectangle.
-bool OutgrowsCaches(std::ptrdiff_t rowBytes, std::ptrdiff_t pixelBytes, int height) {
-    // The share of the cache that the C library too fills with ordinary stores before it streams.
-    static const std::ptrdiff_t largest = SharedCacheBytes() / 4 * 3;
+// How many of a frame's rows are written through the caches, to be found there by whoever reads the frame or
+// draws over it. The others are streamed to memory, which goes on while the caches take their rows.
+enum class Kept : std::uint8_t { kAll, kOneOfThree, kNone };
+
+// What a frame keeps in the largest cache takes half of that at most. Of the frame that a rectangle lies in only
+// the length of its rows is known: it is taken to be as high as a 16:9 picture, or as the rectangle.
+Kept RowsKept(std::ptrdiff_t rowBytes, std::ptrdiff_t pixelBytes, int height) {
+    static const std::ptrdiff_t most = SharedCacheBytes() / 2;
     const std::ptrdiff_t rows = std::max<std::ptrdiff_t>(height, rowBytes / pixelBytes * 9 / 16);
-    return rowBytes > largest / rows;
+    if (rowBytes <= most / rows) {
+        return Kept::kAll;
+    }
+    return rowBytes <= 3 * most / rows ? Kept::kOneOfThree : Kept::kNone;
 }
 
 bool BeginsLine(const std::uint8_t* out) {
@@ -130,11 +144,51 @@ void FillRow(std::uint8_t* out, std::ptrdiff_t bytes, std::ptrdiff_t rowBytes, c
     WritePixels(out, rest % kLineBytes, colour);
 }
 
-void FillWideRows(std::uint8_t* start, std::ptrdiff_t rowBytes, int width, int height, const ColourLine& colour,
-                  WriteLines writeLines) {
-    for (int y = 0; y < height; ++y) {
-        FillRow(start + rowBytes * y, std::ptrdiff_t{width} * colour.PixelBytes(), rowBytes, colour, writeLines);
+struct Block {
+    std::uint8_t* start;
+    std::ptrdiff_t rowBytes;
+    std::ptrdiff_t bytes;  // of a row within the block
+    int height;
+};
+
+void FillRowsAlike(const Block& block, const ColourLine& colour, WriteLines writeLines) {
+    for (int y = 0; y < block.height; ++y) {
+        FillRow(block.start + block.rowBytes * y, block.bytes, block.rowBytes, colour, writeLines);
     }
+}
+
+// Four rows are streamed, two are kept, and so on; a kept row fetches the one that is kept six rows further.
+void FillRowsMixed(const Block& block, const ColourLine& colour) {
+    constexpr int kStreamed = 4;
+    constexpr int kPeriod = 6;
+    const WriteLines stream = StreamingStores();
+    const WriteLines keep = CachedStores<Nearness::kOuter>();
+    for (int y = 0; y < block.height; ++y) {
+        std::uint8_t* const out = block.start + block.rowBytes * y;
+        if (y % kPeriod < kStreamed) {
+            FillRow(out, block.bytes, block.rowBytes, colour, stream);
+        } else {
+            FillRow(out, block.bytes, block.rowBytes * kPeriod, colour, keep);
+        }
+    }
+}
+
+void FillWideRows(const Block& block, const ColourLine& colour) {
+    // Every row reaches a line's boundary, or none does; only a whole line is streamed.
+    const bool onBoundaries =
+        BeginsLine(block.start + HeadBytes(block.start, colour)) && block.rowBytes % kLineBytes == 0;
+    switch (onBoundaries ? RowsKept(block.rowBytes, colour.PixelBytes(), block.height) : Kept::kAll) {
+        case Kept::kAll:
+            FillRowsAlike(block, colour, CachedStores<Nearness::kInnermost>());
+            return;
+        case Kept::kOneOfThree:
+            FillRowsMixed(block, colour);
+            break;
+        case Kept::kNone:
+            FillRowsAlike(block, colour, StreamingStores());
+            break;
+    }
+    EndStreaming();
 }
 
 // The columns of the ramp are a pixel wide: a loop with the pixel in a register.
@@ -163,14 +217,7 @@ void FillRows(std::uint8_t* start, std::ptrdiff_t rowBytes, int width, int heigh
         }
         return;
     }
-    // Every row reaches a line's boundary, or none does.
-    const bool onBoundaries = BeginsLine(start + HeadBytes(start, colour)) && rowBytes % kLineBytes == 0;
-    if (onBoundaries && OutgrowsCaches(rowBytes, colour.PixelBytes(), height)) {
-        FillWideRows(start, rowBytes, width, height, colour, StreamingStores());
-        EndStreaming();
-    } else {
-        FillWideRows(start, rowBytes, width, height, colour, CachedStores());
-    }
+    FillWideRows({.start = start, .rowBytes = rowBytes, .bytes = bytes, .height = height}, colour);
 }
 
 }  // namespace zelcore

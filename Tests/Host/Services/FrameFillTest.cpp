@@ -94,6 +94,22 @@ TEST(FrameFill, WritesRowsOfTheLargestFramesLikeSmallOnes) {
     }
 }
 
+// A frame's size decides which of its rows stay in the caches. The lengths are close enough together for every
+// way to be met, be the largest cache of 1 MiB or of 1 GiB.
+TEST(FrameFill, WritesRowsOfFramesBelowAndAboveTheCacheLikeSmallOnes) {
+    constexpr int kLongestRow = 524'288;
+    constexpr int kHeight = 13;  // more rows than any of the ways takes before it begins again
+    for (const Format& format : kFormats) {
+        for (int rowBytes = 4096; rowBytes <= kLongestRow; rowBytes += rowBytes / 128 * 64) {
+            for (const int width : {33, 403}) {
+                for (const std::size_t offset : {0U, 48U}) {
+                    ExpectLikePlainFill(rowBytes, width, kHeight, format, offset);
+                }
+            }
+        }
+    }
+}
+
 TEST(FrameFill, FollowsNegativeAndOddRowStrides) {
     for (const Format& format : kFormats) {
         for (const int width : {1, 5, 40}) {

@@ -5,7 +5,9 @@
 namespace studio {
 
 PictureLoader::PictureLoader(QObject* parent)
-    : QObject(parent), mThread([this](const std::stop_token& stop) { Run(stop); }) {}
+    : QObject(parent), mThread([this](const std::stop_token& stop) { Run(stop); }) {
+    connect(this, &PictureLoader::Answered, this, &PictureLoader::Deliver, Qt::QueuedConnection);
+}
 
 PictureLoader::~PictureLoader() {
     mThread.request_stop();
@@ -26,33 +28,36 @@ void PictureLoader::Run(const std::stop_token& stop) {
         const Wish wish = std::move(*mWish);
         mWish.reset();
         lock.unlock();
-        Serve(wish);
+        Answer answer = Serve(wish);
         lock.lock();
+        mAnswer = std::move(answer);
+        Q_EMIT Answered({});
     }
 }
 
-void PictureLoader::Serve(const Wish& wish) {
-    std::shared_ptr<const CardPicture> picture;
-    QString problem;
+PictureLoader::Answer PictureLoader::Serve(const Wish& wish) {
+    Answer answer{.number = wish.number, .picture = {}, .problem = {}};
     try {
-        picture = std::make_shared<CardPicture>(*wish.clip, wish.format);
+        answer.picture = std::make_shared<CardPicture>(*wish.clip, wish.format);
     } catch (const std::exception& error) {
-        problem = QString::fromUtf8(error.what());
+        answer.problem = QString::fromUtf8(error.what());
     }
-    QMetaObject::invokeMethod(
-        this, [this, number = wish.number, picture, problem] { Deliver(number, picture, problem); },
-        Qt::QueuedConnection);
+    return answer;
 }
 
-void PictureLoader::Deliver(std::uint64_t number, const std::shared_ptr<const CardPicture>& picture,
-                            const QString& problem) {
-    if (number != mLastNumber) {
+void PictureLoader::Deliver() {
+    std::optional<Answer> answer;
+    {
+        const std::lock_guard lock(mMutex);
+        answer.swap(mAnswer);
+    }
+    if (!answer || answer->number != mLastNumber) {
         return;
     }
-    if (picture != nullptr) {
-        Q_EMIT Loaded(picture);
+    if (answer->picture != nullptr) {
+        Q_EMIT Loaded(answer->picture);
     } else {
-        Q_EMIT Failed(problem);
+        Q_EMIT Failed(answer->problem);
     }
 }
 

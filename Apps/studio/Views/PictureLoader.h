@@ -28,6 +28,8 @@ Q_SIGNALS:
     /// In the thread of this object.
     void Loaded(const std::shared_ptr<const CardPicture>& picture);
     void Failed(const QString& problem);
+    /// For this class alone: the thread has an answer.
+    void Answered(QPrivateSignal);
 
 private:
     struct Wish {
@@ -35,14 +37,20 @@ private:
         lineup::PictureFormat format;
         std::uint64_t number = 0;
     };
+    struct Answer {
+        std::uint64_t number = 0;
+        std::shared_ptr<const CardPicture> picture;  // none: a problem
+        QString problem;
+    };
     void Run(const std::stop_token& stop);
-    void Serve(const Wish& wish);
-    void Deliver(std::uint64_t number, const std::shared_ptr<const CardPicture>& picture, const QString& problem);
+    static Answer Serve(const Wish& wish);
+    void Deliver();
 
     std::uint64_t mLastNumber = 0;  // of the UI thread
     std::mutex mMutex;
     std::condition_variable_any mWake;
-    std::optional<Wish> mWish;  // behind the mutex
+    std::optional<Wish> mWish;      // behind the mutex
+    std::optional<Answer> mAnswer;  // behind the mutex
     std::jthread mThread;
 };
 

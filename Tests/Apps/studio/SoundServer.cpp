@@ -1,6 +1,7 @@
 #include "Tests/Apps/studio/SoundServer.h"
 
 #include <QTest>
+#include <csignal>
 #include <stdexcept>
 
 namespace test {
@@ -9,12 +10,11 @@ namespace {
 
 constexpr int kPatienceMs = 60000;
 
-void End(QProcess& process) {
-    process.terminate();
-    if (!process.waitForFinished(kPatienceMs)) {
-        process.kill();
-        process.waitForFinished();
-    }
+// A program that is looked for where the shell looks.
+std::vector<std::string> Command(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<std::string> command = {"/usr/bin/env", program};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
 }
 
 }  // namespace
@@ -26,44 +26,42 @@ SoundServer::SoundServer() {
     qputenv("HOME", folder);
     qputenv("PULSE_SERVER", "unix:" + folder + "/native");
     std::filesystem::permissions(mFolder.Path(), std::filesystem::perms::owner_all);
-    mServer.setStandardErrorFile(QString::fromUtf8(folder) + "/server.log");
-    mServer.start("pulseaudio",
-                  {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disable-shm=yes", "--use-pid-file=no",
-                   QString("--load=module-native-protocol-unix auth-anonymous=1 socket=%1/native")
-                       .arg(QString::fromUtf8(folder))});
-    const bool isUp =
-        mServer.waitForStarted(kPatienceMs) && QTest::qWaitFor(
-                                                   [] {
-                                                       QProcess info;
-                                                       info.start("pactl", {"info"});
-                                                       return info.waitForFinished(kPatienceMs) && info.exitCode() == 0;
-                                                   },
-                                                   kPatienceMs);
-    if (!isUp) {
-        throw std::runtime_error("the sound server does not come up: " + mServer.errorString().toStdString());
+    mServer.emplace(
+        Command("pulseaudio",
+                {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disable-shm=yes", "--use-pid-file=no",
+                 "--load=module-native-protocol-unix auth-anonymous=1 socket=" + (mFolder.Path() / "native").string()}),
+        mFolder.Path());
+    if (!QTest::qWaitFor([this] { return RunControl({"info"}).exitCode == 0; }, kPatienceMs)) {
+        mServer->Send(SIGKILL);
+        throw std::runtime_error("the sound server does not come up: " + mServer->Wait().err);
     }
 }
 
 SoundServer::~SoundServer() {
-    End(mServer);
+    mServer->Send(SIGTERM);
+    // One that does not go by itself is killed.
+    static_cast<void>(QTest::qWaitFor([this] { return !mServer->IsRunning(); }, kPatienceMs));
 }
 
-QByteArray SoundServer::Control(const QStringList& arguments) const {
-    QProcess control;
-    control.start("pactl", arguments);
-    if (!control.waitForFinished(kPatienceMs) || control.exitCode() != 0) {
-        throw std::runtime_error("pactl " + arguments.join(' ').toStdString() + ": " +
-                                 control.readAllStandardError().toStdString());
+Ending SoundServer::RunControl(const std::vector<std::string>& arguments) const {
+    return RunChild(Command("pactl", arguments), mFolder.Path());
+}
+
+// Throws std::runtime_error when the server's control program fails.
+std::string SoundServer::Control(const std::vector<std::string>& arguments) const {
+    const Ending ending = RunControl(arguments);
+    if (ending.exitCode != 0) {
+        throw std::runtime_error("pactl " + arguments.front() + ": " + ending.err);
     }
-    return control.readAllStandardOutput();
+    return ending.out;
 }
 
-void SoundServer::UseNullSink(const QString& name, int channels, const QString& channelMap) {
-    if (!Control({"list", "short", "sinks"}).isEmpty()) {
+void SoundServer::UseNullSink(const std::string& name, int channels, const std::string& channelMap) const {
+    if (!Control({"list", "short", "sinks"}).empty()) {
         Control({"unload-module", "module-null-sink"});
     }
     Control({"load-module", "module-null-sink", "sink_name=" + name, "rate=48000", "format=float32le",
-             QString("channels=%1").arg(channels), "channel_map=" + channelMap,
+             "channels=" + std::to_string(channels), "channel_map=" + channelMap,
              "sink_properties=device.description=Speakers"});
 }
 
@@ -78,7 +76,11 @@ SinkRecorder::SinkRecorder(const QString& sink, int channels, const QString& cha
 }
 
 SinkRecorder::~SinkRecorder() {
-    End(mRecorder);
+    mRecorder.terminate();
+    if (!mRecorder.waitForFinished(kPatienceMs)) {
+        mRecorder.kill();
+        mRecorder.waitForFinished();
+    }
 }
 
 const QByteArray& SinkRecorder::Bytes() {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Tests/Support/ChildProgram.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
-#include <QStringList>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace test {
 
@@ -19,16 +22,18 @@ public:
     SoundServer& operator=(const SoundServer&) = delete;
 
     /// Makes a sink that plays into nothing, 32-bit float at 48 kHz, the only one there is. A person
-    /// sees it as "Speakers". `channelMap` is as
-    /// the server writes it: "front-left,front-right".
-    void UseNullSink(const QString& name, int channels, const QString& channelMap);
-
-    /// Runs the server's control program; throws std::runtime_error when it fails.
-    QByteArray Control(const QStringList& arguments) const;
+    /// sees it as "Speakers". `channelMap` is as the server writes it: "front-left,front-right". Throws
+    /// std::runtime_error when the server does not make it.
+    void UseNullSink(const std::string& name, int channels, const std::string& channelMap) const;
 
 private:
+    [[nodiscard]] Ending RunControl(const std::vector<std::string>& arguments) const;
+    std::string Control(const std::vector<std::string>& arguments) const;
+
     TemporaryFolder mFolder;
-    QProcess mServer;
+    // Not a QProcess: that one borrows this program's memory until the other has started (vfork), and the thread
+    // sanitizer then no longer watches the thread that did.
+    std::optional<ChildProgram> mServer;
 };
 
 /// The speakers of a 5.1 device and of a stereo one, as the server writes them.

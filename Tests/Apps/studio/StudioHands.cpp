@@ -3,9 +3,11 @@
 #include "Host/Lineup/ToneChoice.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QSettings>
+#include <utility>
 
 namespace test {
 
@@ -30,7 +32,16 @@ void ClickButton(QDialog& dialog, const QString& text) {
     ADD_FAILURE() << "the dialog has no button " << text.toStdString();
 }
 
-StudioTest::StudioTest() {
+std::string SaidBy(const std::function<void()>& open) {
+    std::string text;
+    WithDialog(open, [&](DialogHands& hands) {
+        text = hands.Find<QLabel>("qt_msgbox_label").text().toStdString();
+        hands.Press(Qt::Key_Escape);
+    });
+    return text;
+}
+
+StudioTest::StudioTest(std::shared_ptr<const lineup::Importer> plugin) : mPlugin(std::move(plugin)) {
     QSettings().clear();
     OpenWindow();
 }
@@ -39,7 +50,7 @@ StudioTest::~StudioTest() = default;
 
 void StudioTest::OpenWindow() {
     mWindow.reset();
-    mWindow = std::make_unique<studio::StudioWindow>(ThePlugin());
+    mWindow = std::make_unique<studio::StudioWindow>(mPlugin);
     mWindow->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(mWindow.get(), 60000));
     mWindow->activateWindow();  // which a window manager does, where there is one

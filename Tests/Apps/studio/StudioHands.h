@@ -8,6 +8,7 @@
 #include <QTest>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace test {
 
@@ -26,10 +27,13 @@ void WaitFor(Condition condition, const char* what) {
 /// Clicks the button of `dialog` that says `text`, mnemonics left out.
 void ClickButton(QDialog& dialog, const QString& text);
 
+/// What the message box says that `open` brings up; it is then closed.
+[[nodiscard]] std::string SaidBy(const std::function<void()>& open);
+
 /// A window, and a person's hands on it. What the program remembers is forgotten before each test.
 class StudioTest : public TestFolder {
 protected:
-    StudioTest();
+    explicit StudioTest(std::shared_ptr<const lineup::Importer> plugin = ThePlugin());
     ~StudioTest() override;
 
     /// Opens a fresh window, in place of the one before.
@@ -65,6 +69,7 @@ protected:
     void DestroyWindow() { mWindow.reset(); }
 
 private:
+    std::shared_ptr<const lineup::Importer> mPlugin;
     std::unique_ptr<studio::StudioWindow> mWindow;
 };
 

@@ -17,21 +17,12 @@ namespace {
 
 using studio::Act;
 using test::DialogHands;
+using test::SaidBy;
 using test::StudioTest;
 using test::WaitFor;
 using testing::HasSubstr;
 
 class StudioWindowTest : public StudioTest {};
-
-// What a message box says, which is then closed.
-std::string SaidBy(const std::function<void()>& open) {
-    std::string text;
-    test::WithDialog(open, [&](DialogHands& hands) {
-        text = hands.Find<QLabel>("qt_msgbox_label").text().toStdString();
-        hands.Press(Qt::Key_Escape);
-    });
-    return text;
-}
 
 TEST_F(StudioWindowTest, BeginsWithTheDefaultClipAndNothingToSave) {
     EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());

@@ -1,6 +1,7 @@
 #include "Apps/lineup/SettingsCommand.h"
 #include "Host/Lineup/SettingsFile.h"
 #include "Tests/Host/Desktop/OpenDialog.h"
+#include "Tests/Support/BundleWithForms.h"
 
 #include <CLI/CLI.hpp>
 #include <gmock/gmock.h>
@@ -9,12 +10,12 @@
 #include <QProcess>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 namespace {
 
 namespace fs = std::filesystem;
+using test::BundleWithForms;
 using test::Bytes;
 using test::ClipWith;
 using test::DialogHands;
@@ -144,22 +145,6 @@ TEST_F(SettingsCommand, WithoutADisplaySaysSoAndWritesNothing) {
     EXPECT_EQ(dead.status, 1);
     EXPECT_THAT(dead.error, HasSubstr("the X server at :987 does not answer"));
     EXPECT_EQ(FilesInFolder(), 0U);
-}
-
-// The plug-in with `before` as `after` in its layouts.
-fs::path BundleWithForms(const fs::path& folder, const std::string& before, const std::string& after) {
-    const fs::path bundle = folder / "Other.bundle";
-    fs::remove_all(bundle);
-    fs::copy(TEST_BUNDLE, bundle, fs::copy_options::recursive);
-    for (const char* const name : {"ToneSettingsDialog.tarn", "ToneSettingsWithIdentifiersDialog.tarn"}) {
-        const fs::path file = bundle / "Contents" / "Resources" / name;
-        std::stringstream text;
-        text << std::ifstream(file).rdbuf();
-        std::ofstream(file) << QString::fromStdString(text.str())
-                                   .replace(QString::fromStdString(before), QString::fromStdString(after))
-                                   .toStdString();
-    }
-    return bundle;
 }
 
 TEST_F(SettingsCommand, AFormWithoutAControlThatTheDialogNeedsIsSaid) {

@@ -1,6 +1,7 @@
 #include "Src/VectorPrimitives/VectorKernels.h"
 
 #include "Host/Interface/Core/ByteKernels.h"
+#include "Src/VectorPrimitives/Streaming.h"
 #include "Src/VectorPrimitives/VectorRegister.h"
 
 #include <cstdint>
@@ -21,15 +22,6 @@ namespace {
 constexpr std::int64_t kLanes = sizeof(Register) / sizeof(float);
 constexpr std::int64_t kStep = 2 * kLanes;            // floats a turn of the main loop
 constexpr std::int64_t kFewest = kLanes - 1 + kStep;  // room for a whole step behind any head
-
-// Products of more floats than this are streamed past the caches. A processor with 256-bit registers has
-// caches that hold a few megabytes, and whoever reads the product next finds it there; from 16 MiB on
-// streaming is faster.
-constexpr std::int64_t kStreamAbove = sizeof(Register) <= 16 ? 131'072 : 4'194'304;
-
-bool IsAligned(const float* address) {
-    return reinterpret_cast<std::uintptr_t>(address) % sizeof(Register) == 0;
-}
 
 // The floats before the first one on a register boundary.
 std::int64_t HeadOf(const float* address) {
@@ -56,31 +48,32 @@ void TransformFew(const float* source, float* destination, std::int64_t first, s
 }
 
 // destination[i] = operation(source[i]) for i < len: a head up to the destination's alignment, whole
-// steps, a tail. More than `streamAbove` floats of steps between aligned buffers are streamed past the
-// caches, but not in place: there the lines are in the caches already, and streaming takes twice as long.
+// steps, a tail. Steps of more than `streamAbove` floats may be streamed past the caches (Streaming.h).
 template <class Operation>
 void Transform(const float* source, float* destination, std::int64_t len, std::int64_t streamAbove,
                Operation operation) {
-    std::int64_t i = 0;
+    std::int64_t done = 0;
     if (len >= kFewest) {
         const std::int64_t head = HeadOf(destination);
         TransformFew(source, destination, 0, head, operation);
-        i = head;
-        const std::int64_t stepsEnd = i + (len - i) / kStep * kStep;
-        if (stepsEnd - i > streamAbove && IsAligned(source + i) && IsAligned(destination + i) &&
-            source != destination) {
-            for (; i < stepsEnd; i += kStep) {
-                Stream(destination + i, operation(Load(source + i)));
-                Stream(destination + i + kLanes, operation(Load(source + i + kLanes)));
+        const float* const from = source + head;
+        float* const to = destination + head;
+        const std::int64_t steps = (len - head) / kStep * kStep;
+        if (IsStreamed(from, to, steps, streamAbove, sizeof(Register))) {
+            for (std::int64_t i = 0; i < steps; i += kStep) {
+                Stream(to + i, operation(Load(from + i)));
+                Stream(to + i + kLanes, operation(Load(from + i + kLanes)));
             }
             EndStreaming();
+        } else {
+            for (std::int64_t i = 0; i < steps; i += kStep) {
+                Store(to + i, operation(Load(from + i)));
+                Store(to + i + kLanes, operation(Load(from + i + kLanes)));
+            }
         }
-        for (; i < stepsEnd; i += kStep) {
-            Store(destination + i, operation(Load(source + i)));
-            Store(destination + i + kLanes, operation(Load(source + i + kLanes)));
-        }
+        done = head + steps;
     }
-    TransformFew(source, destination, i, len, operation);
+    TransformFew(source, destination, done, len, operation);
 }
 
 IppStatus Check(const void* source, const void* destination, int len) {
@@ -188,7 +181,7 @@ IppStatus Multiply(const Ipp32f* source, Ipp32f val, Ipp32f* destination, int le
     if (IsNaN(val)) {
         Fill(destination, val + val, len);
     } else {
-        Transform(source, destination, len, kStreamAbove, [val](auto value) { return value * val; });
+        Transform(source, destination, len, StreamedAbove(sizeof(Register)), [val](auto value) { return value * val; });
     }
     return status;
 }

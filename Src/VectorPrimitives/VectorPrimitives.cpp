@@ -31,7 +31,7 @@ constexpr Kernels kInitialise = {
     .copy = InitialiseAndCopy, .zero = InitialiseAndZero, .multiply = InitialiseAndMultiply};
 
 // By index, from -1.
-constexpr std::array<const Kernels*, 1 + kVectorVariantCount> kTable = {
+constexpr std::array kTable = {
     &kInitialise,
 #if defined(__x86_64__)
     &vectorkernels::n8::kKernels,
@@ -47,6 +47,7 @@ constexpr std::array<const Kernels*, 1 + kVectorVariantCount> kTable = {
     &vectorkernels::portable::kKernels,
 #endif
 };
+static_assert(kTable.size() == 1 + kVectorVariantCount);
 
 // Relaxed: the index guards no other memory, and a thread that still reads -1 only initialises again.
 const Kernels& Selected() {

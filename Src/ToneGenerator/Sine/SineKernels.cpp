@@ -1,5 +1,6 @@
 #include "Src/ToneGenerator/Sine/SineKernels.h"
 
+#include "Src/ToneGenerator/Sine/Blocks.h"
 #include "Src/ToneGenerator/Sine/PlainSine.h"
 
 #include <cstddef>
@@ -48,17 +49,21 @@ constexpr double kInversePi = 0x1.45f306dc9c883p-2;
 // stand last.
 constexpr double kRounder = 0x1.8p+52;
 
+consteval double Factorial(int n) {
+    return n == 0 ? 1.0 : n * Factorial(n - 1);
+}
+
 // sin r for |r| < 1.5709: the Taylor series up to r^19. The next term is below 2^-51.
 Doubles SineOfReduced(Doubles r) {
     const Doubles square = r * r;
-    Doubles sum = square * (-1.0 / 121645100408832000.0) + (1.0 / 355687428096000.0);
-    sum = sum * square + (-1.0 / 1307674368000.0);
-    sum = sum * square + (1.0 / 6227020800.0);
-    sum = sum * square + (-1.0 / 39916800.0);
-    sum = sum * square + (1.0 / 362880.0);
-    sum = sum * square + (-1.0 / 5040.0);
-    sum = sum * square + (1.0 / 120.0);
-    sum = sum * square + (-1.0 / 6.0);
+    Doubles sum = square * (-1.0 / Factorial(19)) + (1.0 / Factorial(17));
+    sum = sum * square + (-1.0 / Factorial(15));
+    sum = sum * square + (1.0 / Factorial(13));
+    sum = sum * square + (-1.0 / Factorial(11));
+    sum = sum * square + (1.0 / Factorial(9));
+    sum = sum * square + (-1.0 / Factorial(7));
+    sum = sum * square + (1.0 / Factorial(5));
+    sum = sum * square + (-1.0 / Factorial(3));
     return r + r * square * sum;
 }
 
@@ -214,9 +219,8 @@ void OfStretch(const Turns* waveTurns, double phase, double increment, double am
     for (long long first = 0; first < count; first += kBlock) {
         const int block = static_cast<int>(first / kBlock % kBlock);
         if (block == 0) {
-            const long long left = (count - first + kBlock - 1) / kBlock;
             Rotate(phase + static_cast<double>(first) * increment, increment * kBlock, amplitude,
-                   left < kBlock ? static_cast<int>(left) : kBlock, sines, cosines);
+                   BlocksOf(count - first), sines, cosines);
         }
         const int samples = count - first < kBlock ? static_cast<int>(count - first) : kBlock;
         float last[kBlock];  // NOLINT(*-avoid-c-arrays)

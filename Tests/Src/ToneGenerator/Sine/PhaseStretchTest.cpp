@@ -50,6 +50,8 @@ TEST(PhaseStretch, EndsInsideTheBinade) {
     EXPECT_EQ(stretch.increment, 0.125);
     EXPECT_EQ(stretch.count, 8);
     EXPECT_EQ(FindStretch(-1.0, -0.125, kMany).count, 8);
+    EXPECT_EQ(FindStretch(0.25, 0x1p-10, kMany).count, 256);
+    EXPECT_EQ(FindStretch(-0.25, -0x1p-10, kMany).count, 256);
 }
 
 TEST(PhaseStretch, HasNoMoreSamplesThanAreWanted) {
@@ -80,6 +82,8 @@ TEST(PhaseStretch, OfAStepMidwayBetweenTwoSpacingsDependsOnThePhase) {
 TEST(PhaseStretch, IsNotKnownTowardsZeroNorAcrossIt) {
     EXPECT_EQ(FindStretch(1.75, -0.125, kMany).count, 0);
     EXPECT_EQ(FindStretch(-1.75, 0.125, kMany).count, 0);
+    EXPECT_EQ(FindStretch(0.5, -0.125, kMany).count, 0);
+    EXPECT_EQ(FindStretch(-0.5, 0.125, kMany).count, 0);
     EXPECT_EQ(FindStretch(0.0, 0.125, kMany).count, 0);
     EXPECT_EQ(FindStretch(-0.0, -0.125, kMany).count, 0);
 }
@@ -87,6 +91,8 @@ TEST(PhaseStretch, IsNotKnownTowardsZeroNorAcrossIt) {
 TEST(PhaseStretch, IsNotKnownWhereNothingMoves) {
     EXPECT_EQ(FindStretch(1.0, 0.0, kMany).count, 0);
     EXPECT_EQ(FindStretch(1.0, 0x1p-60, kMany).count, 0);
+    EXPECT_EQ(FindStretch(-1.0, 0.0, kMany).count, 0);
+    EXPECT_EQ(FindStretch(-1.0, -0x1p-60, kMany).count, 0);
 }
 
 TEST(PhaseStretch, IsNotKnownOfWhatIsNotFinite) {

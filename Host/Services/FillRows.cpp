@@ -95,6 +95,7 @@ void FillNarrow(const Block& block, const ColourLine& colour) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the block is written from there on
 void FillRows(std::uint8_t* start, std::ptrdiff_t rowBytes, int width, int height, const ColourLine& colour) {
     const Block block = {.start = start, .rowBytes = rowBytes, .bytes = width * colour.PixelBytes(), .height = height};
     if (block.bytes >= 2 * kLineBytes) {

@@ -18,9 +18,7 @@ std::int32_t barsGetInfo(imFileInfoRec8* info) {
         std::memcpy(settings.get(), info->prefs, sizeof(BarsAndToneInfo));
         settings->channelType = ChannelTypeFor(settings->numChannels);
     } else {
-        settings->sampleRate = info->sampleRate;
-        settings->channelType = kChannelTypeStereo;
-        settings->numChannels = 2;
+        settings->sampleRate = info->sampleRate;  // all else as the default clip has it: stereo
     }
 
     info->hasVideo = 1;

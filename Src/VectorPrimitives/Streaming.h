@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Which products are streamed past the caches. Everything is static, for the reason that VectorRegister.h gives.
+/// Where registers begin in a buffer, and which products are streamed past the caches. Everything is static, for the
+/// reason that VectorRegister.h gives.
 
 namespace vectorkernels {
 
@@ -15,6 +16,12 @@ namespace vectorkernels {
 
 [[maybe_unused]] static bool IsOnBoundary(const float* address, std::size_t registerBytes) {
     return reinterpret_cast<std::uintptr_t>(address) % registerBytes == 0;
+}
+
+/// The floats before the first one on a register's boundary.
+[[maybe_unused]] static std::int64_t FloatsToBoundary(const float* address, std::size_t registerBytes) {
+    const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(address) % registerBytes;
+    return static_cast<std::int64_t>((registerBytes - beyond) % registerBytes / sizeof(float));
 }
 
 /// Whether `floats` of them are streamed: more than `above`, between buffers on boundaries of a register. Not in place:

@@ -23,12 +23,6 @@ constexpr std::int64_t kLanes = sizeof(Register) / sizeof(float);
 constexpr std::int64_t kStep = 2 * kLanes;            // floats a turn of the main loop
 constexpr std::int64_t kFewest = kLanes - 1 + kStep;  // room for a whole step behind any head
 
-// The floats before the first one on a register boundary.
-std::int64_t HeadOf(const float* address) {
-    const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(address) % sizeof(Register);
-    return static_cast<std::int64_t>((sizeof(Register) - beyond) % sizeof(Register) / sizeof(float));
-}
-
 // destination[i] = operation(source[i]) for i in [first, end), one by one or under a mask.
 template <class Operation>
 void TransformFew(const float* source, float* destination, std::int64_t first, std::int64_t end, Operation operation) {
@@ -54,7 +48,7 @@ void Transform(const float* source, float* destination, std::int64_t len, std::i
                Operation operation) {
     std::int64_t done = 0;
     if (len >= kFewest) {
-        const std::int64_t head = HeadOf(destination);
+        const std::int64_t head = FloatsToBoundary(destination, sizeof(Register));
         TransformFew(source, destination, 0, head, operation);
         const float* const from = source + head;
         float* const to = destination + head;

@@ -4,6 +4,7 @@
 
 namespace {
 
+using vectorkernels::FloatsToBoundary;
 using vectorkernels::IsStreamed;
 using vectorkernels::StreamedAbove;
 
@@ -36,6 +37,15 @@ TEST_F(Streaming, IsBetweenBoundariesOfARegister) {
             const bool onBoundary = past * sizeof(float) % bytes == 0;
             EXPECT_EQ(IsStreamed(mSource + past, mDestination, kAbove + 1, kAbove, bytes), onBoundary) << past;
             EXPECT_EQ(IsStreamed(mSource, mDestination + past, kAbove + 1, kAbove, bytes), onBoundary) << past;
+        }
+    }
+}
+
+TEST_F(Streaming, BeginsAfterTheFloatsBeforeABoundary) {
+    for (const std::size_t bytes : {4U, 16U, 32U, 64U}) {
+        const auto lanes = static_cast<std::int64_t>(bytes / sizeof(float));
+        for (std::int64_t past = 0; past < 16; ++past) {
+            EXPECT_EQ(FloatsToBoundary(mSource + past, bytes), (lanes - past % lanes) % lanes) << past;
         }
     }
 }

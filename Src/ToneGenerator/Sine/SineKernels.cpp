@@ -108,13 +108,9 @@ FloatBits NarrowBothEnds(Doubles value, Doubles uncertainty, float* low, float* 
     return FloatBits(lower) ^ FloatBits(upper);
 }
 
-template <class Integer>
+template <int kCount>
 bool AreSame(const float* a, const float* b) {
-    Integer bitsOfA = 0;
-    Integer bitsOfB = 0;
-    __builtin_memcpy(&bitsOfA, a, sizeof bitsOfA);
-    __builtin_memcpy(&bitsOfB, b, sizeof bitsOfB);
-    return bitsOfA == bitsOfB;
+    return __builtin_memcmp(a, b, kCount * sizeof(float)) == 0;
 }
 
 // Computes those of the first `count` samples anew whose ends differ; `difference` says if there are any
@@ -127,11 +123,11 @@ void Settle(FloatBits difference, float* low, const float* high, double amplitud
     }
     // Two at a time: whole registers were written, so the one after an odd count is there too.
     for (int pair = 0; any != 0 && pair < count; pair += 2) {
-        if (AreSame<std::int64_t>(low + pair, high + pair)) {
+        if (AreSame<2>(low + pair, high + pair)) {
             continue;
         }
         for (int i = pair; i < pair + 2 && i < count; ++i) {
-            if (!AreSame<std::int32_t>(low + i, high + i)) {
+            if (!AreSame<1>(low + i, high + i)) {
                 low[i] = PlainSample(phases(i), amplitude);
             }
         }
@@ -175,11 +171,7 @@ void Rotate(double first, double step, double factor, int count, double* sines, 
 
 // Without its last seven bits, a step times an index below kBlock is exact.
 double WithoutLastBits(double step) {
-    std::int64_t bits = 0;
-    __builtin_memcpy(&bits, &step, sizeof bits);
-    bits &= ~std::int64_t{0x7F};
-    __builtin_memcpy(&step, &bits, sizeof bits);
-    return step;
+    return __builtin_bit_cast(double, __builtin_bit_cast(std::int64_t, step) & ~std::int64_t{0x7F});
 }
 
 void MakeTurns(double step, Turns* turns) {

@@ -50,6 +50,7 @@ TEST(PhaseStretch, EndsInsideTheBinade) {
     EXPECT_EQ(stretch.increment, 0.125);
     EXPECT_EQ(stretch.count, 8);
     EXPECT_EQ(FindStretch(-1.0, -0.125, kMany).count, 8);
+    EXPECT_EQ(FindStretch(2.0 - 101 * kUlp, kUlp, kMany).count, 101);
     EXPECT_EQ(FindStretch(0.25, 0x1p-10, kMany).count, 256);
     EXPECT_EQ(FindStretch(-0.25, -0x1p-10, kMany).count, 256);
 }

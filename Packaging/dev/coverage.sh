@@ -6,7 +6,7 @@ host_must_reach=90
 
 # What the tests are made of: a header's functions are found in the program that uses them.
 covered_objects() {
-    find "$root/build/coverage" -type f '(' -name '*.so' -o -path '*/bin/*' -o -path '*/tests/*' ')' -perm -u+x
+    find "$root/build/coverage" -type f '(' -name '*.so' -o -name '*.so.*' -o -path '*/bin/*' -o -path '*/tests/*' ')' -perm -u+x
 }
 
 # coverage_of FOLDER PERCENT: a table of the folder's files, what is not reached, and whether that is enough.

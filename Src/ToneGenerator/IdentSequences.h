@@ -29,7 +29,7 @@ inline constexpr float kLevelFloat = 0.125F;
 struct CyclePosition {
     zelmediatypes::TickTime cycleStart;
     zelmediatypes::TickTime stepStart;
-    std::int64_t step;  ///< 0 for the step that begins with the cycle
+    std::int64_t step = 0;  ///< 0 for the step that begins with the cycle
 };
 
 /// The position of `time` in cycles of `cycleLength` made of steps of `stepLength`. A time on a step's

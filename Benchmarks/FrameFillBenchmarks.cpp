@@ -1,7 +1,7 @@
+#include <lineup/services/FrameBuffer.h>
 #include "Benchmarks/Race.h"
 #include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Services/FrameBuffer.h"
 
 #include <benchmark/benchmark.h>
 

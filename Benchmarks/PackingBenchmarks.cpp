@@ -1,6 +1,6 @@
 #include "Benchmarks/Race.h"
 #include "Host/Interface/Core/VectorRuntime.h"
-#include "Host/Lineup/Export/SamplePacking.h"
+#include "Host/Lineup/Export/Samples/SamplePacking.h"
 
 #include <benchmark/benchmark.h>
 

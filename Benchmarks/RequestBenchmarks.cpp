@@ -1,8 +1,8 @@
+#include <lineup/Idents.h>
+#include <lineup/Importer.h>
+#include <lineup/services/FrameBuffer.h>
 #include "Benchmarks/Race.h"
 #include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Lineup/Idents.h"
-#include "Host/Lineup/Importer.h"
-#include "Host/Services/FrameBuffer.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,7 +5,7 @@
 #   VECTOR_BYTES    the width of its registers; not for the portable level
 function(vector_variants prefix source)
     # The flags are what the host's detection tests for before it names the level
-    # (Host/Services/VectorRuntime.cpp): the two change together.
+    # (Host/Services/Core/VectorRuntime.cpp): the two change together.
     set(bytes_n8 16)
     set(options_n8 -msse2)
     set(bytes_y8 16)

@@ -1,7 +1,7 @@
-#include "Apps/lineup/CommandLine.h"
-#include "Apps/lineup/Interrupt.h"
-#include "Apps/lineup/StandardStreams.h"
-#include "Host/Lineup/Export/UsageError.h"
+#include <lineup/UsageError.h>
+#include "Apps/lineup/Commands/CommandLine.h"
+#include "Apps/lineup/Terminal/Interrupt.h"
+#include "Apps/lineup/Terminal/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -1,5 +1,5 @@
 // Writes the manual pages of the programs from what they understand: make_manual FOLDER VERSION DATE
-#include "Apps/lineup/CommandLine.h"
+#include "Apps/lineup/Commands/CommandLine.h"
 #include "Apps/manual/ManualPage.h"
 #include "Apps/studio/CommandLine.h"
 

@@ -1,6 +1,6 @@
+#include <lineup/BundleSearch.h>
 #include "Apps/studio/CommandLine.h"
 #include "Apps/studio/Window/StudioWindow.h"
-#include "Host/Lineup/BundleSearch.h"
 
 #include <CLI/CLI.hpp>
 

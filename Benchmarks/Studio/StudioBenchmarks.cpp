@@ -1,11 +1,11 @@
 // The window of Lineup Studio on an hour of clip, on a screen of SCALE pixels a point: what each frame takes
 // while it plays, scrolls and zooms, and what the peaks of its lanes take. At 60 frames a second a frame has
 // 16.7 ms; `late` counts those that took longer on the clock, `cpu_late` those that did on the processor.
+#include <lineup/ToneChoice.h>
+#include <lineup/WaveformOverview.h>
 #include "Apps/studio/Window/StudioWindow.h"
 #include "Benchmarks/Race.h"
 #include "Benchmarks/Studio/FrameMeter.h"
-#include "Host/Lineup/ToneChoice.h"
-#include "Host/Lineup/WaveformOverview.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,8 +1,8 @@
 #include "Bridges/MLT/ClipChoice.h"
 
+#include <lineup/ChannelLayout.h>
+#include <lineup/Idents.h>
 #include "Bridges/MLT/Properties.h"
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Idents.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

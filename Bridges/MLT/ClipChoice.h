@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/ToneChoice.h"
+#include <lineup/ExportSettings.h>
+#include <lineup/ToneChoice.h>
 
 #include <array>
 #include <framework/mlt.h>

@@ -1,6 +1,6 @@
 #include "Bridges/MLT/ClipService.h"
 
-#include "Host/Lineup/Export/FrameTimes.h"
+#include "Host/Lineup/Values/FrameTimes.h"
 
 #include <algorithm>
 #include <cmath>

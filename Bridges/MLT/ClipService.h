@@ -1,10 +1,10 @@
 #pragma once
 
+#include <lineup/Rational.h>
 #include "Bridges/MLT/ClipChoice.h"
 #include "Bridges/MLT/Picture.h"
 #include "Bridges/MLT/Sound.h"
 #include "Bridges/MLT/SoundTimeline.h"
-#include "Host/Lineup/Export/Rational.h"
 
 #include <cstdint>
 #include <list>

@@ -1,7 +1,7 @@
 #include "Bridges/MLT/ModulePlace.h"
 
-#include "Host/Lineup/BundleSearch.h"
-#include "Host/Services/CompanionLibrary.h"
+#include <lineup/BundleSearch.h>
+#include "Host/Services/Core/CompanionLibrary.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,7 @@
 #include "Bridges/MLT/Picture.h"
 
-#include "Host/Lineup/Export/FloatPicture.h"
-#include "Host/Lineup/Export/Media/ColourConversion.h"
+#include "Host/Lineup/Picture/ColourConversion.h"
+#include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "Bridges/MLT/Properties.h"
 
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Idents.h"
+#include <lineup/ChannelLayout.h>
+#include <lineup/Idents.h>
 
 #include <array>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "Bridges/MLT/SharedImporter.h"
 
+#include <lineup/BundleSearch.h>
 #include "Bridges/MLT/ModulePlace.h"
-#include "Host/Lineup/BundleSearch.h"
 
 #include <mutex>
 

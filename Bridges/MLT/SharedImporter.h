@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Importer.h"
+#include <lineup/Importer.h>
 
 #include <memory>
 

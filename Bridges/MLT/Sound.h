@@ -1,9 +1,9 @@
 #pragma once
 
+#include <lineup/AudioReader.h>
+#include <lineup/ChannelLayout.h>
+#include <lineup/Clip.h>
 #include "Bridges/MLT/ClipChoice.h"
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Clip.h"
 
 #include <cstdint>
 #include <memory>

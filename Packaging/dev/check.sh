@@ -3,7 +3,7 @@
 # The project's own C++ files, each ended by a zero byte.
 sources() {
     local folder
-    for folder in Src Host Apps Bridges Tests Benchmarks; do
+    for folder in include Src Host Apps Bridges Tests Benchmarks; do
         if [ -d "$root/$folder" ]; then
             find "$root/$folder" '(' -name '*.cpp' -o -name '*.h' ')' -print0
         fi

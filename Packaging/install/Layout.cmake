@@ -14,7 +14,6 @@ endif()
 include(GNUInstallDirs)
 set(LINEUP_PRIVATE_LIBDIR ${CMAKE_INSTALL_LIBDIR}/lineup)
 set(LINEUP_BUNDLE_DIR lib/lineup/BarsAndTone.bundle/Contents)
-set(LINEUP_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/lineup)
 
 # product(TARGET BUILT folder INSTALLED folder [PRIVATE])
 # The run path of a program or library that is built into one folder, below the build tree, and installed into

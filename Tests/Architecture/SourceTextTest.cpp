@@ -41,8 +41,9 @@ TEST(SourceText, OnlyTablesMayBeLong) {
 }
 
 TEST(SourceText, LinesHaveNoTabsAndNoBlanksAtTheirEnds) {
-    for (const auto& file : test::ReadSources({"Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks", "Packaging"},
-                                              {".cpp", ".h", ".map", ".txt", ".sh"})) {
+    for (const auto& file :
+         test::ReadSources({"include", "Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks", "Packaging"},
+                           {".cpp", ".h", ".map", ".txt", ".sh"})) {
         EXPECT_EQ(FirstUntidyLine(file), 0) << file.path;
     }
 }
@@ -53,7 +54,8 @@ TEST(SourceText, AnUntidyLineIsFound) {
 }
 
 TEST(SourceText, HeadersGuardThemselves) {
-    for (const auto& header : test::ReadSources({"Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks"}, {".h"})) {
+    for (const auto& header :
+         test::ReadSources({"include", "Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks"}, {".h"})) {
         EXPECT_TRUE(IsGuarded(header)) << header.path << " has no #pragma once";
     }
     EXPECT_FALSE(IsGuarded({"a.h", {"int a;"}}));

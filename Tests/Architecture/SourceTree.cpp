@@ -41,7 +41,7 @@ std::vector<SourceFile> ReadSources(const std::vector<std::string>& folders, con
 }
 
 std::vector<SourceFile> ReadCppSources() {
-    return ReadSources({"Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks"}, {".cpp", ".h"});
+    return ReadSources({"include", "Src", "Host", "Apps", "Bridges", "Tests", "Benchmarks"}, {".cpp", ".h"});
 }
 
 }  // namespace test

@@ -1,9 +1,9 @@
 // Prints what a frame of the plug-in holds: card_patches BUNDLE hd|sd WIDTH HEIGHT. The frame is taken apart by looking
 // at its pixels: bands of equal lines, and in each band patches of one colour; a run of patches of one column each is a
 // ramp. JSON: bands of patches, left and top inclusive, right and bottom not, colours as Y', Cb, Cr in float.
+#include <lineup/Clip.h>
+#include <lineup/services/FrameBuffer.h>
 #include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Lineup/Clip.h"
-#include "Host/Services/FrameBuffer.h"
 
 #include <nlohmann/json.hpp>
 

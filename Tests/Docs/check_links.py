@@ -16,7 +16,7 @@ IMAGES = "Docs/images/"
 INDEX = "Docs/README.md"
 SAMPLES = "Tests/Docs/samples/"  # pages that are wrong on purpose
 
-# A path from the root in code letters: `Host/Lineup/Idents.h`, `Tests/Faults`, `Docs/*.md`.
+# A path from the root in code letters: `include/lineup/Idents.h`, `Tests/Faults`, `Docs/*.md`.
 PATH = re.compile(r"^(?:Apps|Benchmarks|Bridges|Docs|Host|Packaging|Resources|Src|Tests)/[\w./*+-]+$")
 
 

@@ -1,7 +1,8 @@
 """Runs the commands of a page and compares what they print: run_page.py [--update] PAGE...
 
 Blocks run in the page's order, each in a bash of its own, all of a page in one empty folder. The command `lineup`
-is the one that is being tested; $SOURCE is the source tree and $BUNDLE the plug-in. A block that names a file
+is the one that is being tested; $SOURCE is the source tree, $BUNDLE the plug-in, $INCLUDE
+the folder of the headers that plug-ins and hosts are written with. A block that names a file
 becomes that file when its turn comes. A command that fails fails the page.
 
 An output block is what the block above it prints, standard error included, line by line. In it `...` stands for any
@@ -29,6 +30,7 @@ def environment(options, folder):
         "TZ": "UTC",
         "SOURCE": options.source,
         "BUNDLE": options.bundle,
+        "INCLUDE": os.path.join(os.path.dirname(options.bundle), "include"),
     }
 
 

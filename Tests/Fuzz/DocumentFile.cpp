@@ -1,7 +1,7 @@
 // The files that a person keeps: any bytes give what was stored, or a sentence. Another kind of document is
 // another row of kReaders.
-#include "Host/Lineup/Error.h"
-#include "Host/Lineup/SettingsFile.h"
+#include <lineup/Error.h>
+#include <lineup/SettingsFile.h>
 #include "Tests/Fuzz/Support/Require.h"
 #include "Tests/Fuzz/Support/Scratch.h"
 

@@ -1,5 +1,5 @@
 // The description of a bundle: any bytes in the place of Info.plist give a bundle or a sentence.
-#include "Host/Services/Bundle.h"
+#include <lineup/services/Bundle.h>
 #include "Tests/Fuzz/Support/Require.h"
 #include "Tests/Fuzz/Support/Scratch.h"
 

@@ -1,7 +1,7 @@
 // The layout scripts of dialogs: any bytes give a dialog that can be laid out, or a sentence. Windows go
 // nowhere.
+#include <lineup/services/LocalizerSetup.h>
 #include "Host/Desktop/QtToolkit.h"
-#include "Host/Services/LocalizerSetup.h"
 #include "Tests/Fuzz/Support/Require.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // The catalogues of the localiser: any bytes in the place of one give texts, never an exception. The first
 // byte chooses the language, the second the key that is asked for; the rest is the file.
+#include <lineup/services/LocalizerSetup.h>
 #include "Host/Interface/Core/Localizer.h"
-#include "Host/Services/LocalizerSetup.h"
-#include "Host/Services/UnicodeText.h"
+#include "Host/Services/Text/UnicodeText.h"
 #include "Tests/Fuzz/Support/Bytes.h"
 #include "Tests/Fuzz/Support/Require.h"
 #include "Tests/Fuzz/Support/Scratch.h"

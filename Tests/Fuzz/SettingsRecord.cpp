@@ -1,10 +1,10 @@
 // The settings record: any 32 bytes give a clip that plays, or a sentence; and a dialog over them that gives
 // them back as they were unless a person changes them. The bytes behind the record say what is done.
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/Error.h"
-#include "Host/Lineup/Export/UsageError.h"
-#include "Host/Lineup/WaveformOverview.h"
-#include "Host/Services/ContractReporter.h"
+#include <lineup/AudioReader.h>
+#include <lineup/Error.h>
+#include <lineup/UsageError.h>
+#include <lineup/WaveformOverview.h>
+#include <lineup/services/ContractReporter.h>
 #include "Tests/Fuzz/Support/Bytes.h"
 #include "Tests/Fuzz/Support/FuzzedPerson.h"
 #include "Tests/Fuzz/Support/Require.h"

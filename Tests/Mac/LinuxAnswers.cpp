@@ -1,5 +1,5 @@
 // linux_answers BUNDLE: writes the answers of the bundle's executable for this system to standard output.
-#include "Host/Services/Bundle.h"
+#include <lineup/services/Bundle.h>
 #include "Tests/Mac/Answers/Answers.h"
 
 #include <cstdio>

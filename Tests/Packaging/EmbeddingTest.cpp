@@ -75,7 +75,7 @@ add_library(dialogs SHARED dialogs.cpp)
 target_link_libraries(dialogs PRIVATE Lineup::zelui)
 )");
     test::WriteFile(source / "dialogs.cpp", R"(
-#include "Host/Interface/UI/UI_Toolkit.h"
+#include <lineup/interface/UI/UI_Toolkit.h>
 bool HasToolkit() { return zelui::ui::CurrentToolkit() != nullptr; }
 )");
     ASSERT_NO_FATAL_FAILURE(Build(source));
@@ -84,10 +84,10 @@ bool HasToolkit() { return zelui::ui::CurrentToolkit() != nullptr; }
 // The reader of catalogues is a library that is loaded for the first text.
 TEST_F(Embedding, TranslatesTheTextsOfThePlugIn) {
     test::WriteFile(Folder() / "text.cpp", R"(
-#include "Host/Interface/Core/Localizer.h"
-#include "Host/Lineup/BundleSearch.h"
-#include "Host/Lineup/Importer.h"
-#include "Host/Services/LocalizerSetup.h"
+#include <lineup/interface/Core/Localizer.h>
+#include <lineup/BundleSearch.h>
+#include <lineup/Importer.h>
+#include <lineup/services/LocalizerSetup.h>
 #include <cstdio>
 int main() {
     const lineup::Importer importer(lineup::FindBundle());

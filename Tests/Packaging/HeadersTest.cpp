@@ -30,25 +30,15 @@ bool Has(const fs::path& header, const char* text) {
     return test::ReadFile(header).find(text) != std::string::npos;
 }
 
-// Whether a header says that a library offers something to the programs of others.
-bool IsOffered(const fs::path& header) {
-    return (Has(header, "LINEUP_API ") || Has(header, "ZEL_API ")) && !Has(header, "inline namespace parts");
-}
-
 class InstalledHeaders : public test::InFolder {};
 
-TEST_F(InstalledHeaders, AreThoseThatOfferSomething) {
-    const std::set<std::string> installed = HeadersBelow(kInclude, "");
-    for (const char* const folder : {"Host/Lineup", "Host/Services"}) {
-        for (const std::string& header : HeadersBelow(kSource, folder)) {
-            if (!header.starts_with("Host/Lineup/Export/Media/")) {  // of a library that nobody links to
-                EXPECT_TRUE(installed.contains(header) || !IsOffered(kSource / header)) << header;
-            }
-        }
+TEST_F(InstalledHeaders, AreTheDoorTheInterfaceAndTheSettingsRecord) {
+    std::set<std::string> expected = HeadersBelow(kSource / "include" / "lineup", "");
+    for (const std::string& header : HeadersBelow(kSource / "Host" / "Interface", "")) {
+        expected.insert("interface/" + header);
     }
-    for (const std::string& header : HeadersBelow(kSource, "Host/Interface")) {
-        EXPECT_TRUE(installed.contains(header)) << header;
-    }
+    expected.insert("BarsAndToneInfo.h");
+    EXPECT_EQ(HeadersBelow(kInclude, ""), expected);
 }
 
 TEST_F(InstalledHeaders, AreNoneOfTheProductsOwnParts) {
@@ -62,20 +52,21 @@ TEST_F(InstalledHeaders, AreNoneOfTheProductsOwnParts) {
 TEST_F(InstalledHeaders, CompileWithoutWarningsAndWithNothingElseOfTheProject) {
     std::ostringstream source;
     for (const std::string& header : HeadersBelow(kInclude, "")) {
-        source << "#include \"" << header << "\"\n";
+        source << "#include <lineup/" << header << ">\n";
     }
     test::WriteFile(Folder() / "all.cpp", source.str());
     (void)Output(TEST_CXX " -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -I'" +
-                 kInclude.string() + "' all.cpp");
+                 kInclude.parent_path().string() + "' all.cpp");
 }
 
 TEST_F(InstalledHeaders, NeedNothingButTheStandardLibraryAndForDialogsBoost) {
     for (const std::string& header : HeadersBelow(kInclude, "")) {
         std::istringstream lines(test::ReadFile(kInclude / header));
         for (std::string line; std::getline(lines, line);) {
-            const bool isForDialogs = header.starts_with("Host/Interface/UI/");
-            const bool isOfTheSystem = header.starts_with("Host/Interface/Platform/");
-            const bool isForeign = line.starts_with("#include <") && line.find('/') != std::string::npos;
+            const bool isForDialogs = header.starts_with("interface/UI/");
+            const bool isOfTheSystem = header.starts_with("interface/Platform/");
+            const bool isForeign = line.starts_with("#include <") && line.find('/') != std::string::npos &&
+                                   !line.starts_with("#include <lineup/");
             EXPECT_TRUE(!isForeign || isOfTheSystem || (isForDialogs && line.starts_with("#include <boost/")))
                 << header << ": " << line;
         }

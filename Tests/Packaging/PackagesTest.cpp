@@ -97,7 +97,7 @@ TEST_F(DebianPackages, HaveWhatBelongsToThem) {
                                                            "/usr/share/zsh/vendor-completions/_lineup"}));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/liblineup.so." TEST_VERSION));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/liblineup-media.so"));
-    EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Host/Lineup/Clip.h"));
+    EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Clip.h"));
     EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));
     EXPECT_THAT(Contents("lineup-studio"), Contains("/usr/bin/lineup-studio"));
     EXPECT_THAT(Contents("mlt-lineup"), Contains("/usr/share/mlt-7/lineup/producer_barsandtone.yml"));

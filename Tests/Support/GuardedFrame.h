@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Services/FrameBuffer.h"
+#include <lineup/services/FrameBuffer.h>
 
 #include <algorithm>
 #include <cstddef>

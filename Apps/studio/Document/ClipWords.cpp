@@ -1,9 +1,9 @@
 #include "Apps/studio/Document/ClipWords.h"
 
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Export/FloatPicture.h"
-#include "Host/Lineup/Idents.h"
-#include "Host/Lineup/Level.h"
+#include <lineup/ChannelLayout.h>
+#include <lineup/Idents.h>
+#include <lineup/Level.h>
+#include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <fmt/format.h>
 

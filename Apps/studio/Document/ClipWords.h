@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/ClipDocument.h"
+#include <lineup/Clip.h>
+#include <lineup/ClipDocument.h>
 
 #include <QString>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "Apps/studio/Document/StudioDocument.h"
 
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "Apps/studio/Export/ExportChoice.h"
 
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Exporter.h>
 
 #include <QFile>
 #include <exception>

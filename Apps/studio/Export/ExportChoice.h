@@ -1,8 +1,8 @@
 #pragma once
 
+#include <lineup/ExportSettings.h>
+#include <lineup/FormatTable.h>
 #include "Apps/studio/Document/StudioDocument.h"
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/FormatTable.h"
 
 #include <QString>
 

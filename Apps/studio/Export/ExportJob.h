@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Exporter.h>
 
 #include <QObject>
 #include <QString>

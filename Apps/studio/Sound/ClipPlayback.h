@@ -1,10 +1,10 @@
 #pragma once
 
+#include <lineup/AudioReader.h>
+#include <lineup/Clip.h>
 #include "Apps/studio/Sound/PeakBank.h"
 #include "Apps/studio/Sound/SnapshotCell.h"
 #include "Apps/studio/Sound/SpeakerMap.h"
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/Clip.h"
 
 #include <array>
 #include <atomic>

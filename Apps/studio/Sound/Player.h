@@ -1,8 +1,8 @@
 #pragma once
 
+#include <lineup/Clip.h>
 #include "Apps/studio/Sound/ClipPlayback.h"
 #include "Apps/studio/Sound/SoundOutput.h"
-#include "Host/Lineup/Clip.h"
 
 #include <QAudioDevice>
 #include <QMediaDevices>

@@ -1,6 +1,6 @@
 #include "Apps/studio/Sound/SpeakerMap.h"
 
-#include "Host/Lineup/ChannelLayout.h"
+#include <lineup/ChannelLayout.h>
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <lineup/Clip.h>
+#include <lineup/PictureFormat.h>
 #include "Apps/studio/Views/Colour601.h"
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/FloatPicture.h"
-#include "Host/Lineup/PictureFormat.h"
+#include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <QImage>
 #include <span>

@@ -1,9 +1,9 @@
 #include "Apps/studio/Views/LanePainter.h"
 
+#include <lineup/TimeAxis.h>
 #include "Apps/studio/Views/BandFill.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Host/Interface/Core/Numeric.h"
-#include "Host/Lineup/TimeAxis.h"
 
 #include <QPainter>
 #include <algorithm>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <lineup/Clip.h>
+#include <lineup/WaveformOverview.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Views/LaneSpan.h"
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/WaveformOverview.h"
 
 #include <QFont>
 #include <QImage>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <lineup/Clip.h>
 #include "Apps/studio/Views/LaneSpan.h"
-#include "Host/Lineup/Clip.h"
 
 #include <QPixmap>
 #include <QScrollBar>

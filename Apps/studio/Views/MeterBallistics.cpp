@@ -1,6 +1,6 @@
 #include "Apps/studio/Views/MeterBallistics.h"
 
-#include "Host/Lineup/Level.h"
+#include <lineup/Level.h>
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "Apps/studio/Window/ClipDialog.h"
 
+#include <lineup/ChannelLayout.h>
+#include <lineup/Idents.h>
+#include <lineup/ToneChoice.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Window/Theme.h"
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Idents.h"
-#include "Host/Lineup/ToneChoice.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/ClipDocument.h"
-#include "Host/Lineup/Importer.h"
+#include <lineup/ClipDocument.h>
+#include <lineup/Importer.h>
 
 #include <QComboBox>
 #include <QDialog>

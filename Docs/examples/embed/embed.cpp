@@ -1,9 +1,9 @@
 // Opens the default clip, reads a second of its sound and its picture, and writes a Wave file.
-#include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/BundleSearch.h"
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/interface/Frame/PixelFormats.h>
+#include <lineup/AudioReader.h>
+#include <lineup/BundleSearch.h>
+#include <lineup/Clip.h>
+#include <lineup/Exporter.h>
 
 #include <algorithm>
 #include <cstdio>

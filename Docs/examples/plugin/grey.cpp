@@ -1,11 +1,11 @@
 // An importer plug-in: a grey card, and a soft square wave of 100 Hz in every channel of the clip.
-#include "Host/Interface/Core/Export.h"
-#include "Host/Interface/Frame/FrameServices.h"
-#include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Interface/Importer/ImportEntry.h"
-#include "Host/Interface/Importer/ImportRecords.h"
-#include "Host/Interface/Importer/ImportSelectors.h"
-#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+#include <lineup/interface/Core/Export.h>
+#include <lineup/interface/Frame/FrameServices.h>
+#include <lineup/interface/Frame/PixelFormats.h>
+#include <lineup/interface/Importer/ImportEntry.h>
+#include <lineup/interface/Importer/ImportRecords.h>
+#include <lineup/interface/Importer/ImportSelectors.h>
+#include <lineup/BarsAndToneInfo.h>
 
 #include <cstring>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Interface/Platform/CFUUIDBytes.h"
-
 #include <cstdint>
+
+#include "../Platform/CFUUIDBytes.h"
 
 namespace Brio {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Interface/Brio/BrioUnknown.h"
-#include "Host/Interface/Core/Export.h"
-
 #include <stdexcept>
 #include <utility>
+
+#include "../Core/Export.h"
+#include "BrioUnknown.h"
 
 namespace Brio {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Interface/Core/SmallBlockAllocator.h"
+#include "../Core/SmallBlockAllocator.h"
 
 namespace Brio {
 

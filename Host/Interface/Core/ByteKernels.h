@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-
 #include <cstdint>
+
+#include "Export.h"
 
 /// The byte kernels under the float-buffer primitives, which the host owns. C linkage, reached through
 /// the dynamic symbol table. A size of zero or less does nothing. Any thread.

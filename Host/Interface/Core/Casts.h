@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Interface/Core/Errors.h"
-
 #include <string_view>
+
+#include "Errors.h"
 
 namespace zelcore::utility {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
+#include "Export.h"
 
 /// How a plug-in reports that something it relies on does not hold.
 namespace zelcore::debug {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "Export.h"
 
 /// How a plug-in raises the host's own errors.
 namespace zelcore::config {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Host/Interface/Brio/String.h"
-#include "Host/Interface/Core/Export.h"
-#include "Host/Interface/Core/SmallBlockAllocator.h"
-#include "Host/Interface/Platform/CFBundle.h"
-
 #include <cstdint>
+
+#include "../Brio/String.h"
+#include "../Platform/CFBundle.h"
+#include "Export.h"
+#include "SmallBlockAllocator.h"
 
 namespace zelcore::utility {
 

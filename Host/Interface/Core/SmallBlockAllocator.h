@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-
 #include <cstddef>
 #include <limits>
 #include <new>
 #include <string>
 #include <vector>
+
+#include "Export.h"
 
 /// The host's allocator for short-lived lists and strings.
 namespace zelcore::utility::SmallBlockAllocator {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Interface/Brio/String.h"
-#include "Host/Interface/Core/Export.h"
-
 #include <string_view>
+
+#include "../Brio/String.h"
+#include "Export.h"
 
 namespace zelcore::utility {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-
 #include <atomic>
 #include <cstdint>
+
+#include "Export.h"
 
 /// Which processor variant of the float-buffer primitives serves. The host owns the index, so that
 /// every module in the process goes by the same one. C linkage.

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-
 #include <cstddef>
 #include <cstdint>
+
+#include "../Core/Export.h"
 
 /// Frame memory and how it is painted. Both services have C linkage and are reached through the
 /// dynamic symbol table, so a program can put its own in front.

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Interface/Frame/FrameServices.h"
-
 #include <cstddef>
 #include <cstdint>
+
+#include "../Frame/FrameServices.h"
 
 /// The request records that cross the importer boundary. All are packed: fields lie at the byte
 /// offsets asserted at the end of this file, many of them unaligned. An importer touches the named

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Interface/Core/Numeric.h"
-
 #include <compare>
 #include <cstdint>
 #include <limits>
+
+#include "../Core/Numeric.h"
 
 /// Clip time as both sides of the importer boundary count it.
 namespace zelmediatypes {

@@ -6,7 +6,7 @@
 
 #else
 
-#include "Host/Interface/Core/Export.h"
+#include "../Core/Export.h"
 
 /// A loaded bundle, and a constant string, as far as a plug-in needs them to find itself.
 using CFBundleRef = struct __CFBundle*;

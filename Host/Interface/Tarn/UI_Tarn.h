@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Host/Interface/Brio/String.h"
-#include "Host/Interface/Core/Export.h"
-#include "Host/Interface/UI/UI_DialogView.h"
-#include "Host/Interface/UI/UI_NodeManager.h"
-
 #include <iosfwd>
 #include <string>
+
+#include "../Brio/String.h"
+#include "../Core/Export.h"
+#include "../UI/UI_DialogView.h"
+#include "../UI/UI_NodeManager.h"
 
 namespace zeltarn {
 

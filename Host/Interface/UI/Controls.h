@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Host/Interface/Brio/String.h"
-#include "Host/Interface/Core/Export.h"
-#include "Host/Interface/UI/Message.h"
-#include "Host/Interface/UI/UI_Node.h"
-
 #include <cstdint>
+
+#include "../Brio/String.h"
+#include "../Core/Export.h"
+#include "Message.h"
+#include "UI_Node.h"
 
 /// The controls that a dialog is made of. Setting a value from code never reports a change: a control
 /// reports what a person did.

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Host/Interface/Core/Casts.h"
-#include "Host/Interface/Core/Export.h"
-
 #include <boost/bind/bind.hpp>
 #include <boost/function.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
+
+#include "../Core/Casts.h"
+#include "../Core/Export.h"
 
 namespace zelui::ui {
 

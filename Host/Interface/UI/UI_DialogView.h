@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Interface/UI/UI_Node.h"
-
 #include <string>
 #include <vector>
+
+#include "UI_Node.h"
 
 namespace zelui::ui {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Interface/Brio/InterfaceRef.h"
-#include "Host/Interface/Core/Export.h"
-
 #include <cstdint>
 #include <string_view>
+
+#include "../Brio/InterfaceRef.h"
+#include "../Core/Export.h"
 
 namespace zelui::ui {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
+#include "../Core/Export.h"
 
 namespace zelui::drawbot {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Interface/Core/Export.h"
-#include "Host/Interface/UI/UI_Node.h"
+#include "../Core/Export.h"
+#include "UI_Node.h"
 
 namespace zelworkspace::workspace {
 

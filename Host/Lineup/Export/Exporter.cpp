@@ -1,11 +1,10 @@
-#include "Host/Lineup/Export/Exporter.h"
-
-#include "Host/Lineup/Export/ExportPlan.h"
+#include <lineup/Exporter.h>
+#include <lineup/StillPicture.h>
 #include "Host/Lineup/Export/MediaLibrary.h"
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
 #include "Host/Lineup/Export/Progress.h"
-#include "Host/Lineup/Export/SampleAspect.h"
-#include "Host/Lineup/Export/StillPicture.h"
-#include "Host/Lineup/Export/WaveFile.h"
+#include "Host/Lineup/Export/Wave/WaveFile.h"
+#include "Host/Lineup/Values/SampleAspect.h"
 
 #include <string>
 

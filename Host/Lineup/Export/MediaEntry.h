@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/ExportPlan.h"
-#include "Host/Lineup/Export/ExportReport.h"
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Clip.h>
+#include <lineup/ExportReport.h>
+#include <lineup/ExportSettings.h>
+#include <lineup/Exporter.h>
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
 
 #include <filesystem>
 

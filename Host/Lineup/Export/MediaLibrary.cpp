@@ -1,6 +1,6 @@
 #include "Host/Lineup/Export/MediaLibrary.h"
 
-#include "Host/Lineup/Error.h"
+#include <lineup/Error.h>
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/DynamicLibrary.h"
+#include <lineup/DynamicLibrary.h>
 #include "Host/Lineup/Export/MediaEntry.h"
 
 namespace lineup {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Lineup/Api.h"
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Api.h>
+#include <lineup/ExportSettings.h>
+#include <lineup/Exporter.h>
 
 #include <cstdint>
 

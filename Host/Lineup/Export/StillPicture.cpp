@@ -1,8 +1,7 @@
-#include "Host/Lineup/Export/StillPicture.h"
-
-#include "Host/Lineup/Export/ExportPlan.h"
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/FormatTable.h>
+#include <lineup/StillPicture.h>
 #include "Host/Lineup/Export/MediaLibrary.h"
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
 
 namespace lineup {
 

@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/Check.h"
+#include <lineup/Check.h>
 #include "Host/Lineup/Validation/CheckFunctions.h"
 
 #include <algorithm>

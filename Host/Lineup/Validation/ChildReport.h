@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Validation/Check.h"
+#include <lineup/Check.h>
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <lineup/services/Bundle.h>
 #include "Host/Lineup/Validation/RawImporter.h"
-#include "Host/Services/Bundle.h"
 
 #include <fmt/format.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <lineup/services/FrameBuffer.h>
 #include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
 #include "Host/Lineup/Validation/GuardedRecord.h"
 #include "Host/Lineup/Validation/RawImporter.h"
-#include "Host/Services/FrameBuffer.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,4 @@
-#include "Host/Lineup/Validation/RunCheck.h"
-
+#include <lineup/RunCheck.h>
 #include "Host/Lineup/Validation/Examination.h"
 
 namespace lineup::validation {

@@ -1,6 +1,6 @@
-#include "Host/Lineup/Error.h"
+#include <lineup/Error.h>
+#include <lineup/RunCheck.h>
 #include "Host/Lineup/Validation/ChildReport.h"
-#include "Host/Lineup/Validation/RunCheck.h"
 
 #include <fmt/format.h>
 

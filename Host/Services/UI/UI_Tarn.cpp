@@ -3,7 +3,7 @@
 #include "Host/Interface/Core/Casts.h"
 #include "Host/Interface/Core/Errors.h"
 #include "Host/Interface/UI/UI_Toolkit.h"
-#include "Host/Services/UnicodeText.h"
+#include "Host/Services/Text/UnicodeText.h"
 
 #include <istream>
 #include <iterator>

@@ -1,6 +1,6 @@
+#include <lineup/ToneChoice.h>
 #include "Apps/studio/Sound/ClipPlayback.h"
 #include "Apps/studio/Sound/PullDevice.h"
-#include "Host/Lineup/ToneChoice.h"
 
 #include <gtest/gtest.h>
 

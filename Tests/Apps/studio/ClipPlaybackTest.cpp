@@ -1,6 +1,6 @@
+#include <lineup/ToneChoice.h>
 #include "Apps/studio/Sound/ClipPlayback.h"
 #include "Apps/studio/Sound/SilentOutput.h"
-#include "Host/Lineup/ToneChoice.h"
 #include "Tests/Support/Samples.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/ChannelLayout.h"
+#include <lineup/AudioReader.h>
+#include <lineup/ChannelLayout.h>
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Apps/studio/UrlCatcher.h"
 #include "Tests/Support/RunProgram.h"

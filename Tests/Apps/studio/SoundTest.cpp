@@ -1,4 +1,4 @@
-#include "Host/Lineup/AudioReader.h"
+#include <lineup/AudioReader.h>
 #include "Tests/Apps/studio/SoundServer.h"
 #include "Tests/Apps/studio/StudioHands.h"
 

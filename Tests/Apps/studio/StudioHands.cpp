@@ -1,6 +1,6 @@
 #include "Tests/Apps/studio/StudioHands.h"
 
-#include "Host/Lineup/ToneChoice.h"
+#include <lineup/ToneChoice.h>
 
 #include <QAbstractButton>
 #include <QLabel>

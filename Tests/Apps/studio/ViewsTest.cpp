@@ -1,3 +1,4 @@
+#include <lineup/Exporter.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Export/TimeLeft.h"
 #include "Apps/studio/Views/BandFill.h"
@@ -6,7 +7,6 @@
 #include "Apps/studio/Views/MeterBallistics.h"
 #include "Apps/studio/Views/PixelReadout.h"
 #include "Apps/studio/Views/ScopeView.h"
-#include "Host/Lineup/Export/Exporter.h"
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "Apps/studio/Window/ClipDialog.h"
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Support/RunProgram.h"
 

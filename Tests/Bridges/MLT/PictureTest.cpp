@@ -1,5 +1,5 @@
+#include <lineup/Importer.h>
 #include "Host/Interface/Frame/PixelFormats.h"
-#include "Host/Lineup/Importer.h"
 #include "Tests/Bridges/MLT/FillCounter.h"
 #include "Tests/Bridges/MLT/Framework.h"
 

@@ -1,6 +1,6 @@
 #include "Tests/Bridges/MLT/PlugInSound.h"
 
-#include "Host/Lineup/Importer.h"
+#include <lineup/Importer.h>
 
 #include <array>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Services/ContractReporter.h"
+#include <lineup/services/ContractReporter.h>
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 #include "Tests/Fuzz/Support/Bytes.h"
 #include "Tests/Support/FakeToolkit/FakeToolkit.h"

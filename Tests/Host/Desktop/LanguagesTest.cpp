@@ -1,4 +1,4 @@
-#include "Host/Services/LocalizerSetup.h"
+#include <lineup/services/LocalizerSetup.h>
 #include "Tests/Host/Desktop/OpenDialog.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
+#include <lineup/services/LocalizerSetup.h>
 #include "Host/Desktop/QtToolkit.h"
-#include "Host/Services/LocalizerSetup.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "Tests/Host/Desktop/OpenDialog.h"
 
-#include "Host/Lineup/Importer.h"
+#include <lineup/Importer.h>
 
 #include <gtest/gtest.h>
 

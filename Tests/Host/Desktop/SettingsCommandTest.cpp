@@ -1,5 +1,5 @@
-#include "Apps/lineup/SettingsCommand.h"
-#include "Host/Lineup/SettingsFile.h"
+#include <lineup/SettingsFile.h>
+#include "Apps/lineup/Commands/SettingsCommand.h"
 #include "Tests/Host/Desktop/OpenDialog.h"
 #include "Tests/Support/BundleWithForms.h"
 

@@ -1,7 +1,7 @@
+#include <lineup/services/FrameBuffer.h>
 #include "Host/Interface/Frame/PixelFormats.h"
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Services/FrameBuffer.h"
 #include "Tests/Mac/Answers/Answers.h"
 
 #include <cstdint>

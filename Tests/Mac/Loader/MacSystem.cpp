@@ -1,9 +1,9 @@
 #include "Tests/Mac/Loader/MacSystem.h"
 
+#include <lineup/services/Bundle.h>
 #include "Host/Interface/Platform/Atomic.h"
 #include "Host/Interface/Platform/PatternFill.h"
-#include "Host/Services/Bundle.h"
-#include "Host/Services/LoadedBundles.h"
+#include "Host/Services/Bundles/LoadedBundles.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 // are as they were.
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Services/UnicodeText.h"
+#include "Host/Services/Text/UnicodeText.h"
 #include "Src/BarsAndToneImporter/BarsAndToneImporter.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 #include "Tests/Src/ToneSettingsDialog/Layouts.h"

@@ -1,5 +1,5 @@
+#include <lineup/services/ContractReporter.h>
 #include "Host/Interface/Core/Contract.h"
-#include "Host/Services/ContractReporter.h"
 #include "Src/ToneSettingsDialog/HandleToneSettingsDialog.h"
 #include "Src/ToneSettingsDialog/LayoutNames.h"
 #include "Tests/Support/EndChild.h"

@@ -1,5 +1,5 @@
+#include <lineup/services/ContractReporter.h>
 #include "Host/Interface/Core/Errors.h"
-#include "Host/Services/ContractReporter.h"
 #include "Src/ToneSettingsDialog/ToneSettingsDialogImpl.h"
 #include "Tests/Src/ToneSettingsDialog/DialogTest.h"
 

@@ -9,7 +9,7 @@
 #include "Host/Interface/Tarn/UI_Tarn.h"
 #include "Host/Interface/UI/UI_NodeManager.h"
 #include "Host/Interface/UI/Workspace.h"
-#include "Host/Services/LoadedBundles.h"
+#include "Host/Services/Bundles/LoadedBundles.h"
 #include "Tests/Support/FailingHost/FaultPlan.h"
 
 #include <cstdlib>

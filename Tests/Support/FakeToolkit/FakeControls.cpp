@@ -1,6 +1,6 @@
 #include "Tests/Support/FakeToolkit/FakeControls.h"
 
-#include "Host/Services/UnicodeText.h"
+#include "Host/Services/Text/UnicodeText.h"
 
 namespace test {
 

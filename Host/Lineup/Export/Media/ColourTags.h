@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/FormatTable.h"
-#include "Host/Lineup/Export/Media/ColourConversion.h"
+#include <lineup/FormatTable.h>
+#include "Host/Lineup/Picture/ColourConversion.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

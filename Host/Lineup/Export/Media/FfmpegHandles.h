@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Error.h"
+#include <lineup/Error.h>
 
 #include <memory>
 #include <span>

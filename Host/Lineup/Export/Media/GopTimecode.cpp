@@ -1,6 +1,6 @@
 #include "Host/Lineup/Export/Media/GopTimecode.h"
 
-#include "Host/Lineup/Error.h"
+#include <lineup/Error.h>
 
 #include <algorithm>
 #include <array>

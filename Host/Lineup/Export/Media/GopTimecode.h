@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/Rational.h"
-#include "Host/Lineup/Export/Timecode.h"
+#include <lineup/Rational.h>
+#include <lineup/Timecode.h>
 
 #include <cstdint>
 #include <optional>

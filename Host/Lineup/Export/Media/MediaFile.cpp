@@ -1,13 +1,13 @@
 #include "Host/Lineup/Export/Media/MediaFile.h"
 
-#include "Host/Lineup/Export/FrameTimes.h"
 #include "Host/Lineup/Export/Media/ColourTags.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
 #include "Host/Lineup/Export/Media/SoundTracks.h"
 #include "Host/Lineup/Export/Media/VideoEncoder.h"
 #include "Host/Lineup/Export/Progress.h"
-#include "Host/Lineup/Export/SampleAspect.h"
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Values/FrameTimes.h"
+#include "Host/Lineup/Values/SampleAspect.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
 
 #include <string_view>
 

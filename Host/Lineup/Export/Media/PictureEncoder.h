@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/ExportSettings.h>
+#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 
 #include <cstdint>

@@ -1,9 +1,9 @@
 #include "Host/Lineup/Export/Media/PngFile.h"
 
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/VideoFrame.h"
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
 
 namespace lineup {
 

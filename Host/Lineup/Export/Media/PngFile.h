@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/ExportSettings.h"
+#include <lineup/Clip.h>
+#include <lineup/ExportSettings.h>
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 #include "Host/Lineup/Export/Media/SoundEncoder.h"
 
-#include "Host/Lineup/Export/SamplePacking.h"
+#include "Host/Lineup/Export/Samples/SamplePacking.h"
 
 #include <fmt/format.h>
 

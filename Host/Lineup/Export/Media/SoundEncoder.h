@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
 

@@ -1,6 +1,6 @@
 #include "Host/Lineup/Export/Media/SoundTracks.h"
 
-#include "Host/Lineup/Export/SoundNames.h"
+#include "Host/Lineup/Export/Formats/SoundNames.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/ExportPlan.h"
-#include "Host/Lineup/Export/ExportReport.h"
+#include <lineup/AudioReader.h>
+#include <lineup/Clip.h>
+#include <lineup/ExportReport.h>
 #include "Host/Lineup/Export/Media/Muxer.h"
 #include "Host/Lineup/Export/Media/SoundEncoder.h"
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
 
 #include <cstdint>
 #include <vector>

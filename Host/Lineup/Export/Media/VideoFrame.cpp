@@ -1,9 +1,9 @@
 #include "Host/Lineup/Export/Media/VideoFrame.h"
 
-#include "Host/Lineup/Export/FloatPicture.h"
-#include "Host/Lineup/Export/Media/ColourConversion.h"
 #include "Host/Lineup/Export/Media/ColourTags.h"
-#include "Host/Lineup/Export/SampleAspect.h"
+#include "Host/Lineup/Picture/ColourConversion.h"
+#include "Host/Lineup/Picture/FloatPicture.h"
+#include "Host/Lineup/Values/SampleAspect.h"
 
 #include <algorithm>
 #include <array>

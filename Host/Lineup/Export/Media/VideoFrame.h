@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/ExportSettings.h"
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/Clip.h>
+#include <lineup/ExportSettings.h>
+#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 
 namespace lineup {

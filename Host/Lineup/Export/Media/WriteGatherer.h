@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Export/TargetFile.h"
+#include "Host/Lineup/Files/TargetFile.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Makes pictures of Lineup Studio: studio_screenshots FOLDER BUNDLE. QT_SCALE_FACTOR=2 makes them for a fine
 // screen. A sound server of its own stands in for loudspeakers.
+#include <lineup/ToneChoice.h>
 #include "Apps/studio/Window/StudioWindow.h"
-#include "Host/Lineup/ToneChoice.h"
 #include "Tests/Apps/studio/SoundServer.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // Makes pictures of the settings dialog: screenshots FOLDER BUNDLE. Both layouts, every language, each
 // state that looks different. QT_SCALE_FACTOR=2 makes them for a fine screen.
+#include <lineup/Importer.h>
+#include <lineup/services/LocalizerSetup.h>
 #include "Host/Desktop/QtToolkit.h"
-#include "Host/Lineup/Importer.h"
-#include "Host/Services/LocalizerSetup.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
 #include <QApplication>

@@ -1,11 +1,11 @@
 // What becomes of a file when the system refuses what it grants elsewhere: file systems that cannot rename without
 // replacing, cannot be waited for, or are interrupted. The refusals stand in front of the C library's functions.
 
-#include "Host/Lineup/Error.h"
-#include "Host/Lineup/Export/FileQueue.h"
+#include <lineup/Error.h>
+#include <lineup/UsageError.h>
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
-#include "Host/Lineup/Export/TargetFile.h"
-#include "Host/Lineup/Export/UsageError.h"
+#include "Host/Lineup/Files/FileQueue.h"
+#include "Host/Lineup/Files/TargetFile.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TemporaryFolder.h"
 

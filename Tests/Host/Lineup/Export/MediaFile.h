@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Host/Lineup/Clip.h"
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Clip.h>
+#include <lineup/Exporter.h>
 
 #include <nlohmann/json.hpp>
 

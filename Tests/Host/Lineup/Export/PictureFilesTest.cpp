@@ -1,4 +1,4 @@
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/Exporter.h>
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
 #include <gtest/gtest.h>

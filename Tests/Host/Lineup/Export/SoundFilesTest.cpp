@@ -1,6 +1,6 @@
-#include "Host/Lineup/AudioReader.h"
-#include "Host/Lineup/ChannelLayout.h"
-#include "Host/Lineup/Export/Exporter.h"
+#include <lineup/AudioReader.h>
+#include <lineup/ChannelLayout.h>
+#include <lineup/Exporter.h>
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "Host/Lineup/Export/StillPicture.h"
-#include "Host/Lineup/Export/UsageError.h"
+#include <lineup/StillPicture.h>
+#include <lineup/UsageError.h>
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
-#include "Host/Lineup/Validation/Check.h"
-#include "Host/Lineup/Validation/RunCheck.h"
+#include <lineup/Check.h>
+#include <lineup/RunCheck.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

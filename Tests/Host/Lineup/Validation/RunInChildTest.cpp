@@ -1,6 +1,6 @@
 // Programs that report on descriptor 3 as the process of a check does, rightly and wrongly.
-#include "Host/Lineup/Error.h"
-#include "Host/Lineup/Validation/RunCheck.h"
+#include <lineup/Error.h>
+#include <lineup/RunCheck.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

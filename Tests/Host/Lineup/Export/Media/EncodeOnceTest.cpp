@@ -1,5 +1,5 @@
-#include "Host/Lineup/Export/Exporter.h"
-#include "Host/Lineup/Export/FormatTable.h"
+#include <lineup/Exporter.h>
+#include <lineup/FormatTable.h>
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
 #include <gtest/gtest.h>

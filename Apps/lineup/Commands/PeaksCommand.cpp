@@ -1,0 +1,157 @@
+#include "Apps/lineup/Commands/PeaksCommand.h"
+
+#include <lineup/UsageError.h>
+#include "Apps/lineup/Options/CommonOptions.h"
+#include "Apps/lineup/Options/TimeOptions.h"
+#include "Apps/lineup/Overview/OverviewFile.h"
+#include "Apps/lineup/Reports/ClipText.h"
+#include "Host/Lineup/Files/TargetFile.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using zelmediatypes::TickTime;
+
+namespace cli {
+
+namespace {
+
+constexpr const char* kPicture = "Picture";
+
+enum class Kind { kPng, kSvg, kJson };
+struct KindName {
+    std::string_view extension;
+    std::string_view name;
+    Kind kind;
+};
+constexpr std::array<KindName, 3> kKinds = {{
+    {".png", "PNG", Kind::kPng},
+    {".svg", "SVG", Kind::kSvg},
+    {".json", "JSON", Kind::kJson},
+}};
+
+struct PeaksOptions {
+    CommonOptions common;
+    TimeOptions time;
+    std::string target;
+    std::optional<double> width;
+    std::optional<double> height;
+    bool dark = false;
+    bool overwrite = false;
+    bool quiet = false;
+};
+
+const KindName& KindOf(const std::string& target) {
+    std::string extension = std::filesystem::path(target).extension().string();
+    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    const auto* const found = std::ranges::find(kKinds, extension, &KindName::extension);
+    if (found == kKinds.end()) {
+        throw lineup::UsageError("output", target, "the name must end in .png, .svg or .json");
+    }
+    return *found;
+}
+
+// A whole number of pixels or columns within [least, most]; `usual` when none was given.
+int WholeWithin(const char* option, std::optional<double> value, int usual, int least, int most) {
+    if (!value) {
+        return usual;
+    }
+    if (*value != std::floor(*value) || *value < least || *value > most) {
+        throw lineup::UsageError(option, fmt::format("{}", *value),
+                                 fmt::format("must be a whole number from {} to {}", least, most));
+    }
+    return static_cast<int>(*value);
+}
+
+OverviewLayout MakeLayout(const PeaksOptions& options, int width, int lanes) {
+    const int least = OverviewLayout::LeastHeight(lanes);
+    const int usual = std::max(least, OverviewLayout::UsualHeight(width, lanes));
+    return {width, WholeWithin("height", options.height, usual, least, std::max(least, OverviewLayout::kMostHeight)),
+            lanes};
+}
+
+// The stretch asked for; without a length one cycle of a sequence, or what the plug-in says of the clip.
+lineup::OverviewSpan MakeSpan(const PeaksOptions& options, const lineup::Clip& clip, int columns) {
+    const lineup::Ident* const ident = PlayedIdent(clip);
+    const TickTime usual = ident == nullptr ? DescribedDuration(clip) : TickTime(ident->cycleTicks);
+    return {options.time.StartSample(clip), options.time.Duration(clip).value_or(usual), columns};
+}
+
+void RefusePictureOptions(const PeaksOptions& options) {
+    constexpr const char* kWhy = "has no effect on a .json file: leave it out, or name a .png or .svg file";
+    if (options.height) {
+        throw lineup::UsageError("height", fmt::format("{}", *options.height), kWhy);
+    }
+    if (options.dark) {
+        throw lineup::UsageError("dark", "yes", kWhy);
+    }
+}
+
+std::vector<std::uint8_t> MakePicture(const PeaksOptions& options, const lineup::Clip& clip, Kind kind, int width) {
+    const OverviewLayout layout = MakeLayout(options, width, clip.NumChannels());
+    const auto overview = lineup::ReadOverview(clip, MakeSpan(options, clip, layout.PlotWidth()));
+    const OverviewHeading heading{SignalText(clip), SoundText(clip), clip.SampleRate()};
+    const OverviewTheme& theme = options.dark ? OverviewTheme::Dark() : OverviewTheme::Light();
+    return kind == Kind::kPng ? OverviewPng(overview, heading, layout, theme)
+                              : OverviewSvg(overview, heading, layout, theme);
+}
+
+std::vector<std::uint8_t> MakeJson(const PeaksOptions& options, const lineup::Clip& clip, int columns) {
+    RefusePictureOptions(options);
+    const std::string text = OverviewJson(ReadOverview(clip, MakeSpan(options, clip, columns)), clip.SampleRate());
+    return {text.begin(), text.end()};
+}
+
+void RunPeaks(const PeaksOptions& options) {
+    const KindName& kind = KindOf(options.target);
+    const int width = WholeWithin("width", options.width, OverviewLayout::kUsualWidth, OverviewLayout::kLeastWidth,
+                                  OverviewLayout::kMostWidth);
+    const auto importer = options.common.LoadImporter();
+    const lineup::Clip clip(importer, options.common.Settings(*importer));
+    const auto bytes =
+        kind.kind == Kind::kJson ? MakeJson(options, clip, width) : MakePicture(options, clip, kind.kind, width);
+    lineup::TargetFile file(options.target, options.overwrite);
+    file.Write(bytes);
+    file.Commit();
+    if (!options.quiet) {
+        fmt::print("wrote {}: {}, {} bytes\n", options.target, kind.name, bytes.size());
+    }
+}
+
+}  // namespace
+
+void AddPeaksCommand(CLI::App& app) {
+    auto options = std::make_shared<PeaksOptions>();
+    CLI::App* const command = app.add_subcommand("peaks", "Draw a clip's waveform overview, or write its numbers");
+    command->add_option("OUT", options->target, "The file to write: NAME.png, NAME.svg or NAME.json")->required();
+    AddNumber(*command, "width", options->width,
+              fmt::format("Width of the picture, or columns of a .json file, {} to {} [{}]",
+                          OverviewLayout::kLeastWidth, OverviewLayout::kMostWidth, OverviewLayout::kUsualWidth),
+              "pixels")
+        ->group(kPicture);
+    AddNumber(*command, "height", options->height, "Height of the picture [what the channels need]", "pixels")
+        ->group(kPicture);
+    command->add_flag("--dark", options->dark, "Light on a dark background")->group(kPicture);
+    AddTimeOptions(*command, options->time, "5, or one cycle of an ident");
+    AddToneOptions(*command, options->common);
+    command->add_flag("-y,--overwrite", options->overwrite, "Replace the file if it is there already");
+    command->add_flag("-q,--quiet", options->quiet, "Say nothing unless something is wrong");
+    AddPluginOption(*command, options->common);
+    command->footer(fmt::format(
+        "A tone with at least {} columns a cycle is drawn as its waveform, any other as a band of its level.\n"
+        "A column shows the moment at its left edge: what is shorter than a column may fall between two.",
+        lineup::kFewestColumnsPerCycle));
+    command->callback([options] { RunPeaks(*options); });
+}
+
+}  // namespace cli

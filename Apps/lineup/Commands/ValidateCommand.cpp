@@ -1,0 +1,192 @@
+#include "Apps/lineup/Commands/ValidateCommand.h"
+
+#include <lineup/RunCheck.h>
+#include <lineup/UsageError.h>
+#include "Apps/lineup/Options/Values.h"
+#include "Apps/lineup/Reports/ValidateReport.h"
+
+#include <CLI/Error.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+namespace validation = lineup::validation;
+using Clock = std::chrono::steady_clock;
+
+constexpr double kLongestTimeoutSeconds = 86400;
+
+constexpr const char* kHelp =
+    "Each check runs in a process of its own, so that a bundle that crashes or hangs is one finding and no more.\n"
+    "Outcomes: passed, warning, failed, skipped, crashed, timed out.\n"
+    "\n"
+    "Examples:\n"
+    "  lineup validate My.bundle                                all checks\n"
+    "  lineup validate --list                                   what they are\n"
+    "  lineup validate My.bundle --only audio-splits --seed 7   one of them again, with the same numbers\n"
+    "  lineup validate My.bundle --json > report.json           for another program\n"
+    "  gdb --args lineup validate My.bundle --only frames-drawn-whole --in-process\n"
+    "\n"
+    "Exit status: 0 nothing failed, crashed or timed out; 1 something did; 2 used wrongly.";
+
+struct ValidateOptions {
+    std::string bundle;
+    std::vector<std::string> only;
+    std::string seed;  ///< empty: one is drawn
+    double timeoutSeconds = 60;
+    bool list = false;
+    bool json = false;
+    bool inProcess = false;
+    std::string runCheck;  ///< set in the process of one check
+};
+
+std::uint64_t ChooseSeed(const std::string& text) {
+    if (text.empty()) {
+        return std::random_device{}();  // 32 bits are enough to type again
+    }
+    std::uint64_t seed = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        throw lineup::UsageError("seed", text, "must be a whole number of 64 bits, 0 or more");
+    }
+    return seed;
+}
+
+const validation::Check& RequireCheck(const std::string& id) {
+    const validation::Check* const check = validation::FindCheck(id);
+    if (check == nullptr) {
+        throw lineup::UsageError("only", id, "is no check: lineup validate --list names them");
+    }
+    return *check;
+}
+
+// In the order of the list, each once.
+std::vector<const validation::Check*> ChosenChecks(const std::vector<std::string>& only) {
+    for (const std::string& id : only) {
+        static_cast<void>(RequireCheck(id));
+    }
+    std::vector<const validation::Check*> chosen;
+    for (const validation::Check& check : validation::Checks()) {
+        if (only.empty() || std::ranges::find(only, check.id) != only.end()) {
+            chosen.push_back(&check);
+        }
+    }
+    return chosen;
+}
+
+validation::Finding RunOne(const validation::Check& check, const ValidateOptions& options, std::uint64_t seed) {
+    if (options.inProcess) {
+        return validation::RunCheck(check, options.bundle, seed);
+    }
+    const std::chrono::duration<double> timeout(options.timeoutSeconds);
+    return validation::RunInChild({std::filesystem::read_symlink("/proc/self/exe").string(), "validate", "--run-check",
+                                   std::string(check.id), "--seed", std::to_string(seed), "--", options.bundle},
+                                  std::chrono::duration_cast<std::chrono::milliseconds>(timeout));
+}
+
+CheckResult Measure(const validation::Check& check, const ValidateOptions& options, std::uint64_t seed) {
+    const Clock::time_point start = Clock::now();
+    validation::Finding finding = RunOne(check, options, seed);
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+    return {.check = &check, .finding = std::move(finding), .milliseconds = time.count()};
+}
+
+// Still a fault of the whole run, for the check that it waits for is one.
+CheckResult Skip(const validation::Check& check, const std::string& shutBy) {
+    return {.check = &check,
+            .finding = {.outcome = validation::Outcome::kSkipped,
+                        .text = fmt::format("it cannot be run before {} passes", shutBy)}};
+}
+
+void RequireUsable(const ValidateOptions& options) {
+    if (options.bundle.empty()) {
+        throw CLI::RequiredError("BUNDLE");
+    }
+    if (!std::filesystem::exists(options.bundle)) {
+        throw lineup::UsageError("bundle", options.bundle, "there is no such folder");
+    }
+    const bool timeoutIsRight = options.timeoutSeconds > 0 && options.timeoutSeconds <= kLongestTimeoutSeconds;
+    if (!timeoutIsRight) {
+        throw lineup::UsageError("timeout", fmt::format("{}", options.timeoutSeconds),
+                                 fmt::format("must be above 0, at most {} seconds", kLongestTimeoutSeconds));
+    }
+}
+
+void PrintHeader(const ValidationReport& report) {
+    fmt::print("{}\nseed {}\n\n", report.bundle, report.seed);
+}
+
+// The results appear as they come in; JSON is printed whole.
+ValidationReport Validate(const ValidateOptions& options) {
+    const std::vector<const validation::Check*> checks = ChosenChecks(options.only);
+    RequireUsable(options);
+    ValidationReport report;
+    report.bundle = options.bundle;
+    report.seed = ChooseSeed(options.seed);
+    if (!options.json) {
+        PrintHeader(report);
+    }
+    std::string shutBy;
+    for (const validation::Check* const check : checks) {
+        report.results.push_back(shutBy.empty() ? Measure(*check, options, report.seed) : Skip(*check, shutBy));
+        if (ShutsTheGate(*check, report.results.back().finding.outcome)) {
+            shutBy = check->id;
+        }
+        if (!options.json) {
+            fmt::print("{}", ResultText(report, report.results.back()));
+            std::fflush(stdout);
+        }
+    }
+    return report;
+}
+
+void RunValidate(const ValidateOptions& options) {
+    if (!options.runCheck.empty()) {
+        validation::PrepareChild();
+        validation::ReportToParent(
+            validation::RunCheck(RequireCheck(options.runCheck), options.bundle, ChooseSeed(options.seed)));
+    }
+    if (options.list) {
+        fmt::print("{}", options.json ? ListJson() : ListText());
+        return;
+    }
+    const ValidationReport report = Validate(options);
+    fmt::print("{}", options.json ? ReportJson(report) : "\n" + TallyText(report) + "\n");
+    if (!report.Passed()) {
+        throw CLI::RuntimeError(1);
+    }
+}
+
+}  // namespace
+
+void AddValidateCommand(CLI::App& app) {
+    auto options = std::make_shared<ValidateOptions>();
+    CLI::App* const command = app.add_subcommand("validate", "Put the promises of a plug-in's bundle to the test");
+    command->add_option("BUNDLE", options->bundle, "The bundle")->type_name("FOLDER");
+    command->add_flag("--list", options->list, "List the checks instead: their ids, and what each promises");
+    command->add_option("--only", options->only, "Run this check only; may be given more than once")
+        ->type_name("ID")
+        ->allow_extra_args(false);
+    command->add_option("--seed", options->seed, "Draw the same numbers as a run that said this seed [drawn]")
+        ->type_name("N");
+    command->add_option("--timeout", options->timeoutSeconds, "End a check that takes longer than this [60]")
+        ->type_name("SECONDS");
+    command->add_flag("--json", options->json, "Print JSON instead of a table");
+    command->add_flag("--in-process", options->inProcess, "Run the checks in this process, for a debugger");
+    command->add_option("--run-check", options->runCheck)->group("");  // the process of one check
+    command->footer(kHelp);
+    command->callback([options] { RunValidate(*options); });
+}
+
+}  // namespace cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <lineup/ExportSettings.h>
+#include "Apps/lineup/Options/Values.h"
+
+#include <CLI/App.hpp>
+
+#include <string>
+
+namespace cli {
+
+/// The options that choose a clip's picture.
+struct PictureOptions {
+    std::string size = "1920x1080";
+    lineup::Card card = lineup::Card::Auto;
+
+    [[nodiscard]] Size ParsedSize() const { return ParseSize(size); }
+};
+
+/// Adds --size and --card.
+void AddPictureOptions(CLI::App& command, PictureOptions& options);
+
+}  // namespace cli

@@ -1,0 +1,105 @@
+#include "Apps/lineup/Reports/ReportText.h"
+
+#include <lineup/FormatTable.h>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+std::string RationalText(lineup::Rational value) {
+    return value.den == 1 ? fmt::format("{}", value.num) : fmt::format("{}/{}", value.num, value.den);
+}
+
+double Seconds(const lineup::ExportReport& report) {
+    if (report.video) {
+        return static_cast<double>(report.frames) * report.video->frameRate.den / report.video->frameRate.num;
+    }
+    return report.audio.empty() ? 0 : static_cast<double>(report.samples) / report.audio.front().sampleRateHz;
+}
+
+std::string VideoText(const lineup::ExportReport& report) {
+    const lineup::VideoReport& video = *report.video;
+    if (video.frameRate.num == 0) {
+        return fmt::format("  picture  {}, {}x{}, {}\n", video.codec, video.width, video.height, video.colour);
+    }
+    return fmt::format("  picture  {}, {}x{}, {} fps, {}, {} frames\n", video.codec, video.width, video.height,
+                       RationalText(video.frameRate), video.colour, report.frames);
+}
+
+std::string AudioText(const lineup::AudioReport& audio, std::int64_t samples) {
+    const std::string title = audio.title.empty() ? "" : fmt::format(" ({})", audio.title);
+    return fmt::format("  sound    {}, {}{}, {} Hz, {} samples\n", audio.codec, audio.layout, title, audio.sampleRateHz,
+                       samples);
+}
+
+nlohmann::ordered_json VideoJson(const lineup::ExportReport& report) {
+    const lineup::VideoReport& video = *report.video;
+    return {{"codec", video.codec},
+            {"pixelFormat", video.pixelFormat},
+            {"width", video.width},
+            {"height", video.height},
+            {"sampleAspect", RationalText(video.sampleAspect)},
+            {"frameRate", RationalText(video.frameRate)},
+            {"colour", video.colour},
+            {"frames", report.frames}};
+}
+
+nlohmann::ordered_json AudioJson(const lineup::ExportReport& report) {
+    auto tracks = nlohmann::ordered_json::array();
+    for (const lineup::AudioReport& audio : report.audio) {
+        tracks.push_back({{"codec", audio.codec},
+                          {"sampleFormat", audio.sampleFormat},
+                          {"sampleRateHz", audio.sampleRateHz},
+                          {"channels", audio.channels},
+                          {"layout", audio.layout},
+                          {"title", audio.title},
+                          {"samples", report.samples}});
+    }
+    return tracks;
+}
+
+}  // namespace
+
+std::string ReportText(const lineup::ExportReport& report) {
+    std::string text = fmt::format("wrote {}: {}, {:.3f} s, {} bytes\n", report.target.string(), report.container,
+                                   Seconds(report), report.bytes);
+    if (report.video) {
+        text += VideoText(report);
+    }
+    for (const lineup::AudioReport& audio : report.audio) {
+        text += AudioText(audio, report.samples);
+    }
+    return text;
+}
+
+std::string ReportJson(const lineup::ExportReport& report) {
+    nlohmann::ordered_json json = {{"file", report.target.string()},
+                                   {"container", report.container},
+                                   {"seconds", Seconds(report)},
+                                   {"bytes", report.bytes}};
+    if (report.video) {
+        json["video"] = VideoJson(report);
+    }
+    json["audio"] = AudioJson(report);
+    return json.dump(2);
+}
+
+std::string FormatHelp() {
+    std::string text = "Kinds of files, and the codecs each can hold (the first is used unless another is named):\n";
+    for (const lineup::FileFormat& format : lineup::FileFormats()) {
+        text += fmt::format("  .{:<5}{}\n", format.extension, format.description);
+        if (!format.videoCodecs.empty()) {
+            text += fmt::format("        picture: {}\n", fmt::join(format.videoCodecs, ", "));
+        }
+        if (!format.audioCodecs.empty()) {
+            text += fmt::format("        sound:   {}\n", fmt::join(format.audioCodecs, ", "));
+        }
+    }
+    return text;
+}
+
+}  // namespace cli

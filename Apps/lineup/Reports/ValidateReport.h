@@ -1,0 +1,42 @@
+#pragma once
+
+#include <lineup/Check.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// A check that was run, and what came of it.
+struct CheckResult {
+    const lineup::validation::Check* check = nullptr;
+    lineup::validation::Finding finding;
+    std::int64_t milliseconds = 0;
+};
+
+/// A validation: what was put to the test, and what came of it.
+struct ValidationReport {
+    std::string bundle;
+    std::uint64_t seed = 0;
+    std::vector<CheckResult> results;
+
+    /// Something was checked, and nothing of it is a fault.
+    [[nodiscard]] bool Passed() const;
+};
+
+/// The list of checks, for people and as JSON: ids and promises.
+[[nodiscard]] std::string ListText();
+[[nodiscard]] std::string ListJson();
+
+/// A line or two for one result. What a check found stands below it, and for a fault the command that
+/// shows it again.
+[[nodiscard]] std::string ResultText(const ValidationReport& report, const CheckResult& result);
+
+/// How many checks ended in which way: "36 passed, 1 failed".
+[[nodiscard]] std::string TallyText(const ValidationReport& report);
+
+/// The whole report as JSON.
+[[nodiscard]] std::string ReportJson(const ValidationReport& report);
+
+}  // namespace cli

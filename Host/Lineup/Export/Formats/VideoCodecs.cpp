@@ -1,0 +1,166 @@
+#include <lineup/FormatTable.h>
+
+#include <algorithm>
+#include <array>
+
+namespace lineup {
+
+namespace {
+
+// The rates and sizes of MPEG-2 video at High level.
+constexpr std::array<Rational, 8> kMpeg2FrameRates = {{
+    {24000, 1001},
+    {24, 1},
+    {25, 1},
+    {30000, 1001},
+    {30, 1},
+    {50, 1},
+    {60000, 1001},
+    {60, 1},
+}};
+constexpr int kMpeg2MaxWidth = 1920;
+constexpr int kMpeg2MaxHeight = 1088;
+
+// These encoders make the same bytes with any number of threads, one for each processor: threads share a picture's
+// slices.
+constexpr CodecOption kThreads = {"threads", "auto"};
+constexpr CodecOption kThreadType = {"thread_type", "slice"};
+
+constexpr std::array<CodecOption, 3> kProresHq = {{{"profile", "hq"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kProres = {{{"profile", "standard"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kProres4444 = {{{"profile", "4444"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 3> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 1> kOneThread = {{{"threads", "1"}}};
+constexpr std::array<CodecOption, 8> kFfv1 = {{
+    {"level", "3"},
+    {"g", "1"},
+    {"coder", "range_tab"},
+    {"context", "1"},
+    {"slices", "4"},
+    {"slicecrc", "1"},
+    kThreads,
+    kThreadType,
+}};
+constexpr std::array<CodecOption, 3> kMjpeg = {{{"qmin", "1"}, {"global_quality", "118"}, {"flags", "+qscale"}}};
+
+// Intra only, with the tables that suit intra frames of high quality, and headers that announce 50 Mbit/s. The
+// number of threads decides where slices lie, so it is fixed: a file is the same on every machine.
+constexpr std::int64_t kMpeg2BitsPerSecond = 50'000'000;
+constexpr int kMpeg2LargestQuantiser = 28;  // the end of the non-linear scale as far as the encoder goes
+constexpr std::array<CodecOption, 11> kMpeg2 = {{
+    {"profile", "0"},
+    {"g", "1"},
+    {"b", "50000000"},
+    {"maxrate", "50000000"},
+    {"bufsize", "17825792"},
+    {"qmin", "1"},
+    {"qmax", "28"},
+    {"dc", "10"},
+    {"intra_vlc", "1"},
+    {"non_linear_quant", "1"},
+    {"threads", "2"},
+}};
+
+// No B frames: every decoder then shows the first frame at time 0, with or without an edit list.
+constexpr std::array<CodecOption, 6> kH264 = {{
+    {"profile", "high"},
+    {"preset", "medium"},
+    {"crf", "8"},
+    {"bf", "0"},
+    {"g", "50"},
+    {"threads", "2"},
+}};
+
+constexpr std::array<VideoCodec, 11> kVideoCodecs = {{
+    {.name = "prores-hq",
+     .description = "ProRes 422 HQ, 10 bits",
+     .encoder = "prores_ks",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kProresHq},
+    {.name = "prores",
+     .description = "ProRes 422, 10 bits",
+     .encoder = "prores_ks",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kProres},
+    {.name = "prores-4444",
+     .description = "ProRes 4444 without alpha, 10 bits",
+     .encoder = "prores_ks",
+     .pixelFormat = "yuv444p10le",
+     .framesStandAlone = true,
+     .options = kProres4444},
+    {.name = "dnxhr-hqx",
+     .description = "DNxHR HQX, 4:2:2, 10 bits; 256x120 and larger",
+     .encoder = "dnxhd",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kDnxhrHqx,
+     .minWidth = 256,
+     .minHeight = 120},
+    {.name = "v210",
+     .description = "uncompressed 4:2:2, 10 bits",
+     .encoder = "v210",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kOneThread},
+    {.name = "uyvy422",
+     .description = "uncompressed 4:2:2, 8 bits",
+     .encoder = "rawvideo",
+     .pixelFormat = "uyvy422",
+     .framesStandAlone = true,
+     .options = kOneThread},
+    {.name = "ffv1",
+     .description = "FFV1 version 3, lossless 4:2:2, 10 bits, every frame on its own and with checksums",
+     .encoder = "ffv1",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kFfv1},
+    {.name = "h264",
+     .description = "H.264 High, 4:2:0, 8 bits, at high quality",
+     .encoder = "libx264",
+     .pixelFormat = "yuv420p",
+     .options = kH264},
+    {.name = "mpeg2-422",
+     .description = "MPEG-2 4:2:2, 8 bits, intra frames only, 50 Mbit/s at most; up to 1920x1088",
+     .encoder = "mpeg2video",
+     .pixelFormat = "yuv422p",
+     .framesStandAlone = true,
+     .options = kMpeg2,
+     .timecodeOption = "gop_timecode",
+     .mostBitsPerSecond = kMpeg2BitsPerSecond,
+     .largestQuantiser = kMpeg2LargestQuantiser,
+     .frameRates = kMpeg2FrameRates,
+     .maxWidth = kMpeg2MaxWidth,
+     .maxHeight = kMpeg2MaxHeight},
+    {.name = "mjpeg",
+     .description = "Motion JPEG, 4:2:2, 8 bits, full range: below black and above white are clipped",
+     .encoder = "mjpeg",
+     .pixelFormat = "yuv422p",
+     .colour = ColourKind::Jpeg,
+     .framesStandAlone = true,
+     .options = kMjpeg},
+    {.name = "png",
+     .description = "PNG, lossless RGB, 8 bits, full range: below black and above white are clipped",
+     .encoder = "png",
+     .pixelFormat = "rgb24",
+     .colour = ColourKind::Rgb,
+     .framesStandAlone = true,
+     .options = kOneThread,
+     .sizeStep = 1,
+     .minWidth = 1,
+     .minHeight = 1},
+}};
+
+}  // namespace
+
+std::span<const VideoCodec> VideoCodecs() {
+    return kVideoCodecs;
+}
+
+const VideoCodec* FindVideoCodec(std::string_view name) {
+    const auto* const found = std::ranges::find(kVideoCodecs, name, &VideoCodec::name);
+    return found == kVideoCodecs.end() ? nullptr : found;
+}
+
+}  // namespace lineup

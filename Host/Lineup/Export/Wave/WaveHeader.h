@@ -1,0 +1,26 @@
+#pragma once
+
+#include <lineup/Api.h>
+#include <lineup/FormatTable.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace lineup {
+inline namespace parts {
+
+/// What a Broadcast Wave file holds.
+struct WaveFormat {
+    SampleFormat samples = SampleFormat::S24;
+    int channels = 2;  ///< 1, 2, or 6 in the order L, R, C, LFE, Ls, Rs
+    int sampleRateHz = 48000;
+    std::int64_t frames = 0;         ///< samples a channel
+    std::int64_t timeReference = 0;  ///< the first sample's place, in samples since midnight
+};
+
+/// Everything that goes before the samples. The file is RIFF as long as 32 bits can count its bytes and RF64
+/// (EBU Tech 3306) beyond; both have the same length. After an odd number of sample bytes one zero must follow.
+LINEUP_API std::vector<std::uint8_t> WaveHeader(const WaveFormat& format);
+
+}  // namespace parts
+}  // namespace lineup

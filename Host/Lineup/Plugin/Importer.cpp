@@ -1,0 +1,176 @@
+#include <lineup/Error.h>
+#include <lineup/Importer.h>
+#include "Host/Interface/Importer/ImportRecords.h"
+#include "Host/Interface/Importer/ImportSelectors.h"
+
+#include <fmt/format.h>
+
+#include <new>
+
+namespace lineup {
+
+namespace {
+
+// No plug-in offers anywhere near as many formats; a list that goes on is a broken plug-in.
+constexpr std::intptr_t kLongestList = 256;
+
+ImportEntryFunction* FindEntry(const DynamicLibrary& library, const zelcore::Bundle& bundle) {
+    void* const symbol = library.Find(kImportEntryName);
+    if (symbol == nullptr) {
+        throw Error(
+            fmt::format("{} is no importer: it has no entry point {}", bundle.Executable().string(), kImportEntryName));
+    }
+    return reinterpret_cast<ImportEntryFunction*>(symbol);
+}
+
+void* AsParameter(std::intptr_t index) {
+    return reinterpret_cast<void*>(index);
+}
+
+// The plug-in reads the record only; the request's field is not const because other plug-ins may not.
+void* AsSettings(const void* settings) {
+    return const_cast<void*>(settings);  // NOLINT(cppcoreguidelines-pro-type-const-cast): see above
+}
+
+}  // namespace
+
+Importer::Importer(const std::filesystem::path& bundleFolder)
+    : mBundle(bundleFolder), mLibrary(mBundle.Executable()), mEntry(FindEntry(mLibrary, mBundle)) {
+    imImportInfoRec record{};
+    const std::int32_t answer = Call(kImportInit, &record, nullptr);
+    if (answer != kImportInitAnswer) {
+        throw Error(fmt::format("cannot use {}: it answers the Init request with {} instead of {}",
+                                bundleFolder.string(), answer, static_cast<int>(kImportInitAnswer)));
+    }
+}
+
+Importer::~Importer() = default;
+
+// The code of an exception that is the plug-in's own goes with the plug-in, which may be before anybody reads it.
+std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) const {
+    try {
+        return mEntry(selector, nullptr, param1, param2);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw Error(error.what());
+    }
+}
+
+void Importer::Require(std::int32_t selector, void* record, const char* act) const {
+    const std::int32_t result = Call(selector, nullptr, record);
+    if (result != kImportNoError) {
+        throw Error(fmt::format("{} cannot {}: it answers with {}", mBundle.Folder().string(), act, result));
+    }
+}
+
+std::vector<std::uint32_t> Importer::FileTypes() const {
+    std::vector<std::uint32_t> types;
+    imIndFormatRec record{};
+    for (std::intptr_t index = 0; index < kLongestList; ++index) {
+        if (Call(kImportGetIndFormat, AsParameter(index), &record) != kImportNoError) {
+            break;
+        }
+        types.push_back(record.fileType);
+    }
+    return types;
+}
+
+std::vector<std::uint32_t> Importer::PixelFormats() const {
+    std::vector<std::uint32_t> formats;
+    imIndPixelFormatRec record{};
+    for (std::intptr_t index = 0; index < kLongestList; ++index) {
+        if (Call(kImportGetIndPixelFormat, AsParameter(index), &record) != kImportNoError) {
+            break;
+        }
+        formats.push_back(record.pixelFormat);
+    }
+    return formats;
+}
+
+ClipDescription Importer::Describe(const BarsAndToneInfo* prefs, float hostSampleRate) const {
+    imFileInfoRec8 record{};
+    record.sampleRate = hostSampleRate;
+    record.prefs = AsSettings(prefs);
+    Require(kImportGetInfo, &record, "describe the clip");
+
+    ClipDescription description;
+    description.hasVideo = record.hasVideo != 0;
+    description.hasAudio = record.hasAudio != 0;
+    description.numChannels = record.numChannels;
+    description.sampleRate = record.sampleRate;
+    description.durationSamples = record.durationSamples;
+    description.privateData = PrivateData(
+        record.privateData, [this](void* privateData) { Call(kImportReleasePrivateData, nullptr, privateData); });
+    return description;
+}
+
+std::uint32_t Importer::SettingsSize() const {
+    imGetPrefsRec record{};
+    Require(kImportGetPrefs, &record, "say how large its settings are");
+    return record.prefsLength;
+}
+
+void Importer::RequireSettingsSize() const {
+    const std::uint32_t size = SettingsSize();
+    if (size != sizeof(BarsAndToneInfo)) {
+        throw Error(fmt::format("cannot use {}: its settings are {} bytes, not {}", mBundle.Folder().string(), size,
+                                sizeof(BarsAndToneInfo)));
+    }
+}
+
+BarsAndToneInfo Importer::DefaultSettings(float hostSampleRate) const {
+    RequireSettingsSize();
+    BarsAndToneInfo settings;
+    imGetPrefsRec record{};
+    record.prefs = &settings;
+    record.useDefaults = 1;
+    record.hostSampleRate = hostSampleRate;
+    Require(kImportGetPrefs, &record, "make default settings");
+    return settings;
+}
+
+void Importer::EditSettings(BarsAndToneInfo& settings) const {
+    RequireSettingsSize();
+    BarsAndToneInfo edited = settings;
+    imGetPrefsRec record{};
+    record.prefs = &edited;
+    record.hostSampleRate = settings.sampleRate;
+    Require(kImportGetPrefs, &record, "edit settings");
+    settings = edited;
+}
+
+void Importer::DrawFrame(zelcore::FrameBuffer& frame) const {
+    imImportImageRecEx record{};
+    record.width = static_cast<std::int16_t>(frame.Width());
+    record.height = static_cast<std::int16_t>(frame.Height());
+    record.pixelFormat = frame.PixelFormat();
+    record.frame = frame.Handle();
+    Require(kImportImage, &record, "draw the frame");
+}
+
+void Importer::ReadAudio(const RequestSettings& settings, std::int64_t position, std::uint32_t count,
+                         float** buffers) const {
+    imImportAudioRec7 record{};
+    record.position = position;
+    record.count = count;
+    record.buffers = buffers;
+    record.privateData = AsSettings(settings.privateData);
+    record.prefs = AsSettings(settings.prefs);
+    Require(kImportAudio, &record, "make audio");
+}
+
+void Importer::ReadPeaks(const RequestSettings& settings, std::int64_t position, float peakRate, std::int32_t count,
+                         float** maxima, float** minima) const {
+    imPeakAudioRec record{};
+    record.privateData = AsSettings(settings.privateData);
+    record.prefs = AsSettings(settings.prefs);
+    record.position = position;
+    record.peakRate = peakRate;
+    record.count = count;
+    record.maxima = maxima;
+    record.minima = minima;
+    Require(kImportPeakAudio, &record, "make peaks");
+}
+
+}  // namespace lineup

@@ -1,0 +1,88 @@
+#include <lineup/FormatTable.h>
+#include "Tests/Host/Lineup/Export/MediaFile.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace {
+
+TEST(FormatTable, NamesEverythingOnce) {
+    std::set<std::string_view> names;
+    for (const auto& format : lineup::FileFormats()) {
+        EXPECT_TRUE(names.insert(format.extension).second) << format.extension;
+        EXPECT_FALSE(format.description.empty());
+    }
+    names.clear();
+    for (const auto& codec : lineup::VideoCodecs()) {
+        EXPECT_TRUE(names.insert(codec.name).second) << codec.name;
+        EXPECT_FALSE(codec.description.empty());
+    }
+    for (const auto& codec : lineup::AudioCodecs()) {
+        EXPECT_TRUE(names.insert(codec.name).second) << codec.name;
+        EXPECT_FALSE(codec.description.empty());
+    }
+}
+
+TEST(FormatTable, GivesFormatsOnlyCodecsThatExist) {
+    for (const auto& format : lineup::FileFormats()) {
+        for (const auto name : format.videoCodecs) {
+            EXPECT_NE(lineup::FindVideoCodec(name), nullptr) << format.extension << ' ' << name;
+        }
+        for (const auto name : format.audioCodecs) {
+            EXPECT_NE(lineup::FindAudioCodec(name), nullptr) << format.extension << ' ' << name;
+        }
+    }
+}
+
+TEST(FormatTable, KnowsAFileByItsExtensionInEitherCase) {
+    EXPECT_EQ(lineup::FindFileFormat("a/b.c/bars.mov")->extension, "mov");
+    EXPECT_EQ(lineup::FindFileFormat("BARS.MXF")->extension, "mxf");
+    EXPECT_EQ(lineup::FindFileFormat("bars.avi"), nullptr);
+    EXPECT_EQ(lineup::FindFileFormat("bars"), nullptr);
+    EXPECT_EQ(lineup::FindFileFormat(".mov"), nullptr);
+    EXPECT_EQ(lineup::FindFileFormat(""), nullptr);
+}
+
+TEST(FormatTable, EveryVideoCodecCanBeWrittenInEveryFormatThatListsIt) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    for (const auto& format : lineup::FileFormats()) {
+        for (const auto name : format.videoCodecs) {
+            auto settings = test::SmallExport(folder / ("a." + std::string(format.extension)), 2);
+            settings.width = 256;
+            settings.height = 120;
+            settings.videoCodec = name;
+            settings.overwrite = true;
+            const auto report = Export(clip, settings);
+            EXPECT_EQ(report.video->codec, name);
+            const auto stream = test::Streams(settings.target, "video").at(0);
+            EXPECT_EQ(stream.at("nb_read_frames"), format.audioCodecs.empty() ? "1" : "2") << format.extension << name;
+        }
+    }
+}
+
+TEST(FormatTable, EveryAudioCodecCanBeWrittenInEveryFormatThatListsIt) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    for (const auto& format : lineup::FileFormats()) {
+        for (const auto name : format.audioCodecs) {
+            auto settings = test::SmallExport(folder / ("a." + std::string(format.extension)), 2);
+            settings.audioCodec = name;
+            settings.overwrite = true;
+            if (format.videoCodecs.empty()) {
+                settings.duration = 3840;
+            }
+            const auto report = Export(clip, settings);
+            EXPECT_EQ(report.samples, 3840);
+            // Lossy blocks are whole ones: three of AAC's 1024 samples end after this file does, at 4096.
+            const auto channels = static_cast<std::size_t>(report.audio.at(0).channels);
+            EXPECT_EQ(test::DecodeFloats(settings.target, "a:0").size() / channels,
+                      lineup::FindAudioCodec(name)->lossless ? 3840U : 4096U)
+                << format.extension << ' ' << name;
+        }
+    }
+}
+
+}  // namespace

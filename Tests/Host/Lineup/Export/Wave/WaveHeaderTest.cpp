@@ -1,0 +1,125 @@
+#include "Host/Lineup/Export/Samples/SamplePacking.h"
+#include "Host/Lineup/Export/Wave/WaveHeader.h"
+#include "Tests/Host/Lineup/Export/MediaFile.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+using lineup::SampleFormat;
+using lineup::WaveFormat;
+using lineup::WaveHeader;
+
+std::uint64_t Number(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t count) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        number |= std::uint64_t{bytes.at(at + i)} << (8 * i);
+    }
+    return number;
+}
+
+std::string Text(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t count) {
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.begin() + static_cast<std::ptrdiff_t>(at + count)};
+}
+
+// The place of a chunk's content.
+std::size_t Content(const std::vector<std::uint8_t>& bytes, const std::string& chunk) {
+    std::size_t at = 12;
+    while (at + 8 <= bytes.size() && Text(bytes, at, 4) != chunk) {
+        at += 8 + Number(bytes, at + 4, 4);
+    }
+    return at + 8;
+}
+
+// Stereo of 24 bits: 714 bytes of header, 6 bytes a frame; the first 8 bytes are not counted.
+constexpr std::uint64_t kLongestRiff = (0xFFFFFFFFULL + 8 - 714) / 6;
+
+TEST(WaveHeader, IsRiffAsLongAs32BitsCanCountTheFile) {
+    const auto header = WaveHeader({.frames = static_cast<std::int64_t>(kLongestRiff)});
+    EXPECT_EQ(header.size(), 714U);
+    EXPECT_EQ(Text(header, 0, 4), "RIFF");
+    EXPECT_EQ(Number(header, 4, 4), 714 + 6 * kLongestRiff - 8);
+    EXPECT_EQ(Text(header, 12, 4), "JUNK");
+    EXPECT_EQ(Number(header, header.size() - 4, 4), 6 * kLongestRiff);
+}
+
+TEST(WaveHeader, IsRf64OneSampleLater) {
+    const auto header = WaveHeader({.frames = static_cast<std::int64_t>(kLongestRiff + 1)});
+    EXPECT_EQ(header.size(), 714U);
+    EXPECT_EQ(Text(header, 0, 4), "RF64");
+    EXPECT_EQ(Number(header, 4, 4), 0xFFFFFFFFU);
+    EXPECT_EQ(Text(header, 12, 4), "ds64");
+    EXPECT_EQ(Number(header, 20, 8), 714 + 6 * (kLongestRiff + 1) - 8);
+    EXPECT_EQ(Number(header, 28, 8), 6 * (kLongestRiff + 1));
+    EXPECT_EQ(Number(header, 36, 8), kLongestRiff + 1);
+    EXPECT_EQ(Number(header, header.size() - 4, 4), 0xFFFFFFFFU);
+}
+
+TEST(WaveHeader, CountsThePaddingOfOddDataInTheFileAndNotInTheChunk) {
+    const auto header = WaveHeader({.channels = 1, .frames = 3});
+    EXPECT_EQ(Number(header, header.size() - 4, 4), 9U);
+    EXPECT_EQ(Number(header, 4, 4), header.size() + 10 - 8);
+}
+
+TEST(WaveHeader, HoldsTheTimeReferenceOfTheBroadcastExtension) {
+    const auto header = WaveHeader({.frames = 1, .timeReference = 0x123456789});
+    const std::size_t extension = Content(header, "bext");
+    EXPECT_EQ(Text(header, extension + 256, 13), "Bars and Tone");
+    EXPECT_EQ(Number(header, extension + 338, 8), 0x123456789U);
+    EXPECT_EQ(Number(header, extension + 346, 2), 1U);
+}
+
+// A file of holes: the header says how long it is, and another program believes it.
+TEST(WaveHeader, OfRf64IsReadByOtherPrograms) {
+    const test::TemporaryFolder folder;
+    constexpr std::int64_t kTenHours = 36000LL * 48000;
+    const auto header = WaveHeader({.frames = kTenHours, .timeReference = 48000});
+    std::ofstream(folder / "a.wav", std::ios::binary)
+        .write(reinterpret_cast<const char*>(header.data()), static_cast<std::streamsize>(header.size()));
+    std::filesystem::resize_file(folder / "a.wav", header.size() + 6 * kTenHours);
+    const auto stream = test::Streams(folder / "a.wav", "audio", false).at(0);
+    EXPECT_EQ(stream.at("duration_ts"), kTenHours);
+    EXPECT_EQ(stream.at("codec_name"), "pcm_s24le");
+}
+
+// Byte for byte the file that the media library's own writer makes of the same samples.
+class WaveFiles : public testing::TestWithParam<std::tuple<SampleFormat, int, int>> {};
+
+TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
+    const auto [samples, channels, rateHz] = GetParam();
+    const test::TemporaryFolder folder;
+    BarsAndToneInfo tone;
+    tone.numChannels = static_cast<std::uint32_t>(channels);
+    tone.sampleRate = static_cast<float>(rateHz);
+    const char* const names[] = {"s16", "s24", "s32", "f32"};
+    const std::string name = names[static_cast<int>(samples)];
+    auto settings = test::SmallExport(folder / "a.wav", 1001);
+    settings.audioCodec = "pcm-" + name;
+    settings.timecode = lineup::Timecode("10:00:00:00", settings.frameRate);
+    Export(test::OpenClip(tone), settings);
+
+    const char* const layout = channels == 6 ? "5.1(side)" : channels == 2 ? "stereo" : "mono";
+    const std::string ours = (folder / "a.wav").string();
+    const std::string theirs = (folder / "b.wav").string();
+    // The samples are taken out and put back, so that nothing of our header is passed on.
+    const std::string command = fmt::format(
+        "{0} -v error -i {1} -f {2}le - | {0} -v error -f {2}le -ar {3} -ac {4} -channel_layout '{5}' -i - -c copy "
+        "-fflags +bitexact -rf64 auto -write_bext 1 -metadata time_reference={6} -metadata originator='Bars and Tone' "
+        "{7}",
+        FFMPEG_PROGRAM, ours, name, rateHz, channels, layout, settings.timecode->Samples(rateHz), theirs);
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+    EXPECT_TRUE(test::ReadBytes(ours) == test::ReadBytes(theirs));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, WaveFiles,
+                         testing::Combine(testing::Values(SampleFormat::S16, SampleFormat::S24, SampleFormat::S32,
+                                                          SampleFormat::F32),
+                                          testing::Values(1, 2, 6), testing::Values(48000, 96000)));
+
+}  // namespace

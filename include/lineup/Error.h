@@ -1,0 +1,15 @@
+#pragma once
+
+#include <lineup/Api.h>
+
+#include <stdexcept>
+
+namespace lineup {
+
+/// Something could not be done; the text names the act, the object and the cause.
+class LINEUP_API Error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace lineup

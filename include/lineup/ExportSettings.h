@@ -1,0 +1,55 @@
+#pragma once
+
+#include <lineup/Card.h>
+#include <lineup/Disk.h>
+#include <lineup/Rational.h>
+#include <lineup/Timecode.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace lineup {
+
+/// What to write, and where. The target's extension names the file format (see FormatTable.h).
+struct ExportSettings {
+    std::filesystem::path target;
+
+    /// The picture: even numbers of pixels, each 8192 at most. Unused in files without one.
+    int width = 1920;
+    int height = 1080;
+    Card card = Card::Auto;
+
+    /// Frames a second. In a file without picture it only gives `timecode` its meaning.
+    Rational frameRate{25, 1};
+
+    /// The clip's first sample in the file.
+    std::int64_t startSample = 0;
+
+    /// Frames in a file with a picture and sound, samples in a file with sound alone; a still picture
+    /// is always one frame.
+    std::int64_t duration = 0;
+
+    /// Names out of FormatTable.h; empty for what the file format prefers.
+    std::string videoCodec;
+    std::string audioCodec;
+
+    /// The time code of the first frame; must be at `frameRate`.
+    std::optional<Timecode> timecode;
+
+    /// One mono track a channel, titled with the channel's name, instead of one track of all channels.
+    bool monoTracks = false;
+
+    /// Replace a file that is there already.
+    bool overwrite = false;
+
+    /// Whether the file must be on the disk when the export ends. A still picture always is.
+    Disk disk = Disk::Wait;
+
+    /// Encode every frame even where the codec's frames stand alone and one encoded frame would do.
+    /// The file is the same either way; this is how that is checked.
+    bool encodeEveryFrame = false;
+};
+
+}  // namespace lineup

@@ -30,6 +30,7 @@ const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Files/", {"ClipDocument.h", "SettingsFile.h"}},
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
     {"Host/Lineup/Validation/", {"Check.h", "RunCheck.h"}},
+    {"Host/Lineup/Check/", {"CheckReport.h", "CheckSettings.h"}},
 };
 
 // What the files of a folder may include beside their own folder and the C++ standard library. A name that
@@ -80,6 +81,10 @@ const std::vector<FolderRule> kFolderRules = {
      {"Host/Interface/", "Host/Services/", kSettingsRecord, "Host/Lineup/Values/",
       "Host/Lineup/Plugin/DynamicLibrary.h"},
      {"fmt/", "elf.h", "fcntl.h", "malloc.h", "spawn.h", "sys/", "unistd.h"}},
+    {"Host/Lineup/Check/",
+     {"Host/Interface/", "Host/Services/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/",
+      "Host/Lineup/Clip/", "Host/Lineup/Picture/", "Host/Lineup/Files/", "Host/Lineup/Export/"},
+     {"fmt/", "Eigen/", "kissfft/"}},
     {"Apps/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", kSettingsRecord},
      {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "fcntl.h", "poll.h", "signal.h", "sys/", "unistd.h"}},

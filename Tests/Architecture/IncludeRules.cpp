@@ -29,7 +29,7 @@ const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
      {"AudioReader.h", "BlockGrid.h", "Clip.h", "TimeAxis.h", "ToneChoice.h", "WaveformOverview.h"}},
     {"Host/Lineup/Files/", {"ClipDocument.h", "SettingsFile.h"}},
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
-    {"Host/Lineup/Validation/", {"Check.h", "RunCheck.h"}},
+    {"Host/Lineup/Validation/", {"Validation.h"}},
     {"Host/Lineup/Check/", {"CheckReport.h", "CheckSettings.h"}},
 };
 

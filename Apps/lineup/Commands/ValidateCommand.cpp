@@ -1,7 +1,7 @@
 #include "Apps/lineup/Commands/ValidateCommand.h"
 
-#include <lineup/RunCheck.h>
 #include <lineup/UsageError.h>
+#include <lineup/Validation.h>
 #include "Apps/lineup/Options/Values.h"
 #include "Apps/lineup/Reports/ValidateReport.h"
 
@@ -63,48 +63,48 @@ std::uint64_t ChooseSeed(const std::string& text) {
     return seed;
 }
 
-const validation::Check& RequireCheck(const std::string& id) {
-    const validation::Check* const check = validation::FindCheck(id);
-    if (check == nullptr) {
+const validation::Promise& RequirePromise(const std::string& id) {
+    const validation::Promise* const promise = validation::FindPromise(id);
+    if (promise == nullptr) {
         throw lineup::UsageError("only", id, "is no check: lineup validate --list names them");
     }
-    return *check;
+    return *promise;
 }
 
 // In the order of the list, each once.
-std::vector<const validation::Check*> ChosenChecks(const std::vector<std::string>& only) {
+std::vector<const validation::Promise*> ChosenPromises(const std::vector<std::string>& only) {
     for (const std::string& id : only) {
-        static_cast<void>(RequireCheck(id));
+        static_cast<void>(RequirePromise(id));
     }
-    std::vector<const validation::Check*> chosen;
-    for (const validation::Check& check : validation::Checks()) {
-        if (only.empty() || std::ranges::find(only, check.id) != only.end()) {
-            chosen.push_back(&check);
+    std::vector<const validation::Promise*> chosen;
+    for (const validation::Promise& promise : validation::Promises()) {
+        if (only.empty() || std::ranges::find(only, promise.id) != only.end()) {
+            chosen.push_back(&promise);
         }
     }
     return chosen;
 }
 
-validation::Finding RunOne(const validation::Check& check, const ValidateOptions& options, std::uint64_t seed) {
+validation::Finding RunOne(const validation::Promise& promise, const ValidateOptions& options, std::uint64_t seed) {
     if (options.inProcess) {
-        return validation::RunCheck(check, options.bundle, seed);
+        return validation::CheckPromise(promise, options.bundle, seed);
     }
     const std::chrono::duration<double> timeout(options.timeoutSeconds);
     return validation::RunInChild({std::filesystem::read_symlink("/proc/self/exe").string(), "validate", "--run-check",
-                                   std::string(check.id), "--seed", std::to_string(seed), "--", options.bundle},
+                                   std::string(promise.id), "--seed", std::to_string(seed), "--", options.bundle},
                                   std::chrono::duration_cast<std::chrono::milliseconds>(timeout));
 }
 
-CheckResult Measure(const validation::Check& check, const ValidateOptions& options, std::uint64_t seed) {
+PromiseResult Measure(const validation::Promise& promise, const ValidateOptions& options, std::uint64_t seed) {
     const Clock::time_point start = Clock::now();
-    validation::Finding finding = RunOne(check, options, seed);
+    validation::Finding finding = RunOne(promise, options, seed);
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
-    return {.check = &check, .finding = std::move(finding), .milliseconds = time.count()};
+    return {.promise = &promise, .finding = std::move(finding), .milliseconds = time.count()};
 }
 
 // Still a fault of the whole run, for the check that it waits for is one.
-CheckResult Skip(const validation::Check& check, const std::string& shutBy) {
-    return {.check = &check,
+PromiseResult Skip(const validation::Promise& promise, const std::string& shutBy) {
+    return {.promise = &promise,
             .finding = {.outcome = validation::Outcome::kSkipped,
                         .text = fmt::format("it cannot be run before {} passes", shutBy)}};
 }
@@ -129,7 +129,7 @@ void PrintHeader(const ValidationReport& report) {
 
 // The results appear as they come in; JSON is printed whole.
 ValidationReport Validate(const ValidateOptions& options) {
-    const std::vector<const validation::Check*> checks = ChosenChecks(options.only);
+    const std::vector<const validation::Promise*> promises = ChosenPromises(options.only);
     RequireUsable(options);
     ValidationReport report;
     report.bundle = options.bundle;
@@ -138,10 +138,10 @@ ValidationReport Validate(const ValidateOptions& options) {
         PrintHeader(report);
     }
     std::string shutBy;
-    for (const validation::Check* const check : checks) {
-        report.results.push_back(shutBy.empty() ? Measure(*check, options, report.seed) : Skip(*check, shutBy));
-        if (ShutsTheGate(*check, report.results.back().finding.outcome)) {
-            shutBy = check->id;
+    for (const validation::Promise* const promise : promises) {
+        report.results.push_back(shutBy.empty() ? Measure(*promise, options, report.seed) : Skip(*promise, shutBy));
+        if (ShutsTheGate(*promise, report.results.back().finding.outcome)) {
+            shutBy = promise->id;
         }
         if (!options.json) {
             fmt::print("{}", ResultText(report, report.results.back()));
@@ -155,7 +155,7 @@ void RunValidate(const ValidateOptions& options) {
     if (!options.runCheck.empty()) {
         validation::PrepareChild();
         validation::ReportToParent(
-            validation::RunCheck(RequireCheck(options.runCheck), options.bundle, ChooseSeed(options.seed)));
+            validation::CheckPromise(RequirePromise(options.runCheck), options.bundle, ChooseSeed(options.seed)));
     }
     if (options.list) {
         fmt::print("{}", options.json ? ListJson() : ListText());

@@ -1,7 +1,7 @@
 #include "Apps/lineup/Completion/Completion.h"
 
-#include <lineup/Check.h>
 #include <lineup/FormatTable.h>
+#include <lineup/Validation.h>
 
 #include <algorithm>
 #include <array>
@@ -72,10 +72,10 @@ Candidates AudioCodecNames(const Line& line) {
     return CodecNames(lineup::AudioCodecs(), line, &lineup::FileFormat::audioCodecs);
 }
 
-Candidates CheckIds(const Line& /*line*/) {
+Candidates PromiseIds(const Line& /*line*/) {
     Candidates ids;
-    for (const lineup::validation::Check& check : lineup::validation::Checks()) {
-        ids.push_back({std::string(check.id), std::string(check.promise)});
+    for (const lineup::validation::Promise& promise : lineup::validation::Promises()) {
+        ids.push_back({std::string(promise.id), std::string(promise.text)});
     }
     return ids;
 }
@@ -88,7 +88,7 @@ struct ValueTable {
 constexpr std::array<ValueTable, 3> kValueTables = {{
     {"video-codec", VideoCodecNames},
     {"audio-codec", AudioCodecNames},
-    {"only", CheckIds},
+    {"only", PromiseIds},
 }};
 
 Candidates WordsOf(std::string_view type) {

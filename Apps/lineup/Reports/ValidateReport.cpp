@@ -11,15 +11,16 @@ namespace cli {
 
 namespace {
 
-using lineup::validation::Check;
 using lineup::validation::Outcome;
+using lineup::validation::Promise;
 using nlohmann::ordered_json;
 
 constexpr std::array kOutcomes = {Outcome::kPassed,  Outcome::kWarning, Outcome::kFailed,
                                   Outcome::kSkipped, Outcome::kCrashed, Outcome::kTimedOut};
 
 std::size_t LongestId() {
-    return std::ranges::max(lineup::validation::Checks(), {}, [](const Check& check) { return check.id.size(); })
+    return std::ranges::max(lineup::validation::Promises(), {},
+                            [](const Promise& promise) { return promise.id.size(); })
         .id.size();
 }
 
@@ -33,7 +34,7 @@ std::string Shown(Outcome outcome) {
 }
 
 std::ptrdiff_t Count(const ValidationReport& report, Outcome outcome) {
-    return std::ranges::count(report.results, outcome, [](const CheckResult& r) { return r.finding.outcome; });
+    return std::ranges::count(report.results, outcome, [](const PromiseResult& r) { return r.finding.outcome; });
 }
 
 // What a bundle says of itself may be no text at all.
@@ -53,35 +54,35 @@ std::string InQuotes(const std::string& argument) {
 
 bool ValidationReport::Passed() const {
     return !results.empty() &&
-           std::ranges::none_of(results, [](const CheckResult& r) { return IsFault(r.finding.outcome); });
+           std::ranges::none_of(results, [](const PromiseResult& r) { return IsFault(r.finding.outcome); });
 }
 
 std::string ListText() {
     std::string text;
-    for (const Check& check : lineup::validation::Checks()) {
-        text += fmt::format("{:<{}}  {}\n", check.id, LongestId(), check.promise);
+    for (const Promise& promise : lineup::validation::Promises()) {
+        text += fmt::format("{:<{}}  {}\n", promise.id, LongestId(), promise.text);
     }
     return text;
 }
 
 std::string ListJson() {
     ordered_json list = ordered_json::array();
-    for (const Check& check : lineup::validation::Checks()) {
-        list.push_back({{"id", check.id}, {"promise", check.promise}});
+    for (const Promise& promise : lineup::validation::Promises()) {
+        list.push_back({{"id", promise.id}, {"promise", promise.text}});
     }
     return Dump(list);
 }
 
-std::string ResultText(const ValidationReport& report, const CheckResult& result) {
+std::string ResultText(const ValidationReport& report, const PromiseResult& result) {
     const lineup::validation::Finding& finding = result.finding;
-    std::string text = fmt::format("{:<9}  {:<{}}  {}\n", Shown(finding.outcome), result.check->id, LongestId(),
-                                   result.check->promise);
+    std::string text = fmt::format("{:<9}  {:<{}}  {}\n", Shown(finding.outcome), result.promise->id, LongestId(),
+                                   result.promise->text);
     if (!finding.text.empty()) {
         text += fmt::format("{:<9}  -> {}\n", "", finding.text);
     }
     if (IsFault(finding.outcome)) {
         text += fmt::format("{:<9}     again: lineup validate {} --only {} --seed {}\n", "", InQuotes(report.bundle),
-                            result.check->id, report.seed);
+                            result.promise->id, report.seed);
     }
     return text;
 }
@@ -98,9 +99,9 @@ std::string TallyText(const ValidationReport& report) {
 
 std::string ReportJson(const ValidationReport& report) {
     ordered_json checks = ordered_json::array();
-    for (const CheckResult& result : report.results) {
-        checks.push_back({{"id", result.check->id},
-                          {"promise", result.check->promise},
+    for (const PromiseResult& result : report.results) {
+        checks.push_back({{"id", result.promise->id},
+                          {"promise", result.promise->text},
                           {"outcome", OutcomeName(result.finding.outcome)},
                           {"text", result.finding.text},
                           {"milliseconds", result.milliseconds}});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lineup/Check.h>
+#include <lineup/Validation.h>
 
 #include <cstdint>
 #include <string>
@@ -9,8 +9,8 @@
 namespace cli {
 
 /// A check that was run, and what came of it.
-struct CheckResult {
-    const lineup::validation::Check* check = nullptr;
+struct PromiseResult {
+    const lineup::validation::Promise* promise = nullptr;
     lineup::validation::Finding finding;
     std::int64_t milliseconds = 0;
 };
@@ -19,7 +19,7 @@ struct CheckResult {
 struct ValidationReport {
     std::string bundle;
     std::uint64_t seed = 0;
-    std::vector<CheckResult> results;
+    std::vector<PromiseResult> results;
 
     /// Something was checked, and nothing of it is a fault.
     [[nodiscard]] bool Passed() const;
@@ -31,7 +31,7 @@ struct ValidationReport {
 
 /// A line or two for one result. What a check found stands below it, and for a fault the command that
 /// shows it again.
-[[nodiscard]] std::string ResultText(const ValidationReport& report, const CheckResult& result);
+[[nodiscard]] std::string ResultText(const ValidationReport& report, const PromiseResult& result);
 
 /// How many checks ended in which way: "36 passed, 1 failed".
 [[nodiscard]] std::string TallyText(const ValidationReport& report);

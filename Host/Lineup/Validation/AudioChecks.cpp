@@ -1,6 +1,6 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Interface/Media/TickTime.h"
-#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/Requests.h"
 #include "Host/Lineup/Validation/Sounds.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lineup/Check.h>
+#include <lineup/Validation.h>
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "Host/Interface/Core/Numeric.h"
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/GuardedRecord.h"
 #include "Host/Lineup/Validation/HostileNumbers.h"
 #include "Host/Lineup/Validation/Requests.h"

@@ -1,5 +1,5 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/GuardedFrame.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/GuardedFrame.h"
 #include "Host/Lineup/Validation/Requests.h"
 #include "Host/Lineup/Validation/Sounds.h"

@@ -1,6 +1,6 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/CheckFunctions.h"
+#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/GuardedFrame.h"
 #include "Host/Lineup/Validation/HeapUse.h"
 #include "Host/Lineup/Validation/Requests.h"

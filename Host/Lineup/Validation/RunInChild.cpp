@@ -1,5 +1,5 @@
 #include <lineup/Error.h>
-#include <lineup/RunCheck.h>
+#include <lineup/Validation.h>
 #include "Host/Lineup/Validation/ChildReport.h"
 
 #include <fmt/format.h>

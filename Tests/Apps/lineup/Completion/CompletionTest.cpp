@@ -1,5 +1,5 @@
-#include <lineup/Check.h>
 #include <lineup/Idents.h>
+#include <lineup/Validation.h>
 #include "Apps/lineup/Commands/CommandLine.h"
 #include "Apps/lineup/Completion/Completion.h"
 
@@ -79,7 +79,7 @@ TEST(Completion, KnowsTheCards) {
 }
 
 TEST(Completion, KnowsTheChecks) {
-    EXPECT_EQ(WordsFor({"validate", "--only", ""}).size(), lineup::validation::Checks().size());
+    EXPECT_EQ(WordsFor({"validate", "--only", ""}).size(), lineup::validation::Promises().size());
 }
 
 TEST(Completion, OffersTheCodecsThatTheFileCanHold) {

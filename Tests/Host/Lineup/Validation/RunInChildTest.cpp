@@ -1,6 +1,6 @@
 // Programs that report on descriptor 3 as the process of a check does, rightly and wrongly.
 #include <lineup/Error.h>
-#include <lineup/RunCheck.h>
+#include <lineup/Validation.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
-#include <lineup/RunCheck.h>
+#include <lineup/Validation.h>
 #include "Host/Lineup/Validation/Examination.h"
 
 namespace lineup::validation {
 
-Finding RunCheck(const Check& check, const std::filesystem::path& bundleFolder, std::uint64_t seed) {
+Finding CheckPromise(const Promise& promise, const std::filesystem::path& bundleFolder, std::uint64_t seed) {
     try {
         Examination examination(bundleFolder, seed);
-        check.run(examination);
+        promise.check(examination);
         const std::string& warnings = examination.Warnings();
         return {.outcome = warnings.empty() ? Outcome::kPassed : Outcome::kWarning, .text = warnings};
     } catch (const Skipped& skipped) {

@@ -1,107 +1,66 @@
-"""Enumerations and packed records, out of the headers that both sides of the importer interface are compiled with.
+"""Enumerations and packed records, as the compiler lays them out; what a field or a value means is the comment beside it.
 
-A name is `enum NAME`, `record NAME` or `settings-record`. What a field or a value means is the comment beside it."""
+A name is `enum NAME`, `record NAME`, `settings-record` or `identifier-formats`."""
 
+import json
 import os
 import re
+import subprocess
 
 from markdown import table
 
-SELECTORS = "Host/Interface/Importer/ImportSelectors.h"
-RECORDS = "Host/Interface/Importer/ImportRecords.h"
-SETTINGS = "Src/BarsAndToneImporter/BarsAndToneInfo.h"
-
-# Bytes of a type, and what the pages call it.
-TYPES = {
-    "std::uint8_t": (1, "u8"),
-    "char": (1, "char"),
-    "std::int16_t": (2, "i16"),
-    "std::uint16_t": (2, "u16"),
-    "std::int32_t": (4, "i32"),
-    "std::uint32_t": (4, "u32"),
-    "std::int64_t": (8, "i64"),
-    "float": (4, "f32"),
-    "vexel": (8, "`vexel`"),
-    "void*": (8, "pointer"),
-    "float**": (8, "`float**`"),
-    "IdentifierFormat": (4, "u32"),
-}
-
-FIELD = re.compile(r"^    (?P<type>[\w:]+\*{0,2}) (?P<name>\w+)(?:\[(?P<count>\d+)\])?(?: = (?P<value>[^;]+))?;"
-                   r"(?:\s*///< (?P<note>.+))?$")
-VALUE = re.compile(r"^    (?P<name>k?\w+) = (?P<value>-?\w+),(?:\s*///< (?P<note>.+))?$")
+HEADERS = ("Host/Interface/Importer/ImportSelectors.h", "Host/Interface/Importer/ImportRecords.h",
+           "Src/BarsAndToneImporter/BarsAndToneInfo.h")
 
 
-def body(text, head):
-    """The lines between the braces that follow `head`."""
-    start = text.index(head)
-    return text[text.index("{", start) + 1:text.index("\n};", start)].split("\n")
-
-
-def enum_rows(text, name):
-    found = [VALUE.match(line) for line in body(text, f"enum {name} ")]
-    return [(match["value"], f"`{match['name']}`", match["note"] or "") for match in found if match]
-
-
-class Field:
-    def __init__(self, offset, match):
-        self.offset = offset
-        self.name, self.value, self.note = match["name"], match["value"], match["note"] or ""
-        size, self.type = TYPES[match["type"]]
-        count = int(match["count"] or 1)
-        self.size = size * count
-        if match["count"]:
-            self.type = f"{self.type}[{count}]"
-
-
-def fields(text, name):
-    """The fields of a packed record; ValueError when an offset is not the one that the header asserts."""
-    found, offset = [], 0
-    for line in body(text, f"struct {name} "):
-        match = FIELD.match(line)
-        if match:
-            found.append(Field(offset, match))
-            offset += found[-1].size
-        elif line.strip() and not line.strip().startswith("//"):
-            raise ValueError(f"cannot read the field of {name}: {line}")
-    asserted = dict(re.findall(rf"static_assert\(offsetof\({name}, (\w+)\) == (\d+)\)", text))
-    for field in found:
-        if field.name in asserted and int(asserted[field.name]) != field.offset:
-            raise ValueError(f"{name}.{field.name} is at {field.offset}, not at {asserted[field.name]}")
-    return found, offset
+def notes(text, of):
+    """{name: the comment beside it} of a struct or enum."""
+    body = re.search(rf"(?ms)^(?:struct|enum) {of} .*?^\}};", text)
+    if body is None:
+        raise ValueError(f"no header has {of}")
+    return dict(re.findall(r"(\w+)(?:\[\d+\])?(?: = [^;,]+)?[;,]\s*///< (.+)", body[0]))
 
 
 class Maker:
-    def __init__(self, root):
-        self.root = root
+    def __init__(self, root, build):
+        self.text = ""
+        for path in HEADERS:
+            with open(os.path.join(root, path), encoding="utf-8") as file:
+                self.text += file.read()
+        self.program = os.path.join(build, "tests", "record_layouts")
+        self.known = None
 
-    def text(self, path):
-        with open(os.path.join(self.root, path), encoding="utf-8") as file:
-            return file.read()
+    def layouts(self):
+        if self.known is None:
+            self.known = json.loads(subprocess.run([self.program], check=True, capture_output=True).stdout)
+        return self.known
 
-    def enum(self, name):
-        return table(("value", "name", "meaning"), enum_rows(self.text(SELECTORS), name))
+    def enum(self, name, last_head="meaning"):
+        meaning = notes(self.text, name)
+        rows = [(each["value"], f"`{each['name']}`", meaning.get(each["name"], ""))
+                for each in self.layouts()["enums"][name]]
+        return table(("value", "name", last_head), rows)
+
+    def field_rows(self, name):
+        """The fields of a record that have a meaning here: (field, row), its meaning last."""
+        meaning = notes(self.text, name)
+        return [(field, (field["offset"], field["bytes"], field["type"], f"`{field['name']}`",
+                         meaning.get(field["name"], "")))
+                for field in self.layouts()["records"][name]["fields"] if not field["name"].startswith("reserved")]
 
     def record(self, name):
-        found, size = fields(self.text(RECORDS), name)
-        rows = [(field.offset, field.size, field.type, f"`{field.name}`", field.note) for field in found
-                if not field.name.startswith("reserved")]
+        rows = [row for _, row in self.field_rows(name)]
+        size = self.layouts()["records"][name]["bytes"]
         return table(("offset", "bytes", "type", "field", ""), rows) + ["", f"{size} bytes in all."]
 
     def settings_record(self):
-        text = self.text(SETTINGS)
-        constants = dict(re.findall(r"constexpr std::uint32_t (\w+) = (\d+);", text))
-        constants.update({name.strip("`"): value for value, name, _ in enum_rows(text, "IdentifierFormat")})
-        found, _ = fields(text, "BarsAndToneInfo")
-        rows = [(field.offset, field.size, field.type, f"`{field.name}`",
-                 constants.get(field.value, field.value.removesuffix("F").removesuffix(".0")), field.note)
-                for field in found]
+        rows = [(*row[:-1], f"{field['value']:g}", row[-1]) for field, row in self.field_rows("BarsAndToneInfo")]
         return table(("offset", "bytes", "type", "field", "unless set", "meaning"), rows)
 
     def make(self, name):
         if name == "settings-record":
             return self.settings_record()
         if name == "identifier-formats":
-            return table(("value", "name", "sequence"), enum_rows(self.text(SETTINGS), "IdentifierFormat"))
+            return self.enum("IdentifierFormat", "sequence")
         what, which = name.split()
         return {"enum": self.enum, "record": self.record}[what](which)

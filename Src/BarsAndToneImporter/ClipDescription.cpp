@@ -23,13 +23,13 @@ std::int32_t barsGetInfo(imFileInfoRec8* info) {
 
     info->hasVideo = 1;
     info->hasAudio = 1;
-    info->video12 = 24;
-    info->video22 = 5;
-    info->video31 = 1;
-    info->video32 = 2;
+    info->video12 = kClipVideo12;
+    info->video22 = kClipVideo22;
+    info->video31 = kClipVideo31;
+    info->video32 = kClipVideo32;
     info->numChannels = settings->numChannels;
     info->sampleRate = settings->sampleRate;
-    info->audioSampleFormat = 6;
+    info->audioSampleFormat = kAudioSampleFormatFloat;
     const float durationSamples = settings->sampleRate * kClipSeconds;
     info->durationSamples = zelcore::numeric::TruncateToInt64(static_cast<double>(durationSamples));
     info->privateData = settings.release();

@@ -76,21 +76,17 @@ class Colours(unittest.TestCase):
 
 
 class Records(unittest.TestCase):
-    RECORD = "struct Record {\n    std::uint8_t reserved0[4];\n    float** buffers;  ///< planes\n};\n"
+    TEXT = "/// of enum Kind\nenum Kind : int {\n    kOne = 1,   ///< the first\n    kTwo = -2,\n};\n" \
+           "struct Record {\n    int a[4];       ///< four\n    float b = 1.5F;  ///< ratio, or none\n    long c;\n};\n" \
+           "struct Other {\n    int c;  ///< not this one\n};\n"
 
-    def test_offsets_are_counted_without_gaps(self):
-        found, size = headers.fields(self.RECORD, "Record")
-        self.assertEqual([(field.name, field.offset, field.size) for field in found],
-                         [("reserved0", 0, 4), ("buffers", 4, 8)])
-        self.assertEqual(size, 12)
+    def test_what_a_name_means_stands_beside_it(self):
+        self.assertEqual(headers.notes(self.TEXT, "Kind"), {"kOne": "the first"})
+        self.assertEqual(headers.notes(self.TEXT, "Record"), {"a": "four", "b": "ratio, or none"})
 
-    def test_an_offset_that_the_header_does_not_assert_is_refused(self):
-        with self.assertRaisesRegex(ValueError, "Record.buffers is at 4, not at 8"):
-            headers.fields(self.RECORD + "static_assert(offsetof(Record, buffers) == 8);\n", "Record")
-
-    def test_a_field_that_cannot_be_read_is_refused(self):
-        with self.assertRaisesRegex(ValueError, "cannot read the field"):
-            headers.fields("struct Record {\n    long what;  // ?\n    int a : 3;\n};\n", "Record")
+    def test_a_record_that_no_header_has_is_refused(self):
+        with self.assertRaisesRegex(ValueError, "no header has Missing"):
+            headers.notes(self.TEXT, "Missing")
 
 
 if __name__ == "__main__":

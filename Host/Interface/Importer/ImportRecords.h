@@ -9,6 +9,14 @@
 /// offsets asserted at the end of this file, many of them unaligned. An importer touches the named
 /// fields only; the reserved bytes belong to the host.
 
+/// What describes every clip of this interface: synthetic video, whose frames are drawn at the size that is asked for,
+/// and sound in 32-bit float samples.
+inline constexpr std::uint16_t kClipVideo12 = 24;
+inline constexpr std::uint8_t kClipVideo22 = 5;
+inline constexpr std::uint8_t kClipVideo31 = 1;
+inline constexpr std::uint8_t kClipVideo32 = 2;
+inline constexpr std::uint32_t kAudioSampleFormatFloat = 6;
+
 /// The host's service table. It is handed through with every request and is opaque here.
 struct imStdParms;
 
@@ -44,17 +52,17 @@ struct imFileInfoRec8 {
     std::uint8_t hasVideo;  ///< content flag; stored together with the next byte
     std::uint8_t hasAudio;  ///< content flag
     std::uint8_t reserved2[10];
-    std::uint16_t video12;
+    std::uint16_t video12;  ///< kClipVideo12
     std::uint8_t reserved14[8];
-    std::uint8_t video22;
+    std::uint8_t video22;  ///< kClipVideo22
     std::uint8_t reserved23[8];
-    std::uint8_t video31;
-    std::uint8_t video32;
+    std::uint8_t video31;  ///< kClipVideo31
+    std::uint8_t video32;  ///< kClipVideo32
     std::uint8_t reserved33[141];
-    std::uint32_t numChannels;  ///< audio channels
-    float sampleRate;           ///< Hz; filled by the host beforehand with its own rate
-    std::uint32_t audioSampleFormat;
-    std::int64_t durationSamples;  ///< length, at sampleRate
+    std::uint32_t numChannels;        ///< audio channels
+    float sampleRate;                 ///< Hz; filled by the host beforehand with its own rate
+    std::uint32_t audioSampleFormat;  ///< kAudioSampleFormatFloat
+    std::int64_t durationSamples;     ///< length, at sampleRate
     std::uint8_t reserved194[4];
     void* privateData;  ///< written by the importer; returned to it with kImportReleasePrivateData
     void* prefs;        ///< the clip's settings record, or null; read only
@@ -73,11 +81,13 @@ struct imImportImageRecEx {
     vexel frame;  ///< the host's frame buffer, at least width x height pixels of pixelFormat
 };
 
-/// kImportAudio: a stretch of audio.
+/// kImportAudio: a stretch of audio. A steady tone writes channels c < numChannels of the settings; an identification
+/// sequence writes the two or six that it is made for, whatever numChannels says. So a host hands over numChannels
+/// buffers, and six at least.
 struct imImportAudioRec7 {
     std::int64_t position;  ///< index of the first sample, at the clip's sample rate
     std::uint32_t count;    ///< samples per channel
-    float** buffers;        ///< buffers[c][i], c < numChannels of the settings, i < count
+    float** buffers;        ///< buffers[c][i], i < count; c in the order L R Ls Rs C LFE, six buffers at least
     void* privateData;      ///< settings used when prefs is null; may be null
     void* prefs;            ///< the clip's settings record, or null
 };
@@ -89,8 +99,8 @@ struct imPeakAudioRec {
     std::int64_t position;  ///< index of the first sample, at the clip's sample rate
     float peakRate;         ///< peak values per second
     std::int32_t count;     ///< peak values per channel
-    float** maxima;         ///< maxima[c][i], c < numChannels of the settings, i < count
-    float** minima;         ///< the same shape
+    float** maxima;         ///< maxima[c][i], i < count; six buffers at least, as for audio
+    float** minima;         ///< minima[c][i], c < numChannels of the settings, i < count
 };
 
 /// kImportGetPrefs: the settings request.

@@ -72,7 +72,7 @@ void Pack(benchmark::State& state, std::int32_t variant, SampleFormat format, st
 void RegisterAll() {
     ippSafeInit();
     const std::int32_t best = ippJumpIndexForMergedLibs;
-    for (const auto& [variant, form] : {std::pair(kVector_n8, "sse2"), {kVector_l9, "avx2"}}) {
+    for (const auto& [variant, form] : {std::pair(kVectorN8, "sse2"), {kVectorL9, "avx2"}}) {
         if (variant > best) {
             continue;
         }

@@ -17,7 +17,9 @@
 
 namespace {
 
-constexpr std::array<const char*, kVectorVariantCount> kVariantNames = {"n8", "y8", "e9", "l9", "k0"};
+#define VECTOR_NAME(level, ...) #level,
+constexpr std::array<const char*, kVectorVariantCount> kVariantNames = {VECTOR_LEVELS(VECTOR_NAME)};
+#undef VECTOR_NAME
 constexpr std::array<int, 4> kLengths = {1920, 2002, 4800, 240'000};
 constexpr std::array<double, 2> kFrequencies = {1000.0, 997.0};
 constexpr double kRateHz = 48'000.0;

@@ -35,7 +35,9 @@ namespace {
     }
 }
 
-constexpr std::array<const char*, kVectorVariantCount> kVariantNames = {"n8", "y8", "e9", "l9", "k0"};
+#define VECTOR_NAME(level, ...) #level,
+constexpr std::array<const char*, kVectorVariantCount> kVariantNames = {VECTOR_LEVELS(VECTOR_NAME)};
+#undef VECTOR_NAME
 
 // A short buffer, a tenth of a second at 48 kHz, a second, and one larger than the inner caches.
 constexpr std::array<int, 4> kLengths = {256, 4800, 48'000, 1'048'576};

@@ -1,28 +1,37 @@
+# The instruction levels, from the table that the program's own dispatch reads:
+#   VECTOR_LEVELS         their names
+#   VECTOR_BYTES_LEVEL    the width of a level's registers
+#   VECTOR_OPTIONS_LEVEL  the compiler's options for it
+set(table ${PROJECT_SOURCE_DIR}/Host/Interface/Core/VectorLevels.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${table})
+file(READ ${table} rows)
+string(REGEX MATCHALL " LEVEL\\([^)]+\\)" rows "${rows}")
+set(VECTOR_LEVELS)
+foreach(row IN LISTS rows)
+    if(NOT row MATCHES "LEVEL\\(([a-z0-9]+), [A-Za-z0-9]+, ([0-9]+), \"([a-z0-9.]+)\", \"([a-z0-9.]+)\"\\)")
+        message(FATAL_ERROR "${table}: not a row of the table: ${row}")
+    endif()
+    list(APPEND VECTOR_LEVELS ${CMAKE_MATCH_1})
+    set(VECTOR_BYTES_${CMAKE_MATCH_1} ${CMAKE_MATCH_2})
+    set(VECTOR_OPTIONS_${CMAKE_MATCH_1} -m${CMAKE_MATCH_3} -m${CMAKE_MATCH_4})
+endforeach()
+if(NOT VECTOR_LEVELS)
+    message(FATAL_ERROR "${table} has no rows")
+endif()
+set(VECTOR_LEVELS ${VECTOR_LEVELS} CACHE INTERNAL "The instruction levels of the vector code")
+
 # vector_variants(PREFIX SOURCE)
 # SOURCE compiled once for each instruction level, as the object libraries PREFIX_LEVEL. Those of this
 # processor become part of the plug-in; PREFIX_portable is there for the tests too. The source is told
 #   VECTOR_VARIANT  the level's name
 #   VECTOR_BYTES    the width of its registers; not for the portable level
 function(vector_variants prefix source)
-    # The flags are what the host's detection tests for before it names the level
-    # (Host/Services/Core/VectorRuntime.cpp): the two change together.
-    set(bytes_n8 16)
-    set(options_n8 -msse2)
-    set(bytes_y8 16)
-    set(options_y8 -mssse3 -msse4.1)
-    set(bytes_e9 32)
-    set(options_e9 -mavx)
-    set(bytes_l9 32)
-    set(options_l9 -mavx2)
-    set(bytes_k0 64)
-    set(options_k0 -mavx512f)
-
-    foreach(level IN ITEMS n8 y8 e9 l9 k0 portable)
+    foreach(level IN LISTS VECTOR_LEVELS ITEMS portable)
         add_library(${prefix}_${level} OBJECT EXCLUDE_FROM_ALL ${source})
-        target_compile_options(${prefix}_${level} PRIVATE ${options_${level}})
+        target_compile_options(${prefix}_${level} PRIVATE ${VECTOR_OPTIONS_${level}})
         target_compile_definitions(${prefix}_${level} PRIVATE
             VECTOR_VARIANT=${level}
-            $<$<BOOL:${bytes_${level}}>:VECTOR_BYTES=${bytes_${level}}>)
+            $<$<BOOL:${VECTOR_BYTES_${level}}>:VECTOR_BYTES=${VECTOR_BYTES_${level}}>)
     endforeach()
 
     set(processor ${CMAKE_SYSTEM_PROCESSOR})
@@ -30,7 +39,7 @@ function(vector_variants prefix source)
         set(processor ${CMAKE_OSX_ARCHITECTURES})
     endif()
     if(processor MATCHES "^(x86_64|AMD64)$")
-        set(levels n8 y8 e9 l9 k0)
+        set(levels ${VECTOR_LEVELS})
     else()
         set(levels portable)
     endif()

@@ -22,9 +22,9 @@ constexpr FrameRate kBLITSFrameRate{25401600000};      // 0.1 s, 134 to a cycle
 constexpr float kClosingLevel = 0.0625F;  // -24.08 dBFS
 
 enum class Writing : std::uint8_t {
-    kAcross,   // one sine, copied to every sounding channel
-    kInPlace,  // one sine on one channel
-    kSilence,
+    Across,   // one sine, copied to every sounding channel
+    InPlace,  // one sine on one channel
+    Nothing,
 };
 
 struct Row {
@@ -36,13 +36,13 @@ struct Row {
 };
 
 constexpr Row Burst(std::int64_t lastStep, ident::ChannelSet channel, double frequency) {
-    return {lastStep, Writing::kInPlace, channel, frequency, ident::kLevelFloat};
+    return {lastStep, Writing::InPlace, channel, frequency, ident::kLevelFloat};
 }
 constexpr Row Together(std::int64_t lastStep, ident::ChannelSet channels, double frequency, float level) {
-    return {lastStep, Writing::kAcross, channels, frequency, level};
+    return {lastStep, Writing::Across, channels, frequency, level};
 }
 constexpr Row Silence(std::int64_t lastStep) {
-    return {lastStep, Writing::kSilence, ident::kNoChannels, 0.0, 0.0F};
+    return {lastStep, Writing::Nothing, ident::kNoChannels, 0.0, 0.0F};
 }
 
 // Channels that do not sound are silent. A request is cut at every step, also inside a row.
@@ -87,11 +87,11 @@ void ToneGenerator::GenerateBLITS(const TickTime& startTime, float** buffers, in
 
         // A step outside the cycle, which a ToFrame64 that rounds down never gives, would write nothing.
         if (const Row* const row = ident::FindRow(kRows, at.step)) {
-            if (row->writing == Writing::kAcross) {
+            if (row->writing == Writing::Across) {
                 GenerateTonesAcrossChannels(ident::ToChannelList(row->sounding), time,
                                             static_cast<float>(row->frequency), row->level, buffers, numChannels, pos,
                                             count, peakMode);
-            } else if (row->writing == Writing::kInPlace) {
+            } else if (row->writing == Writing::InPlace) {
                 float* const channel = buffers[std::countr_zero(row->sounding)];
                 WriteIdentTone(time, row->frequency, channel + pos, count, peakMode);
             }

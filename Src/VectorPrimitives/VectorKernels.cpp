@@ -7,7 +7,7 @@
 #include <cstdint>
 
 // One instruction level of the primitives: compiled once for each, with
-//   VECTOR_VARIANT     the level's name, a namespace of VectorKernels.h
+//   VECTOR_VARIANT     the level's name (Host/Interface/Core/VectorLevels.h), or portable
 //   VECTOR_BYTES       the width of its registers (VectorRegister.h)
 //   VECTOR_LARGE_COPY  the host's byte kernel for copies of 32 KiB and more; without it, the level
 //                      copies with its own kernel

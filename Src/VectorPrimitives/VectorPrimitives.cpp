@@ -6,9 +6,9 @@
 #include <array>
 #include <cstddef>
 
-namespace {
+namespace vectorkernels {
 
-using vectorkernels::Kernels;
+namespace {
 
 // The first call of the process finds the index at -1: these set it and go through the entry again.
 
@@ -31,22 +31,7 @@ constexpr Kernels kInitialise = {
     .copy = InitialiseAndCopy, .zero = InitialiseAndZero, .multiply = InitialiseAndMultiply};
 
 // By index, from -1.
-constexpr std::array kTable = {
-    &kInitialise,
-#if defined(__x86_64__)
-    &vectorkernels::n8::kKernels,
-    &vectorkernels::y8::kKernels,
-    &vectorkernels::e9::kKernels,
-    &vectorkernels::l9::kKernels,
-    &vectorkernels::k0::kKernels,
-#else
-    &vectorkernels::portable::kKernels,
-    &vectorkernels::portable::kKernels,
-    &vectorkernels::portable::kKernels,
-    &vectorkernels::portable::kKernels,
-    &vectorkernels::portable::kKernels,
-#endif
-};
+constexpr std::array kTable = {&kInitialise, VECTOR_KERNELS_BY_INDEX};
 static_assert(kTable.size() == 1 + kVectorVariantCount);
 
 // Relaxed: the index guards no other memory, and a thread that still reads -1 only initialises again.
@@ -57,14 +42,16 @@ const Kernels& Selected() {
 
 }  // namespace
 
+}  // namespace vectorkernels
+
 IppStatus ippsCopy_32f(const Ipp32f* pSrc, Ipp32f* pDst, int len) {
-    return Selected().copy(pSrc, pDst, len);
+    return vectorkernels::Selected().copy(pSrc, pDst, len);
 }
 
 IppStatus ippsZero_32f(Ipp32f* pDst, int len) {
-    return Selected().zero(pDst, len);
+    return vectorkernels::Selected().zero(pDst, len);
 }
 
 IppStatus ippsMulC_32f(const Ipp32f* pSrc, Ipp32f val, Ipp32f* pDst, int len) {
-    return Selected().multiply(pSrc, val, pDst, len);
+    return vectorkernels::Selected().multiply(pSrc, val, pDst, len);
 }

@@ -4,20 +4,20 @@
 #include <cstdint>
 
 #include "Export.h"
+#include "VectorLevels.h"
 
 /// Which processor variant of the float-buffer primitives serves. The host owns the index, so that
 /// every module in the process goes by the same one. C linkage.
 
-/// The variants, by the value of ippJumpIndexForMergedLibs.
+/// The instruction levels (VectorLevels.h), by the value of ippJumpIndexForMergedLibs.
 enum VectorVariant : std::int32_t {
     kVectorNotInitialised = -1,
-    kVector_n8 = 0,  ///< SSE2
-    kVector_y8 = 1,  ///< SSSE3 and SSE4.1
-    kVector_e9 = 2,  ///< AVX
-    kVector_l9 = 3,  ///< AVX2
-    kVector_k0 = 4,  ///< AVX-512 Foundation
+#define VECTOR_ENUMERATOR(level, enumerator, ...) enumerator,
+    VECTOR_LEVELS(VECTOR_ENUMERATOR)
+#undef VECTOR_ENUMERATOR
+        kVectorVariantEnd
 };
-inline constexpr int kVectorVariantCount = 5;
+inline constexpr int kVectorVariantCount = kVectorVariantEnd;
 
 extern "C" {
 

@@ -9,26 +9,20 @@ std::atomic<std::int32_t> ippJumpIndexForMergedLibs{kVectorNotInitialised};
 
 namespace {
 
-// The best variant that runs here. Each test names the instruction set that the variant of that index is
-// compiled for (Src/VectorPrimitives/CMakeLists.txt) and nothing more: the two change together. The
-// compiler's feature tests include the operating system's consent to the wider registers.
+// The best level that runs here. The compiler's feature tests include the operating system's consent to the wider
+// registers.
 std::int32_t BestVariant() {
+    std::int32_t best = kVectorN8;
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx512f")) {
-        return kVector_k0;
+#define VECTOR_TAKE(level, enumerator, bytes, feature, otherFeature)                         \
+    if (__builtin_cpu_supports(feature) != 0 && __builtin_cpu_supports(otherFeature) != 0) { \
+        best = enumerator;                                                                   \
     }
-    if (__builtin_cpu_supports("avx2")) {
-        return kVector_l9;
-    }
-    if (__builtin_cpu_supports("avx")) {
-        return kVector_e9;
-    }
-    if (__builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1")) {
-        return kVector_y8;
-    }
+    VECTOR_LEVELS(VECTOR_TAKE)
+#undef VECTOR_TAKE
 #endif
-    return kVector_n8;
+    return best;
 }
 
 // The C library picks its own kernel for the processor and the size, so the forms share it. A copy of a

@@ -24,7 +24,7 @@ struct Block {
 
 // How many of a frame's rows are written through the caches, to be found there by whoever reads the frame or
 // draws over it. The others are streamed to memory, which goes on while the caches take their rows.
-enum class Kept : std::uint8_t { kAll, kOneOfThree, kNone };
+enum class Kept : std::uint8_t { All, OneOfThree, None };
 
 // What a frame keeps in the largest cache takes half of that at most. Of the frame that a block lies in only the
 // length of its rows is known: it is taken to be as high as a 16:9 picture, or as the block.
@@ -32,9 +32,9 @@ Kept RowsKept(const Block& block, const ColourLine& colour) {
     static const std::ptrdiff_t most = SharedCacheBytes() / 2;
     const std::ptrdiff_t rows = std::max<std::ptrdiff_t>(block.height, block.rowBytes / colour.PixelBytes() * 9 / 16);
     if (block.rowBytes <= most / rows) {
-        return Kept::kAll;
+        return Kept::All;
     }
-    return block.rowBytes <= 3 * most / rows ? Kept::kOneOfThree : Kept::kNone;
+    return block.rowBytes <= 3 * most / rows ? Kept::OneOfThree : Kept::None;
 }
 
 // Only whole lines are streamed: every row has to reach a line's boundary.
@@ -54,7 +54,7 @@ void FillMixed(const Block& block, const ColourLine& colour) {
     constexpr int kStreamed = 4;
     constexpr int kPeriod = 6;
     const WriteRow stream = StreamRow();
-    const WriteRow keep = KeepRow(Nearness::kOuter);
+    const WriteRow keep = KeepRow(Nearness::Outer);
     for (int y = 0; y < block.height; ++y) {
         if (y % kPeriod < kStreamed) {
             stream(block.Row(y), block.bytes, block.rowBytes, colour);
@@ -65,14 +65,14 @@ void FillMixed(const Block& block, const ColourLine& colour) {
 }
 
 void FillWide(const Block& block, const ColourLine& colour) {
-    switch (ReachesBoundaries(block, colour) ? RowsKept(block, colour) : Kept::kAll) {
-        case Kept::kAll:
-            FillAlike(block, colour, KeepRow(Nearness::kInnermost));
+    switch (ReachesBoundaries(block, colour) ? RowsKept(block, colour) : Kept::All) {
+        case Kept::All:
+            FillAlike(block, colour, KeepRow(Nearness::Innermost));
             return;
-        case Kept::kOneOfThree:
+        case Kept::OneOfThree:
             FillMixed(block, colour);
             break;
-        case Kept::kNone:
+        case Kept::None:
             FillAlike(block, colour, StreamRow());
             break;
     }
@@ -86,7 +86,7 @@ void FillNarrow(const Block& block, const ColourLine& colour) {
     std::memcpy(pixel.data(), colour.Bytes(), kPixelBytes);
     for (int y = 0; y < block.height; ++y) {
         std::uint8_t* out = block.Row(y);
-        FetchAhead<Nearness::kInnermost>(out, 4 * kLineBytes);  // the columns to come
+        FetchAhead<Nearness::Innermost>(out, 4 * kLineBytes);  // the columns to come
         for (const std::uint8_t* const end = out + block.bytes; out < end; out += kPixelBytes) {
             std::memcpy(out, pixel.data(), kPixelBytes);
         }

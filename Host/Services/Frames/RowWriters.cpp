@@ -44,7 +44,7 @@ void WriteInOrder(std::uint8_t* out, std::ptrdiff_t bytes, std::ptrdiff_t ahead,
 
 void KeepLinesPlain(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t ahead, const ColourLine& colour) {
     for (std::ptrdiff_t i = 0; i < lines; ++i, out += kLineBytes) {
-        FetchAhead<Nearness::kInnermost>(out, ahead);
+        FetchAhead<Nearness::Innermost>(out, ahead);
         std::memcpy(out, colour.Bytes(), kLineBytes);
     }
 }
@@ -82,14 +82,14 @@ template <Nearness kInto>
         _mm256_stream_ps(reinterpret_cast<float*>(out), half);
         _mm256_stream_ps(reinterpret_cast<float*>(out + kLineBytes / 2), half);
     }
-    FetchAhead<Nearness::kInnermost>(out, ahead);  // a line that two rectangles share
+    FetchAhead<Nearness::Innermost>(out, ahead);  // a line that two rectangles share
 }
 
 bool HasAvx() {
     if (ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) == kVectorNotInitialised) {
         ippSafeInit();
     }
-    return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVector_e9;
+    return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVectorE9;
 }
 
 #endif
@@ -102,7 +102,7 @@ WriteRow KeepRow(Nearness fetchInto) {
     if (!HasAvx()) {
         return WriteInOrder<KeepLinesPlain>;
     }
-    return fetchInto == Nearness::kOuter ? KeepRowAvx<Nearness::kOuter> : KeepRowAvx<Nearness::kInnermost>;
+    return fetchInto == Nearness::Outer ? KeepRowAvx<Nearness::Outer> : KeepRowAvx<Nearness::Innermost>;
 }
 
 WriteRow StreamRow() {

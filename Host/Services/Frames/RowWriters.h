@@ -13,7 +13,7 @@ namespace zelcore {
 using WriteRow = void (*)(std::uint8_t* out, std::ptrdiff_t bytes, std::ptrdiff_t ahead, const ColourLine& colour);
 
 /// Which cache a line is fetched into.
-enum class Nearness : std::uint8_t { kOuter = 1, kInnermost = 3 };
+enum class Nearness : std::uint8_t { Outer = 1, Innermost = 3 };
 
 /// Has the line fetched that lies `distance` bytes beyond `line`, be it in the frame or not: fetching faults nowhere.
 /// (For writing, the processor would ask the other cores for the line; that is slower for frames larger than the

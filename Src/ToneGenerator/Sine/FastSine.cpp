@@ -16,13 +16,8 @@ namespace sine {
 namespace {
 
 // By dispatch index.
-constexpr std::array<const Kernels*, kVectorVariantCount> kTable = {
-#if defined(__x86_64__)
-    &n8::kKernels, &y8::kKernels, &e9::kKernels, &l9::kKernels, &k0::kKernels,
-#else
-    &portable::kKernels, &portable::kKernels, &portable::kKernels, &portable::kKernels, &portable::kKernels,
-#endif
-};
+constexpr std::array kTable = {VECTOR_KERNELS_BY_INDEX};
+static_assert(kTable.size() == kVectorVariantCount);
 
 const Kernels& Selected() {
     std::int32_t index = ippJumpIndexForMergedLibs.load(std::memory_order_relaxed);

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 // One instruction level of the sines: compiled once for each, with
-//   VECTOR_VARIANT  the level's name, a namespace of SineKernels.h
+//   VECTOR_VARIANT  the level's name (Host/Interface/Core/VectorLevels.h), or portable
 //   VECTOR_BYTES    the width of its registers; 16 when nothing is said
 // Only the table at the end has a name outside this file, and no header with inline functions comes in:
 // code of one level must never serve another.

@@ -1,7 +1,8 @@
 #pragma once
 
-/// Sines in vector registers. SineKernels.cpp is compiled once for each instruction level of the float
-/// primitives and defines that level's table; CMakeLists.txt lists the levels.
+#include "Src/VectorPrimitives/LevelKernels.h"
+
+/// Sines in vector registers, which SineKernels.cpp defines for each instruction level.
 
 namespace sine {
 
@@ -35,23 +36,6 @@ struct Kernels {
                       long long count);
 };
 
-namespace n8 {
-extern const Kernels kKernels;  ///< SSE2
-}
-namespace y8 {
-extern const Kernels kKernels;  ///< SSSE3 and SSE4.1
-}
-namespace e9 {
-extern const Kernels kKernels;  ///< AVX
-}
-namespace l9 {
-extern const Kernels kKernels;  ///< AVX2
-}
-namespace k0 {
-extern const Kernels kKernels;  ///< AVX-512 Foundation
-}
-namespace portable {
-extern const Kernels kKernels;  ///< any processor
-}
+VECTOR_DECLARE_KERNELS()
 
 }  // namespace sine

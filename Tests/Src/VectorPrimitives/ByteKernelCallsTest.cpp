@@ -115,7 +115,7 @@ protected:
     }
 
     // The kernel for copies of 32 KiB and more.
-    static std::string LargeCopy() { return GetParam().index == kVector_e9 ? "copy_repE9" : "copy"; }
+    static std::string LargeCopy() { return GetParam().index == kVectorE9 ? "copy_repE9" : "copy"; }
 
 private:
     Recorder mRecorder;

@@ -60,10 +60,10 @@ TEST(FirstCall, StillAnswersWrongArgumentsWithTheirStatus) {
 }
 
 TEST(FirstCall, LeavesAnIndexThatIsSetAlone) {
-    ippJumpIndexForMergedLibs = kVector_n8;
+    ippJumpIndexForMergedLibs = kVectorN8;
     for (const auto& call : kCalls) {
         EXPECT_TRUE(call());
-        EXPECT_EQ(ippJumpIndexForMergedLibs, kVector_n8);
+        EXPECT_EQ(ippJumpIndexForMergedLibs, kVectorN8);
     }
 }
 

@@ -24,8 +24,9 @@ struct Variant {
     std::int32_t index;
 };
 inline constexpr std::int32_t kPortable = kVectorVariantCount;
-inline constexpr Variant kVariants[] = {{"n8", kVector_n8}, {"y8", kVector_y8}, {"e9", kVector_e9},
-                                        {"l9", kVector_l9}, {"k0", kVector_k0}, {"portable", kPortable}};
+#define VECTOR_ROW(level, enumerator, ...) {#level, enumerator},
+inline constexpr Variant kVariants[] = {VECTOR_LEVELS(VECTOR_ROW){"portable", kPortable}};
+#undef VECTOR_ROW
 
 inline void PrintTo(const Variant& variant, std::ostream* out) {
     *out << variant.name;

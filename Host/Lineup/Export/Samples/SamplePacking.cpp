@@ -23,7 +23,7 @@ const PackingKernels& Kernels() {
     if (ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) == kVectorNotInitialised) {
         ippSafeInit();
     }
-    return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVector_l9 ? kPackingAvx2 : kPackingSse2;
+    return ippJumpIndexForMergedLibs.load(std::memory_order_relaxed) >= kVectorL9 ? kPackingAvx2 : kPackingSse2;
 #else
     return kPackingPlain;
 #endif

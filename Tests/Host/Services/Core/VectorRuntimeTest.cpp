@@ -33,11 +33,11 @@ TEST(VectorRuntime, NamesTheWidestVariantThatTheOperatingSystemVouchesFor) {
         GTEST_SKIP() << "no processor flags to compare with";
     }
     const auto has = [&flags](const char* flag) { return flags.contains(flag); };
-    const std::int32_t expected = has("avx512f")                  ? kVector_k0
-                                  : has("avx2")                   ? kVector_l9
-                                  : has("avx")                    ? kVector_e9
-                                  : has("ssse3") && has("sse4_1") ? kVector_y8
-                                                                  : kVector_n8;
+    const std::int32_t expected = has("avx512f")                  ? kVectorK0
+                                  : has("avx2")                   ? kVectorL9
+                                  : has("avx")                    ? kVectorE9
+                                  : has("ssse3") && has("sse4_1") ? kVectorY8
+                                                                  : kVectorN8;
     ippSafeInit();
     EXPECT_EQ(ippJumpIndexForMergedLibs, expected);
 }

@@ -42,9 +42,9 @@ inline std::vector<SineVariant> SineVariants() {
     const std::int32_t best = ippJumpIndexForMergedLibs;
     return {
 #if defined(__x86_64__)
-        {"n8", &sine::n8::kKernels, best >= kVector_n8}, {"y8", &sine::y8::kKernels, best >= kVector_y8},
-            {"e9", &sine::e9::kKernels, best >= kVector_e9}, {"l9", &sine::l9::kKernels, best >= kVector_l9},
-            {"k0", &sine::k0::kKernels, best >= kVector_k0},
+#define VECTOR_ROW(level, enumerator, ...) {#level, &sine::level::kKernels, best >= enumerator},
+        VECTOR_LEVELS(VECTOR_ROW)
+#undef VECTOR_ROW
 #endif
             {"portable", &sine::portable::kKernels, true},
     };

@@ -171,9 +171,9 @@ TEST_P(PackFramesForms, PackAnyBitPatternAlike) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Variants, PackFramesForms, testing::Values(kVector_n8, kVector_l9, kVector_k0),
+INSTANTIATE_TEST_SUITE_P(Variants, PackFramesForms, testing::Values(kVectorN8, kVectorL9, kVectorK0),
                          [](const auto& row) {
-                             return row.param == kVector_n8 ? "Sse2" : row.param == kVector_l9 ? "Avx2" : "Avx512";
+                             return row.param == kVectorN8 ? "Sse2" : row.param == kVectorL9 ? "Avx2" : "Avx512";
                          });
 
 TEST(PackFrames, LaysOutStereoOf24BitsLowestByteFirst) {

@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
-#include <string_view>
+#include <span>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -34,16 +35,20 @@ struct Field {
 class GuardedBytes {
 public:
     explicit GuardedBytes(std::size_t size, Placement placement = {});
+    explicit GuardedBytes(std::span<const std::uint8_t> bytes, Placement placement = {});
 
     [[nodiscard]] void* Data() noexcept { return mMemory.data() + mStart; }
+    [[nodiscard]] std::size_t Size() const noexcept { return mSize; }
+    [[nodiscard]] std::span<const std::uint8_t> Bytes() const noexcept {
+        return std::span(mMemory).subspan(mStart, mSize);
+    }
 
-    /// Throws Failure when a byte changed that is in none of `fields`, guards included; `what` names
-    /// the record: "the record of GetInfo".
-    void RequireUnchanged(std::string_view what, std::initializer_list<Field> fields = {}) const;
-
-protected:
+    /// Puts bytes at the start, as the host does.
     void PutBytes(const void* bytes, std::size_t size);
-    void GetBytes(void* bytes, std::size_t size) const { std::memcpy(bytes, mMemory.data() + mStart, size); }
+
+    /// Where a byte changed that is in none of `fields`, guards included, in words that go on after the
+    /// record's name; empty when none did.
+    [[nodiscard]] std::string ChangedOutside(std::initializer_list<Field> fields = {}) const;
 
 private:
     std::size_t mStart;
@@ -63,7 +68,7 @@ public:
 
     [[nodiscard]] Record Get() const {
         Record record{};
-        GetBytes(&record, sizeof record);
+        std::memcpy(&record, Bytes().data(), sizeof record);
         return record;
     }
     void Put(const Record& record) { PutBytes(&record, sizeof record); }

@@ -1,8 +1,8 @@
-#include "Apps/lineup/Overview/OverviewTheme.h"
+#include "Apps/lanes/LaneColours.h"
 
 #include <array>
 
-namespace cli {
+namespace lanes {
 
 namespace {
 
@@ -12,28 +12,26 @@ constexpr std::array<Rgb, 6> kOnDark = {0x6EA8FF, 0xFF9557, 0x45D2C0, 0xF77FBE, 
 
 }  // namespace
 
-const OverviewTheme& OverviewTheme::Light() {
-    static constexpr OverviewTheme kTheme = {.background = 0xFFFFFF,
+const LaneColours& LaneColours::Light() {
+    static constexpr LaneColours kColours = {.background = 0xFFFFFF,
                                              .lane = 0xF5F6F8,
                                              .grid = 0xDDE1E6,
                                              .noData = 0xC9CED6,
                                              .title = 0x15191F,
                                              .text = 0x525B67,
-                                             .waveforms = kOnLight,
-                                             .bandOpacity = 0.45};
-    return kTheme;
+                                             .waveforms = kOnLight};
+    return kColours;
 }
 
-const OverviewTheme& OverviewTheme::Dark() {
-    static constexpr OverviewTheme kTheme = {.background = 0x14171C,
+const LaneColours& LaneColours::Dark() {
+    static constexpr LaneColours kColours = {.background = 0x14171C,
                                              .lane = 0x1D2128,
                                              .grid = 0x333A44,
                                              .noData = 0x454D59,
                                              .title = 0xF2F4F7,
                                              .text = 0xA7B0BC,
-                                             .waveforms = kOnDark,
-                                             .bandOpacity = 0.45};
-    return kTheme;
+                                             .waveforms = kOnDark};
+    return kColours;
 }
 
-}  // namespace cli
+}  // namespace lanes

@@ -1,7 +1,7 @@
 // The overview beside the audio that it stands for.
 #include <lineup/AudioReader.h>
 #include <lineup/WaveformOverview.h>
-#include "Tests/Host/Lineup/Clip/IdentSchedule.h"
+#include "Tests/Support/Oracle/Idents.h"
 
 #include <gtest/gtest.h>
 
@@ -106,9 +106,9 @@ TEST_P(OverviewOfAudio, BoundsEverySampleOfRandomSpans) {
 INSTANTIATE_TEST_SUITE_P(
     Clips, OverviewOfAudio,
     testing::Values(BarsAndToneInfo{}, BarsAndToneInfo{.sampleRate = 44100.0F, .frequency = 997.0F, .amplitude = 1.0F},
-                    BarsAndToneInfo{.frequency = 60.0F, .amplitude = 0.1F}, test::kEbuStereo.Settings(),
-                    test::kEbuStereo400.Settings(44100.0F), test::kEbuMultichannel.Settings(),
-                    test::kEbuMultichannel.Settings(47952.0F), test::kBlits.Settings(),
-                    test::kBlits.Settings(96000.0F)));
+                    BarsAndToneInfo{.frequency = 60.0F, .amplitude = 0.1F}, oracle::kStereo1000.Settings(),
+                    oracle::kStereo400.Settings(44100.0F), oracle::kMultichannel.Settings(),
+                    oracle::kMultichannel.Settings(47952.0F), oracle::kBlits.Settings(),
+                    oracle::kBlits.Settings(96000.0F)));
 
 }  // namespace

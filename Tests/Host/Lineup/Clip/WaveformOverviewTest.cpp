@@ -1,7 +1,7 @@
 #include <lineup/Error.h>
 #include <lineup/UsageError.h>
 #include <lineup/WaveformOverview.h>
-#include "Tests/Host/Lineup/Clip/IdentSchedule.h"
+#include "Tests/Support/Oracle/Idents.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,29 +38,29 @@ TickTime ColumnTime(const OverviewSpan& span, int column) {
 }
 
 // The loudest of a channel between two times, looked for every 25 ms and at the end.
-float Loudest(const test::Schedule& schedule, int channel, TickTime begin, TickTime end) {
-    float loudest = schedule.Level(channel, end - TickTime(zelmediatypes::FrameRateFromHz(48000.0F).Ticks()));
+float Loudest(const oracle::Ident& ident, std::size_t channel, TickTime begin, TickTime end) {
+    float loudest = ident.LevelAt(channel, end.Ticks() - oracle::kTicksAt48kHz);
     for (TickTime time = begin; time < end; time += Milliseconds(25)) {
-        loudest = std::max(loudest, schedule.Level(channel, time));
+        loudest = std::max(loudest, ident.LevelAt(channel, time.Ticks()));
     }
     return loudest;
 }
 
 // Every column of every channel shows the loudest of its own stretch of clip time; what begins in the last 64th may
 // be left to the next.
-void ExpectSchedule(const test::Schedule& schedule, const OverviewSpan& span) {
-    const WaveformOverview overview = ReadOverview(Open(schedule.Settings()), span);
-    ASSERT_EQ(overview.channels.size(), schedule.numChannels);
+void ExpectSchedule(const oracle::Ident& ident, const OverviewSpan& span) {
+    const WaveformOverview overview = ReadOverview(Open(ident.Settings()), span);
+    ASSERT_EQ(overview.channels.size(), ident.channels);
     const TickTime last64th(overview.columnLength.Ticks() / 64);
-    for (int c = 0; c < static_cast<int>(schedule.numChannels); ++c) {
-        const auto& channel = overview.channels[static_cast<std::size_t>(c)];
+    for (std::size_t c = 0; c < ident.channels; ++c) {
+        const auto& channel = overview.channels[c];
         ASSERT_EQ(channel.maxima.size(), static_cast<std::size_t>(span.columns));
         for (int i = 0; i < span.columns; ++i) {
             const TickTime begin = ColumnTime(span, i);
             const TickTime end = ColumnTime(span, i + 1);
             const float maximum = channel.maxima[static_cast<std::size_t>(i)];
-            if (maximum != Loudest(schedule, c, begin, end - last64th)) {
-                ASSERT_EQ(maximum, Loudest(schedule, c, begin, end)) << channel.name << " column " << i;
+            if (maximum != Loudest(ident, c, begin, end - last64th)) {
+                ASSERT_EQ(maximum, Loudest(ident, c, begin, end)) << channel.name << " column " << i;
             }
             ASSERT_EQ(channel.minima[static_cast<std::size_t>(i)], -maximum) << channel.name << " column " << i;
         }
@@ -69,7 +69,7 @@ void ExpectSchedule(const test::Schedule& schedule, const OverviewSpan& span) {
 
 TEST(WaveformOverview, ShowsTheGapOfEbuStereoInTheLeftChannelOnly) {
     // 300 columns of 10 ms: the gap from 2.75 s on begins with column 275.
-    const auto overview = ReadOverview(Open(test::kEbuStereo.Settings()), {0, Milliseconds(3000), 300});
+    const auto overview = ReadOverview(Open(oracle::kStereo1000.Settings()), {0, Milliseconds(3000), 300});
     const std::vector<float>& left = overview.channels[0].maxima;
     EXPECT_THAT(std::vector(left.begin(), left.begin() + 275), Each(0.125F));
     EXPECT_THAT(std::vector(left.begin() + 275, left.end()), Each(0.0F));
@@ -80,35 +80,35 @@ TEST(WaveformOverview, ShowsTheGapOfEbuStereoInTheLeftChannelOnly) {
 }
 
 TEST(WaveformOverview, FollowsEverySequenceThroughItsCycle) {
-    ExpectSchedule(test::kEbuStereo, {0, Milliseconds(3000), 1200});
-    ExpectSchedule(test::kEbuStereo400, {0, Milliseconds(3000), 12});
-    ExpectSchedule(test::kEbuMultichannel, {0, Milliseconds(12000), 24});
-    ExpectSchedule(test::kEbuMultichannel, {0, Milliseconds(12000), 1920});
-    ExpectSchedule(test::kBlits, {0, Milliseconds(13400), 1340});
-    ExpectSchedule(test::kBlits, {0, Milliseconds(13400), 134});
+    ExpectSchedule(oracle::kStereo1000, {0, Milliseconds(3000), 1200});
+    ExpectSchedule(oracle::kStereo400, {0, Milliseconds(3000), 12});
+    ExpectSchedule(oracle::kMultichannel, {0, Milliseconds(12000), 24});
+    ExpectSchedule(oracle::kMultichannel, {0, Milliseconds(12000), 1920});
+    ExpectSchedule(oracle::kBlits, {0, Milliseconds(13400), 1340});
+    ExpectSchedule(oracle::kBlits, {0, Milliseconds(13400), 134});
 }
 
 TEST(WaveformOverview, ShowsWhatBeginsWhereAnEdgeFallsOnAColumn) {
     // 3600 s in 14400 columns of 0.25 s: the gap is one of twelve, from edge to edge.
-    ExpectSchedule(test::kEbuStereo, {0, Milliseconds(3600000), 14400});
+    ExpectSchedule(oracle::kStereo1000, {0, Milliseconds(3600000), 14400});
 }
 
 TEST(WaveformOverview, MissesNoBurstHoweverFewTheColumns) {
-    ExpectSchedule(test::kBlits, {0, Milliseconds(13400LL * 300), 1000});  // of 4.02 s, with bursts of 0.6
-    const auto day = ReadOverview(Open(test::kBlits.Settings()), {0, Milliseconds(24LL * 3600000), 1000});
+    ExpectSchedule(oracle::kBlits, {0, Milliseconds(13400LL * 300), 1000});  // of 4.02 s, with bursts of 0.6
+    const auto day = ReadOverview(Open(oracle::kBlits.Settings()), {0, Milliseconds(24LL * 3600000), 1000});
     for (const auto& channel : day.channels) {
-        EXPECT_THAT(channel.maxima, Each(test::kLineUpLevel)) << channel.name;
+        EXPECT_THAT(channel.maxima, Each(0.125F)) << channel.name;
     }
 }
 
 TEST(WaveformOverview, DoesNotDriftInAnHour) {
     // No multiple of these columns, 1.7995 to 1.801 s, is a rate that a float or a tick count can say.
-    ExpectSchedule(test::kEbuStereo, {0, Milliseconds(3601000), 2000});
-    ExpectSchedule(test::kBlits, {0, Milliseconds(3602000), 2000});
-    ExpectSchedule(test::kEbuMultichannel, {0, Milliseconds(3599000), 2000});
+    ExpectSchedule(oracle::kStereo1000, {0, Milliseconds(3601000), 2000});
+    ExpectSchedule(oracle::kBlits, {0, Milliseconds(3602000), 2000});
+    ExpectSchedule(oracle::kMultichannel, {0, Milliseconds(3599000), 2000});
 
     const OverviewSpan hour{0, Milliseconds(3600000), 2000};
-    const auto overview = ReadOverview(Open(test::kEbuStereo.Settings()), hour);
+    const auto overview = ReadOverview(Open(oracle::kStereo1000.Settings()), hour);
     const TickTime covered = overview.columnLength * hour.columns;
     EXPECT_GE(covered, hour.length);
     EXPECT_LT(covered, hour.length + Milliseconds(1));  // 1/1800 of a column
@@ -116,7 +116,7 @@ TEST(WaveformOverview, DoesNotDriftInAnHour) {
 
 TEST(WaveformOverview, StaysWithinAThirdOfAColumnAtItsFinestAndLongest) {
     constexpr int kColumns = lineup::kMostOverviewColumns;
-    const Clip clip = Open(test::kEbuStereo.Settings());
+    const Clip clip = Open(oracle::kStereo1000.Settings());
     for (const std::int64_t extraTicks : {0, 1, 40000, 65535}) {
         const TickTime length(lineup::kShortestColumn.Ticks() * kColumns + extraTicks);
         const auto overview = ReadOverview(clip, {0, length, kColumns});
@@ -127,9 +127,9 @@ TEST(WaveformOverview, StaysWithinAThirdOfAColumnAtItsFinestAndLongest) {
 }
 
 TEST(WaveformOverview, FollowsTheSequencesBeforeZeroAndFarFromIt) {
-    ExpectSchedule(test::kEbuStereo, {-48000LL * 4, Milliseconds(8000), 800});  // -4 s to 4 s
-    ExpectSchedule(test::kBlits, {-48000LL * 20, Milliseconds(30000), 1500});
-    ExpectSchedule(test::kEbuMultichannel, {48000LL * 3600 * 100, Milliseconds(24000), 960});
+    ExpectSchedule(oracle::kStereo1000, {-48000LL * 4, Milliseconds(8000), 800});  // -4 s to 4 s
+    ExpectSchedule(oracle::kBlits, {-48000LL * 20, Milliseconds(30000), 1500});
+    ExpectSchedule(oracle::kMultichannel, {48000LL * 3600 * 100, Milliseconds(24000), 960});
 }
 
 // The least and the greatest of 0.25 sin(2 pi cycles) from one count of cycles to another.
@@ -189,13 +189,13 @@ TEST(WaveformOverview, NamesTheChannelsInThePluginsOrder) {
         }
         return all;
     };
-    EXPECT_THAT(names(Open(test::kBlits.Settings())), testing::ElementsAre("L", "R", "Ls", "Rs", "C", "LFE"));
+    EXPECT_THAT(names(Open(oracle::kBlits.Settings())), testing::ElementsAre("L", "R", "Ls", "Rs", "C", "LFE"));
     EXPECT_THAT(names(Open({.numChannels = 1})), testing::ElementsAre("M"));
     EXPECT_THAT(names(Open({.numChannels = 3})), testing::ElementsAre("1", "2", "3"));
 }
 
 TEST(WaveformOverview, TellsSilenceFromWhatWasNeverWritten) {
-    BarsAndToneInfo settings = test::kEbuStereo.Settings();
+    BarsAndToneInfo settings = oracle::kStereo1000.Settings();
     settings.numChannels = 3;                                                             // the sequence writes two
     const auto overview = ReadOverview(Open(settings), {-12000, Milliseconds(250), 10});  // all of it the gap
     EXPECT_THAT(overview.channels[0].maxima, Each(0.0F));

@@ -5,6 +5,7 @@
 #   bin/                        bin/
 #   lib/liblineup.so.N          LIBDIR/liblineup.so.N         what other programs link to
 #   lib/liblineup-media.so      LIBDIR/lineup/...             what these load when they need it
+#   lib/lineup-decode           LIBDIR/lineup/...             what these start when they need it
 #   BarsAndTone.bundle/         lib/lineup/BarsAndTone.bundle/
 
 # One layout whatever the prefix, so that one build serves the system's prefix and a person's own.

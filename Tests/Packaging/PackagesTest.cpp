@@ -97,6 +97,7 @@ TEST_F(DebianPackages, HaveWhatBelongsToThem) {
                                                            "/usr/share/zsh/vendor-completions/_lineup"}));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/liblineup.so." TEST_VERSION));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/liblineup-media.so"));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/lineup-decode"));
     EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Clip.h"));
     EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));
     EXPECT_THAT(Contents("lineup-studio"), Contains("/usr/bin/lineup-studio"));

@@ -24,9 +24,10 @@ DrawOverviewFunction& Drawer() {
     return *reinterpret_cast<DrawOverviewFunction*>(symbol);
 }
 
-Bytes Draw(OverviewPicture kind, const OverviewPage& page) {
+Bytes Draw(OverviewPicture kind, const lineup::WaveformOverview& overview, const OverviewHeading& heading,
+           const OverviewLayout& layout, const OverviewTheme& theme) {
     Bytes bytes;
-    Drawer()(kind, page, bytes);
+    Drawer()(kind, overview, heading, layout, theme, bytes);
     return bytes;
 }
 
@@ -36,12 +37,14 @@ double Seconds(zelmediatypes::TickTime time) {
 
 }  // namespace
 
-Bytes OverviewPng(const OverviewPage& page) {
-    return Draw(OverviewPicture::Png, page);
+Bytes OverviewPng(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
+                  const OverviewLayout& layout, const OverviewTheme& theme) {
+    return Draw(OverviewPicture::Png, overview, heading, layout, theme);
 }
 
-Bytes OverviewSvg(const OverviewPage& page) {
-    return Draw(OverviewPicture::Svg, page);
+Bytes OverviewSvg(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
+                  const OverviewLayout& layout, const OverviewTheme& theme) {
+    return Draw(OverviewPicture::Svg, overview, heading, layout, theme);
 }
 
 std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleRateHz) {
@@ -49,10 +52,11 @@ std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleR
     for (const lineup::ChannelOverview& channel : overview.channels) {
         channels.push_back({{"name", channel.name}, {"max", channel.maxima}, {"min", channel.minima}});
     }
+    const auto start = zelmediatypes::FrameRateFromHz(sampleRateHz) * overview.span.startSample;
     const nlohmann::ordered_json json = {{"version", 1},
                                          {"sampleRateHz", sampleRateHz},
                                          {"startSample", overview.span.startSample},
-                                         {"startSeconds", Seconds(overview.start)},
+                                         {"startSeconds", Seconds(start)},
                                          {"lengthSeconds", Seconds(overview.span.length)},
                                          {"columns", overview.span.columns},
                                          {"channels", channels}};

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "Apps/lineup/Overview/OverviewSheet.h"
+#include <lineup/WaveformOverview.h>
+#include "Apps/lineup/Overview/OverviewHeading.h"
+#include "Apps/lineup/Overview/OverviewLayout.h"
+#include "Apps/lineup/Overview/OverviewTheme.h"
 
 #include <cstdint>
 #include <string>
@@ -11,10 +14,14 @@
 namespace cli {
 
 /// An 8-bit RGB picture.
-[[nodiscard]] std::vector<std::uint8_t> OverviewPng(const OverviewPage& page);
+[[nodiscard]] std::vector<std::uint8_t> OverviewPng(const lineup::WaveformOverview& overview,
+                                                    const OverviewHeading& heading, const OverviewLayout& layout,
+                                                    const OverviewTheme& theme);
 
 /// The same drawing as vectors, its texts as outlines: it looks the same without our fonts.
-[[nodiscard]] std::vector<std::uint8_t> OverviewSvg(const OverviewPage& page);
+[[nodiscard]] std::vector<std::uint8_t> OverviewSvg(const lineup::WaveformOverview& overview,
+                                                    const OverviewHeading& heading, const OverviewLayout& layout,
+                                                    const OverviewTheme& theme);
 
 /// The numbers. `max` and `min` hold one linear amplitude a column, null where the plug-in wrote nothing.
 [[nodiscard]] std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleRateHz);

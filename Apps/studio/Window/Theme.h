@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Apps/lanes/LaneColours.h"
-
 #include <QColor>
+#include <QString>
+#include <array>
+#include <cstddef>
 
 namespace studio {
 
@@ -25,6 +26,7 @@ struct Theme {
     QColor lane;
     QColor laneGrid;
     QColor playhead;
+    std::array<QColor, 6> waveforms;  ///< in the plug-in's order of channels
     QColor meterOff;
     QColor meterLow;   ///< up to the line-up level
     QColor meterMid;   ///< up to the permitted maximum
@@ -34,8 +36,7 @@ struct Theme {
     QColor scopeStrong;
     QColor scopeNumber;
 
-    /// Those of a drawing of lanes.
-    [[nodiscard]] lanes::LaneColours Lanes() const;
+    [[nodiscard]] QColor Waveform(std::size_t channel) const { return waveforms[channel % waveforms.size()]; }
 
     /// The one in use. UI thread.
     [[nodiscard]] static const Theme& Current();

@@ -2,7 +2,7 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
+#include "Host/Lineup/Validation/GuardedRecord.h"
 
 #include <algorithm>
 #include <array>
@@ -32,8 +32,7 @@ std::intptr_t WalkList(const RawImporter& plugin, std::int32_t selector, Placeme
         GuardedRecord<Record> record(placement);
         const std::int32_t result = plugin.Call(selector, AsParameter(index), record.Data());
         if (result == kImportEndOfList) {
-            RequireIntact(fmt::format("the record of index {}, past the end of the list", index),
-                          record.ChangedOutside());
+            record.RequireUnchanged(fmt::format("the record of index {}, past the end of the list,", index));
             return index;
         }
         Require(result == kImportNoError, "index {} is answered with {} instead of 0 or {}", index, result,
@@ -50,7 +49,7 @@ void RequireEndAt(const RawImporter& plugin, std::int32_t selector, std::intptr_
         const std::int32_t result = plugin.Call(selector, AsParameter(index), record.Data());
         Require(result == kImportEndOfList, "index {}, past the end of the list, is answered with {} instead of {}",
                 index, result, static_cast<int>(kImportEndOfList));
-        RequireIntact(fmt::format("the record of index {}, past the end of the list", index), record.ChangedOutside());
+        record.RequireUnchanged(fmt::format("the record of index {}, past the end of the list,", index));
     }
 }
 
@@ -76,12 +75,11 @@ void RequireFileFormat(const GuardedRecord<imIndFormatRec>& record) {
             "a format's short name has no end");
     Require(std::ranges::find(format.platformExtensions, '\0') != std::end(format.platformExtensions),
             "a format's extensions have no end");
-    RequireIntact(
-        "the record of a file format",
-        record.ChangedOutside({{offsetof(imIndFormatRec, fileType), 4},
-                               {offsetof(imIndFormatRec, formatName), sizeof format.formatName},
-                               {offsetof(imIndFormatRec, formatShortName), sizeof format.formatShortName},
-                               {offsetof(imIndFormatRec, platformExtensions), sizeof format.platformExtensions}}));
+    record.RequireUnchanged("the record of a file format",
+                            {{offsetof(imIndFormatRec, fileType), 4},
+                             {offsetof(imIndFormatRec, formatName), sizeof format.formatName},
+                             {offsetof(imIndFormatRec, formatShortName), sizeof format.formatShortName},
+                             {offsetof(imIndFormatRec, platformExtensions), sizeof format.platformExtensions}});
 }
 
 }  // namespace
@@ -113,8 +111,7 @@ void CheckPixelFormats(Examination& examination) {
             Require(std::ranges::find(formats, format) == formats.end(), "the pixel format {:#010x} is listed twice",
                     format);
             formats.push_back(format);
-            RequireIntact("the record of a pixel format",
-                          record.ChangedOutside({{offsetof(imIndPixelFormatRec, pixelFormat), 4}}));
+            record.RequireUnchanged("the record of a pixel format", {{offsetof(imIndPixelFormatRec, pixelFormat), 4}});
         };
         const auto size = WalkList<imIndPixelFormatRec>(plugin, kImportGetIndPixelFormat, placement, readRow);
         RequireEnd<imIndPixelFormatRec>(plugin, kImportGetIndPixelFormat, size);

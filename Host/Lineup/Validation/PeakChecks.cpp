@@ -23,13 +23,12 @@ void RequireGoodPeaks(const RawImporter& plugin, const Sound& sound, const PeakS
     const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima, placement);
     const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
     Require(result == kImportNoError, "{}: answered with {} instead of 0", what, result);
-    RequireIntact("the settings of " + what, prefs.ChangedOutside());
+    prefs.RequireUnchanged("the settings of " + what);
     for (const GuardedBuffers* const buffers : {&maxima, &minima}) {
         const std::string which = what + (buffers == &maxima ? ", maxima" : ", minima");
-        RequireIntact(which, buffers->LeftUnwritten(sound.channels));
-        RequireIntact(which, buffers->NotFinite(sound.channels));
-        RequireIntact(which, buffers->LouderThan(sound.level, sound.channels));
-        RequireIntact(which, buffers->WrittenFrom(sound.channels));
+        buffers->RequireWritten(sound.channels, which);
+        buffers->RequireWithin(sound.channels, sound.level, which);
+        buffers->RequireUntouchedFrom(sound.channels, which);
     }
 }
 

@@ -1,0 +1,62 @@
+// lineup-decode file|pipe|url STALL NAME: decodes a recording for liblineup, which starts it. A person has no use for
+// it.
+#include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
+#include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
+#include "Host/Lineup/Check/Reader/Decoder/Session.h"
+#include "Host/Lineup/Check/Reader/Protocol/MessageWriter.h"
+
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using lineup::decoding::InputKind;
+
+enum ExitCode : int { kDone = 0, kNobodyListens = 1, kUsedWrongly = 2 };
+
+std::optional<InputKind> ParseKind(std::string_view word) {
+    if (word == "file") {
+        return InputKind::kFile;
+    }
+    if (word == "pipe") {
+        return InputKind::kPipe;
+    }
+    return word == "url" ? std::optional(InputKind::kUrl) : std::nullopt;
+}
+
+std::chrono::milliseconds ParseStall(std::string_view word) {
+    long milliseconds = 0;
+    std::from_chars(word.data(), word.data() + word.size(), milliseconds);
+    return std::chrono::milliseconds(milliseconds);
+}
+
+int Decode(InputKind kind, std::chrono::milliseconds stall, const std::string& name) {
+    const std::uint32_t givenUp = lineup::decoding::GiveUpRights(kind);
+    lineup::decoding::ListenToLibraries();
+    lineup::decoding::MessageWriter out(lineup::decoding::kMessageDescriptor);
+    out.Write(lineup::decoding::Hello{.version = lineup::decoding::kProtocolVersion, .givenUp = givenUp});
+    out.Flush();
+    lineup::decoding::DecodeRecording(kind, name, stall, out);
+    return kDone;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    constexpr int kWords = 4;
+    const auto kind = argc == kWords ? ParseKind(argv[1]) : std::nullopt;
+    if (!kind) {
+        std::fputs("lineup-decode is for the library of lineup, which starts it.\n", stderr);
+        return kUsedWrongly;
+    }
+    try {
+        return Decode(*kind, ParseStall(argv[2]), argv[3]);
+    } catch (const std::exception&) {
+        return kNobodyListens;
+    }
+}

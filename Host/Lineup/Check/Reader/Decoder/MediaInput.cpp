@@ -1,0 +1,137 @@
+#include "Host/Lineup/Check/Reader/Decoder/MediaInput.h"
+
+#include "Host/Lineup/Check/Reader/Decoder/DescriptorIo.h"
+#include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
+#include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace lineup::decoding {
+
+namespace {
+
+// What a URL may lead to: what comes over a network or a socket. None of them reads a file.
+constexpr const char* kProtocols =
+    "async,cache,crypto,data,dtls,ftp,gopher,gophers,hls,http,httpproxy,https,mmsh,mmst,rist,rtmp,rtmpe,rtmps,rtmpt,"
+    "rtmpte,rtmpts,rtp,sctp,sftp,srt,srtp,tcp,tls,udp,udplite,unix,ws";
+
+constexpr int kMostBadReads = 100;  // in a row, of a part of a container that cannot be made sense of
+
+// "recording.wav": some kinds of files are told by nothing but the ending of their names.
+std::string Ending(const std::string& name) {
+    constexpr std::size_t kLongestEnding = 8;
+    const std::size_t dot = name.find_last_of("./");
+    const std::string ending = dot == std::string::npos || name[dot] == '/' ? "" : name.substr(dot);
+    const auto isPlain = [](char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); };
+    const bool isUsable = ending.size() > 1 && ending.size() <= kLongestEnding &&
+                          std::ranges::all_of(std::string_view(ending).substr(1), isPlain);
+    return isUsable ? "recording" + ending : "recording";
+}
+
+std::string WithComplaint(const std::string& text) {
+    const std::string complaint = TakeComplaint();
+    return complaint.empty() || complaint == text ? text : fmt::format("{} ({})", text, complaint);
+}
+
+}  // namespace
+
+MediaInput::MediaInput(InputKind kind, const std::string& name, std::chrono::milliseconds stall)
+    : mKind(kind), mStall(stall), mFormat(RequireMemory(avformat_alloc_context())), mDeadline(Clock::now() + stall) {
+    mFormat->opaque = this;
+    if (mKind == InputKind::kUrl) {
+        mFormat->interrupt_callback = {.callback = OnWait, .opaque = this};
+        Open(name);
+    } else {
+        PrepareDescriptor();
+        Open(Ending(name));
+    }
+}
+
+void MediaInput::PrepareDescriptor() {
+    mIo = MakeDescriptorIo(mKind == InputKind::kFile);
+    mFormat->pb = mIo.get();
+    mFormat->flags |= AVFMT_FLAG_CUSTOM_IO;
+    mFormat->io_open = RefuseToOpen;
+}
+
+void MediaInput::Open(const std::string& name) {
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "protocol_whitelist", mKind == InputKind::kUrl ? kProtocols : "none", 0);
+    AVFormatContext* format = mFormat.release();  // which is freed when it cannot be opened
+    const int opened = avformat_open_input(&format, name.c_str(), nullptr, &options);
+    mFormat.reset(format);
+    av_dict_free(&options);
+    const int known = opened < 0 ? opened : avformat_find_stream_info(mFormat.get(), nullptr);
+    if (known >= 0) {
+        return;
+    }
+    if (known == AVERROR(ENOMEM)) {
+        throw std::bad_alloc();
+    }
+    if (mRefersToOthers) {
+        throw EarlyEnd(EndCause::kNotOpened, "it refers to other files, which are not opened");
+    }
+    if (known == AVERROR_EXIT) {
+        EndForStall();
+    }
+    if (known == AVERROR_INVALIDDATA || known == AVERROR_EOF) {
+        throw EarlyEnd(EndCause::kNotOpened, WithComplaint("it is of no kind that the FFmpeg libraries know"));
+    }
+    throw EarlyEnd(EndCause::kNotOpened, WithComplaint(AvErrorText(known)));
+}
+
+void MediaInput::EndForStall() const {
+    throw EarlyEnd(EndCause::kStalled,
+                   fmt::format("nothing has arrived for {} s", std::chrono::duration<double>(mStall).count()));
+}
+
+// Whatever arrives puts the deadline off.
+bool MediaInput::HasStalled() {
+    const std::int64_t bytes = BytesRead();
+    if (bytes != mBytesAtDeadline) {
+        mBytesAtDeadline = bytes;
+        mDeadline = Clock::now() + mStall;
+    }
+    return Clock::now() >= mDeadline;
+}
+
+int MediaInput::OnWait(void* self) {
+    return static_cast<MediaInput*>(self)->HasStalled() ? 1 : 0;
+}
+
+int MediaInput::RefuseToOpen(AVFormatContext* format, AVIOContext**, const char*, int, AVDictionary**) {
+    static_cast<MediaInput*>(format->opaque)->mRefersToOthers = true;
+    return AVERROR(EPERM);
+}
+
+std::int64_t MediaInput::BytesRead() const {
+    return mFormat != nullptr && mFormat->pb != nullptr ? mFormat->pb->bytes_read : 0;
+}
+
+bool MediaInput::Read(AVPacket& packet) {
+    mDeadline = Clock::now() + mStall;
+    for (int bad = 0; bad < kMostBadReads; ++bad) {
+        const int result = av_read_frame(mFormat.get(), &packet);
+        if (result >= 0) {
+            return true;
+        }
+        if (result == AVERROR_EOF) {
+            return false;
+        }
+        if (result == AVERROR_EXIT || result == AVERROR(ETIMEDOUT)) {
+            EndForStall();
+        }
+        if (result == AVERROR(ENOMEM)) {
+            throw std::bad_alloc();
+        }
+        if (result != AVERROR_INVALIDDATA && result != AVERROR(EAGAIN)) {
+            throw EarlyEnd(EndCause::kCutShort, WithComplaint(AvErrorText(result)));
+        }
+    }
+    throw EarlyEnd(EndCause::kCutShort, WithComplaint("what follows cannot be made sense of"));
+}
+
+}  // namespace lineup::decoding

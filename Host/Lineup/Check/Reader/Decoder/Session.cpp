@@ -1,0 +1,172 @@
+#include "Host/Lineup/Check/Reader/Decoder/Session.h"
+
+#include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
+#include "Host/Lineup/Check/Reader/Decoder/MediaInput.h"
+#include "Host/Lineup/Check/Reader/Decoder/SoundTrack.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace lineup::decoding {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kSayEvery = std::chrono::seconds(1);
+
+bool IsSound(const AVStream& stream) {
+    const AVCodecParameters& parameters = *stream.codecpar;
+    return parameters.codec_type == AVMEDIA_TYPE_AUDIO && parameters.ch_layout.nb_channels > 0 &&
+           parameters.sample_rate > 0 && parameters.sample_rate <= static_cast<int>(kHighestRate);
+}
+
+// The first time stamp of all sound, s.
+double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound) {
+    double origin = std::numeric_limits<double>::infinity();
+    for (const unsigned index : sound) {
+        const AVStream& stream = *format.streams[index];
+        if (stream.start_time != AV_NOPTS_VALUE) {
+            origin = std::min(origin, static_cast<double>(stream.start_time) * av_q2d(stream.time_base));
+        }
+    }
+    return std::isfinite(origin) ? origin : 0;
+}
+
+class Session {
+public:
+    Session(MediaInput& input, MessageWriter& out, bool isLive) : mInput(input), mOut(out), mIsLive(isLive) {}
+
+    void OpenTracks() {
+        const std::vector<unsigned> sound = ChooseTracks();
+        const double origin = Origin(mInput.Format(), sound);
+        const auto rate = static_cast<std::uint32_t>(mInput.Stream(sound.front()).codecpar->sample_rate);
+        mTrackOfStream.resize(mInput.Format().nb_streams);
+        for (unsigned index = 0; index < mInput.Format().nb_streams; ++index) {
+            mInput.Stream(index).discard = AVDISCARD_ALL;
+        }
+        for (const unsigned index : sound) {
+            mInput.Stream(index).discard = AVDISCARD_DEFAULT;
+            auto track = std::make_unique<SoundTrack>(mInput.Stream(index), static_cast<std::uint32_t>(mTracks.size()),
+                                                      rate, origin);
+            mOut.Write(track->Facts());
+            mTrackOfStream[index] = track.get();
+            mTracks.push_back(std::move(track));
+        }
+        WriteBegin();
+    }
+
+    void DecodeAll() {
+        const AvPacket packet(RequireMemory(av_packet_alloc()));
+        while (mInput.Read(*packet)) {
+            const auto index = static_cast<std::size_t>(packet->stream_index);
+            SoundTrack* const track = index < mTrackOfStream.size() ? mTrackOfStream[index] : nullptr;
+            if (track != nullptr) {
+                track->Decode(packet.get(), mOut);
+                mNextReading = Clock::now() + kSayEvery;
+            } else {
+                SayWhetherReading();
+            }
+            av_packet_unref(packet.get());
+            if (mIsLive) {
+                mOut.Flush();
+            }
+        }
+        for (const auto& track : mTracks) {
+            track->Decode(nullptr, mOut);
+        }
+        RequireWholeTracks();
+    }
+
+private:
+    // Those that there is room for, in the order of the recording.
+    std::vector<unsigned> ChooseTracks() {
+        std::vector<unsigned> chosen;
+        std::size_t channels = 0;
+        for (unsigned index = 0; index < mInput.Format().nb_streams; ++index) {
+            const AVStream& stream = mInput.Stream(index);
+            if (!IsSound(stream)) {
+                continue;
+            }
+            const auto more = static_cast<std::size_t>(stream.codecpar->ch_layout.nb_channels);
+            if (channels + more > kMostChannels || chosen.size() == kMostTracks) {
+                mLeftOut += static_cast<std::uint32_t>(more);
+                continue;
+            }
+            channels += more;
+            chosen.push_back(index);
+        }
+        if (chosen.empty()) {
+            throw EarlyEnd(EndCause::kNoSound, mLeftOut > 0 ? "its tracks have too many channels" : "it has no sound");
+        }
+        return chosen;
+    }
+
+    void WriteBegin() {
+        const AVFormatContext& format = mInput.Format();
+        const bool isKnown = format.duration != AV_NOPTS_VALUE && format.duration > 0;
+        mOut.Write(decoding::Begin{.tracks = static_cast<std::uint32_t>(mTracks.size()),
+                                   .leftOut = mLeftOut,
+                                   .seconds = isKnown ? static_cast<double>(format.duration) / AV_TIME_BASE : 0,
+                                   .container = ToField<64>(format.iformat->name)});
+        mOut.Flush();
+    }
+
+    // A recording may hold hours of pictures between two packets of sound.
+    void SayWhetherReading() {
+        const std::int64_t bytes = mInput.BytesRead();
+        if (Clock::now() >= mNextReading && bytes > mSaidBytes) {
+            mNextReading = Clock::now() + kSayEvery;
+            mSaidBytes = bytes;
+            mOut.Write(Reading{.bytes = bytes});
+            mOut.Flush();
+        }
+    }
+
+    void RequireWholeTracks() const {
+        for (const auto& track : mTracks) {
+            if (!track->Trouble().empty()) {
+                throw EarlyEnd(EndCause::kCutShort, "its end cannot be decoded: " + track->Trouble());
+            }
+        }
+    }
+
+    MediaInput& mInput;
+    MessageWriter& mOut;
+    bool mIsLive;
+    std::uint32_t mLeftOut = 0;
+    std::vector<std::unique_ptr<SoundTrack>> mTracks;
+    std::vector<SoundTrack*> mTrackOfStream;
+    Clock::time_point mNextReading = Clock::now() + kSayEvery;
+    std::int64_t mSaidBytes = 0;
+};
+
+End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out) {
+    const auto end = [](EndCause cause, std::string_view reason) {
+        return End{.cause = static_cast<std::uint32_t>(cause), .reserved = 0, .reason = ToField<192>(reason)};
+    };
+    try {
+        MediaInput input(kind, name, stall);
+        Session session(input, out, kind != InputKind::kFile);
+        session.OpenTracks();
+        session.DecodeAll();
+        return end(EndCause::kWhole, "");
+    } catch (const EarlyEnd& early) {
+        return end(early.Cause(), early.what());
+    } catch (const std::bad_alloc&) {
+        return end(EndCause::kNoMemory, "decoding it takes more memory than it may");
+    }
+}
+
+}  // namespace
+
+void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out) {
+    out.Write(Decode(kind, name, stall, out));
+    out.Flush();
+}
+
+}  // namespace lineup::decoding

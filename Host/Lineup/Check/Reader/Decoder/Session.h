@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
+#include "Host/Lineup/Check/Reader/Protocol/MessageWriter.h"
+
+#include <chrono>
+#include <string>
+
+namespace lineup::decoding {
+
+/// Decodes one recording, and says all there is to say of it but the greeting: its tracks, their samples, and how it
+/// ended. Throws std::system_error when nobody listens any more.
+void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out);
+
+}  // namespace lineup::decoding

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <lineup/Api.h>
+
+#include <chrono>
+#include <filesystem>
+
+namespace lineup {
+
+inline namespace parts {
+
+/// The program that decodes recordings, and how long it may keep others waiting.
+struct LINEUP_API DecoderSettings {
+    /// The file name of the program; it belongs to liblineup (see DynamicLibrary::Beside).
+    static constexpr const char* kProgramName = "lineup-decode";
+
+    DecoderSettings();
+
+    std::filesystem::path program;           ///< ours
+    std::chrono::milliseconds stall{15000};  ///< how long a URL may send nothing
+    std::chrono::milliseconds silence{
+        30000};  ///< how long the program may say nothing while there is something to read
+};
+
+}  // namespace parts
+
+}  // namespace lineup

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <lineup/Api.h>
+#include <lineup/Error.h>
+#include "Host/Lineup/Check/Reader/Protocol/Messages.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace lineup {
+
+inline namespace parts {
+
+/// Where bytes come from.
+class ByteInput {
+public:
+    ByteInput() = default;
+    virtual ~ByteInput() = default;
+    ByteInput(const ByteInput&) = delete;
+    ByteInput& operator=(const ByteInput&) = delete;
+
+    /// Fills the beginning of `bytes` and returns how many there are: at least 1, and 0 at the end.
+    virtual std::size_t Read(std::span<std::byte> bytes) = 0;
+};
+
+/// The decoding program has said what it may not.
+class LINEUP_API DecoderTalksNonsense : public Error {
+public:
+    using Error::Error;
+};
+
+/// A block of samples: values[c * count + i] is sample i of channel c of the track. Any float may be among them.
+struct DecodedSamples {
+    decoding::Samples head{};
+    std::span<const float> values;
+};
+
+using DecoderMessage = std::variant<decoding::Hello, decoding::Track, decoding::Begin, DecodedSamples, decoding::Damage,
+                                    decoding::Reading, decoding::End>;
+
+/// Takes messages of the decoding program apart, and lets nothing through that does not keep to decoding/Messages.h:
+/// kinds, sizes, order, numbers and ranges. Memory does not grow with what comes in.
+class LINEUP_API MessageReader {
+public:
+    explicit MessageReader(ByteInput& input);
+
+    /// The next message, or nothing when the input ends. After End there is nothing more. What it points at holds until
+    /// the next call. Throws DecoderTalksNonsense, and what the input throws.
+    [[nodiscard]] std::optional<DecoderMessage> Next();
+
+    /// The tracks that have been named so far.
+    [[nodiscard]] const std::vector<decoding::Track>& Tracks() const noexcept { return mTracks; }
+
+private:
+    bool Fetch(std::size_t bytes);
+    [[nodiscard]] DecoderMessage Parse(decoding::MessageKind kind, std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseTrack(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseBegin(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseSamples(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseDamage(std::span<const std::byte> body) const;
+    [[nodiscard]] DecoderMessage ParseReading(std::span<const std::byte> body);
+
+    enum class Stage : std::uint8_t { kStart, kNaming, kRunning, kEnded };
+
+    ByteInput& mInput;
+    std::vector<std::byte> mBytes;
+    std::size_t mBegin = 0;  // of what has not been taken apart
+    std::size_t mEnd = 0;
+    Stage mStage = Stage::kStart;
+    std::vector<decoding::Track> mTracks;
+    std::vector<std::int64_t> mEnds;  // one a track: where its samples end so far
+    std::uint32_t mChannels = 0;
+    std::int64_t mBytesRead = 0;
+};
+
+/// What a text field holds, readable as it is: up to the first zero, and '?' for what is not printable ASCII.
+[[nodiscard]] LINEUP_API std::string FieldText(std::span<const char> field);
+
+}  // namespace parts
+
+}  // namespace lineup

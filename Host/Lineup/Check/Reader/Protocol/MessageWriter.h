@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Host/Lineup/Check/Reader/Protocol/Messages.h"
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace lineup::decoding {
+
+/// The field that holds `text`, cut to what fits.
+template <std::size_t Size>
+[[nodiscard]] TextField<Size> ToField(std::string_view text) {
+    TextField<Size> field{};
+    text.copy(field.data(), Size - 1);
+    return field;
+}
+
+/// Puts messages together and writes them to a descriptor, many at a time.
+class MessageWriter {
+public:
+    explicit MessageWriter(int descriptor);
+
+    void Write(const Hello& body) { Put(MessageKind::kHello, body); }
+    void Write(const Track& body) { Put(MessageKind::kTrack, body); }
+    void Write(const Begin& body) { Put(MessageKind::kBegin, body); }
+    void Write(const Damage& body) { Put(MessageKind::kDamage, body); }
+    void Write(const Reading& body) { Put(MessageKind::kReading, body); }
+    void Write(const End& body) { Put(MessageKind::kEnd, body); }
+
+    /// Makes room for a message of samples and returns where they go, head.count * head.channels of them.
+    [[nodiscard]] std::span<float> WriteSamples(const Samples& head);
+
+    /// Hands over what has been put together. Throws std::system_error when nobody listens any more.
+    void Flush();
+
+private:
+    template <class Body>
+    void Put(MessageKind kind, const Body& body) {
+        PutBytes(kind, std::as_bytes(std::span(&body, 1)), 0);
+    }
+    std::span<std::byte> PutBytes(MessageKind kind, std::span<const std::byte> body, std::size_t more);
+
+    int mDescriptor;
+    std::size_t mFilled = 0;
+    std::vector<std::byte> mBytes;
+};
+
+}  // namespace lineup::decoding

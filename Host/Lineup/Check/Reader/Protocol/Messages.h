@@ -1,0 +1,119 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+/// What the decoding program says to the program that started it, on a pipe: messages one after the other, each a
+/// header and a body of a fixed layout in this machine's byte order.
+///
+///   Hello, then Track for each track from 0 on, then Begin, then Samples, Damage and Reading as they come, then End.
+///
+/// Reading may come anywhere after Hello. End may come at any time after Hello, and nothing after it. The program that
+/// listens believes none of it: MessageReader says what holds of what it lets through. Kinds above kEnd are left for
+/// pictures.
+namespace lineup::decoding {
+
+inline constexpr std::uint32_t kProtocolVersion = 1;
+
+/// The descriptors that the decoding program is started with, beside standard error.
+inline constexpr int kInputDescriptor = 0;    ///< the recording, where it is no URL
+inline constexpr int kMessageDescriptor = 3;  ///< the pipe
+
+inline constexpr std::size_t kMostTracks = 64;
+inline constexpr std::size_t kMostChannels = 64;                      ///< of all tracks together
+inline constexpr std::size_t kMostValues = std::size_t{1} << 18;      ///< count * channels of one message
+inline constexpr std::uint32_t kHighestRate = 1U << 21;               ///< Hz
+inline constexpr std::int64_t kLastPosition = std::int64_t{1} << 52;  ///< samples
+inline constexpr double kLongestGapSeconds = 10;                      ///< within a track
+inline constexpr double kLatestStartSeconds = 86400;                  ///< of a track after the first
+
+enum class MessageKind : std::uint32_t { kHello = 1, kTrack, kBegin, kSamples, kDamage, kReading, kEnd };
+
+struct MessageHeader {
+    std::uint32_t kind;
+    std::uint32_t bytes;  ///< of the body
+};
+
+/// Text, zeros after it. What lies outside of printable ASCII arrives as '?'.
+template <std::size_t Size>
+using TextField = std::array<char, Size>;
+
+/// Rights that the decoding program has given up, as bits of Hello::givenUp.
+enum GivenUp : std::uint32_t {
+    kSystemCalls = 1,  ///< the kernel lets through what decoding needs and nothing else
+    kFiles = 2,        ///< no file can be opened; for a URL, none but the system's own can be read
+    kMemory = 4,       ///< the address space has a limit
+    kEverything = kSystemCalls | kFiles | kMemory,
+};
+
+struct Hello {
+    std::uint32_t version;
+    std::uint32_t givenUp;
+};
+
+enum TrackFlags : std::uint32_t { kLossy = 1, kLossless = 2 };
+
+/// One track of sound.
+struct Track {
+    std::uint32_t index;         ///< from 0, in the order of the recording
+    std::uint32_t sampleRate;    ///< Hz, 1 to kHighestRate, the same for all
+    std::uint32_t channels;      ///< 1 to 64
+    std::uint32_t bits;          ///< of a whole-numbered sample, up to 64; 0 where there is no such number
+    std::uint32_t flags;         ///< TrackFlags; neither where it is not known
+    std::uint32_t recordedRate;  ///< Hz, what the track has itself
+    TextField<32> codec;
+    TextField<64> layout;
+};
+
+/// All tracks have been named.
+struct Begin {
+    std::uint32_t tracks;   ///< at least 1
+    std::uint32_t leftOut;  ///< channels that are more than kMostChannels
+    double seconds;         ///< the recording's length as it says itself, 0 where it does not; finite
+    TextField<64> container;
+};
+
+/// The head of a block of samples; count floats for each of the channels follow, channel after channel.
+struct Samples {
+    std::uint32_t track;
+    std::uint32_t channels;  ///< the track's
+    std::uint32_t count;     ///< of each channel, above 0
+    std::uint32_t reserved;
+    std::int64_t
+        position;  ///< of the first, from the start of the recording; no earlier than where the track's last ended
+};
+
+/// Part of a track could not be read as it was recorded. Samples that are missing are silence for whoever listens.
+struct Damage {
+    std::uint32_t track;
+    std::uint32_t reserved;
+    std::int64_t position;
+    std::int64_t count;  ///< samples, 0 where it is not known
+    TextField<128> reason;
+};
+
+/// Work goes on without samples. `bytes` is how many have been read so far, and grows from message to message.
+struct Reading {
+    std::int64_t bytes;
+};
+
+enum class EndCause : std::uint32_t {
+    kWhole,      ///< the end of the recording
+    kNotOpened,  ///< what it is cannot be told, or it cannot be reached
+    kNoSound,
+    kCutShort,  ///< reading or decoding failed on the way
+    kStalled,   ///< nothing has arrived for too long
+    kNoMemory,
+};
+
+struct End {
+    std::uint32_t cause;  ///< an EndCause
+    std::uint32_t reserved;
+    TextField<192> reason;  ///< empty for kWhole
+};
+
+static_assert(sizeof(Hello) == 8 && sizeof(Track) == 120 && sizeof(Begin) == 80 && sizeof(Samples) == 24 &&
+              sizeof(Damage) == 152 && sizeof(Reading) == 8 && sizeof(End) == 200);
+
+}  // namespace lineup::decoding

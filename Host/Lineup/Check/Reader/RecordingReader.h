@@ -1,0 +1,67 @@
+#pragma once
+
+#include <lineup/Api.h>
+#include <lineup/CheckReport.h>
+#include "Host/Lineup/Check/Reader/DecodedTracks.h"
+#include "Host/Lineup/Check/Reader/Process/DecoderProcess.h"
+#include "Host/Lineup/Check/Reader/Protocol/MessageReader.h"
+#include "Host/Lineup/Check/Reader/Unreadable.h"
+#include "Host/Lineup/Check/SoundSource.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lineup {
+
+inline namespace parts {
+
+/// The sound of a recording, decoded by a process that has no rights. Memory is the same for a minute and for an hour.
+/// One thread, the one that made it.
+class LINEUP_API RecordingReader : public SoundSource {
+public:
+    /// Takes the decoder's words from anywhere: what a process says, or a file that holds what one said. `ending` is
+    /// asked how the process ended when they stop without an end.
+    RecordingReader(std::unique_ptr<ByteInput> input, std::function<std::string()> ending);
+
+    /// Starts decoding. Throws Unreadable, Cancelled, and Error when decoding cannot be started.
+    static std::unique_ptr<RecordingReader> Open(const std::string& recording, const DecoderSettings& settings = {},
+                                                 const DecoderProcess::KeepGoing& keepGoing = {});
+
+    [[nodiscard]] double SampleRate() const override { return mTracks->SampleRate(); }
+    [[nodiscard]] int Inputs() const override { return mTracks->Inputs(); }
+    [[nodiscard]] std::optional<int> Bits() const override;
+    [[nodiscard]] std::optional<bool> Lossy() const override;
+    std::size_t Read(std::span<float* const> inputs, std::size_t most) override;
+    [[nodiscard]] std::vector<DamagedStretch> Damage() const override { return mTracks->Damage(); }
+    [[nodiscard]] std::optional<std::string> EndedBecause() const override { return mEndedBecause; }
+
+    /// The length that the recording gives itself, s.
+    [[nodiscard]] std::optional<double> Seconds() const noexcept { return mSeconds; }
+
+    /// What a person should know of the way the recording was read.
+    [[nodiscard]] std::vector<CheckNote> Notes() const;
+
+private:
+    void ReadFacts();
+    void Pump();
+    void TakeUp(const DecoderMessage& message);
+    void Finish(const std::optional<decoding::End>& end);
+
+    std::unique_ptr<ByteInput> mInput;
+    std::function<std::string()> mEnding;
+    MessageReader mMessages;
+    std::uint32_t mGivenUp = 0;
+    decoding::Begin mBegin{};
+    std::optional<DecodedTracks> mTracks;
+    std::optional<double> mSeconds;
+    bool mHasEnded = false;
+    std::optional<std::string> mEndedBecause;
+};
+
+}  // namespace parts
+
+}  // namespace lineup

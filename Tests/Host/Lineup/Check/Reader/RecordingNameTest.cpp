@@ -1,0 +1,46 @@
+#include "Host/Lineup/Check/Reader/RecordingName.h"
+#include "Tests/Support/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using lineup::ParseRecordingName;
+using lineup::RecordingName;
+using Kind = RecordingName::Kind;
+
+class RecordingNames : public test::TestFolder {};
+
+TEST_F(RecordingNames, AreFilesUnlessTheySayOtherwise) {
+    for (const char* const name : {"a.wav", "/b/c.mov", "1:2.wav", "a b://c", "://x", "-.wav", "", "C:\\take.wav"}) {
+        EXPECT_EQ(ParseRecordingName(name).kind, Kind::kFile) << name;
+        EXPECT_EQ(ParseRecordingName(name).text, name);
+    }
+}
+
+TEST_F(RecordingNames, AreUrlsWithASchemeInFront) {
+    for (const char* const name : {"srt://host:1234?mode=caller", "rtp://239.0.0.1:5004", "http://h/x.ts",
+                                   "unix:///run/x", "data:audio/wav;base64,UklGRg=="}) {
+        EXPECT_EQ(ParseRecordingName(name).kind, Kind::kUrl) << name;
+        EXPECT_EQ(ParseRecordingName(name).text, name);
+    }
+}
+
+TEST_F(RecordingNames, AreStandardInputForADash) {
+    EXPECT_EQ(ParseRecordingName("-").kind, Kind::kStandardInput);
+}
+
+TEST_F(RecordingNames, AreFilesWhereThereIsOneOfThatName) {
+    const auto file = Folder() / "http:" / "take.wav";
+    test::WriteFile(file, "x");
+    const std::string name = Folder().string() + "/http://take.wav";
+    EXPECT_EQ(ParseRecordingName(name).kind, Kind::kFile);
+}
+
+TEST_F(RecordingNames, MayNameAFileAsAUrl) {
+    EXPECT_EQ(ParseRecordingName("file:take.wav").text, "take.wav");
+    EXPECT_EQ(ParseRecordingName("file:///there/take.wav").text, "/there/take.wav");
+    EXPECT_EQ(ParseRecordingName("file:take.wav").kind, Kind::kFile);
+}
+
+}  // namespace

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <bit>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -12,6 +14,20 @@ inline constexpr std::uint32_t kUnwrittenBits = 0x7FA5C3E1;
 
 inline bool IsUnwritten(float value) {
     return std::bit_cast<std::uint32_t>(value) == kUnwrittenBits;
+}
+
+/// The same bits, or NaN on both sides: the sign and payload of a computed NaN are the processor's own affair. A sample
+/// that was never written is the same as nothing but itself.
+inline bool SameSample(float a, float b) {
+    if (std::isnan(a) && std::isnan(b)) {
+        return IsUnwritten(a) == IsUnwritten(b);
+    }
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+/// `b` was written, and is `a` times -1.
+inline bool IsOpposite(float a, float b) {
+    return std::isnan(a) ? std::isnan(b) && !IsUnwritten(b) : SameSample(-a, b);
 }
 
 /// A float buffer with guards on both sides, all of it holding the tagged NaN until written.

@@ -72,6 +72,9 @@ public:
         return changed;
     }
 
+    /// All bytes are the other's, guards included.
+    [[nodiscard]] bool SameBytes(const RequestRecord& other) const { return mMemory == other.mMemory; }
+
     /// No byte changed, guards included.
     [[nodiscard]] bool Untouched() const { return mMemory == mBefore; }
 

@@ -4,22 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <bit>
-#include <cmath>
-#include <cstdint>
+#include <cstddef>
 #include <span>
 
 namespace test {
-
-/// The same bits, or not a number on both sides: the sign and payload of a computed not-a-number are the
-/// processor's own affair. A sample that was never written is the same as nothing but itself.
-inline bool SameSample(float a, float b) {
-    if (std::isnan(a) && std::isnan(b)) {
-        return IsUnwritten(a) == IsUnwritten(b);
-    }
-    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
-}
 
 /// Passes when all samples are the same; says where the first one is that is not.
 inline testing::AssertionResult SameSamples(std::span<const float> actual, std::span<const float> expected) {
@@ -48,8 +36,7 @@ inline testing::AssertionResult AllAre(std::span<const float> samples, float val
 /// Passes when `b[i]` is `a[i]` times -1 throughout.
 inline testing::AssertionResult Opposite(std::span<const float> a, std::span<const float> b) {
     for (std::size_t i = 0; i < a.size(); ++i) {
-        const bool opposite = std::isnan(a[i]) ? std::isnan(b[i]) : SameSample(-a[i], b[i]);
-        if (!opposite) {
+        if (!IsOpposite(a[i], b[i])) {
             return testing::AssertionFailure() << "sample " << i << ": " << a[i] << " and " << b[i];
         }
     }

@@ -28,25 +28,31 @@ struct ChannelOverview {
 
 /// The waveform overview of a clip.
 ///
-/// A column is a sample, not a summary: it shows what its channel does at the column's own clip time.
-/// - A tone drawn as a band is its level: maximum +level, minimum -level; silence is 0 and 0. A sound or
-///   a gap shorter than a column can fall between two columns. The audio from one column's time up to the
-///   next one's lies within the band of the column it began with, up to the first edge inside; where
-///   columns are no longer than the shortest step of the sequence, it lies within the wider of the two.
-/// - A steady tone that has at least kFewestColumnsPerCycle columns a cycle is drawn as its waveform:
-///   maximum and minimum are the same point of the sine, up to one column before the column's time.
+/// A column is the least and the greatest value of its channel from the column's clip time up to the next one's.
+/// - A steady tone with at least kFewestColumnsPerCycle columns a cycle: of its wave, found to within 0.5 % of the
+///   level and lagging by a column or a 32nd of a cycle at the most, whichever is less. With fewer columns: +level
+///   and -level.
+/// - A sequence: +level and -level of the loudest sound that is heard in the column, be it for a moment; 0 and
+///   0 for silence. What begins in the last 64th of a column may show in the next one only. Sounds shorter than
+///   50 ms, and in columns of many minutes those shorter than the column divided by some hundreds, may be missed.
 struct WaveformOverview {
     OverviewSpan span;
 
-    /// How far apart the columns really are: span.length / span.columns, or longer by so little (less
-    /// than 2^-22 of itself, and a tick) that the last column stands less than a third of a column late.
+    /// The clip time of column 0.
+    zelmediatypes::TickTime start;
+
+    /// How far apart the columns really are: span.length / span.columns, or longer by so little (less than
+    /// 2^-22 of itself, and a tick a point) that the last column stands less than a third of a column late.
     zelmediatypes::FrameRate columnLength;
+
+    /// The columns draw a tone's wave; else each stands for a level.
+    bool showsWave = false;
 
     std::vector<ChannelOverview> channels;  ///< in the plug-in's order
 };
 
-/// Fewer points than this trace a tone with a false beat, and fewer than two a false tone.
-inline constexpr int kFewestColumnsPerCycle = 8;
+/// Fewer columns than this draw a wave with a false beat.
+inline constexpr int kFewestColumnsPerCycle = 4;
 
 /// The most columns of one overview.
 inline constexpr int kMostOverviewColumns = 65536;
@@ -54,7 +60,7 @@ inline constexpr int kMostOverviewColumns = 65536;
 /// The shortest column, 1 microsecond: many columns a sample at any sample rate of sound.
 inline constexpr zelmediatypes::TickTime kShortestColumn{zelmediatypes::kTicksPerSecond / 1000000};
 
-/// Asks the plug-in for the peaks of `span`, in one request. Throws UsageError (option "duration") for a
+/// Asks the plug-in for the peaks of `span`. Throws UsageError (option "duration") for a
 /// length below kShortestColumn a column, Error for fewer than 1 or more than kMostOverviewColumns
 /// columns or when the plug-in refuses. Any thread.
 [[nodiscard]] LINEUP_API WaveformOverview ReadOverview(const Clip& clip, const OverviewSpan& span);

@@ -73,11 +73,11 @@ int WholeWithin(const char* option, std::optional<double> value, int usual, int 
     return static_cast<int>(*value);
 }
 
-OverviewLayout MakeLayout(const PeaksOptions& options, int width, int lanes) {
-    const int least = OverviewLayout::LeastHeight(lanes);
-    const int usual = std::max(least, OverviewLayout::UsualHeight(width, lanes));
-    return {width, WholeWithin("height", options.height, usual, least, std::max(least, OverviewLayout::kMostHeight)),
-            lanes};
+lanes::LaneSheet MakeSheet(const PeaksOptions& options, int width, int lanes) {
+    const int least = LeastOverviewHeight(lanes);
+    const int usual = std::max(least, UsualOverviewHeight(width, lanes));
+    const int height = WholeWithin("height", options.height, usual, least, std::max(least, kMostOverviewHeight));
+    return OverviewSheet(width, height, lanes);
 }
 
 // The stretch asked for; without a length one cycle of a sequence, or what the plug-in says of the clip.
@@ -98,12 +98,14 @@ void RefusePictureOptions(const PeaksOptions& options) {
 }
 
 std::vector<std::uint8_t> MakePicture(const PeaksOptions& options, const lineup::Clip& clip, Kind kind, int width) {
-    const OverviewLayout layout = MakeLayout(options, width, clip.NumChannels());
-    const auto overview = lineup::ReadOverview(clip, MakeSpan(options, clip, layout.PlotWidth()));
-    const OverviewHeading heading{SignalText(clip), SoundText(clip), clip.SampleRate()};
-    const OverviewTheme& theme = options.dark ? OverviewTheme::Dark() : OverviewTheme::Light();
-    return kind == Kind::kPng ? OverviewPng(overview, heading, layout, theme)
-                              : OverviewSvg(overview, heading, layout, theme);
+    OverviewPage page{.values = {},
+                      .title = SignalText(clip),
+                      .detail = SoundText(clip),
+                      .sheet = MakeSheet(options, width, clip.NumChannels()),
+                      .colours = options.dark ? lanes::LaneColours::Dark() : lanes::LaneColours::Light()};
+    const auto columns = static_cast<int>(page.sheet.lanes.front().width);
+    page.values = lineup::ReadOverview(clip, MakeSpan(options, clip, columns));
+    return kind == Kind::kPng ? OverviewPng(page) : OverviewSvg(page);
 }
 
 std::vector<std::uint8_t> MakeJson(const PeaksOptions& options, const lineup::Clip& clip, int columns) {
@@ -114,8 +116,7 @@ std::vector<std::uint8_t> MakeJson(const PeaksOptions& options, const lineup::Cl
 
 void RunPeaks(const PeaksOptions& options) {
     const KindName& kind = KindOf(options.target);
-    const int width = WholeWithin("width", options.width, OverviewLayout::kUsualWidth, OverviewLayout::kLeastWidth,
-                                  OverviewLayout::kMostWidth);
+    const int width = WholeWithin("width", options.width, kUsualOverviewWidth, kLeastOverviewWidth, kMostOverviewWidth);
     const auto importer = options.common.LoadImporter();
     const lineup::Clip clip(importer, options.common.Settings(*importer));
     const auto bytes =
@@ -135,8 +136,8 @@ void AddPeaksCommand(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("peaks", "Draw a clip's waveform overview, or write its numbers");
     command->add_option("OUT", options->target, "The file to write: NAME.png, NAME.svg or NAME.json")->required();
     AddNumber(*command, "width", options->width,
-              fmt::format("Width of the picture, or columns of a .json file, {} to {} [{}]",
-                          OverviewLayout::kLeastWidth, OverviewLayout::kMostWidth, OverviewLayout::kUsualWidth),
+              fmt::format("Width of the picture, or columns of a .json file, {} to {} [{}]", kLeastOverviewWidth,
+                          kMostOverviewWidth, kUsualOverviewWidth),
               "pixels")
         ->group(kPicture);
     AddNumber(*command, "height", options->height, "Height of the picture [what the channels need]", "pixels")
@@ -148,8 +149,9 @@ void AddPeaksCommand(CLI::App& app) {
     command->add_flag("-q,--quiet", options->quiet, "Say nothing unless something is wrong");
     AddPluginOption(*command, options->common);
     command->footer(fmt::format(
-        "A tone with at least {} columns a cycle is drawn as its waveform, any other as a band of its level.\n"
-        "A column shows the moment at its left edge: what is shorter than a column may fall between two.",
+        "A column holds the least and the greatest value of its stretch of sound, so no burst is lost.\n"
+        "Levels stand on a scale in dBFS. A tone with at least {} columns a cycle is drawn as its wave, on a\n"
+        "linear scale.",
         lineup::kFewestColumnsPerCycle));
     command->callback([options] { RunPeaks(*options); });
 }

@@ -1,7 +1,7 @@
 #include "Apps/lineup/Overview/OverviewEntry.h"
 
 #include <lineup/Error.h>
-#include "Apps/lineup/Overview/OverviewDrawing.h"
+#include "Apps/lineup/Overview/CairoPainter.h"
 
 #include <fmt/format.h>
 
@@ -43,28 +43,26 @@ cairo_status_t Append(void* closure, const unsigned char* data, unsigned int len
     }
 }
 
-void DrawOn(cairo_surface_t* surface, const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-            const OverviewLayout& layout, const OverviewTheme& theme) {
+void DrawOn(cairo_surface_t* surface, const OverviewPage& page) {
     const Context context(cairo_create(surface));
-    DrawOverview(context.get(), overview, heading, layout, theme);
+    Paint(context.get(), DrawOverview(page, CairoMeasure(context.get())));
     Require(cairo_status(context.get()));
 }
 
-Bytes Png(const lineup::WaveformOverview& overview, const OverviewHeading& heading, const OverviewLayout& layout,
-          const OverviewTheme& theme) {
-    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, layout.Width(), layout.Height()));
-    DrawOn(surface.get(), overview, heading, layout, theme);
+Bytes Png(const OverviewPage& page) {
+    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(page.sheet.width),
+                                                     static_cast<int>(page.sheet.height)));
+    DrawOn(surface.get(), page);
     Bytes bytes;
     Require(cairo_surface_write_to_png_stream(surface.get(), &Append, &bytes));
     return bytes;
 }
 
-Bytes Svg(const lineup::WaveformOverview& overview, const OverviewHeading& heading, const OverviewLayout& layout,
-          const OverviewTheme& theme) {
+Bytes Svg(const OverviewPage& page) {
     Bytes bytes;
-    const Surface surface(cairo_svg_surface_create_for_stream(&Append, &bytes, layout.Width(), layout.Height()));
+    const Surface surface(cairo_svg_surface_create_for_stream(&Append, &bytes, page.sheet.width, page.sheet.height));
     cairo_svg_surface_set_document_unit(surface.get(), CAIRO_SVG_UNIT_PX);
-    DrawOn(surface.get(), overview, heading, layout, theme);
+    DrawOn(surface.get(), page);
     cairo_surface_finish(surface.get());
     Require(cairo_surface_status(surface.get()));
     return bytes;
@@ -73,11 +71,9 @@ Bytes Svg(const lineup::WaveformOverview& overview, const OverviewHeading& headi
 }  // namespace
 
 // What the program looks up by name; everything else in this library is its own affair.
-extern "C" LINEUP_API void lineupDrawOverview(OverviewPicture kind, const lineup::WaveformOverview& overview,
-                                              const OverviewHeading& heading, const OverviewLayout& layout,
-                                              const OverviewTheme& theme, std::vector<std::uint8_t>& bytes) {
-    bytes =
-        kind == OverviewPicture::Png ? Png(overview, heading, layout, theme) : Svg(overview, heading, layout, theme);
+extern "C" LINEUP_API void lineupDrawOverview(OverviewPicture kind, const OverviewPage& page,
+                                              std::vector<std::uint8_t>& bytes) {
+    bytes = kind == OverviewPicture::Png ? Png(page) : Svg(page);
 }
 
 static_assert(std::is_same_v<decltype(lineupDrawOverview), DrawOverviewFunction>);

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <lineup/WaveformOverview.h>
-#include "Apps/lineup/Overview/OverviewHeading.h"
-#include "Apps/lineup/Overview/OverviewLayout.h"
-#include "Apps/lineup/Overview/OverviewTheme.h"
+#include "Apps/lineup/Overview/OverviewSheet.h"
 
 #include <cstdint>
 #include <vector>
@@ -18,9 +15,7 @@ inline constexpr const char* kOverviewLibraryName = "liblineup-overview.so";
 enum class OverviewPicture { Png, Svg };
 
 /// Draws an overview as the bytes of a file. Throws lineup::Error when the drawing library fails.
-using DrawOverviewFunction = void(OverviewPicture kind, const lineup::WaveformOverview& overview,
-                                  const OverviewHeading& heading, const OverviewLayout& layout,
-                                  const OverviewTheme& theme, std::vector<std::uint8_t>& bytes);
+using DrawOverviewFunction = void(OverviewPicture kind, const OverviewPage& page, std::vector<std::uint8_t>& bytes);
 inline constexpr const char* kDrawOverviewName = "lineupDrawOverview";
 
 }  // namespace cli

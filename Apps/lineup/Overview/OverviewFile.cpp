@@ -24,10 +24,9 @@ DrawOverviewFunction& Drawer() {
     return *reinterpret_cast<DrawOverviewFunction*>(symbol);
 }
 
-Bytes Draw(OverviewPicture kind, const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-           const OverviewLayout& layout, const OverviewTheme& theme) {
+Bytes Draw(OverviewPicture kind, const OverviewPage& page) {
     Bytes bytes;
-    Drawer()(kind, overview, heading, layout, theme, bytes);
+    Drawer()(kind, page, bytes);
     return bytes;
 }
 
@@ -37,14 +36,12 @@ double Seconds(zelmediatypes::TickTime time) {
 
 }  // namespace
 
-Bytes OverviewPng(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-                  const OverviewLayout& layout, const OverviewTheme& theme) {
-    return Draw(OverviewPicture::Png, overview, heading, layout, theme);
+Bytes OverviewPng(const OverviewPage& page) {
+    return Draw(OverviewPicture::Png, page);
 }
 
-Bytes OverviewSvg(const lineup::WaveformOverview& overview, const OverviewHeading& heading,
-                  const OverviewLayout& layout, const OverviewTheme& theme) {
-    return Draw(OverviewPicture::Svg, overview, heading, layout, theme);
+Bytes OverviewSvg(const OverviewPage& page) {
+    return Draw(OverviewPicture::Svg, page);
 }
 
 std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleRateHz) {
@@ -52,11 +49,10 @@ std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleR
     for (const lineup::ChannelOverview& channel : overview.channels) {
         channels.push_back({{"name", channel.name}, {"max", channel.maxima}, {"min", channel.minima}});
     }
-    const auto start = zelmediatypes::FrameRateFromHz(sampleRateHz) * overview.span.startSample;
     const nlohmann::ordered_json json = {{"version", 1},
                                          {"sampleRateHz", sampleRateHz},
                                          {"startSample", overview.span.startSample},
-                                         {"startSeconds", Seconds(start)},
+                                         {"startSeconds", Seconds(overview.start)},
                                          {"lengthSeconds", Seconds(overview.span.length)},
                                          {"columns", overview.span.columns},
                                          {"channels", channels}};

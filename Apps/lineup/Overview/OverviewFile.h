@@ -1,9 +1,6 @@
 #pragma once
 
-#include <lineup/WaveformOverview.h>
-#include "Apps/lineup/Overview/OverviewHeading.h"
-#include "Apps/lineup/Overview/OverviewLayout.h"
-#include "Apps/lineup/Overview/OverviewTheme.h"
+#include "Apps/lineup/Overview/OverviewSheet.h"
 
 #include <cstdint>
 #include <string>
@@ -14,14 +11,10 @@
 namespace cli {
 
 /// An 8-bit RGB picture.
-[[nodiscard]] std::vector<std::uint8_t> OverviewPng(const lineup::WaveformOverview& overview,
-                                                    const OverviewHeading& heading, const OverviewLayout& layout,
-                                                    const OverviewTheme& theme);
+[[nodiscard]] std::vector<std::uint8_t> OverviewPng(const OverviewPage& page);
 
 /// The same drawing as vectors, its texts as outlines: it looks the same without our fonts.
-[[nodiscard]] std::vector<std::uint8_t> OverviewSvg(const lineup::WaveformOverview& overview,
-                                                    const OverviewHeading& heading, const OverviewLayout& layout,
-                                                    const OverviewTheme& theme);
+[[nodiscard]] std::vector<std::uint8_t> OverviewSvg(const OverviewPage& page);
 
 /// The numbers. `max` and `min` hold one linear amplitude a column, null where the plug-in wrote nothing.
 [[nodiscard]] std::string OverviewJson(const lineup::WaveformOverview& overview, float sampleRateHz);

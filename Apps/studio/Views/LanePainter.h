@@ -1,47 +1,32 @@
 #pragma once
 
 #include <lineup/Clip.h>
-#include <lineup/WaveformOverview.h>
-#include "Apps/studio/Document/ClipWords.h"
+#include "Apps/lanes/Drawing.h"
 #include "Apps/studio/Views/LaneSpan.h"
 
 #include <QFont>
-#include <QImage>
 #include <QPixmap>
-#include <QRectF>
 
 namespace studio {
 
-/// Draws the lanes of a clip: a ruler, and below it a lane a channel with its name and its waveform. What it
-/// draws stays the same until span, size or theme change, so that it is drawn once.
-class LanePainter {
-public:
-    /// `size` in points; the plot begins at `gutter`, to the left of it stand the names.
-    LanePainter(const lineup::Clip& clip, const LaneSpan& span, QSize size, int gutter, double pixelRatio,
-                const QFont& font);
+/// Paints what `drawing` lists on a picture of `size` pixels, in the family and style of `font`. Not by Qt's own
+/// fillRect, which shares rectangles of many lines out among threads, whatever their width, and waits for those: a
+/// thousand columns took tens of milliseconds.
+[[nodiscard]] QImage Paint(const lanes::Drawing& drawing, QSize size, const QFont& font);
 
-    /// Asks the plug-in for the peaks of what is visible, a value a pixel, and draws. Throws lineup::Error.
-    [[nodiscard]] QPixmap Draw();
+/// Where the lanes of a clip stand in a view, in points.
+struct LaneView {
+    QSize size;
+    int gutter = 0;  ///< where the plot begins; names and levels stand to the left of it
+    double pixelRatio = 1;
+    QFont font;
 
+    /// Above the lanes: the times.
     static constexpr int kRulerHeight = 22;
-
-private:
-    void DrawRuler(QPainter& painter) const;
-    void DrawGround(QPainter& painter, const QRectF& lane, const ShownChannel& channel) const;
-    void DrawBands(QImage& image, const QRectF& lane, std::size_t channel) const;
-    void DrawTrace(QImage& image, const QRectF& lane, std::size_t channel) const;
-    [[nodiscard]] QRectF Lane(std::size_t place, std::size_t count) const;
-    [[nodiscard]] double Y(const QRectF& lane, float amplitude) const;
-    [[nodiscard]] double Top() const;
-
-    const lineup::Clip& mClip;
-    const LaneSpan& mSpan;
-    QSize mSize;
-    int mGutter;
-    double mPixelRatio;
-    QFont mFont;
-    lineup::WaveformOverview mOverview;
-    double mScale = 1;  // the amplitude at a lane's edges
 };
+
+/// Asks the plug-in for what is visible, a column a pixel, and draws a lane a channel, in the order of files. Throws
+/// lineup::Error.
+[[nodiscard]] QPixmap DrawClip(const lineup::Clip& clip, const LaneSpan& span, const LaneView& view);
 
 }  // namespace studio

@@ -44,12 +44,12 @@ LanesView::LanesView(QWidget* parent) : QWidget(parent), mScroll(new QScrollBar(
 }
 
 int LanesView::Gutter() const {
-    return fontMetrics().horizontalAdvance("LFE") + 24;
+    return fontMetrics().horizontalAdvance("LFE \u221218") + 24;
 }
 
 int LanesView::HeightFor(int laneHeight) const {
     const int lanes = mClip == nullptr ? 2 : mClip->NumChannels();
-    return LanePainter::kRulerHeight + lanes * laneHeight + mScroll->sizeHint().height();
+    return LaneView::kRulerHeight + lanes * laneHeight + mScroll->sizeHint().height();
 }
 
 QSize LanesView::sizeHint() const {
@@ -156,7 +156,7 @@ void LanesView::Draw() {
     mProblem.clear();
     try {
         ++mRequests;
-        mLanes = LanePainter(*mClip, mSpan, size, Gutter(), devicePixelRatioF(), font()).Draw();
+        mLanes = DrawClip(*mClip, mSpan, {size, Gutter(), devicePixelRatioF(), font()});
     } catch (const std::exception& error) {
         mProblem = QString::fromUtf8(error.what());
         mLanes = QPixmap(size * devicePixelRatioF());
@@ -168,7 +168,7 @@ void LanesView::Draw() {
 void LanesView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const Theme& theme = Theme::Current();
-    if (mClip == nullptr || height() < 2 * LanePainter::kRulerHeight) {
+    if (mClip == nullptr || height() < 2 * LaneView::kRulerHeight) {
         painter.fillRect(rect(), theme.window);
         return;
     }
@@ -187,11 +187,11 @@ void LanesView::paintEvent(QPaintEvent* event) {
     const double x = std::round(X(mPlayhead)) + 0.5;
     if (x >= Gutter()) {
         painter.setPen(QPen(theme.playhead, 1));
-        painter.drawLine(QPointF(x, LanePainter::kRulerHeight - 8), QPointF(x, bottom));
+        painter.drawLine(QPointF(x, LaneView::kRulerHeight - 8), QPointF(x, bottom));
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme.playhead);
-        const double top = LanePainter::kRulerHeight - 8;
+        const double top = LaneView::kRulerHeight - 8;
         painter.drawPolygon(QPolygonF({{x - kHandle, top - 5}, {x + kHandle, top - 5}, {x, top + 3}}));
     }
 }

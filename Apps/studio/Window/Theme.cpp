@@ -25,8 +25,6 @@ const Theme& Light() {
         .lane = 0xFFFFFF,
         .laneGrid = 0xDFE3E8,
         .playhead = 0xD92D20,
-        .waveforms = {QColor(0x2563EB), QColor(0xD9480F), QColor(0x0E8A7D), QColor(0xB8327F), QColor(0x6D3FD1),
-                      QColor(0x5B6675)},
         .meterOff = 0xDFE3E8,
         .meterLow = 0x16A34A,
         .meterMid = 0xD9A800,
@@ -55,8 +53,6 @@ const Theme& Dark() {
         .lane = 0x121418,
         .laneGrid = 0x2A3038,
         .playhead = 0xFF5A4D,
-        .waveforms = {QColor(0x6EA8FF), QColor(0xFF9557), QColor(0x45D2C0), QColor(0xF77FBE), QColor(0xB39BFF),
-                      QColor(0xA9B4C2)},
         .meterOff = 0x262B32,
         .meterLow = 0x2FBF71,
         .meterMid = 0xF2C037,
@@ -110,6 +106,17 @@ bool SystemIsDark() {
 }
 
 }  // namespace
+
+lanes::LaneColours Theme::Lanes() const {
+    const auto rgb = [](const QColor& colour) { return colour.rgb() & 0xFFFFFFU; };
+    return {.background = rgb(window),
+            .lane = rgb(lane),
+            .grid = rgb(laneGrid),
+            .noData = rgb(line),
+            .title = rgb(text),
+            .text = rgb(dim),
+            .waveforms = (isDark ? lanes::LaneColours::Dark() : lanes::LaneColours::Light()).waveforms};
+}
 
 const Theme& Theme::Current() {
     return *Chosen();

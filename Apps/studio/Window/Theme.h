@@ -1,9 +1,8 @@
 #pragma once
 
+#include "Apps/lanes/LaneColours.h"
+
 #include <QColor>
-#include <QString>
-#include <array>
-#include <cstddef>
 
 namespace studio {
 
@@ -26,7 +25,6 @@ struct Theme {
     QColor lane;
     QColor laneGrid;
     QColor playhead;
-    std::array<QColor, 6> waveforms;  ///< in the plug-in's order of channels
     QColor meterOff;
     QColor meterLow;   ///< up to the line-up level
     QColor meterMid;   ///< up to the permitted maximum
@@ -36,7 +34,8 @@ struct Theme {
     QColor scopeStrong;
     QColor scopeNumber;
 
-    [[nodiscard]] QColor Waveform(std::size_t channel) const { return waveforms[channel % waveforms.size()]; }
+    /// Those of a drawing of lanes.
+    [[nodiscard]] lanes::LaneColours Lanes() const;
 
     /// The one in use. UI thread.
     [[nodiscard]] static const Theme& Current();

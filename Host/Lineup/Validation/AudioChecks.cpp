@@ -18,10 +18,11 @@ void RequireGoodAudio(const RawImporter& plugin, const Sound& sound, const Stret
     const std::int32_t result = SendAudio(plugin, {.prefs = prefs.Data()}, stretch, buffers, placement);
     const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
     Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
-    prefs.RequireUnchanged("the settings of " + what);
-    buffers.RequireWritten(sound.channels, what);
-    buffers.RequireWithin(sound.channels, sound.level, what);
-    buffers.RequireUntouchedFrom(sound.channels, what);
+    RequireIntact("the settings of " + what, prefs.ChangedOutside());
+    RequireIntact(what, buffers.LeftUnwritten(sound.channels));
+    RequireIntact(what, buffers.NotFinite(sound.channels));
+    RequireIntact(what, buffers.LouderThan(sound.level, sound.channels));
+    RequireIntact(what, buffers.WrittenFrom(sound.channels));
 }
 
 // A steady tone as the interface has it: its phase is that of the first sample's index, counted with 2 pi

@@ -2,8 +2,8 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedRecord.h"
-#include "Host/Lineup/Validation/HostileNumbers.h"
+#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
+#include "Host/Lineup/Validation/Probes/HostileNumbers.h"
 #include "Host/Lineup/Validation/Requests.h"
 
 #include <array>
@@ -49,7 +49,7 @@ void RequireDescriptionOf(const RawImporter& plugin, const BarsAndToneInfo& sett
     GuardedRecord<BarsAndToneInfo> prefs(settings, kPlacements.back());
     const Description description(plugin, prefs.Data(), kOtherRateHz);
     RequireDescription(description, settings.numChannels, settings.sampleRate, SettingsText(settings));
-    prefs.RequireUnchanged("the settings of a description");
+    RequireIntact("the settings of a description", prefs.ChangedOutside());
 }
 
 }  // namespace
@@ -79,22 +79,22 @@ void CheckDescriptionRecord(Examination& examination) {
             const Description description(examination.Plugin(), settings, kOtherRateHz, placement);
             Require(description.Result() == kImportNoError, "a description is answered with {} instead of 0",
                     description.Result());
-            description.Guarded().RequireUnchanged("the record of GetInfo",
-                                                   {{offsetof(imFileInfoRec8, hasVideo), 2},
-                                                    {offsetof(imFileInfoRec8, video12), 2},
-                                                    {offsetof(imFileInfoRec8, video22), 1},
-                                                    {offsetof(imFileInfoRec8, video31), 2},
-                                                    {offsetof(imFileInfoRec8, numChannels), 20},
-                                                    {offsetof(imFileInfoRec8, privateData), 8}});
-            prefs.RequireUnchanged("the settings of a description");
+            RequireIntact("the record of GetInfo",
+                          description.Guarded().ChangedOutside({{offsetof(imFileInfoRec8, hasVideo), 2},
+                                                                {offsetof(imFileInfoRec8, video12), 2},
+                                                                {offsetof(imFileInfoRec8, video22), 1},
+                                                                {offsetof(imFileInfoRec8, video31), 2},
+                                                                {offsetof(imFileInfoRec8, numChannels), 20},
+                                                                {offsetof(imFileInfoRec8, privateData), 8}}));
+            RequireIntact("the settings of a description", prefs.ChangedOutside());
         }
     }
 }
 
 void CheckHostileDescriptions(Examination& examination) {
     constexpr int kDrawn = 500;
-    HostileNumbers numbers(examination);
-    for (const float rateHz : HostileFloats()) {
+    HostileNumbers numbers(examination.Numbers());
+    for (const float rateHz : kHostileFloats) {
         BarsAndToneInfo settings;
         settings.sampleRate = rateHz;
         RequireDescriptionOf(examination.Plugin(), settings);

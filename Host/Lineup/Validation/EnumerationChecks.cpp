@@ -2,7 +2,7 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedRecord.h"
+#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 
 #include <algorithm>
 #include <array>
@@ -32,7 +32,8 @@ std::intptr_t WalkList(const RawImporter& plugin, std::int32_t selector, Placeme
         GuardedRecord<Record> record(placement);
         const std::int32_t result = plugin.Call(selector, AsParameter(index), record.Data());
         if (result == kImportEndOfList) {
-            record.RequireUnchanged(fmt::format("the record of index {}, past the end of the list,", index));
+            RequireIntact(fmt::format("the record of index {}, past the end of the list", index),
+                          record.ChangedOutside());
             return index;
         }
         Require(result == kImportNoError, "index {} is answered with {} instead of 0 or {}", index, result,
@@ -49,7 +50,7 @@ void RequireEndAt(const RawImporter& plugin, std::int32_t selector, std::intptr_
         const std::int32_t result = plugin.Call(selector, AsParameter(index), record.Data());
         Require(result == kImportEndOfList, "index {}, past the end of the list, is answered with {} instead of {}",
                 index, result, static_cast<int>(kImportEndOfList));
-        record.RequireUnchanged(fmt::format("the record of index {}, past the end of the list,", index));
+        RequireIntact(fmt::format("the record of index {}, past the end of the list", index), record.ChangedOutside());
     }
 }
 
@@ -75,11 +76,12 @@ void RequireFileFormat(const GuardedRecord<imIndFormatRec>& record) {
             "a format's short name has no end");
     Require(std::ranges::find(format.platformExtensions, '\0') != std::end(format.platformExtensions),
             "a format's extensions have no end");
-    record.RequireUnchanged("the record of a file format",
-                            {{offsetof(imIndFormatRec, fileType), 4},
-                             {offsetof(imIndFormatRec, formatName), sizeof format.formatName},
-                             {offsetof(imIndFormatRec, formatShortName), sizeof format.formatShortName},
-                             {offsetof(imIndFormatRec, platformExtensions), sizeof format.platformExtensions}});
+    RequireIntact(
+        "the record of a file format",
+        record.ChangedOutside({{offsetof(imIndFormatRec, fileType), 4},
+                               {offsetof(imIndFormatRec, formatName), sizeof format.formatName},
+                               {offsetof(imIndFormatRec, formatShortName), sizeof format.formatShortName},
+                               {offsetof(imIndFormatRec, platformExtensions), sizeof format.platformExtensions}}));
 }
 
 }  // namespace
@@ -111,7 +113,8 @@ void CheckPixelFormats(Examination& examination) {
             Require(std::ranges::find(formats, format) == formats.end(), "the pixel format {:#010x} is listed twice",
                     format);
             formats.push_back(format);
-            record.RequireUnchanged("the record of a pixel format", {{offsetof(imIndPixelFormatRec, pixelFormat), 4}});
+            RequireIntact("the record of a pixel format",
+                          record.ChangedOutside({{offsetof(imIndPixelFormatRec, pixelFormat), 4}}));
         };
         const auto size = WalkList<imIndPixelFormatRec>(plugin, kImportGetIndPixelFormat, placement, readRow);
         RequireEnd<imIndPixelFormatRec>(plugin, kImportGetIndPixelFormat, size);

@@ -1,6 +1,7 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedFrame.h"
+#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
+#include "Host/Lineup/Validation/Requests.h"
 
 #include <array>
 #include <cmath>
@@ -66,8 +67,8 @@ void RequireGoodFrame(const RawImporter& plugin, const FrameShape& shape) {
     otherFiller.filler = static_cast<std::uint8_t>(~shape.filler);
     const GuardedFrame first(shape);
     const GuardedFrame second(otherFiller);
-    first.Draw(plugin);
-    second.Draw(plugin);
+    DrawFrame(plugin, first);
+    DrawFrame(plugin, second);
     for (int row = 0; row < shape.height; ++row) {
         RequireSameRow(shape, row, first.Row(row), second.Row(row), otherFiller.filler);
         if (shape.pixelFormat == kPixelFormat_VUYA_32f) {
@@ -103,10 +104,7 @@ void CheckFrameRecords(Examination& examination) {
     for (const std::uint32_t format : kFormats) {
         for (const Placement& placement : kPlacements) {
             const GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = format});
-            vexelFrame* const handle = frame.Handle();
-            std::uint8_t* const pixels = handle->pixels;
-            frame.Draw(examination.Plugin(), placement);
-            Require(handle->pixels == pixels, "a frame request changed where the frame's pixels are");
+            DrawFrame(examination.Plugin(), frame, placement);
         }
     }
 }
@@ -123,7 +121,7 @@ void CheckFrameFormats(Examination& examination) {
         const std::int32_t result = SendFrame(plugin, shape, frame.Handle());
         Require(result == kImportUnsupported, "{} ({:#010x}) is answered with {} instead of {}", Text(shape), format,
                 result, static_cast<int>(kImportUnsupported));
-        frame.RequireUntouched(Text(shape));
+        Require(frame.IsUntouched(), "{} drew something", Text(shape));
     };
     constexpr std::uint32_t kBgra = 0x61726762;
     for (const std::uint32_t known : {kPixelFormat_VUYA_32f, kPixelFormat_VUYA_8u, kFillFormat_VUYA_8u,
@@ -148,7 +146,7 @@ void CheckFramesOfNoSize(Examination& examination) {
             const FrameShape shape{.width = size.width, .height = size.height, .pixelFormat = format};
             const std::int32_t result = SendFrame(plugin, shape, frame.Handle());
             Require(result == kImportNoError, "{} is answered with {} instead of 0", Text(shape), result);
-            frame.RequireUntouched(Text(shape));
+            Require(frame.IsUntouched(), "{} drew something", Text(shape));
         }
     }
 }

@@ -2,7 +2,7 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/ExportedSymbols.h"
-#include "Host/Lineup/Validation/GuardedRecord.h"
+#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 
 #include <algorithm>
 #include <array>
@@ -31,8 +31,8 @@ void RequireUnknown(const RawImporter& plugin, std::int32_t selector) {
         const std::int32_t result = plugin.Call(selector, parameters.Data(), record.Data());
         Require(result == kImportUnsupported, "selector {} is answered with {} instead of {}", selector, result,
                 static_cast<int>(kImportUnsupported));
-        parameters.RequireUnchanged(fmt::format("what param1 of selector {} points at", selector));
-        record.RequireUnchanged(fmt::format("what param2 of selector {} points at", selector));
+        RequireIntact(fmt::format("what param1 of selector {} points at", selector), parameters.ChangedOutside());
+        RequireIntact(fmt::format("what param2 of selector {} points at", selector), record.ChangedOutside());
     }
 }
 
@@ -72,8 +72,8 @@ void CheckInitAnswer(Examination& examination) {
         Require(std::ranges::all_of(flags, [](std::uint32_t flag) { return flag == 1; }),
                 "the capability flags at bytes 28, 32, 36 and 44 are {}, {}, {} and {} instead of 1", flags[0],
                 flags[1], flags[2], flags[3]);
-        record.RequireUnchanged("the record of Init", {{offsetof(imImportInfoRec, capability28), 12},
-                                                       {offsetof(imImportInfoRec, capability44), 4}});
+        RequireIntact("the record of Init", record.ChangedOutside({{offsetof(imImportInfoRec, capability28), 12},
+                                                                   {offsetof(imImportInfoRec, capability44), 4}}));
     }
 }
 
@@ -83,8 +83,8 @@ void CheckReservedSelector(Examination& examination) {
     const std::int32_t answer = examination.Plugin().Call(kImportReserved28, parameters.Data(), record.Data());
     Require(answer == kImportReserved28Answer, "selector {} is answered with {} instead of {}",
             static_cast<int>(kImportReserved28), answer, static_cast<int>(kImportReserved28Answer));
-    parameters.RequireUnchanged("what param1 of selector 28 points at");
-    record.RequireUnchanged("what param2 of selector 28 points at");
+    RequireIntact("what param1 of selector 28 points at", parameters.ChangedOutside());
+    RequireIntact("what param2 of selector 28 points at", record.ChangedOutside());
 }
 
 void CheckUnknownSelectors(Examination& examination) {

@@ -1,5 +1,5 @@
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedFrame.h"
+#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
 #include "Host/Lineup/Validation/Requests.h"
 #include "Host/Lineup/Validation/Sounds.h"
 
@@ -52,7 +52,7 @@ Answer Ask(const RawImporter& plugin, const MixedRequest& request) {
         }
         case MixedRequest::Kind::kFrame: {
             const GuardedFrame frame(request.shape);
-            frame.Draw(plugin);
+            DrawFrame(plugin, frame);
             for (int row = 0; row < request.shape.height; ++row) {
                 const auto bytes = frame.Row(row);
                 answer.insert(answer.end(), bytes.begin(), bytes.end());

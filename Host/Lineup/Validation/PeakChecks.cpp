@@ -23,12 +23,13 @@ void RequireGoodPeaks(const RawImporter& plugin, const Sound& sound, const PeakS
     const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima, placement);
     const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
     Require(result == kImportNoError, "{}: answered with {} instead of 0", what, result);
-    prefs.RequireUnchanged("the settings of " + what);
+    RequireIntact("the settings of " + what, prefs.ChangedOutside());
     for (const GuardedBuffers* const buffers : {&maxima, &minima}) {
         const std::string which = what + (buffers == &maxima ? ", maxima" : ", minima");
-        buffers->RequireWritten(sound.channels, which);
-        buffers->RequireWithin(sound.channels, sound.level, which);
-        buffers->RequireUntouchedFrom(sound.channels, which);
+        RequireIntact(which, buffers->LeftUnwritten(sound.channels));
+        RequireIntact(which, buffers->NotFinite(sound.channels));
+        RequireIntact(which, buffers->LouderThan(sound.level, sound.channels));
+        RequireIntact(which, buffers->WrittenFrom(sound.channels));
     }
 }
 

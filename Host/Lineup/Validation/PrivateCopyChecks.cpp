@@ -1,8 +1,8 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedFrame.h"
 #include "Host/Lineup/Validation/HeapUse.h"
+#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
 #include "Host/Lineup/Validation/Requests.h"
 #include "Host/Lineup/Validation/Sounds.h"
 
@@ -22,7 +22,7 @@ Samples ReadWith(const RawImporter& plugin, const SettingsPointers& settings, st
     GuardedBuffers buffers(kMostChannels, kStretch.count);
     const std::int32_t result = SendAudio(plugin, settings, kStretch, buffers);
     Require(result == kImportNoError, "{} is answered with {} instead of 0", Text(kStretch), result);
-    buffers.RequireWritten(channels, Text(kStretch));
+    RequireIntact(Text(kStretch), buffers.LeftUnwritten(channels));
     Samples samples;
     for (std::size_t c = 0; c < channels; ++c) {
         const std::span<const float> channel = buffers.Channel(c);
@@ -106,12 +106,12 @@ void CheckSettingsOrder(Examination& examination) {
     const std::int32_t audio = SendAudio(plugin, {}, kStretch, buffers);
     Require(audio == kImportNoSettings, "{} without settings is answered with {} instead of {}", what, audio,
             static_cast<int>(kImportNoSettings));
-    buffers.RequireUntouchedFrom(0, what + " without settings");
+    RequireIntact(what + " without settings", buffers.WrittenFrom(0));
     const std::int32_t peaks =
         SendPeaks(plugin, {}, {.position = 0, .rateHz = 100.0F, .count = kStretch.count}, buffers, buffers);
     Require(peaks == kImportNoSettings, "peaks without settings are answered with {} instead of {}", peaks,
             static_cast<int>(kImportNoSettings));
-    buffers.RequireUntouchedFrom(0, "peaks without settings");
+    RequireIntact("peaks without settings", buffers.WrittenFrom(0));
 }
 
 void CheckReleaseFrees(Examination& examination) {
@@ -143,7 +143,7 @@ void CheckRequestsKeepNoMemory(Examination& examination) {
     }
     RequireSteadyHeap("frame requests", 50, [&] {
         const GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = kPixelFormat_VUYA_32f});
-        frame.Draw(plugin);
+        DrawFrame(plugin, frame);
     });
     RequireSteadyHeap("settings requests", 200, [&] {
         BarsAndToneInfo settings;

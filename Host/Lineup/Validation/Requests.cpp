@@ -44,8 +44,8 @@ std::int32_t SendAudio(const RawImporter& plugin, const SettingsPointers& settin
                 .prefs = settings.prefs});
     const std::int32_t result = plugin.Call(kImportAudio, nullptr, record.Data());
     const std::string what = Text(stretch);
-    record.RequireUnchanged("the record of " + what);
-    buffers.RequireNothingOutside(what);
+    RequireIntact("the record of " + what, record.ChangedOutside());
+    RequireIntact(what, buffers.WrittenOutside());
     return result;
 }
 
@@ -61,10 +61,30 @@ std::int32_t SendPeaks(const RawImporter& plugin, const SettingsPointers& settin
                 .minima = minima.Pointers()});
     const std::int32_t result = plugin.Call(kImportPeakAudio, nullptr, record.Data());
     const std::string what = Text(stretch);
-    record.RequireUnchanged("the record of " + what);
-    maxima.RequireNothingOutside(what + ", maxima");
-    minima.RequireNothingOutside(what + ", minima");
+    RequireIntact("the record of " + what, record.ChangedOutside());
+    RequireIntact(what + ", maxima", maxima.WrittenOutside());
+    RequireIntact(what + ", minima", minima.WrittenOutside());
     return result;
+}
+
+std::int32_t SendFrame(const RawImporter& plugin, const FrameShape& shape, vexel frame, Placement placement) {
+    GuardedRecord<imImportImageRecEx> record(placement);
+    imImportImageRecEx request = record.Get();
+    request.width = static_cast<std::int16_t>(shape.width);
+    request.height = static_cast<std::int16_t>(shape.height);
+    request.pixelFormat = shape.pixelFormat;
+    request.frame = frame;
+    record.Put(request);
+    const std::int32_t result = plugin.Call(kImportImage, nullptr, record.Data());
+    RequireIntact("the record of " + Text(shape), record.ChangedOutside());
+    return result;
+}
+
+void DrawFrame(const RawImporter& plugin, const GuardedFrame& frame, Placement placement) {
+    const std::string what = Text(frame.Shape());
+    const std::int32_t result = SendFrame(plugin, frame.Shape(), frame.Handle(), placement);
+    Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
+    RequireIntact(what, frame.WrittenOutside());
 }
 
 Samples ReadAudio(const RawImporter& plugin, const BarsAndToneInfo& settings, std::size_t channels,
@@ -74,8 +94,8 @@ Samples ReadAudio(const RawImporter& plugin, const BarsAndToneInfo& settings, st
     const std::int32_t result = SendAudio(plugin, {.prefs = prefs.Data()}, stretch, buffers);
     const std::string what = Text(stretch);
     Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
-    prefs.RequireUnchanged("the settings of " + what);
-    buffers.RequireWritten(channels, what);
+    RequireIntact("the settings of " + what, prefs.ChangedOutside());
+    RequireIntact(what, buffers.LeftUnwritten(channels));
     return Copy(buffers, channels);
 }
 
@@ -87,9 +107,9 @@ Peaks ReadPeaks(const RawImporter& plugin, const BarsAndToneInfo& settings, std:
     const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima);
     const std::string what = Text(stretch);
     Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
-    prefs.RequireUnchanged("the settings of " + what);
-    maxima.RequireWritten(channels, what + ", maxima");
-    minima.RequireWritten(channels, what + ", minima");
+    RequireIntact("the settings of " + what, prefs.ChangedOutside());
+    RequireIntact(what + ", maxima", maxima.LeftUnwritten(channels));
+    RequireIntact(what + ", minima", minima.LeftUnwritten(channels));
     return {.maxima = Copy(maxima, channels), .minima = Copy(minima, channels)};
 }
 

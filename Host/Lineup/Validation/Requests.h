@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Host/Interface/Importer/ImportRecords.h"
-#include "Host/Lineup/Validation/GuardedBuffers.h"
-#include "Host/Lineup/Validation/GuardedRecord.h"
+#include "Host/Lineup/Validation/Probes/GuardedBuffers.h"
+#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
+#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 #include "Host/Lineup/Validation/RawImporter.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
@@ -40,6 +41,12 @@ std::int32_t SendAudio(const RawImporter& plugin, const SettingsPointers& settin
                        GuardedBuffers& buffers, Placement placement = {});
 std::int32_t SendPeaks(const RawImporter& plugin, const SettingsPointers& settings, const PeakStretch& stretch,
                        GuardedBuffers& maxima, GuardedBuffers& minima, Placement placement = {});
+
+/// The same for a frame of any size and format, in memory that may be of another shape.
+std::int32_t SendFrame(const RawImporter& plugin, const FrameShape& shape, vexel frame, Placement placement = {});
+
+/// Has a frame drawn. Throws Failure when it is refused or anything outside of the picture is drawn on.
+void DrawFrame(const RawImporter& plugin, const GuardedFrame& frame, Placement placement = {});
 
 /// Samples or peak values: [channel][index].
 using Samples = std::vector<std::vector<float>>;

@@ -1,8 +1,9 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/GuardedRecord.h"
-#include "Host/Lineup/Validation/HostileNumbers.h"
+#include "Host/Lineup/Validation/Probes/GuardedRecord.h"
+#include "Host/Lineup/Validation/Probes/HostileNumbers.h"
+#include "Host/Lineup/Validation/Sounds.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
 #include <array>
@@ -26,7 +27,7 @@ void RequireSizeQuery(const RawImporter& plugin, std::uint8_t useDefaults, Place
     Require(result == kImportNoError, "the size query is answered with {} instead of 0", result);
     const std::uint32_t size = record.Get().prefsLength;
     Require(size == kSettingsBytes, "the settings are {} bytes instead of {}", size, kSettingsBytes);
-    record.RequireUnchanged("the record of the size query", {{offsetof(imGetPrefsRec, prefsLength), 4}});
+    RequireIntact("the record of the size query", record.ChangedOutside({{offsetof(imGetPrefsRec, prefsLength), 4}}));
 }
 
 // `before` is what the host's buffer holds; silent defaults take no notice of it.
@@ -41,8 +42,8 @@ void RequireDefaults(const RawImporter& plugin, float rateHz, std::uint8_t useDe
     const std::int32_t result = plugin.Call(kImportGetPrefs, nullptr, record.Data());
     const std::string what = fmt::format("the silent defaults at {} Hz", rateHz);
     Require(result == kImportNoError, "{} are answered with {} instead of 0", what, result);
-    record.RequireUnchanged(fmt::format("the record of {}", what));
-    prefs.RequireUnchanged(fmt::format("the buffer of {}", what), {{0, kSettingsBytes}});
+    RequireIntact(fmt::format("the record of {}", what), record.ChangedOutside());
+    RequireIntact(fmt::format("the buffer of {}", what), prefs.ChangedOutside({{0, kSettingsBytes}}));
 
     BarsAndToneInfo expected;
     expected.sampleRate = rateHz;

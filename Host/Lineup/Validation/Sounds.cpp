@@ -1,6 +1,9 @@
 #include "Host/Lineup/Validation/Sounds.h"
 
 #include "Host/Interface/Media/TickTime.h"
+#include "Host/Lineup/Validation/Probes/HostileNumbers.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -100,6 +103,32 @@ std::vector<Sound> Sounds(float rateHz) {
         Ident("the EBU 5.1 ident", rateHz, EBUMultichannel, 12000, kEbuMultichannel),
         Ident("the BLITS ident", rateHz, BLITS5_1, 13400, kBlits),
     };
+}
+
+std::size_t ClipChannels(const BarsAndToneInfo& settings) {
+    return settings.numChannels <= kHostileChannels ? settings.numChannels : 0;
+}
+
+std::size_t ChannelsWritten(const BarsAndToneInfo& settings) {
+    if (settings.identifyChannels != 1) {
+        return ClipChannels(settings);
+    }
+    switch (settings.identifierFormat) {
+        case EBUStereo1000:
+        case EBUStereo400:
+            return 2;
+        case EBUMultichannel:
+        case BLITS5_1:
+            return 6;
+        default:
+            return 0;
+    }
+}
+
+std::string Text(const BarsAndToneInfo& settings) {
+    return fmt::format("settings of {} channels at {} Hz, ident {}/{}, {} Hz at {}", settings.numChannels,
+                       settings.sampleRate, settings.identifyChannels,
+                       static_cast<std::uint32_t>(settings.identifierFormat), settings.frequency, settings.amplitude);
 }
 
 bool IsNear(double a, double b, double bound) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +44,16 @@ struct Sound {
 
 /// One of each: steady tones in mono, stereo and 5.1, and every identification sequence.
 [[nodiscard]] std::vector<Sound> Sounds(float rateHz = 48000.0F);
+
+/// The channels that audio of such settings writes, as far as they are known: all of a steady tone, two or
+/// six of an identification sequence, none of an unknown one.
+[[nodiscard]] std::size_t ChannelsWritten(const BarsAndToneInfo& settings);
+
+/// The clip's own channels; 0 when the count is negative as an int.
+[[nodiscard]] std::size_t ClipChannels(const BarsAndToneInfo& settings);
+
+/// The settings in a failure's text.
+[[nodiscard]] std::string Text(const BarsAndToneInfo& settings);
 
 /// Whether two samples lie within `bound` of each other; never when one of them is no number.
 [[nodiscard]] bool IsNear(double a, double b, double bound);

@@ -1,8 +1,8 @@
 #include <lineup/Exporter.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Export/TimeLeft.h"
-#include "Apps/studio/Views/BandFill.h"
 #include "Apps/studio/Views/CardPicture.h"
+#include "Apps/studio/Views/LanePainter.h"
 #include "Apps/studio/Views/LaneSpan.h"
 #include "Apps/studio/Views/MeterBallistics.h"
 #include "Apps/studio/Views/PixelReadout.h"
@@ -190,41 +190,36 @@ TEST(TimeLeft, IsTheRestAtThePaceSoFar) {
     EXPECT_EQ(studio::TimeLeftWords(0, 10), "");
 }
 
-TEST(BandFill, LiesBetweenItsEdgesOverWhatWasThere) {
-    QImage image(4, 8, QImage::Format_RGB32);
-    image.fill(qRgb(100, 0, 0));
-    studio::FillBand(image, QRect(1, 1, 2, 6), {QColor(200, 255, 0), 51, 2});  // a fifth
-    const QRgb edge = qRgb(200, 255, 0);
-    const QRgb inside = qRgb(120, 51, 0);
-    const QRgb before = qRgb(100, 0, 0);
-    const std::vector<QRgb> expected = {before, edge, edge, inside, inside, edge, edge, before};
-    for (int y = 0; y < 8; ++y) {
-        EXPECT_EQ(image.pixel(0, y), before) << y;
-        EXPECT_EQ(image.pixel(1, y), expected[static_cast<std::size_t>(y)]) << y;
-        EXPECT_EQ(image.pixel(2, y), expected[static_cast<std::size_t>(y)]) << y;
-        EXPECT_EQ(image.pixel(3, y), before) << y;
-    }
-}
-
-TEST(BandFill, OfNoHeightIsALineAndOutsideTheImageIsNothing) {
-    QImage image(2, 2, QImage::Format_RGB32);
-    image.fill(Qt::black);
-    studio::FillBand(image, QRect(0, 1, 1, 0), {Qt::white, 0, 1});
-    EXPECT_EQ(image.pixel(0, 0), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(0, 1), qRgb(255, 255, 255));
-    studio::FillBand(image, QRect(-5, -5, 20, 20), {Qt::red, 255, 1});
-    EXPECT_EQ(image.pixel(1, 1), qRgb(255, 0, 0));
-}
-
-TEST(FillColumn, CoversThePixelsAtItsEndsInPart) {
-    QImage image(1, 5, QImage::Format_RGB32);
-    image.fill(Qt::black);
-    studio::FillColumn(image, 0, 1.5, 3.2, Qt::white);
-    studio::FillColumn(image, 1, 0, 5, Qt::white);
-    const std::vector<int> expected = {0, 128, 255, 51, 0};
+TEST(LanePainter, CoversThePixelsAtABoxesEndsInPart) {
+    lanes::Drawing drawing;
+    drawing.boxes = {{{0, 0, 4, 5}, 0x000000}, {{1, 1.5, 2, 1.7}, 0xFFFFFF}, {{-9, 4, 99, 99}, 0xFF0000, 0.2}};
+    const QImage image = studio::Paint(drawing, {4, 5}, {});
+    const std::vector<QRgb> outside = {qRgb(0, 0, 0), qRgb(0, 0, 0), qRgb(0, 0, 0), qRgb(0, 0, 0), qRgb(51, 0, 0)};
+    const std::vector<QRgb> inside = {qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(255, 255, 255), qRgb(51, 51, 51),
+                                      qRgb(51, 0, 0)};
     for (int y = 0; y < 5; ++y) {
-        EXPECT_EQ(qRed(image.pixel(0, y)), expected[static_cast<std::size_t>(y)]) << y;
+        const auto row = static_cast<std::size_t>(y);
+        EXPECT_EQ(image.pixel(0, y), outside[row]) << y;
+        EXPECT_EQ(image.pixel(1, y), inside[row]) << y;
+        EXPECT_EQ(image.pixel(2, y), inside[row]) << y;
+        EXPECT_EQ(image.pixel(3, y), outside[row]) << y;
     }
+}
+
+TEST(LanePainter, DrawsTheTextsThatAreListed) {
+    lanes::Drawing drawing;
+    drawing.boxes = {{{0, 0, 60, 30}, 0x000000}};
+    drawing.labels = {{"88", {20, 0x00FF00, true}, {10, 5, 30, 15}}};
+    const QImage image = studio::Paint(drawing, {60, 30}, {});
+    QRect ink;
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 0; x < 60; ++x) {
+            ink |= qGreen(image.pixel(x, y)) > 128 ? QRect(x, y, 1, 1) : QRect();
+        }
+    }
+    EXPECT_NEAR(ink.left(), 10, 3);
+    EXPECT_NEAR(ink.top(), 5, 2);
+    EXPECT_NEAR(ink.bottom(), 19, 2);
 }
 
 TEST(ClipWords, SayThatAnUnknownIdentIsSilent) {

@@ -1,6 +1,6 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Tests/Src/BarsAndToneImporter/AudioRequests.h"
+#include "Tests/Src/BarsAndToneImporter/SoundRequests.h"
 #include "Tests/Support/CountedHeap.h"
 
 #include <gtest/gtest.h>
@@ -21,10 +21,9 @@ struct Request {
 std::vector<Request> Requests() {
     std::vector<Request> requests;
     for (const std::uint32_t count : {1U, 1920U, 4800U, 48'000U}) {
-        for (const std::uint32_t format : {0U, 1U, 2U, 3U}) {
-            requests.push_back({test::Ident(format, 6), count});
+        for (const BarsAndToneInfo& settings : test::EverySound()) {
+            requests.push_back({settings, count});
         }
-        requests.push_back({{.numChannels = 6}, count});
     }
     return requests;
 }

@@ -41,15 +41,4 @@ TEST(ColourBarTables, HaveFortyFourRowsOfWhichTheUnusedAreZero) {
     EXPECT_TRUE(std::all_of(HDYuvTable.begin() + 29, HDYuvTable.end(), IsZero));
 }
 
-TEST(ColourBarTables, HaveOneRampAndItIsInTheHighDefinitionCard) {
-    const auto isRamp = [](const BarRect& bar) { return bar.colour == kRampColour; };
-    EXPECT_EQ(std::ranges::count_if(NTSCYuvTable, isRamp), 0);
-    EXPECT_EQ(std::ranges::count_if(HDYuvTable, isRamp), 1);
-}
-
-TEST(ColourBarTables, KeepTheTwoValuesOfMinusI) {
-    EXPECT_EQ(NTSCYuvTable.at(14).colour.at(0), 97);
-    EXPECT_EQ(HDYuvTable.at(10).colour.at(0), 98);
-}
-
 }  // namespace

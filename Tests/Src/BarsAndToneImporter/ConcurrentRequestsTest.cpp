@@ -1,148 +1,123 @@
-// Requests from eight threads at once give what the same requests give one after another.
-#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
-#include "Tests/Support/GuardedBuffer.h"
-#include "Tests/Support/GuardedFrame.h"
-#include "Tests/Support/Importer.h"
+// Eight threads make requests of every kind, each in an order of its own, so that at any moment requests of different
+// kinds run side by side. Every answer is the one that a single thread gets.
+#include "Tests/Src/BarsAndToneImporter/ExpectedPicture.h"
+#include "Tests/Src/BarsAndToneImporter/SoundRequests.h"
 #include "Tests/Support/OnAllThreads.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
+#include <functional>
+#include <random>
 #include <vector>
 
 namespace {
 
-using test::GuardedChannels;
-using test::kThreads;
-using test::OnAllThreads;
+using test::DrawsTheAnswer;
+using test::PlaysTheAnswer;
 
-constexpr int kRounds = 8;
-constexpr std::size_t kChannels = 6;
-constexpr std::size_t kSamples = 1000;
+// A request, and whether its answer is right.
+using Request = std::function<testing::AssertionResult()>;
 
-// Everything a host has of a stretch of a clip, as the bytes that were written.
-using Bytes = std::vector<std::uint32_t>;
+// A description, the sound of its private copy, and the copy's release.
+testing::AssertionResult IsDescribed(const BarsAndToneInfo& settings, std::int64_t position) {
+    test::RequestRecord info(test::kInfoRecordSize);
+    info.Put<const void*>(206, &settings);
+    const bool served = test::Request(37, nullptr, info.Data()) == 0 &&
+                        info.Get<std::uint32_t>(174) == settings.numChannels &&
+                        info.Get<float>(178) == settings.sampleRate;
+    void* const copy = info.Get<void*>(198);
+    test::GuardedChannels audio(oracle::kBuffers, 120);
+    test::Send(test::AudioRequest{
+        .position = position, .count = 120, .buffers = audio.Pointers(), .privateData = copy, .prefs = nullptr});
+    const auto sounds = Hold(oracle::AnswerToAudio(settings, position, 120), audio);
+    const bool released = test::Request(9, nullptr, copy) == 0;
+    return served && released ? sounds : testing::AssertionFailure() << "the description is another";
+}
 
-void Append(Bytes& bytes, GuardedChannels& channels) {
-    for (std::size_t c = 0; c < channels.Size(); ++c) {
-        for (const float sample : channels[c].Samples()) {
-            bytes.push_back(std::bit_cast<std::uint32_t>(sample));
-        }
+testing::AssertionResult ListsAreServed() {
+    test::RequestRecord record(test::kFileFormatRecordSize);
+    const bool right = test::Request(0, record.Data(), nullptr) == 400 &&
+                       test::Request(14, nullptr, record.Data()) == 0 && record.Get<std::uint32_t>(0) == 0x58514E56U &&
+                       test::Request(27, nullptr, record.Data()) == 0 && record.Get<std::uint32_t>(8) == 0x37785556U &&
+                       test::Request(28, nullptr, nullptr) == 100 && test::Request(50, nullptr, nullptr) == 3;
+    return right ? testing::AssertionSuccess() : testing::AssertionFailure() << "a list is another";
+}
+
+// In the middle of a burst, across the edges of a sequence, before zero, far out; waveforms and bands.
+void AddRequestsAbout(const BarsAndToneInfo& settings, std::vector<Request>& requests) {
+    for (const std::int64_t position :
+         {std::int64_t{0}, std::int64_t{131990}, std::int64_t{-300}, std::int64_t{1} << 40}) {
+        requests.emplace_back([=] { return PlaysTheAnswer(settings, position, 400); });
+        requests.emplace_back([=] { return DrawsTheAnswer(settings, position, 100.0F, 300); });
+        requests.emplace_back([=] { return DrawsTheAnswer(settings, position, 8000.0F, 300); });
+        requests.emplace_back([=] { return IsDescribed(settings, position); });
     }
 }
 
-Bytes DrawFrame(std::uint32_t pixelFormat) {
-    test::GuardedFrame frame(96, 54, pixelFormat, pixelFormat == 0x37785556 ? 16 : 4);
-    EXPECT_EQ(
-        test::Send(test::FrameRequest{.width = 96, .height = 54, .pixelFormat = pixelFormat, .frame = frame.Handle()}),
-        0);
-    Bytes bytes;
-    for (std::size_t line = 0; line < 54; ++line) {
-        bytes.insert(bytes.end(), frame.Line(line).begin(), frame.Line(line).end());
-    }
-    return bytes;
-}
-
-Bytes ReadStretch(const BarsAndToneInfo& settings, std::int64_t position) {
-    Bytes bytes;
-    GuardedChannels audio(kChannels, kSamples);
-    EXPECT_EQ(test::Send(test::AudioRequest{.position = position,
-                                            .count = kSamples,
-                                            .buffers = audio.Pointers(),
-                                            .privateData = nullptr,
-                                            .prefs = &settings}),
-              0);
-    Append(bytes, audio);
-    for (const float peakRateHz : {100.0F, 4000.0F}) {
-        GuardedChannels maxima(kChannels, kSamples);
-        GuardedChannels minima(kChannels, kSamples);
-        EXPECT_EQ(test::Send(test::PeakRequest{.position = position,
-                                               .peakRate = peakRateHz,
-                                               .count = kSamples,
-                                               .maxima = maxima.Pointers(),
-                                               .minima = minima.Pointers(),
-                                               .privateData = &settings,
-                                               .prefs = nullptr}),
-                  0);
-        Append(bytes, maxima);
-        Append(bytes, minima);
-    }
-    for (const std::uint32_t pixelFormat : {0x37785556U, 0x78797576U}) {
-        const Bytes frame = DrawFrame(pixelFormat);
-        bytes.insert(bytes.end(), frame.begin(), frame.end());
-    }
-    return bytes;
-}
-
-BarsAndToneInfo SettingsOf(int clip) {
-    return {.sampleRate = clip % 2 == 0 ? 48000.0F : 44100.0F,
-            .numChannels = 6,
-            .identifyChannels = clip < 4 ? 1U : 0U,
-            .frequency = 100.0F * static_cast<float>(clip + 1),
+BarsAndToneInfo ClipNumber(std::uint32_t clip) {
+    constexpr std::array kRatesHz = {48000.0F, 44100.0F, 96000.0F, 47952.0F};
+    return {.sampleRate = kRatesHz.at(clip % 4),
+            .numChannels = clip % 3 == 0 ? 2U : 6U,
+            .identifyChannels = clip % 5 == 4 ? 0U : 1U,
+            .frequency = 440.0F + static_cast<float>(clip),
             .identifierFormat = static_cast<IdentifierFormat>(clip % 4)};
 }
 
-std::int64_t PositionOf(int step) {
-    return std::int64_t{step} * 43789;
-}
-
-// expected[thread][step]: the same stretches, read one after another.
-using Expected = std::array<std::array<Bytes, 4>, kThreads>;
-
-Expected ReadOneAfterAnother(const std::array<BarsAndToneInfo, kThreads>& settings) {
-    Expected expected;
-    for (int thread = 0; thread < kThreads; ++thread) {
-        for (int step = 0; step < 4; ++step) {
-            const auto t = static_cast<std::size_t>(thread);
-            expected.at(t).at(static_cast<std::size_t>(step)) = ReadStretch(settings.at(t), PositionOf(thread + step));
-        }
+void ExpectRightAnswersInAnyOrderAtOnce(std::vector<Request> requests) {
+    requests.emplace_back(ListsAreServed);
+    for (const int width : {96, 33}) {
+        requests.emplace_back([=] { return test::DrawsTheCards(width, 54); });
     }
-    return expected;
-}
-
-void ExpectTheSameAtOnce(const std::array<BarsAndToneInfo, kThreads>& settings,
-                         const std::array<const BarsAndToneInfo*, kThreads>& records) {
-    const Expected expected = ReadOneAfterAnother(settings);
-    OnAllThreads([&](int thread) {
-        const auto t = static_cast<std::size_t>(thread);
-        for (int round = 0; round < kRounds; ++round) {
-            const int step = round % 4;
-            EXPECT_EQ(ReadStretch(*records.at(t), PositionOf(thread + step)),
-                      expected.at(t).at(static_cast<std::size_t>(step)))
-                << "thread " << thread << ", round " << round;
+    test::OnAllThreads([&](int thread) {
+        std::vector<const Request*> order;
+        for (const Request& request : requests) {
+            order.push_back(&request);
+        }
+        std::mt19937 engine(static_cast<std::mt19937::result_type>(thread));
+        for (int round = 0; round < 2; ++round) {
+            std::ranges::shuffle(order, engine);
+            for (const Request* const request : order) {
+                EXPECT_TRUE((*request)()) << "on thread " << thread;
+            }
         }
     });
 }
 
-TEST(ConcurrentRequests, OnOneRecordGiveWhatTheyGiveOneAfterAnother) {
-    for (const int clip : {0, 2, 3, 5}) {
-        const BarsAndToneInfo settings = SettingsOf(clip);
-        std::array<BarsAndToneInfo, kThreads> all;
-        all.fill(settings);
-        std::array<const BarsAndToneInfo*, kThreads> one{};
-        one.fill(&settings);
-        ExpectTheSameAtOnce(all, one);
+TEST(ConcurrentRequests, AboutOneClipAreAnsweredAsByASingleThread) {
+    for (const std::uint32_t clip : {1U, 2U, 3U, 4U}) {
+        std::vector<Request> requests;
+        AddRequestsAbout(ClipNumber(clip), requests);
+        ExpectRightAnswersInAnyOrderAtOnce(requests);
     }
 }
 
-TEST(ConcurrentRequests, OnManyRecordsGiveWhatTheyGiveOneAfterAnother) {
-    std::array<BarsAndToneInfo, kThreads> settings;
-    std::array<const BarsAndToneInfo*, kThreads> records{};
-    for (int clip = 0; clip < kThreads; ++clip) {
-        const auto c = static_cast<std::size_t>(clip);
-        settings.at(c) = SettingsOf(clip);
-        records.at(c) = &settings.at(c);
+TEST(ConcurrentRequests, AboutManyClipsAreAnsweredAsByASingleThread) {
+    std::vector<Request> requests;
+    for (std::uint32_t clip = 0; clip < 8; ++clip) {
+        AddRequestsAbout(ClipNumber(clip), requests);
     }
-    ExpectTheSameAtOnce(settings, records);
+    ExpectRightAnswersInAnyOrderAtOnce(requests);
+}
+
+TEST(ConcurrentRequests, OnOneRecordAreAnsweredAsByASingleThread) {
+    const BarsAndToneInfo settings = oracle::kBlits.Settings();
+    test::OnAllThreads([&](int thread) {
+        for (int round = 0; round < 20; ++round) {
+            test::GuardedChannels channels(oracle::kBuffers, 1000);
+            const std::int64_t position = (thread + round) * std::int64_t{43789};
+            EXPECT_EQ(test::Play(settings, position, 1000, channels), 0);
+            EXPECT_TRUE(Hold(oracle::AnswerToAudio(settings, position, 1000), channels));
+        }
+    });
 }
 
 TEST(ConcurrentRequests, ToDescribeClipsEachGetACopyOfTheirOwn) {
-    const BarsAndToneInfo settings = SettingsOf(1);
-    std::array<std::vector<void*>, kThreads> copies;
-    OnAllThreads([&](int thread) {
+    const BarsAndToneInfo settings = oracle::kStereo400.Settings(44100.0F);
+    std::array<std::vector<void*>, test::kThreads> copies;
+    test::OnAllThreads([&](int thread) {
         for (int round = 0; round < 100; ++round) {
             test::RequestRecord info(test::kInfoRecordSize);
             info.Put<const void*>(206, &settings);
@@ -155,27 +130,11 @@ TEST(ConcurrentRequests, ToDescribeClipsEachGetACopyOfTheirOwn) {
     for (const auto& ofThread : copies) {
         all.insert(all.end(), ofThread.begin(), ofThread.end());
     }
-    std::sort(all.begin(), all.end());
-    EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
-    EXPECT_EQ(all.size(), std::size_t{100} * kThreads);
-    OnAllThreads([&](int thread) {  // each thread gives back what another one was handed
-        for (void* const copy : copies.at(static_cast<std::size_t>((thread + 1) % kThreads))) {
+    std::ranges::sort(all);
+    EXPECT_EQ(std::ranges::adjacent_find(all), all.end());
+    test::OnAllThreads([&](int thread) {  // each thread gives back what another one was handed
+        for (void* const copy : copies.at(static_cast<std::size_t>((thread + 1) % test::kThreads))) {
             EXPECT_EQ(test::Request(9, nullptr, copy), 0);
-        }
-    });
-}
-
-TEST(ConcurrentRequests, OfEveryOtherKindAreServedToo) {
-    OnAllThreads([](int) {
-        for (int round = 0; round < 100; ++round) {
-            test::RequestRecord record(test::kFileFormatRecordSize);
-            EXPECT_EQ(test::Request(0, record.Data(), nullptr), 400);
-            EXPECT_EQ(test::Request(14, nullptr, record.Data()), 0);
-            EXPECT_EQ(record.Get<std::uint32_t>(0), 0x58514E56U);
-            EXPECT_EQ(test::Request(27, nullptr, record.Data()), 0);
-            EXPECT_EQ(record.Get<std::uint32_t>(8), 0x37785556U);
-            EXPECT_EQ(test::Request(28, nullptr, nullptr), 100);
-            EXPECT_EQ(test::Request(50, nullptr, nullptr), 3);
         }
     });
 }

@@ -83,13 +83,6 @@ TEST_P(EntryPointRecords, InitSetsFourCapabilitiesAndNoOtherByte) {
     EXPECT_TRUE(second.Untouched());
 }
 
-TEST_P(EntryPointRecords, InitLeavesTheFieldBetweenTheCapabilitiesToTheHost) {
-    RequestRecord info(test::kInitRecordSize, GetParam());
-    info.Put(40, std::uint32_t{0x01020304});
-    EXPECT_EQ(Request(0, info.Data(), nullptr), 400);
-    EXPECT_EQ(info.Get<std::uint32_t>(40), 0x01020304U);
-}
-
 TEST_P(EntryPointRecords, DescribesTheOneFileFormat) {
     RequestRecord format(test::kFileFormatRecordSize, GetParam());
     EXPECT_EQ(Request(14, AsPointer(0), format.Data()), 0);
@@ -133,23 +126,6 @@ TEST(EntryPoint, EnumeratingPastTheEndNeedsNoRecord) {
     EXPECT_EQ(Request(27, AsPointer(1), nullptr), 301);
 }
 
-TEST(EntryPoint, OtherSelectorsNeedNoRecord) {
-    for (const std::int32_t selector : {1, 26, 50, -1}) {
-        EXPECT_EQ(Request(selector, nullptr, nullptr), 3) << "selector " << selector;
-    }
-    EXPECT_EQ(Request(28, nullptr, nullptr), 100);
-}
-
-TEST(EntryPoint, ReleasingNothingIsServed) {
-    EXPECT_EQ(Request(9, nullptr, nullptr), 0);
-}
-
-TEST(EntryPoint, ReleaseLooksAtItsSecondParameterOnly) {
-    RequestRecord first(kAnyRecordSize);
-    EXPECT_EQ(Request(9, first.Data(), nullptr), 0);
-    EXPECT_TRUE(first.Untouched());
-}
-
 TEST(EntryPoint, NeverLooksAtTheHostsServiceTable) {
     auto* const unusable = reinterpret_cast<imStdParms*>(std::intptr_t{16});  // no such address: a look crashes
     RequestRecord record(kAnyRecordSize, {.filler = 0});
@@ -171,17 +147,6 @@ TEST(EntryPoint, NeverLooksAtTheHostsServiceTable) {
     EXPECT_EQ(Request(25, nullptr, audio.Data(), unusable), 5);
     RequestRecord peaks(test::kPeakRecordSize, {.filler = 0});
     EXPECT_EQ(Request(49, nullptr, peaks.Data(), unusable), 5);
-}
-
-TEST(EntryPoint, KeepsNoStateBetweenRequests) {
-    RequestRecord first(test::kInitRecordSize);
-    RequestRecord second(test::kInitRecordSize);
-    EXPECT_EQ(Request(0, first.Data(), nullptr), 400);
-    EXPECT_EQ(Request(14, AsPointer(1), nullptr), 301);
-    EXPECT_EQ(Request(0, second.Data(), nullptr), 400);
-    for (std::size_t i = 0; i < test::kInitRecordSize; ++i) {
-        EXPECT_EQ(first.Get<char>(i), second.Get<char>(i)) << "byte " << i;
-    }
 }
 
 }  // namespace

@@ -1,29 +1,21 @@
 #pragma once
 
 #include "Tests/Src/BarsAndToneImporter/ExpectedCard.h"
+#include "Tests/Support/GuardedFrame.h"
+#include "Tests/Support/Importer.h"
+
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <cstring>
 
-/// The pictures that the cards come to, pixel by pixel and with no notion of fills.
+/// The pictures that the cards come to, pixel by pixel and without fills; and frame requests, compared with them.
 namespace test {
 
 using Pixel8 = std::array<std::uint8_t, 4>;  // V, U, Y, A
 using PixelFloat = std::array<float, 4>;     // V, U, Y, A
-
-/// A picture: pixel x of line y, line 0 at the top, is pixels[y * width + x].
-template <class Pixel>
-struct Picture {
-    int width;
-    int height;
-    std::vector<Pixel> pixels;
-
-    [[nodiscard]] const Pixel& At(int x, int y) const {
-        return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
-    }
-};
 
 inline PixelFloat ToFloatPixel(const Pixel8& vuya) {
     return {(static_cast<float>(vuya[0]) - 128.0F) / 224.0F, (static_cast<float>(vuya[1]) - 128.0F) / 224.0F,
@@ -44,17 +36,17 @@ const ExpectedBar* BarAt(const std::array<ExpectedBar, kBars>& card, int width, 
     return nullptr;
 }
 
-inline Picture<Pixel8> StandardDefinitionPicture(int width, int height) {
-    Picture<Pixel8> picture{width, height, {}};
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            picture.pixels.push_back(BarAt(kStandardDefinitionCard, width, height, x, y)->vuya);
-        }
-    }
-    return picture;
+/// Pixel (x, y) of the card that frames of this kind of pixel show.
+template <class Pixel>
+Pixel CardPixel(int width, int height, int x, int y);
+
+template <>
+inline Pixel8 CardPixel<Pixel8>(int width, int height, int x, int y) {
+    return BarAt(kStandardDefinitionCard, width, height, x, y)->vuya;
 }
 
-inline PixelFloat HighDefinitionPixel(int width, int height, int x, int y) {
+template <>
+inline PixelFloat CardPixel<PixelFloat>(int width, int height, int x, int y) {
     const ExpectedBar& bar = *BarAt(kHighDefinitionCard, width, height, x, y);
     if (bar.vuya != kRampBytes) {
         return ToFloatPixel(bar.vuya);
@@ -64,14 +56,49 @@ inline PixelFloat HighDefinitionPixel(int width, int height, int x, int y) {
     return {0.0F, 0.0F, static_cast<float>(x - left) * static_cast<float>(1.0 / (right - left)), 1.0F};
 }
 
-inline Picture<PixelFloat> HighDefinitionPicture(int width, int height) {
-    Picture<PixelFloat> picture{width, height, {}};
+template <class Pixel>
+constexpr std::uint32_t kFormatOf = sizeof(Pixel) == 16 ? 0x37785556 : 0x78797576;
+
+/// The result of a request for the card in `frame`.
+inline std::int32_t SendFrame(const GuardedFrame& frame, int width, int height, std::uint32_t pixelFormat) {
+    return Send(FrameRequest{.width = static_cast<std::int16_t>(width),
+                             .height = static_cast<std::int16_t>(height),
+                             .pixelFormat = pixelFormat,
+                             .frame = frame.Handle()});
+}
+
+/// A frame that a request drew.
+template <class Pixel>
+GuardedFrame DrawFrame(int width, int height) {
+    GuardedFrame frame(width, height, kFormatOf<Pixel>, sizeof(Pixel));
+    EXPECT_EQ(SendFrame(frame, width, height, kFormatOf<Pixel>), 0);
+    return frame;
+}
+
+/// Every pixel is the card's, bit for bit, and nothing beside the picture was written.
+template <class Pixel>
+testing::AssertionResult ShowsTheCard(const GuardedFrame& frame, int width, int height) {
     for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            picture.pixels.push_back(HighDefinitionPixel(width, height, x, y));
+        const std::uint8_t* pixel = frame.Line(static_cast<std::size_t>(y)).data();
+        for (int x = 0; x < width; ++x, pixel += sizeof(Pixel)) {
+            const Pixel expected = CardPixel<Pixel>(width, height, x, y);
+            if (std::memcmp(pixel, &expected, sizeof expected) != 0) {
+                Pixel actual;
+                std::memcpy(&actual, pixel, sizeof actual);
+                return testing::AssertionFailure()
+                       << "pixel " << x << ", " << y << " of " << width << " x " << height << " is "
+                       << testing::PrintToString(actual) << ", not " << testing::PrintToString(expected);
+            }
         }
     }
-    return picture;
+    return frame.GuardsIntact() ? testing::AssertionSuccess()
+                                : testing::AssertionFailure() << "a guard of " << width << " x " << height;
+}
+
+/// Requests of this size show the cards of both formats.
+inline testing::AssertionResult DrawsTheCards(int width, int height) {
+    const auto eight = ShowsTheCard<Pixel8>(DrawFrame<Pixel8>(width, height), width, height);
+    return eight ? ShowsTheCard<PixelFloat>(DrawFrame<PixelFloat>(width, height), width, height) : eight;
 }
 
 }  // namespace test

@@ -94,12 +94,6 @@ constexpr std::pair<int, int> kSizes[] = {{1920, 1080},
                                           {kSmallest, 1},
                                           {1, kSmallest}};
 
-TEST(FillCalls, ReachTheProgramsServicesFirst) {
-    PretendFrame frame;
-    ASSERT_EQ(Draw(frame, 16, 16, k8BitFormat), 0);
-    EXPECT_FALSE(RecordedCalls().empty());
-}
-
 TEST(FillCalls, FollowTheCardAtManySizes) {
     PretendFrame frame;
     for (const auto& [width, height] : kSizes) {
@@ -134,18 +128,6 @@ TEST(FillCalls, TakeAFrameWithoutPixelsWhenThereIsNothingToFill) {
     EXPECT_TRUE(DrawsAsExpected(frame, 0, 0, k8BitFormat));
 }
 
-TEST(FillCalls, AskForTheStrideTwiceBeforeEachFill) {
-    PretendFrame frame;
-    ASSERT_EQ(Draw(frame, 1920, 1080, kFloatFormat), 0);
-    const auto& calls = RecordedCalls();
-    ASSERT_EQ(calls.size() % 3, 0U);
-    for (std::size_t i = 0; i < calls.size(); i += 3) {
-        EXPECT_EQ(calls[i].frame, &frame.frame);
-        EXPECT_EQ(calls[i + 1].frame, &frame.frame);
-        EXPECT_EQ(calls[i + 2].frame, nullptr);
-    }
-}
-
 TEST(FillCalls, OfACardAreOneABarAndOneARampColumn) {
     PretendFrame frame;
     ASSERT_EQ(Draw(frame, 720, 486, k8BitFormat), 0);
@@ -170,64 +152,6 @@ TEST(FillCalls, BeginAtTheTopLeftBarOfAnHdFrame) {
                            .colour = {0xFF688080},  // V 128, U 128, Y 104, A 255 from the lowest byte up
                            .colourFormat = 2061};
     EXPECT_EQ(Fills().front(), grey);
-}
-
-TEST(FillCalls, BeginWithTheWhiteBarOfAnSdFrame) {
-    PretendFrame frame(2880, 0x100000000);
-    ASSERT_EQ(Draw(frame, 720, 486, k8BitFormat), 0);
-    // Columns 0 to 101, picture lines 0 to 319 (0.66 * 486 = 320.76): memory rows 166 to 485.
-    const ServiceCall white{.destination = 0x100000000 + 166 * 2880,
-                            .rowBytes = 2880,
-                            .width = 102,
-                            .height = 320,
-                            .destinationFormat = 2061,
-                            .colour = {0xFFB48080},  // V 128, U 128, Y 180, A 255 from the lowest byte up
-                            .colourFormat = 2061};
-    EXPECT_EQ(Fills().front(), white);
-}
-
-TEST(FillCalls, OfTheRampClimbFromBlackToWhiteColumnByColumn) {
-    PretendFrame frame(30720, 0);
-    ASSERT_EQ(Draw(frame, 1920, 1080, kFloatFormat), 0);
-    const auto fills = Fills();
-    constexpr std::size_t kFirst = 15;  // fifteen bars lie before it
-    constexpr int kLeft = 445;          // 0.2318 * 1920 = 445.06
-    constexpr int kBottomRow = 270;     // 1080 - 0.75 * 1080
-    for (std::size_t c = 0; c <= 1028; ++c) {
-        const ServiceCall& fill = fills.at(kFirst + c);
-        EXPECT_EQ(fill.destination, kBottomRow * 30720 + (kLeft + static_cast<std::intptr_t>(c)) * 16);
-        EXPECT_EQ(fill.width, 1);
-        EXPECT_EQ(fill.height, 90);  // picture lines 720 to 809
-        EXPECT_EQ(fill.colourFormat, 2829U);
-        EXPECT_EQ(std::bit_cast<float>(fill.colour[0]), 0.0F);
-        EXPECT_EQ(std::bit_cast<float>(fill.colour[1]), 0.0F);
-        EXPECT_NEAR(std::bit_cast<float>(fill.colour[2]), static_cast<double>(c) / 1028.0, 1e-6);
-        EXPECT_EQ(std::bit_cast<float>(fill.colour[3]), 1.0F);
-    }
-    EXPECT_EQ(std::bit_cast<float>(fills.at(kFirst).colour[2]), 0.0F);
-    EXPECT_EQ(std::bit_cast<float>(fills.at(kFirst + 1028).colour[2]), 1.0F);
-    EXPECT_EQ(fills.at(kFirst + 1029).width, 207);  // the white bar, 0.875 * 1920 - trunc(0.7677 * 1920)
-    EXPECT_EQ(fills.at(kFirst + 1029).destination, kBottomRow * 30720 + 1473 * 16);
-}
-
-TEST(FillCalls, OfARampWithoutWidthHaveOneColumnWhoseLumaIsNoNumber) {
-    PretendFrame frame;
-    ASSERT_EQ(Draw(frame, 1, 1080, kFloatFormat), 0);
-    const auto fills = Fills();
-    ASSERT_EQ(fills.size(), 29U);
-    EXPECT_TRUE(std::isnan(std::bit_cast<float>(fills[15].colour[2])));
-    EXPECT_EQ(fills[15].width, 1);
-}
-
-TEST(FillCalls, OfARampInAFrameWithoutWidthFillNoPixel) {
-    PretendFrame frame;
-    for (const int width : {0, -1}) {
-        ASSERT_EQ(Draw(frame, width, 1080, kFloatFormat), 0);
-        const auto fills = Fills();
-        ASSERT_EQ(fills.size(), 29U);
-        EXPECT_EQ(fills[15].width, 0) << "frame of width " << width;
-        EXPECT_TRUE(std::isnan(std::bit_cast<float>(fills[15].colour[2])));
-    }
 }
 
 TEST(FillCalls, DoNotDependOnWhereTheRequestLies) {

@@ -3,43 +3,40 @@
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 #include "Tests/Support/Importer.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <cstring>
 
 namespace {
 
 using test::RequestRecord;
-using testing::IsEmpty;
 
-TEST(Handlers, InitSetsTheCapabilities) {
-    RequestRecord info(test::kInitRecordSize);
-    EXPECT_EQ(barsInit(static_cast<imImportInfoRec*>(info.Data())), 400);
-    for (const std::size_t offset : {28U, 32U, 36U, 44U}) {
-        EXPECT_EQ(info.Get<std::uint32_t>(offset), 1U) << "offset " << offset;
+// `record` after the handler and after the entry point, from the same bytes; and that both answer `result`.
+template <class Record, class Handler>
+void ExpectTheSame(std::int32_t result, std::int32_t selector, RequestRecord record, Handler handler,
+                   std::intptr_t index = 0) {
+    RequestRecord requested = record;
+    const bool isFirst = selector == 0;  // of the parameters
+    EXPECT_EQ(handler(static_cast<Record*>(record.Data())), result) << "selector " << selector;
+    EXPECT_EQ(test::Request(selector, isFirst ? requested.Data() : reinterpret_cast<void*>(index),
+                            isFirst ? nullptr : requested.Data()),
+              result);
+    EXPECT_TRUE(record.SameBytes(requested)) << "selector " << selector;
+}
+
+TEST(Handlers, DoWhatTheEntryPointDoes) {
+    const RequestRecord any(test::kFileFormatRecordSize);
+    const RequestRecord zeros(test::kFileFormatRecordSize, {.filler = 0});
+    ExpectTheSame<imImportInfoRec>(400, 0, any, barsInit);
+    for (const std::intptr_t index : {0, 1, -1}) {
+        const std::int32_t result = index == 0 ? 0 : 301;
+        ExpectTheSame<imIndFormatRec>(
+            result, 14, any, [index](auto* record) { return barsGetIndFormat(index, record); }, index);
+        ExpectTheSame<imIndPixelFormatRec>(
+            result, 27, any, [index](auto* record) { return barsGetIndexPixelFormat(index, record); }, index);
     }
-    EXPECT_THAT(info.ChangedBytesOutside({{28, 12}, {44, 4}}), IsEmpty());
-}
-
-TEST(Handlers, FileFormatsEndAfterTheFirst) {
-    RequestRecord format(test::kFileFormatRecordSize);
-    auto* const record = static_cast<imIndFormatRec*>(format.Data());
-    EXPECT_EQ(barsGetIndFormat(1, record), 301);
-    EXPECT_TRUE(format.Untouched());
-    EXPECT_EQ(barsGetIndFormat(0, record), 0);
-    EXPECT_EQ(format.Get<std::uint32_t>(0), kBarsAndToneFileType);
-    EXPECT_THAT(format.ChangedBytesOutside({{0, 4}, {12, 1}, {268, 1}, {300, 256}}), IsEmpty());
-}
-
-TEST(Handlers, PixelFormatsEndAfterTheFirst) {
-    RequestRecord format(test::kPixelFormatRecordSize);
-    auto* const record = static_cast<imIndPixelFormatRec*>(format.Data());
-    EXPECT_EQ(barsGetIndexPixelFormat(-1, record), 301);
-    EXPECT_TRUE(format.Untouched());
-    EXPECT_EQ(barsGetIndexPixelFormat(0, record), 0);
-    EXPECT_EQ(format.Get<std::uint32_t>(8), 0x37785556U);
-    EXPECT_THAT(format.ChangedBytesOutside({{8, 4}}), IsEmpty());
+    ExpectTheSame<imGetPrefsRec>(0, 38, zeros, barsGetPrefs);
+    ExpectTheSame<imImportAudioRec7>(5, 25, zeros, barsImportAudio);
+    ExpectTheSame<imPeakAudioRec>(5, 49, zeros, barsGetPeakAudio);
+    ExpectTheSame<imImportImageRecEx>(3, 5, zeros, barsImportImage);
 }
 
 TEST(Handlers, InfoMakesACopyThatReleaseTakesBack) {
@@ -50,25 +47,6 @@ TEST(Handlers, InfoMakesACopyThatReleaseTakesBack) {
     EXPECT_EQ(std::memcmp(info.Get<void*>(198), &defaults, sizeof defaults), 0);
     EXPECT_EQ(barsReleasePrivateData(info.Get<void*>(198)), 0);
     EXPECT_EQ(barsReleasePrivateData(nullptr), 0);
-}
-
-TEST(Handlers, TheSettingsRequestIsAlwaysServed) {
-    RequestRecord request(test::kPrefsRecordSize);
-    request.Put<void*>(0, nullptr);
-    EXPECT_EQ(barsGetPrefs(static_cast<imGetPrefsRec*>(request.Data())), 0);
-    EXPECT_EQ(request.Get<std::uint32_t>(8), 32U);
-}
-
-TEST(Handlers, AudioAndPeaksNeedSettings) {
-    RequestRecord audio(test::kAudioRecordSize, {.filler = 0});
-    EXPECT_EQ(barsImportAudio(static_cast<imImportAudioRec7*>(audio.Data())), 5);
-    RequestRecord peaks(test::kPeakRecordSize, {.filler = 0});
-    EXPECT_EQ(barsGetPeakAudio(static_cast<imPeakAudioRec*>(peaks.Data())), 5);
-}
-
-TEST(Handlers, AFrameInAnotherFormatIsRefused) {
-    RequestRecord image(test::kImageRecordSize, {.filler = 0});
-    EXPECT_EQ(barsImportImage(static_cast<imImportImageRecEx*>(image.Data())), 3);
 }
 
 }  // namespace

@@ -101,43 +101,6 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Both, SettingsDialogRequest, testing::Values(Side::Bundle, Side::Handler),
                          [](const auto& side) { return side.param == Side::Bundle ? "ThroughTheBundle" : "Inside"; });
 
-TEST_P(SettingsDialogRequest, WithoutABufferAnswersTheSizeAndNothingElse) {
-    for (const std::uint8_t useDefaults : std::array<std::uint8_t, 2>{0, 1}) {
-        Record().useDefaults = useDefaults;
-        auto expected = record;
-        const std::uint32_t size = 32;
-        std::memcpy(expected.data() + 8, &size, sizeof size);
-        EXPECT_EQ(Ask(), 0);
-        EXPECT_EQ(record, expected);
-    }
-    EXPECT_THAT(toolkit.Calls(), IsEmpty());
-}
-
-TEST_P(SettingsDialogRequest, ForDefaultsTakesTheHostsRateAndShowsNoDialog) {
-    for (const BarsAndToneInfo& before : test::OddRecords()) {
-        GuardedSettings buffer(before);
-        Record().prefs = buffer.Data();
-        Record().useDefaults = 1;
-        Record().hostSampleRate = 44100.0F;
-        EXPECT_EQ(Ask(), 0);
-        EXPECT_TRUE(buffer.Holds({1, 44100.0F, 2, 2, 0, 1000.0F, 0.25F, EBUStereo1000}));
-        EXPECT_TRUE(buffer.GuardsIntact());
-    }
-    EXPECT_THAT(toolkit.Calls(), IsEmpty());
-}
-
-TEST_P(SettingsDialogRequest, TakesEveryUseDefaultsButZeroForYes) {
-    for (const std::uint8_t useDefaults : std::array<std::uint8_t, 3>{2, 0x80, 0xFF}) {
-        GuardedSettings buffer(BarsAndToneInfo{.channelType = 1});
-        Record().prefs = buffer.Data();
-        Record().useDefaults = useDefaults;
-        Record().hostSampleRate = 96000.0F;
-        EXPECT_EQ(Ask(), 0);
-        EXPECT_TRUE(buffer.Holds({.sampleRate = 96000.0F}));
-    }
-    EXPECT_THAT(toolkit.Calls(), IsEmpty());
-}
-
 TEST_P(SettingsDialogRequest, OpensTheLayoutWithIdentifiersForStereoAndSurroundOnly) {
     struct Case {
         std::uint32_t channelType;
@@ -153,19 +116,6 @@ TEST_P(SettingsDialogRequest, OpensTheLayoutWithIdentifiersForStereoAndSurroundO
         EXPECT_THAT(toolkit.Calls(),
                     Contains(std::string("toolkit.BuildDialog ") + expected.layout + " supplier window"));
     }
-}
-
-TEST_P(SettingsDialogRequest, AsksForTheDrawSupplierAndThenForTheMainWindow) {
-    Edit({.channelType = 1}, PressesCancel);
-    const std::vector<std::string> first(toolkit.Calls().begin(), toolkit.Calls().begin() + 3);
-    EXPECT_THAT(first, ElementsAre("toolkit.DefaultDrawSupplier", "toolkit.MainWindow",
-                                   "toolkit.BuildDialog ToneSettingsDialog \"plain\" supplier window"));
-}
-
-TEST_P(SettingsDialogRequest, PassesNoParentWithoutAMainWindow) {
-    toolkit.hasMainWindow = false;
-    Edit({.channelType = 1}, PressesCancel);
-    EXPECT_THAT(toolkit.Calls(), Contains("toolkit.BuildDialog ToneSettingsDialog \"plain\" supplier null"));
 }
 
 TEST_P(SettingsDialogRequest, StoresWhatThePersonChose) {
@@ -208,27 +158,6 @@ TEST_P(SettingsDialogRequest, GoesByTheLastOfTwoPressesOnTheWayOut) {
         PressesOk(dialog);
     });
     EXPECT_EQ(accepted.frequency, 440.0F);
-}
-
-TEST_P(SettingsDialogRequest, LeavesOddSettingsByteForByteWhenTheWindowIsClosed) {
-    for (const BarsAndToneInfo& before : test::OddRecords()) {
-        const BarsAndToneInfo after = Edit(before, nullptr);
-        EXPECT_EQ(std::memcmp(&before, &after, sizeof after), 0);
-    }
-}
-
-TEST_P(SettingsDialogRequest, GivesBackWhatItWasGivenWhenThePersonOnlyPressesOk) {
-    for (const BarsAndToneInfo& before : test::OddRecords()) {
-        const BarsAndToneInfo after = Edit(before, PressesOk);
-        BarsAndToneInfo expected = before;
-        if (before.channelType == 2 && before.identifierFormat > EBUStereo400) {
-            expected.identifierFormat = EBUStereo1000;
-        }
-        if (before.channelType == 3 && before.identifierFormat != BLITS5_1) {
-            expected.identifierFormat = EBUMultichannel;
-        }
-        EXPECT_EQ(std::memcmp(&expected, &after, sizeof after), 0);
-    }
 }
 
 TEST_P(SettingsDialogRequest, TouchesNothingOfTheRecordItself) {

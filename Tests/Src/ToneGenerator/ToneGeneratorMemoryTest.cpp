@@ -1,7 +1,5 @@
 #include "Host/Interface/Core/SmallBlockAllocator.h"
-#include "Src/ToneGenerator/ToneGenerator.h"
-#include "Tests/Src/ToneGenerator/IdentRun.h"
-#include "Tests/Src/ToneGenerator/ToneModel.h"
+#include "Tests/Src/ToneGenerator/GeneratorRun.h"
 
 #include <gtest/gtest.h>
 
@@ -41,12 +39,12 @@ void Deallocate(void* block, std::size_t /*bytes*/) noexcept {
 
 namespace {
 
-using model::Ident;
+using oracle::Ident;
 using test::GuardedChannels;
 using zelmediatypes::FrameRate;
 using zelmediatypes::TickTime;
 
-constexpr std::int64_t kSample = model::kTicksPerSampleAt48kHz;
+constexpr std::int64_t kSample = oracle::kTicksAt48kHz;
 
 class ToneGeneratorMemory : public testing::Test {
 protected:
@@ -80,13 +78,13 @@ TEST_F(ToneGeneratorMemory, OfOneListIsTakenForAllChannels) {
 
 TEST_F(ToneGeneratorMemory, IsNotTakenForTheStereoIdent) {
     Allow(0);
-    GuardedChannels channels = model::Generate(Ident::kStereo1000, {kSample, 0, 144000});
+    GuardedChannels channels = test::Generate(oracle::kStereo1000, {kSample, 0, 144000});
     EXPECT_EQ(channels[0].UnwrittenSamples(), 0U);
 }
 
 TEST_F(ToneGeneratorMemory, IsGivenBackAfterEveryPieceOfAnIdent) {
-    for (const Ident ident : {Ident::kMultichannel, Ident::kBlits}) {
-        const GuardedChannels channels = model::Generate(ident, {48 * kSample * 1000, 0, 300, true});
+    for (const Ident& ident : {oracle::kMultichannel, oracle::kBlits}) {
+        const GuardedChannels channels = test::Generate(ident, {48 * kSample * 1000, 0, 300, true});
         EXPECT_GT(gBlocksTaken, 0);
         EXPECT_EQ(gBlocksOutstanding, 0);
     }
@@ -102,24 +100,24 @@ TEST_F(ToneGeneratorMemory, ThatRunsOutForAllChannelsIsReportedBeforeAnythingIsW
 
 TEST_F(ToneGeneratorMemory, ThatRunsOutAnywhereInAnIdentIsReportedAndGivenBack) {
     // A cycle of at most 134 pieces, two lists each at most: every one of them fails once.
-    for (const Ident ident : {Ident::kMultichannel, Ident::kBlits}) {
-        const model::Request cycle{kSample * 480, 0, model::CycleTicks(ident) / (kSample * 480), true};
+    for (const Ident& ident : {oracle::kMultichannel, oracle::kBlits}) {
+        const oracle::Request cycle{kSample * 480, 0, ident.CycleTicks() / (kSample * 480), true};
         Allow(std::numeric_limits<long long>::max());
-        (void)model::Generate(ident, cycle);
+        (void)test::Generate(ident, cycle);
         const long long needed = gBlocksTaken;
         for (long long blocks = 0; blocks < needed; ++blocks) {
             Allow(blocks);
-            EXPECT_THROW((void)model::Generate(ident, cycle), std::bad_alloc);
+            EXPECT_THROW((void)test::Generate(ident, cycle), std::bad_alloc);
             EXPECT_EQ(gBlocksOutstanding, 0);
         }
     }
 }
 
 TEST_F(ToneGeneratorMemory, ThatRunsOutBeforeAMultichannelBurstLeavesTheBurstUnwritten) {
-    GuardedChannels channels(model::kBufferCount, 100);
+    GuardedChannels channels(test::kBufferCount, 100);
     Allow(0);
-    EXPECT_THROW(model::Generate(Ident::kMultichannel, {kSample, 168000 * kSample, 100}, channels), std::bad_alloc);
-    EXPECT_TRUE(model::NothingElseIsWritten(channels, 0));
+    EXPECT_THROW(test::Generate(oracle::kMultichannel, {kSample, 168000 * kSample, 100}, channels), std::bad_alloc);
+    EXPECT_TRUE(test::NothingElseIsWritten(channels, 0));
 }
 
 }  // namespace

@@ -36,44 +36,32 @@ constexpr int kDebuggerNotSeen = 72;
     test::EndChild(EXIT_SUCCESS);
 }
 
-// Follows `child` to its next stop or its end.
-int WaitFor(pid_t child) {
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    return status;
-}
-
 bool EndedWith(int status, int code) {
     return WIFEXITED(status) && WEXITSTATUS(status) == code;
 }
 
 }  // namespace
 
-TEST(ContractViolation, StopsInTheDebuggerWhenTheReportAsksForItAndThenRaisesItsError) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        ViolateUnderDebugger(true);
-    }
-    const int status = WaitFor(child);
-    if (EndedWith(status, kNotTraceable)) {
-        GTEST_SKIP() << "processes may not be traced here";
-    }
-    ASSERT_TRUE(WIFSTOPPED(status)) << status;
-    EXPECT_EQ(WSTOPSIG(status), SIGTRAP);
-    ASSERT_EQ(ptrace(PTRACE_CONT, child, nullptr, nullptr), 0);
-    EXPECT_TRUE(EndedWith(WaitFor(child), kErrorRaised));
-}
+class ContractViolation : public testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(Reports, ContractViolation, testing::Bool(),
+                         [](const auto& row) { return row.param ? "ThatAskForIt" : "ThatDoNot"; });
 
-TEST(ContractViolation, DoesNotStopInTheDebuggerWhenTheReportDoesNotAskForIt) {
+TEST_P(ContractViolation, StopsInTheDebuggerWhereTheReportAsksForItAndRaisesItsError) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        ViolateUnderDebugger(false);
+        ViolateUnderDebugger(GetParam());
     }
-    const int status = WaitFor(child);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
     if (EndedWith(status, kNotTraceable)) {
         GTEST_SKIP() << "processes may not be traced here";
+    }
+    if (GetParam()) {
+        ASSERT_TRUE(WIFSTOPPED(status)) << status;
+        EXPECT_EQ(WSTOPSIG(status), SIGTRAP);
+        ASSERT_EQ(ptrace(PTRACE_CONT, child, nullptr, nullptr), 0);
+        ASSERT_EQ(waitpid(child, &status, 0), child);
     }
     EXPECT_TRUE(EndedWith(status, kErrorRaised)) << status;
 }

@@ -52,27 +52,18 @@ TEST_F(DialogHandlers, StoreTheLevelThatIsTypedAsAGain) {
     EXPECT_EQ(GainAfterTyping(-6000.0), 0.0F);
 }
 
-TEST_F(DialogHandlers, ChooseIdentificationAndEnableWhatBelongsToIt) {
-    RunWithIdentifiers([](FakeDialog& dialog) {
-        dialog.Click("identifyChannelsBtn");
-        EXPECT_TRUE(dialog.Number("frequencyHotTextNumber").IsDisabled());
-        EXPECT_TRUE(dialog.Number("amplitudeHotTextNumber").IsDisabled());
-        EXPECT_FALSE(dialog.Popup("identifierFormatPopup").IsDisabled());
-        test::PressesOk(dialog);
-    });
-    EXPECT_EQ(exchange.info.identifyChannels, 1U);
-}
-
-TEST_F(DialogHandlers, ChooseSteadyTonesAndEnableWhatBelongsToThem) {
-    exchange.info.identifyChannels = 1;
-    RunWithIdentifiers([](FakeDialog& dialog) {
-        dialog.Click("steadyTonesBtn");
-        EXPECT_FALSE(dialog.Number("frequencyHotTextNumber").IsDisabled());
-        EXPECT_FALSE(dialog.Number("amplitudeHotTextNumber").IsDisabled());
-        EXPECT_TRUE(dialog.Popup("identifierFormatPopup").IsDisabled());
-        test::PressesOk(dialog);
-    });
-    EXPECT_EQ(exchange.info.identifyChannels, 0U);
+TEST_F(DialogHandlers, ChooseWhatIsPlayedAndEnableWhatBelongsToIt) {
+    for (const bool identifies : {true, false}) {
+        exchange.info.identifyChannels = identifies ? 0 : 1;
+        RunWithIdentifiers([identifies](FakeDialog& dialog) {
+            dialog.Click(identifies ? "identifyChannelsBtn" : "steadyTonesBtn");
+            EXPECT_EQ(dialog.Number("frequencyHotTextNumber").IsDisabled(), identifies);
+            EXPECT_EQ(dialog.Number("amplitudeHotTextNumber").IsDisabled(), identifies);
+            EXPECT_EQ(dialog.Popup("identifierFormatPopup").IsDisabled(), !identifies);
+            test::PressesOk(dialog);
+        });
+        EXPECT_EQ(exchange.info.identifyChannels, identifies ? 1U : 0U);
+    }
 }
 
 TEST_F(DialogHandlers, EnableInTheOrderFrequencyLevelPopup) {
@@ -101,25 +92,17 @@ TEST_F(DialogHandlers, ReadOnlyTheSteadyTonesButton) {
     EXPECT_EQ(exchange.info.identifyChannels, 1U);
 }
 
-TEST_F(DialogHandlers, StoreTheSequenceThatIsChosen) {
+TEST_F(DialogHandlers, StoreTheSequenceThatIsChosenAndKeepItWhenNoItemIs) {
     exchange.info.channelType = 3;
     exchange.info.identifyChannels = 1;
     exchange.info.identifierFormat = EBUMultichannel;
-    RunWithIdentifiers([](FakeDialog& dialog) {
-        dialog.Popup("identifierFormatPopup").Choose(1);
-        test::PressesOk(dialog);
-    });
-    EXPECT_EQ(exchange.info.identifierFormat, BLITS5_1);
-}
-
-TEST_F(DialogHandlers, KeepTheSequenceWhenNoItemIsChosen) {
-    exchange.info.identifyChannels = 1;
-    exchange.info.identifierFormat = EBUStereo400;
-    RunWithIdentifiers([](FakeDialog& dialog) {
-        dialog.Popup("identifierFormatPopup").Choose(-1);
-        test::PressesOk(dialog);
-    });
-    EXPECT_EQ(exchange.info.identifierFormat, EBUStereo400);
+    for (const std::int64_t item : {1, -1}) {
+        RunWithIdentifiers([item](FakeDialog& dialog) {
+            dialog.Popup("identifierFormatPopup").Choose(item);
+            test::PressesOk(dialog);
+        });
+        EXPECT_EQ(exchange.info.identifierFormat, BLITS5_1);
+    }
 }
 
 TEST_F(DialogHandlers, OfOkSetTheSettingsOnceAndEndTheRun) {

@@ -10,9 +10,7 @@
 
 using test::FakeDialog;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 class DialogValues : public test::DialogTest {
@@ -65,62 +63,42 @@ TEST_F(DialogValues, ShowAFrequencyAboveTheLimitAsItIs) {
     EXPECT_EQ(exchange.info.frequency, 40000.0F);
 }
 
-TEST_F(DialogValues, ShowSilenceAsMinus300Db) {
-    exchange.info.amplitude = 0.0F;
-    RunPlain(test::ClosesTheWindow);
-    EXPECT_THAT(toolkit.Calls(), Contains("amplitudeHotTextNumber.SetValue -300"));
-}
-
-TEST_F(DialogValues, ShowFullScaleAsZeroDb) {
-    exchange.info.amplitude = 1.0F;
-    RunPlain(test::ClosesTheWindow);
-    EXPECT_THAT(toolkit.Calls(), Contains("amplitudeHotTextNumber.SetValue 0"));
-}
-
-TEST_F(DialogValues, OfferTheStereoSequencesToStereoClips) {
-    const Popup popup = PopupFor(2, EBUStereo1000);
-    EXPECT_THAT(popup.labels, ElementsAre("EBU Stereo (1000 Hz)", "EBU Stereo (400 Hz)"));
-    EXPECT_EQ(popup.chosen, 0);
-    EXPECT_EQ(popup.accepted, EBUStereo1000);
-    EXPECT_EQ(PopupFor(2, EBUStereo400).chosen, 1);
-    EXPECT_EQ(PopupFor(2, EBUStereo400).accepted, EBUStereo400);
-}
-
-TEST_F(DialogValues, OfferTheSurroundSequencesToSurroundClips) {
-    const Popup popup = PopupFor(3, EBUMultichannel);
-    EXPECT_THAT(popup.labels, ElementsAre("EBU Multichannel (5.1)", "BLITS (5.1)"));
-    EXPECT_EQ(popup.chosen, 0);
-    EXPECT_EQ(popup.accepted, EBUMultichannel);
-    EXPECT_EQ(PopupFor(3, BLITS5_1).chosen, 1);
-    EXPECT_EQ(PopupFor(3, BLITS5_1).accepted, BLITS5_1);
-}
-
-TEST_F(DialogValues, ReplaceASurroundSequenceOfAStereoClipByTheFirstStereoOne) {
-    for (const IdentifierFormat format : {EBUMultichannel, BLITS5_1}) {
-        const Popup popup = PopupFor(2, format);
-        EXPECT_EQ(popup.labels.at(static_cast<std::size_t>(popup.chosen)), "EBU Stereo (1000 Hz)");
-        EXPECT_EQ(popup.accepted, EBUStereo1000);
+TEST_F(DialogValues, ShowTheGainInDecibels) {
+    for (const auto& [gain, shown] : {std::pair{0.0F, "-300"}, {1.0F, "0"}}) {
+        exchange.info.amplitude = gain;
+        RunPlain(test::ClosesTheWindow);
+        EXPECT_THAT(toolkit.Calls(), Contains(std::string("amplitudeHotTextNumber.SetValue ") + shown));
     }
 }
 
-TEST_F(DialogValues, ReplaceAStereoSequenceOfASurroundClipByTheFirstSurroundOne) {
-    for (const IdentifierFormat format : {EBUStereo1000, EBUStereo400}) {
-        const Popup popup = PopupFor(3, format);
-        EXPECT_EQ(popup.labels.at(static_cast<std::size_t>(popup.chosen)), "EBU Multichannel (5.1)");
-        EXPECT_EQ(popup.accepted, EBUMultichannel);
-    }
-}
-
-TEST_F(DialogValues, ReplaceASequenceThatNobodyKnows) {
-    EXPECT_EQ(PopupFor(2, std::bit_cast<IdentifierFormat>(7U)).accepted, EBUStereo1000);
-    EXPECT_EQ(PopupFor(3, std::bit_cast<IdentifierFormat>(0xFFFFFFFFU)).accepted, EBUMultichannel);
-}
-
-TEST_F(DialogValues, OfferNothingToClipsOfOtherTypesAndKeepTheirSequence) {
-    for (const std::uint32_t channelType : {0U, 1U, 4U, 0xFFFFFFFFU}) {
-        const Popup popup = PopupFor(channelType, BLITS5_1);
-        EXPECT_THAT(popup.labels, IsEmpty());
-        EXPECT_EQ(popup.accepted, BLITS5_1);
+TEST_F(DialogValues, OfferTheSequencesOfTheClipsTypeAndReplaceAnyOtherByTheFirst) {
+    const std::vector<std::string> stereo = {"EBU Stereo (1000 Hz)", "EBU Stereo (400 Hz)"};
+    const std::vector<std::string> surround = {"EBU Multichannel (5.1)", "BLITS (5.1)"};
+    struct Case {
+        std::uint32_t channelType;
+        std::uint32_t format;
+        std::vector<std::string> labels;
+        std::int64_t chosen;
+        std::uint32_t accepted;
+    };
+    for (const Case& row : {Case{2, EBUStereo1000, stereo, 0, EBUStereo1000},
+                            {2, EBUStereo400, stereo, 1, EBUStereo400},
+                            {2, EBUMultichannel, stereo, 0, EBUStereo1000},
+                            {2, BLITS5_1, stereo, 0, EBUStereo1000},
+                            {2, 7, stereo, 0, EBUStereo1000},
+                            {3, EBUMultichannel, surround, 0, EBUMultichannel},
+                            {3, BLITS5_1, surround, 1, BLITS5_1},
+                            {3, EBUStereo1000, surround, 0, EBUMultichannel},
+                            {3, EBUStereo400, surround, 0, EBUMultichannel},
+                            {3, 0xFFFFFFFF, surround, 0, EBUMultichannel},
+                            {0, BLITS5_1, {}, -1, BLITS5_1},
+                            {1, BLITS5_1, {}, -1, BLITS5_1},
+                            {4, BLITS5_1, {}, -1, BLITS5_1},
+                            {0xFFFFFFFF, BLITS5_1, {}, -1, BLITS5_1}}) {
+        const Popup popup = PopupFor(row.channelType, std::bit_cast<IdentifierFormat>(row.format));
+        EXPECT_EQ(popup.labels, row.labels) << "channel type " << row.channelType;
+        EXPECT_EQ(popup.chosen, row.chosen) << "channel type " << row.channelType << ", format " << row.format;
+        EXPECT_EQ(popup.accepted, row.accepted) << "channel type " << row.channelType << ", format " << row.format;
     }
 }
 

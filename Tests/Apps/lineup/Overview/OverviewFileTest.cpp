@@ -16,21 +16,24 @@
 
 namespace {
 
-using cli::OverviewLayout;
-using cli::OverviewTheme;
+using lanes::LaneColours;
 using zelmediatypes::kTicksPerSecond;
 using zelmediatypes::TickTime;
-
-const cli::OverviewHeading kHeading{"1000 Hz & more", "stereo (L R), 48000 Hz", 48000.0F};
 
 // A quarter of a second from sample 24000 on, in three columns.
 lineup::WaveformOverview ThreeColumns() {
     constexpr float kNothing = std::numeric_limits<float>::quiet_NaN();
     lineup::WaveformOverview overview;
     overview.span = {24000, TickTime(kTicksPerSecond / 4), 3};
+    overview.start = TickTime(kTicksPerSecond / 2);
     overview.channels = {{"L", {0.125F, 0.0F, 0.5F}, {-0.125F, 0.0F, -0.5F}},
                          {"R", {0.25F, kNothing, 0.25F}, {-0.25F, kNothing, -0.25F}}};
     return overview;
+}
+
+cli::OverviewPage Page() {
+    return {ThreeColumns(), "1000 Hz & more", "stereo (L R), 48000 Hz", cli::OverviewSheet(640, 300, 2),
+            LaneColours::Dark()};
 }
 
 cairo_status_t Take(void* closure, unsigned char* data, unsigned int length) {
@@ -52,22 +55,34 @@ std::size_t Elements(const boost::property_tree::ptree& tree) {
 }
 
 TEST(OverviewFile, PngIsAPictureOfTheLayoutsSize) {
-    const OverviewLayout layout(640, 300, 2);
-    const auto bytes = cli::OverviewPng(ThreeColumns(), kHeading, layout, OverviewTheme::Dark());
+    const auto bytes = cli::OverviewPng(Page());
     std::span<const std::uint8_t> rest(bytes);
     const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
         cairo_image_surface_create_from_png_stream(&Take, &rest), &cairo_surface_destroy);
     ASSERT_EQ(cairo_surface_status(surface.get()), CAIRO_STATUS_SUCCESS);
     EXPECT_EQ(cairo_image_surface_get_width(surface.get()), 640);
     EXPECT_EQ(cairo_image_surface_get_height(surface.get()), 300);
-    std::uint32_t corner = 0;
-    std::memcpy(&corner, cairo_image_surface_get_data(surface.get()), sizeof corner);
-    EXPECT_EQ(corner & 0xFFFFFFU, OverviewTheme::Dark().background);
+    const auto at = [&](int x, int y) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel,
+                    cairo_image_surface_get_data(surface.get()) + y * cairo_image_surface_get_stride(surface.get()) +
+                        static_cast<std::ptrdiff_t>(sizeof pixel) * x,
+                    sizeof pixel);
+        return pixel & 0xFFFFFFU;
+    };
+    EXPECT_EQ(at(0, 0), LaneColours::Dark().background);
+    // The first column's band has a firm edge; between its edges the lane shines through.
+    const lanes::Rectangle lane = Page().sheet.lanes[0];
+    const auto x = static_cast<int>(lane.x) + 40;
+    const auto edge = static_cast<int>(lane.Middle() - lane.height / 2 * (66 - 18.06) / 69 + 0.5);
+    EXPECT_EQ(at(x, edge - 3), LaneColours::Dark().lane);
+    EXPECT_EQ(at(x, edge), LaneColours::Dark().Waveform(0));
+    EXPECT_NE(at(x, edge + 3), LaneColours::Dark().Waveform(0));
+    EXPECT_NE(at(x, edge + 3), LaneColours::Dark().lane);
 }
 
 TEST(OverviewFile, SvgIsWellFormedAndHasTheLayoutsSize) {
-    const OverviewLayout layout(640, 300, 2);
-    const auto bytes = cli::OverviewSvg(ThreeColumns(), kHeading, layout, OverviewTheme::Light());
+    const auto bytes = cli::OverviewSvg(Page());
     std::istringstream stream(std::string(bytes.begin(), bytes.end()));
     boost::property_tree::ptree tree;
     ASSERT_NO_THROW(boost::property_tree::read_xml(stream, tree));

@@ -6,50 +6,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
 namespace lineup::validation {
 
 namespace {
-
-constexpr std::int64_t kTicksPerMs = zelmediatypes::kTicksPerSecond / 1000;
-constexpr std::size_t kL = 0;
-constexpr std::size_t kR = 1;
-constexpr std::size_t kLs = 2;
-constexpr std::size_t kRs = 3;
-constexpr std::size_t kC = 4;
-constexpr std::size_t kLfe = 5;
-
-constexpr double kIdentLevel = 0.125;     // -18.06 dBFS
-constexpr double kClosingLevel = 0.0625;  // -24.08 dBFS
-
-constexpr std::array kEbuStereo1000 = {Note{kL, 0, 2750, 1000, kIdentLevel}, Note{kR, 0, 3000, 1000, kIdentLevel}};
-constexpr std::array kEbuStereo400 = {Note{kL, 0, 2750, 400, kIdentLevel}, Note{kR, 0, 3000, 400, kIdentLevel}};
-
-constexpr std::array kEbuMultichannel = {
-    Note{kL, 0, 3000, 1000, kIdentLevel},           Note{kR, 0, 3000, 1000, kIdentLevel},
-    Note{kLs, 0, 3000, 1000, kIdentLevel},          Note{kRs, 0, 3000, 1000, kIdentLevel},
-    Note{kC, 0, 3000, 1000, kIdentLevel},           Note{kL, 3500, 4000, 1000, kIdentLevel, true},
-    Note{kC, 4500, 5000, 1000, kIdentLevel, true},  Note{kR, 5500, 6000, 1000, kIdentLevel, true},
-    Note{kRs, 6500, 7000, 1000, kIdentLevel, true}, Note{kLs, 7500, 8000, 1000, kIdentLevel, true},
-    Note{kL, 9000, 12000, 1000, kIdentLevel},       Note{kR, 9000, 12000, 1000, kIdentLevel},
-    Note{kLs, 9000, 12000, 1000, kIdentLevel},      Note{kRs, 9000, 12000, 1000, kIdentLevel},
-    Note{kC, 9000, 12000, 1000, kIdentLevel},       Note{kLfe, 0, 12000, 80, kIdentLevel},
-};
-
-constexpr std::array kBlits = {
-    Note{kL, 0, 600, 880, kIdentLevel},           Note{kR, 800, 1400, 880, kIdentLevel},
-    Note{kC, 1600, 2200, 1320, kIdentLevel},      Note{kLfe, 2400, 3000, 88.5, kIdentLevel},
-    Note{kLs, 3200, 3800, 660, kIdentLevel},      Note{kRs, 4000, 4600, 660, kIdentLevel},
-    Note{kR, 4800, 9900, 1000, kIdentLevel},      Note{kL, 4800, 5800, 1000, kIdentLevel},
-    Note{kL, 6100, 6400, 1000, kIdentLevel},      Note{kL, 6700, 7000, 1000, kIdentLevel},
-    Note{kL, 7300, 7600, 1000, kIdentLevel},      Note{kL, 7900, 9900, 1000, kIdentLevel},
-    Note{kL, 10200, 13200, 2000, kClosingLevel},  Note{kR, 10200, 13200, 2000, kClosingLevel},
-    Note{kLs, 10200, 13200, 2000, kClosingLevel}, Note{kRs, 10200, 13200, 2000, kClosingLevel},
-    Note{kC, 10200, 13200, 2000, kClosingLevel},  Note{kLfe, 10200, 13200, 2000, kClosingLevel},
-};
 
 Sound SteadyTone(std::string_view name, float rateHz, std::uint32_t channels) {
     BarsAndToneInfo settings;
@@ -62,31 +24,23 @@ Sound SteadyTone(std::string_view name, float rateHz, std::uint32_t channels) {
             .highestFrequencyHz = static_cast<double>(settings.frequency),
             .level = static_cast<double>(settings.amplitude),
             .cycleTicks = zelmediatypes::kTicksPerSecond,  // whole cycles of the default frequency
-            .notes = {}};
+            .ident = nullptr};
 }
 
-Sound Ident(std::string_view name, float rateHz, IdentifierFormat format, std::int64_t cycleMs,
-            std::span<const Note> notes) {
-    const std::size_t channels = std::ranges::max(notes, {}, &Note::channel).channel + 1;
-    Sound sound = SteadyTone(name, rateHz, static_cast<std::uint32_t>(channels));
-    sound.settings.identifyChannels = 1;
-    sound.settings.identifierFormat = format;
-    sound.highestFrequencyHz = std::ranges::max(notes, {}, &Note::frequencyHz).frequencyHz;
-    sound.level = kIdentLevel;
-    sound.cycleTicks = cycleMs * kTicksPerMs;
-    sound.notes = notes;
+Sound Sequence(std::string_view name, float rateHz, const Ident& ident) {
+    Sound sound = SteadyTone(name, rateHz, static_cast<std::uint32_t>(ident.channels));
+    sound.settings = ident.Settings(rateHz);
+    sound.highestFrequencyHz = std::ranges::max(ident.notes, {}, &Note::frequencyHz).frequencyHz;
+    sound.level = std::ranges::max(ident.notes, {}, &Note::level).level;
+    sound.cycleTicks = ident.CycleTicks();
+    sound.ident = &ident;
     return sound;
 }
 
 }  // namespace
 
 const Note* Sound::NoteAt(std::size_t channel, std::int64_t index) const {
-    const std::int64_t ticks = (zelmediatypes::FrameRateFromHz(settings.sampleRate) * index).Ticks();
-    const std::int64_t inCycle = (ticks % cycleTicks + cycleTicks) % cycleTicks;
-    const auto note = std::ranges::find_if(notes, [&](const Note& each) {
-        return each.channel == channel && inCycle >= each.beginMs * kTicksPerMs && inCycle < each.endMs * kTicksPerMs;
-    });
-    return note == notes.end() ? nullptr : &*note;
+    return ident->NoteAt(channel, (zelmediatypes::FrameRateFromHz(settings.sampleRate) * index).Ticks());
 }
 
 std::int64_t Sound::CycleSamples() const {
@@ -98,10 +52,10 @@ std::vector<Sound> Sounds(float rateHz) {
         SteadyTone("a steady tone in mono", rateHz, 1),
         SteadyTone("a steady tone in stereo", rateHz, 2),
         SteadyTone("a steady tone in 5.1", rateHz, 6),
-        Ident("the EBU stereo ident at 1000 Hz", rateHz, EBUStereo1000, 3000, kEbuStereo1000),
-        Ident("the EBU stereo ident at 400 Hz", rateHz, EBUStereo400, 3000, kEbuStereo400),
-        Ident("the EBU 5.1 ident", rateHz, EBUMultichannel, 12000, kEbuMultichannel),
-        Ident("the BLITS ident", rateHz, BLITS5_1, 13400, kBlits),
+        Sequence("the EBU stereo ident at 1000 Hz", rateHz, kStereo1000),
+        Sequence("the EBU stereo ident at 400 Hz", rateHz, kStereo400),
+        Sequence("the EBU 5.1 ident", rateHz, kMultichannel),
+        Sequence("the BLITS ident", rateHz, kBlits),
     };
 }
 
@@ -113,16 +67,8 @@ std::size_t ChannelsWritten(const BarsAndToneInfo& settings) {
     if (settings.identifyChannels != 1) {
         return ClipChannels(settings);
     }
-    switch (settings.identifierFormat) {
-        case EBUStereo1000:
-        case EBUStereo400:
-            return 2;
-        case EBUMultichannel:
-        case BLITS5_1:
-            return 6;
-        default:
-            return 0;
-    }
+    const Ident* const ident = IdentOf(settings);
+    return ident != nullptr ? ident->channels : 0;
 }
 
 std::string Text(const BarsAndToneInfo& settings) {

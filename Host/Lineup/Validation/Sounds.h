@@ -1,26 +1,15 @@
 #pragma once
 
+#include "Host/Lineup/Validation/Probes/Idents.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace lineup::validation {
-
-/// A channel of an identification sequence sounds from `beginMs` up to but not including `endMs` of
-/// every cycle.
-struct Note {
-    std::size_t channel = 0;
-    std::int64_t beginMs = 0;
-    std::int64_t endMs = 0;
-    double frequencyHz = 0;
-    double level = 0;
-    bool phaseOfRequest = false;  ///< a lone burst of the 5.1 ident, which starts with its request's phase
-};
 
 /// A kind of clip: its settings, and what is known of its sound.
 struct Sound {
@@ -30,9 +19,9 @@ struct Sound {
     double highestFrequencyHz = 0;  ///< of its tones
     double level = 0;               ///< linear gain of its loudest tone
     std::int64_t cycleTicks = 0;    ///< the time after which the sound repeats
-    std::span<const Note> notes;    ///< of an identification sequence; empty for a steady tone
+    const Ident* ident = nullptr;   ///< the identification sequence; null for a steady tone
 
-    [[nodiscard]] bool IsIdent() const noexcept { return !notes.empty(); }
+    [[nodiscard]] bool IsIdent() const noexcept { return ident != nullptr; }
 
     /// The note of `channel` at sample `index`, or null when it is silent there. Identification
     /// sequences only.

@@ -13,7 +13,6 @@ namespace oracle {
 inline constexpr std::int64_t kInt64Min = std::numeric_limits<std::int64_t>::min();
 inline constexpr std::int64_t kInt64Max = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::int64_t kTicksPerSecond = 254016000000;
-inline constexpr std::int64_t kTicksPerMs = kTicksPerSecond / 1000;
 inline constexpr std::int64_t kTicksAt48kHz = 5292000;  // a sample's
 
 /// A double cut to 64 bits as x86-64 does it.

@@ -183,6 +183,15 @@ TEST(MeterBallistics, HoldsThePeakForAWhile) {
     EXPECT_LT(bar.HoldDb(), -6.1);
 }
 
+TEST(MeterBallistics, HoldsAnEqualPeakFromThenOn) {
+    MeterBallistics bar;
+    bar.Update(0.5, 0.016);
+    bar.Update(0.1, 1.4);
+    bar.Update(0.5, 0.016);
+    bar.Update(0.1, 1.4);
+    EXPECT_NEAR(bar.HoldDb(), -6.02, 0.01);
+}
+
 TEST(TimeLeft, IsTheRestAtThePaceSoFar) {
     EXPECT_EQ(studio::TimeLeftWords(0.25, 2), "about 6 s left");
     EXPECT_EQ(studio::TimeLeftWords(0.01, 1), "about 1 min 39 s left");

@@ -74,6 +74,16 @@ TEST_F(StudioWindowTest, SavesAndOpensWhatWasMade) {
     EXPECT_EQ(studio::RecentFiles::Files(), QStringList{InFolder("made.lineup")});
 }
 
+TEST_F(StudioWindowTest, ASaveThatFailsKeepsTheNameAndTheChanges) {
+    SaveAs(InFolder("kept.lineup"));
+    lineup::ClipDocument changed;
+    changed.lengthFrames = 50;
+    Window().Document().Edit(changed, "Change");
+    EXPECT_THROW(Window().Document().SaveAs(InFolder("nowhere/lost.lineup")), lineup::Error);
+    EXPECT_EQ(Window().Document().File(), InFolder("kept.lineup"));
+    EXPECT_TRUE(Window().isWindowModified());
+}
+
 TEST_F(StudioWindowTest, ADamagedOrForeignDocumentGetsASentenceAndChangesNothing) {
     test::WriteFile(Folder() / "damaged.lineup", R"({"kind": "lineup", "version": 1, "settings": "00"})");
     test::WriteFile(Folder() / "foreign.lineup",

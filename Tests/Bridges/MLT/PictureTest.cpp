@@ -188,6 +188,11 @@ TEST(Picture, HasTheSizeThatIsAskedFor) {
         for (std::size_t i = 0; i < expected.planes[0].size(); ++i) {
             ASSERT_NEAR(image.codes.planes[0][i], expected.planes[0][i], kNearest) << width << "x" << height;
         }
+        // Every second pixel has Cb, the last of an odd width too.
+        ASSERT_EQ(image.codes.planes[1].size(), expected.planes[1].size());
+        for (std::size_t i = 0; i < expected.planes[1].size(); ++i) {
+            ASSERT_NEAR(image.codes.planes[1][i], expected.planes[1][i], kNearest) << width << "x" << height;
+        }
     }
 }
 

@@ -121,6 +121,16 @@ TEST(Sound, OfAFrameThatIsAskedForTwiceIsTheSame) {
     EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 1), once), "");
 }
 
+TEST(Sound, StartsByTheClockWhenTheProfilesFrameRateChanges) {
+    const auto profile = test::MakeProfile(kPal);
+    const auto clip = test::MakeClip(*profile);
+    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 1);  // 1920 samples, 318 more than a frame at 29.97
+    profile->frame_rate_num = kNtsc.num;
+    profile->frame_rate_den = kNtsc.den;
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 1, 48000, 2, 1);
+    EXPECT_EQ(Difference(sound, PlugInSound(test::Tone(2), 1602, static_cast<std::int64_t>(LengthOf(sound)))), "");
+}
+
 TEST(Sound, FollowsItsPropertiesWhileItPlays) {
     const auto profile = test::MakeProfile(kPal);
     const auto clip = test::MakeClip(*profile);

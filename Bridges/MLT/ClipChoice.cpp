@@ -79,13 +79,6 @@ std::string ReadName(const NameProperty& property, const std::string& text, cons
     return std::string(property.names.front());
 }
 
-lineup::Card CardOf(const std::string& name) {
-    if (name == "hd") {
-        return lineup::Card::HD;
-    }
-    return name == "sd" ? lineup::Card::SD : lineup::Card::Auto;
-}
-
 // An ident decides on the channels, and has frequencies and levels of its own. Editors store every property
 // of a clip, so those of the tone that was there before are no mistake.
 void KeepIdentAlone(lineup::ToneChoice& tone, const Complain& complain) {
@@ -117,7 +110,9 @@ bool UpdateTexts(mlt_properties properties, PropertyTexts& texts) {
 
 ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain) {
     ClipChoice choice;
-    choice.card = CardOf(ReadName(CardProperty(), texts[kCardIndex], complain));
+    choice.card = std::ranges::find(lineup::kCardNames, ReadName(CardProperty(), texts[kCardIndex], complain),
+                                    &lineup::CardName::name)
+                      ->card;
     choice.inMatrixOfProfile = ReadName(MatrixProperty(), texts[kMatrixIndex], complain) == "profile";
     choice.depthBits = std::stoi(ReadName(DepthProperty(), texts[kDepthIndex], complain));
     choice.tone.frequencyHz = ReadNumber(kFrequency, texts[kFrequencyIndex], complain);

@@ -1,5 +1,6 @@
 #include "Bridges/MLT/Properties.h"
 
+#include <lineup/Card.h>
 #include <lineup/ChannelLayout.h>
 #include <lineup/Idents.h>
 
@@ -12,9 +13,8 @@ namespace {
 
 using Names = std::vector<std::string_view>;
 
-template <class Row>
-Names NamesOf(std::string_view first, std::span<const Row> rows) {
-    Names names{first};
+template <class Rows>
+Names NamesOf(const Rows& rows, Names names = {}) {
     for (const Row& row : rows) {
         names.push_back(row.name);
     }
@@ -24,9 +24,9 @@ Names NamesOf(std::string_view first, std::span<const Row> rows) {
 }  // namespace
 
 const NameProperty& CardProperty() {
-    static constexpr std::array<std::string_view, 3> kNames = {"auto", "hd", "sd"};
-    static constexpr NameProperty kProperty{"card", kNames};
-    return kProperty;
+    static const Names names = NamesOf(lineup::kCardNames);
+    static const NameProperty property{"card", names};
+    return property;
 }
 
 const NameProperty& MatrixProperty() {
@@ -42,13 +42,13 @@ const NameProperty& DepthProperty() {
 }
 
 const NameProperty& SoundProperty() {
-    static const Names names = NamesOf("tone", lineup::Idents());
+    static const Names names = NamesOf(lineup::Idents(), {"tone"});
     static const NameProperty property{"sound", names};
     return property;
 }
 
 const NameProperty& ChannelsProperty() {
-    static const Names names = NamesOf("auto", lineup::ChannelLayouts());
+    static const Names names = NamesOf(lineup::ChannelLayouts(), {"auto"});
     static const NameProperty property{"channels", names};
     return property;
 }

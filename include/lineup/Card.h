@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <string_view>
+
 namespace lineup {
 
 /// Which of the clip's two cards a frame shows.
@@ -7,6 +10,16 @@ enum class Card {
     Auto,  ///< SD for pictures of fewer than 720 lines, HD for all others
     HD,    ///< the arrangement with the luma ramp, drawn in float
     SD,    ///< the standard-definition arrangement, drawn in 8 bits
+};
+
+struct CardName {
+    std::string_view name;
+    Card card;
+};
+
+/// The cards as files, command lines and properties call them; the one that is used unasked first.
+inline constexpr std::array<CardName, 3> kCardNames = {
+    {{"auto", Card::Auto}, {"hd", Card::HD}, {"sd", Card::SD}},
 };
 
 }  // namespace lineup

@@ -3,8 +3,6 @@
 #include <lineup/UsageError.h>
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
 namespace cli {
 
@@ -12,19 +10,9 @@ namespace {
 
 constexpr const char* kPicture = "Picture";
 
-struct CardName {
-    std::string_view name;
-    lineup::Card card;
-};
-constexpr std::array<CardName, 3> kCards = {{
-    {"auto", lineup::Card::Auto},
-    {"hd", lineup::Card::HD},
-    {"sd", lineup::Card::SD},
-}};
-
 lineup::Card ParseCard(const std::string& text) {
-    const auto* const found = std::ranges::find(kCards, text, &CardName::name);
-    if (found == kCards.end()) {
+    const auto* const found = std::ranges::find(lineup::kCardNames, text, &lineup::CardName::name);
+    if (found == lineup::kCardNames.end()) {
         throw lineup::UsageError("card", text, "must be auto, hd or sd");
     }
     return found->card;

@@ -1,6 +1,7 @@
 #include "Apps/studio/Export/ExportChoice.h"
 
 #include <lineup/Exporter.h>
+#include "Apps/studio/Document/ProblemWords.h"
 
 #include <QFile>
 #include <exception>
@@ -34,9 +35,10 @@ lineup::ExportSettings MakeExportSettings(const StudioDocument& document, const 
 QString ExportProblem(const StudioDocument& document, const ExportChoice& choice) {
     try {
         lineup::CheckExport(*document.Clip(), MakeExportSettings(document, choice));
-        return {};
+        return ToneProblem(document.Plugin(), document.Values().settings,
+                           static_cast<double>(document.Clip()->SampleRate()));
     } catch (const std::exception& error) {
-        return QString::fromUtf8(error.what());
+        return ProblemWords(error);
     }
 }
 

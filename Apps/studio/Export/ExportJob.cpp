@@ -1,5 +1,7 @@
 #include "Apps/studio/Export/ExportJob.h"
 
+#include "Apps/studio/Document/ProblemWords.h"
+
 #include <exception>
 #include <utility>
 
@@ -28,7 +30,7 @@ void ExportJob::Run() {
     } catch (const lineup::Cancelled&) {
         Q_EMIT Cancelled();
     } catch (const std::exception& error) {
-        Q_EMIT Failed(QString::fromUtf8(error.what()));
+        Q_EMIT Failed(ProblemWords(error));
     }
 }
 

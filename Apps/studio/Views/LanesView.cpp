@@ -1,5 +1,6 @@
 #include "Apps/studio/Views/LanesView.h"
 
+#include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Views/LanePainter.h"
 #include "Apps/studio/Window/Theme.h"
 
@@ -158,7 +159,7 @@ void LanesView::Draw() {
         ++mRequests;
         mLanes = DrawClip(*mClip, mSpan, {size, Gutter(), devicePixelRatioF(), font()});
     } catch (const std::exception& error) {
-        mProblem = QString::fromUtf8(error.what());
+        mProblem = ProblemWords(error);
         mLanes = QPixmap(size * devicePixelRatioF());
         mLanes.setDevicePixelRatio(devicePixelRatioF());
         mLanes.fill(Theme::Current().lane);

@@ -1,5 +1,7 @@
 #include "Apps/studio/Views/PictureLoader.h"
 
+#include "Apps/studio/Document/ProblemWords.h"
+
 #include <exception>
 
 namespace studio {
@@ -40,7 +42,7 @@ PictureLoader::Answer PictureLoader::Serve(const Wish& wish) {
     try {
         answer.picture = std::make_shared<CardPicture>(*wish.clip, wish.format);
     } catch (const std::exception& error) {
-        answer.problem = QString::fromUtf8(error.what());
+        answer.problem = ProblemWords(error);
     }
     return answer;
 }

@@ -2,8 +2,8 @@
 
 #include <lineup/ChannelLayout.h>
 #include <lineup/Idents.h>
-#include <lineup/ToneChoice.h>
 #include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Window/Theme.h"
 
 #include <QDialogButtonBox>
@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <exception>
 
 namespace studio {
 
@@ -64,7 +63,8 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
       mCard(new QComboBox(this)),
       mFrameRate(new QComboBox(this)),
       mLength(new QDoubleSpinBox(this)),
-      mProblem(new QLabel(this)) {
+      mProblem(new QLabel(this)),
+      mMoveTone(new QCheckBox(this)) {
     setObjectName("clipDialog");
     setWindowTitle(title);
     mChannels->setObjectName("channels");
@@ -75,6 +75,9 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
     mCard->setObjectName("card");
     mFrameRate->setObjectName("frameRate");
     mLength->setObjectName("length");
+    mProblem->setObjectName("clipProblem");
+    mMoveTone->setObjectName("moveTone");
+    mMoveTone->setText(tr("Set the &tone to %1 Hz").arg(static_cast<double>(UsualFrequency())));
     mWidth->setAccessibleName(tr("Picture width"));
     mHeight->setAccessibleName(tr("Picture height"));
 
@@ -97,6 +100,7 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(mProblem);
+    layout->addWidget(mMoveTone);
     layout->addWidget(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
@@ -111,6 +115,7 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
         Check();
     });
     connect(mRate, &QComboBox::currentTextChanged, this, &ClipDialog::Check);
+    connect(mMoveTone, &QCheckBox::toggled, this, &ClipDialog::Check);
     connect(mWidth, &QSpinBox::valueChanged, this, &ClipDialog::Check);
     connect(mHeight, &QSpinBox::valueChanged, this, &ClipDialog::Check);
     Check();
@@ -166,16 +171,18 @@ void ClipDialog::Check() {
     });
     const QSignalBlocker quiet(mSize);
     mSize->setCurrentIndex(static_cast<int>(size - kSizes.begin()));  // the last one is "Other"
-    QString problem;
+    bool isNumber = false;
+    const double typedHz = mRate->currentText().toDouble(&isNumber);
+    const double rateHz = isNumber ? typedHz : std::nan("");
+    QString problem = SampleRateProblem(mPlugin, rateHz);
+    // A rate too low for the tone is a question: what is to become of the tone?
+    const QString toneProblem = problem.isEmpty() ? ToneProblem(mPlugin, mBefore.settings, rateHz) : QString();
+    mMoveTone->setVisible(!toneProblem.isEmpty());
+    if (!MovesTone()) {
+        problem += toneProblem;
+    }
     if (mWidth->value() % 2 != 0 || mHeight->value() % 2 != 0) {
         problem = tr("Width and height must be even.");
-    }
-    bool isNumber = false;
-    const double rateHz = mRate->currentText().toDouble(&isNumber);
-    try {
-        (void)lineup::MakeSettings(mPlugin, {.sampleRateHz = isNumber ? rateHz : std::nan("")});
-    } catch (const std::exception& error) {
-        problem = QString::fromUtf8(error.what());
     }
     QPalette palette = this->palette();
     palette.setColor(QPalette::WindowText, Theme::Current().warning);
@@ -183,6 +190,14 @@ void ClipDialog::Check() {
     mProblem->setText(problem);
     mProblem->setVisible(!problem.isEmpty());
     mOk->setEnabled(problem.isEmpty());
+}
+
+float ClipDialog::UsualFrequency() const {
+    return mPlugin.DefaultSettings(lineup::Clip::kHostSampleRate).frequency;
+}
+
+bool ClipDialog::MovesTone() const {
+    return !mMoveTone->isHidden() && mMoveTone->isChecked();
 }
 
 lineup::Rational ClipDialog::FrameRate() const {
@@ -195,6 +210,9 @@ lineup::ClipDocument ClipDialog::Values() const {
     BarsAndToneInfo& settings = values.settings;
     if (mRate->currentText() != QString::number(static_cast<double>(settings.sampleRate), 'g', 9)) {
         settings.sampleRate = mRate->currentText().toFloat();
+    }
+    if (MovesTone()) {
+        settings.frequency = UsualFrequency();
     }
     const auto channels = static_cast<std::uint32_t>(mChannels->currentData().toInt());
     if (mChannels->currentIndex() >= 0 && channels != settings.numChannels) {

@@ -3,6 +3,7 @@
 #include <lineup/ClipDocument.h>
 #include <lineup/Importer.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDoubleSpinBox>
@@ -23,12 +24,15 @@ public:
                QWidget* parent);
 
     /// The values as they were chosen. What the dialog does not ask for stays as it was, and so does a tone
-    /// that goes with the channels chosen; an ident that does not is taken out.
+    /// that goes with channels and rate chosen; an ident that does not is taken out, and a steady tone above half of
+    /// the sample rate is set to the plug-in's usual frequency if a person said so.
     [[nodiscard]] lineup::ClipDocument Values() const;
 
 private:
     void FillIn();
     void Check();
+    [[nodiscard]] float UsualFrequency() const;
+    [[nodiscard]] bool MovesTone() const;
     [[nodiscard]] lineup::Rational FrameRate() const;
 
     const lineup::Importer& mPlugin;
@@ -42,6 +46,7 @@ private:
     QComboBox* mFrameRate;
     QDoubleSpinBox* mLength;
     QLabel* mProblem;
+    QCheckBox* mMoveTone;  // shown when the tone is too high for the rate
     QPushButton* mOk;
 };
 

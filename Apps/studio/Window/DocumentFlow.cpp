@@ -1,5 +1,6 @@
 #include "Apps/studio/Window/DocumentFlow.h"
 
+#include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Window/ClipDialog.h"
 
 #include <QFileDialog>
@@ -57,7 +58,7 @@ void DocumentFlow::New() {
             mDocument.New(dialog.Values());
         }
     } catch (const std::exception& error) {
-        Complain(QString::fromUtf8(error.what()));
+        Complain(ProblemWords(error));
     }
 }
 
@@ -67,7 +68,7 @@ void DocumentFlow::EditClip() {
         try {
             mDocument.Edit(dialog.Values(), tr("Clip Settings"));
         } catch (const std::exception& error) {
-            Complain(QString::fromUtf8(error.what()));
+            Complain(ProblemWords(error));
         }
     }
 }
@@ -88,7 +89,7 @@ void DocumentFlow::OpenFile(const QString& file) {
         mRecent.Add(file);
     } catch (const std::exception& error) {
         mRecent.Remove(file);
-        Complain(QString::fromUtf8(error.what()));
+        Complain(ProblemWords(error));
     }
 }
 
@@ -98,7 +99,7 @@ bool DocumentFlow::SaveTo(const QString& file) {
         mRecent.Add(file);
         return true;
     } catch (const std::exception& error) {
-        Complain(QString::fromUtf8(error.what()));
+        Complain(ProblemWords(error));
         return false;
     }
 }

@@ -1,6 +1,7 @@
 #include "Apps/studio/Window/StudioWindow.h"
 
 #include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Export/ExportDialog.h"
 
 #include <QApplication>
@@ -243,7 +244,7 @@ void StudioWindow::EditTone() {
     try {
         mToneEditor.Edit();
     } catch (const std::exception& error) {
-        mFlow.Complain(QString::fromUtf8(error.what()));
+        mFlow.Complain(ProblemWords(error));
     }
     if (mCloseAfterDialog) {
         mCloseAfterDialog = false;

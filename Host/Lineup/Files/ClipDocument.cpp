@@ -28,12 +28,6 @@ constexpr int kHighestFrameRate = 240;
 constexpr int kMostDenominator = 1001000;
 constexpr std::size_t kRecordDigits = 2 * sizeof(BarsAndToneInfo);
 
-struct CardName {
-    const char* name;
-    Card card;
-};
-constexpr std::array<CardName, 3> kCards = {{{"auto", Card::Auto}, {"hd", Card::HD}, {"sd", Card::SD}}};
-
 std::string ReadBytes(const fs::path& file) {
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
@@ -78,8 +72,8 @@ int EvenSize(const Json& picture, const char* name) {
 
 Card CardFrom(const Json& value) {
     const auto* const found =
-        std::ranges::find_if(kCards, [&](const CardName& card) { return value == Json(card.name); });
-    if (found == kCards.end()) {
+        std::ranges::find_if(kCardNames, [&](const CardName& card) { return value == Json(card.name); });
+    if (found == kCardNames.end()) {
         throw Error(R"(it is damaged: "card" must be "auto", "hd" or "sd")");
     }
     return found->card;
@@ -175,7 +169,7 @@ ClipDocument ReadDocument(const fs::path& file) {
 
 void WriteDocument(TargetFile& target, const ClipDocument& document) {
     const PictureFormat& picture = document.picture;
-    const auto* const card = std::ranges::find(kCards, picture.card, &CardName::card);
+    const auto* const card = std::ranges::find(kCardNames, picture.card, &CardName::card);
     const Json json = {{"kind", kKind},
                        {"version", kVersion},
                        {"settings", Digits(document.settings)},

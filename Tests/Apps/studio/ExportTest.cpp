@@ -19,7 +19,9 @@ namespace fs = std::filesystem;
 using test::DialogHands;
 using test::StudioTest;
 using test::WaitFor;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 // Frames of a clip in the order of files.
 std::vector<float> InFileOrder(const lineup::Clip& clip, std::int64_t frames) {
@@ -86,7 +88,8 @@ TEST_F(StudioExport, SaysWhatCannotBeExportedWhileItIsChosen) {
         auto& name = hands.Find<QLineEdit>("exportFile");
         name.setText(InFolder("clip.xyz"));
         EXPECT_FALSE(hands.IsEnabled("exportButton"));
-        EXPECT_FALSE(hands.Find<QLabel>("exportProblem").text().isEmpty());
+        EXPECT_THAT(hands.Find<QLabel>("exportProblem").text().toStdString(),
+                    AllOf(StartsWith("File name "), HasSubstr("clip.xyz: the name must end in .")));
         name.setText(InFolder("clip.mov"));
         EXPECT_TRUE(hands.IsEnabled("exportButton"));
         hands.Find<QLineEdit>("exportTimecode").setText("10:00:00:99");
@@ -94,6 +97,20 @@ TEST_F(StudioExport, SaysWhatCannotBeExportedWhileItIsChosen) {
         hands.Press(Qt::Key_Escape);
     });
     EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(StudioExport, RefusesAToneThatTheFileWouldNotHold) {
+    lineup::ClipDocument high;
+    high.settings.sampleRate = 8000.0F;
+    high.settings.frequency = 10000.0F;
+    Window().Document().New(high);
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("clip.wav"));
+        EXPECT_FALSE(hands.IsEnabled("exportButton"));
+        EXPECT_EQ(hands.Find<QLabel>("exportProblem").text(),
+                  "Frequency 10000: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
+        hands.Press(Qt::Key_Escape);
+    });
 }
 
 TEST_F(StudioExport, AsksBeforeItReplacesAFile) {

@@ -6,6 +6,9 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -90,8 +93,8 @@ TEST_F(StudioWindowTest, ADamagedOrForeignDocumentGetsASentenceAndChangesNothing
                     "\x7F"
                     "ELF");
     EXPECT_EQ(SaidBy([&] { Window().Open(InFolder("damaged.lineup")); }),
-              "cannot open " + (Folder() / "damaged.lineup").string() +
-                  ": it is damaged: \"settings\" must be 64 hexadecimal digits");
+              "Cannot open " + (Folder() / "damaged.lineup").string() +
+                  ": it is damaged: \"settings\" must be 64 hexadecimal digits.");
     EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("foreign.lineup")); }), HasSubstr("it is no Lineup document"));
     EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("none.lineup")); }), HasSubstr("No such file"));
     EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
@@ -103,8 +106,35 @@ TEST_F(StudioWindowTest, ADocumentOfAClipThatCannotBeGetsASentence) {
     document.settings.numChannels = 0;
     lineup::TargetFile target(Folder() / "no-channels.lineup", false);
     WriteDocument(target, document);
-    EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("no-channels.lineup")); }), HasSubstr("cannot open a clip of 0"));
+    EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("no-channels.lineup")); }), HasSubstr("Cannot open a clip of 0"));
     EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
+}
+
+TEST_F(StudioWindowTest, ASampleRateTooLowForTheToneAsksWhatBecomesOfIt) {
+    lineup::ClipDocument high;
+    high.settings.frequency = 10000.0F;
+    Window().Document().New(high);
+    PressFor(Qt::Key_I, Qt::ControlModifier, [](DialogHands& hands) {
+        auto& ok = *hands.Dialog().findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+        auto& move = hands.Find<QCheckBox>("moveTone");
+        auto& rate = hands.Find<QComboBox>("sampleRate");
+        EXPECT_FALSE(move.isVisible());
+        rate.setCurrentText("20000");
+        EXPECT_TRUE(ok.isEnabled());  // just high enough
+        rate.setCurrentText("8000");
+        EXPECT_EQ(hands.Find<QLabel>("clipProblem").text(),
+                  "Frequency 10000: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
+        EXPECT_FALSE(ok.isEnabled());
+        move.click();
+        EXPECT_TRUE(ok.isEnabled());
+        ok.click();
+    });
+    lineup::ClipDocument low = high;
+    low.settings.sampleRate = 8000.0F;
+    low.settings.frequency = 1000.0F;
+    EXPECT_EQ(Window().Document().Values(), low);
+    Press(Qt::Key_Z, Qt::ControlModifier);  // rate and tone are one step
+    EXPECT_EQ(Window().Document().Values(), high);
 }
 
 TEST_F(StudioWindowTest, AsksBeforeChangesAreLost) {

@@ -1,0 +1,82 @@
+#include "Apps/studio/Document/ProblemWords.h"
+
+#include <lineup/ToneChoice.h>
+#include <lineup/UsageError.h>
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+
+namespace studio {
+
+namespace {
+
+// The options that a window refuses, and what it calls them.
+struct OptionName {
+    std::string_view option;
+    const char* name;
+};
+constexpr std::array<OptionName, 15> kNames = {{{"audio-codec", QT_TRANSLATE_NOOP("Option", "Sound codec")},
+                                                {"card", QT_TRANSLATE_NOOP("Option", "Card")},
+                                                {"channels", QT_TRANSLATE_NOOP("Option", "Channels")},
+                                                {"duration", QT_TRANSLATE_NOOP("Option", "Length")},
+                                                {"fps", QT_TRANSLATE_NOOP("Option", "Frame rate")},
+                                                {"frequency", QT_TRANSLATE_NOOP("Option", "Frequency")},
+                                                {"ident", QT_TRANSLATE_NOOP("Option", "Ident")},
+                                                {"level", QT_TRANSLATE_NOOP("Option", "Level")},
+                                                {"mono-tracks", QT_TRANSLATE_NOOP("Option", "Mono tracks")},
+                                                {"output", QT_TRANSLATE_NOOP("Option", "File name")},
+                                                {"sample-rate", QT_TRANSLATE_NOOP("Option", "Sample rate")},
+                                                {"size", QT_TRANSLATE_NOOP("Option", "Picture size")},
+                                                {"start", QT_TRANSLATE_NOOP("Option", "Start")},
+                                                {"timecode", QT_TRANSLATE_NOOP("Option", "Time code")},
+                                                {"video-codec", QT_TRANSLATE_NOOP("Option", "Picture codec")}}};
+
+QString NameOf(const std::string& option) {
+    const auto* const row = std::ranges::find(kNames, option, &OptionName::option);
+    return row == kNames.end() ? QString::fromStdString(option) : QCoreApplication::translate("Option", row->name);
+}
+
+QString Sentence(QString text) {
+    if (!text.isEmpty()) {
+        text[0] = text[0].toUpper();
+        text += text.endsWith('.') ? "" : ".";
+    }
+    return text;
+}
+
+QString RefusalOf(const lineup::Importer& plugin, const lineup::ToneChoice& choice) {
+    try {
+        (void)lineup::MakeSettings(plugin, choice);
+        return {};
+    } catch (const std::exception& error) {
+        return ProblemWords(error);
+    }
+}
+
+}  // namespace
+
+QString ProblemWords(const std::exception& error) {
+    if (const auto* const usage = dynamic_cast<const lineup::UsageError*>(&error)) {
+        return Sentence(QString("%1 %2: %3")
+                            .arg(NameOf(usage->Option()), QString::fromStdString(usage->Value()),
+                                 QString::fromStdString(usage->Remedy())));
+    }
+    return Sentence(QString::fromUtf8(error.what()));
+}
+
+QString SampleRateProblem(const lineup::Importer& plugin, double rateHz) {
+    return RefusalOf(plugin, {.sampleRateHz = rateHz});
+}
+
+QString ToneProblem(const lineup::Importer& plugin, const BarsAndToneInfo& settings, double rateHz) {
+    const auto frequencyHz = static_cast<double>(settings.frequency);
+    if (settings.identifyChannels == 1 || std::abs(frequencyHz) <= rateHz / 2) {
+        return {};
+    }
+    return RefusalOf(plugin, {.sampleRateHz = rateHz, .frequencyHz = frequencyHz});
+}
+
+}  // namespace studio

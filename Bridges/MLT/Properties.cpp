@@ -15,7 +15,7 @@ using Names = std::vector<std::string_view>;
 
 template <class Rows>
 Names NamesOf(const Rows& rows, Names names = {}) {
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         names.push_back(row.name);
     }
     return names;

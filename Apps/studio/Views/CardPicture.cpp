@@ -20,11 +20,28 @@ QImage ToScreen(const lineup::FloatPicture& frame) {
         const auto cr = frame.Line(2, line);
         auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(line));
         for (std::size_t x = 0; x < y.size(); ++x) {
-            const Rgb colour = ToRgb({y[x], cb[x], cr[x]});
+            const Rgb colour = ToRgb({y[x], cb[x], cr[x]}, Matrix::Bt601);
             pixels[x] = qRgb(Code8(colour.r), Code8(colour.g), Code8(colour.b));
         }
     }
     return image;
+}
+
+void Convert(lineup::FloatPicture& frame, Matrix matrix) {
+    if (matrix == Matrix::Bt601) {
+        return;
+    }
+    for (int line = 0; line < frame.Height(); ++line) {
+        const auto y = frame.Line(0, line);
+        const auto cb = frame.Line(1, line);
+        const auto cr = frame.Line(2, line);
+        for (std::size_t x = 0; x < y.size(); ++x) {
+            const Ycc colour = ToYcc(ToRgb({y[x], cb[x], cr[x]}, Matrix::Bt601), matrix);
+            y[x] = colour.y;
+            cb[x] = colour.cb;
+            cr[x] = colour.cr;
+        }
+    }
 }
 
 // The pixel shapes of 525 and 625 lines, by which their pictures are 4:3.
@@ -40,10 +57,12 @@ double PixelAspectOf(int width, int height) {
 
 }  // namespace
 
-CardPicture::CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format)
-    : mFrame(lineup::ReadPicture(clip, format.width, format.height, format.card)),
+CardPicture::CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format, Matrix matrix)
+    : mMatrix(matrix),
+      mFrame(lineup::ReadPicture(clip, format.width, format.height, format.card)),
       mPixelAspect(PixelAspectOf(format.width, format.height)),
       mScreen(ToScreen(mFrame)) {
+    Convert(mFrame, mMatrix);
     std::vector<float> column(static_cast<std::size_t>(mFrame.Height()));
     for (std::size_t x = 0; x < static_cast<std::size_t>(mFrame.Width()); ++x) {
         for (int line = 0; line < mFrame.Height(); ++line) {

@@ -2,7 +2,7 @@
 
 #include <lineup/Clip.h>
 #include <lineup/PictureFormat.h>
-#include "Apps/studio/Views/Colour601.h"
+#include "Apps/studio/Views/Colour.h"
 #include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <QImage>
@@ -17,12 +17,15 @@ struct LumaCount {
     int pixels;
 };
 
-/// A clip's frame, made ready to be looked at: its own values, the picture for the screen, and what the
+/// A clip's frame, made ready to be looked at: its values by a matrix, the picture for the screen, and what the
 /// waveform monitor shows. Never changes once made.
 class CardPicture {
 public:
-    /// Asks the plug-in for the frame. Throws lineup::Error when it refuses. Any thread.
-    CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format);
+    /// Asks the plug-in for the frame, whose numbers are BT.601, and converts those to `matrix`. Throws lineup::Error
+    /// when it refuses. Any thread.
+    CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format, Matrix matrix);
+
+    [[nodiscard]] Matrix ShownMatrix() const noexcept { return mMatrix; }
 
     [[nodiscard]] int Width() const noexcept { return mFrame.Width(); }
     [[nodiscard]] int Height() const noexcept { return mFrame.Height(); }
@@ -32,13 +35,14 @@ public:
 
     [[nodiscard]] Ycc At(int x, int y) const noexcept;
 
-    /// Full-range 8-bit R'G'B' through the BT.601 matrix; what a screen cannot show is clipped.
+    /// Full-range 8-bit R'G'B', the same by either matrix; what a screen cannot show is clipped.
     [[nodiscard]] const QImage& Screen() const noexcept { return mScreen; }
 
     /// Every value of column `x`, darkest first.
     [[nodiscard]] std::span<const LumaCount> LumaOf(int x) const noexcept;
 
 private:
+    Matrix mMatrix;
     lineup::FloatPicture mFrame;
     double mPixelAspect;
     QImage mScreen;

@@ -16,10 +16,10 @@ PictureLoader::~PictureLoader() {
     mThread.join();
 }
 
-void PictureLoader::Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format) {
+void PictureLoader::Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format, Matrix matrix) {
     {
         const std::lock_guard lock(mMutex);
-        mWish = Wish{std::move(clip), format, ++mLastNumber};
+        mWish = Wish{std::move(clip), format, matrix, ++mLastNumber};
     }
     mWake.notify_one();
 }
@@ -40,7 +40,7 @@ void PictureLoader::Run(const std::stop_token& stop) {
 PictureLoader::Answer PictureLoader::Serve(const Wish& wish) {
     Answer answer{.number = wish.number, .picture = {}, .problem = {}};
     try {
-        answer.picture = std::make_shared<CardPicture>(*wish.clip, wish.format);
+        answer.picture = std::make_shared<CardPicture>(*wish.clip, wish.format, wish.matrix);
     } catch (const std::exception& error) {
         answer.problem = ProblemWords(error);
     }

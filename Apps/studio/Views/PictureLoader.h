@@ -22,7 +22,7 @@ public:
     explicit PictureLoader(QObject* parent = nullptr);
     ~PictureLoader() override;
 
-    void Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format);
+    void Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format, Matrix matrix);
 
 Q_SIGNALS:
     /// In the thread of this object.
@@ -35,6 +35,7 @@ private:
     struct Wish {
         std::shared_ptr<const lineup::Clip> clip;
         lineup::PictureFormat format;
+        Matrix matrix = Matrix::Bt601;
         std::uint64_t number = 0;
     };
     struct Answer {

@@ -29,11 +29,12 @@ QColor ScreenColour(const Rgb& colour) {
 PixelReadout::PixelReadout(QWidget* parent) : QWidget(parent) {
     setObjectName("readout");
     setAccessibleName(tr("Pixel value"));
-    setToolTip(tr("Y'CbCr and R'G'B' of BT.601; 10-bit codes of legal range, black 64, white 940"));
+    setToolTip(tr("Y'CbCr by the matrix of the export, and R'G'B'; 10-bit codes of legal range, black 64, white 940"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void PixelReadout::Show(QPoint pixel, const Ycc& value) {
+void PixelReadout::Show(QPoint pixel, const Ycc& value, Matrix matrix) {
+    mMatrix = matrix;
     mPixel = pixel;
     mValue = value;
     setAccessibleDescription(Text());
@@ -47,7 +48,7 @@ void PixelReadout::Clear() {
 }
 
 std::array<PixelReadout::Cell, 6> PixelReadout::Cells() const {
-    const Rgb rgb = ToRgb(mValue);
+    const Rgb rgb = ToRgb(mValue, mMatrix);
     const auto luma = [](const char* name, float value) {
         return Cell{QString::fromUtf8(name), Percent(value), QString::number(LumaCode10(value))};
     };
@@ -62,7 +63,7 @@ QString PixelReadout::Text() const {
     if (!mPixel) {
         return {};
     }
-    QString text = QString("x %1 y %2").arg(mPixel->x()).arg(mPixel->y());
+    QString text = QString("x %1 y %2  %3").arg(mPixel->x()).arg(mPixel->y()).arg(NameOf(mMatrix));
     for (const Cell& cell : Cells()) {
         text += QString("  %1 %2 %3").arg(cell.name, cell.percent, cell.code);
     }
@@ -89,7 +90,7 @@ void PixelReadout::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     const QRect swatch(kPadding, (height() - kSwatch) / 2, kSwatch, kSwatch);
-    painter.fillRect(swatch, ScreenColour(ToRgb(mValue)));
+    painter.fillRect(swatch, ScreenColour(ToRgb(mValue, mMatrix)));
     painter.setPen(theme.line);
     painter.drawRect(swatch);
     int x = swatch.right() + kPadding;
@@ -100,12 +101,15 @@ void PixelReadout::paintEvent(QPaintEvent* /*event*/) {
     x += placeWidth;
     const auto cells = Cells();
     const int wanted = fontMetrics().horizontalAdvance("Cb \u2212100.0 %") + kPadding;
-    const int cellWidth = std::min((width() - x) / static_cast<int>(cells.size()), wanted + kPadding);
+    const int cellWidth = std::min((width() - x) / (static_cast<int>(cells.size()) + 1), wanted + kPadding);
     if (cellWidth < wanted) {
         QFont narrow = font();
         narrow.setPointSizeF(narrow.pointSizeF() * std::max(kLeastText, static_cast<double>(cellWidth) / wanted));
         painter.setFont(narrow);
     }
+    painter.setPen(theme.dim);
+    painter.drawText(QRect(x, top, cellWidth, 2 * line), Qt::AlignVCenter, NameOf(mMatrix));
+    x += cellWidth;
     for (const Cell& cell : cells) {
         const int nameWidth = painter.fontMetrics().horizontalAdvance("Cb ") + 2;
         painter.setPen(theme.dim);

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "Apps/studio/Views/Colour601.h"
+#include "Apps/studio/Views/Colour.h"
 
 #include <QPoint>
 #include <QWidget>
+#include <array>
 #include <optional>
 
 namespace studio {
@@ -15,10 +16,10 @@ class PixelReadout : public QWidget {
 public:
     explicit PixelReadout(QWidget* parent = nullptr);
 
-    void Show(QPoint pixel, const Ycc& value);
+    void Show(QPoint pixel, const Ycc& value, Matrix matrix);
     void Clear();
 
-    /// What is shown, as one text: "x 960 y 540  Y' 75.0 % 721 ...". Empty when there is nothing.
+    /// What is shown, as one text: "x 960 y 540  BT.709  Y' 75.0 % 721 ...". Empty when there is nothing.
     [[nodiscard]] QString Text() const;
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -37,6 +38,7 @@ private:
 
     std::optional<QPoint> mPixel;
     Ycc mValue;
+    Matrix mMatrix = Matrix::Bt601;
 };
 
 }  // namespace studio

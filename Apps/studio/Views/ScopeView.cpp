@@ -43,6 +43,10 @@ ScopeView::ScopeView(QWidget* parent) : QWidget(parent) {
 void ScopeView::SetPicture(std::shared_ptr<const CardPicture> picture) {
     mPicture = std::move(picture);
     mTrace = {};
+    if (mPicture != nullptr) {
+        setAccessibleDescription(
+            tr("Luma over the width of the picture, in percent, %1.").arg(NameOf(mPicture->ShownMatrix())));
+    }
     update();
 }
 
@@ -121,6 +125,8 @@ void ScopeView::paintEvent(QPaintEvent* /*event*/) {
         mTrace = DrawTrace(pixels);
     }
     painter.drawImage(plot, mTrace);
+    painter.setPen(Theme::Current().scopeNumber);
+    painter.drawText(plot.adjusted(0, 0, -2, 0), Qt::AlignRight | Qt::AlignTop, NameOf(mPicture->ShownMatrix()));
 }
 
 }  // namespace studio

@@ -42,6 +42,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
     {Act::SecondBack, kTransport, "secondBack", "Second Back", "Shift+Left"},
     {Act::SecondForward, kTransport, "secondForward", "Second Forward", "Shift+Right"},
     {Act::Scope, kView, "scope", "&Waveform Monitor", "W", true},
+    {Act::OwnNumbers, kView, "ownNumbers", "Plug-in\u2019s Own &Numbers (BT.601)", "", true},
     {Act::ZoomIn, kView, "zoomIn", "Zoom &In", "Ctrl++", false, true},
     {Act::ZoomOut, kView, "zoomOut", "Zoom &Out", "Ctrl+-"},
     {Act::ZoomAll, kView, "zoomAll", "Show the Whole &Clip", "Ctrl+0"},

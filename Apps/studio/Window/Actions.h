@@ -27,6 +27,7 @@ enum class Act : std::size_t {
     SecondBack,
     SecondForward,
     Scope,
+    OwnNumbers,
     ZoomIn,
     ZoomOut,
     ZoomAll,

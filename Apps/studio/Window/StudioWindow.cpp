@@ -28,6 +28,7 @@ constexpr const char* kGeometryKey = "window/geometry";
 constexpr const char* kUpperKey = "window/upper";
 constexpr const char* kWholeKey = "window/whole";
 constexpr const char* kScopeKey = "view/waveformMonitor";
+constexpr const char* kOwnNumbersKey = "view/ownNumbers";
 constexpr const char* kAppearanceKey = "view/appearance";
 constexpr const char* kLoopKey = "transport/loop";
 constexpr const char* kExportKey = "export/folder";
@@ -146,6 +147,7 @@ void StudioWindow::ConnectActions() {
                                .arg(QApplication::applicationVersion()));
     });
     connect(&mActions[Act::Scope], &QAction::toggled, mScope, &QWidget::setVisible);
+    connect(&mActions[Act::OwnNumbers], &QAction::toggled, this, &StudioWindow::LoadPicture);
 }
 
 void StudioWindow::ConnectTransport() {
@@ -190,7 +192,7 @@ void StudioWindow::ConnectViews() {
     });
     connect(mPictureView, &PictureView::PixelPointedAt, this, [this](std::optional<QPoint> pixel) {
         if (pixel && mPicture != nullptr) {
-            mReadout->Show(*pixel, mPicture->At(pixel->x(), pixel->y()));
+            mReadout->Show(*pixel, mPicture->At(pixel->x(), pixel->y()), mPicture->ShownMatrix());
         } else {
             mReadout->Clear();
         }
@@ -203,7 +205,13 @@ void StudioWindow::ShowClip() {
     mMeters->SetChannels(ShownChannels(*clip));
     mLanes->SetClip(clip, mDocument.LengthSamples());
     mPlayer.SetClip(clip, mDocument.LengthSamples());
-    mLoader.Load(clip, mDocument.Values().picture);
+    LoadPicture();
+}
+
+void StudioWindow::LoadPicture() {
+    const lineup::PictureFormat& picture = mDocument.Values().picture;
+    const bool own = mActions[Act::OwnNumbers].isChecked();
+    mLoader.Load(mDocument.Clip(), picture, own ? Matrix::Bt601 : MatrixOfExport(picture.height));
 }
 
 void StudioWindow::ShowTitle() {
@@ -282,6 +290,7 @@ void StudioWindow::Restore() {
     Dress(static_cast<Appearance>(std::clamp(settings.value(kAppearanceKey).toInt(), 0, 2)));
     mActions[Act::Loop].setChecked(settings.value(kLoopKey, true).toBool());
     mActions[Act::Scope].setChecked(settings.value(kScopeKey, false).toBool());
+    mActions[Act::OwnNumbers].setChecked(settings.value(kOwnNumbersKey, false).toBool());
     mScope->setVisible(mActions[Act::Scope].isChecked());
     if (!restoreGeometry(settings.value(kGeometryKey).toByteArray())) {
         resize(kFirstSize.boundedTo(screen()->availableSize()));
@@ -300,6 +309,7 @@ void StudioWindow::Remember() const {
     settings.setValue(kUpperKey, mUpper->saveState());
     settings.setValue(kWholeKey, mWhole->saveState());
     settings.setValue(kLoopKey, mActions[Act::Loop].isChecked());
+    settings.setValue(kOwnNumbersKey, mActions[Act::OwnNumbers].isChecked());
     settings.setValue(kScopeKey, mActions[Act::Scope].isChecked());
 }
 

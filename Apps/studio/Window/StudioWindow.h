@@ -50,6 +50,7 @@ private:
     void ConnectTransport();
     void ConnectViews();
     void ShowClip();
+    void LoadPicture();
     void ShowTitle();
     void ShowPosition();
     void ShowSound();

@@ -237,6 +237,19 @@ TEST_F(StudioWindowTest, EveryCommandHasANameAndEveryShortcutIsItsOwn) {
     EXPECT_GT(shortcuts.size(), 20);
 }
 
+TEST_F(StudioWindowTest, ReadsWhatTheExportWillHoldOrThePlugInsOwnNumbers) {
+    auto& picture = Find<studio::PictureView>("picture");
+    const auto yellow = [&] {
+        WaitFor([&] { return !picture.Frame().isEmpty(); }, "the picture comes");
+        const QRectF frame = picture.Frame();
+        QTest::mouseMove(&picture, QPointF(frame.x() + frame.width() * 0.27, frame.y() + 20).toPoint());
+        return Find<studio::PixelReadout>("readout").Text();
+    };
+    WaitFor([&] { return yellow().contains(QString::fromUtf8("BT.709  Y\u2032 69.3 %")); }, "the exported value");
+    Window().Commands()[Act::OwnNumbers].trigger();
+    WaitFor([&] { return yellow().contains(QString::fromUtf8("BT.601  Y\u2032 66.2 %")); }, "the plug-in's value");
+}
+
 TEST_F(StudioWindowTest, WhatCanHaveTheFocusHasAnAccessibleName) {
     for (QWidget* const widget : Window().findChildren<QWidget*>()) {
         if (widget->focusPolicy() != Qt::NoFocus && widget->isVisible()) {

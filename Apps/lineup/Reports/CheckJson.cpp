@@ -1,0 +1,125 @@
+#include "Apps/lineup/Reports/CheckJson.h"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
+
+namespace cli {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+template <class Value>
+ordered_json OrNull(const std::optional<Value>& value) {
+    return value ? ordered_json(*value) : ordered_json();
+}
+
+ordered_json OrNull(const std::string& text) {
+    return text.empty() ? ordered_json() : ordered_json(text);
+}
+
+ordered_json ChannelJson(const lineup::ChannelReport& channel) {
+    return {{"input", channel.input},
+            {"channel", OrNull(channel.channel)},
+            {"polarity", OrNull(channel.polarity)},
+            {"level", OrNull(channel.level)},
+            {"gain", OrNull(channel.gain)},
+            {"delay", OrNull(channel.delay)},
+            {"noise", OrNull(channel.noise)},
+            {"distortion", OrNull(channel.distortion)},
+            {"dc", OrNull(channel.dc)},
+            {"effectiveBits", OrNull(channel.effectiveBits)}};
+}
+
+ordered_json SpeedJson(const std::optional<lineup::SpeedReport>& speed) {
+    return speed ? ordered_json{{"ratio", speed->ratio}, {"ppm", speed->ppm}} : ordered_json();
+}
+
+ordered_json SoundJson(const std::optional<lineup::SoundReport>& sound) {
+    if (!sound) {
+        return {};
+    }
+    ordered_json channels = ordered_json::array();
+    for (const lineup::ChannelReport& channel : sound->channels) {
+        channels.push_back(ChannelJson(channel));
+    }
+    return {{"expected", OrNull(sound->expected)},
+            {"sampleRate", OrNull(sound->sampleRate)},
+            {"inputs", sound->inputs},
+            {"startsAt", OrNull(sound->startsAt)},
+            {"cycles", OrNull(sound->cycles)},
+            {"speed", SpeedJson(sound->speed)},
+            {"channels", channels}};
+}
+
+ordered_json PlaceJson(const std::optional<lineup::CardPlace>& place) {
+    if (!place) {
+        return {};
+    }
+    return {{"x", place->x},
+            {"y", place->y},
+            {"width", place->width},
+            {"height", place->height},
+            {"mirrored", place->mirrored},
+            {"flipped", place->flipped}};
+}
+
+ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
+    if (!picture) {
+        return {};
+    }
+    ordered_json patches = ordered_json::array();
+    for (const lineup::PatchReport& patch : picture->patches) {
+        patches.push_back({{"name", patch.name}, {"expected", patch.expected}, {"measured", patch.measured}});
+    }
+    return {{"card", OrNull(picture->card)},
+            {"width", picture->width},
+            {"height", picture->height},
+            {"bits", picture->bits},
+            {"codes", {{"matrix", OrNull(picture->codes.matrix)}, {"range", OrNull(picture->codes.range)}}},
+            {"tags",
+             {{"matrix", OrNull(picture->tags.matrix)},
+              {"primaries", OrNull(picture->tags.primaries)},
+              {"transfer", OrNull(picture->tags.transfer)},
+              {"range", OrNull(picture->tags.range)}}},
+            {"place", PlaceJson(picture->place)},
+            {"patches", patches}};
+}
+
+ordered_json FaultJson(const lineup::CheckFault& fault) {
+    return {{"id", fault.id},
+            {"part", lineup::CheckPartName(fault.part)},
+            {"inputs", fault.inputs},
+            {"channels", fault.channels},
+            {"measured", OrNull(fault.measured)},
+            {"expected", OrNull(fault.expected)},
+            {"unit", fault.unit},
+            {"at", OrNull(fault.at)},
+            {"text", fault.text}};
+}
+
+}  // namespace
+
+std::string CheckJson(const lineup::CheckReport& report) {
+    ordered_json faults = ordered_json::array();
+    for (const lineup::CheckFault& fault : report.faults) {
+        faults.push_back(FaultJson(fault));
+    }
+    ordered_json notes = ordered_json::array();
+    for (const lineup::CheckNote& note : report.notes) {
+        notes.push_back({{"id", note.id}, {"part", lineup::CheckPartName(note.part)}, {"text", note.text}});
+    }
+    const ordered_json json = {{"schema", "lineup-check/1"},
+                               {"source", report.source},
+                               {"verdict", lineup::CheckVerdictName(report.verdict)},
+                               {"sound", SoundJson(report.sound)},
+                               {"picture", PictureJson(report.picture)},
+                               {"faults", faults},
+                               {"notes", notes}};
+    // Names of files are bytes; those that are no text are shown as such.
+    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
+
+}  // namespace cli

@@ -1,0 +1,102 @@
+#include "Apps/lineup/Reports/CheckText.h"
+
+#include "Apps/lineup/Reports/CheckTable.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+using lineup::CheckReport;
+using lineup::CheckVerdict;
+
+constexpr const char* kGap = "  ";
+
+enum class Colour { kRed = 31, kGreen = 32, kYellow = 33 };
+
+std::string Coloured(const std::string& text, Colour colour, bool isColoured) {
+    return isColoured && !text.empty() ? fmt::format("\033[{}m{}\033[0m", static_cast<int>(colour), text) : text;
+}
+
+// Bytes of UTF-8 that begin a character.
+std::size_t Width(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+}
+
+std::string Padded(const std::string& text, std::size_t width, bool toTheRight) {
+    const std::string blanks(width - std::min(width, Width(text)), ' ');
+    return toTheRight ? blanks + text : text + blanks;
+}
+
+// Numbers stand above each other; units follow those of the first row.
+std::string TableText(const CheckReport& report, bool isColoured) {
+    const CheckTable table = MakeCheckTable(report, false);
+    std::string head;
+    std::vector<std::string> lines(table.rows.size());
+    for (std::size_t c = 0; c < table.columns.size(); ++c) {
+        const CheckColumn& column = table.columns[c];
+        std::size_t width = Width(std::string(column.name));
+        for (const auto& row : table.rows) {
+            width = std::max(width, Width(row[c]));
+        }
+        const std::string unitBlanks(column.unit.empty() ? 0 : column.unit.size() + 1, ' ');
+        head += Padded(std::string(column.name), width, column.isNumber) + unitBlanks + kGap;
+        bool isUnitDue = !column.unit.empty();
+        for (std::size_t r = 0; r < lines.size(); ++r) {
+            const bool hasUnit = isUnitDue && !table.rows[r][c].empty();
+            lines[r] += Padded(table.rows[r][c], width, column.isNumber) +
+                        (hasUnit ? fmt::format(" {}", column.unit) : unitBlanks) + kGap;
+            isUnitDue = isUnitDue && !hasUnit;
+        }
+    }
+    const auto trimmed = [](std::string line) { return line.erase(line.find_last_not_of(' ') + 1) + "\n"; };
+    std::string text = trimmed(head);
+    for (std::size_t r = 0; r < lines.size(); ++r) {
+        text += trimmed(lines[r] + Coloured(table.remarks[r], Colour::kRed, isColoured));
+    }
+    return text;
+}
+
+Colour ColourOf(CheckVerdict verdict) {
+    return verdict == CheckVerdict::kRight    ? Colour::kGreen
+           : verdict == CheckVerdict::kFaults ? Colour::kRed
+                                              : Colour::kYellow;
+}
+
+}  // namespace
+
+std::string CheckText(const CheckReport& report, const CheckTextStyle& style) {
+    std::string text = style.namesRecording ? fmt::format("{}\n", report.source) : "";
+    text += CheckHeading(report) + "\n";
+    if (report.sound && !report.sound->channels.empty() && !report.sound->expected.empty()) {
+        text += "\n" + TableText(report, style.isColoured);
+    }
+    text += "\n" + Coloured(CheckOutcome(report), ColourOf(report.verdict), style.isColoured) + "\n";
+    for (const lineup::CheckFault& fault : report.faults) {
+        text += fmt::format("{}{}\n", kGap, fault.text);
+    }
+    for (const lineup::CheckNote& note : report.notes) {
+        if (note.text != CheckHeading(report)) {
+            text += fmt::format("note: {}\n", note.text);
+        }
+    }
+    return text;
+}
+
+std::string CheckComplaints(const CheckReport& report) {
+    std::string text;
+    for (const lineup::CheckFault& fault : report.faults) {
+        text += fmt::format("{}: {}\n", report.source, fault.text);
+    }
+    if (report.verdict == CheckVerdict::kCannotTell) {
+        text += fmt::format("{}: cannot tell: {}\n", report.source, CheckHeading(report));
+    }
+    return text;
+}
+
+}  // namespace cli

@@ -1,0 +1,116 @@
+// What a browser and a server for continuous integration get.
+#include "Apps/lineup/Reports/CheckJunit.h"
+#include "Apps/lineup/Reports/CheckLanes.h"
+#include "Apps/lineup/Reports/CheckPage.h"
+#include "Apps/lineup/Reports/Markup.h"
+#include "Tests/Apps/lineup/Reports/CheckReports.h"
+#include "Tests/Support/RunProgram.h"
+#include "Tests/Support/TestFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class CheckPages : public test::TestFolder {
+protected:
+    // What Python's own parser says of it: the names of all elements, or the error.
+    std::string Parse(const std::string& xml) const {
+        test::WriteFile(Folder() / "page.xml", xml);
+        const auto result = test::RunProgram(
+            "python3 -c \"import sys,xml.etree.ElementTree as e;"
+            "print(*sorted({x.tag.split('}')[-1] for x in e.parse(sys.argv[1]).iter()}))\" '" +
+                (Folder() / "page.xml").string() + "'",
+            Folder());
+        return result.exitCode == 0 ? result.out : result.err;
+    }
+};
+
+std::size_t Count(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+const std::vector<lineup::CheckReport> kThree = {test::RightCheckReport(), test::FaultyCheckReport(),
+                                                 test::UnreadableCheckReport()};
+
+TEST_F(CheckPages, AreWellFormedWhateverTheyHold) {
+    std::vector<lineup::CheckReport> reports = kThree;
+    reports[0].source = "<script>&\"'\x01\xff</script>";
+    reports[1].faults[0].text = "]]> <b>";
+    EXPECT_EQ(Parse(cli::CheckDrawing(reports)), "g path polygon rect svg text title\n");
+    EXPECT_EQ(Parse(cli::CheckJunit(reports)), "error failure system-out testcase testsuite testsuites\n");
+    EXPECT_THAT(cli::CheckPage(reports), Not(HasSubstr("<script>")));
+    EXPECT_THAT(cli::CheckPage(reports), Not(HasSubstr("<b>")));
+}
+
+TEST_F(CheckPages, HaveALaneForEachInputWithWhatWasDue) {
+    const std::string lanes = cli::CheckLanes(test::RightCheckReport());
+    EXPECT_EQ(Count(lanes, "class=\"found\""), 6U);
+    EXPECT_EQ(Count(lanes, "class=\"expected\""), 6U);
+    EXPECT_EQ(Count(lanes, "class=\"fault\""), 0U);
+    EXPECT_THAT(lanes, HasSubstr(">4 LFE<"));
+}
+
+TEST_F(CheckPages, MarkThePlacesOfFaults) {
+    const std::string lanes = cli::CheckLanes(test::FaultyCheckReport());
+    // 4.5 s of a drawing from 3 s to 5 s: three quarters of 900 pixels right of the 90th.
+    EXPECT_THAT(lanes, HasSubstr("class=\"fault\" d=\"M765.0 "));
+    EXPECT_EQ(Count(lanes, "class=\"fault\""), 1U);
+}
+
+TEST_F(CheckPages, DrawTheHighestOfTheSamplesThatShareAColumn) {
+    lineup::CheckReport report = test::RightCheckReport();
+    report.sound->lanes.found.assign(1, std::vector<float>(4096, 0.0F));
+    report.sound->lanes.expected.clear();
+    const std::string silent = cli::CheckLanes(report);
+    report.sound->lanes.found[0][2000] = 1.0F;
+    EXPECT_NE(cli::CheckLanes(report), silent);
+}
+
+TEST_F(CheckPages, DrawNoLanesWhereThereAreNone) {
+    EXPECT_EQ(cli::CheckLanesHeight(test::UnreadableCheckReport()), 0);
+    EXPECT_EQ(cli::CheckLanes(test::UnreadableCheckReport()), "");
+    EXPECT_THAT(cli::CheckPage(std::vector{test::UnreadableCheckReport()}), Not(HasSubstr("<svg")));
+}
+
+TEST_F(CheckPages, SayWhatTheTerminalSays) {
+    const std::string page = cli::CheckPage(kThree);
+    EXPECT_THAT(page, HasSubstr("<h2>take &lt;1&gt;.mov</h2>"));
+    EXPECT_THAT(page, HasSubstr("<strong>nothing wrong</strong>"));
+    EXPECT_THAT(page, HasSubstr("<code>polarity-inverted</code> C (input 3) is upside down."));
+    EXPECT_THAT(page, HasSubstr("The LFE is filtered &amp; quiet."));
+    EXPECT_THAT(page, HasSubstr("there is no such file"));
+    EXPECT_EQ(Count(page, "<svg"), 2U);
+    EXPECT_EQ(Count(page, "<table>"), 2U);
+}
+
+TEST_F(CheckPages, ForServersCountFailuresAndErrors) {
+    const std::string xml = cli::CheckJunit(kThree);
+    const auto kinds = lineup::CheckFaultKinds();
+    const auto ofSound = std::ranges::count(kinds, lineup::CheckPart::kSound, &lineup::CheckFaultKind::part);
+    EXPECT_THAT(xml, HasSubstr("<testsuites name=\"lineup check\" tests=\"" + std::to_string(2 * ofSound + 1) +
+                               "\" failures=\"2\" errors=\"1\">"));
+    EXPECT_THAT(xml, HasSubstr("<testcase classname=\"lineup.check.sound\" name=\"polarity-inverted\">\n"
+                               "      <failure type=\"polarity-inverted\" message=\"upside down\">"
+                               "C (input 3) is upside down.</failure>"));
+    EXPECT_THAT(xml, HasSubstr("<error type=\"cannot-tell\""));
+    EXPECT_THAT(xml, Not(HasSubstr("lineup.check.picture")));
+}
+
+TEST(Markup, EscapesWhatMeansSomethingInIt) {
+    EXPECT_EQ(cli::Escaped("a<b>&\"c\"'d'\x1b[2J\n\xc3\xa9"), "a&lt;b&gt;&amp;&quot;c&quot;&#39;d&#39;?[2J\n\xc3\xa9");
+    EXPECT_EQ(cli::Escaped("\xff"), "\xEF\xBF\xBD");
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+"""The tests of the build: a program of tests is run as one, others as ctest runs them."""
+
+import json
+import os
+import re
+from collections import Counter
+from dataclasses import dataclass, field
+from pathlib import Path
+
+import tree
+import watched
+from areas import test_folders
+
+SLOWER = 5  # than usual: caught in a loop
+LEAST_SECONDS = 10
+LONG_SECONDS = 2  # of a program whose likely tests run first, alone
+# What takes minutes, needs a display, or asks nothing of the programs.
+LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks|Pictures)|^Packages?\.|_NOT_BUILT$")
+FAILED = re.compile(rb"^\[  FAILED  \] ([\w./]+)", re.MULTILINE)
+
+
+@dataclass
+class Test:
+    name: str
+    command: list
+    folder: str  # where it runs
+    home: str  # Tests/...: where its sources are
+    target: str  # what must be built for it
+    environment: dict
+    inputs: set = field(default_factory=set)
+
+    def names(self):
+        """The subjects that its files are named after."""
+        return {Path(name).stem.removesuffix("Test") for name in self.inputs if name.startswith("Tests/")}
+
+
+def target_of(command):
+    first = tree.in_tree(command[0])
+    inside = tree.in_tree(".") + "/"
+    return first.removeprefix(inside) if first.startswith(inside) else "lineup_cli"
+
+
+def found_tests():
+    found = {}
+    for test in tree.listed_tests():
+        command = test.get("command", [])
+        properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
+        if not command or LEFT_OUT.search(test["name"]):
+            continue
+        target = target_of(command)
+        name = target if target.startswith("tests/") else test["name"]
+        if name in found:
+            continue
+        if target.startswith("tests/"):
+            command = [command[0], "--gtest_fail_fast", "--gtest_brief=1"]
+        folder = properties.get("WORKING_DIRECTORY", str(tree.BUILD))
+        home = os.path.relpath(folder, tree.BUILD if folder.startswith(str(tree.BUILD)) else tree.SOURCE)
+        environment = dict(text.split("=", 1) for text in properties.get("ENVIRONMENT", []))
+        found[name] = Test(name, command, folder, home, target, environment)
+    inputs = {target: tree.inputs_of(target) for target in {test.target for test in found.values()}}
+    for test in found.values():
+        test.inputs = inputs[test.target]
+    return list(found.values())
+
+
+class Tests:
+    """Those of the build, with the processor time that each usually takes and what they noticed before."""
+
+    def __init__(self, results, fresh):
+        self.usual_file = tree.HOME / "usual.json"
+        if fresh:
+            self.usual_file.unlink(missing_ok=True)
+        self.usual = json.loads(self.usual_file.read_text()) if self.usual_file.exists() else {}
+        self.noticed = Counter()
+        self.cases = {}
+        for entry in results:
+            if entry["outcome"] == "noticed":
+                self.remember(entry["file"], entry["by"])
+        self.objects = tree.objects_by_header()
+        self.all = found_tests()
+
+    def remember(self, file, by):
+        name, _, case = by.partition(" ")
+        for place in (file, os.path.dirname(file)):
+            self.noticed[place, name] += 1
+            if case and " " not in case:
+                self.cases.setdefault((place, name), Counter())[case] += 1
+
+    def reach(self, test, file):
+        return file in test.inputs or not test.inputs.isdisjoint(self.objects.get(file, ()))
+
+    def that_may_notice(self, file):
+        """Those that link or run what the file becomes, the most likely first, measured without a mistake."""
+        folders = test_folders(file)
+        chosen = [test for test in self.all
+                  if any(f"{test.home}/".startswith(f"{folder}/") for folder in folders) and self.reach(test, file)]
+        for test in chosen:
+            self.measure(test)
+        return sorted((test for test in chosen if self.usual[test.name]), key=lambda test: self.likelihood(test, file))
+
+    def likelihood(self, test, file):
+        folder = os.path.dirname(file)
+        near = len(os.path.commonprefix([f"Tests/{folder}/".split("/"), f"{test.home}/".split("/")]))
+        return (-self.noticed[file, test.name], Path(file).stem not in test.names(), -near,
+                -self.noticed[folder, test.name], self.usual[test.name])
+
+    def measure(self, test):
+        if test.name in self.usual:
+            return
+        built = tree.ninja(test.target)
+        outcome = self.run(test, 1200) if built.returncode == 0 else None
+        if not outcome or not outcome.passed:
+            print(f"{test.name} fails without any mistake and is left out; see {self.log()}")
+        self.usual[test.name] = round(outcome.seconds, 3) if outcome and outcome.passed else 0
+        self.usual_file.write_text(json.dumps(self.usual, indent=1))
+
+    def log(self):
+        return tree.HOME / "output.txt"
+
+    def run(self, test, seconds, *arguments):
+        return watched.run(test.command + list(arguments), seconds, test.folder, tree.HOME / "tmp", test.environment,
+                           self.log())
+
+    def likely_cases(self, test, file):
+        """Those of a program named for the file, and those that noticed most in it and in its folder."""
+        noticed = [case for place in (file, os.path.dirname(file))
+                   for case, _ in self.cases.get((place, test.name), Counter()).most_common(6)]
+        return ":".join([f"*{Path(file).stem}*.*", *noticed])
+
+    def show(self, test, file):
+        """What the test says of a mistake in the file."""
+        seconds = max(LEAST_SECONDS, SLOWER * self.usual[test.name])
+        if test.target.startswith("tests/") and self.usual[test.name] > LONG_SECONDS:
+            first = self.run(test, seconds, f"--gtest_filter={self.likely_cases(test, file)}")
+            if not first.passed:
+                return first
+        return self.run(test, seconds)
+
+    def what_failed(self):
+        match = FAILED.search(self.log().read_bytes())
+        return match[1].decode() if match else ""

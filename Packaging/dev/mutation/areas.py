@@ -2,16 +2,6 @@
 
 SOURCES = ("include", "Src", "Host", "Apps", "Bridges")
 
-# Folders whose files are counted together: the longest that fits counts.
-AREAS = (
-    "include",
-    "Src/BarsAndToneImporter", "Src/ToneGenerator", "Src/ToneSettingsDialog", "Src/VectorPrimitives",
-    "Host/Interface", "Host/Services", "Host/Desktop",
-    "Host/Lineup/Values", "Host/Lineup/Plugin", "Host/Lineup/Clip", "Host/Lineup/Picture", "Host/Lineup/Files",
-    "Host/Lineup/Export", "Host/Lineup/Validation",
-    "Apps/lineup", "Apps/manual", "Apps/studio", "Bridges/MLT",
-)
-
 # Where the tests are that may notice a mistake in a folder, if they link it or run it. Others would pass it by.
 TESTS = {
     "include": ("Tests/Host", "Tests/Apps", "Tests/Bridges"),
@@ -19,22 +9,24 @@ TESTS = {
     "Host/Interface": ("Tests/Host", "Tests/Src"),
     "Host/Services": ("Tests/Host", "Tests/Src", "Tests/Apps/lineup", "Tests/Architecture", "Tests/Fuzz"),
     "Host/Desktop": ("Tests/Host/Desktop", "Tests/Apps/studio", "Tests/Fuzz"),
+    "Host": ("Tests",),
     "Host/Lineup": ("Tests/Host", "Tests/Apps", "Tests/Bridges", "Tests/Fuzz", "Tests/Docs"),
     "Host/Lineup/Validation": ("Tests/Host/Lineup/Validation", "Tests/Apps/lineup"),
+    "Apps": ("Tests",),
     "Apps/lineup": ("Tests/Apps", "Tests/Host/Desktop", "Tests/Docs"),
     "Apps/manual": ("Tests/Apps/manual",),
     "Apps/studio": ("Tests/Apps/studio",),
-    "Bridges/MLT": ("Tests/Bridges",),
+    "Bridges": ("Tests/Bridges",),
 }
 
 
-def longest(file, folders):
-    return max((folder for folder in folders if file.startswith(folder + "/")), key=len)
-
-
 def area_of(file):
-    return longest(file, AREAS)
+    """The folder that its mistakes are counted with: a room of Host/Lineup, a folder of Src, Host, Apps or Bridges."""
+    folders = file.split("/")[:-1]
+    if folders[0] == "include":
+        return "include"
+    return "/".join(folders[: 3 if folders[:2] == ["Host", "Lineup"] else 2])
 
 
 def test_folders(file):
-    return TESTS[longest(file, TESTS)]
+    return TESTS[max((folder for folder in TESTS if file.startswith(f"{folder}/")), key=len)]

@@ -63,9 +63,8 @@ def drawn(every, seed, whole):
     return [entry for _, _, entry in sorted(order, key=lambda ranked: (ranked[0], ranked[1], ranked[2][0]))]
 
 
-def try_out(mistake, text, tests):
+def try_out(mistake, text, tests, candidates):
     """("survived" or "noticed" or "not compiled", by what)"""
-    candidates = tests.that_may_notice(mistake.file)
     path = tree.SOURCE / mistake.file
     path.write_text(mistake.apply(text))
     for test in candidates:
@@ -92,9 +91,10 @@ def try_all(todo, results, minutes):
         for key, mistake, text in sorted(todo[begin: begin + ROUND], key=lambda entry: (entry[1].file, entry[1].offset)):
             if end and time.monotonic() > end:
                 return
+            candidates = tests.that_may_notice(mistake.file)
             before = resource.getrusage(resource.RUSAGE_CHILDREN)
             try:
-                outcome, by = try_out(mistake, text, tests)
+                outcome, by = try_out(mistake, text, tests, candidates)
             finally:
                 (tree.SOURCE / mistake.file).write_text(text)
             after = resource.getrusage(resource.RUSAGE_CHILDREN)

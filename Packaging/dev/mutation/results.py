@@ -5,7 +5,7 @@ import json
 from collections import Counter
 
 import tree
-from areas import AREAS, area_of
+from areas import area_of
 
 RESULTS = tree.HOME / "results.jsonl"
 PAGE = tree.ROOT / "Docs" / "mutation.md"
@@ -48,7 +48,7 @@ class Score:
 
     def __init__(self, every, drawn, results):
         self.can = Counter(area_of(mistake.file) for _, mistake, _ in every)
-        self.outcomes = {area: Counter() for area in AREAS}
+        self.outcomes = {area: Counter() for area in sorted(self.can)}
         self.survivors, self.seconds = [], 0.0
         for key, mistake, text in drawn:
             entry = results.get(key)
@@ -60,8 +60,7 @@ class Score:
 
     def rows(self):
         """(area, can be made, tried, noticed, survived, did not compile), of those that were tried."""
-        for area in AREAS:
-            count = self.outcomes[area]
+        for area, count in self.outcomes.items():
             tried = count["noticed"] + count["survived"]
             if tried:
                 yield area, self.can[area], tried, count["noticed"], count["survived"], count["not compiled"]

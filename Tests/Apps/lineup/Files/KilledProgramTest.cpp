@@ -62,7 +62,9 @@ TEST_P(KilledProgram, LeavesTheEarlierFileOrTheWholeNewOne) {
         const microseconds delay(moment(random));
         const auto ending = RunAndSend(Writer(), folder.Path(), Signal(), delay);
         SCOPED_TRACE("after " + std::to_string(delay.count()) + " microseconds of " + std::to_string(wholeRun.count()));
-        EXPECT_TRUE(ending.signal == Signal() || ending.exitCode == 0) << ending.signal << " " << ending.exitCode;
+        EXPECT_TRUE(ending.signal == Signal() || ending.exitCode == 0)
+            << "it ended " << (ending.signal != 0 ? "by signal " : "with status ")
+            << (ending.signal != 0 ? ending.signal : ending.exitCode);
         endedBySignal += ending.signal != 0 ? 1 : 0;
 
         const std::string contents = test::ReadFile(target);

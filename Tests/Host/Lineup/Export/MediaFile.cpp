@@ -103,6 +103,12 @@ std::vector<nlohmann::json> Streams(const fs::path& file, std::string_view kind,
     return streams;
 }
 
+std::vector<nlohmann::json> Frames(const fs::path& file, std::string_view entries) {
+    const auto text = Run(fmt::format(FFPROBE_PROGRAM " -v error -select_streams v:0 -show_entries {} -of json {}",
+                                      entries, file.string()));
+    return nlohmann::json::parse(text.begin(), text.end()).at("frames");
+}
+
 std::vector<std::uint8_t> Decode(const fs::path& file, std::string_view stream, std::string_view arguments) {
     return Run(fmt::format(FFMPEG_PROGRAM " -v error -i {} -map 0:{} {} -", file.string(), stream, arguments));
 }

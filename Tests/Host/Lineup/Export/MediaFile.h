@@ -46,6 +46,9 @@ nlohmann::json Probe(const std::filesystem::path& file, bool counted = true);
 /// Without `counted`, frames are not decoded to count them.
 std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::string_view kind, bool counted = true);
 
+/// What ffprobe says of each picture, of the entries that it is asked for ("frame_tags=timecode").
+std::vector<nlohmann::json> Frames(const std::filesystem::path& file, std::string_view entries);
+
 /// The bytes that ffmpeg decodes one stream to ("v:0", "a:1"), with further output arguments.
 std::vector<std::uint8_t> Decode(const std::filesystem::path& file, std::string_view stream,
                                  std::string_view arguments);

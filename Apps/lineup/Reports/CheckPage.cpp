@@ -42,7 +42,7 @@ std::string HtmlList(const CheckReport& report) {
     for (const lineup::CheckFault& fault : report.faults) {
         text += fmt::format("<li class=\"faults\"><code>{}</code> {}</li>\n", Escaped(fault.id), Escaped(fault.text));
     }
-    for (const lineup::CheckNote& note : report.notes) {
+    for (const lineup::CheckNote& note : FurtherNotes(report)) {
         text += fmt::format("<li><code>{}</code> {}</li>\n", Escaped(note.id), Escaped(note.text));
     }
     return text.empty() ? "" : "<ul>\n" + text + "</ul>\n";
@@ -126,7 +126,7 @@ void WriteReport(const CheckReport& report, Sheet& sheet) {
         sheet.Write(kMargin, fault.text, kRed);
         sheet.NextLine();
     }
-    for (const lineup::CheckNote& note : report.notes) {
+    for (const lineup::CheckNote& note : FurtherNotes(report)) {
         sheet.Write(kMargin, note.text, kInk);
         sheet.NextLine();
     }

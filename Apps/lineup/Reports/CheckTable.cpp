@@ -120,6 +120,12 @@ std::string CheckHeading(const CheckReport& report) {
     return text;
 }
 
+std::vector<lineup::CheckNote> FurtherNotes(const CheckReport& report) {
+    std::vector<lineup::CheckNote> notes = report.notes;
+    std::erase_if(notes, [heading = CheckHeading(report)](const auto& note) { return note.text == heading; });
+    return notes;
+}
+
 std::string CheckOutcome(const CheckReport& report) {
     switch (report.verdict) {
         case lineup::CheckVerdict::kRight:

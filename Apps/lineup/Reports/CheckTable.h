@@ -12,6 +12,9 @@ namespace cli {
 /// "BLITS ident, 5.1, from 0:03.214 on, 4 cycles, 48 kHz"; what a note says where no line-up was found.
 [[nodiscard]] std::string CheckHeading(const lineup::CheckReport& report);
 
+/// The notes that the heading does not say already.
+[[nodiscard]] std::vector<lineup::CheckNote> FurtherNotes(const lineup::CheckReport& report);
+
 /// "2 faults", "nothing wrong", "cannot tell".
 [[nodiscard]] std::string CheckOutcome(const lineup::CheckReport& report);
 

@@ -80,10 +80,8 @@ std::string CheckText(const CheckReport& report, const CheckTextStyle& style) {
     for (const lineup::CheckFault& fault : report.faults) {
         text += fmt::format("{}{}\n", kGap, fault.text);
     }
-    for (const lineup::CheckNote& note : report.notes) {
-        if (note.text != CheckHeading(report)) {
-            text += fmt::format("note: {}\n", note.text);
-        }
+    for (const lineup::CheckNote& note : FurtherNotes(report)) {
+        text += fmt::format("note: {}\n", note.text);
     }
     return text;
 }

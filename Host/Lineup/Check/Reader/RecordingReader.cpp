@@ -114,7 +114,7 @@ void RecordingReader::Pump() {
 }
 
 std::size_t RecordingReader::Read(std::span<float* const> inputs, std::size_t most) {
-    while (mTracks->Waiting() == 0 && !mHasEnded) {
+    while (mTracks->Waiting() < most && !mHasEnded) {
         Pump();
     }
     const std::size_t count = std::min(most, mTracks->Waiting());

@@ -18,10 +18,8 @@ namespace {
 
 constexpr int kFirstOutOfTheWay = 10;
 
-[[noreturn]] void FailToRead(const RecordingName& name, const std::string& cause) {
-    const bool isStandardInput = name.kind == RecordingName::Kind::kStandardInput;
-    throw Unreadable(Unreadable::Why::kNoRecording,
-                     fmt::format("cannot read {}: {}", isStandardInput ? "standard input" : name.text, cause));
+[[noreturn]] void Fail(const std::string& cause) {
+    throw Unreadable(Unreadable::Why::kNoRecording, cause);
 }
 
 std::string Cause(int error) {
@@ -50,14 +48,14 @@ RecordingInput OpenRecording(const RecordingName& name) {
     }
     struct stat facts {};
     if (number < 0 || fstat(number, &facts) != 0) {
-        FailToRead(name, Cause(errno));
+        Fail(Cause(errno));
     }
     if (S_ISDIR(facts.st_mode)) {
-        FailToRead(name, "it is a folder");
+        Fail("it is a folder");
     }
     const bool isRegular = S_ISREG(facts.st_mode);
     if (isRegular && facts.st_size == 0) {
-        FailToRead(name, "it is empty");
+        Fail("it is empty");
     }
     return {.descriptor = OutOfTheWay(number), .canSeek = isRegular};
 }

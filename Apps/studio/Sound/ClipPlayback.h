@@ -45,6 +45,9 @@ public:
     /// The end of the clip has been heard.
     [[nodiscard]] bool Ended(Clock::time_point now = Clock::now()) const noexcept;
 
+    /// Nobody has asked for sound for so long that the playhead stands still: the device is gone.
+    [[nodiscard]] bool IsStalled(Clock::time_point now = Clock::now()) const noexcept;
+
     /// The plug-in refused a request; what is heard is silence.
     [[nodiscard]] bool Failed() const noexcept { return mFailed.load(); }
 

@@ -11,6 +11,7 @@ namespace studio {
 namespace {
 
 constexpr int kLookMs = 1000;
+constexpr int kMostFailures = 6;   // counted: a minute to the next attempt
 constexpr int kUsualChannels = 2;  // of a device that does not say
 
 }  // namespace
@@ -21,21 +22,36 @@ struct Player::Route {
     QAudioFormat format;  // invalid: silence
     SpeakerMap speakers;
     QString problem;
+
+    // What tells one place to play from another; empty for silence.
+    [[nodiscard]] QByteArray Id() const { return format.isValid() ? device.id() : QByteArray(); }
 };
 
 Player::Player(QObject* parent) : QObject(parent) {
-    connect(&mDevices, &QMediaDevices::audioOutputsChanged, this, [this] {
-        mProblem.clear();
-        LookForDevices();
-    });
+    connect(&mDevices, &QMediaDevices::audioOutputsChanged, this, &Player::LookForDevices);
     connect(&mLook, &QTimer::timeout, this, &Player::LookForDevices);
     mLook.start(kLookMs);
 }
 
 Player::~Player() = default;
 
-// Looks now and again, too: Qt 6.4 does not always say that another device has become the default one.
+// Looks now and again, too: Qt 6.4 does not always say that devices come and go, or that another one has become the
+// default. Other devices are a fresh chance; the same ones get one after a second, after two, after four.
 void Player::LookForDevices() {
+    QByteArrayList devices = {QMediaDevices::defaultAudioOutput().id()};
+    for (const QAudioDevice& device : QMediaDevices::audioOutputs()) {
+        devices += device.id();
+    }
+    if (devices != mKnownDevices) {
+        mKnownDevices = devices;
+        mFailures = 0;
+        mProblem.clear();
+    } else if (!mProblem.isEmpty() && --mLooksUntilRetry <= 0) {
+        mProblem.clear();
+    }
+    if (IsPlaying() && FindRoute().Id() != mPlayingOn) {
+        Restart();
+    }
     const QString sound = SoundText();
     if (sound != mKnownSound) {
         mKnownSound = sound;
@@ -83,6 +99,7 @@ void Player::Start(std::int64_t from) {
     const Route route = FindRoute();
     mPlayback = std::make_shared<ClipPlayback>(mClip, route.speakers, mLength, from);
     mPlayback->SetLoop(mLoop);
+    mPlayingOn = route.Id();
     if (route.format.isValid()) {
         mOutput = std::make_unique<DeviceOutput>(mPlayback, route.device, route.format);
         connect(mOutput.get(), &SoundOutput::Failed, this, &Player::OutputFailed, Qt::QueuedConnection);
@@ -96,15 +113,23 @@ void Player::Stop() {
     mPlayback.reset();
 }
 
-// Goes on in silence, so that the rest of the window does.
-void Player::OutputFailed(const QString& problem) {
-    if (mOutput == nullptr || sender() != mOutput.get()) {
-        return;  // of a playback that is over
-    }
+void Player::Restart() {
     const std::int64_t position = Position();
-    mProblem = problem;
     Stop();
     Start(position);
+}
+
+void Player::OutputFailed(const QString& problem) {
+    if (mOutput != nullptr && sender() == mOutput.get()) {  // else of a playback that is over
+        GoOnInSilence(problem);
+    }
+}
+
+void Player::GoOnInSilence(const QString& problem) {
+    mProblem = problem;
+    mLooksUntilRetry = 1 << mFailures;
+    mFailures = std::min(mFailures + 1, kMostFailures);
+    Restart();
     Q_EMIT SoundChanged();
 }
 
@@ -112,6 +137,8 @@ void Player::Play() {
     if (mClip == nullptr || IsPlaying()) {
         return;
     }
+    mFailures = 0;
+    mProblem.clear();
     Start(mParked >= mLength ? 0 : mParked);
     Q_EMIT StateChanged();
 }
@@ -147,6 +174,8 @@ std::int64_t Player::Position() const {
 void Player::Tick() {
     if (mPlayback != nullptr && mPlayback->Ended()) {
         Pause();
+    } else if (!mPlayingOn.isEmpty() && mPlayback != nullptr && mPlayback->IsStalled()) {
+        GoOnInSilence(tr("The sound device has stopped"));
     }
 }
 

@@ -5,6 +5,7 @@
 #include "Apps/studio/Sound/SoundOutput.h"
 
 #include <QAudioDevice>
+#include <QByteArrayList>
 #include <QMediaDevices>
 #include <QObject>
 #include <QString>
@@ -15,7 +16,8 @@
 namespace studio {
 
 /// The transport of the window: plays, pauses, seeks and loops the clip it was given, on the system's sound
-/// device or, where there is none, in silence. UI thread.
+/// device or, without one, in silence: a device that goes away while it plays is replaced by the next one or by
+/// silence, and taken up again when it is back. UI thread.
 class Player : public QObject {
     Q_OBJECT
 
@@ -50,7 +52,8 @@ public:
     /// The sound does not come out as the clip has it: SoundText says why.
     [[nodiscard]] bool SoundIsChanged() const;
 
-    /// Stops at the clip's end. Called with every picture of the window.
+    /// Stops at the clip's end, and leaves a device that asks for no more sound. Called with every picture of the
+    /// window.
     void Tick();
 
 Q_SIGNALS:
@@ -63,19 +66,25 @@ private:
     [[nodiscard]] Route FindRoute() const;
     void Start(std::int64_t from);
     void Stop();
+    void Restart();
     void LookForDevices();
     void OutputFailed(const QString& problem);
+    void GoOnInSilence(const QString& problem);
 
     QMediaDevices mDevices;
     QTimer mLook;
     QString mKnownSound;
+    QByteArrayList mKnownDevices;
     std::shared_ptr<const lineup::Clip> mClip;
     std::int64_t mLength = 1;
     std::int64_t mParked = 0;
     bool mLoop = false;
-    QString mProblem;
+    QString mProblem;  // of the device; empty: it is used
+    int mFailures = 0;
+    int mLooksUntilRetry = 0;
     std::shared_ptr<ClipPlayback> mPlayback;
     std::unique_ptr<SoundOutput> mOutput;
+    QByteArray mPlayingOn;  // the device's id; empty: in silence
 };
 
 }  // namespace studio

@@ -58,11 +58,15 @@ std::string SoundServer::Control(const std::vector<std::string>& arguments) cons
 
 void SoundServer::UseNullSink(const std::string& name, int channels, const std::string& channelMap) const {
     if (!Control({"list", "short", "sinks"}).empty()) {
-        Control({"unload-module", "module-null-sink"});
+        RemoveSink();
     }
     Control({"load-module", "module-null-sink", "sink_name=" + name, "rate=48000", "format=float32le",
              "channels=" + std::to_string(channels), "channel_map=" + channelMap,
              "sink_properties=device.description=Speakers"});
+}
+
+void SoundServer::RemoveSink() const {
+    Control({"unload-module", "module-null-sink"});
 }
 
 SinkRecorder::SinkRecorder(const QString& sink, int channels, const QString& channelMap) {

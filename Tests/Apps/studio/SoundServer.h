@@ -26,6 +26,9 @@ public:
     /// std::runtime_error when the server does not make it.
     void UseNullSink(const std::string& name, int channels, const std::string& channelMap) const;
 
+    /// Takes the sink away, as if its device had been unplugged.
+    void RemoveSink() const;
+
 private:
     [[nodiscard]] Ending RunControl(const std::vector<std::string>& arguments) const;
     std::string Control(const std::vector<std::string>& arguments) const;

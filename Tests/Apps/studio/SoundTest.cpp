@@ -90,6 +90,31 @@ TEST_F(Sound, SurroundFoldsDownOnAStereoDeviceAndTheWindowSaysSo) {
     ExpectHeard("stereo", kStereoMap, studio::SpeakerMap(6, 2), 2);
 }
 
+TEST_F(Sound, GoesOnInSilenceWhenTheDeviceGoesAndIsHeardAgainWhenItComesBack) {
+    test::TheSoundServer().UseNullSink("first", 2, kStereoMap);
+    Window().Document().New(test::DocumentWith("ebu-stereo-1000"));
+    WaitFor([&] { return Find<QLabel>("sound").text() == "Speakers"; }, "the device is found");
+    Press(Qt::Key_Space);
+    const auto movesOn = [&] {
+        const std::int64_t before = Window().Sound().Position();
+        return [&, before] { return std::abs(Window().Sound().Position() - before) > 72000; };  // 1.5 s
+    };
+    WaitFor(movesOn(), "it plays");
+    test::TheSoundServer().RemoveSink();
+    WaitFor([&] { return Find<QLabel>("sound").text().contains("playing in silence"); }, "the window says so");
+    WaitFor(movesOn(), "the playhead moves in silence");
+    EXPECT_TRUE(Window().Sound().IsPlaying());
+
+    test::TheSoundServer().UseNullSink("second", 2, kStereoMap);
+    test::SinkRecorder recorder("second", 2, kStereoMap);
+    const auto isHeard = [&] {
+        const QByteArray& bytes = recorder.Bytes();
+        return std::ranges::any_of(bytes, [](char byte) { return byte != 0; });
+    };
+    WaitFor(isHeard, "it is heard");
+    Press(Qt::Key_Space);
+}
+
 TEST_F(Sound, StereoIsHeardToTheBitOnAStereoDevice) {
     test::TheSoundServer().UseNullSink("plain", 2, kStereoMap);
     Window().Document().New(test::DocumentWith("ebu-stereo-1000"));

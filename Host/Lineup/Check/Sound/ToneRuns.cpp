@@ -36,7 +36,7 @@ void ToneRuns::Advance(const History& history) {
         for (std::size_t input = 0; input < mPeaks.size(); ++input) {
             Follow(mReached, input, mPeaks[input]);
         }
-        CloseLost();
+        CloseEnded();
         mAtStart = false;
     }
 }
@@ -60,14 +60,22 @@ void ToneRuns::Follow(double time, std::size_t input, std::vector<SpectralPeak> 
     }
 }
 
-void ToneRuns::CloseLost() {
-    const auto ended = [](const ToneTrack& track) { return track.Lost() || track.LevelHasMoved(); };
-    for (const ToneTrack& track : mTracks) {
-        if (ended(track) && track.Count() >= kShortest) {
+void ToneRuns::CloseEnded() {
+    std::vector<ToneTrack> ended;
+    for (ToneTrack& track : mTracks) {
+        if (!track.Lost() && track.LevelHasMoved()) {
+            ended.push_back(track.SplitWhereLevelMoved());
+            std::swap(ended.back(), track);  // what goes on stays in its place, what has ended is kept
+        } else if (track.Lost()) {
+            ended.push_back(track);
+        }
+    }
+    for (const ToneTrack& track : ended) {
+        if (track.Count() >= kShortest) {
             mEnded.push_back(track.Run(false));
         }
     }
-    std::erase_if(mTracks, ended);
+    std::erase_if(mTracks, [](const ToneTrack& track) { return track.Lost(); });
     if (mEnded.size() > kMostEnded) {
         mEnded.erase(mEnded.begin(), mEnded.end() - kMostEnded);
     }

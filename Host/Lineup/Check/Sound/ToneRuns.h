@@ -29,7 +29,7 @@ public:
 
 private:
     void Follow(double time, std::size_t input, std::vector<SpectralPeak> peaks);
-    void CloseLost();
+    void CloseEnded();
 
     Grid mGrid;
     Spectrum mSpectrum;

@@ -17,54 +17,93 @@ double Crossing(double timeA, double a, double timeB, double b, double level) {
 
 }  // namespace
 
+void ToneTrack::Sums::Add(const SpectralPeak& peak) {
+    const double add = std::pow(peak.amplitude, 4);
+    weight += add;
+    frequency += add * peak.frequency;
+    amplitude += add * peak.amplitude;
+}
+
 void ToneTrack::Add(double time, const SpectralPeak& peak) {
-    // Spectra that lie across an edge weigh little.
-    const double weight = std::pow(peak.amplitude, 4);
-    mWeight += weight;
-    mWeightedFrequency += weight * peak.frequency;
-    mWeightedAmplitude += weight * peak.amplitude;
     mMissed = 0;
     ++mCount;
     if (mHead.size() < kKept) {
-        mHead.push_back({time, peak.amplitude});
+        mHead.push_back({time, peak});
     }
     if (mTail.size() == kKept) {
+        mOld.Add(mTail.front().peak);
         mTail.erase(mTail.begin());
     }
-    mTail.push_back({time, peak.amplitude});
+    mTail.push_back({time, peak});
+}
+
+ToneTrack::Sums ToneTrack::Total() const {
+    Sums total = mOld;
+    for (const Point& point : mTail) {
+        total.Add(point.peak);
+    }
+    return total;
 }
 
 double ToneTrack::Frequency() const {
-    return mWeight > 0 ? mWeightedFrequency / mWeight : 0;
+    const Sums total = Total();
+    return total.weight > 0 ? total.frequency / total.weight : 0;
 }
 
 double ToneTrack::Amplitude() const {
-    return mWeight > 0 ? mWeightedAmplitude / mWeight : 0;
+    const Sums total = Total();
+    return total.weight > 0 ? total.amplitude / total.weight : 0;
 }
 
 bool ToneTrack::LevelHasMoved() const {
-    if (mCount < 2 * kSettled || mTail.size() < kSettled) {
+    if (mCount < 2 * kKept || mTail.size() < kSettled) {
         return false;
     }
-    const double level = Amplitude();
+    const double level = OldLevel();
+    const auto amplitude = [](const Point& point) { return point.peak.amplitude; };
     const auto settled = mTail.end() - static_cast<std::ptrdiff_t>(kSettled);
-    const auto [least, most] = std::ranges::minmax_element(settled, mTail.end(), {}, &Point::amplitude);
-    const bool steady = most->amplitude < least->amplitude * 1.1;
-    return steady && (least->amplitude > level * kOtherLevel || most->amplitude < level / kOtherLevel);
+    const auto [least, most] = std::ranges::minmax_element(settled, mTail.end(), {}, amplitude);
+    const bool steady = amplitude(*most) < amplitude(*least) * 1.1;
+    return steady && (amplitude(*least) > level * kOtherLevel || amplitude(*most) < level / kOtherLevel);
+}
+
+ToneTrack ToneTrack::SplitWhereLevelMoved() {
+    const double level = OldLevel();
+    const double middle = (level + mTail.back().peak.amplitude) / 2;
+    const bool rises = mTail.back().peak.amplitude > level;
+    const auto isNew = [&](const Point& point) { return (point.peak.amplitude > middle) == rises; };
+    auto split = mTail.end();
+    while (split != mTail.begin() && isNew(*(split - 1))) {
+        --split;
+    }
+    ToneTrack next(mInput, false);
+    const double at = split == mTail.begin()
+                          ? split->time
+                          : Crossing((split - 1)->time, (split - 1)->peak.amplitude, split->time, split->peak.amplitude, middle);
+    next.mHead.push_back({at, mTail.back().peak});
+    next.mTail.assign(split, mTail.end());
+    next.mCount = next.mTail.size();
+    mTail.erase(split, mTail.end());
+    mTail.push_back({at, {Frequency(), level}});
+    return next;
 }
 
 ToneRun ToneTrack::Run(bool goesOn) const {
     ToneRun run{mInput, Frequency(), Amplitude(), mHead.front().time, mTail.back().time, mOpenStart, goesOn};
     const double half = run.amplitude / 2;
     for (std::size_t i = 0; i + 1 < mHead.size(); ++i) {
-        if (mHead[i].amplitude < half && mHead[i + 1].amplitude >= half) {
-            run.on = Crossing(mHead[i].time, mHead[i].amplitude, mHead[i + 1].time, mHead[i + 1].amplitude, half);
+        const double a = mHead[i].peak.amplitude;
+        const double b = mHead[i + 1].peak.amplitude;
+        if (a < half && b >= half) {
+            run.on = Crossing(mHead[i].time, a, mHead[i + 1].time, b, half);
             break;
         }
     }
     for (std::size_t i = mTail.size() - 1; i > 0; --i) {
-        if (mTail[i].amplitude < half && mTail[i - 1].amplitude >= half) {
-            run.off = Crossing(mTail[i - 1].time, mTail[i - 1].amplitude, mTail[i].time, mTail[i].amplitude, half);
+        const double a = mTail[i - 1].peak.amplitude;
+        const double b = mTail[i].peak.amplitude;
+        if (b < half && a >= half) {
+            run.off = Crossing(mTail[i - 1].time, a, mTail[i].time, b, half);
             break;
         }
     }

@@ -38,6 +38,9 @@ public:
     /// The level has gone to another and stays there.
     [[nodiscard]] bool LevelHasMoved() const;
 
+    /// Ends where the level has moved, and gives back the tone at its new level.
+    [[nodiscard]] ToneTrack SplitWhereLevelMoved();
+
     /// What has been followed so far. Tones begin and end where half of the amplitude is reached: there the edge is
     /// in the middle of the window.
     [[nodiscard]] ToneRun Run(bool goesOn) const;
@@ -48,16 +51,26 @@ private:
 
     struct Point {
         double time;
-        double amplitude;
+        SpectralPeak peak;
     };
+
+    // Spectra that lie across an edge weigh little.
+    struct Sums {
+        double weight = 0;
+        double frequency = 0;
+        double amplitude = 0;
+
+        void Add(const SpectralPeak& peak);
+    };
+
+    [[nodiscard]] Sums Total() const;
+    [[nodiscard]] double OldLevel() const { return mOld.weight > 0 ? mOld.amplitude / mOld.weight : 0; }
 
     std::size_t mInput;
     bool mOpenStart;
     int mMissed = 0;
     std::size_t mCount = 0;
-    double mWeight = 0;
-    double mWeightedFrequency = 0;
-    double mWeightedAmplitude = 0;
+    Sums mOld;  // of all but the tail
     std::vector<Point> mHead;
     std::vector<Point> mTail;
 };

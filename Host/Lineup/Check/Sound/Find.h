@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Reference.h"
+#include "Host/Lineup/Check/Sound/ToneTrack.h"
+
+#include <optional>
+#include <span>
+
+namespace lineup::sound {
+
+/// How the clip that was sent lies in the recording: clip time tau stands at second start + tau / tempo, and a tone of
+/// f Hz sounds at f * pitch. Played too fast or slowly, both are the same.
+struct Placing {
+    double start = 0;
+    double tempo = 1;
+    double pitch = 1;
+
+    [[nodiscard]] double ToRecording(double clip) const { return start + clip / tempo; }
+    [[nodiscard]] double ToClip(double recording) const { return (recording - start) * tempo; }
+};
+
+/// A sequence that the tones of a recording make up.
+struct Sighting {
+    const Reference* reference = nullptr;
+    Placing placing;      ///< to some milliseconds; `start` is that of the first cycle that was seen
+    int matched = 0;      ///< stretches that are where they should be, each once
+    int missed = 0;       ///< those that are not, between the first and the last that are
+    double first = 0;     ///< s: the first that is where it should be begins
+    double last = 0;      ///< s: the last one ends
+};
+
+/// The sequence that fits the tones best, if one does.
+[[nodiscard]] std::optional<Sighting> FindIdent(std::span<const ToneRun> runs, std::span<const Reference> references);
+
+}  // namespace lineup::sound

@@ -11,7 +11,8 @@ struct Vote {
     double weight = 1;
 };
 
-/// The values that most votes lie within `reach` of, heaviest first, `most` of them at most, each the mean of its votes.
+/// The values that most votes lie within `reach` of, heaviest first, `most` of them at most, each the mean of its
+/// votes.
 [[nodiscard]] std::vector<double> Clusters(std::vector<Vote> votes, double reach, std::size_t most);
 
 /// The median; 0 of nothing.

@@ -1,4 +1,5 @@
 #include "Host/Lineup/Check/Sound/Find.h"
+
 #include "Host/Lineup/Check/Sound/Clusters.h"
 #include "Host/Lineup/Check/Sound/Intervals.h"
 #include "Host/Lineup/Check/Sound/Speeds.h"
@@ -15,13 +16,13 @@ namespace {
 
 constexpr double kSlowest = 0.85;
 constexpr double kFastest = 1.18;
-constexpr double kSamePitch = 0.007;      // relative
-constexpr double kLowTone = 200;          // Hz: below it a pitch is known to some hertz at best, and others' differ
+constexpr double kSamePitch = 0.007;  // relative
+constexpr double kLowTone = 200;      // Hz: below it a pitch is known to some hertz at best, and others' differ
 constexpr double kLowToneReach = 0.09;
-constexpr double kSameLength = 0.03;      // s
-constexpr double kSamePlace = 0.04;       // s
-constexpr double kCorrected = 0.0015;     // a tempo this far from the pitch is another, relative
-constexpr int kFewest = 3;                // stretches that name a sequence of several pitches or channels
+constexpr double kSameLength = 0.03;   // s
+constexpr double kSamePlace = 0.04;    // s
+constexpr double kCorrected = 0.0015;  // a tempo this far from the pitch is another, relative
+constexpr int kFewest = 3;             // stretches that name a sequence of several pitches or channels
 constexpr std::size_t kMostPitches = 6;
 constexpr std::size_t kMostTempos = 4;
 
@@ -180,8 +181,8 @@ int CountMissed(const Tally& tally, std::span<const Interval> sent, double cycle
     for (const Interval& interval : sent) {
         const double first = placing.ToRecording(interval.start);
         const double number = std::ceil((tally.First() - kSamePlace - first) / cycle);
-        for (double start = first + number * cycle; start + interval.Length() / placing.tempo < tally.Last() + kSamePlace;
-             start += cycle) {
+        for (double start = first + number * cycle;
+             start + interval.Length() / placing.tempo < tally.Last() + kSamePlace; start += cycle) {
             missed += tally.Has(&interval, start) ? 0 : 1;
         }
     }
@@ -207,7 +208,8 @@ Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, cons
     double start = phase + tally.MeanOffset();
     start += std::floor((tally.First() + kSamePlace - start) / cycle) * cycle;
     const Placing placing{start, tempo, pitch};
-    return {&reference, placing, tally.Matched(), CountMissed(tally, sent, cycle, placing), tally.First(), tally.Last()};
+    return {&reference,    placing,     tally.Matched(), CountMissed(tally, sent, cycle, placing),
+            tally.First(), tally.Last()};
 }
 
 // One gap names a sequence of one pitch only where all about it is as it should be.

@@ -22,11 +22,11 @@ struct Placing {
 /// A sequence that the tones of a recording make up.
 struct Sighting {
     const Reference* reference = nullptr;
-    Placing placing;      ///< to some milliseconds; `start` is that of the first cycle that was seen
-    int matched = 0;      ///< stretches that are where they should be, each once
-    int missed = 0;       ///< those that are not, between the first and the last that are
-    double first = 0;     ///< s: the first that is where it should be begins
-    double last = 0;      ///< s: the last one ends
+    Placing placing;   ///< to some milliseconds; `start` is that of the first cycle that was seen
+    int matched = 0;   ///< stretches that are where they should be, each once
+    int missed = 0;    ///< those that are not, between the first and the last that are
+    double first = 0;  ///< s: the first that is where it should be begins
+    double last = 0;   ///< s: the last one ends
 };
 
 /// The sequence that fits the tones best, if one does.

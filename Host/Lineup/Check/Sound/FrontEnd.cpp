@@ -1,4 +1,5 @@
 #include "Host/Lineup/Check/Sound/FrontEnd.h"
+
 #include "Host/Lineup/Check/Sound/RawHop.h"
 
 #include <algorithm>
@@ -57,22 +58,10 @@ void InputFrontEnd::Process(std::span<float> samples, SlidingBuffer<float>& narr
         hops.Append(ExamineHop(samples.subspan(at, std::min(hop, samples.size() - at))));
     }
     mBands[0].assign(samples.begin(), samples.end());
-    RunStages(false, narrow, hops);
-}
-
-void InputFrontEnd::Finish(SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops) {
-    mBands[0].clear();
-    RunStages(true, narrow, hops);
-}
-
-void InputFrontEnd::RunStages(bool last, SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops) {
     for (std::size_t i = 0; i < mStages.size(); ++i) {
         mBands[i + 1].clear();
         mHigh.clear();
         mStages[i].filter.Process(mBands[i], mBands[i + 1], mHigh);
-        if (last) {
-            mStages[i].filter.Finish(mBands[i + 1], mHigh);
-        }
         CountHigh(mStages[i], mHigh, hops);
     }
     narrow.Append(mBands.back());

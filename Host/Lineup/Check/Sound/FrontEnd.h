@@ -14,11 +14,9 @@ class InputFrontEnd {
 public:
     explicit InputFrontEnd(const Grid& grid);
 
-    /// Takes whole hops. Samples that are no number a recording can hold become zeros.
+    /// Takes whole hops, but for the last call. Samples that are no number a recording can hold become zeros. The last
+    /// samples, which the filters have no sight beyond, stay out of the narrow band.
     void Process(std::span<float> samples, SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops);
-
-    /// Gives out what is left in the filters; the last call.
-    void Finish(SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops);
 
 private:
     struct Stage {
@@ -31,7 +29,6 @@ private:
     };
 
     void CountHigh(Stage& stage, std::span<const float> high, SlidingBuffer<HopFeatures>& hops);
-    void RunStages(bool last, SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops);
 
     Grid mGrid;
     std::vector<Stage> mStages;

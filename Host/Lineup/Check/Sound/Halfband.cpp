@@ -90,18 +90,6 @@ void Halfband::Process(std::span<const float> input, std::vector<float>& low, st
     Emit(low, high);
 }
 
-void Halfband::Finish(std::vector<float>& low, std::vector<float>& high) {
-    const std::size_t due = low.size() + mEven.size();
-    if (mNextIsOdd) {
-        mOdd.push_back(0);
-    }
-    mEven.resize(mEven.size() + mTaps.size() + kTile);
-    mOdd.resize(mOdd.size() + mTaps.size() + kTile);
-    Emit(low, high);
-    low.resize(due);
-    high.resize(due);
-}
-
 void Halfband::Emit(std::vector<float>& low, std::vector<float>& high) {
     const std::size_t taps = mTaps.size();
     const std::size_t reach = 2 * taps - 1;  // odd samples for one output

@@ -6,8 +6,8 @@
 
 namespace lineup::sound {
 
-/// Halves a sample rate: a linear-phase half-band filter whose output m stands where input 2 m stood. What is taken away
-/// comes out too, as the high band, so that noise up there is not lost.
+/// Halves a sample rate: a linear-phase half-band filter whose output m stands where input 2 m stood. What is taken
+/// away comes out too, as the high band, so that noise up there is not lost.
 class Halfband {
 public:
     /// `passband` is the highest frequency that must come through unchanged, in parts of the input's rate; below 0.25.
@@ -16,9 +16,6 @@ public:
 
     /// Takes any number of samples, and appends to `low` and `high` what can be worked out by now.
     void Process(std::span<const float> input, std::vector<float>& low, std::vector<float>& high);
-
-    /// Appends what is left, as if zeros followed; the last call.
-    void Finish(std::vector<float>& low, std::vector<float>& high);
 
     /// The power of the high band times this and the power of the low band make up that of white noise.
     [[nodiscard]] double HighWeight() const { return mHighWeight; }

@@ -7,9 +7,9 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kLongestGap = 1.6;     // s
-constexpr double kSameLevel = 1.26;     // a gap's neighbours are as loud as each other, within 2 dB
-constexpr double kSamePitch = 0.004;    // relative
+constexpr double kLongestGap = 1.6;   // s
+constexpr double kSameLevel = 1.26;   // a gap's neighbours are as loud as each other, within 2 dB
+constexpr double kSamePitch = 0.004;  // relative
 constexpr double kSamePitchHz = 1.5;
 
 void AddOnce(std::vector<Interval>& intervals, const Interval& interval) {

@@ -15,8 +15,8 @@ struct Interval {
     double frequency = 0;  ///< Hz
     double start = 0;      ///< s
     double end = 0;
-    std::size_t input = 0;    ///< of what was found
-    double shortest = 0;      ///< of a gap: the shorter one of its neighbours, s
+    std::size_t input = 0;  ///< of what was found
+    double shortest = 0;    ///< of a gap: the shorter one of its neighbours, s
 
     [[nodiscard]] double Length() const { return end - start; }
 };

@@ -9,9 +9,9 @@ namespace lineup::sound {
 namespace {
 
 constexpr std::size_t kLanes = 8;
-constexpr float kBeyond = 16;             // times full scale: no recording of a line-up holds more
-constexpr float kUnit = 8388608;          // 2^23: a 24-bit sample is a whole number of these
-constexpr float kNearTop = 2e-3F;         // of the swing
+constexpr float kBeyond = 16;      // times full scale: no recording of a line-up holds more
+constexpr float kUnit = 8388608;   // 2^23: a 24-bit sample is a whole number of these
+constexpr float kNearTop = 2e-3F;  // of the swing
 
 using Floats = std::array<float, kLanes>;
 using Words = std::array<std::uint32_t, kLanes>;

@@ -1,9 +1,10 @@
+#include "Host/Lineup/Check/Sound/Reference.h"
+
 #include <lineup/AudioReader.h>
 #include <lineup/ChannelLayout.h>
 #include <lineup/Clip.h>
 #include <lineup/ToneChoice.h>
 #include <lineup/interface/Media/TickTime.h>
-#include "Host/Lineup/Check/Sound/Reference.h"
 #include "Host/Lineup/Check/Sound/ToneSegments.h"
 
 #include <algorithm>
@@ -35,10 +36,10 @@ Channels RenderInFileOrder(const Clip& clip, std::int64_t count) {
     return sound;
 }
 
-std::vector<std::string> NamesInFileOrder(int numChannels) {
+std::vector<std::string> NamesInFileOrder(std::size_t numChannels) {
     std::vector<std::string> names;
-    const ChannelLayout* const layout = FindChannelLayout(numChannels);
-    for (int place = 0; place < numChannels; ++place) {
+    const ChannelLayout* const layout = FindChannelLayout(static_cast<int>(numChannels));
+    for (std::size_t place = 0; place < numChannels; ++place) {
         names.emplace_back(layout == nullptr ? std::to_string(place + 1)
                                              : layout->channels[static_cast<std::size_t>(layout->fileOrder[place])]);
     }
@@ -163,7 +164,7 @@ Reference MakeReference(const std::shared_ptr<const Importer>& importer, const B
     Reference reference = MakeFromSound(RenderInFileOrder(clip, count), rateHz);
     reference.ident = FindIdent(settings);
     reference.name = reference.ident == nullptr ? "tone" : std::string(reference.ident->name);
-    reference.channels = NamesInFileOrder(clip.NumChannels());
+    reference.channels = NamesInFileOrder(static_cast<std::size_t>(clip.NumChannels()));
     for (RefSlot& slot : reference.slots) {
         for (RefTone& tone : slot.tones) {
             tone.floating = !reference.Steady() && IsFloating(tone.frequency, reference.cycle);

@@ -42,9 +42,9 @@ struct RefBurst {
 
 /// What is sent: the slots of one cycle, worked out from the samples that the plug-in gives for it.
 struct Reference {
-    const Ident* ident = nullptr;  ///< null for a steady tone
-    std::string name;              ///< "tone", or the ident's
-    double cycle = 0;              ///< s; of a steady tone the length of its one slot, which repeats
+    const Ident* ident = nullptr;       ///< null for a steady tone
+    std::string name;                   ///< "tone", or the ident's
+    double cycle = 0;                   ///< s; of a steady tone the length of its one slot, which repeats
     std::vector<std::string> channels;  ///< names in the order of files
     std::vector<RefSlot> slots;
     std::vector<RefBurst> bursts;

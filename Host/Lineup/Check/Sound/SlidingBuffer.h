@@ -13,7 +13,9 @@ template <class T>
 class SlidingBuffer {
 public:
     /// At least the last `kept` values stay.
-    explicit SlidingBuffer(std::size_t kept) : mKept(kept), mCapacity(kept + kept / 4 + 1) { mValues.reserve(mCapacity); }
+    explicit SlidingBuffer(std::size_t kept) : mKept(kept), mCapacity(kept + kept / 4 + 1) {
+        mValues.reserve(mCapacity);
+    }
 
     void Append(std::span<const T> values) {
         for (std::size_t done = 0; done < values.size();) {
@@ -37,7 +39,9 @@ public:
                                                    static_cast<std::size_t>(end - first));
     }
 
-    [[nodiscard]] const T& operator[](std::int64_t number) const { return mValues[static_cast<std::size_t>(number - mFirst)]; }
+    [[nodiscard]] const T& operator[](std::int64_t number) const {
+        return mValues[static_cast<std::size_t>(number - mFirst)];
+    }
     [[nodiscard]] T& operator[](std::int64_t number) { return mValues[static_cast<std::size_t>(number - mFirst)]; }
 
 private:

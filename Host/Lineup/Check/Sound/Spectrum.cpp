@@ -24,8 +24,7 @@ std::size_t Reversed(std::size_t n) {
 
 }  // namespace
 
-Spectrum::Spectrum(double narrowRate)
-    : mRate(narrowRate), mReal(kLength), mImaginary(kLength), mPower(kLength / 2) {
+Spectrum::Spectrum(double narrowRate) : mRate(narrowRate), mReal(kLength), mImaginary(kLength), mPower(kLength / 2) {
     constexpr double kTurn = 2 * std::numbers::pi / static_cast<double>(kLength);
     for (std::size_t n = 0; n < kLength; ++n) {
         const double angle = kTurn * static_cast<double>(n);
@@ -54,8 +53,9 @@ void Spectrum::Load(const History& history, std::int64_t first, std::size_t firs
     for (std::size_t i = 0; i < 2 * kLanes; ++i) {
         std::vector<Lane>& target = i % 2 == 0 ? mReal : mImaginary;
         const bool there = firstInput + i < history.Inputs();
-        const auto samples = there ? history.narrow[firstInput + i].Get(first, first + static_cast<std::int64_t>(kLength))
-                                   : std::span<const float>();
+        const auto samples = there
+                                 ? history.narrow[firstInput + i].Get(first, first + static_cast<std::int64_t>(kLength))
+                                 : std::span<const float>();
         for (std::size_t n = 0; n < kLength; ++n) {
             target[mReversed[n]][i / 2] = there ? samples[n] * mWindow[n] : 0.0F;
         }

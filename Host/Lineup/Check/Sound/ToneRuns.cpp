@@ -10,9 +10,9 @@ namespace {
 
 constexpr auto kHalfWindow = static_cast<std::int64_t>(Spectrum::kLength / 2);
 constexpr int kHopsPerSpectrum = 2;
-constexpr double kSamePitch = 0.012;    // relative
-constexpr double kSamePitchHz = 8;      // what low tones move within so short a window
-constexpr std::size_t kShortest = 4;    // spectra
+constexpr double kSamePitch = 0.012;  // relative
+constexpr double kSamePitchHz = 8;    // what low tones move within so short a window
+constexpr std::size_t kShortest = 4;  // spectra
 constexpr std::size_t kMostEnded = 4000;
 
 bool SamePitch(double a, double b) {

@@ -11,9 +11,9 @@ namespace {
 using Complex = std::complex<double>;
 
 constexpr std::size_t kBlock = kShortestTone / 4;
-constexpr double kQuiet = 1e-6;        // full scale: below it there is no tone
-constexpr double kSamePitch = 1e-3;    // relative, of neighbouring blocks
-constexpr double kOnTheSine = 2e-3;    // of the amplitude
+constexpr double kQuiet = 1e-6;      // full scale: below it there is no tone
+constexpr double kSamePitch = 1e-3;  // relative, of neighbouring blocks
+constexpr double kOnTheSine = 2e-3;  // of the amplitude
 
 // Least squares of a * sin + b * cos over the samples, with phase counted from sample 0 of the whole.
 Complex FitGain(std::span<const float> samples, std::size_t first, std::size_t end, double omega) {

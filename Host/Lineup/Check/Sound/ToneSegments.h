@@ -9,9 +9,9 @@ namespace lineup::sound {
 
 /// A stretch of samples that is one sine and nothing else.
 struct ToneSegment {
-    std::size_t first = 0;  ///< sample
-    std::size_t end = 0;    ///< the sample after the last
-    double omega = 0;       ///< radians a sample
+    std::size_t first = 0;      ///< sample
+    std::size_t end = 0;        ///< the sample after the last
+    double omega = 0;           ///< radians a sample
     std::complex<double> gain;  ///< sample n is the imaginary part of gain * exp(i * omega * n)
 };
 

@@ -77,9 +77,9 @@ ToneTrack ToneTrack::SplitWhereLevelMoved() {
         --split;
     }
     ToneTrack next(mInput, false);
-    const double at = split == mTail.begin()
-                          ? split->time
-                          : Crossing((split - 1)->time, (split - 1)->peak.amplitude, split->time, split->peak.amplitude, middle);
+    const double at = split == mTail.begin() ? split->time
+                                             : Crossing((split - 1)->time, (split - 1)->peak.amplitude, split->time,
+                                                        split->peak.amplitude, middle);
     next.mHead.push_back({at, mTail.back().peak});
     next.mTail.assign(split, mTail.end());
     next.mCount = next.mTail.size();

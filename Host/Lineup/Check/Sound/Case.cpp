@@ -1,0 +1,62 @@
+#include "Host/Lineup/Check/Sound/Case.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace lineup::sound {
+
+std::string Case::ChannelAt(std::size_t input) const {
+    const auto& channel = At(input).channel;
+    return channel ? Sent().channels[*channel] : std::string();
+}
+
+CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text) {
+    CheckFault fault;
+    fault.id = id;
+    fault.unit = FindCheckFaultKind(id, CheckPart::kSound)->unit;
+    fault.text = std::move(text);
+    for (const std::size_t input : inputs) {
+        fault.inputs.push_back(static_cast<int>(input));
+        if (At(input).channel) {
+            fault.channels.push_back(ChannelAt(input));
+        }
+    }
+    findings.faults.push_back(std::move(fault));
+    return findings.faults.back();
+}
+
+void Case::Note(std::string_view id, std::string text) {
+    findings.notes.push_back({std::string(id), CheckPart::kSound, std::move(text)});
+}
+
+std::string Listed(const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        text += i == 0 ? "" : (i + 1 == words.size() ? " and " : ", ");
+        text += words[i];
+    }
+    return text;
+}
+
+std::string InputList(const std::vector<std::size_t>& inputs) {
+    std::vector<std::string> words;
+    for (const std::size_t input : inputs) {
+        words.push_back(std::to_string(input + 1));
+    }
+    return Listed(words);
+}
+
+std::string Who(const Case& check, const std::vector<std::size_t>& inputs) {
+    std::vector<std::string> names;
+    for (const std::size_t input : inputs) {
+        if (!check.ChannelAt(input).empty()) {
+            names.push_back(check.ChannelAt(input));
+        }
+    }
+    const std::string where = fmt::format("input{} {}", inputs.size() == 1 ? "" : "s", InputList(inputs));
+    return names.size() == inputs.size() ? fmt::format("{} ({})", Listed(names), where) : where;
+}
+
+}  // namespace lineup::sound

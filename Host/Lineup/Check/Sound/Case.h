@@ -1,0 +1,62 @@
+#pragma once
+
+#include <lineup/CheckReport.h>
+#include <lineup/CheckSettings.h>
+#include "Host/Lineup/Check/Sound/CheckSound.h"
+#include "Host/Lineup/Check/Sound/Lineup.h"
+
+#include <complex>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lineup::sound {
+
+/// What the recording says of itself.
+struct RecordingFacts {
+    double rate = 48000;
+    std::optional<int> bits;
+    std::optional<bool> lossy;
+    double startSeconds = 0;  ///< where looking began: the time of the line-up's second 0
+};
+
+/// A line-up on its way to a verdict: what was found, what was asked for, and what is said of it.
+struct Case {
+    const Lineup& lineup;
+    const CheckSettings& settings;
+    const RecordingFacts& facts;
+    SoundFindings& findings;
+
+    /// The channel that an input should hold, of those that belong to the line-up.
+    std::vector<std::optional<std::size_t>> home;
+    /// parts[input][channel]: how loud it is there, linear against what was sent.
+    std::vector<std::vector<std::complex<double>>> parts;
+    /// Inputs that hold a sum of channels: nothing else is said of their channels and levels.
+    std::vector<bool> folded;
+
+    [[nodiscard]] const Reference& Sent() const { return *lineup.reference; }
+    [[nodiscard]] const Arrival& At(std::size_t input) const { return lineup.inputs[input].surveyed.arrival; }
+    [[nodiscard]] std::size_t Inputs() const { return lineup.inputs.size(); }
+    [[nodiscard]] std::string ChannelAt(std::size_t input) const;
+    [[nodiscard]] double Tolerance(std::string_view name) const { return ToleranceOf(settings, name); }
+
+    /// Adds a fault of the sound at these inputs; those that are empty are faults of the whole.
+    CheckFault& Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text);
+    void Note(std::string_view id, std::string text);
+};
+
+/// "L (input 1)", "L and R (inputs 1 and 2)".
+[[nodiscard]] std::string Who(const Case& check, const std::vector<std::size_t>& inputs);
+/// "1", "1 and 2", "1, 2 and 3": inputs as people count them.
+[[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
+[[nodiscard]] std::string Listed(const std::vector<std::string>& words);
+
+// What is said about a line-up, each about its own subject.
+void DecideSequence(Case& check);
+void DecideChannels(Case& check);
+void DecideLevels(Case& check);
+void DecideTiming(Case& check);
+void DecideQuality(Case& check);
+
+}  // namespace lineup::sound

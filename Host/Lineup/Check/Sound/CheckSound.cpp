@@ -1,0 +1,131 @@
+#include "Host/Lineup/Check/Sound/CheckSound.h"
+
+#include <lineup/Exporter.h>
+#include "Host/Lineup/Check/Sound/Case.h"
+#include "Host/Lineup/Check/Sound/Listener.h"
+#include "Host/Lineup/Check/Sound/SoundReportOf.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup {
+
+inline namespace parts {
+
+namespace {
+
+constexpr std::size_t kHopsPerBlock = 8;
+constexpr double kHighestIdentTone = 2000;  // Hz
+
+// The samples of a source between two times, in blocks of whole hops.
+class Excerpt {
+public:
+    Excerpt(SoundSource& source, const CheckSettings& settings)
+        : mSource(&source), mBuffers(static_cast<std::size_t>(source.Inputs())) {
+        mSkip = std::llround(settings.fromSeconds.value_or(0) * source.SampleRate());
+        mLeft = settings.forSeconds ? std::llround(*settings.forSeconds * source.SampleRate()) : -1;
+    }
+
+    /// Fills `block` samples of each input, fewer at the end; the number of them.
+    std::size_t Read(std::size_t block, const SoundProgress& progress) {
+        for (std::vector<float>& buffer : mBuffers) {
+            buffer.resize(block);
+        }
+        while (mSkip > 0) {
+            const std::size_t count = ReadSome(0, std::min(block, static_cast<std::size_t>(mSkip)), progress);
+            if (count == 0) {
+                return 0;
+            }
+            mSkip -= static_cast<std::int64_t>(count);
+        }
+        std::size_t filled = 0;
+        while (filled < block && mLeft != 0) {
+            const std::size_t most =
+                mLeft < 0 ? block - filled : std::min(block - filled, static_cast<std::size_t>(mLeft));
+            const std::size_t count = ReadSome(filled, most, progress);
+            if (count == 0) {
+                break;
+            }
+            filled += count;
+            mLeft -= mLeft < 0 ? 0 : static_cast<std::int64_t>(count);
+        }
+        return filled;
+    }
+
+    std::vector<std::span<float>> Samples(std::size_t count) {
+        std::vector<std::span<float>> samples;
+        for (std::vector<float>& buffer : mBuffers) {
+            samples.push_back(std::span(buffer).first(count));
+        }
+        return samples;
+    }
+
+private:
+    std::size_t ReadSome(std::size_t offset, std::size_t most, const SoundProgress& progress) {
+        std::vector<float*> targets;
+        for (std::vector<float>& buffer : mBuffers) {
+            targets.push_back(buffer.data() + offset);
+        }
+        const std::size_t count = mSource->Read(targets, most);
+        mHeard += static_cast<std::int64_t>(count);
+        if (progress && !progress(mHeard)) {
+            throw Cancelled("the check was stopped");
+        }
+        return count;
+    }
+
+    SoundSource* mSource;
+    std::vector<std::vector<float>> mBuffers;
+    std::int64_t mSkip = 0;
+    std::int64_t mLeft = -1;
+    std::int64_t mHeard = 0;
+};
+
+SoundFindings NothingFound(const SoundSource& source, const CheckSettings& settings) {
+    SoundFindings findings;
+    findings.sound.sampleRate = source.SampleRate();
+    findings.sound.inputs = source.Inputs();
+    const std::string what = settings.expect == "auto" ? "line-up" : settings.expect;
+    findings.notes.push_back({"no-line-up", CheckPart::kSound,
+                              "No " + what + " was found. A whole cycle of it would settle what the path did."});
+    return findings;
+}
+
+}  // namespace
+
+SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Importer>& importer,
+                         const CheckSettings& settings, const SoundProgress& progress) {
+    ValidateCheckSettings(settings);
+    const std::vector<sound::Reference> references = sound::MakeIdentReferences(importer);
+    const sound::Grid grid = sound::MakeGrid(source.SampleRate(), kHighestIdentTone);
+    sound::Listener listener(source.Inputs(), grid, references);
+    Excerpt excerpt(source, settings);
+    const std::size_t block = static_cast<std::size_t>(grid.HopSamples()) * kHopsPerBlock;
+    while (const std::size_t count = excerpt.Read(block, progress)) {
+        listener.Hear(excerpt.Samples(count));
+    }
+    listener.Finish();
+    const double startSeconds = settings.fromSeconds.value_or(0);
+    const sound::Lineup* const lineup = listener.Found();
+    if (lineup == nullptr) {
+        SoundFindings findings = NothingFound(source, settings);
+        findings.sound.lanes = listener.Drawing().Draw(nullptr, startSeconds);
+        return findings;
+    }
+    SoundFindings findings;
+    const sound::RecordingFacts facts{source.SampleRate(), source.Bits(), source.Lossy(), startSeconds};
+    findings.sound = SoundReportOf(*lineup, facts);
+    findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
+    sound::Case check{*lineup, settings, facts, findings, {}, {}, {}};
+    DecideSequence(check);
+    DecideChannels(check);
+    DecideLevels(check);
+    DecideTiming(check);
+    DecideQuality(check);
+    findings.verdict = findings.faults.empty() ? CheckVerdict::kRight : CheckVerdict::kFaults;
+    return findings;
+}
+
+}  // namespace parts
+
+}  // namespace lineup

@@ -1,0 +1,83 @@
+#include "Host/Lineup/Check/Sound/Case.h"
+#include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/Speeds.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::sound {
+
+namespace {
+
+void DecidePolarity(Case& check) {
+    std::vector<std::size_t> inverted;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        if (check.lineup.inputs[input].surveyed.polarity < 0 && !check.folded[input]) {
+            inverted.push_back(input);
+        }
+    }
+    if (!inverted.empty()) {
+        CheckFault& fault =
+            check.Add("polarity-inverted", inverted,
+                      fmt::format("{} {} upside down.", Who(check, inverted), inverted.size() == 1 ? "is" : "are"));
+        fault.measured = -1;
+        fault.expected = 1;
+    }
+}
+
+void DecideDelay(Case& check) {
+    const double tolerance = check.Tolerance("delay");
+    std::vector<std::pair<double, std::size_t>> late;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const auto& delay = check.findings.sound.channels[input].delay;
+        if (delay && std::abs(*delay) > tolerance && !check.folded[input]) {
+            late.emplace_back(*delay, input);
+        }
+    }
+    std::ranges::sort(late);
+    for (std::size_t i = 0; i < late.size();) {
+        std::vector<std::size_t> inputs;
+        const double delay = late[i].first;
+        for (; i < late.size() && late[i].first - delay <= tolerance; ++i) {
+            inputs.push_back(late[i].second);
+        }
+        std::ranges::sort(inputs);
+        CheckFault& fault = check.Add(
+            "delay", inputs,
+            fmt::format("{} {} {:.2f} samples ({:.3f} ms) {}.", Who(check, inputs), inputs.size() == 1 ? "is" : "are",
+                        std::abs(delay), std::abs(delay) / check.facts.rate * 1000, delay > 0 ? "late" : "early"));
+        fault.measured = delay;
+        fault.expected = 0;
+    }
+}
+
+void DecideSpeed(Case& check) {
+    if (!check.findings.sound.speed) {
+        return;
+    }
+    const SpeedReport& speed = *check.findings.sound.speed;
+    if (std::abs(speed.ppm) <= check.Tolerance("speed")) {
+        return;
+    }
+    const bool corrected = check.lineup.placing.tempo != check.lineup.placing.pitch;
+    const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? 3000 : 60);
+    std::string text =
+        fmt::format("It plays {:.4g} % too {}", std::abs(speed.ratio - 1) * 100, speed.ratio > 1 ? "fast" : "slowly");
+    text += known == nullptr ? "" : fmt::format(": {}", known->cause);
+    text += corrected ? ", with the pitch kept." : ".";
+    CheckFault& fault = check.Add("speed-wrong", {}, std::move(text));
+    fault.measured = speed.ppm;
+    fault.expected = 0;
+}
+
+}  // namespace
+
+void DecideTiming(Case& check) {
+    DecidePolarity(check);
+    DecideDelay(check);
+    DecideSpeed(check);
+}
+
+}  // namespace lineup::sound

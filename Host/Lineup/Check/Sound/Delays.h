@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Cells.h"
+#include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/Reference.h"
+#include "Host/Lineup/Check/Sound/SlotSound.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace lineup::sound {
+
+/// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge
+/// by itself. The placing and `delay` are those that the slot was measured with; the result counts from there. Edges of
+/// tones whose phase floats are known less well, and weigh next to nothing.
+[[nodiscard]] std::vector<Vote> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
+                                           const Placing& placing, double delay, std::size_t input,
+                                           std::size_t channel);
+
+/// A channel's delay and polarity at an input.
+struct DelayAndPolarity {
+    double delay = 0;    ///< s, from where the cells were measured
+    int polarity = 0;    ///< 1 or -1; 0 where it cannot be known
+    bool exact = false;  ///< by the phase of its tones; else by its edges alone
+};
+
+/// What the phases of a channel's tones say, near to `around`. Where edges have told that, they are right to
+/// kEdgesKnow; where they have not, the tone may be a quarter of its period away, and no more.
+[[nodiscard]] DelayAndPolarity DelayOf(const Cells& cells, const Reference& reference, std::size_t input,
+                                       std::size_t channel, double pitch, double around, bool byEdges);
+
+/// s: below half a period of 2 kHz
+inline constexpr double kEdgesKnow = 0.00024;
+
+}  // namespace lineup::sound

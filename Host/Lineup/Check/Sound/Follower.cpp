@@ -1,0 +1,172 @@
+#include "Host/Lineup/Check/Sound/Follower.h"
+
+#include "Host/Lineup/Check/Sound/Presence.h"
+#include "Host/Lineup/Check/Sound/Tune.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr double kTurn = 2 * std::numbers::pi;
+constexpr double kPatience = 4;    // s without any tone that is due, after which a line-up has ended
+constexpr double kBehind = 0.2;    // s that must have been heard after a slot
+constexpr double kOwnTone = 0.03;  // of the reference's level
+constexpr double kGuard = 0.035;   // s
+
+double MedianOfThere(const InputSlot& input) {
+    std::vector<double> residuals;
+    for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+        if (input.there[block]) {
+            residuals.push_back(input.blocks[block].residual);
+        }
+    }
+    return MedianOf(std::move(residuals));
+}
+
+}  // namespace
+
+Follower::Follower(const History& history, const Reference& reference, const Survey& survey)
+    : mHistory(&history),
+      mReference(&reference),
+      mDue(reference, survey),
+      mMeter(history, reference),
+      mPlacing(survey.placing),
+      mDelays(survey.Delays()) {
+    mMeter.Place(mPlacing, mDelays);
+    mLineup.reference = &reference;
+    mLineup.placing = survey.placing;
+    mLineup.cells = Cells(reference, history.Inputs());
+    for (const SurveyedInput& input : survey.inputs) {
+        mLineup.inputs.push_back({input, {}, {}, {}, {}, 0, 0, 0});
+    }
+    // What the recording has of the slots before those that were whole.
+    mNext = survey.slots.front();
+    for (int back = 0; back < 2 && mMeter.StartOf(mNext) > history.SecondsFirst(); ++back) {
+        mNext = SlotBefore(reference, mNext);
+    }
+}
+
+void Follower::Advance(bool last) {
+    while (!mEnded) {
+        const double heard = mHistory->SecondsEnd() - (last ? 0 : kBehind);
+        if (last ? mMeter.StartOf(mNext) > heard : mMeter.EndOf(mNext) > heard) {
+            break;
+        }
+        Take(mNext);
+        mNext = NextSlot(*mReference, mNext);
+    }
+    if (last || mEnded) {
+        mLineup.endSeen = mLineup.endsAt + kBehind < mHistory->SecondsEnd();
+    }
+}
+
+void Follower::Take(const SlotNumber& number) {
+    const SlotSound sound = mMeter.Measure(number);
+    const Presence presence = PresenceOf(sound, *mReference, mDue);
+    if (!presence.due) {
+        if (mStarted) {
+            Measure(sound);
+        }
+        return;
+    }
+    if (presence.present == 0) {
+        mEnded = mStarted && sound.end - mLastPresent > kPatience;
+        return;
+    }
+    if (!mStarted) {
+        mStarted = true;
+        mLineup.startsAt = presence.fromStart ? sound.start : presence.first;
+        mLineup.startSeen = mLineup.startsAt > kBehind;
+    }
+    mLastPresent = presence.last;
+    mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
+    FollowTime(sound);
+    Measure(sound);
+}
+
+void Follower::Measure(const SlotSound& sound) {
+    mLineup.cells.Add(sound);
+    for (std::size_t input = 0; input < sound.inputs.size(); ++input) {
+        if (sound.inputs[input].CountThere() > 0) {
+            MeasureInput(sound, input);
+        }
+    }
+    for (const Vote& vote : PitchVotes(sound, *mReference, mPlacing.pitch)) {
+        mLineup.speed.weight += vote.weight;
+        mLineup.speed.slopes += vote.weight * vote.value;
+        mLineup.speed.slotSlopes.Add(vote.value);
+    }
+}
+
+void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
+    InputFindings& found = mLineup.inputs[input];
+    const InputSlot& slot = sound.inputs[input];
+    const double hopSeconds = mHistory->grid.HopSeconds();
+    const auto& hops = mHistory->hops[input];
+    const auto first = std::max(
+        hops.First(), static_cast<std::int64_t>(std::ceil((sound.start + kGuard + mDelays[input]) / hopSeconds)));
+    const auto end =
+        std::min(hops.End(), static_cast<std::int64_t>(std::floor((sound.end - kGuard + mDelays[input]) / hopSeconds)));
+    std::vector<double> high;
+    for (std::int64_t hop = first; hop < end; ++hop) {
+        high.push_back(static_cast<double>(hops[hop].high));
+        found.bits |= hops[hop].bits;
+        found.least = std::min(found.least, static_cast<double>(hops[hop].least));
+        found.most = std::max(found.most, static_cast<double>(hops[hop].most));
+    }
+    const auto weight = static_cast<double>(slot.CountThere());
+    const double noise = MedianOfThere(slot) + MedianOf(std::move(high));
+    const std::size_t number = sound.number.slot;
+    const bool hasTones = !mReference->slots[number].tones.empty();
+    const std::size_t tone = hasTones ? mDue.LoudestTone(number, input) : 0;
+    const double due = hasTones ? mDue.At(number, tone, input) : 0;
+    (due > kOwnTone * mReference->Level() ? found.toneNoise : found.gapNoise).Add(noise, weight);
+    double amplitude = 0;
+    for (std::size_t block = 0; block < slot.blocks.size(); ++block) {
+        if (slot.there[block]) {
+            found.dc.Add(slot.blocks[block].dc);
+            amplitude += hasTones ? std::abs(slot.gains[tone][block]) / weight : 0;
+        }
+    }
+    if (due > kOwnTone * mReference->Level()) {
+        found.levelDb.Add(20 * std::log10(amplitude / due), weight);
+    }
+}
+
+// Where the tones say that time has gone since the last slot.
+void Follower::FollowTime(const SlotSound& sound) {
+    if (mPlacing.tempo != mPlacing.pitch) {
+        return;
+    }
+    const std::vector<RefTone>& tones = mReference->slots[sound.number.slot].tones;
+    double weights = 0;
+    double late = 0;
+    for (std::size_t m = 0; m < tones.size(); ++m) {
+        for (std::size_t input = 0; input < sound.inputs.size(); ++input) {
+            const SurveyedInput& surveyed = mLineup.inputs[input].surveyed;
+            if (tones[m].floating || !surveyed.exact || surveyed.polarity == 0 ||
+                tones[m].Amplitude(*surveyed.arrival.channel) < kOwnTone * mReference->Level()) {
+                continue;
+            }
+            std::complex<double> sum;
+            for (std::size_t block = 0; block < sound.inputs[input].blocks.size(); ++block) {
+                sum += sound.inputs[input].there[block] ? sound.inputs[input].gains[m][block] : 0;
+            }
+            sum *= static_cast<double>(surveyed.polarity) / tones[m].gain[*surveyed.arrival.channel];
+            const double omega = kTurn * tones[m].frequency * mPlacing.pitch;
+            weights += std::norm(sum) * omega * omega;
+            late -= std::norm(sum) * omega * std::arg(sum);
+        }
+    }
+    if (weights > 0) {
+        mLineup.speed.shifts.Add(late / weights);
+        mPlacing.start += late / weights;
+        mMeter.Place(mPlacing, mDelays);
+    }
+}
+
+}  // namespace lineup::sound

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Due.h"
+#include "Host/Lineup/Check/Sound/History.h"
+#include "Host/Lineup/Check/Sound/Lineup.h"
+#include "Host/Lineup/Check/Sound/SlotSound.h"
+
+#include <optional>
+#include <vector>
+
+namespace lineup::sound {
+
+/// Follows a line-up slot by slot from where the history has its start to where it ends, and adds up what it finds.
+class Follower {
+public:
+    /// The history and the reference must outlive it.
+    Follower(const History& history, const Reference& reference, const Survey& survey);
+
+    /// Takes what has come into the history; at the end of the recording, `last`, what is left of a slot too.
+    void Advance(bool last);
+
+    /// The line-up has ended before the recording.
+    [[nodiscard]] bool Ended() const { return mEnded; }
+
+    [[nodiscard]] const Lineup& Found() const { return mLineup; }
+
+private:
+    void Take(const SlotNumber& number);
+    void Measure(const SlotSound& sound);
+    void MeasureInput(const SlotSound& sound, std::size_t input);
+    void FollowTime(const SlotSound& sound);
+
+    const History* mHistory;
+    const Reference* mReference;
+    DueTones mDue;
+    SlotMeter mMeter;
+    Placing mPlacing;  // the survey's, and what time has shifted since
+    std::vector<double> mDelays;
+    SlotNumber mNext;
+    bool mStarted = false;
+    bool mEnded = false;
+    double mLastPresent = 0;
+    Lineup mLineup;
+};
+
+}  // namespace lineup::sound

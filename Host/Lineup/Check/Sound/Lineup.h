@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Cells.h"
+#include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/Survey.h"
+#include "Host/Lineup/Check/Sound/Tally.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace lineup::sound {
+
+/// Something that happened at one place.
+struct SoundEvent {
+    enum class Kind : std::uint8_t {
+        kDropout,    ///< `amount` seconds are silent or damaged
+        kJump,       ///< time jumps: `amount` seconds were lost, or, below 0, came twice
+        kClick,      ///< `amount` is its height
+        kLevelStep,  ///< the level goes by `amount` dB and stays there
+    };
+
+    Kind kind = Kind::kClick;
+    double at = 0;  ///< s from the start of the recording
+    double amount = 0;
+    std::vector<std::size_t> inputs;
+};
+
+/// What is known of one input, over the whole line-up.
+struct InputFindings {
+    SurveyedInput surveyed;
+    LevelTally toneNoise;  ///< mean square of what is neither tone nor dc, in blocks under its own tone
+    LevelTally gapNoise;   ///< the same in blocks without
+    Spread dc;
+    Spread levelDb;  ///< of slots, against what is due there
+    std::uint32_t bits = 0;
+    double least = 0;  ///< the lowest sample
+    double most = 0;
+};
+
+/// How fast it plays, by the phase of its tones.
+struct SpeedFindings {
+    double weight = 0;
+    double slopes = 0;   ///< weighted: what the speed is off from the placing's pitch, relative
+    double seconds = 0;  ///< of tone
+    Spread slotSlopes;   ///< of single slots, relative
+    Spread shifts;       ///< s between one slot and the next
+};
+
+/// A line-up as it was followed from its start to its end.
+struct Lineup {
+    const Reference* reference = nullptr;
+    Placing placing;     ///< where the survey was made
+    Cells cells{{}, 0};  ///< phases are those of each input's own delay
+    std::vector<InputFindings> inputs;
+    SpeedFindings speed;
+    double startsAt = 0;  ///< s
+    double endsAt = 0;
+    bool startSeen = false;  ///< the recording begins before it
+    bool endSeen = false;    ///< the recording goes on after it
+    std::vector<SoundEvent> events;
+    std::size_t moreEvents = 0;  ///< that are not kept
+};
+
+}  // namespace lineup::sound

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Follower.h"
+#include "Host/Lineup/Check/Sound/FrontEnd.h"
+#include "Host/Lineup/Check/Sound/History.h"
+#include "Host/Lineup/Check/Sound/Lanes.h"
+#include "Host/Lineup/Check/Sound/ToneRuns.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace lineup::sound {
+
+/// Hears a recording from its start to its end: searches for a line-up, and follows it once it is found.
+class Listener {
+public:
+    /// The references must outlive it.
+    Listener(int inputs, const Grid& grid, std::span<const Reference> references);
+
+    /// Takes whole hops of all inputs, but for the last call.
+    void Hear(std::span<const std::span<float>> samples);
+
+    /// The recording has ended.
+    void Finish();
+
+    /// What was found, if a line-up was.
+    [[nodiscard]] const Lineup* Found() const { return mFollower ? &mFollower->Found() : nullptr; }
+
+    [[nodiscard]] const Lanes& Drawing() const { return mLanes; }
+
+private:
+    void Search(bool last);
+
+    std::span<const Reference> mReferences;
+    History mHistory;
+    std::vector<InputFrontEnd> mFrontEnds;
+    ToneRuns mRuns;
+    Lanes mLanes;
+    double mNextSearch = 0;
+    std::unique_ptr<Follower> mFollower;
+};
+
+}  // namespace lineup::sound

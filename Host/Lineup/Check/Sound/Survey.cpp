@@ -1,0 +1,225 @@
+#include "Host/Lineup/Check/Sound/Survey.h"
+
+#include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/PhaseLine.h"
+#include "Host/Lineup/Check/Sound/Tune.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr double kSlack = 0.05;        // s: what a sighting may be off
+constexpr double kLateEnough = 0.008;  // s: an input that is measured again with its delay
+constexpr double kPure = 0.5;          // of a block's energy
+
+std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
+    std::vector<SlotNumber> slots;
+    SlotNumber number{};
+    while (meter.StartOf(number) > first - kSlack) {
+        number = SlotBefore(reference, number);
+    }
+    for (; meter.StartOf(number) < last + kSlack; number = NextSlot(reference, number)) {
+        if (meter.StartOf(number) > first - kSlack && meter.EndOf(number) < last + kSlack) {
+            slots.push_back(number);
+        }
+    }
+    return slots;
+}
+
+// How loud a slot's tone is at the input where it is loudest, against what was sent; 0 where it is no clear tone.
+double LoudnessOf(const SlotSound& sound, const Reference& reference) {
+    double loudest = 0;
+    const std::vector<RefTone>& tones = reference.slots[sound.number.slot].tones;
+    for (std::size_t m = 0; m < tones.size(); ++m) {
+        double sent = 0;
+        for (std::size_t channel = 0; channel < reference.channels.size(); ++channel) {
+            sent = std::max(sent, tones[m].Amplitude(channel));
+        }
+        for (const InputSlot& input : sound.inputs) {
+            const auto line = FitPhaseLine(input.gains[m], input.there, sound.step);
+            double residual = 0;
+            for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+                residual += input.there[block]
+                                ? input.blocks[block].residual / static_cast<double>(line ? line->blocks : 1)
+                                : 0;
+            }
+            if (line && line->amplitude * line->amplitude / 2 > kPure / (1 - kPure) * residual) {
+                loudest = std::max(loudest, line->amplitude / sent);
+            }
+        }
+    }
+    return loudest;
+}
+
+// Goes on in one direction for as long as tones are where they are due.
+void Extend(SlotMeter& meter, const History& history, const Reference& reference, double typical, bool forwards,
+            std::vector<SlotNumber>& slots) {
+    std::vector<SlotNumber> silent;
+    SlotNumber number = forwards ? slots.back() : slots.front();
+    for (;;) {
+        number = forwards ? NextSlot(reference, number) : SlotBefore(reference, number);
+        if (meter.EndOf(number) < history.SecondsFirst() || meter.StartOf(number) > history.SecondsEnd()) {
+            return;
+        }
+        silent.push_back(number);
+        if (reference.slots[number.slot].tones.empty()) {
+            continue;
+        }
+        const double loudness = LoudnessOf(meter.Measure(number), reference);
+        if (loudness < 0.4 * typical || loudness > 2.5 * typical) {
+            return;
+        }
+        for (const SlotNumber& add : silent) {
+            slots.insert(forwards ? slots.end() : slots.begin(), add);
+        }
+        silent.clear();
+    }
+}
+
+class Surveyor {
+public:
+    Surveyor(const History& history, const Sighting& sighting)
+        : mHistory(&history),
+          mReference(sighting.reference),
+          mPlacing(sighting.placing),
+          mMeter(history, *sighting.reference),
+          mDelays(history.Inputs()) {
+        mMeter.Place(mPlacing, mDelays);
+        mSlots = SlotsWithin(mMeter, *mReference, sighting.first, sighting.last);
+    }
+
+    [[nodiscard]] bool FindSlots() {
+        if (mSlots.empty()) {
+            return false;
+        }
+        mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        mMeter.Place(mPlacing, mDelays);
+        std::vector<double> loudness;
+        for (const SlotNumber& number : mSlots) {
+            const double loud = LoudnessOf(mMeter.Measure(number), *mReference);
+            if (loud > 0) {
+                loudness.push_back(loud);
+            }
+        }
+        const double typical = MedianOf(std::move(loudness));
+        Extend(mMeter, *mHistory, *mReference, typical, false, mSlots);
+        Extend(mMeter, *mHistory, *mReference, typical, true, mSlots);
+        mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        return typical > 0;
+    }
+
+    [[nodiscard]] Survey Measure() {
+        Look();
+        if (std::ranges::any_of(mCoarse, [](const auto& late) { return late && std::abs(*late) > kLateEnough; })) {
+            for (std::size_t input = 0; input < mDelays.size(); ++input) {
+                mDelays[input] = mCoarse[input].value_or(0);
+            }
+            Look();
+        }
+        Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells};
+        std::vector<double> delays;
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            if (mCoarse[input]) {
+                survey.inputs[input] = InputOf(input, *mCoarse[input]);
+                delays.push_back(survey.inputs[input].delay);
+            }
+        }
+        // A tone without edges is taken to be as late as the others.
+        const double usual = MedianOf(std::move(delays));
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            if (!mCoarse[input]) {
+                survey.inputs[input] = InputOf(input, usual - mDelays[input]);
+            }
+        }
+        return survey;
+    }
+
+private:
+    // Measures the slots, and where each input's channel has its edges.
+    void Look() {
+        mMeter.Place(mPlacing, mDelays);
+        mCells = Cells(*mReference, mHistory->Inputs());
+        std::vector<SlotSound> sounds;
+        for (const SlotNumber& number : mSlots) {
+            sounds.push_back(mMeter.Measure(number));
+            mCells.Add(sounds.back());
+        }
+        mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
+        mCoarse.assign(mArrivals.size(), std::nullopt);
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            std::vector<Vote> late;
+            for (const SlotSound& sound : sounds) {
+                if (mArrivals[input].channel) {
+                    const auto more = EdgeDelays(*mHistory, *mReference, sound, mPlacing, mDelays[input], input,
+                                                 *mArrivals[input].channel);
+                    late.insert(late.end(), more.begin(), more.end());
+                }
+            }
+            if (!late.empty()) {
+                mCoarse[input] = WeightedMedian(std::move(late));
+            }
+        }
+    }
+
+    [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
+        SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, mCoarse[input].has_value()};
+        if (surveyed.arrival.channel && mPlacing.tempo == mPlacing.pitch) {
+            const DelayAndPolarity found = DelayOf(mCells, *mReference, input, *surveyed.arrival.channel,
+                                                   mPlacing.pitch, around, surveyed.hasEdges);
+            surveyed.delay = mDelays[input] + found.delay;
+            surveyed.polarity = found.polarity;
+            surveyed.exact = found.exact;
+        }
+        return surveyed;
+    }
+
+    const History* mHistory;
+    const Reference* mReference;
+    Placing mPlacing;
+    SlotMeter mMeter;
+    std::vector<double> mDelays;
+    std::vector<SlotNumber> mSlots;
+    Cells mCells{{}, 0};
+    std::vector<Arrival> mArrivals;
+    std::vector<std::optional<double>> mCoarse;
+};
+
+}  // namespace
+
+std::vector<double> Survey::Delays() const {
+    std::vector<double> delays;
+    for (const SurveyedInput& input : inputs) {
+        delays.push_back(input.delay);
+    }
+    return delays;
+}
+
+SlotNumber NextSlot(const Reference& reference, SlotNumber number) {
+    ++number.slot;
+    if (number.slot == reference.slots.size()) {
+        return {number.cycle + 1, 0};
+    }
+    return number;
+}
+
+SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
+    if (number.slot == 0) {
+        return {number.cycle - 1, reference.slots.size() - 1};
+    }
+    --number.slot;
+    return number;
+}
+
+std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting) {
+    Surveyor surveyor(history, sighting);
+    if (!surveyor.FindSlots()) {
+        return std::nullopt;
+    }
+    return surveyor.Measure();
+}
+
+}  // namespace lineup::sound

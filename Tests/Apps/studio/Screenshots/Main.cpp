@@ -1,19 +1,24 @@
 // Makes pictures of Lineup Studio: studio_screenshots FOLDER BUNDLE. QT_SCALE_FACTOR=2 makes them for a fine
-// screen. A sound server of its own stands in for loudspeakers.
+// screen. Nothing plays, so they are the same every time: meters and transport are told what to show.
+#include <lineup/AudioReader.h>
 #include <lineup/ToneChoice.h>
+#include "Apps/studio/Export/ExportDialog.h"
+#include "Apps/studio/Sound/PeakBank.h"
+#include "Apps/studio/Window/ClipDialog.h"
 #include "Apps/studio/Window/StudioWindow.h"
-#include "Tests/Apps/studio/SoundServer.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QPixmap>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -24,7 +29,7 @@ struct Scene {
     const char* ident;  // null: a steady tone
     Act theme;
     bool scope;
-    double playTo;  // seconds into the clip; 0: not playing
+    double playedTo;  // seconds into the clip; 0: not playing
     std::int64_t lengthFrames;
     std::optional<QPoint> pointAt;  // in shares of a thousand of the picture
 };
@@ -36,16 +41,7 @@ const std::array<Scene, 4> kScenes = {{
     {"dark", "ebu-5.1", Act::ThemeDark, true, 1.7, 300, QPoint(440, 300)},
 }};
 
-// Throws when `what` does not come to hold.
-template <class Condition>
-void Wait(Condition condition, const char* what) {
-    if (!QTest::qWaitFor(condition, 30000)) {
-        throw std::runtime_error(std::string("this never happened: ") + what);
-    }
-}
-
-void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& scene, const QString& target) {
-    studio::StudioWindow window(importer);
+lineup::ClipDocument Values(const lineup::Importer& importer, const Scene& scene) {
     lineup::ToneChoice tone;
     if (scene.ident != nullptr) {
         tone.ident = scene.ident;
@@ -53,22 +49,52 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
         tone.levelDb = -18;
     }
     lineup::ClipDocument values;
-    values.settings = lineup::MakeSettings(*importer, tone);
+    values.settings = lineup::MakeSettings(importer, tone);
     values.lengthFrames = scene.lengthFrames;
-    window.Document().New(values);
+    return values;
+}
+
+// The window as it looks when the clip has played so far.
+void ShowPlaying(studio::StudioWindow& window, double seconds) {
+    const auto& clip = window.Document().Clip();
+    const auto rateHz = static_cast<std::int64_t>(clip->SampleRate());
+    const auto end = static_cast<std::int64_t>(seconds * static_cast<double>(rateHz));
+    window.Sound().Seek(end);
+    auto* const meters = window.findChild<studio::MeterView*>();
+    const auto channels = static_cast<std::size_t>(clip->NumChannels());
+    studio::PeakBank peaks(channels);
+    lineup::AudioReader reader(*clip);
+    const auto hear = [&](std::int64_t from, std::int64_t to) {
+        std::vector<std::vector<float>> sound(channels, std::vector<float>(static_cast<std::size_t>(to - from)));
+        std::vector<float*> buffers;
+        std::ranges::transform(sound, std::back_inserter(buffers), [](auto& samples) { return samples.data(); });
+        reader.Read(from, to - from, buffers);
+        for (std::size_t channel = 0; channel < channels; ++channel) {
+            peaks.Add(channel, sound[channel]);
+        }
+        meters->Advance(&peaks, static_cast<double>(to - from) / static_cast<double>(rateHz));
+    };
+    hear(end - rateHz, end - rateHz / 2);
+    hear(end - rateHz / 2, end);
+    window.findChild<studio::TransportBar*>()->ShowPlaying(true);
+}
+
+void Save(QWidget& widget, const QString& target) {
+    if (!widget.grab().save(target)) {
+        throw std::runtime_error("cannot write " + target.toStdString());
+    }
+}
+
+void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& scene, const QString& target) {
+    studio::StudioWindow window(importer);
+    window.Document().New(Values(*importer, scene));
     window.Commands()[scene.theme].trigger();
     window.Commands()[Act::Scope].setChecked(scene.scope);
     window.resize(1180, 740);
     window.show();
     auto* const picture = window.findChild<studio::PictureView*>();
-    Wait([&] { return picture->Frame().width() > 0; }, "the picture comes");
-    auto* const sound = window.findChild<QLabel*>("sound");
-    Wait([&] { return sound->text() == "Speakers"; }, "the loudspeakers are found");
-    if (scene.playTo > 0) {
-        window.Sound().Seek(0);
-        window.Sound().Play();
-        const double rateHz = static_cast<double>(window.Document().Clip()->SampleRate());
-        Wait([&] { return static_cast<double>(window.Sound().Position()) > scene.playTo * rateHz; }, "it plays");
+    if (!QTest::qWaitFor([&] { return picture->Frame().width() > 0; }, 30000)) {
+        throw std::runtime_error("the picture never came");
     }
     if (scene.pointAt) {
         const QRectF frame = picture->Frame();
@@ -77,9 +103,23 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
             picture, QPointF(frame.x() + share.x() * frame.width(), frame.y() + share.y() * frame.height()).toPoint());
         QApplication::processEvents();
     }
-    if (!window.grab().save(target)) {
-        throw std::runtime_error("cannot write " + target.toStdString());
+    if (scene.playedTo > 0) {
+        ShowPlaying(window, scene.playedTo);
     }
+    window.findChild<studio::TransportBar*>()->ShowSound("Speakers", false);
+    Save(window, target);
+}
+
+// The dialogs of the stereo scene, not shown on the way: nothing in them has the focus.
+void TakeDialogs(const std::shared_ptr<const lineup::Importer>& importer, const QString& target) {
+    studio::StudioWindow window(importer);
+    window.Commands()[Act::ThemeLight].trigger();
+    const auto values = Values(*importer, kScenes.front());
+    window.Document().New(values);
+    studio::ExportDialog exporting(window.Document(), "line-up.mov", nullptr);
+    Save(exporting, target.arg("export"));
+    studio::ClipDialog clip(*importer, values, "Clip Settings", nullptr);
+    Save(clip, target.arg("clip"));
 }
 
 }  // namespace
@@ -94,13 +134,12 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        test::SoundServer server;
-        server.UseNullSink("speakers", 6, "front-left,front-right,front-center,lfe,rear-left,rear-right");
         const auto importer = std::make_shared<const lineup::Importer>(argv[2]);
-        const QString scale = qFuzzyCompare(application.devicePixelRatio(), 1) ? "" : "@2x";
+        const QString target = QString(argv[1]) + "/studio-%1.png";
         for (const Scene& scene : kScenes) {
-            Take(importer, scene, QString("%1/studio-%2%3.png").arg(argv[1], scene.name, scale));
+            Take(importer, scene, target.arg(scene.name));
         }
+        TakeDialogs(importer, target);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "studio_screenshots: %s\n", error.what());

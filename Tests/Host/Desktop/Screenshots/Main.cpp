@@ -1,4 +1,4 @@
-// Makes pictures of the settings dialog: screenshots FOLDER BUNDLE. Both layouts, every language, each
+// Makes pictures of the settings dialog: settings_dialog_screenshots FOLDER BUNDLE. Both layouts, every language, each
 // state that looks different. QT_SCALE_FACTOR=2 makes them for a fine screen.
 #include <lineup/Importer.h>
 #include <lineup/services/LocalizerSetup.h>
@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 namespace {
 
@@ -52,7 +53,7 @@ void Take(const lineup::Importer& plugin, const Picture& picture, const QString&
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc != 3) {
-        std::fputs("usage: screenshots FOLDER BUNDLE\n", stderr);
+        std::fputs("usage: settings_dialog_screenshots FOLDER BUNDLE\n", stderr);
         return 2;
     }
     try {
@@ -63,14 +64,14 @@ int main(int argc, char** argv) {
             zelcore::config::SetLanguage(language);
             QLocale::setDefault(QLocale(language));
             for (const Picture& picture : kPictures) {
-                const QString scale = qFuzzyCompare(application.devicePixelRatio(), 1) ? "" : "@2x";
-                Take(plugin, picture, QString("%1/%2-%3%4.png").arg(argv[1], picture.name, language, scale));
+                const QString ending = std::string_view(language) == "C" ? "" : QString("-") + language;
+                Take(plugin, picture, QString("%1/settings-%2%3.png").arg(argv[1], picture.name, ending));
             }
         }
         zelui::ui::InstallToolkit(nullptr);
         return 0;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "screenshots: %s\n", error.what());
+        std::fprintf(stderr, "settings_dialog_screenshots: %s\n", error.what());
         return 1;
     }
 }

@@ -118,7 +118,7 @@ const std::vector<PrivateName> kPrivateNames = {
      {"Src/BarsAndToneImporter/", "Host/Lineup/Plugin/Importer.cpp", "Host/Lineup/Validation/"}},
     {"kImportEntryName",
      {"Host/Interface/Importer/ImportEntry.h", "Host/Lineup/Plugin/Importer.cpp",
-      "Host/Lineup/Validation/RawImporter.cpp", "Host/Lineup/Validation/LoadingChecks.cpp"}},
+      "Host/Lineup/Validation/Examination/RawImporter.cpp", "Host/Lineup/Validation/Interface/LoadingChecks.cpp"}},
     {"dlopen(", {"Host/Lineup/Plugin/DynamicLibrary.cpp", "Host/Services/Text/CatalogueLibrary.cpp"}},
 };
 

@@ -115,7 +115,7 @@ TEST(IncludeRules, RefuseAnIncludeByNeighbourhood) {
 TEST(IncludeRules, LetTheImporterAndTheValidatorKnowTheRequestRecords) {
     const std::vector<std::string> lines = {R"(#include "Host/Interface/Importer/ImportRecords.h")"};
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Plugin/Importer.cpp", lines}), IsEmpty());
-    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/Requests.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/Examination/Requests.cpp", lines}), IsEmpty());
     EXPECT_THAT(BrokenIncludeRules({"Src/BarsAndToneImporter/FrameRequest.cpp", lines}), IsEmpty());
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Clip/Clip.cpp", lines}), SizeIs(1));
     EXPECT_THAT(BrokenIncludeRules({"Src/ToneSettingsDialog/Dialog.cpp", lines}), SizeIs(1));
@@ -126,8 +126,8 @@ TEST(IncludeRules, KeepTheValidatorToItsOwnWayIntoABundle) {
     EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/A.cpp", {R"(#include <lineup/DynamicLibrary.h>)"}}),
                 IsEmpty());
     const std::vector<std::string> lines = {"auto* entry = library.Find(kImportEntryName);"};
-    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/RawImporter.cpp", lines}), IsEmpty());
-    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/FrameChecks.cpp", lines}), SizeIs(1));
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/Examination/RawImporter.cpp", lines}), IsEmpty());
+    EXPECT_THAT(BrokenIncludeRules({"Host/Lineup/Validation/Interface/FrameChecks.cpp", lines}), SizeIs(1));
 }
 
 TEST(IncludeRules, LetOneFileOnEachSideLoadSharedObjects) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 /// The checks by group, one source file a group. Each throws Failure when the bundle does not keep the
 /// promise that stands beside it in the table of checks, and Skipped when there is nothing to check.

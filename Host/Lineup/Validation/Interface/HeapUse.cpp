@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/HeapUse.h"
+#include "Host/Lineup/Validation/Interface/HeapUse.h"
 
 #include <cstddef>
 #include <malloc.h>

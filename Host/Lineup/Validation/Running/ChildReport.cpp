@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/ChildReport.h"
+#include "Host/Lineup/Validation/Running/ChildReport.h"
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Requests.h"
-#include "Host/Lineup/Validation/Sounds.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Host/Interface/Importer/ImportRecords.h"
+#include "Host/Lineup/Validation/Examination/RawImporter.h"
 #include "Host/Lineup/Validation/Probes/GuardedBuffers.h"
 #include "Host/Lineup/Validation/Probes/GuardedFrame.h"
 #include "Host/Lineup/Validation/Probes/GuardedRecord.h"
-#include "Host/Lineup/Validation/RawImporter.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
 #include <cstdint>

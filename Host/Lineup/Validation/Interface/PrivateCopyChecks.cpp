@@ -1,10 +1,10 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/HeapUse.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
+#include "Host/Lineup/Validation/Interface/HeapUse.h"
 #include "Host/Lineup/Validation/Probes/GuardedFrame.h"
-#include "Host/Lineup/Validation/Requests.h"
-#include "Host/Lineup/Validation/Sounds.h"
 
 #include <algorithm>
 #include <cstddef>

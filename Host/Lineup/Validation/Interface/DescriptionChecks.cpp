@@ -2,9 +2,9 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
 #include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 #include "Host/Lineup/Validation/Probes/HostileNumbers.h"
-#include "Host/Lineup/Validation/Requests.h"
 
 #include <array>
 #include <bit>

@@ -1,6 +1,6 @@
-#include "Host/Lineup/Validation/ExportedSymbols.h"
+#include "Host/Lineup/Validation/Interface/ExportedSymbols.h"
 
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 #include <cstring>
 #include <elf.h>

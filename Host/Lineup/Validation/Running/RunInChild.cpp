@@ -1,6 +1,6 @@
 #include <lineup/Error.h>
 #include <lineup/Validation.h>
-#include "Host/Lineup/Validation/ChildReport.h"
+#include "Host/Lineup/Validation/Running/ChildReport.h"
 
 #include <fmt/format.h>
 

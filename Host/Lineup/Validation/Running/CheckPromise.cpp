@@ -1,5 +1,5 @@
 #include <lineup/Validation.h>
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 namespace lineup::validation {
 

@@ -1,7 +1,7 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/ExportedSymbols.h"
+#include "Host/Lineup/Validation/Interface/ExportedSymbols.h"
 #include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 
 #include <algorithm>

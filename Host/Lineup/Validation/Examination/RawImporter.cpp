@@ -1,6 +1,6 @@
-#include "Host/Lineup/Validation/RawImporter.h"
+#include "Host/Lineup/Validation/Examination/RawImporter.h"
 
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 #include <exception>
 

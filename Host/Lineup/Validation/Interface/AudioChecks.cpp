@@ -1,8 +1,8 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Interface/Media/TickTime.h"
 #include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Requests.h"
-#include "Host/Lineup/Validation/Sounds.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
 
 #include <cmath>
 #include <cstdint>

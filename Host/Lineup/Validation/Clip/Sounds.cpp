@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/Sounds.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
 
 #include "Host/Interface/Media/TickTime.h"
 #include "Host/Lineup/Validation/Probes/HostileNumbers.h"

@@ -1,9 +1,9 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Host/Lineup/Validation/Checks.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
 #include "Host/Lineup/Validation/Probes/GuardedRecord.h"
 #include "Host/Lineup/Validation/Probes/HostileNumbers.h"
-#include "Host/Lineup/Validation/Sounds.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
 #include <array>

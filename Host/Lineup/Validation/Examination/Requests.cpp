@@ -1,7 +1,7 @@
-#include "Host/Lineup/Validation/Requests.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
 
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 #include <fmt/format.h>
 

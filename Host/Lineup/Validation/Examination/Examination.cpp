@@ -1,4 +1,4 @@
-#include "Host/Lineup/Validation/Examination.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"

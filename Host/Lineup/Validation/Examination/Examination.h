@@ -1,9 +1,9 @@
 #pragma once
 
 #include <lineup/services/Bundle.h>
-#include "Host/Lineup/Validation/Failure.h"
+#include "Host/Lineup/Validation/Examination/Failure.h"
+#include "Host/Lineup/Validation/Examination/RawImporter.h"
 #include "Host/Lineup/Validation/Probes/Random.h"
-#include "Host/Lineup/Validation/RawImporter.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include "Host/Lineup/Validation/Checks.h"
+#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Requests.h"
 #include "Host/Lineup/Validation/Probes/GuardedFrame.h"
-#include "Host/Lineup/Validation/Requests.h"
-#include "Host/Lineup/Validation/Sounds.h"
 
 #include <algorithm>
 #include <bit>

@@ -8,7 +8,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::kPrefix;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 const fs::path kExamples = kPrefix / "share/doc/liblineup-dev/examples";
 constexpr const char* kWhatTheExampleSays =
@@ -58,11 +60,8 @@ TEST_F(Embedding, OffersPlugInsTheInterfaceAlone) {
     ASSERT_NO_FATAL_FAILURE(Build(kExamples / "plugin"));
     const std::string lineup = "'" + (kPrefix / "bin/lineup").string() + "' ";
     (void)Output(lineup + "render grey.mov --size 256x120 --duration 0.2 --plugin build/Grey.bundle");
-    for (const char* const check :
-         {"bundle-layout", "entry-point", "init-answer", "unknown-selectors", "pixel-formats", "settings-defaults",
-          "audio-buffers", "audio-splits", "frames-drawn-whole", "frame-formats"}) {
-        EXPECT_THAT(Output(lineup + "validate build/Grey.bundle --only " + check), HasSubstr("1 passed"));
-    }
+    EXPECT_THAT(Output(lineup + "validate build/Grey.bundle"),
+                AllOf(HasSubstr(" passed\n"), Not(HasSubstr("skipped"))));
 }
 
 TEST_F(Embedding, OffersTheControlsOfDialogsTogetherWithBoost) {

@@ -19,15 +19,20 @@ struct PromiseResult {
 struct ValidationReport {
     std::string bundle;
     std::uint64_t seed = 0;
+    bool isBarsAndTone = false;  ///< the bundle says so, or a person
+    bool askedForClip = false;   ///< a person says so
     std::vector<PromiseResult> results;
 
     /// Something was checked, and nothing of it is a fault.
     [[nodiscard]] bool Passed() const;
 };
 
-/// The list of checks, for people and as JSON: ids and promises.
+/// The list of checks, for people and as JSON: ids and promises, set by set.
 [[nodiscard]] std::string ListText();
 [[nodiscard]] std::string ListJson();
+
+/// What stands above the results: the bundle, what it promises, the seed.
+[[nodiscard]] std::string HeaderText(const ValidationReport& report);
 
 /// A line or two for one result. What a check found stands below it, and for a fault the command that
 /// shows it again.

@@ -6,8 +6,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace lineup::validation {
 
@@ -57,6 +60,30 @@ std::vector<Sound> Sounds(float rateHz) {
         Sequence("the EBU 5.1 ident", rateHz, kMultichannel),
         Sequence("the BLITS ident", rateHz, kBlits),
     };
+}
+
+TestClip AsTestClip(std::string name, const BarsAndToneInfo& settings) {
+    const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof settings>>(settings);
+    return {.name = std::move(name),
+            .settings = SettingsBytes(bytes.begin(), bytes.end()),
+            .channels = settings.numChannels,
+            .rateHz = settings.sampleRate,
+            .durationSamples = 5 * static_cast<std::int64_t>(settings.sampleRate),
+            .hasVideo = true,
+            .hasAudio = true};
+}
+
+TestClip AsTestClip(const Sound& sound) {
+    return AsTestClip(fmt::format("{} at {} Hz", sound.name, sound.settings.sampleRate), sound.settings);
+}
+
+std::vector<KnownSettings> KnownClips() {
+    std::vector<KnownSettings> known;
+    for (const Sound& sound : Sounds()) {
+        TestClip clip = AsTestClip(sound);
+        known.push_back({.name = std::move(clip.name), .bytes = std::move(clip.settings)});
+    }
+    return known;
 }
 
 std::size_t ClipChannels(const BarsAndToneInfo& settings) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Lineup/Validation/Examination/TestClip.h"
 #include "Host/Lineup/Validation/Probes/Idents.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
 
@@ -34,8 +35,15 @@ struct Sound {
 /// One of each: steady tones in mono, stereo and 5.1, and every identification sequence.
 [[nodiscard]] std::vector<Sound> Sounds(float rateHz = 48000.0F);
 
+/// A clip as its requests take it.
+[[nodiscard]] TestClip AsTestClip(std::string name, const BarsAndToneInfo& settings);
+[[nodiscard]] TestClip AsTestClip(const Sound& sound);
+
+/// The settings of all these sounds, for the promises of the interface.
+[[nodiscard]] std::vector<KnownSettings> KnownClips();
+
 /// The channels that audio of such settings writes, as far as they are known: all of a steady tone, two or
-/// six of an identification sequence, none of an unknown one.
+/// six of an identification sequence, 0 of an unknown one.
 [[nodiscard]] std::size_t ChannelsWritten(const BarsAndToneInfo& settings);
 
 /// The clip's own channels; 0 when the count is negative as an int.
@@ -44,7 +52,7 @@ struct Sound {
 /// The settings in a failure's text.
 [[nodiscard]] std::string Text(const BarsAndToneInfo& settings);
 
-/// Whether two samples lie within `bound` of each other; never when one of them is no number.
+/// Whether two samples lie within `bound` of each other; never when one of them is NaN.
 [[nodiscard]] bool IsNear(double a, double b, double bound);
 
 /// How far two renderings of a sample may stray from each other whose requests started `cycles` tone

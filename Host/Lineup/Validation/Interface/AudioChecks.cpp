@@ -1,136 +1,115 @@
-#include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Interface/Media/TickTime.h"
-#include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Joins.h"
 #include "Host/Lineup/Validation/Examination/Requests.h"
+#include "Host/Lineup/Validation/PromiseGroups.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
-#include <numbers>
+#include <tuple>
+#include <vector>
 
 namespace lineup::validation {
 
 namespace {
 
-void RequireGoodAudio(const RawImporter& plugin, const Sound& sound, const Stretch& stretch, Placement placement) {
-    GuardedRecord<BarsAndToneInfo> prefs(sound.settings, placement);
-    GuardedBuffers buffers(kMostChannels, stretch.count);
-    const std::int32_t result = SendAudio(plugin, {.prefs = prefs.Data()}, stretch, buffers, placement);
-    const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
-    Require(result == kImportNoError, "{} is answered with {} instead of 0", what, result);
-    RequireIntact("the settings of " + what, prefs.ChangedOutside());
-    RequireIntact(what, buffers.LeftUnwritten(sound.channels));
-    RequireIntact(what, buffers.NotFinite(sound.channels));
-    RequireIntact(what, buffers.LouderThan(sound.level, sound.channels));
-    RequireIntact(what, buffers.WrittenFrom(sound.channels));
-}
-
-// A steady tone as the interface has it: its phase is that of the first sample's index, counted with 2 pi
-// in single precision.
-class SteadyPhase {
+// The sound of a whole stretch of a clip, and how far a piece of it may stray.
+class WholeSound {
 public:
-    SteadyPhase(const BarsAndToneInfo& settings, std::int64_t position) {
-        const auto sampleLength = zelmediatypes::FrameRateFromHz(settings.sampleRate);
-        const double cyclesASample = static_cast<double>(settings.frequency) / zelmediatypes::RateHz(sampleLength);
-        const double cycles = static_cast<double>(position) * cyclesASample;
-        mPhase = (cycles - std::trunc(cycles)) * kTwoPi;
-        mStep = kTwoPi * cyclesASample;
-    }
-    double Next() {
-        const double sine = std::sin(mPhase);
-        mPhase += mStep;
-        return sine;
+    WholeSound(const RawImporter& plugin, const TestClip& clip, const Stretch& stretch)
+        : mPlugin(&plugin),
+          mClip(&clip),
+          mStretch(stretch),
+          mSamples(ReadAudio(plugin, clip, stretch)),
+          mBound(PieceBound(mSamples)) {}
+
+    // Requires that samples [first, last) of the stretch are the same when they are read alone.
+    void RequirePiece(std::uint32_t first, std::uint32_t last) const {
+        const Stretch piece{.position = mStretch.position + first, .count = last - first};
+        const Samples samples = ReadAudio(*mPlugin, *mClip, piece);
+        for (std::size_t c = 0; c < samples.size(); ++c) {
+            for (std::uint32_t i = 0; i < piece.count; ++i) {
+                const float inWhole = mSamples[c][first + i];
+                const bool joins = std::abs(samples[c][i] - inWhole) <= mBound;
+                if (!joins) {
+                    Fail("{}: {} does not join {}: channel {}, sample {} is {} instead of {}, +-{:.3g}", mClip->name,
+                         Text(piece), Text(mStretch), c, piece.position + i, samples[c][i], inWhole, mBound);
+                }
+            }
+        }
     }
 
 private:
-    static constexpr double kTwoPi = static_cast<double>(2 * std::numbers::pi_v<float>);
-    double mPhase;
-    double mStep;
+    const RawImporter* mPlugin;
+    const TestClip* mClip;
+    Stretch mStretch;
+    Samples mSamples;
+    float mBound;
 };
 
-void RequireSteadyTone(const RawImporter& plugin, const BarsAndToneInfo& settings, const Stretch& stretch) {
-    const Samples samples = ReadAudio(plugin, settings, settings.numChannels, stretch);
-    const auto level = static_cast<double>(settings.amplitude);
-    for (std::size_t c = 0; c < samples.size(); ++c) {
-        SteadyPhase phase(settings, stretch.position);
-        for (std::size_t i = 0; i < samples[c].size(); ++i) {
-            const double expected = phase.Next() * level;
-            if (!IsNear(samples[c][i], expected, JoinBound(0, level))) {
-                Fail("{} at {} Hz, {} Hz at {}: channel {}, sample {} is {} instead of {}", Text(stretch),
-                     settings.sampleRate, settings.frequency, settings.amplitude, c, i, samples[c][i], expected);
-            }
+void CheckAudioBuffers(Examination& examination) {
+    const RawImporter& plugin = examination.Plugin();
+    for (const TestClip& clip : WithSound(AllClips(examination))) {
+        for (const std::uint32_t count : {0U, 1U, 2U, 3U, 4U, 5U, 7U, 8U, 15U, 16U, 17U, 63U, 480U, 1601U, 20001U}) {
+            const auto position = static_cast<std::int64_t>(examination.Below(2000000));
+            std::ignore = ReadAudio(plugin, clip, {.position = position, .count = count});
         }
     }
 }
 
-// One cycle from clip time 0 and a little more; there, a burst that starts with its request's phase has
-// the phase of clip time too.
-void RequireSchedule(const RawImporter& plugin, const Sound& sound) {
-    const auto sampleLength = zelmediatypes::FrameRateFromHz(sound.settings.sampleRate);
-    const double rateHz = zelmediatypes::RateHz(sampleLength);
-    const auto count = static_cast<std::uint32_t>(sound.CycleSamples() + 10000);
-    const Samples samples = ReadAudio(plugin, sound.settings, sound.channels, {.position = 0, .count = count});
-    for (std::size_t c = 0; c < sound.channels; ++c) {
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const Note* const note = sound.NoteAt(c, i);
-            double expected = 0;
-            double bound = 0;
-            if (note != nullptr) {
-                const double cycles = note->frequencyHz * i / rateHz;
-                expected = note->level * std::sin(2 * std::numbers::pi * (cycles - std::floor(cycles)));
-                bound = JoinBound(cycles, note->level);
-            }
-            if (!IsNear(samples[c][i], expected, bound)) {
-                Fail("{} at {} Hz: channel {}, {:.4f} s into the clip is {} instead of {}", sound.name,
-                     sound.settings.sampleRate, c, i / rateHz, samples[c][i], expected);
-            }
+void CheckAudioRecords(Examination& examination) {
+    for (const TestClip& clip : WithSound(AllClips(examination))) {
+        for (const Placement& placement : kPlacements) {
+            std::ignore = ReadAudio(examination.Plugin(), clip, {.position = 132000, .count = 100}, placement);
+        }
+    }
+}
+
+// Before the beginning, about the end, and where positions do not fit 32 bits. A piece that begins there joins.
+void CheckAudioPositions(Examination& examination) {
+    constexpr std::uint32_t kCount = 4800;
+    constexpr std::array kRatesHz = {48000.0F, 44100.0F};
+    for (const TestClip& clip : WithSound(NewClips(examination, kRatesHz))) {
+        const auto hour = static_cast<std::int64_t>(clip.rateHz) * 3600;
+        for (const std::int64_t position : {std::int64_t{0}, -hour, clip.durationSamples, 100 * hour, -100 * hour,
+                                            std::int64_t{1} << 31, std::int64_t{1} << 32, -(std::int64_t{1} << 31)}) {
+            const WholeSound whole(examination.Plugin(), clip, {.position = position - kCount / 2, .count = kCount});
+            whole.RequirePiece(0, kCount / 2);
+            whole.RequirePiece(kCount / 2, kCount);
+        }
+    }
+}
+
+void CheckAudioSplits(Examination& examination) {
+    constexpr std::array kRatesHz = {48000.0F, 44100.0F, 8000.0F,  11025.0F, 22050.0F,
+                                     32000.0F, 47952.0F, 96000.0F, 44100.25F};
+    constexpr int kPieces = 40;
+    for (const TestClip& clip : WithSound(NewClips(examination, kRatesHz))) {
+        const auto second = static_cast<std::uint32_t>(clip.rateHz);
+        const auto position = static_cast<std::int64_t>(examination.Below(10 * std::uint64_t{second} + 1));
+        const WholeSound whole(examination.Plugin(), clip, {.position = position, .count = second});
+        std::uint32_t first = 0;
+        for (const std::uint32_t cut : DrawCuts(examination.Numbers(), second, 1, kPieces)) {
+            whole.RequirePiece(first, cut);
+            first = cut;
         }
     }
 }
 
 }  // namespace
 
-void CheckAudioBuffers(Examination& examination) {
-    for (const Sound& sound : Sounds()) {
-        for (const std::uint32_t count : {0U, 1U, 2U, 3U, 4U, 5U, 7U, 8U, 15U, 16U, 17U, 63U, 480U, 1601U, 20001U}) {
-            const auto position = static_cast<std::int64_t>(examination.Below(2000000));
-            RequireGoodAudio(examination.Plugin(), sound, {.position = position, .count = count}, {});
-        }
-    }
-}
-
-void CheckAudioRecords(Examination& examination) {
-    for (const Sound& sound : Sounds()) {
-        for (const Placement& placement : kPlacements) {
-            RequireGoodAudio(examination.Plugin(), sound, {.position = 132000, .count = 100}, placement);
-        }
-    }
-}
-
-void CheckSteadyTone(Examination& examination) {
-    const RawImporter& plugin = examination.Plugin();
-    RequireSteadyTone(plugin, BarsAndToneInfo{}, {.position = 0, .count = 240000});
-    for (const float rateHz : {44100.0F, 48000.0F, 96000.0F}) {
-        for (const float frequencyHz : {20.0F, 440.0F, 1000.0F, 997.25F, 19999.5F}) {
-            BarsAndToneInfo settings;
-            settings.sampleRate = rateHz;
-            settings.frequency = frequencyHz;
-            settings.numChannels = frequencyHz < 500.0F ? 1 : 6;
-            settings.amplitude = static_cast<float>(1 + examination.Below(1000)) / 1000.0F;
-            const auto position = static_cast<std::int64_t>(examination.Below(1000000));
-            RequireSteadyTone(plugin, settings, {.position = position, .count = 1000});
-        }
-    }
-}
-
-void CheckIdentSchedules(Examination& examination) {
-    for (const float rateHz : {48000.0F, 44100.0F}) {
-        for (const Sound& sound : Sounds(rateHz)) {
-            if (sound.IsIdent()) {
-                RequireSchedule(examination.Plugin(), sound);
-            }
-        }
-    }
+std::span<const Promise> AudioPromises() {
+    static constexpr std::array kRows = {
+        Promise{"audio-buffers",
+                "Audio fills a channel whole, with finite samples, or leaves it alone, and writes nothing else.",
+                CheckAudioBuffers},
+        Promise{"audio-records", "Audio requests leave their record and the settings alone, wherever these lie.",
+                CheckAudioRecords},
+        Promise{"audio-positions", "Audio is served before a clip's beginning, after its end and far from both.",
+                CheckAudioPositions},
+        Promise{"audio-splits", "Audio that is read in pieces joins to what it is when read at once.",
+                CheckAudioSplits},
+    };
+    return kRows;
 }
 
 }  // namespace lineup::validation

@@ -56,7 +56,7 @@ std::vector<std::string> ExportedSymbols(const std::filesystem::path& file) {
     const Bytes bytes(file);
     const auto header = bytes.Read<Elf64_Ehdr>(0);
     Require(std::memcmp(&header, ELFMAG, SELFMAG) == 0 && header.e_ident[EI_CLASS] == ELFCLASS64,
-            "{} is no 64-bit ELF file", file.string());
+            "{} is not a 64-bit ELF file", file.string());
     const auto section = [&](std::uint64_t index) {
         return bytes.Read<Elf64_Shdr>(header.e_shoff + index * sizeof(Elf64_Shdr));
     };

@@ -1,7 +1,6 @@
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/Checks.h"
 #include "Host/Lineup/Validation/Examination/Requests.h"
-#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
+#include "Host/Lineup/Validation/PromiseGroups.h"
 
 #include <array>
 #include <cmath>
@@ -9,12 +8,11 @@
 #include <cstring>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace lineup::validation {
 
 namespace {
-
-constexpr std::array kFormats = {kPixelFormat_VUYA_32f, kPixelFormat_VUYA_8u};
 
 struct Size {
     int width;
@@ -77,12 +75,15 @@ void RequireGoodFrame(const RawImporter& plugin, const FrameShape& shape) {
     }
 }
 
-}  // namespace
-
 void CheckFramesDrawnWhole(Examination& examination) {
+    RequirePictures(examination);
     constexpr int kDrawn = 30;
     const RawImporter& plugin = examination.Plugin();
-    for (const std::uint32_t format : kFormats) {
+    const std::vector<std::uint32_t> formats = DrawnFormats(plugin);
+    if (formats.size() == 1) {
+        examination.Warn("it does not draw 8-bit V,U,Y,A (vuyx), which hosts ask for below 720 lines");
+    }
+    for (const std::uint32_t format : formats) {
         for (const Size& size : kSizes) {
             const int extra = size.width < 32000 ? 37 : 0;  // no frame is wider than 32767
             RequireGoodFrame(plugin, {.width = size.width, .height = size.height, .pixelFormat = format});
@@ -95,13 +96,14 @@ void CheckFramesDrawnWhole(Examination& examination) {
     for (int i = 0; i < kDrawn; ++i) {
         RequireGoodFrame(plugin, {.width = 1 + static_cast<int>(examination.Below(400)),
                                   .height = 1 + static_cast<int>(examination.Below(300)),
-                                  .pixelFormat = kFormats.at(examination.Below(kFormats.size())),
+                                  .pixelFormat = formats.at(examination.Below(formats.size())),
                                   .extraColumns = static_cast<int>(examination.Below(64))});
     }
 }
 
 void CheckFrameRecords(Examination& examination) {
-    for (const std::uint32_t format : kFormats) {
+    RequirePictures(examination);
+    for (const std::uint32_t format : DrawnFormats(examination.Plugin())) {
         for (const Placement& placement : kPlacements) {
             const GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = format});
             DrawFrame(examination.Plugin(), frame, placement);
@@ -110,6 +112,7 @@ void CheckFrameRecords(Examination& examination) {
 }
 
 void CheckFrameFormats(Examination& examination) {
+    RequirePictures(examination);
     constexpr int kDrawn = 200;
     const RawImporter& plugin = examination.Plugin();
     const GuardedFrame frame({.width = 64, .height = 36});
@@ -137,10 +140,11 @@ void CheckFrameFormats(Examination& examination) {
 }
 
 void CheckFramesOfNoSize(Examination& examination) {
+    RequirePictures(examination);
     const RawImporter& plugin = examination.Plugin();
     constexpr std::array kNoSizes = {Size{0, 0},   Size{0, 36},  Size{64, 0},     Size{-1, 36},   Size{64, -1},
                                      Size{-8, -5}, Size{0, -36}, Size{-32768, 3}, Size{3, -32768}};
-    for (const std::uint32_t format : kFormats) {
+    for (const std::uint32_t format : DrawnFormats(examination.Plugin())) {
         for (const Size& size : kNoSizes) {
             const GuardedFrame frame({.width = 64, .height = 36, .pixelFormat = format});
             const FrameShape shape{.width = size.width, .height = size.height, .pixelFormat = format};
@@ -149,6 +153,22 @@ void CheckFramesOfNoSize(Examination& examination) {
             Require(frame.IsUntouched(), "{} drew something", Text(shape));
         }
     }
+}
+
+}  // namespace
+
+std::span<const Promise> FramePromises() {
+    static constexpr std::array kRows = {
+        Promise{"frames-drawn-whole",
+                "A frame of any size is drawn whole, always the same, and not one byte outside it.",
+                CheckFramesDrawnWhole},
+        Promise{"frame-records", "Frame requests leave their record alone, wherever it lies.", CheckFrameRecords},
+        Promise{"frame-formats", "A frame in an unknown pixel format is answered with 3, and nothing is drawn.",
+                CheckFrameFormats},
+        Promise{"frames-of-no-size", "A frame of no size, or less, is answered with 0, and nothing is drawn.",
+                CheckFramesOfNoSize},
+    };
+    return kRows;
 }
 
 }  // namespace lineup::validation

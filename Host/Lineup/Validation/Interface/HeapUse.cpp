@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <malloc.h>
 
-// A sanitizer has a heap of its own; in other builds there is no such function.
+// A sanitizer has a heap of its own; other builds lack the function.
 // NOLINTNEXTLINE(readability-identifier-naming): the sanitizers' name
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 

@@ -1,8 +1,9 @@
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/Checks.h"
+#include "Host/Lineup/Validation/Examination/Examination.h"
 #include "Host/Lineup/Validation/Interface/ExportedSymbols.h"
 #include "Host/Lineup/Validation/Probes/GuardedRecord.h"
+#include "Host/Lineup/Validation/PromiseGroups.h"
 
 #include <algorithm>
 #include <array>
@@ -35,8 +36,6 @@ void RequireUnknown(const RawImporter& plugin, std::int32_t selector) {
         RequireIntact(fmt::format("what param2 of selector {} points at", selector), record.ChangedOutside());
     }
 }
-
-}  // namespace
 
 void CheckBundleLayout(Examination& examination) {
     const zelcore::Bundle bundle(examination.BundleFolder());
@@ -104,6 +103,24 @@ void CheckUnknownSelectors(Examination& examination) {
             RequireUnknown(plugin, selector);
         }
     }
+}
+
+}  // namespace
+
+std::span<const Promise> LoadingPromises() {
+    static constexpr std::array kRows = {
+        Promise{"bundle-layout", "The bundle names its identifier and its executable, and has one for this platform.",
+                CheckBundleLayout, Gate::ShutWhenAtFault},
+        Promise{"entry-point", "The executable loads as it is and exports xImportEntry, and nothing else.",
+                CheckEntryPoint, Gate::ShutWhenAtFault},
+        Promise{"init-answer", "Init is answered with 400, and sets the four capability flags and no other byte.",
+                CheckInitAnswer, Gate::ShutWhenEnded},
+        Promise{"reserved-selector", "Selector 28 is answered with 100, and nothing is written.",
+                CheckReservedSelector},
+        Promise{"unknown-selectors", "Every selector that is not in use is answered with 3, and nothing is written.",
+                CheckUnknownSelectors},
+    };
+    return kRows;
 }
 
 }  // namespace lineup::validation

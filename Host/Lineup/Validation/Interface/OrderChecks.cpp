@@ -1,28 +1,21 @@
-#include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Clip/Sounds.h"
 #include "Host/Lineup/Validation/Examination/Requests.h"
-#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
+#include "Host/Lineup/Validation/PromiseGroups.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <latch>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace lineup::validation {
 
 namespace {
-
-// One of the requests that a host may make at any time.
-struct MixedRequest {
-    enum class Kind : std::uint8_t { kAudio, kPeaks, kFrame } kind = Kind::kAudio;
-    Sound sound;
-    Stretch stretch;
-    float peakRateHz = 0;
-    FrameShape shape;
-};
 
 // All that was written, as bits.
 using Answer = std::vector<std::uint32_t>;
@@ -35,68 +28,64 @@ void Append(Answer& answer, const Samples& samples) {
     }
 }
 
-Answer Ask(const RawImporter& plugin, const MixedRequest& request) {
-    Answer answer;
-    switch (request.kind) {
-        case MixedRequest::Kind::kAudio:
-            Append(answer, ReadAudio(plugin, request.sound.settings, request.sound.channels, request.stretch));
-            break;
-        case MixedRequest::Kind::kPeaks: {
-            const PeakStretch stretch{.position = request.stretch.position,
-                                      .rateHz = request.peakRateHz,
-                                      .count = static_cast<std::int32_t>(request.stretch.count)};
-            const Peaks peaks = ReadPeaks(plugin, request.sound.settings, request.sound.channels, stretch);
-            Append(answer, peaks.maxima);
-            Append(answer, peaks.minima);
-            break;
-        }
-        case MixedRequest::Kind::kFrame: {
-            const GuardedFrame frame(request.shape);
-            DrawFrame(plugin, frame);
-            for (int row = 0; row < request.shape.height; ++row) {
-                const auto bytes = frame.Row(row);
-                answer.insert(answer.end(), bytes.begin(), bytes.end());
-            }
-            break;
-        }
-    }
-    return answer;
+// One of the requests that a host may make at any time.
+struct MixedRequest {
+    std::string name;
+    std::function<Answer(const RawImporter&)> ask;
+};
+
+MixedRequest AudioRequest(const TestClip& clip, const Stretch& stretch) {
+    return {.name = fmt::format("{} of {}", Text(stretch), clip.name), .ask = [=](const RawImporter& plugin) {
+                Answer answer;
+                Append(answer, ReadAudio(plugin, clip, stretch));
+                return answer;
+            }};
 }
 
-std::string Text(const MixedRequest& request) {
-    switch (request.kind) {
-        case MixedRequest::Kind::kAudio:
-            return fmt::format("{} of {}", Text(request.stretch), request.sound.name);
-        case MixedRequest::Kind::kPeaks:
-            return fmt::format("peaks at {} Hz, {}, of {}", request.peakRateHz, Text(request.stretch),
-                               request.sound.name);
-        case MixedRequest::Kind::kFrame:
-            break;
-    }
-    return Text(request.shape);
+MixedRequest PeakRequest(const TestClip& clip, const PeakStretch& stretch) {
+    return {.name = fmt::format("{} of {}", Text(stretch), clip.name), .ask = [=](const RawImporter& plugin) {
+                const Peaks peaks = ReadPeaks(plugin, clip, stretch);
+                Answer answer;
+                Append(answer, peaks.maxima);
+                Append(answer, peaks.minima);
+                return answer;
+            }};
 }
 
-// Requests of every kind for every sound, at random places.
+MixedRequest FrameRequest(const FrameShape& shape) {
+    return {.name = Text(shape), .ask = [=](const RawImporter& plugin) {
+                const GuardedFrame frame(shape);
+                DrawFrame(plugin, frame);
+                Answer answer;
+                for (int row = 0; row < shape.height; ++row) {
+                    const auto bytes = frame.Row(row);
+                    answer.insert(answer.end(), bytes.begin(), bytes.end());
+                }
+                return answer;
+            }};
+}
+
+// Requests of every kind for every clip, at random places.
 std::vector<MixedRequest> DrawRequests(Examination& examination) {
+    const RawImporter& plugin = examination.Plugin();
+    const auto position = [&] { return static_cast<std::int64_t>(examination.Below(2000000)) - 1000000; };
+    const auto count = [&] { return 1 + static_cast<std::int32_t>(examination.Below(2000)); };
+    const std::vector<TestClip> clips = AllClips(examination);
     std::vector<MixedRequest> requests;
-    for (const float rateHz : {48000.0F, 44100.0F}) {
-        for (const Sound& sound : Sounds(rateHz)) {
-            for (const auto kind : {MixedRequest::Kind::kAudio, MixedRequest::Kind::kPeaks}) {
-                MixedRequest request;
-                request.kind = kind;
-                request.sound = sound;
-                request.stretch.position = static_cast<std::int64_t>(examination.Below(2000000)) - 1000000;
-                request.stretch.count = 1 + static_cast<std::uint32_t>(examination.Below(2000));
-                request.peakRateHz = examination.Below(2) == 0 ? 100.0F : 4000.0F;
-                requests.push_back(request);
-            }
+    for (const TestClip& clip : clips) {
+        for (int i = 0; clip.hasAudio && i < 2; ++i) {
+            const auto samples = static_cast<std::uint32_t>(count());
+            requests.push_back(AudioRequest(clip, {.position = position(), .count = samples}));
+        }
+        if (clip.hasAudio && ServesPeaks(plugin, clip)) {
+            const float rateHz = examination.Below(2) == 0 ? 100.0F : 4000.0F;
+            requests.push_back(PeakRequest(clip, {.position = position(), .rateHz = rateHz, .count = count()}));
         }
     }
-    for (const std::uint32_t format : {kPixelFormat_VUYA_32f, kPixelFormat_VUYA_8u}) {
-        MixedRequest request;
-        request.kind = MixedRequest::Kind::kFrame;
-        request.shape = {.width = 96, .height = 54, .pixelFormat = format};
-        requests.push_back(request);
+    if (clips.front().hasVideo) {
+        for (const std::uint32_t format : DrawnFormats(plugin)) {
+            requests.push_back(FrameRequest({.width = 96, .height = 54, .pixelFormat = format}));
+        }
     }
     return requests;
 }
@@ -108,14 +97,15 @@ struct Asked {
 
 std::vector<Asked> AskAll(Examination& examination) {
     std::vector<Asked> asked;
-    for (const MixedRequest& request : DrawRequests(examination)) {
-        asked.push_back({.request = request, .answer = Ask(examination.Plugin(), request)});
+    for (MixedRequest& request : DrawRequests(examination)) {
+        Answer answer = request.ask(examination.Plugin());
+        asked.push_back({.request = std::move(request), .answer = std::move(answer)});
     }
     return asked;
 }
 
 void RequireSame(const RawImporter& plugin, const Asked& asked, const char* when) {
-    Require(Ask(plugin, asked.request) == asked.answer, "{} is not the same {}", Text(asked.request), when);
+    Require(asked.request.ask(plugin) == asked.answer, "{} is not the same {}", asked.request.name, when);
 }
 
 void Shuffle(std::vector<Asked>& asked, Examination& examination) {
@@ -134,8 +124,6 @@ std::string Complaint(Work work) {
         return error.what();
     }
 }
-
-}  // namespace
 
 void CheckAnyOrder(Examination& examination) {
     const RawImporter& plugin = examination.Plugin();
@@ -177,6 +165,17 @@ void CheckConcurrentRequests(Examination& examination) {
     for (const std::string& complaint : complaints) {
         Require(complaint.empty(), "{}", complaint);
     }
+}
+
+}  // namespace
+
+std::span<const Promise> OrderPromises() {
+    static constexpr std::array kRows = {
+        Promise{"any-order", "What a request gives does not depend on the requests before it.", CheckAnyOrder},
+        Promise{"concurrent-requests", "Requests from eight threads at once give what they give one by one.",
+                CheckConcurrentRequests},
+    };
+    return kRows;
 }
 
 }  // namespace lineup::validation

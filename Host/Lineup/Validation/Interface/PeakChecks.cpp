@@ -1,174 +1,94 @@
-#include "Host/Interface/Importer/ImportSelectors.h"
-#include "Host/Lineup/Validation/Checks.h"
-#include "Host/Lineup/Validation/Clip/Sounds.h"
+#include "Host/Lineup/Validation/Examination/Joins.h"
 #include "Host/Lineup/Validation/Examination/Requests.h"
+#include "Host/Lineup/Validation/PromiseGroups.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <span>
+#include <tuple>
 
 namespace lineup::validation {
 
 namespace {
 
-constexpr std::array kPeakRatesHz = {25.0F, 100.0F, 999.0F, 1000.0F, 2000.0F, 48000.0F};
-
-void RequireGoodPeaks(const RawImporter& plugin, const Sound& sound, const PeakStretch& stretch, Placement placement) {
-    GuardedRecord<BarsAndToneInfo> prefs(sound.settings, placement);
-    const auto size = static_cast<std::size_t>(std::max(stretch.count, 0));
-    GuardedBuffers maxima(kMostChannels, size);
-    GuardedBuffers minima(kMostChannels, size);
-    const std::int32_t result = SendPeaks(plugin, {.prefs = prefs.Data()}, stretch, maxima, minima, placement);
-    const std::string what = fmt::format("{} of {}", Text(stretch), sound.name);
-    Require(result == kImportNoError, "{}: answered with {} instead of 0", what, result);
-    RequireIntact("the settings of " + what, prefs.ChangedOutside());
-    for (const GuardedBuffers* const buffers : {&maxima, &minima}) {
-        const std::string which = what + (buffers == &maxima ? ", maxima" : ", minima");
-        RequireIntact(which, buffers->LeftUnwritten(sound.channels));
-        RequireIntact(which, buffers->NotFinite(sound.channels));
-        RequireIntact(which, buffers->LouderThan(sound.level, sound.channels));
-        RequireIntact(which, buffers->WrittenFrom(sound.channels));
-    }
-}
-
-// A tone below the peak rate is one line; everything else is a band about zero.
-bool IsLine(const Sound& sound, float peakRateHz) {
-    return !sound.IsIdent() && sound.settings.frequency < peakRateHz;
-}
-
-// Each peak's band holds the audio of its time, no more and no less: a crest comes near its edge.
-bool IsBandOf(std::span<const float> audio, float maximum, float minimum) {
-    constexpr float kNear = 0.98F;  // a cycle of 24 samples or more comes nearer than that
-    float loudest = 0;
-    for (const float sample : audio) {
-        loudest = std::max(loudest, std::abs(sample));
-    }
-    return minimum == -maximum && loudest <= maximum && loudest >= kNear * maximum;
-}
-
-// Peaks of 10 ms from `position` on, a whole number of which make up every step of a sequence.
-void RequireBands(const RawImporter& plugin, const Sound& sound, std::int64_t position, std::int32_t count) {
-    constexpr std::uint32_t kSamplesAPeak = 480;
-    const PeakStretch stretch{.position = position, .rateHz = 100.0F, .count = count};
-    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, stretch);
-    const Samples audio = ReadAudio(plugin, sound.settings, sound.channels,
-                                    {.position = position, .count = static_cast<std::uint32_t>(count) * kSamplesAPeak});
-    for (std::size_t c = 0; c < sound.channels; ++c) {
-        for (std::size_t i = 0; i < peaks.maxima[c].size(); ++i) {
-            const auto audioOfPeak = std::span(audio[c]).subspan(i * kSamplesAPeak, kSamplesAPeak);
-            if (!IsBandOf(audioOfPeak, peaks.maxima[c][i], peaks.minima[c][i])) {
-                Fail("{} of {}: channel {}, peak {} is {} to {}, the audio of its time reaches from {} to {}",
-                     Text(stretch), sound.name, c, i, peaks.minima[c][i], peaks.maxima[c][i],
-                     std::ranges::min(audioOfPeak), std::ranges::max(audioOfPeak));
+void RequireSame(const TestClip& clip, const PeakStretch& part, const Samples& peaks, const Samples& whole,
+                 std::size_t first, float bound) {
+    for (std::size_t c = 0; c < peaks.size(); ++c) {
+        for (std::size_t i = 0; i < peaks[c].size(); ++i) {
+            const float inWhole = whole[c][first + i];
+            const bool joins = std::abs(peaks[c][i] - inWhole) <= bound;
+            if (!joins) {
+                Fail("{} of {} do not join what is read at once: channel {}, peak {} is {} instead of {}, +-{:.3g}",
+                     Text(part), clip.name, c, i, peaks[c][i], inWhole, bound);
             }
         }
     }
 }
 
-// At the clip's own rate a tone's peaks are its samples.
-void RequireLine(const RawImporter& plugin, const Sound& sound, const Stretch& stretch) {
-    const PeakStretch peakStretch{.position = stretch.position,
-                                  .rateHz = sound.settings.sampleRate,
-                                  .count = static_cast<std::int32_t>(stretch.count)};
-    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, peakStretch);
-    Require(peaks.maxima == ReadAudio(plugin, sound.settings, sound.channels, stretch), "{} of {} are not its samples",
-            Text(peakStretch), sound.name);
-    Require(peaks.minima == peaks.maxima, "{} of {} are not one line", Text(peakStretch), sound.name);
-}
-
-// The kind of drawing changes where the peak rate passes the tone's frequency, and at it is a band still.
-void RequireKind(const RawImporter& plugin, const Sound& sound, float rateHz) {
-    const PeakStretch stretch{.position = 0, .rateHz = rateHz, .count = 200};
-    const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, stretch);
-    const bool line = IsLine(sound, rateHz);
-    for (std::size_t c = 0; c < sound.channels; ++c) {
-        for (std::size_t i = 0; i < peaks.maxima[c].size(); ++i) {
-            const float maximum = peaks.maxima[c][i];
-            const bool isBand = maximum == sound.settings.amplitude && peaks.minima[c][i] == -maximum;
-            if (line ? peaks.minima[c][i] != maximum : !isBand) {
-                Fail("{} of {}: channel {}, peak {} is {} to {}, which is no {}", Text(stretch), sound.name, c, i,
-                     peaks.minima[c][i], maximum, line ? "line" : "band of the tone's level");
-            }
-        }
-    }
-}
-
-void RequirePeaksJoin(Examination& examination, const Sound& sound, float rateHz) {
+// Pieces that begin at whole samples, which a peak is a whole number of.
+void RequirePeaksJoin(Examination& examination, const TestClip& clip, std::int64_t samplesAPeak) {
     constexpr std::int32_t kCount = 1200;
+    const float rateHz = clip.rateHz / static_cast<float>(samplesAPeak);
     const RawImporter& plugin = examination.Plugin();
-    const auto samplesAPeak = static_cast<std::int64_t>(sound.settings.sampleRate / rateHz);
     const PeakStretch whole{
         .position = static_cast<std::int64_t>(examination.Below(100)) * 4800, .rateHz = rateHz, .count = kCount};
-    const Peaks expected = ReadPeaks(plugin, sound.settings, sound.channels, whole);
+    const Peaks expected = ReadPeaks(plugin, clip, whole);
+    const auto samples = static_cast<std::uint32_t>(kCount * samplesAPeak);
+    const float bound = PieceBound(ReadAudio(plugin, clip, {.position = whole.position, .count = samples}));
     for (int i = 0; i < 4; ++i) {
         const auto first = static_cast<std::int32_t>(examination.Below(kCount));
         const PeakStretch part{
             .position = whole.position + first * samplesAPeak, .rateHz = rateHz, .count = kCount - first};
-        const Peaks peaks = ReadPeaks(plugin, sound.settings, sound.channels, part);
-        for (std::size_t c = 0; c < sound.channels; ++c) {
-            for (std::int32_t p = first; p < kCount; ++p) {
-                const double cycles = sound.highestFrequencyHz * p / static_cast<double>(rateHz);
-                const double bound = IsLine(sound, rateHz) ? JoinBound(cycles, sound.level) : 0;
-                const auto at = static_cast<std::size_t>(p);
-                const float inPart = peaks.maxima[c][at - static_cast<std::size_t>(first)];
-                if (!IsNear(inPart, expected.maxima[c][at], bound)) {
-                    Fail("{} of {} do not join {}: channel {}, peak {} is {} instead of {}", Text(part), sound.name,
-                         Text(whole), c, p, inPart, expected.maxima[c][at]);
-                }
-            }
-        }
+        const Peaks peaks = ReadPeaks(plugin, clip, part);
+        RequireSame(clip, part, peaks.maxima, expected.maxima, static_cast<std::size_t>(first), bound);
+        RequireSame(clip, part, peaks.minima, expected.minima, static_cast<std::size_t>(first), bound);
     }
 }
 
-}  // namespace
-
 void CheckPeakBuffers(Examination& examination) {
-    for (const Sound& sound : Sounds()) {
-        for (const float rateHz : kPeakRatesHz) {
+    for (const TestClip& clip : WithSound(AllClips(examination))) {
+        for (const float rateHz : {25.0F, 100.0F, 999.0F, 1000.0F, 2000.0F, 48000.0F}) {
             for (const std::int32_t count : {0, 1, 2, 3, 4, 5, 17, 480, 1601}) {
                 const auto position = static_cast<std::int64_t>(examination.Below(2000000));
-                RequireGoodPeaks(examination.Plugin(), sound, {.position = position, .rateHz = rateHz, .count = count},
-                                 {});
+                std::ignore =
+                    ReadPeaks(examination.Plugin(), clip, {.position = position, .rateHz = rateHz, .count = count});
             }
         }
     }
 }
 
 void CheckPeakRecords(Examination& examination) {
-    for (const Sound& sound : Sounds()) {
+    for (const TestClip& clip : WithSound(AllClips(examination))) {
         for (const Placement& placement : kPlacements) {
             for (const float rateHz : {100.0F, 2000.0F}) {
-                RequireGoodPeaks(examination.Plugin(), sound, {.position = 132000, .rateHz = rateHz, .count = 30},
-                                 placement);
+                std::ignore = ReadPeaks(examination.Plugin(), clip, {.position = 132000, .rateHz = rateHz, .count = 30},
+                                        placement);
             }
         }
     }
 }
 
 void CheckPeakSplits(Examination& examination) {
-    for (const Sound& sound : Sounds()) {
-        for (const float rateHz : {100.0F, 2000.0F}) {
-            RequirePeaksJoin(examination, sound, rateHz);
+    for (const TestClip& clip : WithSound(AllClips(examination))) {
+        for (const std::int64_t samplesAPeak : {480, 24}) {
+            RequirePeaksJoin(examination, clip, samplesAPeak);
         }
     }
 }
 
-void CheckPeaksMatchAudio(Examination& examination) {
-    const RawImporter& plugin = examination.Plugin();
-    for (const Sound& sound : Sounds()) {
-        const auto tenths = static_cast<std::int64_t>(examination.Below(1000));
-        RequireBands(plugin, sound, 0, static_cast<std::int32_t>(sound.CycleSamples() / 480));
-        RequireBands(plugin, sound, (tenths - 500) * 4800, 200);
-        if (!sound.IsIdent()) {
-            for (const float rateHz : kPeakRatesHz) {
-                RequireKind(plugin, sound, rateHz);
-            }
-            const auto position = static_cast<std::int64_t>(examination.Below(1000000));
-            RequireLine(plugin, sound, {.position = position, .count = 5000});
-        }
-    }
+}  // namespace
+
+std::span<const Promise> PeakPromises() {
+    static constexpr std::array kRows = {
+        Promise{"peak-buffers", "Peaks fill a channel whole or leave it alone, and no minimum is above its maximum.",
+                CheckPeakBuffers},
+        Promise{"peak-records", "Peak requests leave their record and the settings alone, wherever these lie.",
+                CheckPeakRecords},
+        Promise{"peak-splits", "Peaks that are read in pieces join to what they are when read at once.",
+                CheckPeakSplits},
+    };
+    return kRows;
 }
 
 }  // namespace lineup::validation

@@ -1,20 +1,22 @@
 #include <lineup/Validation.h>
+#include "Host/Lineup/Validation/Clip/Sounds.h"
 #include "Host/Lineup/Validation/Examination/Examination.h"
 
 namespace lineup::validation {
 
-Finding CheckPromise(const Promise& promise, const std::filesystem::path& bundleFolder, std::uint64_t seed) {
+Finding CheckPromise(const Promise& promise, const Subject& subject, std::uint64_t seed) {
     try {
-        Examination examination(bundleFolder, seed);
+        Examination examination(subject.bundleFolder, seed,
+                                subject.isBarsAndTone ? KnownClips() : std::vector<KnownSettings>());
         promise.check(examination);
         const std::string& warnings = examination.Warnings();
-        return {.outcome = warnings.empty() ? Outcome::kPassed : Outcome::kWarning, .text = warnings};
+        return {.outcome = warnings.empty() ? Outcome::Passed : Outcome::Warning, .text = warnings};
     } catch (const Skipped& skipped) {
-        return {.outcome = Outcome::kSkipped, .text = skipped.what()};
+        return {.outcome = Outcome::Skipped, .text = skipped.what()};
     } catch (const std::exception& error) {
-        return {.outcome = Outcome::kFailed, .text = error.what()};
+        return {.outcome = Outcome::Failed, .text = error.what()};
     } catch (...) {
-        return {.outcome = Outcome::kFailed, .text = "an exception of an unknown kind was thrown"};
+        return {.outcome = Outcome::Failed, .text = "an exception of an unknown kind was thrown"};
     }
 }
 

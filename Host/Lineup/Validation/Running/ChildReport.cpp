@@ -24,7 +24,7 @@ std::optional<Finding> Decode(const std::string& bytes) {
         return std::nullopt;
     }
     const int outcome = bytes[1] - '0';
-    if (outcome < static_cast<int>(Outcome::kPassed) || outcome > static_cast<int>(Outcome::kSkipped)) {
+    if (outcome < static_cast<int>(Outcome::Passed) || outcome > static_cast<int>(Outcome::Skipped)) {
         return std::nullopt;
     }
     return Finding{.outcome = static_cast<Outcome>(outcome), .text = bytes.substr(2, bytes.size() - kFrame)};

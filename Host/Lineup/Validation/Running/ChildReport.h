@@ -10,6 +10,9 @@ namespace lineup::validation {
 /// The descriptor on which a child reports.
 inline constexpr int kReportDescriptor = 3;
 
+/// The descriptor of the memory that its pending requests stand in.
+inline constexpr int kBoardDescriptor = 4;
+
 /// A finding as the bytes that a child reports with.
 [[nodiscard]] std::string Encode(const Finding& finding);
 

@@ -1,5 +1,6 @@
 #include <lineup/Error.h>
 #include <lineup/Validation.h>
+#include "Host/Lineup/Validation/Examination/RequestBoard.h"
 #include "Host/Lineup/Validation/Running/ChildReport.h"
 
 #include <fmt/format.h>
@@ -12,11 +13,14 @@
 #include <fcntl.h>
 #include <optional>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #if defined(LINEUP_COUNTS_COVERAGE)
 extern "C" int __llvm_profile_write_file();
@@ -70,6 +74,45 @@ private:
     std::array<int, 2> mEnds = {-1, -1};
 };
 
+/// A request board in memory that a child gets as a descriptor.
+class SharedBoard {
+public:
+    SharedBoard() : mDescriptor(MakeFile()) {
+        void* const memory = mmap(nullptr, sizeof(RequestBoard), PROT_READ | PROT_WRITE, MAP_SHARED, mDescriptor, 0);
+        if (memory == MAP_FAILED) {
+            const int error = errno;
+            close(mDescriptor);
+            FailTo("map memory", error);
+        }
+        mBoard = static_cast<RequestBoard*>(memory);
+    }
+    ~SharedBoard() {
+        munmap(mBoard, sizeof(RequestBoard));
+        close(mDescriptor);
+    }
+    SharedBoard(const SharedBoard&) = delete;
+    SharedBoard& operator=(const SharedBoard&) = delete;
+
+    [[nodiscard]] int Descriptor() const noexcept { return mDescriptor; }
+    [[nodiscard]] const RequestBoard& Board() const noexcept { return *mBoard; }
+
+private:
+    // All zeros, above the descriptors that a child gets.
+    static int MakeFile() {
+        const int low = memfd_create("request board", MFD_CLOEXEC);
+        const int file = low >= 0 ? fcntl(low, F_DUPFD_CLOEXEC, kBoardDescriptor + 1) : -1;
+        const int error = errno;
+        close(low);
+        if (file < 0 || ftruncate(file, sizeof(RequestBoard)) != 0) {
+            FailTo("make memory for a child", file < 0 ? error : errno);
+        }
+        return file;
+    }
+
+    int mDescriptor;
+    RequestBoard* mBoard = nullptr;
+};
+
 /// Keeps SIGCHLD waiting while it lives, so that sigtimedwait sees it.
 class ChildSignal {
 public:
@@ -101,11 +144,12 @@ private:
 // What a child starts with: nothing to read, standard output on standard error, the pipe as its descriptor.
 class SpawnSetup {
 public:
-    SpawnSetup(const Pipe& report, const sigset_t& mask) {
+    SpawnSetup(const Pipe& report, const SharedBoard& board, const sigset_t& mask) {
         posix_spawn_file_actions_init(&mFiles);
         posix_spawn_file_actions_addopen(&mFiles, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&mFiles, STDERR_FILENO, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&mFiles, report.WriteEnd(), kReportDescriptor);
+        posix_spawn_file_actions_adddup2(&mFiles, board.Descriptor(), kBoardDescriptor);
         posix_spawnattr_init(&mAttributes);
         posix_spawnattr_setsigmask(&mAttributes, &mask);
         posix_spawnattr_setflags(&mAttributes, POSIX_SPAWN_SETSIGMASK);
@@ -159,23 +203,41 @@ std::optional<int> WaitFor(pid_t child, const ChildSignal& childSignal, std::chr
     }
 }
 
-Finding Crash(const std::string& text) {
-    return {.outcome = Outcome::kCrashed, .text = text};
+// What the process was doing, as a finding's text goes on: ", in selector 25, ...", ", while loading ..."
+std::string DoingWhat(const std::vector<PendingRequest>& pending) {
+    std::string text;
+    for (const PendingRequest& request : pending) {
+        text += fmt::format("{} {} {}", text.empty() ? "," : "; or", request.selector ? "in" : "while", request.text);
+    }
+    return text;
 }
 
-Finding Judge(int status, const std::string& report) {
+Finding Crash(const std::string& end, std::vector<PendingRequest> pending) {
+    return {.outcome = Outcome::Crashed,
+            .text = fmt::format("the process {}{}", end, DoingWhat(pending)),
+            .pending = std::move(pending)};
+}
+
+Finding TimeOut(std::chrono::milliseconds timeout, std::vector<PendingRequest> pending) {
+    return {.outcome = Outcome::TimedOut,
+            .text = fmt::format("the check did not end within {} s{}", std::chrono::duration<double>(timeout).count(),
+                                DoingWhat(pending)),
+            .pending = std::move(pending)};
+}
+
+Finding Judge(int status, const std::string& report, const RequestBoard& board) {
     if (WIFSIGNALED(status)) {
         const int signal = WTERMSIG(status);
         const char* const name = sigabbrev_np(signal);
-        return Crash(fmt::format("the process was ended by SIG{} ({})", name != nullptr ? name : "?",
-                                 sigdescr_np(signal) != nullptr ? sigdescr_np(signal) : "unknown"));
+        return Crash(fmt::format("was ended by SIG{} ({})", name != nullptr ? name : "?",
+                                 sigdescr_np(signal) != nullptr ? sigdescr_np(signal) : "unknown"),
+                     board.Pending());
     }
     const std::optional<Finding> finding = Decode(report);
-    if (!finding) {
-        return Crash(fmt::format("the process ended with exit code {} before the check did", WEXITSTATUS(status)));
-    }
-    if (WEXITSTATUS(status) != EXIT_SUCCESS) {
-        return Crash(fmt::format("the process ended with exit code {} after the check", WEXITSTATUS(status)));
+    if (!finding || WEXITSTATUS(status) != EXIT_SUCCESS) {
+        return Crash(fmt::format("ended with exit code {} {}", WEXITSTATUS(status),
+                                 finding ? "after the check" : "before the check did"),
+                     board.Pending());
     }
     return *finding;
 }
@@ -184,22 +246,33 @@ Finding Judge(int status, const std::string& report) {
 
 Finding RunInChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout) {
     Pipe report;
+    const SharedBoard board;
     const ChildSignal childSignal;
-    const pid_t child = SpawnSetup(report, childSignal.Before()).Start(arguments);
+    const pid_t child = SpawnSetup(report, board, childSignal.Before()).Start(arguments);
     report.CloseWriteEnd();
     const std::optional<int> status = WaitFor(child, childSignal, timeout);
-    if (!status) {
-        return {
-            .outcome = Outcome::kTimedOut,
-            .text = fmt::format("the check did not end within {} s", std::chrono::duration<double>(timeout).count())};
-    }
-    return Judge(*status, report.ReadAll());
+    return status ? Judge(*status, report.ReadAll(), board.Board()) : TimeOut(timeout, board.Board().Pending());
 }
+
+namespace {
+
+// Null without one: a person may run the program of a check by hand.
+RequestBoard* FindBoard() {
+    struct stat file {};
+    if (fstat(kBoardDescriptor, &file) != 0 || file.st_size != sizeof(RequestBoard)) {
+        return nullptr;
+    }
+    void* const memory = mmap(nullptr, sizeof(RequestBoard), PROT_READ | PROT_WRITE, MAP_SHARED, kBoardDescriptor, 0);
+    return memory == MAP_FAILED ? nullptr : static_cast<RequestBoard*>(memory);
+}
+
+}  // namespace
 
 void PrepareChild() {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const rlimit none{.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &none);
+    WriteTo(FindBoard());
 }
 
 void ReportToParent(const Finding& finding) {

@@ -1,4 +1,5 @@
 // lineup validate as a person runs it: every check is proved able to fail, by a bundle that is wrong in one way.
+#include "Tests/Faults/Faults.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <ostream>
 #include <set>
 #include <string>
@@ -21,79 +23,24 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct FaultRow {
-    const char* bundle;
-    const char* check;
-    const char* outcome;
-    const char* text;  // a part of what is found
+// A fault, and one of the checks that find it.
+struct FoundFault {
+    faults::Fault fault;
+    faults::Found found;
 };
 
-std::ostream& operator<<(std::ostream& out, const FaultRow& row) {
-    return out << row.bundle << ", " << row.check;
+std::ostream& operator<<(std::ostream& out, const FoundFault& each) {
+    return out << each.fault.bundle << ": " << each.fault.what << ' ' << each.found.check;
 }
 
-const std::vector<FaultRow> kFaults = {
-    {"NoExecutable", "bundle-layout", "failed", "has no executable for this platform"},
-    {"NoEntryPoint", "entry-point", "failed", "does not export xImportEntry"},
-    {"NoEntryPoint", "steady-tone", "failed", "does not export xImportEntry"},
-    {"ExportsMore", "entry-point", "warning", "anotherFunction"},
-    {"WrongInitAnswer", "init-answer", "failed", "answered with 0 instead of 400"},
-    {"InitTouchesReservedField", "init-answer", "failed", "changed at byte 40"},
-    {"RefusesEverything", "reserved-selector", "failed", "answered with 3 instead of 100"},
-    {"ServesAnUnknownSelector", "unknown-selectors", "failed", "selector 26 is answered with 0 instead of 3"},
-    {"WritesForAnUnknownSelector", "unknown-selectors", "failed", "param2 of selector 26 points at: changed"},
-    {"FileFormatsDoNotEnd", "file-formats", "failed", "listed twice"},
-    {"AnotherFileType", "file-formats", "failed", "XQNV is not offered"},
-    {"RefusesEverything", "file-formats", "failed", "index 0 is answered with 3"},
-    {"WritesPastThePixelFormats", "pixel-formats", "failed", "index 1, past the end of the list: changed at byte"},
-    {"DescribesAnotherRate", "description-with-settings", "failed", "described at 48000 Hz"},
-    {"NoChannels", "description-with-settings", "failed", "content flags"},
-    {"DescribesNewClipsAsMono", "description-without-settings", "failed", "described with 1 channels"},
-    {"DescriptionTouchesReservedBytes", "description-record", "failed", "changed at byte 239"},
-    {"RefusesOddSettings", "hostile-descriptions", "failed", "answered with 3 instead of 0"},
-    {"SharesPrivateCopies", "private-copies", "failed", "share one private copy"},
-    {"PlaysWithoutSettings", "settings-order", "failed", "answered with 0 instead of 5"},
-    {"PrefersThePrivateCopy", "settings-order", "failed", "does not go by the settings"},
-    {"LeaksPrivateCopies", "release-frees", "failed", "descriptions that were released leak"},
-    {"LeaksWithEveryRequest", "requests-keep-no-memory", "failed", "audio requests leak"},
-    {"SettingsOfAnotherSize", "settings-size", "failed", "28 bytes instead of 32"},
-    {"DefaultsIgnoreTheHostsRate", "settings-defaults", "failed", "the silent defaults at 44100 Hz"},
-    {"DefaultsWritePastTheSettings", "settings-defaults", "failed", "written past: 1 bytes after its end"},
-    {"LeavesTheLastSample", "audio-buffers", "failed", "was left unwritten"},
-    {"WritesPastTheBlock", "audio-buffers", "failed", "written to past the block"},
-    {"WritesAnotherChannel", "audio-buffers", "failed", "channel 7, sample 0 was written and should not be"},
-    {"SamplesAreNoNumbers", "audio-buffers", "failed", "is not finite"},
-    {"AudioChangesItsRequest", "audio-records", "failed", "changed at byte 8"},
-    {"AudioChangesTheSettings", "audio-records", "failed", "changed at byte 0"},
-    {"SlightlyTooLoud", "steady-tone", "failed", "instead of"},
-    {"SwapsCentreAndSurround", "ident-schedules", "failed", "channel 2"},
-    {"RestartsThePhase", "audio-splits", "failed", "does not join"},
-    {"PositionsOf32Bits", "audio-far", "failed", "cycles away"},
-    {"NothingBeforeTheBeginning", "audio-negative", "failed", "cycles away"},
-    {"RoundsTheRate", "odd-rates", "failed", "at 11025 Hz"},
-    {"PlaysUnknownIdents", "hostile-audio", "failed", "was written and should not be"},
-    {"LeavesTheLastPeak", "peak-buffers", "failed", "was left unwritten"},
-    {"PeaksChangeTheirRequest", "peak-records", "failed", "changed at byte 16"},
-    {"PeaksRestart", "peak-splits", "failed", "do not join"},
-    {"PeaksAreHalfTheAudio", "peaks-match-audio", "failed", "the audio of its time"},
-    {"TakesPeakCountsAsUnsigned", "hostile-peaks", "failed", "written to past the block"},
-    {"LeavesTheTopLine", "frames-drawn-whole", "failed", "line 0, column 0 was left undrawn"},
-    {"DrawsPastTheRow", "frames-drawn-whole", "failed", "outside of its picture"},
-    {"FrameChangesItsRequest", "frame-records", "failed", "changed at byte 64"},
-    {"DrawsAnyFormat", "frame-formats", "failed", "answered with 0 instead of 3"},
-    {"DrawsFramesOfNoSize", "frames-of-no-size", "failed", "drew something"},
-    {"RemembersRequests", "any-order", "failed", "is not the same"},
-    {"ServesOneThreadOnly", "concurrent-requests", "failed", "answered with 3 instead of 0"},
-    {"Aborts", "audio-buffers", "crashed", "SIGABRT"},
-    {"ExitsAsIfAllWereWell", "audio-buffers", "crashed", "exit code 0 before the check did"},
-    {"AbortsWhenUnloaded", "init-answer", "crashed", "SIGABRT"},
-    {"NeverReturns", "audio-buffers --timeout 0.5", "timed out", "within 0.5 s"},
-    {"Throws", "audio-buffers", "failed", "threw an exception: out of tape"},
-};
-
-std::string IdOf(const FaultRow& row) {
-    const std::string check = row.check;
-    return check.substr(0, check.find(' '));
+std::vector<FoundFault> FoundFaults() {
+    std::vector<FoundFault> all;
+    for (const faults::Fault& fault : faults::Faults()) {
+        for (const faults::Found& found : fault.found) {
+            all.push_back({fault, found});
+        }
+    }
+    return all;
 }
 
 class Validate : public test::TestFolder {
@@ -106,22 +53,25 @@ protected:
 
 const std::string kOurs = "'" TEST_BUNDLE "'";
 
-class ValidateFault : public Validate, public testing::WithParamInterface<FaultRow> {};
-INSTANTIATE_TEST_SUITE_P(EveryFault, ValidateFault, testing::ValuesIn(kFaults), [](const auto& row) {
-    std::string name = std::string(row.param.bundle) + "_" + IdOf(row.param);
+class ValidateFault : public Validate, public testing::WithParamInterface<FoundFault> {};
+INSTANTIATE_TEST_SUITE_P(EveryFault, ValidateFault, testing::ValuesIn(FoundFaults()), [](const auto& row) {
+    std::string name = std::string(row.param.fault.bundle) + "_" + row.param.found.check;
     std::ranges::replace(name, '-', '_');
     return name;
 });
 
 TEST_P(ValidateFault, IsFoundByItsCheck) {
-    const auto result = Run(Fault(GetParam().bundle) + " --json --seed 1 --only " + GetParam().check);
-    const bool isFault = std::string(GetParam().outcome) != "warning";
+    const faults::Found& found = GetParam().found;
+    const auto result =
+        Run(Fault(GetParam().fault.bundle) + " --json --seed 1 --only " + found.check + " " + found.arguments);
+    const std::string outcome = found.outcome;
+    const bool isFault = outcome != "warning" && outcome != "passed";
     EXPECT_EQ(result.exitCode, isFault ? 1 : 0) << result.err;
     const json report = json::parse(result.out);
     ASSERT_EQ(report["checks"].size(), 1U);
-    EXPECT_EQ(report["checks"][0]["id"], IdOf(GetParam()));
-    EXPECT_EQ(report["checks"][0]["outcome"], GetParam().outcome) << report["checks"][0]["text"];
-    EXPECT_THAT(report["checks"][0]["text"], HasSubstr(GetParam().text));
+    EXPECT_EQ(report["checks"][0]["id"], found.check);
+    EXPECT_EQ(report["checks"][0]["outcome"], outcome) << report["checks"][0]["text"];
+    EXPECT_THAT(report["checks"][0]["text"], HasSubstr(found.text));
     EXPECT_EQ(report["passed"], !isFault);
 }
 
@@ -137,11 +87,92 @@ TEST_F(Validate, FindsNothingInOurOwnBundleNorInWhatFaultsAreMadeOf) {
     }
 }
 
+// Checks by what came of them.
+std::set<std::string> ChecksThat(const json& report, const char* outcome) {
+    std::set<std::string> ids;
+    for (const json& check : report["checks"]) {
+        if (check["outcome"] == outcome) {
+            ids.insert(check["id"].get<std::string>());
+        }
+    }
+    return ids;
+}
+
+TEST_F(Validate, PassesTheExampleOfThePagesWhole) {
+    const auto result = Run(Fault("Grey") + " --json");
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    const json report = json::parse(result.out);
+    EXPECT_EQ(report["isBarsAndTone"], false);
+    EXPECT_EQ(report["tally"]["passed"], report["checks"].size()) << result.out;
+    for (const json& check : report["checks"]) {
+        EXPECT_EQ(check["set"], "interface");
+    }
+}
+
+TEST_F(Validate, PassesAnImporterThatHasNothingInCommonWithOurs) {
+    const auto result = Run(Fault("ClickImporter") + " --json");
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    const json report = json::parse(result.out);
+    const std::set<std::string> leftOut = {"file-formats", "private-copies", "release-frees",
+                                           "peak-buffers", "peak-records",   "peak-splits"};
+    EXPECT_EQ(ChecksThat(report, "skipped"), leftOut) << "what it need not serve";
+    EXPECT_EQ(report["tally"]["passed"], report["checks"].size() - leftOut.size()) << result.out;
+}
+
+TEST_F(Validate, HoldsAForeignBundleToTheClipWhenAPersonSaysSo) {
+    const auto result =
+        Run(Fault("Grey") + " --clip --seed 1 --only steady-tone --only clip-file-type --only audio-records");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.out, HasSubstr("promises the interface and the clip of Bars and Tone\n"));
+    EXPECT_THAT(result.out, HasSubstr("passed     audio-records"));
+    EXPECT_THAT(result.out, HasSubstr("FAILED     steady-tone"));
+    EXPECT_THAT(result.out, HasSubstr("--only steady-tone --seed 1 --clip\n")) << "to see it again";
+    EXPECT_THAT(Run(Fault("Grey") + " --only init-answer").out, HasSubstr("promises the interface\n"));
+}
+
+// What says that it is Bars and Tone: an identifier, a file type.
+TEST_F(Validate, HoldsABundleToTheClipThatSaysItIsBarsAndTone) {
+    const auto saysSo = [&](const std::string& bundle) {
+        return json::parse(Run(bundle + " --json --only init-answer").out)["isBarsAndTone"].get<bool>();
+    };
+    EXPECT_TRUE(saysSo(kOurs));
+    EXPECT_TRUE(saysSo(Fault("NothingWrong"))) << "by its file type";
+    EXPECT_FALSE(saysSo(Fault("AnotherFileType")));
+
+    namespace fs = std::filesystem;
+    const fs::path renamed = Folder() / "Renamed.bundle";
+    fs::copy(fs::path(TEST_BUNDLES) / "AnotherFileType.bundle", renamed, fs::copy_options::recursive);
+    std::string info = test::ReadFile(renamed / "Contents/Info.plist");
+    const std::string identifier = "org.barsandtone.test.AnotherFileType";
+    info.replace(info.find(identifier), identifier.size(), "org.barsandtone.importer");
+    std::ofstream(renamed / "Contents/Info.plist") << info;
+    EXPECT_TRUE(saysSo("'" + renamed.string() + "'")) << "by its identifier";
+}
+
+TEST_F(Validate, NamesTheRequestThatEndedTheProcess) {
+    const json report = json::parse(Run(Fault("Aborts") + " --json --only audio-records").out);
+    const json& check = report["checks"][0];
+    EXPECT_EQ(check["outcome"], "crashed");
+    ASSERT_EQ(check["requests"].size(), 1U) << check;
+    EXPECT_EQ(check["requests"][0]["selector"], 25);
+    EXPECT_EQ(check["requests"][0]["text"],
+              "selector 25, audio of 100 samples from 132000 on, settings 01000000 00803b47 02000000 02000000 00000000 "
+              "00007a44 0000803e 00000000");
+    EXPECT_THAT(check["text"], HasSubstr(check["requests"][0]["text"].get<std::string>()));
+
+    const json unloading = json::parse(Run(Fault("AbortsWhenUnloaded") + " --json --only init-answer").out);
+    EXPECT_EQ(unloading["checks"][0]["requests"][0]["selector"], nullptr);
+    EXPECT_EQ(unloading["checks"][0]["requests"][0]["text"], "unloading the executable");
+
+    const json passed = json::parse(Run(kOurs + " --json --only init-answer").out);
+    EXPECT_THAT(passed["checks"][0]["requests"], IsEmpty());
+}
+
 TEST_F(Validate, EveryCheckIsProvedAbleToFail) {
     std::set<std::string> proved;
-    for (const FaultRow& row : kFaults) {
-        if (std::string(row.outcome) == "failed") {
-            proved.insert(IdOf(row));
+    for (const FoundFault& each : FoundFaults()) {
+        if (std::string(each.found.outcome) == "failed") {
+            proved.insert(each.found.check);
         }
     }
     const json list = json::parse(Run("--list --json").out);
@@ -151,16 +182,22 @@ TEST_F(Validate, EveryCheckIsProvedAbleToFail) {
     }
 }
 
+// A bundle that says nothing promises the interface alone, one that is said to be Bars and Tone both sets.
 TEST_F(Validate, RunsEveryCheckOfTheListInItsOrder) {
     const json list = json::parse(Run("--list --json").out);
-    const auto result = Run(Fault("RefusesEverything") + " --json");
+    const auto result = Run(Fault("RefusesEverything") + " --clip --json");
     EXPECT_EQ(result.exitCode, 1);
     const json report = json::parse(result.out);
     ASSERT_EQ(report["checks"].size(), list.size());
     for (std::size_t i = 0; i < list.size(); ++i) {
-        EXPECT_EQ(report["checks"][i]["id"], list[i]["id"]);
-        EXPECT_EQ(report["checks"][i]["promise"], list[i]["promise"]);
+        for (const char* const key : {"id", "set", "promise"}) {
+            EXPECT_EQ(report["checks"][i][key], list[i][key]);
+        }
     }
+    const json interface = json::parse(Run(Fault("RefusesEverything") + " --json").out);
+    const auto ofInterface = std::ranges::count_if(list, [](const json& check) { return check["set"] == "interface"; });
+    EXPECT_EQ(interface["checks"].size(), ofInterface);
+    EXPECT_EQ(interface["checks"].back()["set"], "interface");
 }
 
 TEST_F(Validate, RunsTheChosenChecksOnce) {
@@ -222,7 +259,7 @@ TEST_F(Validate, UsedWronglySaysHow) {
     for (const auto& [arguments, text] : std::vector<std::pair<std::string, std::string>>{
              {"", "BUNDLE"},
              {"nowhere/Missing.bundle", "nowhere/Missing.bundle: there is no such folder"},
-             {kOurs + " --only no-such-check", "--only no-such-check: is no check"},
+             {kOurs + " --only no-such-check", "--only no-such-check: is not a check"},
              {kOurs + " --only", "--only"},
              {kOurs + " --timeout 0", "--timeout 0: must be above 0"},
              {kOurs + " --timeout nan", "--timeout"},
@@ -239,8 +276,8 @@ TEST_F(Validate, UsedWronglySaysHow) {
 
 TEST_F(Validate, SkipsWhatCannotBeRunAndStillFails) {
     for (const auto& [bundle, outcome, index] : std::vector<std::tuple<std::string, std::string, std::size_t>>{
-             {"'" + Folder().string() + "'", "failed", 0},    // a folder that is no bundle
-             {Fault("NoEntryPoint"), "failed", 1},            // a bundle that is no importer
+             {"'" + Folder().string() + "'", "failed", 0},    // a folder, but not a bundle
+             {Fault("NoEntryPoint"), "failed", 1},            // a bundle, but not an importer
              {Fault("AbortsWhenUnloaded"), "crashed", 1}}) {  // one that brings every process down
         const auto result = Run(bundle + " --json");
         EXPECT_EQ(result.exitCode, 1) << bundle;

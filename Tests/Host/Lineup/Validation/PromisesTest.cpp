@@ -43,10 +43,10 @@ TEST(Promises, AreFoundByTheirIdsWhichAreAllDifferent) {
 }
 
 TEST(Outcomes, ThatAreFaultsAreFailuresCrashesAndTimeouts) {
-    for (const Outcome outcome : {Outcome::kPassed, Outcome::kWarning, Outcome::kSkipped}) {
+    for (const Outcome outcome : {Outcome::Passed, Outcome::Warning, Outcome::Skipped}) {
         EXPECT_FALSE(IsFault(outcome)) << OutcomeName(outcome);
     }
-    for (const Outcome outcome : {Outcome::kFailed, Outcome::kCrashed, Outcome::kTimedOut}) {
+    for (const Outcome outcome : {Outcome::Failed, Outcome::Crashed, Outcome::TimedOut}) {
         EXPECT_TRUE(IsFault(outcome)) << OutcomeName(outcome);
     }
     EXPECT_TRUE(IsFault(lineup::validation::Finding{}.outcome)) << "a finding that was never filled in";
@@ -54,22 +54,22 @@ TEST(Outcomes, ThatAreFaultsAreFailuresCrashesAndTimeouts) {
 
 TEST(CheckPromise, FailsForABundleThatIsNotThere) {
     for (const Promise& promise : Promises()) {
-        const auto finding = CheckPromise(promise, "nowhere/Missing.bundle", 1);
-        EXPECT_EQ(finding.outcome, Outcome::kFailed) << promise.id;
+        const auto finding = CheckPromise(promise, {.bundleFolder = "nowhere/Missing.bundle"}, 1);
+        EXPECT_EQ(finding.outcome, Outcome::Failed) << promise.id;
         EXPECT_THAT(finding.text, HasSubstr("nowhere/Missing.bundle")) << promise.id;
     }
 }
 
 TEST(CheckPromise, RunsInThisProcess) {
-    const auto finding = CheckPromise(*FindPromise("init-answer"), TEST_BUNDLE, 1);
-    EXPECT_EQ(finding.outcome, Outcome::kPassed);
+    const auto finding = CheckPromise(*FindPromise("init-answer"), {.bundleFolder = TEST_BUNDLE}, 1);
+    EXPECT_EQ(finding.outcome, Outcome::Passed);
     EXPECT_THAT(finding.text, IsEmpty());
 }
 
 TEST(CheckPromise, FindsTheSameWithTheSameSeed) {
-    const auto bundle = std::filesystem::path(TEST_BUNDLES) / "PositionsOf32Bits.bundle";
+    const lineup::validation::Subject bundle{.bundleFolder = TEST_BUNDLES "/PositionsOf32Bits.bundle"};
     const auto finding = CheckPromise(*FindPromise("audio-far"), bundle, 5);
-    EXPECT_EQ(finding.outcome, Outcome::kFailed);
+    EXPECT_EQ(finding.outcome, Outcome::Failed);
     EXPECT_EQ(CheckPromise(*FindPromise("audio-far"), bundle, 5).text, finding.text);
     EXPECT_NE(CheckPromise(*FindPromise("audio-far"), bundle, 6).text, finding.text);
 }

@@ -4,40 +4,41 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace lineup::sound {
 
 namespace {
 
-// The inputs whose number is beyond the limit, and the number that is furthest beyond.
-struct Beyond {
+// What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
+void DecideNoise(Case& check) {
+    const double limit = check.Tolerance("noise");
+    const bool lossy = check.facts.lossy.value_or(false);
     std::vector<std::size_t> inputs;
-    double worst = 0;
-};
-
-Beyond FindBeyond(const Case& check, const std::function<std::optional<double>(const ChannelReport&)>& number,
-                  double limit) {
-    Beyond beyond;
+    std::vector<std::size_t> coded;
+    double worst = LevelTally::kLowestDb;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const auto value = number(check.findings.sound.channels[input]);
-        if (value && *value > limit) {
-            beyond.worst = beyond.inputs.empty() ? *value : std::max(beyond.worst, *value);
-            beyond.inputs.push_back(input);
+        const InputFindings& found = check.lineup.inputs[input];
+        const double gaps = found.gapNoise.QuantileDb(lossy ? 0.1 : 0.5);
+        const double tones = found.toneNoise.QuantileDb(0.5);
+        const double noise = lossy ? gaps : std::max(gaps, tones);
+        if (noise > limit) {
+            inputs.push_back(input);
+            worst = std::max(worst, noise);
+        } else if (tones > limit) {
+            coded.push_back(input);
         }
     }
-    return beyond;
-}
-
-void DecideNoise(Case& check) {
-    const Beyond beyond = FindBeyond(
-        check, [](const ChannelReport& channel) { return channel.noise; }, check.Tolerance("noise"));
-    if (!beyond.inputs.empty()) {
+    if (!inputs.empty()) {
         check
-            .Add("noise", beyond.inputs,
-                 fmt::format("Noise of {:.1f} dBFS at input{} {}.", beyond.worst, beyond.inputs.size() == 1 ? "" : "s",
-                             InputList(beyond.inputs)))
-            .measured = beyond.worst;
+            .Add("noise", inputs,
+                 fmt::format("Noise of {:.1f} dBFS at input{} {}.", worst, inputs.size() == 1 ? "" : "s",
+                             InputList(inputs)))
+            .measured = worst;
+    }
+    if (!coded.empty()) {
+        check.Note("codec-noise",
+                   fmt::format("The codec leaves more than {:.0f} dBFS of noise under the tones of input{} {}.", limit,
+                               coded.size() == 1 ? "" : "s", InputList(coded)));
     }
 }
 

@@ -66,7 +66,9 @@ ChannelReport ChannelReportOf(const Lineup& lineup, std::size_t number, double u
         if (input.surveyed.polarity != 0) {
             report.polarity = input.surveyed.polarity;
         }
-        if (input.surveyed.exact || input.surveyed.hasEdges) {
+        // Edges alone know a delay well enough only where phases mean nothing, after retiming.
+        const bool retimed = lineup.placing.tempo != lineup.placing.pitch;
+        if (input.surveyed.exact || (retimed && input.surveyed.hasEdges)) {
             report.delay = (input.surveyed.delay - usualDelay) * facts.rate;
         }
     }

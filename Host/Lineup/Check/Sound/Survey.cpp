@@ -12,9 +12,10 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kSlack = 0.05;        // s: what a sighting may be off
-constexpr double kLateEnough = 0.008;  // s: an input that is measured again with its delay
-constexpr double kPure = 0.5;          // of a block's energy
+constexpr double kSlack = 0.05;         // s: what a sighting may be off
+constexpr double kLateEnough = 0.008;   // s: an input that is measured again with its delay
+constexpr double kEdgesAgree = 0.0005;  // s
+constexpr double kPure = 0.5;           // of a block's energy
 
 std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
     std::vector<SlotNumber> slots;
@@ -159,8 +160,14 @@ private:
                     late.insert(late.end(), more.begin(), more.end());
                 }
             }
-            if (!late.empty()) {
-                mCoarse[input] = WeightedMedian(std::move(late));
+            // Edges that do not agree, as under a codec's noise, say no more than none.
+            const double usual = WeightedMedian(late);
+            std::vector<double> off;
+            for (const Vote& vote : late) {
+                off.push_back(std::abs(vote.value - usual));
+            }
+            if (!late.empty() && MedianOf(std::move(off)) < kEdgesAgree) {
+                mCoarse[input] = usual;
             }
         }
     }

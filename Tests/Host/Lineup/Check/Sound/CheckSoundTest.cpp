@@ -1,0 +1,249 @@
+#include <lineup/AudioReader.h>
+#include <lineup/ChannelLayout.h>
+#include <lineup/Clip.h>
+#include <lineup/Importer.h>
+#include <lineup/ToneChoice.h>
+#include "Host/Lineup/Check/Sound/CheckSound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Sound = std::vector<std::vector<float>>;
+
+constexpr double kRate = 12000;
+
+std::shared_ptr<const lineup::Importer> Bundle() {
+    static const auto kImporter = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
+    return kImporter;
+}
+
+/// What the plug-in gives for the ident, in the order of files.
+Sound Ident(const std::string& name, double seconds, double firstSecond = 0) {
+    const lineup::Clip clip(Bundle(), lineup::MakeSettings(*Bundle(), {.sampleRateHz = kRate, .ident = name}));
+    const auto count = static_cast<std::size_t>(seconds * kRate);
+    const auto& order = lineup::FindChannelLayout(clip.NumChannels())->fileOrder;
+    Sound sound(order.size(), std::vector<float>(count));
+    std::vector<float*> targets(order.size());
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        targets[static_cast<std::size_t>(order[place])] = sound[place].data();
+    }
+    lineup::AudioReader(clip).Read(std::llround(firstSecond * kRate), static_cast<std::int64_t>(count), targets);
+    return sound;
+}
+
+/// Sound in memory, as a recording of 24 bits that is not lossy.
+class MemorySource : public lineup::SoundSource {
+public:
+    explicit MemorySource(Sound sound, double rate = kRate) : mSound(std::move(sound)), mRate(rate) {}
+
+    [[nodiscard]] double SampleRate() const override { return mRate; }
+    [[nodiscard]] int Inputs() const override { return static_cast<int>(mSound.size()); }
+    [[nodiscard]] std::optional<int> Bits() const override { return std::nullopt; }
+    [[nodiscard]] std::optional<bool> Lossy() const override { return false; }
+
+    std::size_t Read(std::span<float* const> inputs, std::size_t most) override {
+        const std::size_t count = std::min(most, mSound.front().size() - mDone);
+        for (std::size_t input = 0; input < inputs.size(); ++input) {
+            std::copy_n(mSound[input].begin() + static_cast<std::ptrdiff_t>(mDone), count, inputs[input]);
+        }
+        mDone += count;
+        return count;
+    }
+
+private:
+    Sound mSound;
+    double mRate;
+    std::size_t mDone = 0;
+};
+
+lineup::SoundFindings Check(Sound sound, double rate = kRate, const lineup::CheckSettings& settings = {}) {
+    MemorySource source(std::move(sound), rate);
+    return lineup::CheckSound(source, Bundle(), settings);
+}
+
+std::vector<std::string> Ids(const lineup::SoundFindings& findings) {
+    std::vector<std::string> ids;
+    for (const lineup::CheckFault& fault : findings.faults) {
+        ids.push_back(fault.id);
+    }
+    return ids;
+}
+
+using Strings = std::vector<std::string>;
+
+class CleanIdent : public testing::TestWithParam<const char*> {};
+
+TEST_P(CleanIdent, IsRightWhereverTheRecordingBegins) {
+    for (const double first : {0.0, 1.37, 8.2}) {
+        const auto findings = Check(Ident(GetParam(), 14.5, first));
+        EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kRight) << first;
+        EXPECT_EQ(findings.sound.expected, GetParam()) << first;
+        EXPECT_EQ(Ids(findings), Strings()) << first;
+        ASSERT_TRUE(findings.sound.speed);
+        EXPECT_NEAR(findings.sound.speed->ppm, 0, 0.1) << first;
+        for (const lineup::ChannelReport& channel : findings.sound.channels) {
+            EXPECT_NEAR(channel.level.value_or(0), 20 * std::log10(0.125), 0.02) << first;
+            EXPECT_NEAR(channel.delay.value_or(9), 0, 0.05) << first;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CleanIdent, testing::Values("ebu-stereo-1000", "ebu-stereo-400", "ebu-5.1", "blits"));
+
+TEST(CheckSound, NamesASwappedPairOnceAndAChannelThatIsUpsideDown) {
+    Sound sound = Ident("blits", 13.4);
+    std::swap(sound[4], sound[5]);
+    for (float& x : sound[2]) {
+        x = -x;
+    }
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), (Strings{"channels-swapped", "polarity-inverted"}));
+    EXPECT_EQ(findings.faults[0].inputs, (std::vector<int>{4, 5}));
+    EXPECT_EQ(findings.faults[0].channels, (Strings{"Rs", "Ls"}));
+    EXPECT_EQ(findings.faults[1].inputs, (std::vector<int>{2}));
+}
+
+TEST(CheckSound, NamesFilmOrder) {
+    const Sound sound = Ident("ebu-5.1", 12);
+    const auto findings = Check({sound[0], sound[2], sound[1], sound[4], sound[5], sound[3]});
+    ASSERT_EQ(Ids(findings), Strings{"channels-swapped"});
+    EXPECT_NE(findings.faults[0].text.find("film order"), std::string::npos) << findings.faults[0].text;
+}
+
+TEST(CheckSound, AssignsAnyPermutationWithAnyPolarity) {
+    std::mt19937 random(17);
+    for (const char* const name : {"blits", "ebu-5.1"}) {
+        const Sound sound = Ident(name, 13.4);
+        for (int round = 0; round < 10; ++round) {
+            std::array<std::size_t, 6> order{};
+            std::iota(order.begin(), order.end(), 0);
+            std::shuffle(order.begin(), order.end(), random);
+            Sound moved;
+            std::vector<int> polarity;
+            for (const std::size_t channel : order) {
+                moved.push_back(sound[channel]);
+                polarity.push_back(random() % 2 == 0 ? 1 : -1);
+                for (float& x : moved.back()) {
+                    x *= static_cast<float>(polarity.back());
+                }
+            }
+            const auto findings = Check(moved);
+            const std::array<const char*, 6> names = {"L", "R", "C", "LFE", "Ls", "Rs"};
+            for (std::size_t input = 0; input < 6; ++input) {
+                EXPECT_EQ(findings.sound.channels[input].channel.value_or("none"), names[order[input]]);
+                EXPECT_EQ(findings.sound.channels[input].polarity.value_or(0), polarity[input]);
+            }
+        }
+    }
+}
+
+TEST(CheckSound, ASilentChannelIsMissingAndNothingElse) {
+    Sound sound = Ident("blits", 13.4);
+    std::ranges::fill(sound[3], 0.0F);
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"channel-missing"});
+    EXPECT_EQ(findings.faults[0].channels, Strings{"LFE"});
+    EXPECT_FALSE(findings.sound.channels[3].channel);
+    EXPECT_FALSE(findings.sound.channels[3].level);
+}
+
+TEST(CheckSound, ACopyIsADuplicateAndNoMissingChannel) {
+    Sound sound = Ident("blits", 13.4);
+    sound[1] = sound[0];
+    EXPECT_EQ(Ids(Check(sound)), Strings{"channel-duplicated"});
+}
+
+TEST(CheckSound, ALeakIsMeasured) {
+    Sound sound = Ident("ebu-5.1", 12);
+    for (std::size_t n = 0; n < sound[0].size(); ++n) {
+        sound[2][n] += 0.01F * sound[0][n];
+    }
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"channel-mixed"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), -40, 0.1);
+}
+
+TEST(CheckSound, MeasuresDelaysUpToTwentyMilliseconds) {
+    for (const int late : {-240, -1, 3, 240}) {
+        Sound sound = Ident("blits", 13.4);
+        std::vector<float> moved(sound[5].size());
+        for (int n = 0; n < static_cast<int>(moved.size()); ++n) {
+            const int from = n - late;
+            if (from >= 0 && from < static_cast<int>(moved.size())) {
+                moved[static_cast<std::size_t>(n)] = sound[5][static_cast<std::size_t>(from)];
+            }
+        }
+        sound[5] = moved;
+        const auto findings = Check(sound);
+        ASSERT_EQ(Ids(findings), Strings{"delay"}) << late;
+        EXPECT_NEAR(findings.faults[0].measured.value_or(0), late, 0.05);
+    }
+}
+
+TEST(CheckSound, OneGainForAllIsNoImbalance) {
+    Sound sound = Ident("blits", 13.4);
+    for (auto& channel : sound) {
+        for (float& x : channel) {
+            x *= 0.8F;
+        }
+    }
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"level-wrong"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 20 * std::log10(0.8), 0.02);
+    EXPECT_NE(findings.faults[0].text.find("-20 dBFS"), std::string::npos) << findings.faults[0].text;
+}
+
+TEST(CheckSound, NamesAWrongSampleRate) {
+    const auto findings = Check(Ident("blits", 14.5), kRate * 44100 / 48000);
+    ASSERT_EQ(Ids(findings), Strings{"speed-wrong"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), -81250, 0.1);
+    EXPECT_NE(findings.faults[0].text.find("48 kHz played as 44.1 kHz"), std::string::npos);
+}
+
+TEST(CheckSound, NoiseAndDcAreMeasured) {
+    Sound sound = Ident("blits", 13.4);
+    std::mt19937 random(5);
+    std::normal_distribution<float> noise(0, 0.003F);
+    for (float& x : sound[1]) {
+        x += noise(random);
+    }
+    for (float& x : sound[4]) {
+        x += 0.01F;
+    }
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), (Strings{"noise", "dc-offset"}));
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 20 * std::log10(0.003), 0.5);
+    EXPECT_NEAR(findings.faults[1].measured.value_or(0), 0.01, 0.0002);
+}
+
+TEST(CheckSound, AnotherSequenceThanTheOneAskedForIsAFault) {
+    lineup::CheckSettings settings;
+    settings.expect = "blits";
+    EXPECT_EQ(Ids(Check(Ident("ebu-5.1", 14), kRate, settings)), Strings{"sequence-other"});
+}
+
+TEST(CheckSound, FindsNothingInNoiseAndSilence) {
+    std::mt19937 random(3);
+    std::normal_distribution<float> noise(0, 0.1F);
+    Sound sound(2, std::vector<float>(static_cast<std::size_t>(20 * kRate)));
+    EXPECT_EQ(Check(sound).verdict, lineup::CheckVerdict::kCannotTell);
+    for (float& x : sound[0]) {
+        x = noise(random);
+    }
+    const auto findings = Check(sound);
+    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kCannotTell);
+    ASSERT_EQ(findings.notes.size(), 1U);
+    EXPECT_EQ(findings.notes[0].id, "no-line-up");
+}
+
+}  // namespace

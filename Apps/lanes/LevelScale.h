@@ -24,7 +24,7 @@ public:
     /// Where an amplitude stands: 0 on the centre line, 1 and -1 at a lane's edges; what lies beyond stands there.
     [[nodiscard]] double Height(double amplitude) const;
 
-    /// The levels that there is room to name in a lane `halfHeight` high on either side of its centre line, at least
+    /// The levels with room for a name in a lane `halfHeight` high on either side of its centre line, at least
     /// `spacing` from each other: multiples of 6 dBFS, the line-up level -18 before all others.
     [[nodiscard]] std::vector<int> NamedDb(double halfHeight, double spacing) const;
 

@@ -10,7 +10,7 @@ namespace {
 
 // In units.
 constexpr double kLine = 1.6;      // a wave, the edges of a band, silence
-constexpr double kStripeStep = 7;  // from stripe to stripe where there is no data
+constexpr double kStripeStep = 7;  // from stripe to stripe, where data is missing
 constexpr double kStripe = 1;
 
 constexpr double kInside = 0.45;  // opacity of a band between its edges

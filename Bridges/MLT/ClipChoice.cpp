@@ -80,7 +80,7 @@ std::string ReadName(const NameProperty& property, const std::string& text, cons
 }
 
 // An ident decides on the channels, and has frequencies and levels of its own. Editors store every property
-// of a clip, so those of the tone that was there before are no mistake.
+// of a clip, so those of an earlier tone are not a mistake.
 void KeepIdentAlone(lineup::ToneChoice& tone, const Complain& complain) {
     const lineup::Ident& ident = *lineup::FindIdent(*tone.ident);
     const auto* const layout = lineup::FindChannelLayout(static_cast<int>(ident.numChannels));

@@ -27,7 +27,7 @@ using PropertyTexts = std::array<std::string, 7>;
 /// Brings `texts` up to date; whether one of them has changed.
 bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);
 
-/// The choice that `texts` stand for. Every value that cannot be had is replaced by the nearest that can, with
+/// The choice that `texts` name. An invalid value is replaced by the nearest valid one, with
 /// a sentence that names the property and its range.
 [[nodiscard]] ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain);
 

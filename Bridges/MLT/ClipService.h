@@ -29,7 +29,7 @@ public:
     /// The length of a clip as the plug-in has it, in frames of the given rate.
     [[nodiscard]] std::int64_t DurationFrames(lineup::Rational frameRate) const;
 
-    /// Takes over what the producer's properties say now. Complains once of a value that cannot be had.
+    /// Reads the producer's properties. Complains once of an invalid value.
     void Update(mlt_properties properties, const Complain& complain);
 
     /// Whether pictures for a profile of this colour space (601 or 709, as the framework counts) are BT.709.

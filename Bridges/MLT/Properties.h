@@ -12,7 +12,7 @@ struct NumberProperty {
     const char* name;
     double lowest;
     double highest;
-    double fallback;  ///< for text that is no number
+    double fallback;  ///< for text that is not a number
     std::string_view unit;
 };
 

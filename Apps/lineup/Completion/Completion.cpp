@@ -18,7 +18,7 @@ using Candidates = std::vector<Candidate>;
 
 // A command line as far as it goes.
 struct Line {
-    const CLI::App* command = nullptr;  // null: a command that there is not
+    const CLI::App* command = nullptr;  // null: an unknown command
     std::vector<std::string> positionals{};
     std::set<const CLI::Option*> given{};
     const CLI::Option* pending = nullptr;  // waits for its value

@@ -34,7 +34,7 @@ void AddLayoutOptions(CLI::App& command, CommonOptions& options);
 /// Adds the options that choose a clip's sound, and --settings, which replaces them all.
 void AddToneOptions(CLI::App& command, CommonOptions& options);
 
-/// Adds an option that takes a number; a text that is none is a UsageError that says `expected`.
+/// Adds an option that takes a number; any other text is a UsageError that says `expected`.
 CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::optional<double>& value,
                        const std::string& help, const std::string& unit);
 

@@ -21,7 +21,7 @@ struct TimeOptions {
     std::optional<std::string> duration;
     std::optional<double> cycles;
 
-    /// The sample nearest to the start. Throws UsageError for a text that is no time.
+    /// The sample nearest to the start. Throws UsageError for a text that does not name a time.
     [[nodiscard]] std::int64_t StartSample(const lineup::Clip& clip) const;
 
     /// The length asked for, above 0: a time, or whole cycles of the clip's sequence. Nothing when neither

@@ -11,10 +11,10 @@ namespace studio {
 /// The error's text as a sentence; that of a UsageError with the name that the window has for its option.
 [[nodiscard]] QString ProblemWords(const std::exception& error);
 
-/// Why a sample rate cannot be had; empty when it can.
+/// Why a sample rate is refused; empty when it is valid.
 [[nodiscard]] QString SampleRateProblem(const lineup::Importer& plugin, double rateHz);
 
-/// Why the settings' steady tone cannot sound at a sample rate that can be had; empty when it can, and for an ident.
+/// Why the settings' steady tone is refused at a valid sample rate; empty when it fits, and for an ident.
 [[nodiscard]] QString ToneProblem(const lineup::Importer& plugin, const BarsAndToneInfo& settings, double rateHz);
 
 }  // namespace studio

@@ -40,13 +40,13 @@ public:
     /// Starts a new document. Throws lineup::Error, and changes nothing, when the plug-in has no such clip.
     void New(const lineup::ClipDocument& values);
 
-    /// Throws lineup::Error, and changes nothing, when the file is no document that can be used.
+    /// Throws lineup::Error, and changes nothing, when the file is not a usable document.
     void Open(const QString& file);
 
     /// Throws lineup::Error when the file cannot be written; it is then as it was.
     void SaveAs(const QString& file);
 
-    /// Changes the values; one step of undo, called `act`. The same values are no step. Throws lineup::Error,
+    /// Changes the values; one step of undo, called `act`. Equal values add no step. Throws lineup::Error,
     /// and changes nothing, when the plug-in has no such clip.
     void Edit(const lineup::ClipDocument& values, const QString& act);
 

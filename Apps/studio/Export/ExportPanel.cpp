@@ -108,7 +108,7 @@ void ExportPanel::End(const QString& text, bool hasFile, const QString& problem)
     Q_EMIT Ended(problem);
 }
 
-// There is no way that every desktop knows to have a file picked out; its folder opens everywhere.
+// Every desktop opens a folder; not every one selects a file in it.
 void ExportPanel::Reveal() const {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(FileOf(mJob->Settings())).absolutePath()));
 }

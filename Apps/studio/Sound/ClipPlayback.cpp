@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kChunkFrames = 2048;  // what is read at once
 constexpr std::int64_t kNoSeek = -1;
 constexpr std::int64_t kNsPerSecond = 1'000'000'000;
-constexpr std::int64_t kStallNs = kNsPerSecond;  // a device asks several times a second
+constexpr std::int64_t kStallNs = 3 * kNsPerSecond;  // a device asks several times a second, on a busy machine less
 
 std::int64_t Nanoseconds(ClipPlayback::Clock::time_point time) {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch()).count();
@@ -86,7 +86,7 @@ void ClipPlayback::Render(std::span<float> interleaved) noexcept {
 
 // Right after Render the device's buffer is full; from then on it plays at the clock's pace.
 std::int64_t ClipPlayback::Heard(const Progress& progress, Clock::time_point now) const noexcept {
-    const std::int64_t sinceNs = std::clamp<std::int64_t>(Nanoseconds(now) - progress.timeNs, 0, kStallNs);
+    const std::int64_t sinceNs = std::clamp<std::int64_t>(Nanoseconds(now) - progress.timeNs, 0, kNsPerSecond);
     const std::int64_t since = sinceNs * SampleRateHz() / kNsPerSecond;
     return std::clamp<std::int64_t>(progress.rendered - mLatency.load() + since, 0, progress.rendered);
 }

@@ -175,7 +175,7 @@ void Player::Tick() {
     if (mPlayback != nullptr && mPlayback->Ended()) {
         Pause();
     } else if (!mPlayingOn.isEmpty() && mPlayback != nullptr && mPlayback->IsStalled()) {
-        GoOnInSilence(tr("The sound device has stopped"));
+        GoOnInSilence(tr("The sound device does not respond"));
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace studio {
 
-/// Plays where there is no sound device: a thread that pulls at the clock's pace, so that playhead and meters
+/// Plays without a sound device: a thread that pulls at the clock's pace, so that playhead and meters
 /// move as ever.
 class SilentOutput : public SoundOutput {
     Q_OBJECT

@@ -18,7 +18,7 @@ class PictureView : public QWidget {
 public:
     explicit PictureView(QWidget* parent = nullptr);
 
-    /// Null while there is none.
+    /// Null: shows an empty view.
     void SetPicture(std::shared_ptr<const CardPicture> picture);
 
     /// Where on the widget the picture stands.
@@ -46,7 +46,7 @@ private:
     std::shared_ptr<const CardPicture> mPicture;
     QImage mScaled;  // for the size it is shown at
     std::optional<QPoint> mPixel;
-    bool mByKey = false;  // then the pixel is marked, as there is no pointer
+    bool mByKey = false;  // then the pixel is marked
 };
 
 }  // namespace studio

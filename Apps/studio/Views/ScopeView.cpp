@@ -15,7 +15,7 @@ constexpr double kHighest = 1.12;  // luma at the top
 constexpr double kLowest = -0.12;
 constexpr int kMarkStep = 10;  // percent
 constexpr int kNumberStep = 20;
-constexpr double kReach = 3;    // points; farther out there is no light
+constexpr double kReach = 3;    // points; the beam ends there
 constexpr double kGlow = 0.75;  // points from a trace's middle to where it is half as bright
 
 // The beam's brightness at a distance from the middle of its line, in points.

@@ -16,7 +16,7 @@ class ScopeView : public QWidget {
 public:
     explicit ScopeView(QWidget* parent = nullptr);
 
-    /// Null while there is none.
+    /// Null: shows an empty view.
     void SetPicture(std::shared_ptr<const CardPicture> picture);
 
     /// The widget's y of a luma value, 0 black and 1 white.

@@ -86,7 +86,7 @@ std::string Synopsis(const CLI::App& command, const std::string& call) {
         return line + " " + Italic("COMMAND") + " ...";
     }
     for (const CLI::Option* const option : ShownOptions(command, true)) {
-        const std::string name = Italic(option->get_name(true));
+        const std::string name = Italic(option->get_name(true)) + (option->get_expected_max() > 1 ? " ..." : "");
         line += option->get_required() ? " " + name : " [" + name + "]";
     }
     return line;

@@ -35,7 +35,7 @@ TEST_P(Manual, IsFoundByName) {
 
 INSTANTIATE_TEST_SUITE_P(OfEachProgramAndCommand, Manual,
                          testing::Values("lineup", "lineup-render", "lineup-frame", "lineup-peaks", "lineup-info",
-                                         "lineup-settings", "lineup-validate", "lineup-studio"));
+                                         "lineup-settings", "lineup-check", "lineup-validate", "lineup-studio"));
 
 TEST(ManualReaders, DoWarn) {
     const test::TemporaryFolder folder;

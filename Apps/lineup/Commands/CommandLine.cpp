@@ -1,5 +1,6 @@
 #include "Apps/lineup/Commands/CommandLine.h"
 
+#include "Apps/lineup/Commands/CheckCommand.h"
 #include "Apps/lineup/Commands/CompleteCommand.h"
 #include "Apps/lineup/Commands/FrameCommand.h"
 #include "Apps/lineup/Commands/InfoCommand.h"
@@ -23,13 +24,14 @@ constexpr const char* kHelp =
     "  lineup peaks ident.png --ident blits                 its waveform overview\n"
     "  lineup settings tone.batn                            choose the tone in a dialog\n"
     "  lineup render tone.mov --settings tone.batn          and use what was chosen\n"
+    "  lineup check from-truck.mxf                          what the path did to it\n"
     "  lineup validate My.bundle                            put another plug-in to the test\n"
     "  lineup COMMAND --help                                the options of one command\n"
     "\n"
     "The plug-in is BarsAndTone.bundle beside the folder of this program, else in ../lib/lineup from there. One that\n"
     "belongs to somebody else, or that everybody can write to, is used only when --plugin names it.\n"
     "\n"
-    "Exit status: 0 done, 1 failed, 2 used wrongly; ended by a signal when interrupted.";
+    "Exit status: 0 done, 1 failed, 2 used wrongly, 3 cannot be told (check); ended by a signal when interrupted.";
 
 }  // namespace
 
@@ -43,6 +45,7 @@ std::unique_ptr<CLI::App> MakeCommandLine() {
     AddPeaksCommand(*app);
     AddInfoCommand(*app);
     AddSettingsCommand(*app);
+    AddCheckCommand(*app);
     AddValidateCommand(*app);
     AddCompleteCommand(*app);
     return app;

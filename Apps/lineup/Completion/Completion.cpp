@@ -1,7 +1,10 @@
 #include "Apps/lineup/Completion/Completion.h"
 
+#include <lineup/CheckSettings.h>
 #include <lineup/FormatTable.h>
 #include <lineup/Validation.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -80,15 +83,25 @@ Candidates PromiseIds(const Line& /*line*/) {
     return ids;
 }
 
+Candidates ToleranceValues(const Line& /*line*/) {
+    Candidates values;
+    for (const lineup::CheckTolerance& tolerance : lineup::CheckTolerances()) {
+        values.push_back({fmt::format("{}={:g}", tolerance.name, tolerance.value),
+                          fmt::format("{}: {}", tolerance.unit, tolerance.meaning)});
+    }
+    return values;
+}
+
 // Options whose values stand in a table of the library; those of others stand in their type: "auto|hd|sd".
 struct ValueTable {
     std::string_view option;
     Candidates (*values)(const Line& line);
 };
-constexpr std::array<ValueTable, 3> kValueTables = {{
+constexpr std::array<ValueTable, 4> kValueTables = {{
     {"video-codec", VideoCodecNames},
     {"audio-codec", AudioCodecNames},
     {"only", PromiseIds},
+    {"tolerance", ToleranceValues},
 }};
 
 Candidates WordsOf(std::string_view type) {
@@ -207,6 +220,9 @@ Completion All(const Line& line, const CLI::App& app, const std::string& word) {
     const auto positionals = Positionals(*line.command);
     if (line.positionals.size() < positionals.size()) {
         return Values(*positionals[line.positionals.size()], line);
+    }
+    if (!positionals.empty() && positionals.back()->get_expected_max() > 1) {
+        return Values(*positionals.back(), line);
     }
     return {.candidates = line.optionsAreOver ? Candidates{} : Options(line)};
 }

@@ -35,7 +35,7 @@ Words WordsFor(const Words& words) {
 }
 
 TEST(Completion, BeginsWithTheCommands) {
-    EXPECT_THAT(WordsFor({""}), ElementsAre("render", "frame", "peaks", "info", "settings", "validate"));
+    EXPECT_THAT(WordsFor({""}), ElementsAre("render", "frame", "peaks", "info", "settings", "check", "validate"));
     EXPECT_THAT(WordsFor({"re"}), ElementsAre("render"));
     EXPECT_THAT(WordsFor({"--"}), ElementsAre("--help", "--version"));
 }
@@ -108,6 +108,19 @@ TEST(Completion, LeavesNamesOfFilesAndFoldersToTheShell) {
     EXPECT_EQ(Complete({"info", "--plugin", ""}).names, Names::Folders);
     EXPECT_EQ(Complete({"validate", ""}).names, Names::Folders);
     EXPECT_EQ(Complete({"render", "--card", ""}).names, Names::None);
+}
+
+TEST(Completion, GoesOnWithNamesWhereThereMayBeSeveral) {
+    EXPECT_EQ(Complete({"check", ""}).names, Names::Files);
+    EXPECT_EQ(Complete({"check", "a.wav", "b.wav", ""}).names, Names::Files);
+    EXPECT_THAT(WordsFor({"check", "a.wav", "--exp"}), ElementsAre("--expect"));
+}
+
+TEST(Completion, KnowsTheLineupsAndTolerancesOfACheck) {
+    EXPECT_THAT(WordsFor({"check", "--expect", "ebu-5"}), ElementsAre("ebu-5.1"));
+    EXPECT_THAT(WordsFor({"check", "--card", ""}), ElementsAre("auto", "none"));
+    EXPECT_THAT(WordsFor({"check", "--tolerance", "le"}), ElementsAre("level=0.1", "lengths=0.5"));
+    EXPECT_THAT(WordsFor({"check", "--tolerance", "level=0.2", "--toler"}), ElementsAre("--tolerance"));
 }
 
 TEST(Completion, OffersOptionsWhenNothingElseIsLeft) {

@@ -128,7 +128,7 @@ bool MediaInput::Read(AVPacket& packet) {
             throw std::bad_alloc();
         }
         if (result != AVERROR_INVALIDDATA && result != AVERROR(EAGAIN)) {
-            throw EarlyEnd(EndCause::kCutShort, WithComplaint(AvErrorText(result)));
+            throw EarlyEnd(EndCause::kCutShort, WithComplaint("reading failed: " + AvErrorText(result)));
         }
     }
     throw EarlyEnd(EndCause::kCutShort, WithComplaint("what follows cannot be made sense of"));

@@ -1,0 +1,21 @@
+// The page that explains the faults.
+#include <lineup/CheckReport.h>
+#include "Tests/Support/RunProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+TEST(CheckingPage, ExplainsEveryFaultOfTheSound) {
+    const std::string page = test::ReadFile(TEST_SOURCE_DIR "/Docs/checking.md");
+    for (const lineup::CheckFaultKind& kind : lineup::CheckFaultKinds()) {
+        if (kind.part == lineup::CheckPart::kSound) {
+            EXPECT_THAT(page, testing::HasSubstr("\n| `" + std::string(kind.id) + "` | "));
+        }
+    }
+}
+
+}  // namespace

@@ -1,4 +1,5 @@
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
+#include "Host/Lineup/Check/Reader/Decoder/Confinement/Sanitized.h"
 
 #include <cstdio>
 #include <sys/resource.h>
@@ -36,21 +37,22 @@ rlim_t MappedBytes() {
     return isKnown ? pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
+bool LimitMemory() {
+    const rlim_t mapped = MappedBytes();
+    return mapped > 0 && Limit(RLIMIT_AS, mapped + kMemoryBytes);
+}
+
 }  // namespace
 
 bool LimitResources(InputKind kind) {
-    const rlim_t mapped = MappedBytes();
+    const bool isMemoryLimited = !kIsSanitized && LimitMemory();  // first: it opens a file
     Limit(RLIMIT_CORE, 0);
     Limit(RLIMIT_FSIZE, 0);
     Limit(RLIMIT_MSGQUEUE, 0);
     Limit(RLIMIT_MEMLOCK, 0);
     Limit(RLIMIT_CPU, kind == InputKind::kFile ? kFileSeconds : kStreamSeconds);
     Limit(RLIMIT_NOFILE, kind == InputKind::kUrl ? kUrlDescriptors : kFileDescriptors + 1);
-#if defined(LINEUP_SANITIZED)
-    return false;  // which take all the address space there is
-#else
-    return mapped > 0 && Limit(RLIMIT_AS, mapped + kMemoryBytes);
-#endif
+    return isMemoryLimited;
 }
 
 }  // namespace lineup::decoding

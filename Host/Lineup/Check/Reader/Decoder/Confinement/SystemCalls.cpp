@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/FilterProgram.h"
+#include "Host/Lineup/Check/Reader/Decoder/Confinement/Sanitized.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -127,10 +128,9 @@ void AllowConditionally(FilterProgram& filter) {
 }  // namespace
 
 bool GiveUpSystemCalls(InputKind kind) {
-#if defined(LINEUP_SANITIZED)
-    static_cast<void>(kind);
-    return false;  // which look at the process with calls of their own
-#else
+    if (kIsSanitized) {
+        return false;
+    }
     FilterProgram filter;
     for (const long call : kForDecoding) {
         filter.Allow(call);
@@ -154,7 +154,6 @@ bool GiveUpSystemCalls(InputKind kind) {
         filter.Kill(call);
     }
     return filter.Install();
-#endif
 }
 
 }  // namespace lineup::decoding

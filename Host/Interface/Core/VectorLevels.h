@@ -11,5 +11,5 @@
     LEVEL(n8, kVectorN8, 16, "sse2", "sse2")    \
     LEVEL(y8, kVectorY8, 16, "ssse3", "sse4.1") \
     LEVEL(e9, kVectorE9, 32, "avx", "avx")      \
-    LEVEL(l9, kVectorL9, 32, "avx2", "avx2")    \
+    LEVEL(l9, kVectorL9, 32, "avx2", "fma")     \
     LEVEL(k0, kVectorK0, 64, "avx512f", "avx512f")

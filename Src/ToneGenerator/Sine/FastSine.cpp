@@ -9,7 +9,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace sine {
 
@@ -28,25 +27,18 @@ const Kernels& Selected() {
     return *kTable[static_cast<std::size_t>(index)];
 }
 
-// A stretch has a table of its own, which fewer samples do not pay for.
-constexpr long long kShortestStretch = kBlock;
-
 bool IsWithinReach(double phase) {
     return std::abs(phase) <= kLargestPhase;  // false for what is not a number
 }
 
-// The kernels' uncertainty is a part of the amplitude, which must not vanish beside it.
-bool IsOrdinary(double amplitude) {
-    return std::abs(amplitude) >= 0x1p-900 && std::abs(amplitude) <= 0x1p+900;
+// Of `count` phases and the one after them. They move one way, so what lies between two within reach is too.
+bool AreWithinReach(double phase, double step, long long count) {
+    return IsWithinReach(phase) && IsWithinReach(phase + step * static_cast<double>(count));
 }
 
-// The phases from `phase` on, added one by one. Returns the one after the last.
-double AddUp(double phase, double step, std::span<double> phases) {
-    for (double& each : phases) {
-        each = phase;
-        phase += step;
-    }
-    return phase;
+// Those that the kernels take.
+bool IsOrdinary(double amplitude) {
+    return std::abs(amplitude) >= 0x1p-60 && std::abs(amplitude) <= 0x1p+60;
 }
 
 }  // namespace
@@ -57,7 +49,7 @@ void WriteFast(const Wave& wave, float* out, long long numSamples) {
 
 void WriteFast(const Kernels& kernels, const Wave& wave, float* out, long long numSamples) {
     const auto& [firstPhase, step, amplitude] = wave;
-    if (!IsOrdinary(amplitude)) {
+    if (!IsOrdinary(amplitude) || step == 0.0) {
         WritePlain(wave, out, numSamples);
         return;
     }
@@ -66,10 +58,12 @@ void WriteFast(const Kernels& kernels, const Wave& wave, float* out, long long n
     double phase = firstPhase;
     long long count = 0;
     for (long long pos = 0; pos < numSamples; pos += count) {
-        const Stretch stretch = FindStretch(phase, step, numSamples - pos);
-        if (stretch.count >= kShortestStretch) {
+        const long long left = numSamples - pos;
+        count = left;
+        if (left >= kernels.shortestStretch) {
+            const Stretch stretch = FindStretch(phase, step, left);
             const double last = phase + static_cast<double>(stretch.count - 1) * stretch.increment;
-            if (IsWithinReach(last)) {
+            if (stretch.count >= kernels.shortestStretch && IsWithinReach(last)) {
                 if (!hasTurns) {
                     kernels.turns(step, &turns);
                     hasTurns = true;
@@ -79,16 +73,16 @@ void WriteFast(const Kernels& kernels, const Wave& wave, float* out, long long n
                 phase = last + step;
                 continue;
             }
+            count = std::clamp<long long>(stretch.count, kBlock, left);
         }
-        std::array<double, kBlock> phases = {};
-        count = std::min<long long>(numSamples - pos, kBlock);
-        const double next = AddUp(phase, step, std::span(phases).first(static_cast<std::size_t>(count)));
-        // Phases move one way, so those between two within reach are too.
-        if (!IsWithinReach(phase) || !IsWithinReach(next)) {
-            WritePlain({phase, step, amplitude}, out + pos, numSamples - pos);
+        if (!AreWithinReach(phase, step, count)) {
+            WritePlain({phase, step, amplitude}, out + pos, left);
             return;
         }
-        kernels.ofPhases(phases.data(), amplitude, out + pos, static_cast<int>(count));
+        const double next = kernels.ofPhases(phase, step, amplitude, out + pos, count);
+        if (phase == 0.0) {  // its own sine, of which the kernels do not tell the sign
+            out[pos] = static_cast<float>(phase * amplitude);
+        }
         phase = next;
     }
 }

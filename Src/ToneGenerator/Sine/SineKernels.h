@@ -20,11 +20,12 @@ struct Turns {
 };
 
 /// Every sample is what PlainSample gives, to the bit: a value that lies too near the middle between two
-/// floats to be sure is computed by PlainSample itself. Amplitudes are finite and of a magnitude from
-/// 2^-900 to 2^900. None allocates, locks or throws.
+/// floats to be sure is computed by PlainSample itself. Amplitudes are of a magnitude from 2^-60 to 2^60: then no
+/// sample but 0 is too small or too large for a float of full precision. None allocates, locks or throws.
 struct Kernels {
-    /// out[i] for phases[i], i < count <= kBlock. phases has room for kBlock and is finite throughout.
-    void (*ofPhases)(const double* phases, double amplitude, float* out, int count);
+    /// out[i] for i < count of a wave whose phases all lie within kLargestPhase; but 0 where a phase is 0, of whatever
+    /// sign. Returns the phase after the last.
+    double (*ofPhases)(double phase, double step, double amplitude, float* out, long long count);
 
     /// The turns of a wave whose step is `step`, of a magnitude up to kLargestPhase / kBlock: a step near it
     /// whose multiples are exact.
@@ -34,6 +35,9 @@ struct Kernels {
     /// of the wave that `turns` belongs to. All phases lie within kLargestPhase.
     void (*ofStretch)(const Turns* turns, double phase, double increment, double amplitude, float* out,
                       long long count);
+
+    /// The samples of a stretch from which on the table that it needs pays; kBlock at least.
+    long long shortestStretch;
 };
 
 VECTOR_DECLARE_KERNELS()

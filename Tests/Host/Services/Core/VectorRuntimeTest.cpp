@@ -34,7 +34,7 @@ TEST(VectorRuntime, NamesTheWidestVariantThatTheOperatingSystemVouchesFor) {
     }
     const auto has = [&flags](const char* flag) { return flags.contains(flag); };
     const std::int32_t expected = has("avx512f")                  ? kVectorK0
-                                  : has("avx2")                   ? kVectorL9
+                                  : has("avx2") && has("fma")     ? kVectorL9
                                   : has("avx")                    ? kVectorE9
                                   : has("ssse3") && has("sse4_1") ? kVectorY8
                                                                   : kVectorN8;

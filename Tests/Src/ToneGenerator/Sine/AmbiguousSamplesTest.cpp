@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 #include <random>
 
 namespace {
@@ -54,6 +55,19 @@ TEST_P(AmbiguousSamples, InAStretchAreTheLibrarys) {
 TEST_P(AmbiguousSamples, FarOutAreTheLibrarys) {
     // Doubles lie 2^-30 apart there, further than the turns can be adjusted by.
     ExpectPlainBesideMiddles(GetParam(), 8'500'000.0);
+}
+
+TEST_P(AmbiguousSamples, NextToMultiplesOfPiAreTheLibrarys) {
+    // A sine as small as 2^-53: as much of it as of the phase has to be right.
+    std::mt19937_64 random(31);
+    std::uniform_int_distribution<int> anyMultiple(1, 5'000'000);
+    for (int i = 0; i < kWaves; ++i) {
+        const int multiple = i < 100 ? i + 1 : anyMultiple(random);
+        const sine::Wave wave{multiple * std::numbers::pi, i % 2 == 0 ? 0.1 : -0.1, 0.125};
+        std::vector<float> got(20);
+        sine::WriteFast(*GetParam().kernels, wave, got.data(), 20);
+        ASSERT_TRUE(test::AreTheSameBits(test::Plain(wave, 20), got)) << testing::PrintToString(wave);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Variants, AmbiguousSamples, testing::ValuesIn(test::SineVariants()), test::SineVariantName);

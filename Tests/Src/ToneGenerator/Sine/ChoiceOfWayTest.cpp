@@ -22,15 +22,18 @@ using testing::ElementsAre;
 constexpr float kByPhases = 2.0F;  // no sample of an amplitude below 2
 constexpr float kByStretch = 3.0F;
 
-std::vector<int> blocks;  // the samples of each call for single phases
+constexpr long long kShortest = 100;  // stretch
+
+std::vector<long long> pieces;  // the samples of each call for single phases
 std::vector<long long> stretches;
 int turnsMade = 0;
 
 constexpr sine::Kernels kNaming = {
     .ofPhases =
-        [](const double* /*phases*/, double /*amplitude*/, float* out, int count) {
-            blocks.push_back(count);
+        [](double phase, double step, double /*amplitude*/, float* out, long long count) {
+            pieces.push_back(count);
             std::fill_n(out, count, kByPhases);
+            return phase + static_cast<double>(count) * step;
         },
     .turns = [](double /*step*/, sine::Turns* /*turns*/) { ++turnsMade; },
     .ofStretch =
@@ -39,12 +42,13 @@ constexpr sine::Kernels kNaming = {
             stretches.push_back(count);
             std::fill_n(out, count, kByStretch);
         },
+    .shortestStretch = kShortest,
 };
 
 class ChoiceOfWay : public testing::Test {
 protected:
     ChoiceOfWay() {
-        blocks.clear();
+        pieces.clear();
         stretches.clear();
         turnsMade = 0;
     }
@@ -64,9 +68,10 @@ protected:
 // From 1 in steps of 2^-10: 1024 phases lie below 2, then 2048 below 4, and so on.
 constexpr double kStep = 0x1p-10;
 
-TEST_F(ChoiceOfWay, AStretchHasABlockOfSamplesAtLeast) {
-    EXPECT_THAT(Write({1.0, kStep, 0.5}, kBlock), Each(kByStretch));
-    EXPECT_THAT(Write({1.0, kStep, 0.5}, kBlock - 1), Each(kByPhases));
+TEST_F(ChoiceOfWay, AStretchHasTheSamplesAtLeastThatPayForItsTable) {
+    EXPECT_THAT(Write({1.0, kStep, 0.5}, kShortest), Each(kByStretch));
+    EXPECT_THAT(Write({1.0, kStep, 0.5}, kShortest - 1), Each(kByPhases));
+    EXPECT_THAT(pieces, ElementsAre(kShortest - 1));
 }
 
 TEST_F(ChoiceOfWay, StretchesFollowOneAnotherWithOneTableOfTurns) {
@@ -75,28 +80,34 @@ TEST_F(ChoiceOfWay, StretchesFollowOneAnotherWithOneTableOfTurns) {
     EXPECT_EQ(turnsMade, 1);
 }
 
-TEST_F(ChoiceOfWay, SinglePhasesComeInBlocks) {
-    EXPECT_THAT(Write({2.0, -kStep, 0.5}, 130), Each(kByPhases));  // towards zero no stretch is known
-    EXPECT_THAT(blocks, ElementsAre(kBlock, kBlock, 2));
+TEST_F(ChoiceOfWay, WhatIsBeforeALongStretchComesFirst) {
+    EXPECT_THAT(Write({1.0 - 80 * kStep, kStep, 0.5}, 2000).front(), kByPhases);  // 80 samples to the binade's end
+    EXPECT_THAT(pieces, ElementsAre(80));
+    EXPECT_THAT(stretches, ElementsAre(1024, 896));
+}
+
+TEST_F(ChoiceOfWay, PhasesOfNoKnownStretchComeInBlocks) {
+    EXPECT_THAT(Write({2.0, -kStep, 0.5}, 200), Each(kByPhases));  // towards zero no stretch is known
+    EXPECT_THAT(pieces, ElementsAre(kBlock, kBlock, 72));
     EXPECT_EQ(turnsMade, 0);
 }
 
-TEST_F(ChoiceOfWay, KernelsTakeAmplitudesThatTheirUncertaintyIsAPartOf) {
+TEST_F(ChoiceOfWay, KernelsTakeAmplitudesOfWhichEveryFloatHasItsFullPrecision) {
     for (const double sign : {1.0, -1.0}) {
-        EXPECT_THAT(Write({1.0, kStep, sign * 0x1p-900}, kBlock), Each(kByStretch));
-        EXPECT_THAT(Write({1.0, kStep, sign * 0x1p+900}, kBlock), Each(kByStretch));
-        EXPECT_TRUE(IsPlain({1.0, kStep, sign * std::nextafter(0x1p-900, 0.0)}, kBlock));
-        const double tooLarge = std::nextafter(0x1p+900, std::numeric_limits<double>::infinity());
-        EXPECT_TRUE(IsPlain({1.0, kStep, sign * tooLarge}, kBlock));
+        EXPECT_THAT(Write({1.0, kStep, sign * 0x1p-60}, kShortest), Each(kByStretch));
+        EXPECT_THAT(Write({1.0, kStep, sign * 0x1p+60}, kShortest), Each(kByStretch));
+        EXPECT_TRUE(IsPlain({1.0, kStep, sign * std::nextafter(0x1p-60, 0.0)}, kShortest));
+        const double tooLarge = std::nextafter(0x1p+60, std::numeric_limits<double>::infinity());
+        EXPECT_TRUE(IsPlain({1.0, kStep, sign * tooLarge}, kShortest));
     }
 }
 
 TEST_F(ChoiceOfWay, KernelsTakePhasesUpToTwoToTheTwentyFourth) {
     constexpr double kEnd = 0x1p+24;
     for (const double sign : {1.0, -1.0}) {
-        EXPECT_THAT(Write({sign * (kEnd - 64.0), sign, 0.5}, 64), Each(kByStretch));  // the last is the end less one
-        EXPECT_THAT(Write({sign * (kEnd - 63.0), sign, 0.5}, 63), Each(kByPhases));   // the next would be the end
-        EXPECT_TRUE(IsPlain({sign * (kEnd - 62.0), sign, 0.5}, 63));                  // the next would be beyond
+        EXPECT_THAT(Write({sign * (kEnd - 100.0), sign, 0.5}, 100), Each(kByStretch));  // the last: the end less one
+        EXPECT_THAT(Write({sign * (kEnd - 63.0), sign, 0.5}, 63), Each(kByPhases));     // the next would be the end
+        EXPECT_TRUE(IsPlain({sign * (kEnd - 62.0), sign, 0.5}, 63));                    // the next would be beyond
         EXPECT_TRUE(IsPlain({sign * kEnd, sign, 0.5}, 64));
         EXPECT_TRUE(IsPlain({sign * (kEnd + 2.0), sign * -1.0, 0.5}, 1));
     }
@@ -107,6 +118,16 @@ TEST_F(ChoiceOfWay, WhatLiesBeyondGoesTheDefinitionsWayFromThereOn) {
     EXPECT_THAT(stretches, ElementsAre(128));
     EXPECT_EQ(std::count(samples.begin(), samples.end(), kByStretch), 128);
     EXPECT_EQ(std::count(samples.begin(), samples.end(), kByPhases), 0);
+}
+
+TEST_F(ChoiceOfWay, APhaseOfZeroIsItsOwnSineAndOneThatStandsStillGoesTheDefinitionsWay) {
+    for (const double zero : {0.0, -0.0}) {
+        const std::vector<float> samples = Write({zero, kStep, -0.5}, 3);
+        EXPECT_EQ(samples[0], 0.0F);
+        EXPECT_EQ(std::signbit(samples[0]), !std::signbit(zero));
+        EXPECT_EQ(samples[1], kByPhases);
+        EXPECT_TRUE(IsPlain({zero, zero, 0.5}, 3));
+    }
 }
 
 TEST(Blocks, AreBegunByTheirFirstSample) {

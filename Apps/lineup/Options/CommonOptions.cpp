@@ -64,6 +64,15 @@ BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const 
     return lineup::ReadSettings(settingsFile);
 }
 
+void CommonOptions::RefuseSound(const lineup::Importer& importer) const {
+    const std::string given = settingsFile.empty() ? GivenToneOption(tone) : "settings";
+    if (!given.empty()) {
+        throw lineup::UsageError(
+            "plugin", importer.Bundle().Folder().string(),
+            fmt::format("is not Bars and Tone, and its settings are its own: leave out --{}", given));
+    }
+}
+
 void AddPluginOption(CLI::App& command, CommonOptions& options) {
     command
         .add_option("--plugin", options.bundleFolder,

@@ -13,7 +13,7 @@ namespace cli {
 
 namespace {
 
-// The four bytes of `code` from the one at `firstShift` on; bytes that are no text show as dots.
+// The four bytes of `code` from the one at `firstShift` on; bytes that are not printable show as dots.
 std::string FourCharacters(std::uint32_t code, unsigned firstShift) {
     std::string text;
     for (unsigned i = 0; i < 4; ++i) {
@@ -32,8 +32,16 @@ double Seconds(std::int64_t ticks) {
     return static_cast<double>(ticks) / static_cast<double>(zelmediatypes::kTicksPerSecond);
 }
 
+double DurationSeconds(std::int64_t samples, float rateHz) {
+    return static_cast<double>(samples) / static_cast<double>(rateHz);
+}
+
 double DurationSeconds(const lineup::Clip& clip) {
-    return static_cast<double>(clip.DurationSamples()) / static_cast<double>(clip.SampleRate());
+    return DurationSeconds(clip.DurationSamples(), clip.SampleRate());
+}
+
+std::string LengthText(std::int64_t samples, float rateHz) {
+    return fmt::format("{:.3f} s ({} samples)", DurationSeconds(samples, rateHz), samples);
 }
 
 nlohmann::ordered_json SignalJson(const BarsAndToneInfo& settings) {
@@ -83,7 +91,7 @@ std::string SignalText(const lineup::Clip& clip) {
 }
 
 std::string LengthText(const lineup::Clip& clip) {
-    return fmt::format("{:.3f} s ({} samples)", DurationSeconds(clip), clip.DurationSamples());
+    return LengthText(clip.DurationSamples(), clip.SampleRate());
 }
 
 nlohmann::ordered_json ClipJson(const lineup::Clip& clip) {
@@ -96,6 +104,25 @@ nlohmann::ordered_json ClipJson(const lineup::Clip& clip) {
     json["durationSamples"] = clip.DurationSamples();
     json["durationSeconds"] = DurationSeconds(clip);
     json["signal"] = SignalJson(SettingsOf(clip));
+    return json;
+}
+
+std::string SoundText(const lineup::ClipDescription& clip) {
+    return clip.hasAudio ? fmt::format("{} channels, {:g} Hz", clip.numChannels, clip.sampleRate) : "none";
+}
+
+std::string LengthText(const lineup::ClipDescription& clip) {
+    return LengthText(clip.durationSamples, clip.sampleRate);
+}
+
+nlohmann::ordered_json ClipJson(const lineup::ClipDescription& clip) {
+    nlohmann::ordered_json json = {{"hasVideo", clip.hasVideo}, {"hasAudio", clip.hasAudio}};
+    if (clip.hasAudio) {
+        json["numChannels"] = clip.numChannels;
+        json["sampleRateHz"] = clip.sampleRate;
+        json["durationSamples"] = clip.durationSamples;
+        json["durationSeconds"] = DurationSeconds(clip.durationSamples, clip.sampleRate);
+    }
     return json;
 }
 

@@ -28,4 +28,9 @@ namespace cli {
 /// The same as an object.
 [[nodiscard]] nlohmann::ordered_json ClipJson(const lineup::Clip& clip);
 
+/// The same of a clip of which nothing is known but its description: "3 channels, 48000 Hz", or "none".
+[[nodiscard]] std::string SoundText(const lineup::ClipDescription& clip);
+[[nodiscard]] std::string LengthText(const lineup::ClipDescription& clip);
+[[nodiscard]] nlohmann::ordered_json ClipJson(const lineup::ClipDescription& clip);
+
 }  // namespace cli

@@ -13,6 +13,9 @@ namespace lineup::validation {
 class GuardedBuffers {
 public:
     GuardedBuffers(std::size_t channels, std::size_t samples);
+    ~GuardedBuffers() = default;
+    GuardedBuffers(const GuardedBuffers&) = delete;  // the pointers would point into the other one
+    GuardedBuffers& operator=(const GuardedBuffers&) = delete;
     GuardedBuffers(GuardedBuffers&&) = default;
     GuardedBuffers& operator=(GuardedBuffers&&) = default;
 

@@ -16,6 +16,7 @@ using nlohmann::json;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class Program : public test::TestFolder {
 protected:
@@ -87,6 +88,38 @@ TEST_F(Program, InfoTellsWhatThePluginSays) {
     EXPECT_EQ(report["clip"]["numChannels"], 6);
     EXPECT_EQ(report["clip"]["durationSamples"], 480000);
     EXPECT_THAT(Lineup("info").out, HasSubstr("1000 Hz at -12.04 dBFS peak"));
+}
+
+// The settings of another plug-in are bytes that mean something to it alone.
+TEST_F(Program, InfoSaysOfAnotherPluginOnlyWhatItAnswers) {
+    const std::string clicks = "info --plugin '" TEST_BUNDLES "/ClickImporter.bundle' ";
+    const auto table = Lineup(clicks);
+    EXPECT_EQ(table.exitCode, 0) << table.err;
+    EXPECT_THAT(table.out, HasSubstr("File types    none listed\n"));
+    EXPECT_THAT(table.out, HasSubstr("Settings      12 bytes of its own\n"));
+    EXPECT_THAT(table.out, HasSubstr("Picture       any size\n"));
+    EXPECT_THAT(table.out, HasSubstr("Sound         3 channels, 48000 Hz\n"));
+    EXPECT_THAT(table.out, HasSubstr("Length        60.000 s (2880000 samples)\n"));
+    EXPECT_THAT(table.out, Not(HasSubstr("Signal")));
+    const auto report = json::parse(Lineup(clicks + "--json").out);
+    EXPECT_EQ(report["plugin"]["settingsBytes"], 12);
+    EXPECT_EQ(report["clip"]["numChannels"], 3);
+    EXPECT_FALSE(report["clip"].contains("signal"));
+
+    // One whose settings have the size of ours.
+    EXPECT_THAT(Lineup("info --plugin '" TEST_BUNDLES "/Grey.bundle'").out, Not(HasSubstr("dBFS")));
+
+    const auto refused = Lineup(clicks + "--frequency 440");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("leave out --frequency"));
+}
+
+TEST_F(Program, InfoTellsWhatAPluginDoesNotSay) {
+    const std::string refusing = "info --plugin '" TEST_BUNDLES "/RefusesEverything.bundle' ";
+    EXPECT_THAT(Lineup(refusing).out, HasSubstr("Sound         not described without settings\n"));
+    const auto report = json::parse(Lineup(refusing + "--json").out);
+    EXPECT_EQ(report["clip"], nullptr);
+    EXPECT_EQ(report["plugin"]["settingsBytes"], nullptr);
 }
 
 TEST_F(Program, RenderSaysWhatItWrote) {

@@ -68,6 +68,12 @@ QString TimeWords(double seconds) {
                              : fmt::format("{}:{:02}:{}", minutes / 60, minutes % 60, rest));
 }
 
+QString TimecodeWords(std::int64_t frame, lineup::Rational frameRate) {
+    const std::int64_t rate = (std::int64_t{frameRate.num} + frameRate.den - 1) / frameRate.den;
+    const std::int64_t seconds = frame / rate;
+    return Text(fmt::format("{:02}:{:02}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60, frame % rate));
+}
+
 std::vector<ShownChannel> ShownChannels(const lineup::Clip& clip) {
     std::vector<ShownChannel> channels;
     if (const lineup::ChannelLayout* const layout = lineup::FindChannelLayout(clip.NumChannels())) {

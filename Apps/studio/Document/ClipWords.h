@@ -28,6 +28,9 @@ namespace studio {
 /// "0:04.520", "1:00:04.520".
 [[nodiscard]] QString TimeWords(double seconds);
 
+/// "00:00:01:17", frames counted without drop.
+[[nodiscard]] QString TimecodeWords(std::int64_t frame, lineup::Rational frameRate);
+
 /// One channel as a person sees it: its place in the plug-in's order, and its name.
 struct ShownChannel {
     std::size_t index;

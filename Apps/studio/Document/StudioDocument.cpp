@@ -33,9 +33,31 @@ StudioDocument::StudioDocument(std::shared_ptr<const lineup::Importer> importer,
 }
 
 std::int64_t StudioDocument::LengthSamples() const {
+    return std::max<std::int64_t>(1, SampleOfFrame(mValues.lengthFrames));
+}
+
+std::int64_t StudioDocument::SampleOfFrame(std::int64_t frame) const {
     const lineup::Rational rate = mValues.picture.frameRate;
-    const double seconds = static_cast<double>(mValues.lengthFrames) * rate.den / rate.num;
-    return std::max<std::int64_t>(1, std::llround(seconds * static_cast<double>(mClip->SampleRate())));
+    const double seconds = static_cast<double>(frame) * rate.den / rate.num;
+    return std::llround(seconds * static_cast<double>(mClip->SampleRate()));
+}
+
+// Where frames are not whole samples long, a start is rounded: one more or less.
+std::int64_t StudioDocument::FrameOf(std::int64_t sample) const {
+    const lineup::Rational rate = mValues.picture.frameRate;
+    const double seconds = static_cast<double>(sample) / static_cast<double>(mClip->SampleRate());
+    const auto frame = static_cast<std::int64_t>(std::floor(seconds * rate.num / rate.den));
+    if (SampleOfFrame(frame + 1) <= sample) {
+        return frame + 1;
+    }
+    return SampleOfFrame(frame) <= sample ? frame : frame - 1;
+}
+
+std::int64_t StudioDocument::OnFrame(std::int64_t sample) const {
+    const std::int64_t frame = FrameOf(sample);
+    const std::int64_t before = SampleOfFrame(frame);
+    const std::int64_t after = SampleOfFrame(frame + 1);
+    return sample - before <= after - sample ? before : after;
 }
 
 QString StudioDocument::Name() const {

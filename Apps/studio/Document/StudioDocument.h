@@ -28,6 +28,13 @@ public:
     /// The clip's length at its sample rate: whole frames, to the nearest sample.
     [[nodiscard]] std::int64_t LengthSamples() const;
 
+    /// The sample that a frame starts with, and the frame that a sample lies in. Frames count from 0.
+    [[nodiscard]] std::int64_t SampleOfFrame(std::int64_t frame) const;
+    [[nodiscard]] std::int64_t FrameOf(std::int64_t sample) const;
+
+    /// The start of a frame that lies nearest to a sample.
+    [[nodiscard]] std::int64_t OnFrame(std::int64_t sample) const;
+
     [[nodiscard]] QUndoStack& Undo() noexcept { return mUndo; }
     [[nodiscard]] bool IsChanged() const { return !mUndo.isClean(); }
 

@@ -1,5 +1,7 @@
 #include "Apps/studio/Window/StudioWindow.h"
 
+#include <lineup/Idents.h>
+#include <lineup/interface/Media/TickTime.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Export/ExportDialog.h"
@@ -152,15 +154,20 @@ void StudioWindow::ConnectActions() {
 
 void StudioWindow::ConnectTransport() {
     const auto on = [this](Act act, auto&& what) { connect(&mActions[act], &QAction::triggered, this, what); };
-    on(Act::Play, [this] { mPlayer.Toggle(); });
+    on(Act::Play, [this] {
+        mPlayer.Toggle();
+        if (!mPlayer.IsPlaying()) {
+            SeekTo(mPlayer.Position());
+        }
+    });
     on(Act::ToStart, [this] { mPlayer.Seek(0); });
     on(Act::ToEnd, [this] { mPlayer.Seek(mPlayer.Length()); });
-    const auto frame = [this] {
-        const lineup::Rational rate = mDocument.Values().picture.frameRate;
-        return static_cast<double>(rate.den) / rate.num;
-    };
-    on(Act::FrameBack, [this, frame] { SeekBy(-frame()); });
-    on(Act::FrameForward, [this, frame] { SeekBy(frame()); });
+    on(Act::FrameBack, [this] {
+        const std::int64_t frame = mDocument.FrameOf(mPlayer.Position());
+        const bool isBetween = mPlayer.Position() > mDocument.SampleOfFrame(frame);
+        mPlayer.Seek(mDocument.SampleOfFrame(isBetween ? frame : frame - 1));
+    });
+    on(Act::FrameForward, [this] { mPlayer.Seek(mDocument.SampleOfFrame(mDocument.FrameOf(mPlayer.Position()) + 1)); });
     on(Act::SecondBack, [this] { SeekBy(-1); });
     on(Act::SecondForward, [this] { SeekBy(1); });
     connect(&mActions[Act::Loop], &QAction::toggled, this, [this](bool loop) { mPlayer.SetLoop(loop); });
@@ -178,7 +185,9 @@ void StudioWindow::ConnectTransport() {
 void StudioWindow::ConnectViews() {
     connect(&mDocument, &StudioDocument::ClipChanged, this, &StudioWindow::ShowClip);
     connect(&mDocument, &StudioDocument::StateChanged, this, &StudioWindow::ShowTitle);
-    connect(mLanes, &LanesView::SeekWanted, &mPlayer, &Player::Seek);
+    connect(mLanes, &LanesView::SeekWanted, this, &StudioWindow::SeekTo);
+    connect(mTransport, &TransportBar::FrameWanted, this,
+            [this](std::int64_t frame) { mPlayer.Seek(mDocument.SampleOfFrame(frame)); });
     connect(&mLoader, &PictureLoader::Loaded, this, [this](const std::shared_ptr<const CardPicture>& picture) {
         mPicture = picture;
         mScope->SetPicture(picture);
@@ -204,7 +213,16 @@ void StudioWindow::ShowClip() {
     mHeader->Show(SignalWords(*clip), SoundWords(*clip) + " \u00B7 " + PictureWords(mDocument.Values().picture));
     mMeters->SetChannels(ShownChannels(*clip));
     mLanes->SetClip(clip, mDocument.LengthSamples());
+    const auto seconds = static_cast<double>(mDocument.LengthSamples()) / static_cast<double>(clip->SampleRate());
+    const lineup::Ident* const ident = lineup::FindIdent(mDocument.Values().settings);
+    const double cycles = ident == nullptr ? 0
+                                           : seconds * static_cast<double>(zelmediatypes::kTicksPerSecond) /
+                                                 static_cast<double>(ident->cycleTicks);
+    mTransport->SetLength(seconds, mDocument.Values().lengthFrames, mDocument.Values().picture.frameRate, cycles);
     mPlayer.SetClip(clip, mDocument.LengthSamples());
+    if (!mPlayer.IsPlaying()) {
+        SeekTo(mPlayer.Position());
+    }
     LoadPicture();
 }
 
@@ -223,8 +241,7 @@ void StudioWindow::ShowTitle() {
 void StudioWindow::ShowPosition() {
     const auto rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
     mLanes->SetPlayhead(mPlayer.Position(), mPlayer.IsPlaying());
-    mTransport->ShowTime(static_cast<double>(mPlayer.Position()) / rateHz,
-                         static_cast<double>(mPlayer.Length()) / rateHz);
+    mTransport->ShowTime(static_cast<double>(mPlayer.Position()) / rateHz, mDocument.FrameOf(mPlayer.Position()));
 }
 
 void StudioWindow::ShowSound() {
@@ -245,7 +262,12 @@ void StudioWindow::Tick() {
 
 void StudioWindow::SeekBy(double seconds) {
     const auto rateHz = static_cast<double>(mDocument.Clip()->SampleRate());
-    mPlayer.Seek(mPlayer.Position() + std::llround(seconds * rateHz));
+    SeekTo(mPlayer.Position() + std::llround(seconds * rateHz));
+}
+
+// The playhead stops on frames.
+void StudioWindow::SeekTo(std::int64_t sample) {
+    mPlayer.Seek(mDocument.OnFrame(sample));
 }
 
 void StudioWindow::EditTone() {

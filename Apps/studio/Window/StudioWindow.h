@@ -56,6 +56,7 @@ private:
     void ShowSound();
     void Tick();
     void SeekBy(double seconds);
+    void SeekTo(std::int64_t sample);
     void EditTone();
     void Export();
     void Dress(Appearance appearance);

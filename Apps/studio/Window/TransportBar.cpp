@@ -1,5 +1,7 @@
 #include "Apps/studio/Window/TransportBar.h"
 
+#include <lineup/Timecode.h>
+#include <lineup/UsageError.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Apps/studio/Window/TransportIcons.h"
@@ -7,6 +9,10 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace studio {
 
@@ -23,11 +29,28 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
       mPlay(Button(actions[Act::Play])),
       mLoop(Button(actions[Act::Loop])),
       mTime(new QLabel(this)),
+      mTimecode(new QLineEdit(this)),
+      mFrame(new QSpinBox(this)),
       mLength(new QLabel(this)),
       mSound(new QLabel(this)) {
     setObjectName("transport");
     mTime->setObjectName("time");
     mTime->setAccessibleName(tr("Time"));
+    mTimecode->setObjectName("timecode");
+    mTimecode->setAccessibleName(tr("Time code"));
+    mTimecode->setToolTip(tr("Time code of the playhead; type one and press Enter to go there"));
+    mTimecode->setAlignment(Qt::AlignCenter);
+    mTimecode->setFixedWidth(fontMetrics().horizontalAdvance("00:00:00:00") + 20);
+    connect(mTimecode, &QLineEdit::returnPressed, this, &TransportBar::TimecodeTyped);
+    mFrame->setObjectName("frame");
+    mFrame->setAccessibleName(tr("Frame"));
+    mFrame->findChild<QLineEdit*>()->setAccessibleName(tr("Frame"));
+    mFrame->setToolTip(tr("Frame of the playhead; type one and press Enter to go there"));
+    mFrame->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    mFrame->setKeyboardTracking(false);
+    mFrame->setPrefix(tr("frame "));
+    connect(mFrame, &QSpinBox::valueChanged, this, [this](int frame) { Q_EMIT FrameWanted(frame); });
+    mLength->setObjectName("lengthText");
     mLength->setAccessibleName(tr("Length"));
     mSound->setObjectName("sound");
     mSound->setAccessibleName(tr("Sound"));
@@ -43,6 +66,9 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
     layout->addWidget(mLoop);
     layout->addSpacing(12);
     layout->addWidget(mTime);
+    layout->addSpacing(4);
+    layout->addWidget(mTimecode);
+    layout->addWidget(mFrame);
     layout->addSpacing(4);
     layout->addWidget(mLength);
     layout->addWidget(mSound, 1);
@@ -84,9 +110,39 @@ void TransportBar::ShowPlaying(bool playing) {
     mLoop->setPalette(mActions[Act::Loop].isChecked() ? palette : this->palette());
 }
 
-void TransportBar::ShowTime(double seconds, double lengthSeconds) {
+// What is being typed stays.
+void TransportBar::ShowTime(double seconds, std::int64_t frame) {
     mTime->setText(TimeWords(seconds));
-    mLength->setText("/ " + TimeWords(lengthSeconds));
+    if (!mTimecode->hasFocus()) {
+        mTimecode->setText(TimecodeWords(frame, mFrameRate));
+    }
+    if (!mFrame->hasFocus()) {
+        const QSignalBlocker quiet(mFrame);
+        mFrame->setValue(static_cast<int>(frame));
+    }
+}
+
+void TransportBar::SetLength(double seconds, std::int64_t frames, lineup::Rational frameRate, double cycles) {
+    mFrameRate = frameRate;
+    const QSignalBlocker quiet(mFrame);
+    mFrame->setRange(0, static_cast<int>(std::min<std::int64_t>(frames, std::numeric_limits<int>::max())));
+    mTimecode->setVisible(lineup::Timecode::Labels(frameRate));
+    QString text = "/ " + TimeWords(seconds) + tr(" \u00B7 %1 frames").arg(frames);
+    if (cycles > 0) {
+        const double shown = std::round(cycles * 100) / 100;
+        text += shown == 1 ? tr(" \u00B7 1 cycle") : tr(" \u00B7 %1 cycles").arg(shown);
+    }
+    mLength->setText(text);
+}
+
+void TransportBar::TimecodeTyped() {
+    try {
+        const lineup::Timecode typed(mTimecode->text().toStdString(), mFrameRate);
+        mTimecode->clearFocus();
+        Q_EMIT FrameWanted(typed.Frames());
+    } catch (const lineup::UsageError&) {
+        mTimecode->selectAll();  // to be typed again
+    }
 }
 
 void TransportBar::ShowSound(const QString& text, bool isWarning) {

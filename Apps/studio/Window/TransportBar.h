@@ -1,8 +1,11 @@
 #pragma once
 
+#include <lineup/Rational.h>
 #include "Apps/studio/Window/Actions.h"
 
 #include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QWidget>
 
@@ -16,10 +19,17 @@ public:
     explicit TransportBar(const Actions& actions, QWidget* parent = nullptr);
 
     void ShowPlaying(bool playing);
-    void ShowTime(double seconds, double lengthSeconds);
+    void ShowTime(double seconds, std::int64_t frame);
+
+    /// `cycles`: how often the clip's sequence is heard in it; 0 for a steady tone.
+    void SetLength(double seconds, std::int64_t frames, lineup::Rational frameRate, double cycles);
 
     /// `isWarning`: it does not come out as the clip has it.
     void ShowSound(const QString& text, bool isWarning);
+
+Q_SIGNALS:
+    /// A person typed a frame number or a time code.
+    void FrameWanted(std::int64_t frame);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -27,13 +37,17 @@ protected:
 private:
     QToolButton* Button(QAction& action);
     void Dress();
+    void TimecodeTyped();
 
     const Actions& mActions;
     QToolButton* mToStart;
     QToolButton* mPlay;
     QToolButton* mLoop;
     QLabel* mTime;
+    QLineEdit* mTimecode;
+    QSpinBox* mFrame;
     QLabel* mLength;
+    lineup::Rational mFrameRate{25, 1};
     QLabel* mSound;
     bool mIsPlaying = false;
     bool mIsWarning = false;

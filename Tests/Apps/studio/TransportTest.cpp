@@ -1,6 +1,8 @@
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
 #include <QWheelEvent>
 
 namespace {
@@ -36,10 +38,51 @@ TEST_F(Transport, KeysSeek) {
     EXPECT_EQ(Sound().Position(), 0);
 }
 
-TEST_F(Transport, AClickIntoTheLanesSeeks) {
-    const int x = static_cast<int>(Lanes().X(120000));
+TEST_F(Transport, AClickIntoTheLanesSeeksToTheNearestFrame) {
+    const int x = static_cast<int>(Lanes().X(120000));  // in the middle of frame 62
     QTest::mouseClick(&Lanes(), Qt::LeftButton, {}, QPoint(x, Lanes().height() / 2));
-    EXPECT_NEAR(static_cast<double>(Sound().Position()), 120000, Lanes().Span().SamplesPerPixel());
+    EXPECT_NEAR(static_cast<double>(Sound().Position()), 120000, 960 + Lanes().Span().SamplesPerPixel());
+    EXPECT_EQ(Sound().Position() % 1920, 0);
+}
+
+TEST_F(Transport, FramesOf2997AreSteppedThroughWithoutDrift) {
+    lineup::ClipDocument ntsc;
+    ntsc.picture.frameRate = {30000, 1001};
+    ntsc.lengthFrames = 300;
+    Window().Document().New(ntsc);
+    for (int frame = 1; frame <= 7; ++frame) {
+        Press(Qt::Key_Right);
+        EXPECT_EQ(Sound().Position(), std::llround(frame * 1601.6));
+    }
+    for (int frame = 6; frame >= 0; --frame) {
+        Press(Qt::Key_Left);
+        EXPECT_EQ(Sound().Position(), std::llround(frame * 1601.6));
+    }
+}
+
+TEST_F(Transport, FrameNumberAndTimeCodeAreShownAndTyped) {
+    lineup::ClipDocument blits = test::DocumentWith("blits");
+    blits.lengthFrames = 670;
+    Window().Document().New(blits);
+    EXPECT_EQ(Find<QLabel>("lengthText").text(), QString::fromUtf8("/ 0:26.800 \u00B7 670 frames \u00B7 2 cycles"));
+    auto& frame = Find<QSpinBox>("frame");
+    auto& timecode = Find<QLineEdit>("timecode");
+    Press(Qt::Key_Right);
+    EXPECT_EQ(frame.value(), 1);
+    EXPECT_EQ(timecode.text(), "00:00:00:01");
+    frame.setFocus();
+    frame.selectAll();
+    QTest::keyClicks(&frame, "42");
+    QTest::keyClick(&frame, Qt::Key_Return);
+    EXPECT_EQ(Sound().Position(), 42 * 1920);
+    EXPECT_EQ(timecode.text(), "00:00:01:17");
+    timecode.setFocus();
+    timecode.setText("00:00:02:05");
+    QTest::keyClick(&timecode, Qt::Key_Return);
+    EXPECT_EQ(Sound().Position(), 55 * 1920);
+    timecode.setText("00:00:02:25");  // there are 25 frames in a second, 0 to 24
+    QTest::keyClick(&timecode, Qt::Key_Return);
+    EXPECT_EQ(Sound().Position(), 55 * 1920);
 }
 
 TEST_F(Transport, SpacePlaysAndPauses) {
@@ -48,7 +91,7 @@ TEST_F(Transport, SpacePlaysAndPauses) {
     Press(Qt::Key_Space);
     EXPECT_FALSE(Sound().IsPlaying());
     const std::int64_t position = Sound().Position();
-    EXPECT_GT(position, 4800);
+    EXPECT_EQ(position % 1920, 0);  // the start of a frame
     QApplication::processEvents();
     EXPECT_EQ(Sound().Position(), position);
 }

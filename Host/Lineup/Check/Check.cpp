@@ -1,5 +1,7 @@
 #include <lineup/Check.h>
+#include "Host/Lineup/Check/Reader/RecordingName.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
+#include "Host/Lineup/Check/ReadingFaults.h"
 #include "Host/Lineup/Check/Sound/CheckSound.h"
 
 #include <fmt/format.h>
@@ -51,13 +53,17 @@ void CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const Importer>
                   const CheckSettings& settings, Watch& watch, CheckReport& report) {
     watch.SetAll(reader.Seconds());
     const double rate = reader.SampleRate();
+    std::int64_t read = 0;
     SoundFindings findings = CheckSound(reader, importer, settings, [&](std::int64_t samples) {
+        read = samples;
         return watch.At(static_cast<double>(samples) / rate);
     });
     report.verdict = findings.verdict;
     report.sound = std::move(findings.sound);
     report.faults = std::move(findings.faults);
     Append(report.notes, std::move(findings.notes));
+    const bool isStream = ParseRecordingName(report.source).kind == RecordingName::Kind::kUrl;
+    AddReadingFaults(reader, isStream, read, report);
     Append(report.notes, reader.Notes());
 }
 

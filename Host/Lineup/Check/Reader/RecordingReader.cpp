@@ -87,11 +87,13 @@ void RecordingReader::TakeUp(const DecoderMessage& message) {
 }
 
 void RecordingReader::Finish(const std::optional<decoding::End>& end) {
+    const auto cause = end ? std::optional(static_cast<EndCause>(end->cause)) : std::nullopt;
     mHasEnded = true;
+    mHasBrokenOff = !cause || cause == EndCause::kCutShort || cause == EndCause::kNoMemory;
     mTracks->PadAll();
-    if (!end) {
+    if (!cause) {
         mEndedBecause = WithCause("the decoder ended too early", mEnding());
-    } else if (end->cause != static_cast<std::uint32_t>(EndCause::kWhole)) {
+    } else if (cause != EndCause::kWhole) {
         mEndedBecause = FieldText(end->reason);
     }
 }

@@ -39,6 +39,10 @@ public:
     [[nodiscard]] std::vector<DamagedStretch> Damage() const override { return mTracks->Damage(); }
     [[nodiscard]] std::optional<std::string> EndedBecause() const override { return mEndedBecause; }
 
+    /// Whether reading ended because something went wrong, and not because the recording is over, was cut off or
+    /// stalled.
+    [[nodiscard]] bool HasBrokenOff() const noexcept { return mHasBrokenOff; }
+
     /// The length that the recording gives itself, s.
     [[nodiscard]] std::optional<double> Seconds() const noexcept { return mSeconds; }
 
@@ -59,6 +63,7 @@ private:
     std::optional<DecodedTracks> mTracks;
     std::optional<double> mSeconds;
     bool mHasEnded = false;
+    bool mHasBrokenOff = false;
     std::optional<std::string> mEndedBecause;
 };
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <sstream>
@@ -131,6 +132,32 @@ TEST_F(Check, SaysWhyARecordingCannotBeRead) {
     EXPECT_EQ(note(".")["text"], "The recording cannot be read: it is a folder.");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -f lavfi -i testsrc=d=1:s=64x64 -c:v mpeg4 silent.mov").exitCode, 0);
     EXPECT_EQ(note("silent.mov")["id"], "no-sound");
+}
+
+TEST_F(Check, SaysWhereARecordingIsDamaged) {
+    Send("sent.wav");
+    ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i sent.wav -c:a flac got.flac").exitCode, 0);
+    std::string bytes = test::ReadFile(Folder() / "got.flac");
+    for (std::size_t i = 0; i < 2000; ++i) {
+        bytes[bytes.size() / 2 + i] = static_cast<char>(i * 31);
+    }
+    test::WriteFile(Folder() / "got.flac", bytes);
+    const auto result = Lineup("check got.flac --json");
+    EXPECT_EQ(result.exitCode, 1);
+    const json report = json::parse(result.out);
+    ASSERT_THAT(FaultIds(report), testing::Contains("dropout"));
+    const auto dropout = std::ranges::find(report["faults"], "dropout", [](const json& fault) { return fault["id"]; });
+    EXPECT_GT((*dropout)["at"], 0);
+    EXPECT_LT((*dropout)["at"], 13.4);
+}
+
+TEST_F(Check, SaysInANoteWhereARecordingWasCutOff) {
+    Send("sent.wav");
+    ASSERT_EQ(Shell("ffmpeg -v error -nostdin -stream_loop 1 -i sent.wav -c:a flac got.flac").exitCode, 0);
+    fs::resize_file(Folder() / "got.flac", fs::file_size(Folder() / "got.flac") * 3 / 4);
+    const auto result = Lineup("check got.flac --json");
+    EXPECT_EQ(result.exitCode, 0) << result.out;
+    EXPECT_EQ(json::parse(result.out)["notes"][0]["id"], "ended-early");
 }
 
 TEST_F(Check, PrintsALineOfJsonForEachRecordingInTheirOrder) {

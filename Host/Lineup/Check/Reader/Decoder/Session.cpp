@@ -130,7 +130,7 @@ private:
     void RequireWholeTracks() const {
         for (const auto& track : mTracks) {
             if (!track->Trouble().empty()) {
-                throw EarlyEnd(EndCause::kCutShort, "its end cannot be decoded: " + track->Trouble());
+                throw EarlyEnd(EndCause::kRaggedEnd, "its end cannot be decoded: " + track->Trouble());
             }
         }
     }

@@ -97,7 +97,7 @@ DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte>
             return ParseReading(body);
         case MessageKind::kEnd: {
             const auto end = Whole<End>(body);
-            Require(end.cause <= static_cast<std::uint32_t>(EndCause::kNoMemory), "it ends for no known cause");
+            Require(end.cause <= static_cast<std::uint32_t>(EndCause::kRaggedEnd), "it ends for no known cause");
             mStage = Stage::kEnded;
             return end;
         }

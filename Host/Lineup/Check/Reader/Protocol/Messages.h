@@ -105,6 +105,7 @@ enum class EndCause : std::uint32_t {
     kCutShort,  ///< reading or decoding failed on the way
     kStalled,   ///< nothing has arrived for too long
     kNoMemory,
+    kRaggedEnd,  ///< its last packets cannot be decoded: it was cut off there
 };
 
 struct End {

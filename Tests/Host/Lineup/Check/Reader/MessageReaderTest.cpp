@@ -202,8 +202,8 @@ TEST(MessageReader, TakesNoSignOfWorkWithoutWork) {
 }
 
 TEST(MessageReader, TakesNoEndForAnUnknownCause) {
-    EXPECT_EQ(ReadAll(Words().Hello().End(EndCause::kNoMemory)), "");
-    EXPECT_THAT(ReadAll(Words().Hello().End(EndCause{6})), HasSubstr("no known cause"));
+    EXPECT_EQ(ReadAll(Words().Hello().End(EndCause::kRaggedEnd)), "");
+    EXPECT_THAT(ReadAll(Words().Hello().End(EndCause{7})), HasSubstr("no known cause"));
 }
 
 TEST(MessageReader, LeavesNothingInATextThatATerminalWouldObey) {

@@ -105,7 +105,7 @@ protected:
     }
 };
 
-constexpr std::chrono::milliseconds kShort{200};
+constexpr std::chrono::milliseconds kShort{500};
 constexpr std::chrono::milliseconds kLong{60000};
 
 TEST_F(Streams, AreReadToTheirEnd) {
@@ -123,7 +123,7 @@ TEST_F(Streams, ThatSendNothingEndWithAReason) {
         static_cast<void>(Open(kShort));
         FAIL();
     } catch (const lineup::Unreadable& unreadable) {
-        EXPECT_STREQ(unreadable.what(), "nothing has arrived for 0.2 s");
+        EXPECT_STREQ(unreadable.what(), "nothing has arrived for 0.5 s");
     }
 }
 
@@ -137,7 +137,7 @@ TEST_F(Streams, ThatStallAreReadUpToThere) {
     const std::size_t samples = ReadAll(*reader);
     EXPECT_GT(samples, 24000U);
     EXPECT_LT(samples, 60000U);
-    EXPECT_EQ(reader->EndedBecause().value_or("whole"), "nothing has arrived for 0.2 s");
+    EXPECT_EQ(reader->EndedBecause().value_or("whole"), "nothing has arrived for 0.5 s");
 }
 
 TEST_F(Streams, ThatBreakOffAreReadUpToThere) {

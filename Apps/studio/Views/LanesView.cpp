@@ -185,6 +185,10 @@ void LanesView::paintEvent(QPaintEvent* event) {
         painter.setPen(theme.text);
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, mProblem);
     }
+    if (hasFocus()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
     const double x = std::round(X(mPlayhead)) + 0.5;
     if (x >= Gutter()) {
         painter.setPen(QPen(theme.playhead, 1));

@@ -26,9 +26,7 @@ QPushButton* Button(QAction& action, QWidget* parent) {
 HeaderBar::HeaderBar(const Actions& actions, QWidget* parent)
     : QWidget(parent), mSignal(new QLabel(this)), mDetails(new QLabel(this)) {
     mSignal->setObjectName("signal");
-    mSignal->setAccessibleName(tr("Sound of the clip"));
     mDetails->setObjectName("details");
-    mDetails->setAccessibleName(tr("Format of the clip"));
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * kSignalSize);
     large.setBold(true);
@@ -48,7 +46,9 @@ HeaderBar::HeaderBar(const Actions& actions, QWidget* parent)
 
 void HeaderBar::Show(const QString& signal, const QString& details) {
     mSignal->setText(signal);
+    mSignal->setAccessibleName(tr("Sound of the clip: %1").arg(signal));
     mDetails->setText(details);
+    mDetails->setAccessibleName(tr("Format of the clip: %1").arg(details));
 }
 
 }  // namespace studio

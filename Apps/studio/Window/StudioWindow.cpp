@@ -6,10 +6,12 @@
 #include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Export/ExportDialog.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
@@ -361,6 +363,16 @@ void StudioWindow::closeEvent(QCloseEvent* event) {
         mExportPanel->Abandon();
         event->accept();
     }
+}
+
+// Outside of dialogs buttons leave Enter alone.
+void StudioWindow::keyPressEvent(QKeyEvent* event) {
+    auto* const button = qobject_cast<QAbstractButton*>(focusWidget());
+    if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        button->click();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
 }
 
 void StudioWindow::dragEnterEvent(QDragEnterEvent* event) {

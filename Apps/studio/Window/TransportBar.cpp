@@ -35,7 +35,6 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
       mSound(new QLabel(this)) {
     setObjectName("transport");
     mTime->setObjectName("time");
-    mTime->setAccessibleName(tr("Time"));
     mTimecode->setObjectName("timecode");
     mTimecode->setAccessibleName(tr("Time code"));
     mTimecode->setToolTip(tr("Time code of the playhead; type one and press Enter to go there"));
@@ -51,9 +50,7 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
     mFrame->setPrefix(tr("frame "));
     connect(mFrame, &QSpinBox::valueChanged, this, [this](int frame) { Q_EMIT FrameWanted(frame); });
     mLength->setObjectName("lengthText");
-    mLength->setAccessibleName(tr("Length"));
     mSound->setObjectName("sound");
-    mSound->setAccessibleName(tr("Sound"));
     mSound->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QFont large = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     large.setPointSizeF(font().pointSizeF() * kTimeSize);
@@ -113,6 +110,7 @@ void TransportBar::ShowPlaying(bool playing) {
 // What is being typed stays.
 void TransportBar::ShowTime(double seconds, std::int64_t frame) {
     mTime->setText(TimeWords(seconds));
+    mTime->setAccessibleName(tr("Time: %1").arg(mTime->text()));
     if (!mTimecode->hasFocus()) {
         mTimecode->setText(TimecodeWords(frame, mFrameRate));
     }
@@ -133,6 +131,7 @@ void TransportBar::SetLength(double seconds, std::int64_t frames, lineup::Ration
         text += shown == 1 ? tr(" \u00B7 1 cycle") : tr(" \u00B7 %1 cycles").arg(shown);
     }
     mLength->setText(text);
+    mLength->setAccessibleName(tr("Length: %1").arg(text.mid(2)));
 }
 
 void TransportBar::TimecodeTyped() {
@@ -148,6 +147,7 @@ void TransportBar::TimecodeTyped() {
 void TransportBar::ShowSound(const QString& text, bool isWarning) {
     mIsWarning = isWarning;
     mSound->setText(text);
+    mSound->setAccessibleName(tr("Sound: %1").arg(text));
     mSound->setToolTip(text);
     Dress();
 }

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPushButton>
 #include <QSettings>
 #include <QUrl>
 
@@ -248,6 +249,35 @@ TEST_F(StudioWindowTest, ReadsWhatTheExportWillHoldOrThePlugInsOwnNumbers) {
     WaitFor([&] { return yellow().contains(QString::fromUtf8("BT.709  Y\u2032 69.3 %")); }, "the exported value");
     Window().Commands()[Act::OwnNumbers].trigger();
     WaitFor([&] { return yellow().contains(QString::fromUtf8("BT.601  Y\u2032 66.2 %")); }, "the plug-in's value");
+}
+
+TEST_F(StudioWindowTest, EnterPressesTheButtonThatHasTheFocus) {
+    auto& button = Find<QPushButton>("clipSettingsButton");
+    button.setFocus();
+    test::WithDialog([&] { QTest::keyClick(&button, Qt::Key_Return); },
+                     [](DialogHands& hands) {
+                         EXPECT_EQ(hands.Dialog().objectName(), "clipDialog");
+                         hands.Press(Qt::Key_Escape);
+                     });
+}
+
+TEST_F(StudioWindowTest, LabelsSayTheirValuesToAScreenReader) {
+    const auto spoken = [&](const char* name) {
+        return QAccessible::queryAccessibleInterface(&Find(name))->text(QAccessible::Name);
+    };
+    EXPECT_EQ(spoken("signal"), QString::fromUtf8("Sound of the clip: 1000 Hz at \u221212.04 dBFS"));
+    EXPECT_THAT(spoken("details").toStdString(), HasSubstr("48 kHz"));
+    EXPECT_EQ(spoken("lengthText"), QString::fromUtf8("Length: 0:05.000 \u00B7 125 frames"));
+    Press(Qt::Key_Right);
+    EXPECT_EQ(spoken("time"), "Time: 0:00.040");
+}
+
+TEST_F(StudioWindowTest, TheFocusIsVisibleInTheLanes) {
+    auto& lanes = Find<studio::LanesView>("lanes");
+    const QRgb without = lanes.grab().toImage().pixel(1, lanes.height() / 2);
+    Press(Qt::Key_Home);  // makes the window the active one
+    lanes.setFocus();
+    EXPECT_NE(lanes.grab().toImage().pixel(1, lanes.height() / 2), without);
 }
 
 TEST_F(StudioWindowTest, WhatCanHaveTheFocusHasAnAccessibleName) {

@@ -85,9 +85,17 @@ SoundFindings NothingFound(const SoundSource& source, const CheckSettings& setti
     SoundFindings findings;
     findings.sound.sampleRate = source.SampleRate();
     findings.sound.inputs = source.Inputs();
-    const std::string what = settings.expect == "auto" ? "line-up" : settings.expect;
-    findings.notes.push_back({"no-line-up", CheckPart::kSound,
-                              "No " + what + " was found. A whole cycle of it would settle what the path did."});
+    if (settings.expect == "none") {
+        findings.verdict = CheckVerdict::kRight;
+    } else if (settings.expect == "tone") {
+        findings.notes.push_back(
+            {"steady-tone", CheckPart::kSound,
+             "A steady tone is not examined; an identification sequence would settle what the path did."});
+    } else {
+        findings.notes.push_back(
+            {"no-line-up", CheckPart::kSound,
+             "No identification sequence was found. A whole cycle of one would settle what the path did."});
+    }
     return findings;
 }
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <utility>
 
 namespace lineup::sound {
 
@@ -27,12 +29,41 @@ void DecidePolarity(Case& check) {
     }
 }
 
+// What a codec's noise may have turned the phase of an input's tones by, in samples of delay. It goes with the tone, so
+// that it does not average out.
+double CodecDoubt(const Case& check, std::size_t input) {
+    const Arrival& arrival = check.At(input);
+    if (!check.facts.lossy.value_or(false) || !arrival.channel) {
+        return 0;
+    }
+    double lowest = 0;
+    for (const RefBurst& burst : check.Sent().bursts) {
+        const bool lower = lowest == 0 || burst.frequency < lowest;
+        lowest = burst.channel == *arrival.channel && lower ? burst.frequency : lowest;
+    }
+    const double tone = arrival.gain * check.Sent().Level() / std::numbers::sqrt2;
+    const double noise = std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20);
+    return lowest > 0 ? noise / tone / (2 * std::numbers::pi * lowest) * check.facts.rate : 0;
+}
+
+// The others' doubt is that of the delay that all count from.
+double UsualDoubt(const Case& check) {
+    std::vector<double> doubts;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        if (check.At(input).channel) {
+            doubts.push_back(CodecDoubt(check, input));
+        }
+    }
+    return MedianOf(std::move(doubts));
+}
+
 void DecideDelay(Case& check) {
+    const double usual = UsualDoubt(check);
     const double tolerance = check.Tolerance("delay");
     std::vector<std::pair<double, std::size_t>> late;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const auto& delay = check.findings.sound.channels[input].delay;
-        if (delay && std::abs(*delay) > tolerance && !check.folded[input]) {
+        if (delay && std::abs(*delay) > tolerance + std::max(usual, CodecDoubt(check, input)) && !check.folded[input]) {
             late.emplace_back(*delay, input);
         }
     }

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace lineup::sound {
@@ -29,6 +31,14 @@ CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& input
 
 void Case::Note(std::string_view id, std::string text) {
     findings.notes.push_back({std::string(id), CheckPart::kSound, std::move(text)});
+}
+
+double CodecNoise(const Case& check, std::size_t input) {
+    const double tone = check.At(input).gain * check.Sent().Level() / std::numbers::sqrt2;
+    if (!check.facts.lossy.value_or(false) || !check.At(input).sounds || tone <= 0) {
+        return 0;
+    }
+    return std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
 }
 
 std::string Listed(const std::vector<std::string>& words) {

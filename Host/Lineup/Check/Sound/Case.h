@@ -52,6 +52,10 @@ struct Case {
 [[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
 [[nodiscard]] std::string Listed(const std::vector<std::string>& words);
 
+/// What a lossy codec leaves under an input's tones, in parts of their amplitude: it goes with the tone, does not
+/// average out, and may have moved what was measured by as much. 0 where the codec is not lossy.
+[[nodiscard]] double CodecNoise(const Case& check, std::size_t input);
+
 // What is said about a line-up, each about its own subject.
 void DecideSequence(Case& check);
 void DecideChannels(Case& check);

@@ -78,7 +78,8 @@ void DecideLevels(Case& check) {
     double furthest = 0;
     for (const Deviation& deviation : deviations) {
         const double off = deviation.db - shared;
-        if (std::abs(off) > tolerance) {
+        const double doubt = DbFromGain(1 + CodecNoise(check, deviation.input));
+        if (std::abs(off) > tolerance + doubt) {
             others.push_back(deviation.input);
             furthest = std::abs(off) > std::abs(furthest) ? off : furthest;
         }

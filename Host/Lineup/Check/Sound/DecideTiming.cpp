@@ -29,8 +29,7 @@ void DecidePolarity(Case& check) {
     }
 }
 
-// What a codec's noise may have turned the phase of an input's tones by, in samples of delay. It goes with the tone, so
-// that it does not average out.
+// What a codec's noise may have turned the phase of an input's tones by, in samples of delay.
 double CodecDoubt(const Case& check, std::size_t input) {
     const Arrival& arrival = check.At(input);
     if (!check.facts.lossy.value_or(false) || !arrival.channel) {
@@ -41,9 +40,7 @@ double CodecDoubt(const Case& check, std::size_t input) {
         const bool lower = lowest == 0 || burst.frequency < lowest;
         lowest = burst.channel == *arrival.channel && lower ? burst.frequency : lowest;
     }
-    const double tone = arrival.gain * check.Sent().Level() / std::numbers::sqrt2;
-    const double noise = std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20);
-    return lowest > 0 ? noise / tone / (2 * std::numbers::pi * lowest) * check.facts.rate : 0;
+    return lowest > 0 ? CodecNoise(check, input) / (2 * std::numbers::pi * lowest) * check.facts.rate : 0;
 }
 
 // The others' doubt is that of the delay that all count from.

@@ -12,10 +12,10 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kSlack = 0.05;         // s: what a sighting may be off
-constexpr double kLateEnough = 0.008;   // s: an input that is measured again with its delay
-constexpr double kEdgesAgree = 0.0005;  // s
-constexpr double kPure = 0.5;           // of a block's energy
+constexpr double kSlack = 0.05;          // s: what a sighting may be off
+constexpr double kLateEnough = 0.008;    // s: an input that is measured again with its delay
+constexpr double kEdgesAgree = 0.00003;  // s
+constexpr double kPure = 0.5;            // of a block's energy
 
 std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
     std::vector<SlotNumber> slots;
@@ -129,11 +129,14 @@ public:
                 delays.push_back(survey.inputs[input].delay);
             }
         }
-        // A tone without edges is taken to be as late as the others.
-        const double usual = MedianOf(std::move(delays));
+        // A tone without edges is taken to be as late as the others, or as all edges together have it.
+        const bool known = !delays.empty() || EdgesKnowTogether();
+        const double usual = delays.empty() ? WeightedMedian(mEdges) : MedianOf(std::move(delays));
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (!mCoarse[input]) {
                 survey.inputs[input] = InputOf(input, usual - mDelays[input]);
+                survey.inputs[input].polarity = known ? survey.inputs[input].polarity : 0;
+                survey.inputs[input].exact = known && survey.inputs[input].exact;
             }
         }
         return survey;
@@ -151,6 +154,7 @@ private:
         }
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
         mCoarse.assign(mArrivals.size(), std::nullopt);
+        mEdges.clear();
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             std::vector<Vote> late;
             for (const SlotSound& sound : sounds) {
@@ -160,7 +164,8 @@ private:
                     late.insert(late.end(), more.begin(), more.end());
                 }
             }
-            // Edges that do not agree, as under a codec's noise, say no more than none.
+            mEdges.insert(mEdges.end(), late.begin(), late.end());
+            // Edges that do not agree, as under a codec's noise, say too little about one input.
             const double usual = WeightedMedian(late);
             std::vector<double> off;
             for (const Vote& vote : late) {
@@ -170,6 +175,18 @@ private:
                 mCoarse[input] = usual;
             }
         }
+    }
+
+    // The median of all edges is off by far less than half a period.
+    [[nodiscard]] bool EdgesKnowTogether() const {
+        constexpr double kMostDoubt = 0.00006;  // s, standard deviation
+        const double middle = WeightedMedian(mEdges);
+        std::vector<double> off;
+        for (const Vote& edge : mEdges) {
+            off.push_back(std::abs(edge.value - middle));
+        }
+        const auto count = static_cast<double>(off.size());
+        return count > 0 && 1.85 * MedianOf(std::move(off)) / std::sqrt(count) < kMostDoubt;
     }
 
     [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
@@ -193,6 +210,7 @@ private:
     Cells mCells{{}, 0};
     std::vector<Arrival> mArrivals;
     std::vector<std::optional<double>> mCoarse;
+    std::vector<Vote> mEdges;  // of all inputs
 };
 
 }  // namespace

@@ -1,20 +1,18 @@
 #pragma once
 
+#include "Host/Lineup/Validation/Probes/GuardedBuffers.h"
+
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
+/// The validator's guarded buffers, as tests of samples ask about them.
 namespace test {
 
-/// A NaN that no computation makes: a float that still holds it was never written.
-inline constexpr std::uint32_t kUnwrittenBits = 0x7FA5C3E1;
-
-inline bool IsUnwritten(float value) {
-    return std::bit_cast<std::uint32_t>(value) == kUnwrittenBits;
-}
+using lineup::validation::IsUnwritten;
 
 /// The same bits, or NaN on both sides: the sign and payload of a computed NaN are the processor's own affair. A sample
 /// that was never written is the same as nothing but itself.
@@ -30,67 +28,43 @@ inline bool IsOpposite(float a, float b) {
     return std::isnan(a) ? std::isnan(b) && !IsUnwritten(b) : SameSample(-a, b);
 }
 
-/// A float buffer with guards on both sides, all of it holding the tagged NaN until written.
-class GuardedBuffer {
+/// The samples of one guarded buffer.
+class GuardedChannel {
 public:
-    explicit GuardedBuffer(std::size_t size)
-        : mSize(size), mMemory(size + 2 * kGuard, std::bit_cast<float>(kUnwrittenBits)) {}
+    explicit GuardedChannel(std::span<float> samples) : mSamples(samples) {}
 
-    [[nodiscard]] float* Data() { return mMemory.data() + kGuard; }
-    [[nodiscard]] std::span<float> Samples() { return {Data(), mSize}; }
-    float& operator[](std::size_t index) { return mMemory.at(kGuard + index); }
-
-    /// No guard was written.
-    [[nodiscard]] bool GuardsIntact() const {
-        for (std::size_t i = 0; i < kGuard; ++i) {
-            if (!IsUnwritten(mMemory[i]) || !IsUnwritten(mMemory[kGuard + mSize + i])) {
-                return false;
-            }
-        }
-        return true;
-    }
+    [[nodiscard]] float* Data() const { return mSamples.data(); }
+    [[nodiscard]] std::span<float> Samples() const { return mSamples; }
+    float& operator[](std::size_t index) const { return mSamples[index]; }
 
     /// The samples never written.
-    [[nodiscard]] std::size_t UnwrittenSamples() {
-        std::size_t count = 0;
-        for (const float sample : Samples()) {
-            count += IsUnwritten(sample) ? 1U : 0U;
-        }
-        return count;
+    [[nodiscard]] std::size_t UnwrittenSamples() const {
+        return static_cast<std::size_t>(std::ranges::count_if(mSamples, IsUnwritten));
     }
 
 private:
-    static constexpr std::size_t kGuard = 64;
-
-    std::size_t mSize;
-    std::vector<float> mMemory;
+    std::span<float> mSamples;
 };
 
-/// The buffers of a request: one guarded buffer a channel, and the pointers a request carries.
-class GuardedChannels {
+/// The buffers of a request.
+class GuardedChannels : public lineup::validation::GuardedBuffers {
 public:
-    GuardedChannels(std::size_t channels, std::size_t samples) : mChannels(channels, GuardedBuffer(samples)) {
-        for (auto& channel : mChannels) {
-            mPointers.push_back(channel.Data());
-        }
-    }
+    using GuardedBuffers::GuardedBuffers;
 
-    [[nodiscard]] float** Pointers() { return mPointers.data(); }
-    GuardedBuffer& operator[](std::size_t channel) { return mChannels.at(channel); }
-    [[nodiscard]] std::size_t Size() const { return mChannels.size(); }
+    GuardedChannel operator[](std::size_t channel) { return GuardedChannel(Channel(channel)); }
+    [[nodiscard]] std::size_t Size() const { return Channels(); }
 
-    [[nodiscard]] bool GuardsIntact() const {
-        for (const auto& channel : mChannels) {
-            if (!channel.GuardsIntact()) {
-                return false;
-            }
-        }
-        return true;
-    }
+    /// No guard was written.
+    [[nodiscard]] bool GuardsIntact() const { return WrittenOutside().empty(); }
+};
 
-private:
-    std::vector<GuardedBuffer> mChannels;
-    std::vector<float*> mPointers;
+/// One buffer alone.
+class GuardedBuffer : private GuardedChannels, public GuardedChannel {
+public:
+    explicit GuardedBuffer(std::size_t size) : GuardedChannels(1, size), GuardedChannel(Channel(0)) {}
+
+    using GuardedChannel::operator[];
+    using GuardedChannels::GuardsIntact;
 };
 
 }  // namespace test

@@ -8,7 +8,7 @@ namespace {
 
 std::int32_t SendRecord(ImportSelector selector, RequestRecord& record) {
     const std::int32_t result = Request(selector, nullptr, record.Data());
-    EXPECT_TRUE(record.Untouched()) << "selector " << selector << " wrote to its request record";
+    EXPECT_TRUE(record.IsUntouched()) << "selector " << selector << " wrote to its request record";
     return result;
 }
 

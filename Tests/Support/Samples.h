@@ -44,7 +44,7 @@ inline testing::AssertionResult Opposite(std::span<const float> a, std::span<con
 }
 
 /// Passes when nothing was ever written to the buffer.
-inline testing::AssertionResult NeverWritten(GuardedBuffer& buffer) {
+inline testing::AssertionResult NeverWritten(const GuardedChannel& buffer) {
     const std::size_t written = buffer.Samples().size() - buffer.UnwrittenSamples();
     return written == 0 ? testing::AssertionSuccess() : testing::AssertionFailure() << written << " samples written";
 }

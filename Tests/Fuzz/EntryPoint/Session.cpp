@@ -63,7 +63,7 @@ void Session::Init() {
     for (const std::size_t offset : {28U, 32U, 36U, 44U}) {
         Require(record.Get<std::uint32_t>(offset) == 1, "Init sets its capabilities to 1");
     }
-    Require(record.ChangedBytesOutside({{28, 12}, {44, 4}}).empty(), "Init writes nothing else");
+    Require(record.ChangedOutside({{28, 12}, {44, 4}}).empty(), "Init writes nothing else");
 }
 
 void Session::ListFileFormats() {
@@ -72,8 +72,8 @@ void Session::ListFileFormats() {
     const std::int32_t result = test::Request(kImportGetIndFormat, reinterpret_cast<void*>(index), record.Data());
     Require(result == (index == 0 ? 0 : 301), "there is one file format");
     Require(index == 0 ? record.Get<std::uint32_t>(0) == 0x58514E56 &&
-                             record.ChangedBytesOutside({{0, 4}, {12, 1}, {268, 1}, {300, 256}}).empty()
-                       : record.Untouched(),
+                             record.ChangedOutside({{0, 4}, {12, 1}, {268, 1}, {300, 256}}).empty()
+                       : record.IsUntouched(),
             "a file format writes its fields and nothing else");
 }
 
@@ -82,8 +82,8 @@ void Session::ListPixelFormats() {
     const auto index = std::int64_t{mBytes.Take<std::int8_t>()};
     const std::int32_t result = test::Request(kImportGetIndPixelFormat, reinterpret_cast<void*>(index), record.Data());
     Require(result == (index == 0 ? 0 : 301), "there is one pixel format");
-    Require(index == 0 ? record.Get<std::uint32_t>(8) == 0x37785556 && record.ChangedBytesOutside({{8, 4}}).empty()
-                       : record.Untouched(),
+    Require(index == 0 ? record.Get<std::uint32_t>(8) == 0x37785556 && record.ChangedOutside({{8, 4}}).empty()
+                       : record.IsUntouched(),
             "a pixel format writes its field and nothing else");
 }
 
@@ -97,7 +97,7 @@ void Session::SendUnknownSelector() {
     }
     const std::int32_t result = test::Request(selector, first.Data(), second.Data());
     Require(result == (selector == 28 ? 100 : 3), "an unknown selector is refused");
-    Require(first.Untouched() && second.Untouched(), "an unknown selector writes nothing");
+    Require(first.IsUntouched() && second.IsUntouched(), "an unknown selector writes nothing");
 }
 
 void Session::Describe() {
@@ -115,7 +115,7 @@ void Session::Describe() {
     Require(test::Request(kImportGetInfo, nullptr, record.Data()) == 0, "a description is served");
     void* const copy = record.Get<void*>(198);
     mDescriptions.push_back({copy, expected});
-    Require(record.ChangedBytesOutside({{0, 2}, {12, 2}, {22, 1}, {31, 2}, {174, 20}, {198, 8}}).empty(),
+    Require(record.ChangedOutside({{0, 2}, {12, 2}, {22, 1}, {31, 2}, {174, 20}, {198, 8}}).empty(),
             "a description writes its fields and nothing else");
     Require(std::memcmp(&before, &mSettings, sizeof before) == 0, "a description only reads the settings");
     Require(std::memcmp(copy, &expected, sizeof expected) == 0, "the private copy holds the settings");

@@ -33,7 +33,7 @@ void Session::AskSettingsSize() {
     record.Put<void*>(0, nullptr);
     Require(test::Request(kImportGetPrefs, nullptr, record.Data()) == 0, "the settings' size is served");
     Require(record.Get<std::uint32_t>(8) == 32, "settings have 32 bytes");
-    Require(record.ChangedBytesOutside({{8, 4}}).empty(), "the settings' size is all that is written");
+    Require(record.ChangedOutside({{8, 4}}).empty(), "the settings' size is all that is written");
 }
 
 void Session::MakeDefaults() {
@@ -43,7 +43,7 @@ void Session::MakeDefaults() {
     const auto useDefaults = static_cast<std::uint8_t>(mBytes.Take<std::uint8_t>() | 1U);
     record.Put<void*>(0, buffer.Data()).Put(12, useDefaults).Put(61, expected.sampleRate);
     Require(test::Request(kImportGetPrefs, nullptr, record.Data()) == 0, "defaults are served");
-    Require(record.Untouched(), "defaults leave the record alone");
+    Require(record.IsUntouched(), "defaults leave the record alone");
     Require(buffer.Holds(expected) && buffer.GuardsIntact(), "defaults are the default record at the host's rate");
     mSettings = expected;
 }
@@ -66,9 +66,9 @@ void Session::EditSettings() {
     } catch (const std::exception&) {
         threw = true;
     }
-    const BarsAndToneInfo after = buffer.Settings();
+    const BarsAndToneInfo after = buffer.Get();
     Require(toolkit.LiveNodes() == 0, "a dialog leaves no control behind");
-    Require(record.Untouched() && buffer.GuardsIntact(), "a dialog writes the settings and nothing else");
+    Require(record.IsUntouched() && buffer.GuardsIntact(), "a dialog writes the settings and nothing else");
     Require(!leaving.threw || threw, "an error in a dialog reaches the host");
     Require(leaving.accepted && !threw ? true : buffer.Holds(mSettings), "settings change with OK only");
     Require(after.version == mSettings.version && after.channelType == mSettings.channelType &&

@@ -54,7 +54,7 @@ void Session::ReadAudio() {
     record.Put(0, position).Put(8, static_cast<std::uint32_t>(count)).Put(12, audio.Pointers());
     record.Put(20, settings.privateData).Put(28, settings.prefs);
     const std::int32_t result = test::Request(kImportAudio, nullptr, record.Data());
-    Require(record.Untouched(), "an audio request only reads its record");
+    Require(record.IsUntouched(), "an audio request only reads its record");
     if (settings.prefs == nullptr && settings.privateData == nullptr) {
         Require(result == 5, "audio without settings is refused");
         RequireUntouchedFrom(audio, 0);
@@ -77,7 +77,7 @@ void Session::ReadPeaks() {
     record.Put(28, static_cast<std::int32_t>(count) * (negative ? -1 : 1));
     record.Put(32, maxima.Pointers()).Put(40, minima.Pointers());
     const std::int32_t result = test::Request(kImportPeakAudio, nullptr, record.Data());
-    Require(record.Untouched(), "a peak request only reads its record");
+    Require(record.IsUntouched(), "a peak request only reads its record");
     const bool served = settings.prefs != nullptr || settings.privateData != nullptr;
     Require(result == (served ? 0 : 5), "peaks are served where there are settings");
     if (!served || negative) {

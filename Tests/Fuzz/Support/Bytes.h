@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Host/Lineup/Validation/Probes/HostileNumbers.h"
 #include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
-#include "Tests/Src/BarsAndToneImporter/HostileRequests.h"
 
 #include <algorithm>
 #include <bit>
@@ -57,7 +57,7 @@ public:
                 return std::isnan(value) ? std::bit_cast<float>(bits | 0x00400000U) : value;
             }
             default:
-                return Pick(test::kHostileFloats);
+                return Pick(lineup::validation::kHostileFloats);
         }
     }
 
@@ -69,7 +69,7 @@ public:
             case 1:
                 return Take<std::int64_t>();
             default:
-                return Pick(test::kHostilePositions);
+                return Pick(lineup::validation::kHostilePositions);
         }
     }
 
@@ -79,7 +79,7 @@ public:
         settings.version = Take<std::uint8_t>();
         settings.sampleRate = Float();
         settings.channelType = Take<std::uint8_t>();
-        settings.numChannels = Pick(test::kHostileChannelCounts);
+        settings.numChannels = Pick(lineup::validation::kHostileChannelCounts);
         settings.identifyChannels = static_cast<std::uint32_t>(Below(3));
         settings.frequency = Float();
         settings.amplitude = Float();

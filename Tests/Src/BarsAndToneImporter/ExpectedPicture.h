@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Host/Lineup/Validation/Probes/GuardedFrame.h"
 #include "Tests/Src/BarsAndToneImporter/ExpectedCard.h"
-#include "Tests/Support/GuardedFrame.h"
 #include "Tests/Support/Importer.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +13,8 @@
 
 /// The pictures that the cards come to, pixel by pixel and without fills; and frame requests, compared with them.
 namespace test {
+
+using lineup::validation::GuardedFrame;
 
 using Pixel8 = std::array<std::uint8_t, 4>;  // V, U, Y, A
 using PixelFloat = std::array<float, 4>;     // V, U, Y, A
@@ -70,7 +72,7 @@ inline std::int32_t SendFrame(const GuardedFrame& frame, int width, int height, 
 /// A frame that a request drew.
 template <class Pixel>
 GuardedFrame DrawFrame(int width, int height) {
-    GuardedFrame frame(width, height, kFormatOf<Pixel>, sizeof(Pixel));
+    GuardedFrame frame({.width = width, .height = height, .pixelFormat = kFormatOf<Pixel>});
     EXPECT_EQ(SendFrame(frame, width, height, kFormatOf<Pixel>), 0);
     return frame;
 }
@@ -79,7 +81,7 @@ GuardedFrame DrawFrame(int width, int height) {
 template <class Pixel>
 testing::AssertionResult ShowsTheCard(const GuardedFrame& frame, int width, int height) {
     for (int y = 0; y < height; ++y) {
-        const std::uint8_t* pixel = frame.Line(static_cast<std::size_t>(y)).data();
+        const std::uint8_t* pixel = frame.Row(height - 1 - y).data();
         for (int x = 0; x < width; ++x, pixel += sizeof(Pixel)) {
             const Pixel expected = CardPixel<Pixel>(width, height, x, y);
             if (std::memcmp(pixel, &expected, sizeof expected) != 0) {
@@ -91,8 +93,8 @@ testing::AssertionResult ShowsTheCard(const GuardedFrame& frame, int width, int 
             }
         }
     }
-    return frame.GuardsIntact() ? testing::AssertionSuccess()
-                                : testing::AssertionFailure() << "a guard of " << width << " x " << height;
+    const std::string outside = frame.WrittenOutside();
+    return outside.empty() ? testing::AssertionSuccess() : testing::AssertionFailure() << outside;
 }
 
 /// Requests of this size show the cards of both formats.

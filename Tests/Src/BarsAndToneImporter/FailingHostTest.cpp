@@ -147,7 +147,7 @@ protected:
         if (run.error) {
             run.error = mText;
         }
-        run.after = buffer.Settings();
+        run.after = buffer.Get();
         EXPECT_EQ(toolkit.LiveNodes(), 0);
         EXPECT_TRUE(buffer.GuardsIntact());
         EXPECT_EQ(std::memcmp(&record, &recordBefore, sizeof record), 0);

@@ -37,8 +37,8 @@ TEST(FrameRequest, CoversVeryWideAndVeryTallFrames) {
 // FNV-1a, 64 bits, over the picture's bytes from its top line down.
 std::uint64_t Hash(const GuardedFrame& frame, int height) {
     std::uint64_t hash = 0xCBF29CE484222325;
-    for (std::size_t y = 0; y < static_cast<std::size_t>(height); ++y) {
-        for (const std::uint8_t byte : frame.Line(y)) {
+    for (int row = height - 1; row >= 0; --row) {
+        for (const std::uint8_t byte : frame.Row(row)) {
             hash = (hash ^ byte) * 0x100000001B3;
         }
     }
@@ -57,20 +57,20 @@ TEST(FrameRequest, DrawsTheSameBytesEveryTime) {
 }
 
 TEST(FrameRequest, InAnotherFormatIsRefusedAndLeavesTheBuffer) {
-    const GuardedFrame frame(64, 64, 0x37785556, 16);
+    const GuardedFrame frame({.width = 64, .height = 64});
     for (const std::uint32_t format : {0U, 2061U, 2829U, 0x56557837U, 0x37785557U, 0x78797577U, 0xFFFFFFFFU}) {
         EXPECT_EQ(SendFrame(frame, 64, 64, format), 3) << "format " << format;
-        EXPECT_TRUE(frame.Untouched()) << "format " << format;
+        EXPECT_TRUE(frame.IsUntouched()) << "format " << format;
     }
 }
 
 TEST(FrameRequest, OfNoSizeDrawsNothing) {
-    const GuardedFrame frame(64, 64, 0x37785556, 16);
+    const GuardedFrame frame({.width = 64, .height = 64});
     for (const std::uint32_t format : {0x37785556U, 0x78797576U}) {
         for (const auto& [width, height] :
              {std::pair{0, 0}, {0, 64}, {64, 0}, {-64, -64}, {-1, 64}, {64, -1}, {-32768, -32768}}) {
             EXPECT_EQ(SendFrame(frame, width, height, format), 0);
-            EXPECT_TRUE(frame.Untouched()) << width << " x " << height;
+            EXPECT_TRUE(frame.IsUntouched()) << width << " x " << height;
         }
     }
 }

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 using test::RequestRecord;
@@ -19,7 +22,7 @@ void ExpectTheSame(std::int32_t result, std::int32_t selector, RequestRecord rec
     EXPECT_EQ(test::Request(selector, isFirst ? requested.Data() : reinterpret_cast<void*>(index),
                             isFirst ? nullptr : requested.Data()),
               result);
-    EXPECT_TRUE(record.SameBytes(requested)) << "selector " << selector;
+    EXPECT_TRUE(std::ranges::equal(record.Bytes(), requested.Bytes())) << "selector " << selector;
 }
 
 TEST(Handlers, DoWhatTheEntryPointDoes) {

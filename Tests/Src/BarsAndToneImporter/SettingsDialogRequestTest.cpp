@@ -23,7 +23,6 @@ using test::GuardedSettings;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 namespace {
@@ -72,7 +71,7 @@ protected:
         Record().prefs = buffer.Data();
         EXPECT_EQ(Ask(), 0);
         EXPECT_TRUE(buffer.GuardsIntact());
-        return buffer.Settings();
+        return buffer.Get();
     }
 
     // That a request over odd settings throws an Exception with this text and leaves them as they are.

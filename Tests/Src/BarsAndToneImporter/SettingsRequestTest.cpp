@@ -12,7 +12,6 @@ namespace {
 using test::Placement;
 using test::Request;
 using test::RequestRecord;
-using testing::IsEmpty;
 
 constexpr std::size_t kSettingsSize = 32;
 
@@ -30,7 +29,7 @@ TEST_P(SettingsRequest, WithoutABufferTellsItsSizeAndNothingElse) {
         auto request = MakeRequest(nullptr, static_cast<std::uint8_t>(useDefaults), 44100.0F, GetParam());
         EXPECT_EQ(Request(38, nullptr, request.Data()), 0);
         EXPECT_EQ(request.Get<std::uint32_t>(8), kSettingsSize);
-        EXPECT_THAT(request.ChangedBytesOutside({{8, 4}}), IsEmpty());
+        EXPECT_EQ(request.ChangedOutside({{8, 4}}), "");
     }
 }
 
@@ -46,8 +45,8 @@ TEST_P(SettingsRequest, ForDefaultsWritesTheWholeRecord) {
     EXPECT_EQ(prefs.Get<float>(20), 1000.0F);     // frequency
     EXPECT_EQ(prefs.Get<float>(24), 0.25F);       // amplitude
     EXPECT_EQ(prefs.Get<std::uint32_t>(28), 0U);  // identifierFormat
-    EXPECT_THAT(prefs.ChangedBytesOutside({{0, 32}}), IsEmpty());
-    EXPECT_TRUE(request.Untouched());
+    EXPECT_EQ(prefs.ChangedOutside({{0, 32}}), "");
+    EXPECT_TRUE(request.IsUntouched());
 }
 
 TEST_P(SettingsRequest, ForDefaultsIgnoresWhatTheBufferHeld) {

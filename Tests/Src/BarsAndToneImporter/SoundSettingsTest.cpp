@@ -89,7 +89,7 @@ TEST_P(SoundSettings, AreReadAtAnyAddress) {
         test::Peaks peaks(kCount);
         EXPECT_EQ(Send(settings.Data(), nullptr, peaks, placement), 0);
         ExpectToneOf(kOne, peaks);
-        EXPECT_TRUE(settings.Untouched());
+        EXPECT_TRUE(settings.IsUntouched());
     }
 }
 

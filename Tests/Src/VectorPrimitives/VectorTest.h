@@ -2,7 +2,6 @@
 
 #include "Host/Interface/Core/VectorRuntime.h"
 #include "Src/VectorPrimitives/VectorKernels.h"
-#include "Tests/Support/GuardedBuffer.h"
 
 #include <gtest/gtest.h>
 
@@ -107,7 +106,7 @@ public:
     [[nodiscard]] std::span<float> Memory() { return {mStorage.data() + mFirst, mFloats}; }
 
     /// Forgets what was written.
-    void Reset() { std::fill_n(Memory().data(), mFloats, FromBits(kUnwrittenBits)); }
+    void Reset() { std::fill_n(Memory().data(), mFloats, FromBits(0x7FA5C3E1)); }
 
     [[nodiscard]] bool SameBits(Arena& other) {
         return std::memcmp(Memory().data(), other.Memory().data(), Memory().size_bytes()) == 0;

@@ -23,10 +23,10 @@ GuardedBytes::GuardedBytes(std::span<const std::uint8_t> bytes, Placement placem
     PutBytes(bytes.data(), bytes.size());
 }
 
-void GuardedBytes::PutBytes(const void* bytes, std::size_t size) {
+void GuardedBytes::PutBytes(const void* bytes, std::size_t size, std::size_t offset) {
     if (size > 0) {
-        std::memcpy(mMemory.data() + mStart, bytes, size);
-        std::memcpy(mBefore.data() + mStart, bytes, size);
+        std::memcpy(mMemory.data() + mStart + offset, bytes, size);
+        std::memcpy(mBefore.data() + mStart + offset, bytes, size);
     }
 }
 

@@ -43,12 +43,27 @@ public:
         return std::span(mMemory).subspan(mStart, mSize);
     }
 
-    /// Puts bytes at the start, as the host does.
-    void PutBytes(const void* bytes, std::size_t size);
+    /// Puts bytes at `offset`, as the host does.
+    void PutBytes(const void* bytes, std::size_t size, std::size_t offset = 0);
+
+    /// Puts a value at `offset`, as the host does.
+    template <class Value>
+    GuardedBytes& Put(std::size_t offset, Value value) {
+        PutBytes(&value, sizeof value, offset);
+        return *this;
+    }
+
+    template <class Value>
+    [[nodiscard]] Value Get(std::size_t offset) const {
+        Value value;
+        std::memcpy(&value, Bytes().subspan(offset).data(), sizeof value);
+        return value;
+    }
 
     /// Where a byte changed that is in none of `fields`, guards included, in words that go on after the
     /// record's name; empty when none did.
     [[nodiscard]] std::string ChangedOutside(std::initializer_list<Field> fields = {}) const;
+    [[nodiscard]] bool IsUntouched() const { return ChangedOutside().empty(); }
 
 private:
     std::size_t mStart;

@@ -48,6 +48,8 @@ protected:
     }
     void TearDown() override { ippSafeInit(); }
 
+    [[nodiscard]] const vectorkernels::Kernels& Primitives() const { return mPrimitives; }
+
     IppStatus Copy(const float* source, float* destination, int len) const {
         return mPrimitives.copy(source, destination, len);
     }

@@ -44,6 +44,11 @@ check_tidy() {
     ' "$root/build/clang"
 }
 
+check_headers() {
+    configure release-tests
+    build release-tests --target headers_compile_alone
+}
+
 # The thread sanitizer cannot map its memory where addresses are randomised widely.
 check_threads() {
     local -a steady=()
@@ -74,6 +79,7 @@ verb_check() {
     need product desktop tests mlt mlt-tests benchmarks check abi packages packages-tests
     step "Layout (clang-format)" check_layout
     step "Lint (clang-tidy, Clang's warnings)" check_tidy
+    step "Headers compile alone" check_headers
     step "Interface of the libraries (abidiff)" check_abi
     step "Thread sanitizer" check_threads
     step "Fuzz targets, a few seconds each" check_fuzz

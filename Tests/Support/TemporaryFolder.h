@@ -1,12 +1,14 @@
 #pragma once
 
-#include <atomic>
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unistd.h>
+#include <vector>
 
 namespace test {
 
@@ -14,10 +16,11 @@ namespace test {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        static std::atomic<int> count{0};
-        mPath = std::filesystem::temp_directory_path() /
-                ("lineup-test-" + std::to_string(getpid()) + "-" + std::to_string(++count));
-        std::filesystem::create_directories(mPath);
+        std::string name = (std::filesystem::temp_directory_path() / "lineup-test-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("cannot make a temporary folder");
+        }
+        mPath = name;
     }
     ~TemporaryFolder() {
         std::error_code error;
@@ -27,6 +30,17 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& Path() const { return mPath; }
+    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return mPath / name; }
+
+    /// The names of everything in it, hidden files too, sorted.
+    [[nodiscard]] std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(mPath)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::ranges::sort(names);
+        return names;
+    }
 
 private:
     std::filesystem::path mPath;

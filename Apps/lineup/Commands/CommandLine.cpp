@@ -15,7 +15,7 @@ namespace cli {
 
 namespace {
 
-constexpr const char* kHelp =
+constexpr const char* kMoreHelp =
     "Examples:\n"
     "  lineup render lineup.mov                             five seconds of ProRes, 1920x1080, 25 fps\n"
     "  lineup render lineup.wav --level -18 --duration 60   a minute of tone at -18 dBFS\n"
@@ -39,7 +39,7 @@ std::unique_ptr<CLI::App> MakeCommandLine() {
     auto app = std::make_unique<CLI::App>("Bars and Tone: line-up clips, exact to the bit.", "lineup");
     app->require_subcommand(1);
     app->set_version_flag("--version", "lineup " LINEUP_VERSION);
-    app->footer(kHelp);
+    app->footer(kMoreHelp);
     AddRenderCommand(*app);
     AddFrameCommand(*app);
     AddPeaksCommand(*app);

@@ -26,7 +26,7 @@ namespace cli {
 
 namespace {
 
-constexpr const char* kPicture = "Picture";
+constexpr const char* kPictureOptions = "Picture";
 
 enum class Kind { kPng, kSvg, kJson };
 struct KindName {
@@ -139,10 +139,10 @@ void AddPeaksCommand(CLI::App& app) {
               fmt::format("Width of the picture, or columns of a .json file, {} to {} [{}]", kLeastOverviewWidth,
                           kMostOverviewWidth, kUsualOverviewWidth),
               "pixels")
-        ->group(kPicture);
+        ->group(kPictureOptions);
     AddNumber(*command, "height", options->height, "Height of the picture [what the channels need]", "pixels")
-        ->group(kPicture);
-    command->add_flag("--dark", options->dark, "Light on a dark background")->group(kPicture);
+        ->group(kPictureOptions);
+    command->add_flag("--dark", options->dark, "Light on a dark background")->group(kPictureOptions);
     AddTimeOptions(*command, options->time, "5, or one cycle of an ident");
     AddToneOptions(*command, options->common);
     command->add_flag("-y,--overwrite", options->overwrite, "Replace the file if it is there already");

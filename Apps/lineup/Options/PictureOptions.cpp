@@ -8,7 +8,7 @@ namespace cli {
 
 namespace {
 
-constexpr const char* kPicture = "Picture";
+constexpr const char* kGroup = "Picture";
 
 lineup::Card ParseCard(const std::string& text) {
     const auto* const found = std::ranges::find(lineup::kCardNames, text, &lineup::CardName::name);
@@ -24,13 +24,13 @@ void AddPictureOptions(CLI::App& command, PictureOptions& options) {
     command.add_option("--size", options.size, "Size of the picture in pixels")
         ->type_name("WIDTHxHEIGHT")
         ->capture_default_str()
-        ->group(kPicture);
+        ->group(kGroup);
     command
         .add_option_function<std::string>(
             "--card", [&options](const std::string& text) { options.card = ParseCard(text); },
             "Which card: hd has a luma ramp; auto takes sd below 720 lines [auto]")
         ->type_name("auto|hd|sd")
-        ->group(kPicture);
+        ->group(kGroup);
 }
 
 }  // namespace cli

@@ -13,7 +13,7 @@ namespace lineup {
 namespace {
 
 constexpr std::uint32_t kMostChannels = 64;
-constexpr float kHighestRateHz = 1e6F;  // beyond any converter; keeps a block of 0.1 s small
+constexpr float kHighestPlayableRateHz = 1e6F;  // beyond any converter; keeps a block of 0.1 s small
 constexpr int kIdentChannels = 6;
 
 }  // namespace
@@ -27,10 +27,11 @@ Clip::Clip(std::shared_ptr<const Importer> importer, const std::optional<BarsAnd
         throw Error(fmt::format("cannot open a clip of {} channels: 1 to {} can be played", mDescription.numChannels,
                                 kMostChannels));
     }
-    const bool playable = mDescription.sampleRate > 0 && mDescription.sampleRate <= kHighestRateHz;  // not for NaN
+    const bool playable =
+        mDescription.sampleRate > 0 && mDescription.sampleRate <= kHighestPlayableRateHz;  // not for NaN
     if (!playable) {
         throw Error(fmt::format("cannot open a clip with a sample rate of {} Hz: it must be above 0, at most {}",
-                                mDescription.sampleRate, kHighestRateHz));
+                                mDescription.sampleRate, kHighestPlayableRateHz));
     }
 }
 

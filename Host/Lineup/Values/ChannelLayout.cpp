@@ -26,7 +26,7 @@ constexpr std::array<ChannelLayout, 3> kLayouts = {{
 }};
 
 template <class Predicate>
-const ChannelLayout* FindIf(Predicate predicate) {
+const ChannelLayout* LayoutWhere(Predicate predicate) {
     const auto* const found = std::ranges::find_if(kLayouts, predicate);
     return found == kLayouts.end() ? nullptr : found;
 }
@@ -38,13 +38,13 @@ std::span<const ChannelLayout> ChannelLayouts() {
 }
 
 const ChannelLayout* FindChannelLayout(int numChannels) {
-    return FindIf([numChannels](const ChannelLayout& layout) {
+    return LayoutWhere([numChannels](const ChannelLayout& layout) {
         return layout.channels.size() == static_cast<std::size_t>(numChannels);
     });
 }
 
 const ChannelLayout* FindChannelLayout(std::string_view name) {
-    return FindIf([name](const ChannelLayout& layout) { return layout.name == name; });
+    return LayoutWhere([name](const ChannelLayout& layout) { return layout.name == name; });
 }
 
 }  // namespace lineup

@@ -26,7 +26,7 @@ bool AsksForIdent(const BarsAndToneInfo& settings) {
 }
 
 template <class Predicate>
-const Ident* FindIf(Predicate predicate) {
+const Ident* IdentWhere(Predicate predicate) {
     const auto* const found = std::ranges::find_if(kIdents, predicate);
     return found == kIdents.end() ? nullptr : found;
 }
@@ -38,14 +38,14 @@ std::span<const Ident> Idents() {
 }
 
 const Ident* FindIdent(std::string_view name) {
-    return FindIf([name](const Ident& ident) { return ident.name == name; });
+    return IdentWhere([name](const Ident& ident) { return ident.name == name; });
 }
 
 const Ident* FindIdent(const BarsAndToneInfo& settings) {
     if (!AsksForIdent(settings)) {
         return nullptr;
     }
-    return FindIf([&](const Ident& ident) { return ident.format == settings.identifierFormat; });
+    return IdentWhere([&](const Ident& ident) { return ident.format == settings.identifierFormat; });
 }
 
 bool AsksForUnknownIdent(const BarsAndToneInfo& settings) {

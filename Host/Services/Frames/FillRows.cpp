@@ -11,8 +11,6 @@ namespace zelcore {
 
 namespace {
 
-constexpr std::ptrdiff_t kLineBytes = ColourLine::kBytes;
-
 struct Block {
     std::uint8_t* start;
     std::ptrdiff_t rowBytes;
@@ -40,7 +38,7 @@ Kept RowsKept(const Block& block, const ColourLine& colour) {
 // Only whole lines are streamed: every row has to reach a line's boundary.
 bool ReachesBoundaries(const Block& block, const ColourLine& colour) {
     const auto firstLine = reinterpret_cast<std::uintptr_t>(block.start + HeadBytes(block.start, colour));
-    return firstLine % kLineBytes == 0 && block.rowBytes % kLineBytes == 0;
+    return firstLine % ColourLine::kBytes == 0 && block.rowBytes % ColourLine::kBytes == 0;
 }
 
 void FillAlike(const Block& block, const ColourLine& colour, WriteRow writeRow) {
@@ -86,7 +84,7 @@ void FillNarrow(const Block& block, const ColourLine& colour) {
     std::memcpy(pixel.data(), colour.Bytes(), kPixelBytes);
     for (int y = 0; y < block.height; ++y) {
         std::uint8_t* out = block.Row(y);
-        FetchAhead<Nearness::Innermost>(out, 4 * kLineBytes);  // the columns to come
+        FetchAhead<Nearness::Innermost>(out, 4 * ColourLine::kBytes);  // the columns to come
         for (const std::uint8_t* const end = out + block.bytes; out < end; out += kPixelBytes) {
             std::memcpy(out, pixel.data(), kPixelBytes);
         }
@@ -98,7 +96,7 @@ void FillNarrow(const Block& block, const ColourLine& colour) {
 // NOLINTNEXTLINE(readability-non-const-parameter): the block is written from there on
 void FillRows(std::uint8_t* start, std::ptrdiff_t rowBytes, int width, int height, const ColourLine& colour) {
     const Block block = {.start = start, .rowBytes = rowBytes, .bytes = width * colour.PixelBytes(), .height = height};
-    if (block.bytes >= 2 * kLineBytes) {
+    if (block.bytes >= 2 * ColourLine::kBytes) {
         FillWide(block, colour);
     } else if (colour.PixelBytes() == 4) {
         FillNarrow<4>(block, colour);

@@ -10,7 +10,7 @@ namespace zelcore {
 
 namespace {
 
-constexpr int kLineBytes = 64;  // of a cache; rows begin on one
+constexpr int kRowStepBytes = 64;  // of a cache; rows begin on one
 
 int BytesPerPixel(std::uint32_t pixelFormat) {
     switch (pixelFormat) {
@@ -27,8 +27,8 @@ int BytesPerPixel(std::uint32_t pixelFormat) {
 // Rows are an odd number of cache lines apart. With an even number, the pixels of a column, which the ramp is
 // drawn by, would share a few of the inner cache's places.
 int RowBytesFor(int pixelBytes) {
-    const int lines = (pixelBytes + kLineBytes - 1) / kLineBytes;
-    return (lines | 1) * kLineBytes;
+    const int lines = (pixelBytes + kRowStepBytes - 1) / kRowStepBytes;
+    return (lines | 1) * kRowStepBytes;
 }
 
 void CheckSide(const char* name, int pixels) {

@@ -9,14 +9,14 @@ inline namespace parts {
 
 namespace {
 
-constexpr std::size_t kLineBytes = 64;
+constexpr std::size_t kCacheLineBytes = 64;
 constexpr std::size_t kLargePage = 2'097'152;
 
 }  // namespace
 
 FrameMemory AllocateFrameMemory(std::size_t bytes) {
     const bool large = bytes >= kLargePage;
-    const std::align_val_t alignment{large ? kLargePage : kLineBytes};
+    const std::align_val_t alignment{large ? kLargePage : kCacheLineBytes};
     FrameMemory memory(static_cast<std::byte*>(::operator new(bytes, alignment)), FreeFrameMemory{alignment});
 #if defined(MADV_HUGEPAGE)
     if (large) {

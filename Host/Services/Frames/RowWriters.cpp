@@ -12,8 +12,6 @@ namespace zelcore {
 
 namespace {
 
-constexpr std::ptrdiff_t kLineBytes = ColourLine::kBytes;
-
 template <std::size_t kPixelBytes>
 void WritePixelsOf(std::uint8_t* out, std::ptrdiff_t bytes, const std::uint8_t* pixel) {
     for (const std::uint8_t* const end = out + bytes; out < end; out += kPixelBytes) {
@@ -36,16 +34,16 @@ using WriteLines = void (*)(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdif
 template <WriteLines kWriteLines>
 void WriteInOrder(std::uint8_t* out, std::ptrdiff_t bytes, std::ptrdiff_t ahead, const ColourLine& colour) {
     const std::ptrdiff_t head = HeadBytes(out, colour);
-    const std::ptrdiff_t tail = (bytes - head) % kLineBytes;
+    const std::ptrdiff_t tail = (bytes - head) % ColourLine::kBytes;
     WritePixels(out, head, colour);
-    kWriteLines(out + head, (bytes - head) / kLineBytes, ahead, colour);
+    kWriteLines(out + head, (bytes - head) / ColourLine::kBytes, ahead, colour);
     WritePixels(out + bytes - tail, tail, colour);
 }
 
 void KeepLinesPlain(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t ahead, const ColourLine& colour) {
-    for (std::ptrdiff_t i = 0; i < lines; ++i, out += kLineBytes) {
+    for (std::ptrdiff_t i = 0; i < lines; ++i, out += ColourLine::kBytes) {
         FetchAhead<Nearness::Innermost>(out, ahead);
-        std::memcpy(out, colour.Bytes(), kLineBytes);
+        std::memcpy(out, colour.Bytes(), ColourLine::kBytes);
     }
 }
 
@@ -53,7 +51,7 @@ void KeepLinesPlain(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t ahea
 
 [[gnu::target("avx"), gnu::always_inline]] inline void StoreLine(std::uint8_t* out, __m256 half) {
     _mm256_storeu_ps(reinterpret_cast<float*>(out), half);
-    _mm256_storeu_ps(reinterpret_cast<float*>(out + kLineBytes / 2), half);
+    _mm256_storeu_ps(reinterpret_cast<float*>(out + ColourLine::kBytes / 2), half);
 }
 
 // A line's worth at the row's start and one at its end overlap the whole lines in between: from any pixel on, a
@@ -62,11 +60,11 @@ template <Nearness kInto>
 [[gnu::target("avx")]] void KeepRowAvx(std::uint8_t* out, std::ptrdiff_t bytes, std::ptrdiff_t ahead,
                                        const ColourLine& colour) {
     const __m256 half = _mm256_load_ps(reinterpret_cast<const float*>(colour.Bytes()));
-    std::uint8_t* const last = out + bytes - kLineBytes;
+    std::uint8_t* const last = out + bytes - ColourLine::kBytes;
     const std::ptrdiff_t head = HeadBytes(out, colour);
     FetchAhead<kInto>(out, ahead);
     StoreLine(out, half);
-    for (out += head == 0 ? kLineBytes : head; out < last; out += kLineBytes) {
+    for (out += head == 0 ? ColourLine::kBytes : head; out < last; out += ColourLine::kBytes) {
         FetchAhead<kInto>(out, ahead);
         StoreLine(out, half);
     }
@@ -78,9 +76,9 @@ template <Nearness kInto>
 [[gnu::target("avx")]] void StreamLinesAvx(std::uint8_t* out, std::ptrdiff_t lines, std::ptrdiff_t ahead,
                                            const ColourLine& colour) {
     const __m256 half = _mm256_load_ps(reinterpret_cast<const float*>(colour.Bytes()));
-    for (std::ptrdiff_t i = 0; i < lines; ++i, out += kLineBytes) {
+    for (std::ptrdiff_t i = 0; i < lines; ++i, out += ColourLine::kBytes) {
         _mm256_stream_ps(reinterpret_cast<float*>(out), half);
-        _mm256_stream_ps(reinterpret_cast<float*>(out + kLineBytes / 2), half);
+        _mm256_stream_ps(reinterpret_cast<float*>(out + ColourLine::kBytes / 2), half);
     }
     FetchAhead<Nearness::Innermost>(out, ahead);  // a line that two rectangles share
 }

@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint32_t kMagic = 0x950412DE;
 constexpr std::uint32_t kMagicOfOtherByteOrder = 0xDE120495;
 constexpr std::size_t kWordBytes = 4;
-constexpr std::size_t kHeaderBytes = 7 * kWordBytes;
+constexpr std::size_t kCatalogueHeaderBytes = 7 * kWordBytes;
 constexpr std::size_t kEntryBytes = 2 * kWordBytes;
 constexpr std::uint32_t kFewestHashCells = 3;  // the step between cells is taken modulo two fewer
 
@@ -25,12 +25,12 @@ constexpr std::uint32_t kFewestHashCells = 3;  // the step between cells is take
 constexpr std::string_view kPluralRule = "plural=";
 constexpr std::size_t kLongestPluralRule = 256;
 
-class Catalogue {
+class CatalogueFile {
 public:
-    explicit Catalogue(const std::vector<char>& file) : mFile(file.data(), file.size()) {}
+    explicit CatalogueFile(const std::vector<char>& file) : mFile(file.data(), file.size()) {}
 
     [[nodiscard]] bool IsSound() {
-        if (mFile.size() < kHeaderBytes) {
+        if (mFile.size() < kCatalogueHeaderBytes) {
             return false;
         }
         mOtherByteOrder = Word(0) == kMagicOfOtherByteOrder;
@@ -101,7 +101,7 @@ private:
 }  // namespace
 
 bool IsSoundCatalogue(const std::vector<char>& file) {
-    return Catalogue(file).IsSound();
+    return CatalogueFile(file).IsSound();
 }
 
 }  // namespace zelcore

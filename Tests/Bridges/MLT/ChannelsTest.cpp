@@ -7,10 +7,8 @@ namespace {
 using test::Difference;
 using test::PlugInSound;
 
-constexpr test::Fps kPal{25, 1};
-
 test::FrameSound FirstFrame(const test::PropertyList& properties, int channels, const char* argument = nullptr) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile, properties, argument);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     return test::SoundOf(*frame, 48000, channels, 1920);

@@ -36,6 +36,9 @@ struct Fps {
     int den;
 };
 
+inline constexpr Fps kPal{25, 1};
+inline constexpr Fps kNtsc{30000, 1001};
+
 /// The repository of the framework, made when first asked for.
 mlt_repository Repository();
 

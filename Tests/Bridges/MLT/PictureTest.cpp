@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr test::Fps kPal{25, 1};
-
 // A picture: planes Y, Cb, Cr, chroma for every second column.
 template <class Value>
 struct Planes422 {
@@ -64,7 +62,7 @@ Image ImageOf(mlt_frame_s& frame, mlt_image_format format, int width, int height
 }
 
 Image FirstImage(const test::PropertyList& properties, mlt_image_format format, int width, int height) {
-    const auto profile = test::MakeProfile(kPal, width, height);
+    const auto profile = test::MakeProfile(test::kPal, width, height);
     const auto clip = test::MakeClip(*profile, properties);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     return ImageOf(*frame, format, 0, 0);
@@ -176,7 +174,7 @@ TEST(Picture, KeepsWhatLiesBelowBlackAndAboveWhite) {
 }
 
 TEST(Picture, HasTheSizeThatIsAskedFor) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     for (const auto& [width, height] : {std::pair{960, 540}, {1280, 720}, {641, 361}, {2, 2}, {1, 1}}) {
         const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
@@ -197,7 +195,7 @@ TEST(Picture, HasTheSizeThatIsAskedFor) {
 }
 
 TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressive) {
-    const auto profile = test::MakeProfile(kPal);  // a 709 profile
+    const auto profile = test::MakeProfile(test::kPal);  // a 709 profile
     const auto clip = test::MakeClip(*profile);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     ImageOf(*frame, mlt_image_yuv422, 0, 0);
@@ -210,7 +208,7 @@ TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressive) {
 
 // 75 % yellow is 161, 44, 142 in BT.601 and 168, 44, 136 in BT.709.
 TEST(Picture, IsInTheMatrixOfTheProfileWhenToldTo) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile, {{"matrix", "profile"}});
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     const Image image = ImageOf(*frame, mlt_image_yuv422, 0, 0);
@@ -229,7 +227,7 @@ TEST(Picture, IsInTheMatrixOfTheProfileWhenToldTo) {
 }
 
 TEST(Picture, IsDrawnOnceASize) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     const auto draw = [&](int width, int height) {
         const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
@@ -248,7 +246,7 @@ TEST(Picture, IsDrawnOnceASize) {
 }
 
 TEST(Picture, OfAFrameIsItsOwn) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     const Codes before = ImageOf(*frame, mlt_image_yuv422, 64, 36).codes;
@@ -263,7 +261,7 @@ TEST(Picture, OfAFrameIsItsOwn) {
 }
 
 TEST(Picture, OfASizeThatNoFrameHasIsRefusedWithALine) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     const test::LogCapture log;

@@ -12,8 +12,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr test::Fps kPal{25, 1};
-
 struct Answer {
     test::Planes planes;
     std::string log;
@@ -21,11 +19,11 @@ struct Answer {
 
 // The sound of ten frames, and what was said while it was made.
 Answer Play(const test::PropertyList& properties, int rateHz = 48000, const char* argument = nullptr) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const test::LogCapture log;
     const auto clip = test::MakeClip(*profile, properties, argument);
     Answer answer;
-    answer.planes = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 10, rateHz);
+    answer.planes = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 10, rateHz);
     answer.log = log.Text();
     return answer;
 }

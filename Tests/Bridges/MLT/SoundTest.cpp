@@ -11,8 +11,6 @@ using test::Fps;
 using test::PlugInSound;
 
 constexpr Fps kFilm{24000, 1001};
-constexpr Fps kPal{25, 1};
-constexpr Fps kNtsc{30000, 1001};
 constexpr Fps kPal50{50, 1};
 constexpr Fps kNtsc60{60000, 1001};
 
@@ -33,8 +31,8 @@ std::vector<Kind> Kinds() {
     };
 }
 
-std::size_t LengthOf(const test::Planes& planes) {
-    return planes.front().size();
+std::int64_t SamplesIn(const test::Planes& planes) {
+    return std::ssize(planes.front());
 }
 
 class ClipSound : public testing::TestWithParam<std::tuple<Kind, Fps>> {};
@@ -47,8 +45,8 @@ TEST_P(ClipSound, IsThePlugInsFromTheFirstSampleToTheLast) {
     const int frames = static_cast<int>(mlt_producer_get_playtime(clip.get()));
     const auto channels = static_cast<int>(kind.settings.numChannels);
     const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), fps, frames, 48000, channels);
-    EXPECT_EQ(static_cast<std::int64_t>(LengthOf(sound)), test::SampleAt(frames, fps, 48000));
-    EXPECT_EQ(Difference(sound, PlugInSound(kind.settings, 0, static_cast<std::int64_t>(LengthOf(sound)))), "");
+    EXPECT_EQ(SamplesIn(sound), test::SampleAt(frames, fps, 48000));
+    EXPECT_EQ(Difference(sound, PlugInSound(kind.settings, 0, SamplesIn(sound))), "");
 }
 
 TEST_P(ClipSound, StartsExactlyAtTheFrameAfterASeek) {
@@ -63,8 +61,7 @@ TEST_P(ClipSound, StartsExactlyAtTheFrameAfterASeek) {
         const int position = positions(random);
         mlt_producer_seek(clip.get(), position);
         const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), fps, 3, 48000, channels, position);
-        ASSERT_EQ(Difference(sound, PlugInSound(kind.settings, test::SampleAt(position, fps, 48000),
-                                                static_cast<std::int64_t>(LengthOf(sound)))),
+        ASSERT_EQ(Difference(sound, PlugInSound(kind.settings, test::SampleAt(position, fps, 48000), SamplesIn(sound))),
                   "")
             << "from frame " << position;
     }
@@ -72,7 +69,7 @@ TEST_P(ClipSound, StartsExactlyAtTheFrameAfterASeek) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ClipSound,
                          testing::Combine(testing::ValuesIn(Kinds()),
-                                          testing::Values(kFilm, kPal, kNtsc, kPal50, kNtsc60)),
+                                          testing::Values(kFilm, test::kPal, test::kNtsc, kPal50, kNtsc60)),
                          [](const auto& suite) {
                              const Fps fps = std::get<1>(suite.param);
                              return std::string(std::get<0>(suite.param).name) + "At" + std::to_string(fps.num) + "By" +
@@ -80,19 +77,17 @@ INSTANTIATE_TEST_SUITE_P(Kinds, ClipSound,
                          });
 
 TEST(Sound, IsMadeAtTheRateThatIsAskedFor) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     for (const int rate : {8000, 32000, 44100, 96000, 192000, 384000}) {
         const auto clip = test::MakeClip(*profile);
-        const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 60, rate);
-        EXPECT_EQ(Difference(sound, PlugInSound(test::Tone(2, static_cast<float>(rate)), 0,
-                                                static_cast<std::int64_t>(LengthOf(sound)))),
-                  "")
+        const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kNtsc, 60, rate);
+        EXPECT_EQ(Difference(sound, PlugInSound(test::Tone(2, static_cast<float>(rate)), 0, SamplesIn(sound))), "")
             << rate;
     }
 }
 
 TEST(Sound, HasAsManySamplesAsAreAskedFor) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     for (const int count : {1, 2, 1919, 1920, 1921, 48000}) {
         mlt_producer_seek(clip.get(), 10);
@@ -104,7 +99,7 @@ TEST(Sound, HasAsManySamplesAsAreAskedFor) {
 }
 
 TEST(Sound, IsMadeAtTheNearestRateWhereNoClipHasTheOneAskedFor) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     const auto sound = test::SoundOf(*frame, 4000, 2, 160);  // a waveform view
@@ -113,35 +108,36 @@ TEST(Sound, IsMadeAtTheNearestRateWhereNoClipHasTheOneAskedFor) {
 }
 
 TEST(Sound, OfAFrameThatIsAskedForTwiceIsTheSame) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     const auto clip = test::MakeClip(*profile, {{"frequency", "997"}});
-    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 7);
-    const auto once = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 1);
+    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kNtsc, 7);
+    const auto once = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kNtsc, 1);
     mlt_producer_seek(clip.get(), 7);
-    EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 1), once), "");
+    EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kNtsc, 1), once), "");
 }
 
 TEST(Sound, StartsByTheClockWhenTheProfilesFrameRateChanges) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
-    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 1);  // 1920 samples, 318 more than a frame at 29.97
-    profile->frame_rate_num = kNtsc.num;
-    profile->frame_rate_den = kNtsc.den;
-    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kNtsc, 1, 48000, 2, 1);
+    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 1);  // 1920 samples, 318 more than a frame at 29.97
+    profile->frame_rate_num = test::kNtsc.num;
+    profile->frame_rate_den = test::kNtsc.den;
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kNtsc, 1, 48000, 2, 1);
     EXPECT_EQ(Difference(sound, PlugInSound(test::Tone(2), 1602, static_cast<std::int64_t>(LengthOf(sound)))), "");
 }
 
 TEST(Sound, FollowsItsPropertiesWhileItPlays) {
-    const auto profile = test::MakeProfile(kPal);
+    const auto profile = test::MakeProfile(test::kPal);
     const auto clip = test::MakeClip(*profile);
-    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 5);
+    test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 5);
     mlt_properties_set(MLT_PRODUCER_PROPERTIES(clip.get()), "frequency", "440");
     mlt_properties_set_double(MLT_PRODUCER_PROPERTIES(clip.get()), "level", -20.0);
     BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 440.0F;
     settings.amplitude = 0.1F;
-    EXPECT_EQ(
-        Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), kPal, 5), PlugInSound(settings, 9600, 9600)), "");
+    EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 5),
+                         PlugInSound(settings, 9600, 9600)),
+              "");
 }
 
 }  // namespace

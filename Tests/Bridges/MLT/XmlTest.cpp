@@ -9,8 +9,6 @@ namespace {
 
 using test::Difference;
 
-constexpr test::Fps kNtsc{30000, 1001};
-
 class Xml : public test::TestFolder {
 protected:
     // Writes `producer` as a project, and the text of it.
@@ -28,7 +26,7 @@ protected:
 };
 
 TEST_F(Xml, BringsBackTheSameClip) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     const auto clip = test::MakeClip(*profile, {{"frequency", "440"}, {"level", "-20"}, {"card", "sd"}});
     mlt_producer_set_in_and_out(clip.get(), 12, 99);
     EXPECT_THAT(Save(*profile, *clip, "a.mlt"),
@@ -40,8 +38,8 @@ TEST_F(Xml, BringsBackTheSameClip) {
     BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 440.0F;
     settings.amplitude = 0.1F;
-    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), kNtsc, 88);
-    EXPECT_EQ(Difference(sound, test::PlugInSound(settings, test::SampleAt(12, kNtsc, 48000),
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), test::kNtsc, 88);
+    EXPECT_EQ(Difference(sound, test::PlugInSound(settings, test::SampleAt(12, test::kNtsc, 48000),
                                                   static_cast<std::int64_t>(sound.front().size()))),
               "");
 }
@@ -53,7 +51,7 @@ TEST_F(Xml, NamesNoFile) {
         const std::size_t at = text.find(element);
         return at != std::string::npos && text.compare(at + element.size(), 16, "&lt;producer&gt;") != 0;
     };
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     for (const char* const argument : {static_cast<const char*>(nullptr), "blits"}) {
         const auto clip = test::MakeClip(*profile, {}, argument);
         EXPECT_FALSE(namesAFile(Save(*profile, *clip, "a.mlt")));
@@ -67,13 +65,13 @@ TEST_F(Xml, NamesNoFile) {
 }
 
 TEST_F(Xml, OfAClipAsItWasMadeIsReadWithoutAWarning) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     const auto clip = test::MakeClip(*profile);
     Save(*profile, *clip, "a.mlt");
     const test::LogCapture log;
     const auto again = Load(*profile, "a.mlt");
     ASSERT_TRUE(again);
-    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), kNtsc, 3);
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), test::kNtsc, 3);
     EXPECT_EQ(Difference(sound, test::PlugInSound(test::Tone(2), 0, static_cast<std::int64_t>(sound.front().size()))),
               "");
     EXPECT_EQ(log.Text(), "");
@@ -81,19 +79,19 @@ TEST_F(Xml, OfAClipAsItWasMadeIsReadWithoutAWarning) {
 
 // As clips were written before: the folder of the project stands before the name.
 TEST_F(Xml, TakesTheNameOfASoundFromAResource) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     const auto clip = test::MakeClip(*profile, {}, (Folder() / "blits").c_str());
     EXPECT_STREQ(mlt_properties_get(MLT_PRODUCER_PROPERTIES(clip.get()), "sound"), "blits");
 }
 
 TEST_F(Xml, OfAClipMadeByNameKeepsWhatWasChangedLater) {
-    const auto profile = test::MakeProfile(kNtsc);
+    const auto profile = test::MakeProfile(test::kNtsc);
     const auto clip = test::MakeClip(*profile, {}, "blits");
     mlt_properties_set(MLT_PRODUCER_PROPERTIES(clip.get()), "sound", "ebu-5.1");
     Save(*profile, *clip, "a.mlt");
     const auto again = Load(*profile, "a.mlt");
     ASSERT_TRUE(again);
-    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), kNtsc, 30, 48000, 6);
+    const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), test::kNtsc, 30, 48000, 6);
     EXPECT_EQ(Difference(sound, test::PlugInSound(test::IdentSettings(EBUMultichannel), 0,
                                                   static_cast<std::int64_t>(sound.front().size()))),
               "");

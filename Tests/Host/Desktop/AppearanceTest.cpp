@@ -12,8 +12,6 @@ using test::ClipWith;
 using test::DialogHands;
 using test::EditWith;
 
-constexpr const char* kFrequency = "frequencyHotTextNumber";
-
 // How many pixels of a widget's picture have about this colour.
 int PixelsLike(QWidget& widget, const QColor& colour) {
     const QImage image = widget.grab().toImage();
@@ -35,7 +33,7 @@ QString AccessibleName(QWidget& widget) {
 
 TEST(Appearance, NumbersLookLikeLinksUntilTheyAreDisabled) {
     (void)EditWith(ClipWith(2), [](DialogHands& hands) {
-        QWidget& number = hands.Find(kFrequency);
+        QWidget& number = hands.Find(test::kFrequency);
         const QColor link = number.palette().color(QPalette::Link);
         EXPECT_GT(PixelsLike(number, link), 20);
         hands.Click("identifyChannelsBtn");
@@ -48,8 +46,8 @@ TEST(Appearance, AWideNumberHasRoomInFull) {
     BarsAndToneInfo settings = ClipWith(1);
     settings.frequency = 123456789.0F;
     (void)EditWith(settings, [](DialogHands& hands) {
-        QWidget& number = hands.Find(kFrequency);
-        EXPECT_GE(number.width(), number.fontMetrics().horizontalAdvance(hands.Shown(kFrequency)));
+        QWidget& number = hands.Find(test::kFrequency);
+        EXPECT_GE(number.width(), number.fontMetrics().horizontalAdvance(hands.Shown(test::kFrequency)));
         hands.ClickCloseBox();
     });
 }
@@ -77,7 +75,7 @@ TEST(Appearance, TheListOfSequencesHasItsLabel) {
 
 TEST(Appearance, ControlsTellAScreenReaderTheirNames) {
     (void)EditWith(ClipWith(2), [](DialogHands& hands) {
-        EXPECT_TRUE(AccessibleName(hands.Find(kFrequency)).startsWith("Frequency"));
+        EXPECT_TRUE(AccessibleName(hands.Find(test::kFrequency)).startsWith("Frequency"));
         EXPECT_TRUE(AccessibleName(hands.Find("amplitudeHotTextNumber")).startsWith("Level"));
         EXPECT_EQ(AccessibleName(hands.Find("steadyTonesBtn")), "Steady tone");
         hands.ClickCloseBox();

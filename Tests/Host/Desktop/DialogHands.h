@@ -7,6 +7,10 @@
 
 namespace test {
 
+/// The numbers of the dialog under test.
+inline constexpr const char* kFrequency = "frequencyHotTextNumber";
+inline constexpr const char* kLevel = "amplitudeHotTextNumber";
+
 /// A person's hands on an open dialog: real mouse and key events on real widgets, found by name.
 class DialogHands {
 public:

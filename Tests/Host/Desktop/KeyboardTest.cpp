@@ -13,9 +13,6 @@ using test::ClipWith;
 using test::DialogHands;
 using test::EditWith;
 
-constexpr const char* kFrequency = "frequencyHotTextNumber";
-constexpr const char* kLevel = "amplitudeHotTextNumber";
-
 QString TabOrder(DialogHands& hands) {
     QStringList order;
     while (order.size() < 20 && (order.isEmpty() || hands.Focus() != order.front())) {
@@ -51,7 +48,7 @@ TEST(Keyboard, TabStopsOnlyAtWhatCanBeUsed) {
 TEST(Keyboard, EnterInANumberTakesTheNumberAndPressesOK) {
     for (const std::uint32_t channels : {1U, 2U, 6U}) {
         const auto after = EditWith(ClipWith(channels), [](DialogHands& hands) {
-            hands.FocusAndType(kFrequency, "400");
+            hands.FocusAndType(test::kFrequency, "400");
             hands.Press(Qt::Key_Return);
         });
         EXPECT_EQ(after.frequency, 400.0F);
@@ -65,7 +62,7 @@ TEST(Keyboard, EscapePressesCancel) {
         const auto after = EditWith(before, [&](DialogHands& hands) {
             QObject::connect(&hands.Find<QAbstractButton>("cancelButton"), &QAbstractButton::clicked,
                              [&] { cancelled = true; });
-            hands.FocusAndType(kFrequency, "400");
+            hands.FocusAndType(test::kFrequency, "400");
             hands.Press(Qt::Key_Escape);
         });
         EXPECT_TRUE(cancelled);
@@ -75,7 +72,7 @@ TEST(Keyboard, EscapePressesCancel) {
 
 TEST(Keyboard, EnterOnCancelPressesCancel) {
     const auto after = EditWith(ClipWith(1), [](DialogHands& hands) {
-        hands.FocusAndType(kFrequency, "400");
+        hands.FocusAndType(test::kFrequency, "400");
         hands.Find("cancelButton").setFocus();
         hands.Press(Qt::Key_Return);
     });
@@ -84,8 +81,8 @@ TEST(Keyboard, EnterOnCancelPressesCancel) {
 
 TEST(Keyboard, MnemonicsReachEveryControl) {
     (void)EditWith(ClipWith(2), [](DialogHands& hands) {
-        hands.PressMnemonic(Qt::Key_F, [&] { return hands.Focus() == kFrequency; });
-        hands.PressMnemonic(Qt::Key_L, [&] { return hands.Focus() == kLevel; });
+        hands.PressMnemonic(Qt::Key_F, [&] { return hands.Focus() == test::kFrequency; });
+        hands.PressMnemonic(Qt::Key_L, [&] { return hands.Focus() == test::kLevel; });
         hands.PressMnemonic(Qt::Key_I, [&] { return hands.Find<QRadioButton>("identifyChannelsBtn").isChecked(); });
         hands.PressMnemonic(Qt::Key_Q, [&] { return hands.Focus() == "identifierFormatPopup"; });
         hands.PressMnemonic(Qt::Key_S, [&] { return hands.Find<QRadioButton>("steadyTonesBtn").isChecked(); });
@@ -96,7 +93,7 @@ TEST(Keyboard, MnemonicsReachEveryControl) {
 // The mnemonic leaves the focus, and what has been typed, in the number.
 TEST(Keyboard, TheMnemonicOfOKTakesANumberThatIsStillBeingTyped) {
     const auto after = EditWith(ClipWith(2), [](DialogHands& hands) {
-        hands.FocusAndType(kFrequency, "30000");
+        hands.FocusAndType(test::kFrequency, "30000");
         hands.PressMnemonic(Qt::Key_O, [&] { return !hands.Dialog().isVisible(); });
     });
     EXPECT_EQ(after.frequency, 24000.0F);
@@ -126,14 +123,15 @@ TEST(Keyboard, ArrowsChooseTheSequence) {
 TEST(ToneKind, GovernsWhatCanBeChosen) {
     for (const std::uint32_t channels : {2U, 6U}) {
         const auto after = EditWith(ClipWith(channels), [](DialogHands& hands) {
-            EXPECT_TRUE(hands.IsEnabled(kFrequency) && hands.IsEnabled(kLevel));
+            EXPECT_TRUE(hands.IsEnabled(test::kFrequency) && hands.IsEnabled(test::kLevel));
             EXPECT_FALSE(hands.IsEnabled("identifierFormatPopup"));
             hands.Click("identifyChannelsBtn");
-            EXPECT_FALSE(hands.IsEnabled(kFrequency) || hands.IsEnabled(kLevel));
+            EXPECT_FALSE(hands.IsEnabled(test::kFrequency) || hands.IsEnabled(test::kLevel));
             EXPECT_FALSE(hands.IsEnabled("frequencyLabel") || hands.IsEnabled("frequencyRange"));
             EXPECT_TRUE(hands.IsEnabled("identifierFormatPopup") && hands.IsEnabled("identifierFormatLabel"));
             hands.Click("steadyTonesBtn");
-            EXPECT_TRUE(hands.IsEnabled(kFrequency) && hands.IsEnabled(kLevel) && hands.IsEnabled("frequencyLabel"));
+            EXPECT_TRUE(hands.IsEnabled(test::kFrequency) && hands.IsEnabled(test::kLevel) &&
+                        hands.IsEnabled("frequencyLabel"));
             EXPECT_FALSE(hands.IsEnabled("identifierFormatPopup"));
             hands.Click("identifyChannelsBtn");
             hands.Click("okButton");

@@ -14,9 +14,6 @@ using test::ClipWith;
 using test::DialogHands;
 using test::EditWith;
 
-constexpr const char* kFrequency = "frequencyHotTextNumber";
-constexpr const char* kLevel = "amplitudeHotTextNumber";
-
 BarsAndToneInfo With(std::uint32_t numChannels, float frequency, float amplitude) {
     BarsAndToneInfo settings = ClipWith(numChannels);
     settings.frequency = frequency;
@@ -80,7 +77,7 @@ TEST(LeavingTheDialog, WithOKAfterWalkingThroughAllControlsGivesBackTheSameBytes
 
 TEST(LeavingTheDialog, WithEnterInANumberThatWasNotEditedGivesBackTheSameBytes) {
     for (const BarsAndToneInfo& settings : OddRecords()) {
-        for (const char* const number : {kFrequency, kLevel}) {
+        for (const char* const number : {test::kFrequency, test::kLevel}) {
             const auto after = EditWith(settings, [&](DialogHands& hands) {
                 hands.Find(hands.IsEnabled(number) ? number : "okButton").setFocus();
                 hands.Press(Qt::Key_Return);
@@ -93,9 +90,9 @@ TEST(LeavingTheDialog, WithEnterInANumberThatWasNotEditedGivesBackTheSameBytes) 
 TEST(LeavingTheDialog, WithCancelGivesBackTheSameBytesWhateverWasEdited) {
     for (const BarsAndToneInfo& settings : OddRecords()) {
         const auto after = EditWith(settings, [](DialogHands& hands) {
-            if (hands.IsEnabled(kFrequency)) {
-                hands.FocusAndType(kFrequency, "440");
-                hands.Drag(kLevel, -30);
+            if (hands.IsEnabled(test::kFrequency)) {
+                hands.FocusAndType(test::kFrequency, "440");
+                hands.Drag(test::kLevel, -30);
             }
             hands.Click("cancelButton");
         });
@@ -106,8 +103,8 @@ TEST(LeavingTheDialog, WithCancelGivesBackTheSameBytesWhateverWasEdited) {
 TEST(LeavingTheDialog, ByTheCloseBoxGivesBackTheSameBytesWhateverWasEdited) {
     for (const BarsAndToneInfo& settings : OddRecords()) {
         const auto after = EditWith(settings, [](DialogHands& hands) {
-            if (hands.IsEnabled(kFrequency)) {
-                hands.FocusAndType(kFrequency, "440");
+            if (hands.IsEnabled(test::kFrequency)) {
+                hands.FocusAndType(test::kFrequency, "440");
             }
             hands.ClickCloseBox();
         });

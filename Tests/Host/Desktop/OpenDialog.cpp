@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kLongestMs = 30000;
 
-const lineup::Importer& ThePlugin() {
+const lineup::Importer& DialogPlugin() {
     static const lineup::Importer plugin(TEST_BUNDLE);
     return plugin;
 }
@@ -68,7 +68,7 @@ void WithDialog(const std::function<void()>& open, const std::function<void(Dial
 }
 
 BarsAndToneInfo EditWith(BarsAndToneInfo settings, const std::function<void(DialogHands&)>& act) {
-    WithDialog([&] { ThePlugin().EditSettings(settings); }, act);
+    WithDialog([&] { DialogPlugin().EditSettings(settings); }, act);
     return settings;
 }
 

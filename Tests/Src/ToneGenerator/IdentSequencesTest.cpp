@@ -16,13 +16,13 @@ struct Row {
 };
 
 constexpr std::array<Row, 3> kRows = {{{2}, {3}, {7}}};
-constexpr FrameRate kCycle{80};
-constexpr FrameRate kStep{10};
+constexpr FrameRate kRowCycle{80};
+constexpr FrameRate kRowStep{10};
 
-static_assert(ident::MakeOneCycle(kRows, kCycle, kStep));
-static_assert(!ident::MakeOneCycle(kRows, FrameRate(90), kStep));
-static_assert(!ident::MakeOneCycle(std::array<Row, 3>{{{3}, {3}, {7}}}, kCycle, kStep));
-static_assert(!ident::MakeOneCycle(std::array<Row, 3>{{{3}, {2}, {7}}}, kCycle, kStep));
+static_assert(ident::MakeOneCycle(kRows, kRowCycle, kRowStep));
+static_assert(!ident::MakeOneCycle(kRows, FrameRate(90), kRowStep));
+static_assert(!ident::MakeOneCycle(std::array<Row, 3>{{{3}, {3}, {7}}}, kRowCycle, kRowStep));
+static_assert(!ident::MakeOneCycle(std::array<Row, 3>{{{3}, {2}, {7}}}, kRowCycle, kRowStep));
 
 std::int64_t LastStepOfRowAt(std::int64_t step) {
     const Row* const row = ident::FindRow(kRows, step);
@@ -45,17 +45,17 @@ TEST(IdentSequences, StepsOutsideTheCycleHaveNoRow) {
 }
 
 TEST(IdentSequences, ABoundaryBelongsToTheStepThatBeginsThere) {
-    const ident::CyclePosition before = ident::Locate(TickTime(189), kCycle, kStep);
+    const ident::CyclePosition before = ident::Locate(TickTime(189), kRowCycle, kRowStep);
     EXPECT_EQ(before.cycleStart, TickTime(160));
     EXPECT_EQ(before.stepStart, TickTime(180));
     EXPECT_EQ(before.step, 2);
-    const ident::CyclePosition on = ident::Locate(TickTime(190), kCycle, kStep);
+    const ident::CyclePosition on = ident::Locate(TickTime(190), kRowCycle, kRowStep);
     EXPECT_EQ(on.stepStart, TickTime(190));
     EXPECT_EQ(on.step, 3);
 }
 
 TEST(IdentSequences, CyclesBeforeTheClipRunForwardsToo) {
-    const ident::CyclePosition last = ident::Locate(TickTime(-1), kCycle, kStep);
+    const ident::CyclePosition last = ident::Locate(TickTime(-1), kRowCycle, kRowStep);
     EXPECT_EQ(last.cycleStart, TickTime(-80));
     EXPECT_EQ(last.stepStart, TickTime(-10));
     EXPECT_EQ(last.step, 7);

@@ -16,11 +16,11 @@ namespace lineup::validation {
 namespace {
 
 constexpr int kRequests = 4000;
-constexpr double kIdentLevel = 0.125;
+constexpr double kHostileIdentLevel = 0.125;
 
 double LevelOf(const BarsAndToneInfo& settings) {
     if (settings.identifyChannels == 1) {
-        return kIdentLevel;
+        return kHostileIdentLevel;
     }
     const double level = std::abs(static_cast<double>(settings.amplitude));
     return std::isnan(level) ? std::numeric_limits<double>::infinity() : level;

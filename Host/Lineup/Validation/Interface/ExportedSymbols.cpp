@@ -12,9 +12,9 @@ namespace lineup::validation {
 namespace {
 
 // A file's bytes; whatever is read of them lies within.
-class Bytes {
+class FileBytes {
 public:
-    explicit Bytes(const std::filesystem::path& file) : mFile(file) {
+    explicit FileBytes(const std::filesystem::path& file) : mFile(file) {
         std::ifstream stream(file, std::ios::binary);
         mBytes.assign(std::istreambuf_iterator<char>(stream), {});
     }
@@ -53,7 +53,7 @@ bool IsOffered(const Elf64_Sym& symbol) {
 }  // namespace
 
 std::vector<std::string> ExportedSymbols(const std::filesystem::path& file) {
-    const Bytes bytes(file);
+    const FileBytes bytes(file);
     const auto header = bytes.Read<Elf64_Ehdr>(0);
     Require(std::memcmp(&header, ELFMAG, SELFMAG) == 0 && header.e_ident[EI_CLASS] == ELFCLASS64,
             "{} is not a 64-bit ELF file", file.string());

@@ -8,7 +8,7 @@ namespace lineup::validation {
 
 namespace {
 
-constexpr std::size_t kGuardBytes = 1U << 16U;  // more than a row of most sizes
+constexpr std::size_t kFrameGuardBytes = 1U << 16U;  // more than a row of most sizes
 
 std::size_t BytesPerPixel(std::uint32_t pixelFormat) {
     return pixelFormat == kPixelFormat_VUYA_32f ? kBytesPerPixel_VUYA_32f : kBytesPerPixel_VUYA_8u;
@@ -30,12 +30,12 @@ GuardedFrame::GuardedFrame(const FrameShape& shape)
       mBuffer(shape.width + shape.extraColumns, shape.height, shape.pixelFormat),
       mRowBytes(static_cast<std::size_t>(mBuffer.RowBytes())),
       mPictureRowBytes(static_cast<std::size_t>(shape.width) * BytesPerPixel(shape.pixelFormat)),
-      mMemory(2 * kGuardBytes + mRowBytes * static_cast<std::size_t>(shape.height), shape.filler) {
-    mBuffer.Handle()->pixels = mMemory.data() + kGuardBytes;
+      mMemory(2 * kFrameGuardBytes + mRowBytes * static_cast<std::size_t>(shape.height), shape.filler) {
+    mBuffer.Handle()->pixels = mMemory.data() + kFrameGuardBytes;
 }
 
 std::span<const std::uint8_t> GuardedFrame::Row(int row) const {
-    return std::span(mMemory).subspan(kGuardBytes + static_cast<std::size_t>(row) * mRowBytes, mPictureRowBytes);
+    return std::span(mMemory).subspan(kFrameGuardBytes + static_cast<std::size_t>(row) * mRowBytes, mPictureRowBytes);
 }
 
 bool GuardedFrame::HoldsFiller(std::size_t begin, std::size_t end) const {
@@ -44,17 +44,17 @@ bool GuardedFrame::HoldsFiller(std::size_t begin, std::size_t end) const {
 }
 
 std::string GuardedFrame::WrittenOutside() const {
-    if (mBuffer.Handle()->pixels != mMemory.data() + kGuardBytes) {
+    if (mBuffer.Handle()->pixels != mMemory.data() + kFrameGuardBytes) {
         return "where the frame's pixels are was changed";
     }
-    if (!HoldsFiller(0, kGuardBytes)) {
+    if (!HoldsFiller(0, kFrameGuardBytes)) {
         return "was drawn outside of its picture: before its first row";
     }
-    if (!HoldsFiller(mMemory.size() - kGuardBytes, mMemory.size())) {
+    if (!HoldsFiller(mMemory.size() - kFrameGuardBytes, mMemory.size())) {
         return "was drawn outside of its picture: after its last row";
     }
     for (int row = 0; row < mShape.height; ++row) {
-        const std::size_t begin = kGuardBytes + static_cast<std::size_t>(row) * mRowBytes;
+        const std::size_t begin = kFrameGuardBytes + static_cast<std::size_t>(row) * mRowBytes;
         if (!HoldsFiller(begin + mPictureRowBytes, begin + mRowBytes)) {
             return "was drawn outside of its picture: between its rows";
         }

@@ -8,14 +8,14 @@ namespace lineup::validation {
 
 namespace {
 
-constexpr std::size_t kGuardBytes = 256;
+constexpr std::size_t kRecordGuardBytes = 256;
 
 }  // namespace
 
 GuardedBytes::GuardedBytes(std::size_t size, Placement placement)
-    : mStart(kGuardBytes + placement.misalignment),
+    : mStart(kRecordGuardBytes + placement.misalignment),
       mSize(size),
-      mMemory(mStart + size + kGuardBytes, placement.filler),
+      mMemory(mStart + size + kRecordGuardBytes, placement.filler),
       mBefore(mMemory) {}
 
 GuardedBytes::GuardedBytes(std::span<const std::uint8_t> bytes, Placement placement)

@@ -44,28 +44,6 @@ std::vector<Sample> DecodeAs(const fs::path& file, std::string_view stream, std:
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (fs::temp_directory_path() / "lineup-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("cannot make a temporary folder");
-    }
-    mPath = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(mPath, ignored);
-}
-
-std::vector<std::string> TemporaryFolder::Names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(mPath)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::ranges::sort(names);
-    return names;
-}
-
 lineup::Clip OpenClip(BarsAndToneInfo settings) {
     return lineup::Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
 }
@@ -124,10 +102,6 @@ std::vector<std::int32_t> DecodeIntegers(const fs::path& file, std::string_view 
 std::vector<std::uint8_t> ReadBytes(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-void WriteFile(const fs::path& file, std::string_view text) {
-    std::ofstream(file) << text;
 }
 
 }  // namespace test

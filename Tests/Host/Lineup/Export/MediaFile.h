@@ -2,6 +2,7 @@
 
 #include <lineup/Clip.h>
 #include <lineup/Exporter.h>
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -13,24 +14,6 @@
 #include <vector>
 
 namespace test {
-
-/// A folder of one test's own, removed with all it holds.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] const std::filesystem::path& Path() const { return mPath; }
-    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return mPath / name; }
-
-    /// The names of everything in it, hidden files too, sorted.
-    [[nodiscard]] std::vector<std::string> Names() const;
-
-private:
-    std::filesystem::path mPath;
-};
 
 /// A clip of the plug-in under test. With an ident of two or six channels every channel differs.
 lineup::Clip OpenClip(BarsAndToneInfo settings);
@@ -58,6 +41,5 @@ std::vector<float> DecodeFloats(const std::filesystem::path& file, std::string_v
 std::vector<std::int32_t> DecodeIntegers(const std::filesystem::path& file, std::string_view stream);
 
 std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& file);
-void WriteFile(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace test

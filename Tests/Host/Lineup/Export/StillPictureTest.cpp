@@ -13,9 +13,9 @@ using test::TemporaryFolder;
 
 using Rgb = std::array<int, 3>;
 
-class Picture {
+class PngPicture {
 public:
-    Picture(const std::filesystem::path& file, int width)
+    PngPicture(const std::filesystem::path& file, int width)
         : mBytes(test::Decode(file, "v:0", "-f rawvideo -pix_fmt rgb24")), mWidth(width) {}
 
     [[nodiscard]] Rgb At(int x, int y) const {
@@ -31,7 +31,7 @@ private:
 TEST(StillPicture, ShowsTheHdCardInFullRangeRgb) {
     const TemporaryFolder folder;
     lineup::WritePng(test::OpenClip(), 1280, 720, lineup::Card::Auto, folder / "a.png", false);
-    const Picture picture(folder / "a.png", 1280);
+    const PngPicture picture(folder / "a.png", 1280);
     // 75 % bars: 191.25 of 255, within what 8-bit Y'CbCr numbers leave of them.
     const auto near = [&picture](int x, const Rgb& wanted) {
         const Rgb got = picture.At(x, 200);
@@ -54,7 +54,7 @@ TEST(StillPicture, ShowsTheHdCardInFullRangeRgb) {
 TEST(StillPicture, ShowsTheSdCardBelow720Lines) {
     const TemporaryFolder folder;
     lineup::WritePng(test::OpenClip(), 720, 576, lineup::Card::Auto, folder / "a.png", false);
-    const Picture picture(folder / "a.png", 720);
+    const PngPicture picture(folder / "a.png", 720);
     const Rgb white = picture.At(50, 100);  // the leftmost bar: 75 % white, where the HD card has 40 % grey
     EXPECT_EQ(white, (Rgb{191, 191, 191}));
 }
@@ -62,7 +62,7 @@ TEST(StillPicture, ShowsTheSdCardBelow720Lines) {
 TEST(StillPicture, ShowsTheCardItWasToldTo) {
     const TemporaryFolder folder;
     lineup::WritePng(test::OpenClip(), 192, 108, lineup::Card::HD, folder / "a.png", false);
-    EXPECT_EQ(Picture(folder / "a.png", 192).At(10, 20), (Rgb{102, 102, 102}));  // 88 / 219 * 255 = 102.47
+    EXPECT_EQ(PngPicture(folder / "a.png", 192).At(10, 20), (Rgb{102, 102, 102}));  // 88 / 219 * 255 = 102.47
 }
 
 TEST(StillPicture, TakesOddSizes) {

@@ -23,7 +23,7 @@ using testing::ElementsAre;
 using testing::MatchesRegex;
 
 constexpr std::array<std::uint8_t, 3> kAbc = {'a', 'b', 'c'};
-const std::vector<std::uint8_t> kOld = {'o', 'l', 'd'};
+const std::vector<std::uint8_t> kOldBytes = {'o', 'l', 'd'};
 
 TEST(TargetFile, IsHiddenBesideItsTargetUntilItIsWhole) {
     const TemporaryFolder folder;
@@ -50,9 +50,9 @@ TEST(TargetFile, LeavesTheOldFileWhenItIsNotCommitted) {
     {
         TargetFile file(folder / "bars.mov", true);
         file.Write(kAbc);
-        EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
+        EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOldBytes);
     }
-    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOldBytes);
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
 }
 
@@ -60,7 +60,7 @@ TEST(TargetFile, ReplacesTheOldFileOnlyWhenToldSo) {
     const TemporaryFolder folder;
     test::WriteFile(folder / "bars.mov", "old");
     EXPECT_THROW(TargetFile(folder / "bars.mov", false), lineup::UsageError);
-    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOldBytes);
 
     TargetFile file(folder / "bars.mov", true);
     file.Write(kAbc);
@@ -76,7 +76,7 @@ TEST(TargetFile, DoesNotReplaceAFileThatAppearedMeanwhile) {
         test::WriteFile(folder / "bars.mov", "old");
         EXPECT_THROW(file.Commit(), lineup::UsageError);
     }
-    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOld);
+    EXPECT_EQ(ReadBytes(folder / "bars.mov"), kOldBytes);
     EXPECT_THAT(folder.Names(), ElementsAre("bars.mov"));
 }
 

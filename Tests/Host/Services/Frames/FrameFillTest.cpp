@@ -17,19 +17,19 @@ namespace {
 
 using testing::Each;
 
-constexpr std::uint8_t kUntouched = 0xCC;
+constexpr std::uint8_t kUnfilled = 0xCC;
 constexpr std::array<std::uint8_t, 4> kColour8 = {142, 44, 161, 255};
 constexpr std::array<float, 4> kColourFloat = {0.0625F, -0.375F, 0.662F, 1.0F};
 
-struct Format {
+struct FillFormat {
     std::uint32_t code;
     int bytesPerPixel;
     const void* colour;
 };
-constexpr Format kFormats[] = {{kFillFormat_VUYA_8u, kBytesPerPixel_VUYA_8u, kColour8.data()},
-                               {kFillFormat_VUYA_32f, kBytesPerPixel_VUYA_32f, kColourFloat.data()}};
+constexpr FillFormat kFillFormats[] = {{kFillFormat_VUYA_8u, kBytesPerPixel_VUYA_8u, kColour8.data()},
+                                       {kFillFormat_VUYA_32f, kBytesPerPixel_VUYA_32f, kColourFloat.data()}};
 
-void PlainFill(std::uint8_t* destination, int rowBytes, int width, int height, const Format& format) {
+void PlainFill(std::uint8_t* destination, int rowBytes, int width, int height, const FillFormat& format) {
     const auto bytes = static_cast<std::size_t>(format.bytesPerPixel);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -40,10 +40,10 @@ void PlainFill(std::uint8_t* destination, int rowBytes, int width, int height, c
 }
 
 // Fills a block that starts `offset` bytes into its guarded memory, and expects what the plain fill leaves.
-void ExpectLikePlainFill(int rowBytes, int width, int height, const Format& format, std::size_t offset) {
+void ExpectLikePlainFill(int rowBytes, int width, int height, const FillFormat& format, std::size_t offset) {
     constexpr std::size_t kGuard = 256;
     const int span = std::abs(rowBytes) * (height - 1) + width * format.bytesPerPixel;
-    std::vector<std::uint8_t> actual(offset + static_cast<std::size_t>(span) + 2 * kGuard, kUntouched);
+    std::vector<std::uint8_t> actual(offset + static_cast<std::size_t>(span) + 2 * kGuard, kUnfilled);
     std::vector<std::uint8_t> expected = actual;
     // With a negative stride the first row in the call is the last one in memory.
     const std::size_t start =
@@ -60,7 +60,7 @@ TEST(FrameFill, WritesBlocksOfEveryWidthAtEveryAlignmentAndNothingElse) {
     const std::int32_t best = ippJumpIndexForMergedLibs;
     for (const std::int32_t index : {std::int32_t{kVectorNotInitialised}, std::int32_t{kVectorN8}, best}) {
         ippJumpIndexForMergedLibs = index;
-        for (const Format& format : kFormats) {
+        for (const FillFormat& format : kFillFormats) {
             for (int width = 1; width <= 70; ++width) {
                 for (std::size_t offset = 0; offset < 64; ++offset) {
                     ExpectLikePlainFill(width * format.bytesPerPixel + 4, width, 3, format, offset);
@@ -72,7 +72,7 @@ TEST(FrameFill, WritesBlocksOfEveryWidthAtEveryAlignmentAndNothingElse) {
 }
 
 TEST(FrameFill, WritesLargeBlocksLikeSmallOnes) {
-    for (const Format& format : kFormats) {
+    for (const FillFormat& format : kFillFormats) {
         for (const auto& [width, height] : {std::pair{720, 576}, {1919, 17}, {1, 1080}, {33, 1}}) {
             ExpectLikePlainFill(width * format.bytesPerPixel, width, height, format, 0);
             ExpectLikePlainFill(width * format.bytesPerPixel + 64, width, height, format, 4);
@@ -83,7 +83,7 @@ TEST(FrameFill, WritesLargeBlocksLikeSmallOnes) {
 // Rows so long belong to frames larger than any cache: their lines are streamed where every row begins alike.
 TEST(FrameFill, WritesRowsOfTheLargestFramesLikeSmallOnes) {
     constexpr int kLongRow = 655'360;
-    for (const Format& format : kFormats) {
+    for (const FillFormat& format : kFillFormats) {
         for (const int width : {7, 8, 9, 31, 32, 33, 400, 2001}) {
             for (const std::size_t offset : {0U, 4U, 16U, 48U, 63U}) {
                 ExpectLikePlainFill(kLongRow, width, 3, format, offset);
@@ -99,7 +99,7 @@ TEST(FrameFill, WritesRowsOfTheLargestFramesLikeSmallOnes) {
 TEST(FrameFill, WritesRowsOfFramesBelowAndAboveTheCacheLikeSmallOnes) {
     constexpr int kLongestRow = 524'288;
     constexpr int kHeight = 13;  // more rows than any of the ways takes before it begins again
-    for (const Format& format : kFormats) {
+    for (const FillFormat& format : kFillFormats) {
         for (int rowBytes = 4096; rowBytes <= kLongestRow; rowBytes += rowBytes / 128 * 64) {
             for (const int width : {33, 403}) {
                 for (const std::size_t offset : {0U, 48U}) {
@@ -111,7 +111,7 @@ TEST(FrameFill, WritesRowsOfFramesBelowAndAboveTheCacheLikeSmallOnes) {
 }
 
 TEST(FrameFill, FollowsNegativeAndOddRowStrides) {
-    for (const Format& format : kFormats) {
+    for (const FillFormat& format : kFillFormats) {
         for (const int width : {1, 5, 40}) {
             const int tight = width * format.bytesPerPixel;
             for (const int rowBytes : {-tight, -(tight + 20), tight + 1, tight + 13, -(tight + 7)}) {
@@ -123,7 +123,7 @@ TEST(FrameFill, FollowsNegativeAndOddRowStrides) {
 
 // Rows that share memory, down to a stride of nothing: each is written in turn.
 TEST(FrameFill, WritesRowsThatOverlapOneAfterTheOther) {
-    for (const Format& format : kFormats) {
+    for (const FillFormat& format : kFillFormats) {
         for (const int rowBytes : {0, 1, 6, 64, -3}) {
             ExpectLikePlainFill(rowBytes, 40, 4, format, 0);
         }
@@ -131,26 +131,26 @@ TEST(FrameFill, WritesRowsThatOverlapOneAfterTheOther) {
 }
 
 TEST(FrameFill, FillsNothingForASizeOfZeroOrLess) {
-    std::vector<std::uint8_t> memory(256, kUntouched);
-    for (const Format& format : kFormats) {
+    std::vector<std::uint8_t> memory(256, kUnfilled);
+    for (const FillFormat& format : kFillFormats) {
         for (const auto& [width, height] :
              {std::pair{0, 2}, {2, 0}, {0, 0}, {-1, 2}, {2, -1}, {-1, -1}, {INT32_MIN, INT32_MIN}}) {
             IR_FillWithColor(memory.data() + 64, 64, width, height, format.code, format.colour, format.code);
             IR_FillWithColor(nullptr, 64, width, height, format.code, nullptr, format.code);
         }
     }
-    EXPECT_THAT(memory, Each(kUntouched));
+    EXPECT_THAT(memory, Each(kUnfilled));
 }
 
 TEST(FrameFill, FillsNothingForAFormatItDoesNotKnow) {
-    std::vector<std::uint8_t> memory(256, kUntouched);
+    std::vector<std::uint8_t> memory(256, kUnfilled);
     for (const std::uint32_t unknown : {0U, 1U, 2060U, 2062U, 2830U, kPixelFormat_VUYA_8u, kPixelFormat_VUYA_32f}) {
-        for (const Format& format : kFormats) {
+        for (const FillFormat& format : kFillFormats) {
             IR_FillWithColor(memory.data() + 64, 64, 1, 1, unknown, format.colour, format.code);
             IR_FillWithColor(memory.data() + 64, 64, 1, 1, format.code, format.colour, unknown);
         }
     }
-    EXPECT_THAT(memory, Each(kUntouched));
+    EXPECT_THAT(memory, Each(kUnfilled));
 }
 
 TEST(FrameFill, TakesAColourFromAnyAddress) {

@@ -2,6 +2,7 @@
 #include <lineup/Importer.h>
 #include <lineup/services/FrameBuffer.h>
 #include "Benchmarks/Race.h"
+#include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
 
 #include <benchmark/benchmark.h>
@@ -52,8 +53,8 @@ void RaceCard(benchmark::State& state, int width, int height, std::uint32_t pixe
                 {{"memset", [&] { std::memset(frame.Handle()->pixels, 0x55, bytes); }}});
 }
 
-BarsAndToneInfo SettingsFor(const Ident& ident) {
-    BarsAndToneInfo settings = Plugin().DefaultSettings(48'000.0F);
+lineup::BarsAndToneInfo SettingsFor(const Ident& ident) {
+    lineup::BarsAndToneInfo settings = Plugin().DefaultSettings(48'000.0F);
     settings.numChannels = ident.numChannels;
     settings.identifyChannels = 1;
     settings.identifierFormat = ident.format;
@@ -71,7 +72,7 @@ void WritePlainSine(float* out, std::uint32_t count, double step) {
 // From the clip's start on in requests of `count` samples, over 13.4 s: the longest cycle.
 void RaceIdent(benchmark::State& state, const Ident& ident, std::uint32_t count) {
     constexpr std::int64_t kSamples = 643'200;
-    const BarsAndToneInfo settings = SettingsFor(ident);
+    const lineup::BarsAndToneInfo settings = SettingsFor(ident);
     Channels channels(count);
     const auto eachRequest = [&](auto request) {
         for (std::int64_t position = 0; position < kSamples; position += count) {
@@ -95,7 +96,7 @@ void RaceIdent(benchmark::State& state, const Ident& ident, std::uint32_t count)
                   }}});
 }
 
-void RacePeaks(benchmark::State& state, const BarsAndToneInfo& settings) {
+void RacePeaks(benchmark::State& state, const lineup::BarsAndToneInfo& settings) {
     constexpr std::int32_t kColumns = 2000;
     constexpr float kHour = 3600.0F;
     Channels maxima(kColumns);

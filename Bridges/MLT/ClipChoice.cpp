@@ -129,8 +129,8 @@ ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain) {
     return choice;
 }
 
-BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice, int rateHz,
-                             const Complain& complain) {
+lineup::BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice, int rateHz,
+                                     const Complain& complain) {
     lineup::ToneChoice tone = choice.tone;
     tone.sampleRateHz = rateHz;
     const double highest = rateHz / 2.0;

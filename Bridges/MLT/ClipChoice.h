@@ -33,7 +33,7 @@ bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);
 
 /// The settings record of the chosen clip at `rateHz`. A frequency above half the rate is brought down to
 /// it, with a sentence.
-[[nodiscard]] BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice, int rateHz,
-                                           const Complain& complain);
+[[nodiscard]] lineup::BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice,
+                                                   int rateHz, const Complain& complain);
 
 }  // namespace bridge

@@ -1,5 +1,7 @@
 #include "Bridges/MLT/Sound.h"
 
+#include <lineup/Limits.h>
+
 #include <algorithm>
 #include <array>
 
@@ -7,16 +9,12 @@ namespace bridge {
 
 namespace {
 
-// What a clip can be made at, Hz.
-constexpr int kLowestRate = 8000;
-constexpr int kHighestRate = 384000;
-
 constexpr std::size_t kMostChannels = 6;
 
 }  // namespace
 
 int Sound::NearestRate(int rateHz) {
-    return std::clamp(rateHz, kLowestRate, kHighestRate);
+    return std::clamp(rateHz, lineup::kLowestSampleRateHz, lineup::kHighestSampleRateHz);
 }
 
 Sound::Sound(const std::shared_ptr<const lineup::Importer>& importer, const ClipChoice& choice, int rateHz,

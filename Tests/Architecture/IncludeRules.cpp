@@ -22,11 +22,10 @@ struct RoomOfHeaders {
 
 const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Values/",
-     {"Api.h", "Card.h", "ChannelLayout.h", "Disk.h", "Error.h", "Idents.h", "Level.h", "PictureFormat.h", "Rational.h",
-      "Timecode.h", "UsageError.h"}},
-    {"Host/Lineup/Plugin/", {"BundleSearch.h", "DesktopToolkit.h", "DynamicLibrary.h", "Importer.h"}},
-    {"Host/Lineup/Clip/",
-     {"AudioReader.h", "BlockGrid.h", "Clip.h", "TimeAxis.h", "ToneChoice.h", "WaveformOverview.h"}},
+     {"Api.h", "Card.h", "ChannelLayout.h", "Disk.h", "Error.h", "Idents.h", "Level.h", "Limits.h", "PictureFormat.h",
+      "Rational.h", "Timecode.h", "UsageError.h"}},
+    {"Host/Lineup/Plugin/", {"BundleSearch.h", "DesktopToolkit.h", "Importer.h"}},
+    {"Host/Lineup/Clip/", {"AudioReader.h", "Clip.h", "TimeAxis.h", "ToneChoice.h", "WaveformOverview.h"}},
     {"Host/Lineup/Files/", {"ClipDocument.h", "SettingsFile.h"}},
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
     {"Host/Lineup/Validation/", {"Validation.h"}},

@@ -18,9 +18,9 @@ struct Document {
 
 // A settings file holds the record, byte for byte, and nothing else.
 void ReadSettingsFile(const Document& document) {
-    const bool isRecord = document.bytes.size() == sizeof(BarsAndToneInfo);
+    const bool isRecord = document.bytes.size() == sizeof(lineup::BarsAndToneInfo);
     try {
-        const BarsAndToneInfo settings = lineup::ReadSettings(document.file);
+        const lineup::BarsAndToneInfo settings = lineup::ReadSettings(document.file);
         fuzz::Require(isRecord, "settings have their size");
         fuzz::Require(std::memcmp(&settings, document.bytes.data(), sizeof settings) == 0,
                       "settings are read byte for byte");

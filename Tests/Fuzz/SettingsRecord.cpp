@@ -62,7 +62,8 @@ void ReadOverview(const lineup::Clip& clip, Bytes& bytes) {
     }
 }
 
-void Play(const std::shared_ptr<const lineup::Importer>& importer, const BarsAndToneInfo& settings, Bytes& bytes) {
+void Play(const std::shared_ptr<const lineup::Importer>& importer, const lineup::BarsAndToneInfo& settings,
+          Bytes& bytes) {
     try {
         const lineup::Clip clip(importer, settings);
         Require(clip.NumChannels() >= 1 && clip.SampleRate() > 0, "a clip that opens can be played");
@@ -73,12 +74,12 @@ void Play(const std::shared_ptr<const lineup::Importer>& importer, const BarsAnd
     }
 }
 
-void Edit(const lineup::Importer& importer, const BarsAndToneInfo& settings, Bytes& bytes) {
+void Edit(const lineup::Importer& importer, const lineup::BarsAndToneInfo& settings, Bytes& bytes) {
     test::FakeToolkit toolkit;
     fuzz::Leaving leaving;
     toolkit.layout = test::IdentifiersLayout();
     toolkit.person = [&](test::FakeDialog& dialog) { fuzz::UseDialog(dialog, bytes, leaving); };
-    BarsAndToneInfo edited = settings;
+    lineup::BarsAndToneInfo edited = settings;
     bool threw = false;
     try {
         importer.EditSettings(edited);
@@ -100,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const auto importer = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
     zelcore::debug::SetContractReporter([](const zelcore::debug::ContractReport&) { return false; });
     Bytes bytes(data, size);
-    const auto settings = bytes.Take<BarsAndToneInfo>();
+    const auto settings = bytes.Take<lineup::BarsAndToneInfo>();
     Edit(*importer, settings, bytes);
     Play(importer, settings, bytes);
     return 0;

@@ -7,7 +7,8 @@
 
 namespace lineup {
 
-/// The folder above that of the program's executable, where everything else of it is found from.
+/// The folder above that of the program's executable, where everything else of it is found from. Throws Error when the
+/// system does not tell.
 [[nodiscard]] LINEUP_API std::filesystem::path ProgramPrefix();
 
 /// The folder that a library or module at `file` was built or installed into: the one above the "lib" that holds

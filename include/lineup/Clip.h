@@ -11,15 +11,15 @@
 namespace lineup {
 
 /// An open line-up clip: a plug-in and the settings that make this clip. Every method may be called
-/// from several threads at once.
+/// from several threads at once. Channels are in the order of a ChannelLayout's: M; L, R; L, R, Ls, Rs, C, LFE.
 class LINEUP_API Clip {
 public:
     /// The sample rate of a clip that has no settings, Hz.
     static constexpr float kHostSampleRate = 48000.0F;
 
     /// Opens the clip that `settings` stands for, or the default clip at `hostSampleRate` Hz. Throws
-    /// Error when the plug-in describes a clip that cannot be played: no channels or more than 64, or
-    /// a sample rate that is not above 0 Hz, or above 1 MHz.
+    /// Error without a plug-in, and when it describes a clip that cannot be played: no channels or more than 64,
+    /// or a sample rate that is not above 0 Hz, or above 1 MHz.
     explicit Clip(std::shared_ptr<const Importer> importer,
                   const std::optional<BarsAndToneInfo>& settings = std::nullopt,
                   float hostSampleRate = kHostSampleRate);
@@ -33,11 +33,13 @@ public:
     /// The clip's length as the plug-in describes it. Its audio has no end: any position may be read.
     [[nodiscard]] std::int64_t DurationSamples() const noexcept { return mDescription.durationSamples; }
 
-    /// Draws the clip's picture.
+    /// Draws the clip's picture, in one of the formats of <lineup/interface/Frame/PixelFormats.h>. Throws Error for
+    /// sides that are not 1 to PictureFormat::kMostSize pixels, another format, or when the plug-in refuses.
     [[nodiscard]] zelcore::FrameBuffer ReadFrame(int width, int height, std::uint32_t pixelFormat) const;
 
     /// Fills maxima[c] and minima[c], NumChannels() spans each, all of one length, with the waveform
-    /// overview from sample `position` on, `peakRate` values a second. Throws Error when shapes differ.
+    /// overview from sample `position` on, `peakRate` values a second. Throws Error when shapes differ, for a rate
+    /// that is not above 0 and finite, or when the plug-in refuses.
     void ReadPeaks(std::int64_t position, float peakRate, std::span<const std::span<float>> maxima,
                    std::span<const std::span<float>> minima) const;
 
@@ -48,6 +50,9 @@ public:
     [[nodiscard]] int RequestBuffers() const noexcept;
 
 private:
+    void RequestPeaks(std::int64_t position, float peakRate, std::span<const std::span<float>> maxima,
+                      std::span<const std::span<float>> minima) const;
+
     std::shared_ptr<const Importer> mImporter;
     std::optional<BarsAndToneInfo> mSettings;
     ClipDescription mDescription;

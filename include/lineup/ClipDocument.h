@@ -10,8 +10,6 @@
 
 namespace lineup {
 
-class TargetFile;
-
 /// Everything that makes up a line-up clip, as a document keeps it.
 ///
 /// A document file is JSON. It is known by its members "kind" ("lineup") and "version" (1); "settings" holds
@@ -35,12 +33,13 @@ inline constexpr std::string_view kDocumentExtension = ".lineup";
 /// Whether a file that begins with `bytes` is meant to be a document; a settings record never is.
 [[nodiscard]] LINEUP_API bool LooksLikeDocument(std::string_view bytes) noexcept;
 
-/// Reads a document. Throws Error, saying what is wrong with it, when the file cannot be read, is none or is
+/// Reads a document. Throws Error, saying what is wrong with it, when the file cannot be read, is no document or is
 /// damaged.
 [[nodiscard]] LINEUP_API ClipDocument ReadDocument(const std::filesystem::path& file);
 
-/// Writes `document` to `target` and gives it its name. Throws Error when that fails; a file of that name
-/// is then as it was.
-LINEUP_API void WriteDocument(TargetFile& target, const ClipDocument& document);
+/// Writes `document` as the file `target`, which appears whole or not at all. Throws UsageError when it exists and
+/// `overwrite` is false; Error when a value of the document is out of range, or the file cannot be written. A file of
+/// that name is then as it was.
+LINEUP_API void WriteDocument(const std::filesystem::path& target, const ClipDocument& document, bool overwrite);
 
 }  // namespace lineup

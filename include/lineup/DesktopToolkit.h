@@ -1,10 +1,9 @@
 #pragma once
 
 #include <lineup/Api.h>
-#include <lineup/DynamicLibrary.h>
 #include <lineup/interface/UI/ToolkitEntry.h>
 
-#include <string>
+#include <memory>
 
 namespace lineup {
 
@@ -13,7 +12,7 @@ namespace lineup {
 class LINEUP_API DesktopToolkit {
 public:
     /// Loads the toolkit and installs it for plug-ins. Throws Error when it is not installed on this
-    /// machine or there is no display.
+    /// machine, is not to be trusted or has no display.
     DesktopToolkit();
     ~DesktopToolkit();
     DesktopToolkit(const DesktopToolkit&) = delete;
@@ -23,13 +22,9 @@ public:
     [[nodiscard]] zelui::ui::DialogOutcome LastOutcome() const;
 
 private:
-    template <class Function>
-    [[nodiscard]] Function* Find(const char* name) const;
+    struct Toolkit;
 
-    DynamicLibrary mLibrary;
-    std::string mProgramName;
-    int mArgumentCount = 1;
-    char* mArguments[2] = {};
+    std::unique_ptr<Toolkit> mToolkit;
 };
 
 }  // namespace lineup

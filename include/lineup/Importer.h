@@ -2,8 +2,6 @@
 
 #include <lineup/Api.h>
 #include <lineup/BarsAndToneInfo.h>
-#include <lineup/DynamicLibrary.h>
-#include <lineup/interface/Importer/ImportEntry.h>
 #include <lineup/services/Bundle.h>
 #include <lineup/services/FrameBuffer.h>
 
@@ -15,7 +13,8 @@
 
 namespace lineup {
 
-/// A plug-in's private copy of a clip's settings; given back to the plug-in when destroyed.
+/// A plug-in's private copy of a clip's settings; given back to the plug-in when destroyed. What the plug-in throws
+/// then is passed over.
 using PrivateData = std::unique_ptr<void, std::function<void(void*)>>;
 
 /// What a plug-in says of a clip.
@@ -34,22 +33,20 @@ struct RequestSettings {
     const void* privateData = nullptr;
 };
 
-/// A loaded importer bundle: one method a request. The only class that knows the request records and
-/// calls the entry point, but for the validator, which makes requests that no host would. All methods
-/// may be called from several threads at once, as long as they write to different memory; it must
-/// outlive every PrivateData it handed out. What the plug-in throws comes out as an Error with its text, but for
-/// std::bad_alloc, so that it may be read when the plug-in is gone.
+/// A loaded importer bundle: one method a request. All methods may be called from several threads at once, as long
+/// as they write to different memory; it must outlive every PrivateData it handed out. What the plug-in throws comes
+/// out as an Error with its text, which may be read when the plug-in is gone.
 class LINEUP_API Importer {
 public:
-    /// Loads the bundle and initialises it. Throws zelcore::BundleError when there is no usable bundle
-    /// or no executable for this platform, Error when the executable cannot be loaded, has no entry
-    /// point or answers the Init request wrongly.
+    /// Loads the bundle and initialises it. Throws Error when there is no usable bundle or no executable for
+    /// this platform, when the executable cannot be loaded or has no entry point, and when it answers the Init
+    /// request wrongly.
     explicit Importer(const std::filesystem::path& bundleFolder);
     ~Importer();
     Importer(const Importer&) = delete;
     Importer& operator=(const Importer&) = delete;
 
-    [[nodiscard]] const zelcore::Bundle& Bundle() const noexcept { return mBundle; }
+    [[nodiscard]] const zelcore::Bundle& Bundle() const noexcept;
 
     /// Four-character codes of the file formats offered, in the plug-in's order.
     [[nodiscard]] std::vector<std::uint32_t> FileTypes() const;
@@ -78,9 +75,10 @@ public:
     /// the frame's pixel format.
     void DrawFrame(zelcore::FrameBuffer& frame) const;
 
-    /// Fills buffers[c][0] .. buffers[c][count - 1] from sample `position` on. There must be a buffer
-    /// for each of the clip's channels and at least six: sequences write two or six channels whatever
-    /// the clip has. Throws Error when the plug-in refuses.
+    /// Fills buffers[c][0] .. buffers[c][count - 1] from sample `position` on, in the order of a ChannelLayout's
+    /// channels: M; L, R; L, R, Ls, Rs, C, LFE. There must be a buffer for each of the clip's channels and at least
+    /// six: sequences write two or six channels whatever the clip has. How many there are is not known here:
+    /// AudioReader and Clip::ReadPeaks check what they are given. Throws Error when the plug-in refuses.
     void ReadAudio(const RequestSettings& settings, std::int64_t position, std::uint32_t count, float** buffers) const;
 
     /// Fills `count` waveform maxima and minima a channel, `peakRate` of them a second, the first one
@@ -89,13 +87,14 @@ public:
                    float** maxima, float** minima) const;
 
 private:
+    struct Module;
+
     std::int32_t Call(std::int32_t selector, void* param1, void* param2) const;
+    void Release(void* privateData) const noexcept;
     void Require(std::int32_t selector, void* record, const char* act) const;
     void RequireSettingsSize() const;
 
-    zelcore::Bundle mBundle;
-    DynamicLibrary mLibrary;
-    ImportEntryFunction* mEntry;
+    std::unique_ptr<const Module> mModule;
 };
 
 }  // namespace lineup

@@ -13,7 +13,7 @@ struct PictureFormat {
     int width = 1920;  ///< pixels, even, kLeastSize to kMostSize; so is the height
     int height = 1080;
     Card card = Card::Auto;
-    Rational frameRate{25, 1};  ///< frames a second, 1 to 240
+    Rational frameRate{25, 1};  ///< frames a second; see IsFrameRate
 
     bool operator==(const PictureFormat&) const = default;
 };

@@ -60,9 +60,12 @@ inline constexpr int kMostOverviewColumns = 65536;
 /// The shortest column, 1 microsecond: many columns a sample at any sample rate of sound.
 inline constexpr zelmediatypes::TickTime kShortestColumn{zelmediatypes::kTicksPerSecond / 1000000};
 
+/// The longest column, 100 days: its rate in single precision still stands for ticks that can be counted.
+inline constexpr zelmediatypes::TickTime kLongestColumn{100 * 86400 * zelmediatypes::kTicksPerSecond};
+
 /// Asks the plug-in for the peaks of `span`. Throws UsageError (option "duration") for a
-/// length below kShortestColumn a column, Error for fewer than 1 or more than kMostOverviewColumns
-/// columns or when the plug-in refuses. Any thread.
+/// length below kShortestColumn or above kLongestColumn a column, Error for fewer than 1 or more than
+/// kMostOverviewColumns columns or when the plug-in refuses. Any thread.
 [[nodiscard]] LINEUP_API WaveformOverview ReadOverview(const Clip& clip, const OverviewSpan& span);
 
 }  // namespace lineup

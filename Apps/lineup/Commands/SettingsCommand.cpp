@@ -50,15 +50,10 @@ void RefuseLayoutOfOldFile(const SettingsOptions& options) {
     }
 }
 
-void Write(const SettingsOptions& options, const BarsAndToneInfo& settings, bool overwrite) {
-    lineup::TargetFile target(options.file, overwrite);
-    WriteSettings(target, settings);
-}
-
 void WriteDefaults(const SettingsOptions& options) {
     const auto importer = options.common.LoadImporter();
-    const BarsAndToneInfo settings = options.common.Settings(*importer);
-    Write(options, settings, options.overwrite);
+    const lineup::BarsAndToneInfo settings = options.common.Settings(*importer);
+    WriteSettings(options.file, settings, options.overwrite);
     Say(options, fmt::format("wrote {}: default settings", options.file));
 }
 
@@ -68,13 +63,14 @@ void EditInDialog(const SettingsOptions& options) {
         RefuseLayoutOfOldFile(options);
     }
     const auto importer = options.common.LoadImporter();
-    BarsAndToneInfo settings = isThere ? lineup::ReadSettings(options.file) : options.common.Settings(*importer);
+    lineup::BarsAndToneInfo settings =
+        isThere ? lineup::ReadSettings(options.file) : options.common.Settings(*importer);
     (void)lineup::TargetFile(options.file, isThere);  // tried first, so that nobody chooses settings in vain
     const lineup::DesktopToolkit toolkit;
     importer->EditSettings(settings);
     switch (toolkit.LastOutcome()) {
         case DialogOutcome::Accepted:
-            Write(options, settings, isThere);
+            WriteSettings(options.file, settings, isThere);
             Say(options, fmt::format("wrote {}", options.file));
             break;
         case DialogOutcome::Left:

@@ -3,6 +3,7 @@
 #include <lineup/BundleSearch.h>
 #include <lineup/ChannelLayout.h>
 #include <lineup/Idents.h>
+#include <lineup/Limits.h>
 #include <lineup/SettingsFile.h>
 #include <lineup/UsageError.h>
 #include "Apps/lineup/Options/Values.h"
@@ -52,7 +53,7 @@ std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
                                                                    : std::filesystem::path(bundleFolder));
 }
 
-BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const {
+lineup::BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const {
     if (settingsFile.empty()) {
         return MakeSettings(importer, tone);
     }
@@ -92,7 +93,10 @@ void AddLayoutOptions(CLI::App& command, CommonOptions& options) {
     command.add_option("--channels", options.tone.channels, "Channel layout [stereo, or as the ident needs]")
         ->type_name(Names(lineup::ChannelLayouts()))
         ->group(kSound);
-    AddNumber(command, "sample-rate", options.tone.sampleRateHz, "Sample rate, 8000 to 384000 [48000]", "Hz")
+    AddNumber(command, "sample-rate", options.tone.sampleRateHz,
+              fmt::format("Sample rate, {} to {} [{}]", lineup::kLowestSampleRateHz, lineup::kHighestSampleRateHz,
+                          lineup::Clip::kHostSampleRate),
+              "Hz")
         ->group(kSound);
 }
 

@@ -22,7 +22,7 @@ struct CommonOptions {
 
     /// The settings of the clip that was chosen. Throws UsageError for a choice that cannot be, and Error
     /// for a settings file that cannot be read.
-    [[nodiscard]] BarsAndToneInfo Settings(const lineup::Importer& importer) const;
+    [[nodiscard]] lineup::BarsAndToneInfo Settings(const lineup::Importer& importer) const;
 
     /// Throws UsageError when a sound was chosen: another plug-in's settings are its own, and cannot be made from it.
     void RefuseSound(const lineup::Importer& importer) const;

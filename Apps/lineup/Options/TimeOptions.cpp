@@ -65,7 +65,7 @@ void AddTimeOptions(CLI::App& command, TimeOptions& options, const std::string& 
 }
 
 const lineup::Ident* PlayedIdent(const lineup::Clip& clip) {
-    const std::optional<BarsAndToneInfo>& settings = clip.Settings();
+    const std::optional<lineup::BarsAndToneInfo>& settings = clip.Settings();
     return settings ? lineup::FindIdent(*settings) : nullptr;
 }
 

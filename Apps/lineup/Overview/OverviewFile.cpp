@@ -1,8 +1,8 @@
 #include "Apps/lineup/Overview/OverviewFile.h"
 
-#include <lineup/DynamicLibrary.h>
 #include <lineup/Error.h>
 #include "Apps/lineup/Overview/OverviewEntry.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -24,8 +24,8 @@ std::string FourCharacters(std::uint32_t code, unsigned firstShift) {
     return text;
 }
 
-BarsAndToneInfo SettingsOf(const lineup::Clip& clip) {
-    return clip.Settings().value_or(BarsAndToneInfo{});
+lineup::BarsAndToneInfo SettingsOf(const lineup::Clip& clip) {
+    return clip.Settings().value_or(lineup::BarsAndToneInfo{});
 }
 
 double Seconds(std::int64_t ticks) {
@@ -44,7 +44,7 @@ std::string LengthText(std::int64_t samples, float rateHz) {
     return fmt::format("{:.3f} s ({} samples)", DurationSeconds(samples, rateHz), samples);
 }
 
-nlohmann::ordered_json SignalJson(const BarsAndToneInfo& settings) {
+nlohmann::ordered_json SignalJson(const lineup::BarsAndToneInfo& settings) {
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
         return {{"kind", "ident"},
                 {"name", ident->name},
@@ -79,7 +79,7 @@ std::string SoundText(const lineup::Clip& clip) {
 }
 
 std::string SignalText(const lineup::Clip& clip) {
-    const BarsAndToneInfo settings = SettingsOf(clip);
+    const lineup::BarsAndToneInfo settings = SettingsOf(clip);
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
         return fmt::format("{}, a cycle of {:g} s", ident->title, Seconds(ident->cycleTicks));
     }

@@ -30,7 +30,7 @@ QString LevelWords(double gain) {
 }
 
 QString SignalWords(const lineup::Clip& clip) {
-    const BarsAndToneInfo settings = clip.Settings().value_or(BarsAndToneInfo{});
+    const lineup::BarsAndToneInfo settings = clip.Settings().value_or(lineup::BarsAndToneInfo{});
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
         return Text(std::string(ident->title));
     }

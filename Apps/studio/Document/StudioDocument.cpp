@@ -1,7 +1,5 @@
 #include "Apps/studio/Document/StudioDocument.h"
 
-#include "Host/Lineup/Files/TargetFile.h"
-
 #include <QFile>
 #include <QFileInfo>
 #include <QUndoCommand>
@@ -86,8 +84,7 @@ void StudioDocument::Open(const QString& file) {
 }
 
 void StudioDocument::SaveAs(const QString& file) {
-    lineup::TargetFile target(QFile::encodeName(file).toStdString(), true);
-    lineup::WriteDocument(target, mValues);
+    lineup::WriteDocument(QFile::encodeName(file).toStdString(), mValues, true);
     mFile = file;
     mUndo.setClean();
     Q_EMIT StateChanged();

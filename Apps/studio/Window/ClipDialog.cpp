@@ -122,7 +122,7 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
 }
 
 void ClipDialog::FillIn() {
-    const BarsAndToneInfo& settings = mBefore.settings;
+    const lineup::BarsAndToneInfo& settings = mBefore.settings;
     for (const lineup::ChannelLayout& layout : lineup::ChannelLayouts()) {
         QString name = QString::fromUtf8(layout.name.data(), static_cast<qsizetype>(layout.name.size()));
         name[0] = name[0].toUpper();
@@ -207,7 +207,7 @@ lineup::Rational ClipDialog::FrameRate() const {
 
 lineup::ClipDocument ClipDialog::Values() const {
     lineup::ClipDocument values = mBefore;
-    BarsAndToneInfo& settings = values.settings;
+    lineup::BarsAndToneInfo& settings = values.settings;
     if (mRate->currentText() != QString::number(static_cast<double>(settings.sampleRate), 'g', 9)) {
         settings.sampleRate = mRate->currentText().toFloat();
     }
@@ -217,7 +217,7 @@ lineup::ClipDocument ClipDialog::Values() const {
     const auto channels = static_cast<std::uint32_t>(mChannels->currentData().toInt());
     if (mChannels->currentIndex() >= 0 && channels != settings.numChannels) {
         settings.numChannels = channels;
-        settings.channelType = ChannelTypeFor(channels);
+        settings.channelType = lineup::ChannelTypeFor(channels);
         const lineup::Ident* const ident = lineup::FindIdent(settings);
         if (ident == nullptr || ident->numChannels != channels) {
             settings.identifyChannels = 0;

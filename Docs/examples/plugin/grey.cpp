@@ -13,6 +13,8 @@ extern "C" ZEL_API ImportEntryFunction xImportEntry;
 
 namespace {
 
+using lineup::BarsAndToneInfo;
+
 constexpr float kLevel = 0.1F;
 
 std::int32_t Init(imImportInfoRec& info) {

@@ -8,6 +8,8 @@
 /// Frame memory and how it is painted. Both services have C linkage and are reached through the
 /// dynamic symbol table, so a program can put its own in front.
 
+namespace zelcore {
+
 /// A frame buffer of the host. Rows are stored bottom-up: the first row in memory is the bottom line
 /// of the picture. Only the pixel pointer is public; it lies at byte 16.
 struct vexelFrame {
@@ -16,6 +18,10 @@ struct vexelFrame {
     std::uint8_t* pixels;
 };
 static_assert(offsetof(vexelFrame, pixels) == 16);
+
+}  // namespace zelcore
+
+using zelcore::vexelFrame;
 
 /// A handle to a frame buffer; the host owns what it points at.
 using vexel = vexelFrame*;

@@ -1,11 +1,15 @@
 #include <lineup/AudioReader.h>
 #include <lineup/Error.h>
 #include <lineup/Idents.h>
+#include "Host/Lineup/Clip/BlockGrid.h"
+#include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <vector>
 
 namespace lineup {
 
@@ -23,66 +27,111 @@ bool LeavesChannelsUnwritten(const Clip& clip) {
 
 }  // namespace
 
-AudioReader::AudioReader(const Clip& clip)
-    : mClip(&clip),
-      mGrid(clip.SampleRate()),
-      mLongestBlock(mGrid.LongestBlock()),
-      mScratch(static_cast<std::size_t>(mLongestBlock * clip.RequestBuffers())),
-      mTargets(static_cast<std::size_t>(clip.RequestBuffers())),
-      mSilenceFirst(LeavesChannelsUnwritten(clip)) {}
+/// The clip's sound in the blocks of the grid.
+class AudioReader::Blocks {
+public:
+    explicit Blocks(const Clip& clip)
+        : mClip(&clip),
+          mGrid(clip.SampleRate()),
+          mLongestBlock(mGrid.LongestBlock()),
+          mScratch(static_cast<std::size_t>(mLongestBlock * clip.RequestBuffers())),
+          mTargets(static_cast<std::size_t>(clip.RequestBuffers())),
+          mSilenceFirst(LeavesChannelsUnwritten(clip)) {}
 
-std::int64_t AudioReader::BlockEnd(std::int64_t position) const noexcept {
-    return mGrid.NextBlockStart(position);
-}
+    [[nodiscard]] const BlockGrid& Grid() const noexcept { return mGrid; }
 
-void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
-    if (position > std::numeric_limits<std::int64_t>::max() - count) {
-        throw Error(
-            fmt::format("cannot read {} samples from {} on: there are no positions so far out", count, position));
+    void Require(std::int64_t position, std::int64_t count, std::span<float* const> buffers) const;
+
+    /// Reads `count` samples from `position` on, no further than the block's end, into buffers[c] + offset.
+    void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers, std::int64_t offset);
+
+private:
+    [[nodiscard]] std::size_t NumChannels() const noexcept { return static_cast<std::size_t>(mClip->NumChannels()); }
+    [[nodiscard]] float* Scratch(std::size_t channel) noexcept {
+        return mScratch.data() + static_cast<std::int64_t>(channel) * mLongestBlock;
     }
-    for (std::int64_t done = 0; done < count;) {
-        const std::int64_t at = position + done;
-        const std::int64_t blockStart = mGrid.BlockStart(at);
-        const std::int64_t blockEnd = mGrid.NextBlockStart(at);
-        const std::int64_t end = std::min(blockEnd, position + count);
-        if (at == blockStart && end == blockEnd) {
-            Request(blockStart, end - blockStart, buffers, done);
-        } else {
-            CopyFromBlock(blockStart, at - blockStart, end - blockStart, buffers, done);
-        }
-        done += end - at;
+    void Request(std::int64_t blockStart, std::int64_t count, std::span<float* const> buffers, std::int64_t offset);
+
+    const Clip* mClip;
+    BlockGrid mGrid;
+    std::int64_t mLongestBlock;
+    std::vector<float> mScratch;
+    std::vector<float*> mTargets;
+    bool mSilenceFirst;
+    std::optional<std::int64_t> mKeptStart;  // of the block whose channels lie in the scratch
+};
+
+void AudioReader::Blocks::Require(std::int64_t position, std::int64_t count, std::span<float* const> buffers) const {
+    if (count < 0 || position > std::numeric_limits<std::int64_t>::max() - count) {
+        throw Error(
+            fmt::format("cannot read {} samples from {} on: there is no such stretch of a clip", count, position));
+    }
+    const auto given = buffers.first(std::min(buffers.size(), NumChannels()));
+    if (given.size() < NumChannels() || std::ranges::find(given, nullptr) != given.end()) {
+        throw Error(fmt::format("cannot read {} channels: there are buffers for {}", NumChannels(),
+                                given.size() - static_cast<std::size_t>(std::ranges::count(given, nullptr))));
     }
 }
 
 // Channels that the caller has no buffer for go to the scratch, those of the clip and what the plug-in writes
 // beyond them.
-void AudioReader::Request(std::int64_t blockStart, std::int64_t count, std::span<float* const> buffers,
-                          std::int64_t offset) {
-    const auto channels = std::min(buffers.size(), static_cast<std::size_t>(mClip->NumChannels()));
+void AudioReader::Blocks::Request(std::int64_t blockStart, std::int64_t count, std::span<float* const> buffers,
+                                  std::int64_t offset) {
+    const auto channels = std::min(buffers.size(), NumChannels());
     if (channels < mTargets.size()) {
         mKeptStart.reset();  // at least in part
     }
     for (std::size_t c = 0; c < mTargets.size(); ++c) {
-        mTargets[c] =
-            c < channels ? buffers[c] + offset : mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
+        mTargets[c] = c < channels ? buffers[c] + offset : Scratch(c);
     }
-    for (std::size_t c = 0; mSilenceFirst && c < static_cast<std::size_t>(mClip->NumChannels()); ++c) {
+    for (std::size_t c = 0; mSilenceFirst && c < NumChannels(); ++c) {
         std::fill_n(mTargets[c], count, 0.0F);
     }
     mClip->Plugin().ReadAudio(mClip->ForRequest(), blockStart, static_cast<std::uint32_t>(count), mTargets.data());
 }
 
-// The block is made whole and kept: reading on in it costs no more than the copy.
-void AudioReader::CopyFromBlock(std::int64_t blockStart, std::int64_t first, std::int64_t last,
-                                std::span<float* const> buffers, std::int64_t offset) {
-    if (mKeptStart != blockStart) {
-        mKeptStart.reset();
-        Request(blockStart, mGrid.NextBlockStart(blockStart) - blockStart, {}, 0);
-        mKeptStart = blockStart;
+// Of a block that is read in part the whole is made and kept: reading on in it costs no more than the copy.
+void AudioReader::Blocks::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers,
+                               std::int64_t offset) {
+    const std::int64_t start = mGrid.BlockStart(position);
+    const std::int64_t length = mGrid.NextBlockStart(position) - start;
+    if (position == start && count == length) {
+        Request(start, count, buffers, offset);
+        return;
     }
-    for (std::size_t c = 0; c < static_cast<std::size_t>(mClip->NumChannels()); ++c) {
-        const float* const kept = mScratch.data() + static_cast<std::int64_t>(c) * mLongestBlock;
-        std::copy(kept + first, kept + last, buffers[c] + offset);
+    if (mKeptStart != start) {
+        mKeptStart.reset();
+        Request(start, length, {}, 0);
+        mKeptStart = start;
+    }
+    for (std::size_t c = 0; c < NumChannels(); ++c) {
+        std::copy_n(Scratch(c) + (position - start), count, buffers[c] + offset);
+    }
+}
+
+AudioReader::AudioReader(const Clip& clip) {
+    try {
+        mBlocks = std::make_unique<Blocks>(clip);
+    } catch (...) {
+        RethrowAsError("cannot read the clip's sound");
+    }
+}
+
+AudioReader::~AudioReader() = default;
+AudioReader::AudioReader(AudioReader&&) noexcept = default;
+AudioReader& AudioReader::operator=(AudioReader&&) noexcept = default;
+
+std::int64_t AudioReader::BlockEnd(std::int64_t position) const noexcept {
+    return mBlocks->Grid().NextBlockStart(position);
+}
+
+void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
+    mBlocks->Require(position, count, buffers);
+    for (std::int64_t done = 0; done < count;) {
+        const std::int64_t at = position + done;
+        const std::int64_t end = std::min(mBlocks->Grid().NextBlockStart(at), position + count);
+        mBlocks->Read(at, end - at, buffers, done);
+        done += end - at;
     }
 }
 

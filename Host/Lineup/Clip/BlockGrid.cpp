@@ -1,16 +1,19 @@
-#include <lineup/BlockGrid.h>
+#include "Host/Lineup/Clip/BlockGrid.h"
+
 #include "Host/Interface/Media/TickTime.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
 // Clip times of far samples need more than 64 bits.
 __extension__ using Int128 = __int128;
 
+constexpr float kAnyRateHz = 48000.0F;
 constexpr std::int64_t kTicksPerBlock = zelmediatypes::kTicksPerSecond / 10;
 
 Int128 FloorDivide(Int128 a, Int128 b) {
@@ -30,7 +33,7 @@ BlockGrid::BlockGrid(float sampleRateHz) noexcept
     : mTicksPerSample(zelmediatypes::FrameRateFromHz(sampleRateHz).Ticks()) {
     // Samples that take no time, or run backwards, have no place in clip time: any even cut serves.
     if (mTicksPerSample <= 0) {
-        mTicksPerSample = kTicksPerBlock / 4800;
+        mTicksPerSample = zelmediatypes::FrameRateFromHz(kAnyRateHz).Ticks();
     }
 }
 
@@ -48,4 +51,5 @@ std::int64_t BlockGrid::LongestBlock() const noexcept {
     return kTicksPerBlock / mTicksPerSample + 1;
 }
 
+}  // namespace parts
 }  // namespace lineup

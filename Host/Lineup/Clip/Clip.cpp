@@ -1,10 +1,14 @@
 #include <lineup/Clip.h>
 #include <lineup/Error.h>
+#include <lineup/PictureFormat.h>
+#include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -16,11 +20,18 @@ constexpr std::uint32_t kMostChannels = 64;
 constexpr float kHighestPlayableRateHz = 1e6F;  // beyond any converter; keeps a block of 0.1 s small
 constexpr int kIdentChannels = 6;
 
+std::shared_ptr<const Importer> Required(std::shared_ptr<const Importer> importer) {
+    if (importer == nullptr) {
+        throw Error("cannot open a clip without a plug-in");
+    }
+    return importer;
+}
+
 }  // namespace
 
 Clip::Clip(std::shared_ptr<const Importer> importer, const std::optional<BarsAndToneInfo>& settings,
            float hostSampleRate)
-    : mImporter(std::move(importer)),
+    : mImporter(Required(std::move(importer))),
       mSettings(settings),
       mDescription(mImporter->Describe(mSettings ? &*mSettings : nullptr, hostSampleRate)) {
     if (mDescription.numChannels < 1 || mDescription.numChannels > kMostChannels) {
@@ -48,9 +59,17 @@ RequestSettings Clip::ForRequest() const noexcept {
 }
 
 zelcore::FrameBuffer Clip::ReadFrame(int width, int height, std::uint32_t pixelFormat) const {
-    zelcore::FrameBuffer frame(width, height, pixelFormat);
-    mImporter->DrawFrame(frame);
-    return frame;
+    const std::string act = fmt::format("cannot draw a frame of {}x{} pixels", width, height);
+    if (std::max(width, height) > PictureFormat::kMostSize) {
+        throw Error(fmt::format("{}: a side has {} at most", act, PictureFormat::kMostSize));
+    }
+    try {
+        zelcore::FrameBuffer frame(width, height, pixelFormat);
+        mImporter->DrawFrame(frame);
+        return frame;
+    } catch (...) {
+        RethrowAsError(act);
+    }
 }
 
 void Clip::ReadPeaks(std::int64_t position, float peakRate, std::span<const std::span<float>> maxima,
@@ -66,7 +85,19 @@ void Clip::ReadPeaks(std::int64_t position, float peakRate, std::span<const std:
         std::ranges::any_of(minima, differs)) {
         throw Error("peaks were asked for in buffers of unequal or too great length");
     }
+    if (!std::isfinite(peakRate) || peakRate <= 0) {
+        throw Error(fmt::format("cannot make {} peaks a second: the rate must be above 0", peakRate));
+    }
+    try {
+        RequestPeaks(position, peakRate, maxima, minima);
+    } catch (...) {
+        RethrowAsError("cannot make peaks");
+    }
+}
 
+void Clip::RequestPeaks(std::int64_t position, float peakRate, std::span<const std::span<float>> maxima,
+                        std::span<const std::span<float>> minima) const {
+    const std::size_t count = maxima.front().size();
     // What the plug-in writes beyond the clip's channels is dropped.
     std::vector<float> dropped(count);
     const auto pointers = [&](std::span<const std::span<float>> spans) {

@@ -3,6 +3,7 @@
 #include <lineup/Idents.h>
 #include <lineup/Importer.h>
 #include <lineup/Level.h>
+#include <lineup/Limits.h>
 #include <lineup/ToneChoice.h>
 #include <lineup/UsageError.h>
 
@@ -18,15 +19,14 @@ namespace lineup {
 
 namespace {
 
-constexpr double kLowestRateHz = 8000;
-constexpr double kHighestRateHz = 384000;
 constexpr double kLowestFrequencyHz = 1;
 
 float CheckSampleRate(double rateHz) {
-    const bool inRange = rateHz >= kLowestRateHz && rateHz <= kHighestRateHz;  // false for not-a-number
+    const bool inRange = rateHz >= kLowestSampleRateHz && rateHz <= kHighestSampleRateHz;  // false for not-a-number
     if (!inRange || rateHz != std::floor(rateHz)) {
-        throw UsageError("sample-rate", fmt::format("{}", rateHz),
-                         fmt::format("must be a whole number of Hz from {} to {}", kLowestRateHz, kHighestRateHz));
+        throw UsageError(
+            "sample-rate", fmt::format("{}", rateHz),
+            fmt::format("must be a whole number of Hz from {} to {}", kLowestSampleRateHz, kHighestSampleRateHz));
     }
     return static_cast<float>(rateHz);
 }

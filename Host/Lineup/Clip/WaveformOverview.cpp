@@ -41,6 +41,11 @@ void CheckSpan(const OverviewSpan& span) {
         throw Error(fmt::format("cannot make an overview of {} columns: there can be 1 to {}", span.columns,
                                 kMostOverviewColumns));
     }
+    if (span.length.Ticks() / span.columns > kLongestColumn.Ticks()) {
+        throw UsageError(
+            "duration", fmt::format("{:g}", Seconds(span.length)),
+            fmt::format("must be at most {:g} s for each of {} columns", Seconds(kLongestColumn), span.columns));
+    }
     const TickTime shortest(kShortestColumn.Ticks() * span.columns);
     if (span.length < shortest) {
         throw UsageError("duration", fmt::format("{:g}", Seconds(span.length)),

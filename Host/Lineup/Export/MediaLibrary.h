@@ -1,7 +1,7 @@
 #pragma once
 
-#include <lineup/DynamicLibrary.h>
 #include "Host/Lineup/Export/MediaEntry.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 
 namespace lineup {
 

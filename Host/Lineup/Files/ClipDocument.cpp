@@ -1,6 +1,8 @@
 #include <lineup/ClipDocument.h>
 #include <lineup/Error.h>
+#include <lineup/Limits.h>
 #include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -24,9 +26,13 @@ namespace {
 constexpr const char* kKind = "lineup";
 constexpr std::int64_t kVersion = 1;
 constexpr std::size_t kLargestFile = 65536;  // bytes; a document is some hundred
-constexpr int kHighestFrameRate = 240;
-constexpr int kMostDenominator = 1001000;
 constexpr std::size_t kRecordDigits = 2 * sizeof(BarsAndToneInfo);
+
+/// What is wrong with a value of a document.
+class Damage : public Error {
+public:
+    using Error::Error;
+};
 
 std::string ReadBytes(const fs::path& file) {
     errno = 0;
@@ -46,7 +52,7 @@ std::string ReadBytes(const fs::path& file) {
 const Json& Member(const Json& object, const char* name) {
     const auto found = object.find(name);
     if (found == object.end()) {
-        throw Error(fmt::format("it is damaged: \"{}\" is missing", name));
+        throw Damage(fmt::format("\"{}\" is missing", name));
     }
     return *found;
 }
@@ -56,7 +62,7 @@ std::int64_t Whole(const Json& value, const char* name, std::int64_t least, std:
     const bool isTooLarge = value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{INT64_MAX};
     const bool isWhole = value.is_number_integer() && !isTooLarge;
     if (!isWhole || value.get<std::int64_t>() < least || value.get<std::int64_t>() > most) {
-        throw Error(fmt::format("it is damaged: \"{}\" must be a whole number from {} to {}", name, least, most));
+        throw Damage(fmt::format("\"{}\" must be a whole number from {} to {}", name, least, most));
     }
     return value.get<std::int64_t>();
 }
@@ -65,16 +71,20 @@ int EvenSize(const Json& picture, const char* name) {
     const auto size =
         static_cast<int>(Whole(Member(picture, name), name, PictureFormat::kLeastSize, PictureFormat::kMostSize));
     if (size % 2 != 0) {
-        throw Error(fmt::format("it is damaged: \"{}\" must be even", name));
+        throw Damage(fmt::format("\"{}\" must be even", name));
     }
     return size;
+}
+
+Damage BadCard() {
+    return Damage(R"("card" must be "auto", "hd" or "sd")");
 }
 
 Card CardFrom(const Json& value) {
     const auto* const found =
         std::ranges::find_if(kCardNames, [&](const CardName& card) { return value == Json(card.name); });
     if (found == kCardNames.end()) {
-        throw Error(R"(it is damaged: "card" must be "auto", "hd" or "sd")");
+        throw BadCard();
     }
     return found->card;
 }
@@ -82,10 +92,11 @@ Card CardFrom(const Json& value) {
 Rational FrameRateFrom(const Json& value) {
     constexpr const char* kName = "frameRate";
     if (!value.is_array() || value.size() != 2) {
-        throw Error(fmt::format("it is damaged: \"{}\" must be two whole numbers", kName));
+        throw Damage(fmt::format("\"{}\" must be two whole numbers", kName));
     }
-    const std::int64_t den = Whole(value[1], kName, 1, kMostDenominator);
-    const std::int64_t num = Whole(value[0], kName, den, kHighestFrameRate * den);
+    const std::int64_t den = Whole(value[1], kName, 1, kLargestRateTerm);
+    const std::int64_t num = Whole(value[0], kName, kLowestFrameRate * den,
+                                   std::min<std::int64_t>(kLargestRateTerm, kHighestFrameRate * den));
     return {static_cast<int>(num), static_cast<int>(den)};
 }
 
@@ -105,7 +116,7 @@ BarsAndToneInfo RecordFrom(const Json& value) {
         bytes[i] = static_cast<std::uint8_t>(valid ? 16 * high + low : 0);
     }
     if (!valid) {
-        throw Error(fmt::format("it is damaged: \"settings\" must be {} hexadecimal digits", kRecordDigits));
+        throw Damage(fmt::format("\"settings\" must be {} hexadecimal digits", kRecordDigits));
     }
     BarsAndToneInfo settings;
     std::memcpy(&settings, bytes.data(), sizeof settings);
@@ -122,6 +133,24 @@ std::string Digits(const BarsAndToneInfo& settings) {
     return text;
 }
 
+std::string Text(const ClipDocument& document) {
+    const PictureFormat& picture = document.picture;
+    const auto* const card = std::ranges::find(kCardNames, picture.card, &CardName::card);
+    if (card == kCardNames.end()) {
+        throw BadCard();
+    }
+    const Json json = {{"kind", kKind},
+                       {"version", kVersion},
+                       {"settings", Digits(document.settings)},
+                       {"picture",
+                        {{"width", picture.width},
+                         {"height", picture.height},
+                         {"card", card->name},
+                         {"frameRate", {picture.frameRate.num, picture.frameRate.den}}}},
+                       {"lengthFrames", document.lengthFrames}};
+    return json.dump(2) + "\n";
+}
+
 ClipDocument Parse(const std::string& bytes) {
     const Json json = Json::parse(bytes, nullptr, false);
     if (!json.is_object() || json.value("kind", Json()) != Json(kKind)) {
@@ -136,7 +165,7 @@ ClipDocument Parse(const std::string& bytes) {
     document.settings = RecordFrom(Member(json, "settings"));
     const Json& picture = Member(json, "picture");
     if (!picture.is_object()) {
-        throw Error("it is damaged: \"picture\" must be an object");
+        throw Damage("\"picture\" must be an object");
     }
     document.picture.width = EvenSize(picture, "width");
     document.picture.height = EvenSize(picture, "height");
@@ -162,27 +191,25 @@ bool LooksLikeDocument(std::string_view bytes) noexcept {
 ClipDocument ReadDocument(const fs::path& file) {
     try {
         return Parse(ReadBytes(file));
+    } catch (const Damage& damage) {
+        throw Error(fmt::format("cannot open {}: it is damaged: {}", file.string(), damage.what()));
     } catch (const Error& error) {
         throw Error(fmt::format("cannot open {}: {}", file.string(), error.what()));
+    } catch (...) {
+        RethrowAsError("cannot open " + file.string());
     }
 }
 
-void WriteDocument(TargetFile& target, const ClipDocument& document) {
-    const PictureFormat& picture = document.picture;
-    const auto* const card = std::ranges::find(kCardNames, picture.card, &CardName::card);
-    const Json json = {{"kind", kKind},
-                       {"version", kVersion},
-                       {"settings", Digits(document.settings)},
-                       {"picture",
-                        {{"width", picture.width},
-                         {"height", picture.height},
-                         {"card", card->name},
-                         {"frameRate", {picture.frameRate.num, picture.frameRate.den}}}},
-                       {"lengthFrames", document.lengthFrames}};
-    const std::string text = json.dump(2) + "\n";
-    target.Write(std::vector<std::uint8_t>(text.begin(), text.end()));
-    target.ThrowIfFailed();
-    target.Commit();
+void WriteDocument(const fs::path& target, const ClipDocument& document, bool overwrite) {
+    try {
+        const std::string text = Text(document);
+        static_cast<void>(Parse(text));  // nobody is given a document that cannot be opened again
+        WriteWhole(target, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, overwrite);
+    } catch (const Damage& damage) {
+        throw Error(fmt::format("cannot write {}: {}", target.string(), damage.what()));
+    } catch (...) {
+        RethrowAsError("cannot write " + target.string());
+    }
 }
 
 }  // namespace lineup

@@ -16,6 +16,7 @@
 #include <utility>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -162,4 +163,5 @@ void RemoveAbandonedFiles(const fs::path& folder) {
     }
 }
 
+}  // namespace parts
 }  // namespace lineup

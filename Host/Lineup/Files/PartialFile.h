@@ -6,6 +6,7 @@
 #include <filesystem>
 
 namespace lineup {
+inline namespace parts {
 
 /// The hidden file ".NAME.lineup-XXXXXX.partial" beside a file NAME that is being written. It is locked
 /// while its writer lives; one that is not locked was left by a writer that was killed.
@@ -41,4 +42,5 @@ private:
 /// those that are locked, belong to another user, are no regular files, or lie where files cannot be locked.
 LINEUP_API void RemoveAbandonedFiles(const std::filesystem::path& folder);
 
+}  // namespace parts
 }  // namespace lineup

@@ -2,6 +2,7 @@
 #include <lineup/Error.h>
 #include <lineup/SettingsFile.h>
 #include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <fmt/format.h>
 
@@ -39,12 +40,14 @@ BarsAndToneInfo ReadSettings(const fs::path& file) {
     return settings;
 }
 
-void WriteSettings(TargetFile& target, const BarsAndToneInfo& settings) {
+void WriteSettings(const fs::path& target, const BarsAndToneInfo& settings, bool overwrite) {
     std::array<std::uint8_t, sizeof settings> bytes{};
     std::memcpy(bytes.data(), &settings, sizeof settings);
-    target.Write(bytes);
-    target.ThrowIfFailed();
-    target.Commit();
+    try {
+        WriteWhole(target, bytes, overwrite);
+    } catch (...) {
+        RethrowAsError("cannot write " + target.string());
+    }
 }
 
 }  // namespace lineup

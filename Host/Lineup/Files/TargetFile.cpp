@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -65,6 +66,15 @@ void RequireReplaceable(const fs::path& target, fs::file_status link, bool overw
     }
 }
 
+fs::path Canonical(const fs::path& link) {
+    std::error_code error;
+    fs::path target = fs::canonical(link, error);
+    if (error) {
+        throw Error(fmt::format("cannot replace {}: {}", link.string(), error.message()));
+    }
+    return target;
+}
+
 fs::path FolderOf(const fs::path& file) {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
@@ -89,12 +99,18 @@ int SyncFolder(const fs::path& folder) {
 
 TargetFile::TargetFile(const fs::path& target, bool overwrite)
     : mGiven(target), mTarget(target), mOverwrite(overwrite) {
+    if (!target.has_filename()) {
+        throw UsageError("output", target.string(), "must end in the name of a file");
+    }
     std::error_code error;
     const fs::file_status link = fs::symlink_status(target, error);
+    if (!fs::status_known(link)) {
+        throw Error(fmt::format("cannot open {} for writing: {}", target.string(), error.message()));
+    }
     if (fs::exists(link)) {
         RequireReplaceable(target, link, overwrite);
         if (fs::is_symlink(link)) {
-            mTarget = fs::canonical(target);
+            mTarget = Canonical(target);
         }
     }
     RemoveAbandonedFiles(FolderOf(mTarget));
@@ -170,4 +186,11 @@ void TargetFile::Commit(Disk disk) {
     ThrowIfFailed();
 }
 
+void WriteWhole(const fs::path& target, std::span<const std::uint8_t> bytes, bool overwrite) {
+    TargetFile file(target, overwrite);
+    file.Write(bytes);
+    file.Commit();
+}
+
+}  // namespace parts
 }  // namespace lineup

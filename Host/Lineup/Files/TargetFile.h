@@ -9,6 +9,7 @@
 #include <span>
 
 namespace lineup {
+inline namespace parts {
 
 /// A file that appears under its name only when it is whole and on the disk. What is written goes to a
 /// hidden file beside it, ".NAME.lineup-XXXXXX.partial"; Commit gives it its name, and without Commit the
@@ -18,7 +19,8 @@ namespace lineup {
 /// The replaced file's permissions stay.
 class LINEUP_API TargetFile {
 public:
-    /// Throws UsageError (option "output") when the target exists and `overwrite` is false; Error when it is
+    /// Throws UsageError (option "output") when the target exists and `overwrite` is false, or names no file; Error
+    /// when it is
     /// there and is no regular file or may not be written, when it is a link that leads nowhere, or when
     /// nothing can be written in its folder.
     TargetFile(const std::filesystem::path& target, bool overwrite);
@@ -65,4 +67,8 @@ private:
     std::int64_t mSize = 0;
 };
 
+/// Makes `target` a file of `bytes`. Throws what TargetFile throws.
+LINEUP_API void WriteWhole(const std::filesystem::path& target, std::span<const std::uint8_t> bytes, bool overwrite);
+
+}  // namespace parts
 }  // namespace lineup

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -117,4 +118,5 @@ void UnfinishedFile::Forget() noexcept {
     }
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -6,6 +6,7 @@
 #include <string>
 
 namespace lineup {
+inline namespace parts {
 
 /// Removes every hidden file that this process is writing and lets it begin no other: for a signal
 /// handler, which then ends the process. Async-signal-safe, any thread. What has its name already stays.
@@ -33,4 +34,5 @@ private:
     std::size_t mSlot = kUnlisted;
 };
 
+}  // namespace parts
 }  // namespace lineup

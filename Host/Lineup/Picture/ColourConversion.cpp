@@ -9,6 +9,7 @@
 #include <string>
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -100,4 +101,5 @@ void ConvertColour(const FloatPicture& picture, const PlaneFormat& format, const
                                       nullptr) == ZIMG_ERROR_SUCCESS);
 }
 
+}  // namespace parts
 }  // namespace lineup

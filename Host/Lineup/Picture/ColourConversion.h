@@ -7,6 +7,7 @@
 #include <cstddef>
 
 namespace lineup {
+inline namespace parts {
 
 /// What the three planes of a converted picture hold.
 enum class ColourCoding {
@@ -37,4 +38,5 @@ struct PlaneMemory {
 LINEUP_API void ConvertColour(const FloatPicture& picture, const PlaneFormat& format,
                               const std::array<PlaneMemory, 3>& planes);
 
+}  // namespace parts
 }  // namespace lineup

@@ -12,8 +12,6 @@ namespace {
 constexpr std::size_t kAlignmentBytes = 64;
 constexpr std::size_t kFloatsPerAlignment = kAlignmentBytes / sizeof(float);
 
-constexpr int kFewestHdLines = 720;
-
 // Where a pixel's V, U and Y lie, in either format.
 constexpr std::size_t kV = 0;
 constexpr std::size_t kU = 1;

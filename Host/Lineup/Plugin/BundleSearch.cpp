@@ -59,7 +59,12 @@ fs::path FindIn(const std::vector<fs::path>& prefixes) {
 }  // namespace
 
 fs::path ProgramPrefix() {
-    return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (error) {
+        throw Error("cannot tell where this program was installed: " + error.message());
+    }
+    return program.parent_path().parent_path();
 }
 
 fs::path PrefixOf(const fs::path& file) {

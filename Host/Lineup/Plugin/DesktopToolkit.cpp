@@ -1,9 +1,11 @@
 #include <lineup/BundleSearch.h>
 #include <lineup/DesktopToolkit.h>
 #include <lineup/Error.h>
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 #include "Host/Lineup/Plugin/PlaceTrust.h"
 
 #include <filesystem>
+#include <string>
 
 namespace fs = std::filesystem;
 using zelui::ui::DialogOutcome;
@@ -30,31 +32,44 @@ fs::path FindLibrary() {
     return library;
 }
 
+template <class Function>
+Function* FindFunction(const DynamicLibrary& library, const char* name) {
+    void* const symbol = library.Find(name);
+    if (symbol == nullptr) {
+        throw Error(std::string("cannot show a dialog: ") + zelui::ui::kToolkitLibraryName + " has no " + name);
+    }
+    return reinterpret_cast<Function*>(symbol);
+}
+
 }  // namespace
 
-DesktopToolkit::DesktopToolkit() : mLibrary(FindLibrary()), mProgramName("lineup") {
-    mArguments[0] = mProgramName.data();
-    auto* const install = Find<zelui::ui::InstallToolkitFunction>(zelui::ui::kInstallToolkitName);
-    if (const char* const problem = install(&mArgumentCount, mArguments)) {
+struct DesktopToolkit::Toolkit {
+    DynamicLibrary library{FindLibrary()};
+    zelui::ui::InstallToolkitFunction* install =
+        FindFunction<zelui::ui::InstallToolkitFunction>(library, zelui::ui::kInstallToolkitName);
+    zelui::ui::UninstallToolkitFunction* uninstall =
+        FindFunction<zelui::ui::UninstallToolkitFunction>(library, zelui::ui::kUninstallToolkitName);
+    zelui::ui::LastDialogOutcomeFunction* lastOutcome =
+        FindFunction<zelui::ui::LastDialogOutcomeFunction>(library, zelui::ui::kLastDialogOutcomeName);
+
+    // The toolkit keeps pointing at these.
+    std::string programName = "lineup";
+    int argumentCount = 1;
+    char* arguments[2] = {programName.data(), nullptr};
+};
+
+DesktopToolkit::DesktopToolkit() : mToolkit(std::make_unique<Toolkit>()) {
+    if (const char* const problem = mToolkit->install(&mToolkit->argumentCount, mToolkit->arguments)) {
         throw Error(std::string("cannot show a dialog: ") + problem);
     }
 }
 
 DesktopToolkit::~DesktopToolkit() {
-    Find<zelui::ui::UninstallToolkitFunction>(zelui::ui::kUninstallToolkitName)();
+    mToolkit->uninstall();
 }
 
 DialogOutcome DesktopToolkit::LastOutcome() const {
-    return Find<zelui::ui::LastDialogOutcomeFunction>(zelui::ui::kLastDialogOutcomeName)();
-}
-
-template <class Function>
-Function* DesktopToolkit::Find(const char* name) const {
-    void* const symbol = mLibrary.Find(name);
-    if (symbol == nullptr) {
-        throw Error(std::string("cannot show a dialog: ") + zelui::ui::kToolkitLibraryName + " has no " + name);
-    }
-    return reinterpret_cast<Function*>(symbol);
+    return mToolkit->lastOutcome();
 }
 
 }  // namespace lineup

@@ -1,10 +1,12 @@
-#include <lineup/DynamicLibrary.h>
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
+
 #include <lineup/Error.h>
 #include "Host/Services/Core/CompanionLibrary.h"
 
 #include <dlfcn.h>
 
 namespace lineup {
+inline namespace parts {
 
 DynamicLibrary::DynamicLibrary(const std::filesystem::path& file)
     : mHandle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -26,4 +28,5 @@ void DynamicLibrary::Unload::operator()(void* handle) const noexcept {
     dlclose(handle);
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -1,10 +1,14 @@
 #include <lineup/Error.h>
 #include <lineup/Importer.h>
+#include "Host/Interface/Importer/ImportEntry.h"
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
+#include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <fmt/format.h>
 
+#include <exception>
 #include <new>
 
 namespace lineup {
@@ -34,8 +38,23 @@ void* AsSettings(const void* settings) {
 
 }  // namespace
 
-Importer::Importer(const std::filesystem::path& bundleFolder)
-    : mBundle(bundleFolder), mLibrary(mBundle.Executable()), mEntry(FindEntry(mLibrary, mBundle)) {
+struct Importer::Module {
+    explicit Module(const std::filesystem::path& bundleFolder)
+        : bundle(bundleFolder), library(bundle.Executable()), entry(FindEntry(library, bundle)) {}
+
+    zelcore::Bundle bundle;
+    DynamicLibrary library;
+    ImportEntryFunction* entry;
+};
+
+Importer::Importer(const std::filesystem::path& bundleFolder) {
+    try {
+        mModule = std::make_unique<const Module>(bundleFolder);
+    } catch (const zelcore::BundleError& error) {
+        throw Error(error.what());
+    } catch (...) {
+        RethrowAsError("cannot use " + bundleFolder.string());
+    }
     imImportInfoRec record{};
     const std::int32_t answer = Call(kImportInit, &record, nullptr);
     if (answer != kImportInitAnswer) {
@@ -46,21 +65,29 @@ Importer::Importer(const std::filesystem::path& bundleFolder)
 
 Importer::~Importer() = default;
 
-// The code of an exception that is the plug-in's own goes with the plug-in, which may be before anybody reads it.
+const zelcore::Bundle& Importer::Bundle() const noexcept {
+    return mModule->bundle;
+}
+
+// The code of an exception that is the plug-in's own goes with the plug-in, which may be before anybody reads it: even
+// an Error is made anew.
 std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) const {
     try {
-        return mEntry(selector, nullptr, param1, param2);
+        return mModule->entry(selector, nullptr, param1, param2);
     } catch (const std::bad_alloc&) {
-        throw;
+        RethrowAsError("cannot use " + Bundle().Folder().string());
     } catch (const std::exception& error) {
         throw Error(error.what());
+    } catch (...) {
+        throw Error(
+            fmt::format("cannot use {}: it threw what is no exception of the C++ library", Bundle().Folder().string()));
     }
 }
 
 void Importer::Require(std::int32_t selector, void* record, const char* act) const {
     const std::int32_t result = Call(selector, nullptr, record);
     if (result != kImportNoError) {
-        throw Error(fmt::format("{} cannot {}: it answers with {}", mBundle.Folder().string(), act, result));
+        throw Error(fmt::format("{} cannot {}: it answers with {}", Bundle().Folder().string(), act, result));
     }
 }
 
@@ -100,9 +127,16 @@ ClipDescription Importer::Describe(const BarsAndToneInfo* prefs, float hostSampl
     description.numChannels = record.numChannels;
     description.sampleRate = record.sampleRate;
     description.durationSamples = record.durationSamples;
-    description.privateData = PrivateData(
-        record.privateData, [this](void* privateData) { Call(kImportReleasePrivateData, nullptr, privateData); });
+    description.privateData = PrivateData(record.privateData, [this](void* privateData) { Release(privateData); });
     return description;
+}
+
+// Nobody is left to be told: this runs as clips go.
+void Importer::Release(void* privateData) const noexcept {
+    try {
+        Call(kImportReleasePrivateData, nullptr, privateData);
+    } catch (...) {
+    }
 }
 
 std::uint32_t Importer::SettingsSize() const {
@@ -114,7 +148,7 @@ std::uint32_t Importer::SettingsSize() const {
 void Importer::RequireSettingsSize() const {
     const std::uint32_t size = SettingsSize();
     if (size != sizeof(BarsAndToneInfo)) {
-        throw Error(fmt::format("cannot use {}: its settings are {} bytes, not {}", mBundle.Folder().string(), size,
+        throw Error(fmt::format("cannot use {}: its settings are {} bytes, not {}", Bundle().Folder().string(), size,
                                 sizeof(BarsAndToneInfo)));
     }
 }

@@ -12,6 +12,7 @@
 namespace fs = std::filesystem;
 
 namespace lineup {
+inline namespace parts {
 
 namespace {
 
@@ -106,4 +107,5 @@ void RequireTrusted(const fs::path& prefix, const fs::path& place) {
     }
 }
 
+}  // namespace parts
 }  // namespace lineup

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 namespace lineup {
+inline namespace parts {
 
 /// Whether what lies at a place that a program searches by itself was put there by somebody whose code the
 /// program runs anyway: its user, root, or the owner of the program's own file.
@@ -17,4 +18,5 @@ namespace lineup {
 /// leads to, wherever that is.
 LINEUP_API void RequireTrusted(const std::filesystem::path& prefix, const std::filesystem::path& place);
 
+}  // namespace parts
 }  // namespace lineup

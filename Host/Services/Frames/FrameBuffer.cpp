@@ -1,5 +1,6 @@
 #include <lineup/services/FrameBuffer.h>
 #include <lineup/services/FrameMemory.h>
+#include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
 
 #include <limits>
@@ -39,14 +40,17 @@ void CheckSide(const char* name, int pixels) {
     }
 }
 
+// A handle points at the public part of one of these.
+struct HostFrame : vexelFrame {
+    int rowBytes = 0;
+};
+
 }  // namespace
 
-// A handle points at the public part of one of these.
-struct FrameBuffer::Frame : vexelFrame {
+struct FrameBuffer::Frame : HostFrame {
     int width = 0;
     int height = 0;
     std::uint32_t pixelFormat = 0;
-    int rowBytes = 0;
     FrameMemory memory;
 };
 
@@ -80,7 +84,7 @@ std::uint32_t FrameBuffer::PixelFormat() const noexcept {
 int FrameBuffer::RowBytes() const noexcept {
     return mFrame->rowBytes;
 }
-vexel FrameBuffer::Handle() const noexcept {
+vexelFrame* FrameBuffer::Handle() const noexcept {
     return mFrame.get();
 }
 
@@ -93,5 +97,5 @@ const std::uint8_t* FrameBuffer::Line(int line) const noexcept {
 
 int vexelGetRowbytes(vexel frame) {
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast): only FrameBuffer makes handles
-    return static_cast<const zelcore::FrameBuffer::Frame*>(frame)->rowBytes;
+    return static_cast<const zelcore::HostFrame*>(frame)->rowBytes;
 }

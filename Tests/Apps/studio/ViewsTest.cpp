@@ -247,9 +247,9 @@ TEST(LanePainter, DrawsTheTextsThatAreListed) {
 }
 
 TEST(ClipWords, SayThatAnUnknownIdentIsSilent) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     settings.identifyChannels = 1;
-    settings.identifierFormat = static_cast<IdentifierFormat>(7);
+    settings.identifierFormat = static_cast<lineup::IdentifierFormat>(7);
     EXPECT_EQ(studio::SignalWords(lineup::Clip(test::ThePlugin(), settings)), "unknown ident 7: silent");
 }
 

@@ -1,5 +1,4 @@
 #include "Apps/studio/Window/ClipDialog.h"
-#include "Host/Lineup/Files/TargetFile.h"
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Support/RunProgram.h"
 
@@ -105,8 +104,7 @@ TEST_F(StudioWindowTest, ADamagedOrForeignDocumentGetsASentenceAndChangesNothing
 TEST_F(StudioWindowTest, ADocumentOfAClipThatCannotBeGetsASentence) {
     lineup::ClipDocument document;
     document.settings.numChannels = 0;
-    lineup::TargetFile target(Folder() / "no-channels.lineup", false);
-    WriteDocument(target, document);
+    WriteDocument(Folder() / "no-channels.lineup", document, false);
     EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("no-channels.lineup")); }), HasSubstr("Cannot open a clip of 0"));
     EXPECT_EQ(Window().Document().Values(), lineup::ClipDocument());
 }
@@ -161,8 +159,7 @@ TEST_F(StudioWindowTest, SavingOnTheWayOutSaves) {
 }
 
 TEST_F(StudioWindowTest, TakesADroppedDocument) {
-    lineup::TargetFile target(Folder() / "dropped.lineup", false);
-    WriteDocument(target, test::DocumentWith("blits"));
+    WriteDocument(Folder() / "dropped.lineup", test::DocumentWith("blits"), false);
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(InFolder("dropped.lineup"))});
     QDragEnterEvent enter(QPoint(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);

@@ -23,7 +23,7 @@ TEST(Channels, AreStereoUnlessToldOtherwise) {
 TEST(Channels, OfSurroundComeInTheOrderOfFiles) {
     const auto sound = FirstFrame({{"sound", "blits"}}, 6);
     EXPECT_EQ(sound.layout, "5.1");
-    EXPECT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(BLITS5_1), 0, 1920)), "");
+    EXPECT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 1920)), "");
     // The ident begins with left alone.
     EXPECT_NE(sound.planes[0][100], 0.0F);
     for (std::size_t c = 1; c < 6; ++c) {
@@ -50,7 +50,7 @@ TEST(Channels, AreNeverFewerThanTheClipsOwn) {
 
 TEST(Channels, AndSoundMayBeNamedByTheProducersArgument) {
     const auto sound = FirstFrame({}, 2, "ebu-stereo-400");
-    EXPECT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(EBUStereo400), 0, 1920)), "");
+    EXPECT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(lineup::EBUStereo400), 0, 1920)), "");
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ TEST_P(ConsumerThreads, DoNotChangeASample) {
     ASSERT_TRUE(isRendered);
     const auto planes = test::ReadFloatWave(file);
     ASSERT_EQ(planes.front().size(), 2882880U);  // 1800 frames
-    EXPECT_EQ(Difference(planes, PlugInSound(test::IdentSettings(BLITS5_1), 0, 2882880)), "");
+    EXPECT_EQ(Difference(planes, PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 2882880)), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(RealTime, ConsumerThreads, testing::Values("-2", "-1", "0"));

@@ -8,7 +8,7 @@ using test::Difference;
 using test::Fps;
 using test::PlugInSound;
 
-const BarsAndToneInfo kBlits = test::IdentSettings(BLITS5_1);
+const lineup::BarsAndToneInfo kBlits = test::IdentSettings(lineup::BLITS5_1);
 
 std::int64_t LengthOf(const test::Planes& planes) {
     return static_cast<std::int64_t>(planes.front().size());
@@ -44,7 +44,7 @@ TEST(Cuts, ThatFollowEachOtherStartWhereEachStarts) {
     const test::Playlist timeline(mlt_playlist_new(profile.get()));
     mlt_playlist_append_io(timeline.get(), clip.get(), 50, 59);
     mlt_playlist_append_io(timeline.get(), clip.get(), 3, 7);
-    BarsAndToneInfo settings = test::Tone(2);
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 997.0F;
     const mlt_service service = MLT_PLAYLIST_SERVICE(timeline.get());
     EXPECT_EQ(Difference(test::ReadFrames(service, test::kPal, 10), PlugInSound(settings, 96000, 19200)), "");
@@ -56,7 +56,7 @@ TEST(Cuts, PlayedTogetherAreEachWithoutAGap) {
     const auto clip = test::MakeClip(*profile, {{"frequency", "997"}});
     const auto one = test::Producer(mlt_producer_cut(clip.get(), 10, 99));
     const auto other = test::Producer(mlt_producer_cut(clip.get(), 41, 120));
-    BarsAndToneInfo settings = test::Tone(2);
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 997.0F;
     const float rate = 30000.0F / 1001.0F;
     std::int64_t done = 0;
@@ -87,7 +87,7 @@ TEST_P(Speeds, GiveEachFrameItsOwnSound) {
         const int position = 60 + static_cast<int>(i * speed);
         EXPECT_EQ(mlt_frame_original_position(frame.get()), position);
         const auto sound = test::SoundOf(*frame, 48000, 6, 1600);
-        ASSERT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(EBUMultichannel),
+        ASSERT_EQ(Difference(sound.planes, PlugInSound(test::IdentSettings(lineup::EBUMultichannel),
                                                        test::SampleAt(position, test::kNtsc, 48000), 1600)),
                   "")
             << "frame " << position;

@@ -59,7 +59,7 @@ TEST_P(MeltRender, HasTheSoundOfThePlugIn) {
     const auto sound = Sound(rate.profile, "barsandtone: frequency=997", "real_time=" + std::to_string(realTime));
     const auto frames = 5 * rate.fps.num / rate.fps.den + (rate.fps.den == 1 ? 0 : 1);
     ASSERT_EQ(static_cast<std::int64_t>(sound.front().size()), test::SampleAt(frames, rate.fps, 48000));
-    BarsAndToneInfo settings = test::Tone(2);
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 997.0F;
     EXPECT_EQ(Difference(sound, PlugInSound(settings, 0, static_cast<std::int64_t>(sound.front().size()))), "");
 }
@@ -72,11 +72,11 @@ INSTANTIATE_TEST_SUITE_P(RatesAndThreads, MeltRender,
                                          std::tuple{Rate{"atsc_1080p_50", {50, 1}}, -1},
                                          std::tuple{Rate{"atsc_1080p_5994", {60000, 1001}}, -2}));
 
-class MeltIdent : public Melt, public testing::WithParamInterface<std::tuple<const char*, IdentifierFormat>> {};
+class MeltIdent : public Melt, public testing::WithParamInterface<std::tuple<const char*, lineup::IdentifierFormat>> {};
 
 TEST_P(MeltIdent, SoundsAsThePlugInMakesIt) {
     const auto& [name, format] = GetParam();
-    const BarsAndToneInfo settings = test::IdentSettings(format);
+    const lineup::BarsAndToneInfo settings = test::IdentSettings(format);
     const auto sound = Sound("atsc_1080p_2997", std::string("barsandtone:") + name + " out=449",
                              "real_time=-2 channels=" + std::to_string(settings.numChannels));
     ASSERT_EQ(sound.front().size(), 720720U);  // 450 frames
@@ -84,9 +84,10 @@ TEST_P(MeltIdent, SoundsAsThePlugInMakesIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachKind, MeltIdent,
-                         testing::Values(std::tuple{"ebu-stereo-1000", EBUStereo1000},
-                                         std::tuple{"ebu-stereo-400", EBUStereo400},
-                                         std::tuple{"ebu-5.1", EBUMultichannel}, std::tuple{"blits", BLITS5_1}));
+                         testing::Values(std::tuple{"ebu-stereo-1000", lineup::EBUStereo1000},
+                                         std::tuple{"ebu-stereo-400", lineup::EBUStereo400},
+                                         std::tuple{"ebu-5.1", lineup::EBUMultichannel},
+                                         std::tuple{"blits", lineup::BLITS5_1}));
 
 TEST_F(Melt, CutsAClipAtItsFrames) {
     const auto sound =
@@ -94,7 +95,7 @@ TEST_F(Melt, CutsAClipAtItsFrames) {
     constexpr Fps kNtsc{30000, 1001};
     const std::int64_t cut = test::SampleAt(84, kNtsc, 48000);
     ASSERT_EQ(static_cast<std::int64_t>(sound.front().size()), test::SampleAt(89, kNtsc, 48000));
-    auto expected = PlugInSound(test::IdentSettings(EBUStereo400), test::SampleAt(37, kNtsc, 48000), cut);
+    auto expected = PlugInSound(test::IdentSettings(lineup::EBUStereo400), test::SampleAt(37, kNtsc, 48000), cut);
     const auto second = PlugInSound(test::Tone(2), test::SampleAt(5, kNtsc, 48000),
                                     static_cast<std::int64_t>(sound.front().size()) - cut);
     for (std::size_t c = 0; c < 2; ++c) {

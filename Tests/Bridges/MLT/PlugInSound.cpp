@@ -16,7 +16,7 @@ constexpr std::array<std::size_t, 6> kSurround = {0, 1, 4, 5, 2, 3};
 
 }  // namespace
 
-Planes PlugInSound(const BarsAndToneInfo& settings, std::int64_t start, std::int64_t count) {
+Planes PlugInSound(const lineup::BarsAndToneInfo& settings, std::int64_t start, std::int64_t count) {
     static const lineup::Importer importer(TEST_BUNDLE);
     const auto tenth = static_cast<std::int64_t>(settings.sampleRate) / 10;
     const std::int64_t firstBlock = start / tenth;
@@ -39,16 +39,16 @@ Planes PlugInSound(const BarsAndToneInfo& settings, std::int64_t start, std::int
     return planes;
 }
 
-BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz) {
-    BarsAndToneInfo settings;
+lineup::BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz) {
+    lineup::BarsAndToneInfo settings;
     settings.sampleRate = rateHz;
     settings.numChannels = numChannels;
-    settings.channelType = ChannelTypeFor(numChannels);
+    settings.channelType = lineup::ChannelTypeFor(numChannels);
     return settings;
 }
 
-BarsAndToneInfo IdentSettings(IdentifierFormat format, float rateHz) {
-    BarsAndToneInfo settings = Tone(format >= EBUMultichannel ? 6 : 2, rateHz);
+lineup::BarsAndToneInfo IdentSettings(lineup::IdentifierFormat format, float rateHz) {
+    lineup::BarsAndToneInfo settings = Tone(format >= lineup::EBUMultichannel ? 6 : 2, rateHz);
     settings.identifyChannels = 1;
     settings.identifierFormat = format;
     return settings;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Src/BarsAndToneImporter/BarsAndToneInfo.h"
+#include <lineup/BarsAndToneInfo.h>
 #include "Tests/Bridges/MLT/Framework.h"
 
 #include <cstdint>
@@ -9,13 +9,13 @@ namespace test {
 
 /// What the plug-in itself gives for `settings` from sample `start` on, asked for in whole tenths of a second,
 /// its channels in the order of files: L, R, C, LFE, Ls, Rs. The rate must be a multiple of 10 Hz.
-Planes PlugInSound(const BarsAndToneInfo& settings, std::int64_t start, std::int64_t count);
+Planes PlugInSound(const lineup::BarsAndToneInfo& settings, std::int64_t start, std::int64_t count);
 
 /// A steady tone as a new clip has it.
-BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz = 48000.0F);
+lineup::BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz = 48000.0F);
 
 /// An ident in the channels that it is made for.
-BarsAndToneInfo IdentSettings(IdentifierFormat format, float rateHz = 48000.0F);
+lineup::BarsAndToneInfo IdentSettings(lineup::IdentifierFormat format, float rateHz = 48000.0F);
 
 /// The first sample at which the two differ, as text; empty when they are the same to the bit.
 std::string Difference(const Planes& planes, const Planes& expected);

@@ -36,8 +36,8 @@ std::size_t Count(const std::string& text, const std::string& part) {
     return count;
 }
 
-BarsAndToneInfo ToneOf(float frequency, float amplitude) {
-    BarsAndToneInfo settings = test::Tone(2);
+lineup::BarsAndToneInfo ToneOf(float frequency, float amplitude) {
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = frequency;
     settings.amplitude = amplitude;
     return settings;
@@ -46,7 +46,7 @@ BarsAndToneInfo ToneOf(float frequency, float amplitude) {
 TEST(Properties, ThatAreNotSetAreThePlugInsOwn) {
     const auto answer = Play({});
     EXPECT_THAT(answer.log, IsEmpty());
-    EXPECT_EQ(Difference(answer.planes, PlugInSound(BarsAndToneInfo{}, 0, 19200)), "");
+    EXPECT_EQ(Difference(answer.planes, PlugInSound(lineup::BarsAndToneInfo{}, 0, 19200)), "");
 }
 
 TEST(Properties, InRangeAreTakenWithoutAWord) {
@@ -90,7 +90,7 @@ TEST(Properties, OfUnknownNamesTakeTheirDefault) {
         AllOf(HasSubstr("sound ebu: must be tone, ebu-stereo-1000, ebu-stereo-400, ebu-5.1, blits; tone is used"),
               HasSubstr("channels 7.1: must be auto, mono, stereo, 5.1; auto is used"),
               HasSubstr("card uhd: must be auto, hd, sd; auto is used")));
-    EXPECT_EQ(Difference(answer.planes, PlugInSound(BarsAndToneInfo{}, 0, 19200)), "");
+    EXPECT_EQ(Difference(answer.planes, PlugInSound(lineup::BarsAndToneInfo{}, 0, 19200)), "");
 }
 
 TEST(Properties, AreComplainedOfOnceAndNotEveryFrame) {
@@ -105,7 +105,7 @@ TEST(Properties, OfAFrequencyAboveHalfTheRateAreBroughtDownToIt) {
 TEST(Properties, OfTheToneDoNotDisturbAnIdent) {
     const auto answer = Play({{"sound", "ebu-stereo-400"}, {"frequency", "440"}, {"level", "-3"}});
     EXPECT_THAT(answer.log, IsEmpty());
-    EXPECT_EQ(Difference(answer.planes, PlugInSound(test::IdentSettings(EBUStereo400), 0, 19200)), "");
+    EXPECT_EQ(Difference(answer.planes, PlugInSound(test::IdentSettings(lineup::EBUStereo400), 0, 19200)), "");
 }
 
 TEST(Properties, OfChannelsThatAnIdentDoesNotHaveGiveWayToIt) {

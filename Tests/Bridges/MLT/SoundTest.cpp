@@ -17,17 +17,17 @@ constexpr Fps kNtsc60{60000, 1001};
 struct Kind {
     const char* name;
     test::PropertyList properties;
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
 };
 
 std::vector<Kind> Kinds() {
     return {
         {"StereoTone", {}, test::Tone(2)},
         {"SurroundTone", {{"channels", "5.1"}}, test::Tone(6)},
-        {"EbuStereo1000", {{"sound", "ebu-stereo-1000"}}, test::IdentSettings(EBUStereo1000)},
-        {"EbuStereo400", {{"sound", "ebu-stereo-400"}}, test::IdentSettings(EBUStereo400)},
-        {"Ebu51", {{"sound", "ebu-5.1"}}, test::IdentSettings(EBUMultichannel)},
-        {"Blits", {{"sound", "blits"}}, test::IdentSettings(BLITS5_1)},
+        {"EbuStereo1000", {{"sound", "ebu-stereo-1000"}}, test::IdentSettings(lineup::EBUStereo1000)},
+        {"EbuStereo400", {{"sound", "ebu-stereo-400"}}, test::IdentSettings(lineup::EBUStereo400)},
+        {"Ebu51", {{"sound", "ebu-5.1"}}, test::IdentSettings(lineup::EBUMultichannel)},
+        {"Blits", {{"sound", "blits"}}, test::IdentSettings(lineup::BLITS5_1)},
     };
 }
 
@@ -132,7 +132,7 @@ TEST(Sound, FollowsItsPropertiesWhileItPlays) {
     test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 5);
     mlt_properties_set(MLT_PRODUCER_PROPERTIES(clip.get()), "frequency", "440");
     mlt_properties_set_double(MLT_PRODUCER_PROPERTIES(clip.get()), "level", -20.0);
-    BarsAndToneInfo settings = test::Tone(2);
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 440.0F;
     settings.amplitude = 0.1F;
     EXPECT_EQ(Difference(test::ReadFrames(MLT_PRODUCER_SERVICE(clip.get()), test::kPal, 5),

@@ -35,7 +35,7 @@ TEST_F(Xml, BringsBackTheSameClip) {
     const auto again = Load(*profile, "a.mlt");
     ASSERT_TRUE(again);
     EXPECT_EQ(mlt_producer_get_playtime(again.get()), 88);
-    BarsAndToneInfo settings = test::Tone(2);
+    lineup::BarsAndToneInfo settings = test::Tone(2);
     settings.frequency = 440.0F;
     settings.amplitude = 0.1F;
     const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), test::kNtsc, 88);
@@ -92,7 +92,7 @@ TEST_F(Xml, OfAClipMadeByNameKeepsWhatWasChangedLater) {
     const auto again = Load(*profile, "a.mlt");
     ASSERT_TRUE(again);
     const auto sound = test::ReadFrames(MLT_PRODUCER_SERVICE(again.get()), test::kNtsc, 30, 48000, 6);
-    EXPECT_EQ(Difference(sound, test::PlugInSound(test::IdentSettings(EBUMultichannel), 0,
+    EXPECT_EQ(Difference(sound, test::PlugInSound(test::IdentSettings(lineup::EBUMultichannel), 0,
                                                   static_cast<std::int64_t>(sound.front().size()))),
               "");
 }

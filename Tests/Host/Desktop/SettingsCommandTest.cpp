@@ -70,7 +70,7 @@ protected:
         return QStringList{"settings", QString::fromStdString(mFile.string())} + more;
     }
 
-    void WriteFile(const BarsAndToneInfo& settings) const {
+    void WriteFile(const lineup::BarsAndToneInfo& settings) const {
         std::ofstream(mFile, std::ios::binary).write(reinterpret_cast<const char*>(&settings), sizeof settings);
     }
 
@@ -121,7 +121,7 @@ TEST_F(SettingsCommand, EditsAFileThatIsThere) {
         hands.Click("identifyChannelsBtn");
         hands.Click("okButton");
     });
-    BarsAndToneInfo expected = ClipWith(6);
+    lineup::BarsAndToneInfo expected = ClipWith(6);
     expected.identifyChannels = 1;
     EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(expected));
     EXPECT_EQ(FilesInFolder(), 1U);
@@ -191,7 +191,7 @@ TEST_F(SettingsCommand, AFormWithAControlOfAnotherKindIsSaid) {
 TEST_F(SettingsCommand, DefaultsNeedNoDisplay) {
     const Answer answer = RunWithoutDisplay(Arguments({"--defaults", "--sample-rate", "44100"}));
     EXPECT_EQ(answer.status, 0) << answer.error;
-    BarsAndToneInfo expected;
+    lineup::BarsAndToneInfo expected;
     expected.sampleRate = 44100.0F;
     EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(expected));
 }
@@ -201,7 +201,7 @@ TEST_F(SettingsCommand, DefaultsReplaceAFileOnlyWhenAllowed) {
     EXPECT_EQ(RunWithoutDisplay(Arguments({"--defaults"})).status, 2);
     EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(ClipWith(6)));
     EXPECT_EQ(RunWithoutDisplay(Arguments({"--defaults", "-y", "-q"})).out, "");
-    EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(BarsAndToneInfo()));
+    EXPECT_EQ(Bytes(lineup::ReadSettings(mFile)), Bytes(lineup::BarsAndToneInfo()));
 }
 
 TEST_F(SettingsCommand, AFileOfAnotherSizeIsSaid) {
@@ -222,7 +222,7 @@ TEST_F(SettingsCommand, ALayoutForAFileThatIsThereIsRefused) {
 }
 
 TEST_F(SettingsCommand, OtherCommandsUseTheFileAndNoOtherToneOptions) {
-    BarsAndToneInfo settings = ClipWith(6);
+    lineup::BarsAndToneInfo settings = ClipWith(6);
     settings.frequency = 440.0F;
     WriteFile(settings);
     const QString file = QString::fromStdString(mFile.string());

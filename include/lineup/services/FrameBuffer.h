@@ -1,13 +1,14 @@
 #pragma once
 
 #include <lineup/interface/Core/Export.h>
-#include <lineup/interface/Frame/FrameServices.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
 namespace zelcore {
+
+struct vexelFrame;
 
 /// The host's frame memory: rows stored bottom-up, each starting on a 64-byte boundary, contents
 /// undefined until drawn. Movable; the handle stays valid across a move.
@@ -28,16 +29,14 @@ public:
     [[nodiscard]] std::uint32_t PixelFormat() const noexcept;
     [[nodiscard]] int RowBytes() const noexcept;
 
-    /// What a frame request carries.
-    [[nodiscard]] vexel Handle() const noexcept;
+    /// What a frame request carries: a `vexel` of <lineup/interface/Frame/FrameServices.h>.
+    [[nodiscard]] vexelFrame* Handle() const noexcept;
 
     /// The first pixel of picture line `line`, 0 at the top.
     [[nodiscard]] const std::uint8_t* Line(int line) const noexcept;
 
 private:
     struct Frame;
-    friend int ::vexelGetRowbytes(vexel frame);
-
     std::unique_ptr<Frame> mFrame;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <lineup/DynamicLibrary.h>
 #include "Host/Interface/Importer/ImportEntry.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -7,7 +7,7 @@
 
 namespace {
 
-lineup::Clip Open(const BarsAndToneInfo& settings) {
+lineup::Clip Open(const lineup::BarsAndToneInfo& settings) {
     return lineup::Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
 }
 
@@ -25,13 +25,14 @@ TEST(ClipText, DescribesASteadyTone) {
 }
 
 TEST(ClipText, DescribesAnIdent) {
-    const lineup::Clip clip = Open({.numChannels = 6, .identifyChannels = 1, .identifierFormat = BLITS5_1});
+    const lineup::Clip clip = Open({.numChannels = 6, .identifyChannels = 1, .identifierFormat = lineup::BLITS5_1});
     EXPECT_EQ(cli::SoundText(clip), "5.1 (L R Ls Rs C LFE), 48000 Hz");
     EXPECT_EQ(cli::SignalText(clip), "BLITS ident, 5.1, a cycle of 13.4 s");
 }
 
 TEST(ClipText, SaysThatAnUnknownIdentIsSilent) {
-    const lineup::Clip clip = Open({.identifyChannels = 1, .identifierFormat = static_cast<IdentifierFormat>(7)});
+    const lineup::Clip clip =
+        Open({.identifyChannels = 1, .identifierFormat = static_cast<lineup::IdentifierFormat>(7)});
     EXPECT_EQ(cli::SignalText(clip), "unknown ident 7: silent");
     EXPECT_EQ(cli::ClipJson(clip)["signal"].dump(), R"({"kind":"unknown ident","format":7})");
 }
@@ -47,7 +48,7 @@ TEST(ClipText, SaysTheSameInJson) {
     EXPECT_EQ(steady["signal"]["kind"], "steady");
     EXPECT_NEAR(steady["signal"]["levelDb"].get<double>(), -12.0412, 1e-4);
 
-    const auto ident = cli::ClipJson(Open({.identifyChannels = 1, .identifierFormat = EBUStereo400}));
+    const auto ident = cli::ClipJson(Open({.identifyChannels = 1, .identifierFormat = lineup::EBUStereo400}));
     EXPECT_EQ(ident["signal"]["name"], "ebu-stereo-400");
     EXPECT_EQ(ident["signal"]["cycleSeconds"], 3.0);
     const auto blits = cli::ClipJson(Open({.numChannels = 6, .identifyChannels = 1, .identifierFormat = BLITS5_1}));

@@ -57,7 +57,7 @@ TEST(AudioReader, AsksBeforeZeroOnTheSameGrid) {
 }
 
 TEST(AudioReader, HandsOverSixBuffersAndDropsWhatTheClipDoesNotHave) {
-    BarsAndToneInfo mono;
+    lineup::BarsAndToneInfo mono;
     mono.numChannels = 1;
     const Clip clip(Load(TEST_BUNDLES "/EchoImporter.bundle"), mono);  // it writes six channels regardless
     EXPECT_EQ(clip.RequestBuffers(), 6);
@@ -72,7 +72,7 @@ TEST(AudioReader, ReadsNothingWhenNothingIsAskedFor) {
     EXPECT_EQ(channels[0].UnwrittenSamples(), 4U);
 }
 
-class AudioReaderCuts : public testing::TestWithParam<BarsAndToneInfo> {};
+class AudioReaderCuts : public testing::TestWithParam<lineup::BarsAndToneInfo> {};
 
 TEST_P(AudioReaderCuts, MakeNoDifferenceToTheSamples) {
     const Clip clip(Load(TEST_BUNDLE), GetParam());
@@ -99,8 +99,8 @@ TEST_P(AudioReaderCuts, MakeNoDifferenceToTheSamples) {
     }
 }
 
-BarsAndToneInfo Ident(IdentifierFormat format, std::uint32_t channels, float rateHz) {
-    BarsAndToneInfo settings;
+lineup::BarsAndToneInfo Ident(lineup::IdentifierFormat format, std::uint32_t channels, float rateHz) {
+    lineup::BarsAndToneInfo settings;
     settings.sampleRate = rateHz;
     settings.numChannels = channels;
     settings.identifyChannels = 1;
@@ -110,16 +110,17 @@ BarsAndToneInfo Ident(IdentifierFormat format, std::uint32_t channels, float rat
 
 TEST(AudioReader, GivesSilenceWhereThePlugInWritesNothing) {
     const std::vector<float> silence(6000, 0.0F);
-    const auto ofUnknownIdent = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(IdentifierFormat{7}, 2, 48000.0F)), 100, 6000);
+    const auto ofUnknownIdent =
+        ReadWhole(Clip(Load(TEST_BUNDLE), Ident(lineup::IdentifierFormat{7}, 2, 48000.0F)), 100, 6000);
     EXPECT_EQ(ofUnknownIdent[0], silence);
     EXPECT_EQ(ofUnknownIdent[1], silence);
-    const auto ofStereoIdent = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(EBUStereo1000, 6, 48000.0F)), 100, 6000);
+    const auto ofStereoIdent = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(lineup::EBUStereo1000, 6, 48000.0F)), 100, 6000);
     EXPECT_NE(ofStereoIdent[1], silence);
     EXPECT_EQ(ofStereoIdent[2], silence);  // the ident has two channels
 }
 
 TEST(AudioReader, StaysInsideItsBuffersAtTheLowestRate) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     settings.sampleRate = 1e-38F;  // no ticks for a sample
     EXPECT_EQ(ReadWhole(Clip(Load(TEST_BUNDLE), settings), 100, 10000).size(), 2U);
 }
@@ -135,8 +136,10 @@ TEST(AudioReader, RefusesPositionsThatCannotBeCounted) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Clips, AudioReaderCuts,
-                         testing::Values(BarsAndToneInfo{.sampleRate = 44100.0F, .frequency = 997.0F},
-                                         Ident(EBUStereo400, 2, 48000.0F), Ident(EBUMultichannel, 6, 48000.0F),
-                                         Ident(EBUMultichannel, 6, 47952.0F), Ident(BLITS5_1, 6, 11025.0F)));
+                         testing::Values(lineup::BarsAndToneInfo{.sampleRate = 44100.0F, .frequency = 997.0F},
+                                         Ident(lineup::EBUStereo400, 2, 48000.0F),
+                                         Ident(lineup::EBUMultichannel, 6, 48000.0F),
+                                         Ident(lineup::EBUMultichannel, 6, 47952.0F),
+                                         Ident(lineup::BLITS5_1, 6, 11025.0F)));
 
 }  // namespace

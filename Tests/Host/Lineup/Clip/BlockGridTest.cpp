@@ -1,5 +1,5 @@
-#include <lineup/BlockGrid.h>
 #include "Host/Interface/Media/TickTime.h"
+#include "Host/Lineup/Clip/BlockGrid.h"
 
 #include <gtest/gtest.h>
 

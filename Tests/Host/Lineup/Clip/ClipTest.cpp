@@ -30,7 +30,7 @@ TEST(Clip, WithoutSettingsIsFiveSecondsOfStereoAtTheHostsRate) {
 }
 
 TEST(Clip, WithSettingsIsWhatTheySay) {
-    const BarsAndToneInfo settings{.sampleRate = 96000.0F, .channelType = 1, .numChannels = 6};
+    const lineup::BarsAndToneInfo settings{.sampleRate = 96000.0F, .channelType = 1, .numChannels = 6};
     const Clip clip(Plugin(), settings);
     EXPECT_EQ(clip.NumChannels(), 6);
     EXPECT_EQ(clip.DurationSamples(), 480000);
@@ -52,10 +52,10 @@ TEST(Clip, DrawsItsPictureInBothFormats) {
 }
 
 TEST(Clip, ReadsPeaksIntoTheClipsChannelsOnly) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     settings.numChannels = 2;
     settings.identifyChannels = 1;
-    settings.identifierFormat = BLITS5_1;  // writes six channels
+    settings.identifierFormat = lineup::BLITS5_1;  // writes six channels
     const Clip clip(Plugin(), settings);
     std::array<std::vector<float>, 4> values;
     values.fill(std::vector<float>(8, -9.0F));
@@ -80,7 +80,7 @@ TEST(Clip, RefusesPeakBuffersOfTheWrongShape) {
     EXPECT_THROW(clip.ReadPeaks(0, 100.0F, even, uneven), lineup::Error);
 }
 
-std::string OpeningError(const std::shared_ptr<const Importer>& importer, const BarsAndToneInfo& settings) {
+std::string OpeningError(const std::shared_ptr<const Importer>& importer, const lineup::BarsAndToneInfo& settings) {
     try {
         const Clip clip(importer, settings);
     } catch (const lineup::Error& error) {

@@ -75,12 +75,12 @@ Reading Read(const Clip& clip, int step) {
     return reading;
 }
 
-BarsAndToneInfo Settings(int clip) {
-    BarsAndToneInfo settings;
+lineup::BarsAndToneInfo Settings(int clip) {
+    lineup::BarsAndToneInfo settings;
     settings.sampleRate = clip % 2 == 0 ? 48000.0F : 44100.0F;
     settings.numChannels = 6;
     settings.identifyChannels = clip % 3 == 2 ? 0 : 1;
-    settings.identifierFormat = static_cast<IdentifierFormat>(clip % 4);
+    settings.identifierFormat = static_cast<lineup::IdentifierFormat>(clip % 4);
     return settings;
 }
 

@@ -14,7 +14,7 @@ using lineup::ToneChoice;
 using testing::AllOf;
 using testing::HasSubstr;
 
-BarsAndToneInfo Make(const ToneChoice& choice) {
+lineup::BarsAndToneInfo Make(const ToneChoice& choice) {
     return lineup::MakeSettings(lineup::Importer(TEST_BUNDLE), choice);
 }
 
@@ -28,16 +28,16 @@ std::string Refusal(const ToneChoice& choice) {
 }
 
 TEST(ToneChoice, OfNothingIsThePluginsDefault) {
-    const BarsAndToneInfo expected;
-    const BarsAndToneInfo settings = Make({});
+    const lineup::BarsAndToneInfo expected;
+    const lineup::BarsAndToneInfo settings = Make({});
     EXPECT_EQ(std::memcmp(&settings, &expected, sizeof expected), 0);
 }
 
 TEST(ToneChoice, SetsWhatAPersonGives) {
-    const BarsAndToneInfo settings =
+    const lineup::BarsAndToneInfo settings =
         Make({.channels = "mono", .sampleRateHz = 96000, .frequencyHz = 440, .levelDb = -20});
     EXPECT_EQ(settings.numChannels, 1U);
-    EXPECT_EQ(settings.channelType, kChannelTypeMono);
+    EXPECT_EQ(settings.channelType, lineup::kChannelTypeMono);
     EXPECT_EQ(settings.sampleRate, 96000.0F);
     EXPECT_EQ(settings.frequency, 440.0F);
     EXPECT_EQ(settings.amplitude, 0.1F);
@@ -50,11 +50,11 @@ TEST(ToneChoice, ZeroDecibelsIsFullScale) {
 }
 
 TEST(ToneChoice, OfAnIdentBringsItsChannels) {
-    const BarsAndToneInfo settings = Make({.ident = "blits"});
+    const lineup::BarsAndToneInfo settings = Make({.ident = "blits"});
     EXPECT_EQ(settings.numChannels, 6U);
-    EXPECT_EQ(settings.channelType, kChannelType51);
+    EXPECT_EQ(settings.channelType, lineup::kChannelType51);
     EXPECT_EQ(settings.identifyChannels, 1U);
-    EXPECT_EQ(settings.identifierFormat, BLITS5_1);
+    EXPECT_EQ(settings.identifierFormat, lineup::BLITS5_1);
     EXPECT_EQ(Make({.ident = "ebu-stereo-400"}).numChannels, 2U);
 }
 

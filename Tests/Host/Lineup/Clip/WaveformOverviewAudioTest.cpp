@@ -82,7 +82,7 @@ void ExpectBandsReached(const Clip& clip, const WaveformOverview& overview) {
     }
 }
 
-class OverviewOfAudio : public testing::TestWithParam<BarsAndToneInfo> {};
+class OverviewOfAudio : public testing::TestWithParam<lineup::BarsAndToneInfo> {};
 
 TEST_P(OverviewOfAudio, BoundsEverySampleOfRandomSpans) {
     const Clip clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), GetParam());
@@ -103,12 +103,13 @@ TEST_P(OverviewOfAudio, BoundsEverySampleOfRandomSpans) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Clips, OverviewOfAudio,
-    testing::Values(BarsAndToneInfo{}, BarsAndToneInfo{.sampleRate = 44100.0F, .frequency = 997.0F, .amplitude = 1.0F},
-                    BarsAndToneInfo{.frequency = 60.0F, .amplitude = 0.1F}, oracle::kStereo1000.Settings(),
-                    oracle::kStereo400.Settings(44100.0F), oracle::kMultichannel.Settings(),
-                    oracle::kMultichannel.Settings(47952.0F), oracle::kBlits.Settings(),
-                    oracle::kBlits.Settings(96000.0F)));
+INSTANTIATE_TEST_SUITE_P(Clips, OverviewOfAudio,
+                         testing::Values(lineup::BarsAndToneInfo{},
+                                         lineup::BarsAndToneInfo{
+                                             .sampleRate = 44100.0F, .frequency = 997.0F, .amplitude = 1.0F},
+                                         lineup::BarsAndToneInfo{.frequency = 60.0F, .amplitude = 0.1F},
+                                         oracle::kStereo1000.Settings(), oracle::kStereo400.Settings(44100.0F),
+                                         oracle::kMultichannel.Settings(), oracle::kMultichannel.Settings(47952.0F),
+                                         oracle::kBlits.Settings(), oracle::kBlits.Settings(96000.0F)));
 
 }  // namespace

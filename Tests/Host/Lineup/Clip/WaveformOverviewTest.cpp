@@ -26,7 +26,7 @@ constexpr TickTime Milliseconds(std::int64_t milliseconds) {
     return TickTime(kTicksPerSecond / 1000 * milliseconds);
 }
 
-Clip Open(const BarsAndToneInfo& settings) {
+Clip Open(const lineup::BarsAndToneInfo& settings) {
     return Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
 }
 
@@ -195,7 +195,7 @@ TEST(WaveformOverview, NamesTheChannelsInThePluginsOrder) {
 }
 
 TEST(WaveformOverview, TellsSilenceFromWhatWasNeverWritten) {
-    BarsAndToneInfo settings = oracle::kStereo1000.Settings();
+    lineup::BarsAndToneInfo settings = oracle::kStereo1000.Settings();
     settings.numChannels = 3;                                                             // the sequence writes two
     const auto overview = ReadOverview(Open(settings), {-12000, Milliseconds(250), 10});  // all of it the gap
     EXPECT_THAT(overview.channels[0].maxima, Each(0.0F));

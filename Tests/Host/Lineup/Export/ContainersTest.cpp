@@ -166,7 +166,7 @@ TEST(Containers, OfMpeg2CarryTheTimecodeInTheVideoToo) {
 
 TEST(Containers, TakeOtherSampleRates) {
     const TemporaryFolder folder;
-    BarsAndToneInfo info;
+    lineup::BarsAndToneInfo info;
     info.sampleRate = 44100.0F;
     const auto report = Export(test::OpenClip(info), At(folder / "a.mov", {30000, 1001}));
     EXPECT_EQ(report.samples, 10300);  // 7 * 1471.47 = 10300.29

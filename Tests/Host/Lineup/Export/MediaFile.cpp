@@ -44,16 +44,16 @@ std::vector<Sample> DecodeAs(const fs::path& file, std::string_view stream, std:
 
 }  // namespace
 
-lineup::Clip OpenClip(BarsAndToneInfo settings) {
+lineup::Clip OpenClip(lineup::BarsAndToneInfo settings) {
     return lineup::Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
 }
 
 lineup::Clip OpenClip(std::uint32_t channels) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     settings.numChannels = channels;
     if (channels > 1) {
         settings.identifyChannels = 1;
-        settings.identifierFormat = channels == 6 ? BLITS5_1 : EBUStereo1000;
+        settings.identifierFormat = channels == 6 ? lineup::BLITS5_1 : lineup::EBUStereo1000;
     }
     return OpenClip(settings);
 }

@@ -16,7 +16,7 @@
 namespace test {
 
 /// A clip of the plug-in under test. With an ident of two or six channels every channel differs.
-lineup::Clip OpenClip(BarsAndToneInfo settings);
+lineup::Clip OpenClip(lineup::BarsAndToneInfo settings);
 lineup::Clip OpenClip(std::uint32_t channels = 2);
 
 /// Settings for a small quick file.

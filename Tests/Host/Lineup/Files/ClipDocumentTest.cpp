@@ -1,7 +1,6 @@
 #include <lineup/ClipDocument.h>
 #include <lineup/Error.h>
 #include <lineup/SettingsFile.h>
-#include "Host/Lineup/Files/TargetFile.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 
@@ -64,8 +63,7 @@ TEST_F(ClipDocumentFile, GivesBackWhatWasWritten) {
     document.settings.version = 7;
     document.picture = {720, 576, lineup::Card::HD, {30000, 1001}};
     document.lengthFrames = 4711;
-    lineup::TargetFile target(File(), false);
-    WriteDocument(target, document);
+    WriteDocument(File(), document, false);
     EXPECT_EQ(lineup::ReadDocument(File()), document);
 }
 

@@ -1,6 +1,5 @@
 #include <lineup/Error.h>
 #include <lineup/SettingsFile.h>
-#include "Host/Lineup/Files/TargetFile.h"
 #include "Tests/Support/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -29,11 +28,10 @@ protected:
 };
 
 TEST_F(SettingsFile, GivesBackTheBytesThatWereWritten) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     std::memset(static_cast<void*>(&settings), 0xA5, sizeof settings);
-    lineup::TargetFile target(File(), false);
-    WriteSettings(target, settings);
-    const BarsAndToneInfo read = lineup::ReadSettings(File());
+    WriteSettings(File(), settings, false);
+    const lineup::BarsAndToneInfo read = lineup::ReadSettings(File());
     EXPECT_EQ(std::memcmp(&read, &settings, sizeof settings), 0);
     EXPECT_EQ(std::filesystem::file_size(File()), 32U);
 }

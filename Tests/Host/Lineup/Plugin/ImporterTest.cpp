@@ -113,7 +113,7 @@ TEST(Importer, OfSettingsOfAnotherSizeIsNotUsed) {
 }
 
 TEST(Importer, MakesTheDefaultSettingsAtTheHostsRate) {
-    const BarsAndToneInfo settings = Importer(TEST_BUNDLE).DefaultSettings(44100.0F);
+    const lineup::BarsAndToneInfo settings = Importer(TEST_BUNDLE).DefaultSettings(44100.0F);
     EXPECT_EQ(settings.version, 1U);
     EXPECT_EQ(settings.sampleRate, 44100.0F);
     EXPECT_EQ(settings.channelType, 2U);
@@ -132,7 +132,7 @@ TEST(Importer, RefusalsBecomeErrorsThatNameTheAct) {
         }
         return std::string("no error");
     };
-    const BarsAndToneInfo settings;
+    const lineup::BarsAndToneInfo settings;
     zelcore::FrameBuffer frame(4, 4, kPixelFormat_VUYA_32f);
     EXPECT_THAT(errorOf([&] { (void)importer.Describe(&settings, 48000.0F); }),
                 HasSubstr("cannot describe the clip: it answers with 3"));

@@ -11,7 +11,7 @@ TEST(Idents, AreTheFourSequencesInTheOrderOfTheirFormats) {
     const auto idents = lineup::Idents();
     ASSERT_EQ(idents.size(), 4U);
     for (std::size_t i = 0; i < idents.size(); ++i) {
-        EXPECT_EQ(idents[i].format, static_cast<IdentifierFormat>(i));
+        EXPECT_EQ(idents[i].format, static_cast<lineup::IdentifierFormat>(i));
     }
 }
 
@@ -23,25 +23,25 @@ TEST(Idents, LastThreeTwelveAndThirteenPointFourSeconds) {
 }
 
 TEST(Idents, ASteadyToneOrAnUnknownFormatPlaysNone) {
-    BarsAndToneInfo settings;
-    settings.identifierFormat = BLITS5_1;
+    lineup::BarsAndToneInfo settings;
+    settings.identifierFormat = lineup::BLITS5_1;
     EXPECT_EQ(lineup::FindIdent(settings), nullptr);
     settings.identifyChannels = 1;
     EXPECT_EQ(lineup::FindIdent(settings)->name, "blits");
-    settings.identifierFormat = static_cast<IdentifierFormat>(7);
+    settings.identifierFormat = static_cast<lineup::IdentifierFormat>(7);
     EXPECT_EQ(lineup::FindIdent(settings), nullptr);
 }
 
 TEST(Idents, AnUnknownFormatIsOneWhereASequenceIsToPlay) {
-    BarsAndToneInfo settings;
-    settings.identifierFormat = static_cast<IdentifierFormat>(7);
+    lineup::BarsAndToneInfo settings;
+    settings.identifierFormat = static_cast<lineup::IdentifierFormat>(7);
     EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
     settings.identifyChannels = 2;  // anything but 1 is a steady tone
     EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
     settings.identifyChannels = 1;
     EXPECT_TRUE(lineup::AsksForUnknownIdent(settings));
     EXPECT_EQ(lineup::UnknownIdentText(settings), "unknown ident 7: silent");
-    settings.identifierFormat = BLITS5_1;
+    settings.identifierFormat = lineup::BLITS5_1;
     EXPECT_FALSE(lineup::AsksForUnknownIdent(settings));
 }
 

@@ -1,4 +1,5 @@
 #include <lineup/services/FrameBuffer.h>
+#include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
 
 #include <gmock/gmock.h>

@@ -109,13 +109,13 @@ TEST(CheckExport, RefusesSixChannelsWhereNothingSaysWhichIsWhich) {
 }
 
 TEST(CheckExport, RefusesChannelsThatNoLayoutNames) {
-    BarsAndToneInfo settings;
+    lineup::BarsAndToneInfo settings;
     settings.numChannels = 4;
     EXPECT_EQ(Refused([](ExportSettings&) {}, test::OpenClip(settings)), "channels");
 }
 
 TEST(CheckExport, RefusesSampleRatesThatTheFileCannotHave) {
-    BarsAndToneInfo info;
+    lineup::BarsAndToneInfo info;
     info.sampleRate = 96000.0F;
     const lineup::Clip fast = test::OpenClip(info);
     EXPECT_EQ(Refused([](ExportSettings&) {}, fast), "");

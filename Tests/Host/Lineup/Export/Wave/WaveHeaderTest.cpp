@@ -94,7 +94,7 @@ class WaveFiles : public testing::TestWithParam<std::tuple<SampleFormat, int, in
 TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
     const auto [samples, channels, rateHz] = GetParam();
     const test::TemporaryFolder folder;
-    BarsAndToneInfo tone;
+    lineup::BarsAndToneInfo tone;
     tone.numChannels = static_cast<std::uint32_t>(channels);
     tone.sampleRate = static_cast<float>(rateHz);
     const char* const names[] = {"s16", "s24", "s32", "f32"};

@@ -6,6 +6,7 @@
 #include <memory>
 
 namespace lineup {
+inline namespace parts {
 
 /// A loaded shared object; unloaded when destroyed. Movable.
 class LINEUP_API DynamicLibrary {
@@ -27,4 +28,5 @@ private:
     std::unique_ptr<void, Unload> mHandle;
 };
 
+}  // namespace parts
 }  // namespace lineup

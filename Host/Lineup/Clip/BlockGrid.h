@@ -5,6 +5,7 @@
 #include <cstdint>
 
 namespace lineup {
+inline namespace parts {
 
 /// Cuts a clip's samples into blocks that start at multiples of 0.1 s of clip time: each block starts
 /// with the first sample at or after its multiple (every 4800 samples at 48 kHz). Audio that is always
@@ -27,4 +28,5 @@ private:
     std::int64_t mTicksPerSample;
 };
 
+}  // namespace parts
 }  // namespace lineup

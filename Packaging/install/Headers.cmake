@@ -15,8 +15,8 @@ set(folder ${CMAKE_INSTALL_INCLUDEDIR}/lineup)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/lineup/ DESTINATION ${folder} COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Host/Interface/ DESTINATION ${folder}/interface COMPONENT development
     FILES_MATCHING PATTERN *.h)
-install(FILES ${PROJECT_SOURCE_DIR}/Src/BarsAndToneImporter/SettingsRecord.h DESTINATION ${folder} RENAME BarsAndToneInfo.h
-    COMPONENT development)
+install(FILES ${PROJECT_SOURCE_DIR}/Src/BarsAndToneImporter/SettingsRecord.h DESTINATION ${folder}
+    RENAME BarsAndToneInfo.h COMPONENT development)
 
 # What a plug-in or a host with dialogs needs beside zelcore.
 find_package(Boost REQUIRED)

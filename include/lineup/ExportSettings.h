@@ -16,7 +16,7 @@ namespace lineup {
 struct ExportSettings {
     std::filesystem::path target;
 
-    /// The picture: even numbers of pixels, each 8192 at most. Unused in files without one.
+    /// The picture: even numbers of pixels, each PictureFormat::kMostSize at most. Unused in files without one.
     int width = 1920;
     int height = 1080;
     Card card = Card::Auto;
@@ -27,9 +27,11 @@ struct ExportSettings {
     /// The clip's first sample in the file.
     std::int64_t startSample = 0;
 
-    /// Frames in a file with a picture and sound, samples in a file with sound alone; a still picture
-    /// is always one frame.
-    std::int64_t duration = 0;
+    /// How long a file is that has a picture and sound: their sound ends with the last frame.
+    std::int64_t frames = 0;
+
+    /// How long a file is that has sound alone, in samples a channel. A file goes by one of the two; both may be set.
+    std::int64_t samples = 0;
 
     /// Names out of FormatTable.h; empty for what the file format prefers.
     std::string videoCodec;

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <lineup/Api.h>
+#include <lineup/Card.h>
 #include <lineup/Clip.h>
-#include <lineup/ExportSettings.h>
 
 #include <filesystem>
 
 namespace lineup {
 
-/// Writes the clip's picture as an 8-bit R'G'B' PNG file of width x height pixels, 1 to 8192 each,
+/// Writes the clip's picture as an 8-bit R'G'B' PNG file of width x height pixels, 1 to PictureFormat::kMostSize each,
 /// odd numbers too: full range, what lies below black or above white clipped. The file
 /// appears whole or not at all. Throws UsageError for a size that cannot be, or when the target exists
 /// and `overwrite` is false; Error when it cannot be written. Any thread.

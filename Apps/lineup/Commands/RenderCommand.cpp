@@ -2,7 +2,6 @@
 
 #include <lineup/Clip.h>
 #include <lineup/Exporter.h>
-#include <lineup/FormatTable.h>
 #include "Apps/lineup/Options/CommonOptions.h"
 #include "Apps/lineup/Options/PictureOptions.h"
 #include "Apps/lineup/Options/TimeOptions.h"
@@ -40,13 +39,9 @@ struct RenderOptions {
     bool json = false;
 };
 
-// Whole frames in a file with a picture, samples in one without. At least one of either.
-std::int64_t DurationUnits(const RenderOptions& options, const lineup::Clip& clip, lineup::Rational frameRate) {
-    const lineup::FileFormat* const format = lineup::FindFileFormat(options.target);
-    const bool hasPicture = format == nullptr || !format->videoCodecs.empty();
-    const lineup::Rational rate = hasPicture ? frameRate : lineup::Rational{static_cast<int>(clip.SampleRate()), 1};
-    const auto duration = options.time.Duration(clip).value_or(DescribedDuration(clip));
-    return std::max<std::int64_t>(1, NearestIndex(duration, rate));
+// The whole frames or samples of a time, one at least.
+std::int64_t CountAt(lineup::Rational rate, zelmediatypes::TickTime time) {
+    return std::max<std::int64_t>(1, NearestIndex(time, rate));
 }
 
 lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const lineup::Clip& clip) {
@@ -58,7 +53,9 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     settings.card = options.picture.card;
     settings.frameRate = ParseFrameRate(options.frameRate);
     settings.startSample = options.time.StartSample(clip);
-    settings.duration = DurationUnits(options, clip, settings.frameRate);
+    const auto duration = options.time.Duration(clip).value_or(DescribedDuration(clip));
+    settings.frames = CountAt(settings.frameRate, duration);
+    settings.samples = CountAt({static_cast<int>(clip.SampleRate()), 1}, duration);
     settings.videoCodec = options.videoCodec;
     settings.audioCodec = options.audioCodec;
     if (options.timecode) {

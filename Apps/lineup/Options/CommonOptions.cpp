@@ -2,6 +2,7 @@
 
 #include <lineup/BundleSearch.h>
 #include <lineup/ChannelLayout.h>
+#include <lineup/Clip.h>
 #include <lineup/Idents.h>
 #include <lineup/Limits.h>
 #include <lineup/SettingsFile.h>

@@ -14,15 +14,14 @@ const lineup::FileFormat* FormatOf(const QString& file) {
 
 lineup::ExportSettings MakeExportSettings(const StudioDocument& document, const ExportChoice& choice) {
     const lineup::PictureFormat& picture = document.Values().picture;
-    const lineup::FileFormat* const format = FormatOf(choice.file);
-    const bool soundAlone = format != nullptr && format->videoCodecs.empty();
     lineup::ExportSettings settings;
     settings.target = QFile::encodeName(choice.file).toStdString();
     settings.width = picture.width;
     settings.height = picture.height;
     settings.card = picture.card;
     settings.frameRate = picture.frameRate;
-    settings.duration = soundAlone ? document.LengthSamples() : document.Values().lengthFrames;
+    settings.frames = document.Values().lengthFrames;
+    settings.samples = document.LengthSamples();
     settings.videoCodec = choice.videoCodec.toStdString();
     settings.audioCodec = choice.audioCodec.toStdString();
     if (!choice.timecode.isEmpty()) {

@@ -1,9 +1,9 @@
 // Opens the default clip, reads a second of its sound and its picture, and writes a Wave file.
-#include <lineup/interface/Frame/PixelFormats.h>
 #include <lineup/AudioReader.h>
 #include <lineup/BundleSearch.h>
 #include <lineup/Clip.h>
 #include <lineup/Exporter.h>
+#include <lineup/interface/Frame/PixelFormats.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
 
         lineup::ExportSettings settings;
         settings.target = argc > 1 ? argv[1] : "tone.wav";
-        settings.duration = 48000;
+        settings.samples = 48000;
         settings.overwrite = true;
         const lineup::ExportReport report = lineup::Export(clip, settings);
         std::printf("%s: %lld samples\n", report.target.c_str(), static_cast<long long>(report.samples));

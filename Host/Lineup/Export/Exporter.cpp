@@ -2,53 +2,69 @@
 #include <lineup/StillPicture.h>
 #include "Host/Lineup/Export/MediaLibrary.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
-#include "Host/Lineup/Export/Progress.h"
 #include "Host/Lineup/Export/Wave/WaveFile.h"
-#include "Host/Lineup/Values/SampleAspect.h"
+#include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Values/RethrowAsError.h"
 
+#include <exception>
 #include <string>
 
 namespace lineup {
 
 namespace {
 
-void WriteStill(const Clip& clip, const ExportSettings& settings, const ExportPlan& plan,
-                const ProgressFunction& progress, ExportReport& report) {
-    ReportProgress(progress, 0, 1, settings);
-    WritePng(clip, settings.width, settings.height, settings.card, settings.target, settings.overwrite);
-    report.video = VideoReport{.codec = std::string(plan.video->name),
-                               .pixelFormat = std::string(plan.video->pixelFormat),
-                               .width = settings.width,
-                               .height = settings.height,
-                               .sampleAspect = SampleAspect(settings.width, settings.height),
-                               .frameRate = settings.frameRate,
-                               .colour = "rgb"};
+/// What the caller's own function threw: no failure of the library, so it goes back as it is.
+struct ThrownByCaller {
+    std::exception_ptr exception;
+};
+
+ProgressFunction Enclosed(const ProgressFunction& progress) {
+    if (!progress) {
+        return {};
+    }
+    return [&progress](std::int64_t done, std::int64_t total) {
+        try {
+            return progress(done, total);
+        } catch (...) {
+            throw ThrownByCaller{std::current_exception()};
+        }
+    };
 }
 
-WriteMediaFunction& WriterOf(FileKind kind) {
+WriteFunction& WriterOf(FileKind kind) {
     switch (kind) {
         case FileKind::Wave:
             return WriteWaveFile;
         case FileKind::Still:
-            return WriteStill;
+            return *MediaLibrary::Get().WriteStill();
         case FileKind::Movie:
             break;
     }
-    return *MediaLibrary::Get().WriteMedia();
+    return *MediaLibrary::Get().WriteMovie();
+}
+
+ExportReport Write(const Clip& clip, const ExportPlan& plan, const ProgressFunction& progress) {
+    try {
+        WriteFunction& write = WriterOf(plan.container->kind);
+        TargetFile file(plan.target, plan.overwrite);
+        write(clip, plan, file, Enclosed(progress));
+        file.Commit(plan.disk);
+        return ReportOf(plan, file.Size());
+    } catch (const ThrownByCaller& thrown) {
+        std::rethrow_exception(thrown.exception);
+    } catch (...) {
+        RethrowAsError("cannot write " + plan.target.string());
+    }
 }
 
 }  // namespace
 
 ExportReport Export(const Clip& clip, const ExportSettings& settings, const ProgressFunction& progress) {
-    const ExportPlan plan = PlanExport(clip, settings);
-    ExportReport report;
-    WriterOf(plan.format->kind)(clip, settings, plan, progress, report);
-    report.target = settings.target;
-    report.container = plan.format->extension;
-    report.frames = plan.frames;
-    report.samples = plan.samples;
-    report.bytes = std::filesystem::file_size(settings.target);
-    return report;
+    return Write(clip, PlanExport(clip, settings), progress);
+}
+
+void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target, bool overwrite) {
+    static_cast<void>(Write(clip, PlanStill(target, width, height, card, overwrite), {}));
 }
 
 }  // namespace lineup

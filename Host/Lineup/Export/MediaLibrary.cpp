@@ -20,8 +20,8 @@ Function* Find(const DynamicLibrary& library, const char* name) {
 }  // namespace
 
 MediaLibrary::MediaLibrary(const DynamicLibrary& library)
-    : mWriteMedia(Find<WriteMediaFunction>(library, kWriteMediaName)),
-      mWritePng(Find<WritePngFunction>(library, kWritePngName)) {}
+    : mWriteMovie(Find<WriteFunction>(library, kWriteMovieName)),
+      mWriteStill(Find<WriteFunction>(library, kWriteStillName)) {}
 
 const MediaLibrary& MediaLibrary::Get() {
     // Never unloaded: exceptions it threw may still be on their way when the process ends.

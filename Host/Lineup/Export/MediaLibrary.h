@@ -11,14 +11,14 @@ public:
     /// Throws Error when it is not installed, or is of another version.
     static const MediaLibrary& Get();
 
-    [[nodiscard]] WriteMediaFunction* WriteMedia() const noexcept { return mWriteMedia; }
-    [[nodiscard]] WritePngFunction* WritePng() const noexcept { return mWritePng; }
+    [[nodiscard]] WriteFunction* WriteMovie() const noexcept { return mWriteMovie; }
+    [[nodiscard]] WriteFunction* WriteStill() const noexcept { return mWriteStill; }
 
 private:
     explicit MediaLibrary(const DynamicLibrary& library);
 
-    WriteMediaFunction* mWriteMedia;
-    WritePngFunction* mWritePng;
+    WriteFunction* mWriteMovie;
+    WriteFunction* mWriteStill;
 };
 
 }  // namespace lineup

@@ -5,10 +5,9 @@
 namespace lineup {
 inline namespace parts {
 
-void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::int64_t total,
-                    const ExportSettings& settings) {
+void ReportProgress(const ProgressFunction& progress, std::int64_t done, std::int64_t total, const ExportPlan& plan) {
     if (progress && !progress(done, total)) {
-        throw Cancelled(fmt::format("cannot finish {}: cancelled", settings.target.string()));
+        throw Cancelled(fmt::format("cannot finish {}: cancelled", plan.target.string()));
     }
 }
 

@@ -94,7 +94,7 @@ TEST(CardPicture, ShapeAndMatrixAreThoseThatAnExportIsTaggedWith) {
         settings.target = folder.Path() / "card.mov";
         settings.width = size.width;
         settings.height = size.height;
-        settings.duration = 1;
+        settings.frames = 1;
         settings.overwrite = true;
         const auto report = lineup::Export(TheClip(), settings);
         const CardPicture picture(TheClip(), {.width = size.width, .height = size.height}, Matrix::Bt601);

@@ -1,4 +1,4 @@
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <algorithm>
 #include <array>
@@ -17,59 +17,69 @@ constexpr std::string_view kSideLayout = "5.1(side)";
 // channels is the same.
 constexpr std::string_view kBackLayout = "5.1";
 
-constexpr std::array<AudioCodec, 7> kAudioCodecs = {{
-    {.name = "pcm-s24",
-     .description = "uncompressed, 24 bits",
+constexpr std::array<AudioEncoding, 7> kEncodings = {{
+    {.codec = {.name = "pcm-s24", .description = "uncompressed, 24 bits"},
      .encoder = "pcm_s24le",
      .surroundLayout = kSideLayout,
      .samples = SampleFormat::S24},
-    {.name = "pcm-s16",
-     .description = "uncompressed, 16 bits",
+    {.codec = {.name = "pcm-s16", .description = "uncompressed, 16 bits"},
      .encoder = "pcm_s16le",
      .surroundLayout = kSideLayout,
      .samples = SampleFormat::S16},
-    {.name = "pcm-s32",
-     .description = "uncompressed, 32 bits",
+    {.codec = {.name = "pcm-s32", .description = "uncompressed, 32 bits"},
      .encoder = "pcm_s32le",
      .surroundLayout = kSideLayout,
      .samples = SampleFormat::S32},
-    {.name = "pcm-f32",
-     .description = "uncompressed, 32-bit floating point: the very samples of the clip",
+    {.codec = {.name = "pcm-f32", .description = "uncompressed, 32-bit floating point: the very samples of the clip"},
      .encoder = "pcm_f32le",
      .surroundLayout = kSideLayout,
      .samples = SampleFormat::F32},
-    {.name = "flac",
-     .description = "FLAC, lossless, 24 bits",
+    {.codec = {.name = "flac", .description = "FLAC, lossless, 24 bits"},
      .encoder = "flac",
      .surroundLayout = kSideLayout,
      .samples = SampleFormat::S24,
      .carriesLayout = true},
-    {.name = "alac",
-     .description = "Apple Lossless, 24 bits",
+    {.codec = {.name = "alac", .description = "Apple Lossless, 24 bits"},
      .encoder = "alac",
      .surroundLayout = kBackLayout,
      .samples = SampleFormat::S24,
      .carriesLayout = true},
-    {.name = "aac",
-     .description = "AAC-LC, 160 kbit/s a channel",
+    {.codec = {.name = "aac",
+               .description = "AAC-LC, 160 kbit/s a channel",
+               .lossless = false,
+               .sampleRatesHz = kAacSampleRatesHz},
      .encoder = "aac",
      .surroundLayout = kBackLayout,
      .samples = SampleFormat::F32,
      .carriesLayout = true,
-     .lossless = false,
-     .bitRatePerChannel = 160000,
-     .sampleRatesHz = kAacSampleRatesHz},
+     .bitRatePerChannel = 160000},
 }};
+
+// What people choose from.
+constexpr auto kOffered = [] {
+    std::array<AudioCodec, kEncodings.size()> codecs;
+    std::ranges::transform(kEncodings, codecs.begin(), &AudioEncoding::codec);
+    return codecs;
+}();
 
 }  // namespace
 
 std::span<const AudioCodec> AudioCodecs() {
-    return kAudioCodecs;
+    return kOffered;
 }
 
 const AudioCodec* FindAudioCodec(std::string_view name) {
-    const auto* const found = std::ranges::find(kAudioCodecs, name, &AudioCodec::name);
-    return found == kAudioCodecs.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOffered, name, &AudioCodec::name);
+    return found == kOffered.end() ? nullptr : found;
 }
 
+inline namespace parts {
+
+const AudioEncoding* FindAudioEncoding(std::string_view name) {
+    const auto* const found =
+        std::ranges::find(kEncodings, name, [](const AudioEncoding& row) { return row.codec.name; });
+    return found == kEncodings.end() ? nullptr : found;
+}
+
+}  // namespace parts
 }  // namespace lineup

@@ -1,4 +1,4 @@
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <algorithm>
 #include <array>
@@ -29,67 +29,85 @@ constexpr std::array<int, 1> kMxfSampleRatesHz = {48000};
 
 constexpr std::array<CodecOption, 1> kMovOptions = {{{"movflags", "+write_colr"}}};
 
-constexpr std::array<FileFormat, 6> kFileFormats = {{
-    {.extension = "mov",
-     .description = "QuickTime movie",
+constexpr std::array<Container, 6> kContainers = {{
+    {.format = {.extension = "mov",
+                .description = "QuickTime movie",
+                .videoCodecs = kMovVideo,
+                .audioCodecs = kMovAudio,
+                .holdsTimecode = true,
+                .offersMonoTracks = true},
      .muxer = "mov",
-     .videoCodecs = kMovVideo,
-     .audioCodecs = kMovAudio,
      .options = kMovOptions,
      .timescaleOption = "movie_timescale",
-     .labelsMonoTracks = true,
-     .holdsTimecode = true,
-     .offersMonoTracks = true},
-    {.extension = "mkv",
-     .description = "Matroska",
+     .labelsMonoTracks = true},
+    {.format = {.extension = "mkv",
+                .description = "Matroska",
+                .videoCodecs = kMkvVideo,
+                .audioCodecs = kMkvAudio,
+                .holdsTimecode = true,
+                .offersMonoTracks = true},
      .muxer = "matroska",
-     .videoCodecs = kMkvVideo,
-     .audioCodecs = kMkvAudio,
-     .needsLayoutInCodec = true,
-     .holdsTimecode = true,
-     .offersMonoTracks = true},
-    {.extension = "mp4",
-     .description = "MPEG-4",
+     .needsLayoutInCodec = true},
+    {.format = {.extension = "mp4",
+                .description = "MPEG-4",
+                .videoCodecs = kMp4Video,
+                .audioCodecs = kMp4Audio,
+                .holdsTimecode = true},
      .muxer = "mp4",
-     .videoCodecs = kMp4Video,
-     .audioCodecs = kMp4Audio,
      .options = kMovOptions,
-     .timescaleOption = "movie_timescale",
-     .holdsTimecode = true},
-    {.extension = "mxf",
-     .description = "MXF OP1a, one mono track a channel",
+     .timescaleOption = "movie_timescale"},
+    {.format = {.extension = "mxf",
+                .description = "MXF OP1a, one mono track a channel",
+                .videoCodecs = kMxfVideo,
+                .audioCodecs = kMxfAudio,
+                .sampleRatesHz = kMxfSampleRatesHz,
+                .holdsTimecode = true,
+                .offersMonoTracks = true,
+                .onlyMonoTracks = true},
      .muxer = "mxf",
-     .videoCodecs = kMxfVideo,
-     .audioCodecs = kMxfAudio,
-     .sampleRatesHz = kMxfSampleRatesHz,
-     .uniqueIdentifiers = true,
-     .holdsTimecode = true,
-     .offersMonoTracks = true,
-     .onlyMonoTracks = true},
-    {.extension = "wav",
-     .description = "Broadcast Wave, sound alone; RF64 past 4 GB",
-     .kind = FileKind::Wave,
-     .audioCodecs = kWavAudio,
-     .holdsTimecode = true},
-    {.extension = "png", .description = "PNG picture, one frame", .kind = FileKind::Still, .videoCodecs = kPngVideo},
+     .uniqueIdentifiers = true},
+    {.format = {.extension = "wav",
+                .description = "Broadcast Wave, sound alone; RF64 past 4 GB",
+                .audioCodecs = kWavAudio,
+                .holdsTimecode = true},
+     .kind = FileKind::Wave},
+    {.format = {.extension = "png", .description = "PNG picture, one frame", .videoCodecs = kPngVideo},
+     .kind = FileKind::Still},
 }};
+
+// What people choose from.
+constexpr auto kOffered = [] {
+    std::array<FileFormat, kContainers.size()> formats;
+    std::ranges::transform(kContainers, formats.begin(), &Container::format);
+    return formats;
+}();
+
+std::string ExtensionOf(const std::filesystem::path& target) {
+    std::string extension = target.extension().string();
+    extension.erase(0, 1);  // the dot
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return extension;
+}
 
 }  // namespace
 
 std::span<const FileFormat> FileFormats() {
-    return kFileFormats;
+    return kOffered;
 }
 
 const FileFormat* FindFileFormat(const std::filesystem::path& target) {
-    std::string extension = target.extension().string();
-    if (extension.empty()) {
-        return nullptr;
-    }
-    extension.erase(0, 1);
-    std::ranges::transform(extension, extension.begin(),
-                           [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    const auto* const found = std::ranges::find(kFileFormats, extension, &FileFormat::extension);
-    return found == kFileFormats.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOffered, ExtensionOf(target), &FileFormat::extension);
+    return found == kOffered.end() ? nullptr : found;
 }
 
+inline namespace parts {
+
+const Container* FindContainer(const std::filesystem::path& target) {
+    const auto* const found =
+        std::ranges::find(kContainers, ExtensionOf(target), [](const Container& row) { return row.format.extension; });
+    return found == kContainers.end() ? nullptr : found;
+}
+
+}  // namespace parts
 }  // namespace lineup

@@ -1,7 +1,25 @@
 #include "Host/Lineup/Export/Formats/SoundNames.h"
 
+#include <algorithm>
+#include <array>
+
 namespace lineup {
 inline namespace parts {
+
+namespace {
+
+constexpr std::string_view kMono = "mono";
+constexpr std::string_view kStereo = "stereo";
+
+/// FFmpeg's names of single channels. QuickTime's left and right surround are what FFmpeg calls the back.
+struct ChannelLabel {
+    std::string_view channel;
+    std::string_view layout;
+};
+constexpr std::array<ChannelLabel, 6> kChannelLabels = {
+    {{"L", "FL"}, {"R", "FR"}, {"C", "FC"}, {"LFE", "LFE"}, {"Ls", "BL"}, {"Rs", "BR"}}};
+
+}  // namespace
 
 std::string_view SampleFormatName(SampleFormat format) {
     switch (format) {
@@ -17,11 +35,16 @@ std::string_view SampleFormatName(SampleFormat format) {
     return "f32";
 }
 
-std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels) {
+std::string LayoutOfAll(const AudioEncoding& encoding, std::size_t channels) {
     if (channels > 2) {
-        return std::string(codec.surroundLayout);
+        return std::string(encoding.surroundLayout);
     }
-    return channels == 2 ? "stereo" : "mono";
+    return std::string(channels == 2 ? kStereo : kMono);
+}
+
+std::string LayoutOfOne(const Container& container, std::string_view channel) {
+    const auto* const label = std::ranges::find(kChannelLabels, channel, &ChannelLabel::channel);
+    return std::string(container.labelsMonoTracks && label != kChannelLabels.end() ? label->layout : kMono);
 }
 
 }  // namespace parts

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <lineup/Api.h>
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <cstddef>
 #include <string>
@@ -14,7 +14,11 @@ inline namespace parts {
 LINEUP_API std::string_view SampleFormatName(SampleFormat format);
 
 /// FFmpeg's name of the layout of one track of all channels.
-LINEUP_API std::string LayoutOfAll(const AudioCodec& codec, std::size_t channels);
+LINEUP_API std::string LayoutOfAll(const AudioEncoding& encoding, std::size_t channels);
+
+/// FFmpeg's name of the layout of a mono track with the channel that a ChannelLayout calls `channel`: one that says
+/// which it is, in a file that can.
+LINEUP_API std::string LayoutOfOne(const Container& container, std::string_view channel);
 
 }  // namespace parts
 }  // namespace lineup

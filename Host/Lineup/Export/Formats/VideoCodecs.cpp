@@ -1,4 +1,4 @@
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <algorithm>
 #include <array>
@@ -71,96 +71,106 @@ constexpr std::array<CodecOption, 6> kH264 = {{
     {"threads", "2"},
 }};
 
-constexpr std::array<VideoCodec, 11> kVideoCodecs = {{
-    {.name = "prores-hq",
-     .description = "ProRes 422 HQ, 10 bits",
+constexpr std::array<VideoEncoding, 11> kEncodings = {{
+    {.codec = {.name = "prores-hq", .description = "ProRes 422 HQ, 10 bits"},
      .encoder = "prores_ks",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
      .options = kProresHq},
-    {.name = "prores",
-     .description = "ProRes 422, 10 bits",
+    {.codec = {.name = "prores", .description = "ProRes 422, 10 bits"},
      .encoder = "prores_ks",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
      .options = kProres},
-    {.name = "prores-4444",
-     .description = "ProRes 4444 without alpha, 10 bits",
+    {.codec = {.name = "prores-4444", .description = "ProRes 4444 without alpha, 10 bits"},
      .encoder = "prores_ks",
      .pixelFormat = "yuv444p10le",
      .framesStandAlone = true,
      .options = kProres4444},
-    {.name = "dnxhr-hqx",
-     .description = "DNxHR HQX, 4:2:2, 10 bits; 256x120 and larger",
+    {.codec = {.name = "dnxhr-hqx",
+               .description = "DNxHR HQX, 4:2:2, 10 bits; 256x120 and larger",
+               .minWidth = 256,
+               .minHeight = 120},
      .encoder = "dnxhd",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
-     .options = kDnxhrHqx,
-     .minWidth = 256,
-     .minHeight = 120},
-    {.name = "v210",
-     .description = "uncompressed 4:2:2, 10 bits",
+     .options = kDnxhrHqx},
+    {.codec = {.name = "v210", .description = "uncompressed 4:2:2, 10 bits"},
      .encoder = "v210",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
      .options = kOneThread},
-    {.name = "uyvy422",
-     .description = "uncompressed 4:2:2, 8 bits",
+    {.codec = {.name = "uyvy422", .description = "uncompressed 4:2:2, 8 bits"},
      .encoder = "rawvideo",
      .pixelFormat = "uyvy422",
      .framesStandAlone = true,
      .options = kOneThread},
-    {.name = "ffv1",
-     .description = "FFV1 version 3, lossless 4:2:2, 10 bits, every frame on its own and with checksums",
+    {.codec = {.name = "ffv1",
+               .description = "FFV1 version 3, lossless 4:2:2, 10 bits, every frame on its own and with checksums"},
      .encoder = "ffv1",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
      .options = kFfv1},
-    {.name = "h264",
-     .description = "H.264 High, 4:2:0, 8 bits, at high quality",
+    {.codec = {.name = "h264", .description = "H.264 High, 4:2:0, 8 bits, at high quality"},
      .encoder = "libx264",
      .pixelFormat = "yuv420p",
      .options = kH264},
-    {.name = "mpeg2-422",
-     .description = "MPEG-2 4:2:2, 8 bits, intra frames only, 50 Mbit/s at most; up to 1920x1088",
+    {.codec = {.name = "mpeg2-422",
+               .description = "MPEG-2 4:2:2, 8 bits, intra frames only, 50 Mbit/s at most; up to 1920x1088",
+               .frameRates = kMpeg2FrameRates,
+               .maxWidth = kMpeg2MaxWidth,
+               .maxHeight = kMpeg2MaxHeight},
      .encoder = "mpeg2video",
      .pixelFormat = "yuv422p",
      .framesStandAlone = true,
      .options = kMpeg2,
      .timecodeOption = "gop_timecode",
      .mostBitsPerSecond = kMpeg2BitsPerSecond,
-     .largestQuantiser = kMpeg2LargestQuantiser,
-     .frameRates = kMpeg2FrameRates,
-     .maxWidth = kMpeg2MaxWidth,
-     .maxHeight = kMpeg2MaxHeight},
-    {.name = "mjpeg",
-     .description = "Motion JPEG, 4:2:2, 8 bits, full range: below black and above white are clipped",
+     .largestQuantiser = kMpeg2LargestQuantiser},
+    {.codec = {.name = "mjpeg",
+               .description = "Motion JPEG, 4:2:2, 8 bits, full range: below black and above white are clipped"},
      .encoder = "mjpeg",
      .pixelFormat = "yuv422p",
      .colour = ColourKind::Jpeg,
      .framesStandAlone = true,
      .options = kMjpeg},
-    {.name = "png",
-     .description = "PNG, lossless RGB, 8 bits, full range: below black and above white are clipped",
+    {.codec = {.name = "png",
+               .description = "PNG, lossless RGB, 8 bits, full range: below black and above white are clipped",
+               .sizeStep = 1,
+               .minWidth = 1,
+               .minHeight = 1},
      .encoder = "png",
      .pixelFormat = "rgb24",
      .colour = ColourKind::Rgb,
      .framesStandAlone = true,
-     .options = kOneThread,
-     .sizeStep = 1,
-     .minWidth = 1,
-     .minHeight = 1},
+     .options = kOneThread},
 }};
+
+// What people choose from.
+constexpr auto kOffered = [] {
+    std::array<VideoCodec, kEncodings.size()> codecs;
+    std::ranges::transform(kEncodings, codecs.begin(), &VideoEncoding::codec);
+    return codecs;
+}();
 
 }  // namespace
 
 std::span<const VideoCodec> VideoCodecs() {
-    return kVideoCodecs;
+    return kOffered;
 }
 
 const VideoCodec* FindVideoCodec(std::string_view name) {
-    const auto* const found = std::ranges::find(kVideoCodecs, name, &VideoCodec::name);
-    return found == kVideoCodecs.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOffered, name, &VideoCodec::name);
+    return found == kOffered.end() ? nullptr : found;
 }
 
+inline namespace parts {
+
+const VideoEncoding* FindVideoEncoding(std::string_view name) {
+    const auto* const found =
+        std::ranges::find(kEncodings, name, [](const VideoEncoding& row) { return row.codec.name; });
+    return found == kEncodings.end() ? nullptr : found;
+}
+
+}  // namespace parts
 }  // namespace lineup

@@ -1,68 +1,92 @@
 #include "Host/Lineup/Export/Media/ColourTags.h"
 
+#include "Host/Lineup/Export/Formats/ColourMatrix.h"
+
 #include <string>
 
 namespace lineup {
 
 namespace {
 
-constexpr int kFewestHdLines = 720;
-constexpr int kLinesOf625 = 576;
-
-bool IsHd(int height) {
-    return height >= kFewestHdLines;
+AVColorPrimaries PrimariesOf(ColourMatrix matrix) {
+    switch (matrix) {
+        case ColourMatrix::Bt470bg:
+            return AVCOL_PRI_BT470BG;
+        case ColourMatrix::Smpte170m:
+            return AVCOL_PRI_SMPTE170M;
+        case ColourMatrix::Bt709:
+        case ColourMatrix::Rgb:
+            break;
+    }
+    return AVCOL_PRI_BT709;
 }
 
-ColourTags VideoTags(int height) {
-    // BT.601's curve is BT.709's. Under the newer name every file format keeps it.
-    ColourTags tags{AVCOL_PRI_BT709, AVCOL_TRC_BT709, AVCOL_SPC_BT709, AVCOL_RANGE_MPEG, AVCHROMA_LOC_LEFT};
-    if (!IsHd(height)) {
-        const bool is625 = height == kLinesOf625;
-        tags.primaries = is625 ? AVCOL_PRI_BT470BG : AVCOL_PRI_SMPTE170M;
-        tags.matrix = is625 ? AVCOL_SPC_BT470BG : AVCOL_SPC_SMPTE170M;
+AVColorSpace SpaceOf(ColourMatrix matrix) {
+    switch (matrix) {
+        case ColourMatrix::Bt709:
+            return AVCOL_SPC_BT709;
+        case ColourMatrix::Bt470bg:
+            return AVCOL_SPC_BT470BG;
+        case ColourMatrix::Smpte170m:
+            return AVCOL_SPC_SMPTE170M;
+        case ColourMatrix::Rgb:
+            break;
     }
-    return tags;
+    return AVCOL_SPC_RGB;
+}
+
+ColourCoding CodingOf(ColourMatrix matrix) {
+    switch (matrix) {
+        case ColourMatrix::Bt709:
+            return ColourCoding::Ycc709;
+        case ColourMatrix::Rgb:
+            return ColourCoding::Rgb;
+        case ColourMatrix::Bt470bg:
+        case ColourMatrix::Smpte170m:
+            break;
+    }
+    return ColourCoding::Ycc601;
+}
+
+AVChromaLocation ChromaOf(ColourKind colour) {
+    switch (colour) {
+        case ColourKind::Video:
+            return AVCHROMA_LOC_LEFT;
+        case ColourKind::Jpeg:
+            return AVCHROMA_LOC_CENTER;
+        case ColourKind::Rgb:
+            break;
+    }
+    return AVCHROMA_LOC_UNSPECIFIED;
 }
 
 }  // namespace
 
-ColourTags TagsFor(const VideoCodec& codec, int height) {
-    ColourTags tags = VideoTags(height);
-    switch (codec.colour) {
-        case ColourKind::Video:
-            break;
-        case ColourKind::Jpeg:
-            tags.matrix = AVCOL_SPC_BT470BG;
-            tags.range = AVCOL_RANGE_JPEG;
-            tags.chroma = AVCHROMA_LOC_CENTER;
-            break;
-        case ColourKind::Rgb:
-            tags.matrix = AVCOL_SPC_RGB;
-            tags.range = AVCOL_RANGE_JPEG;
-            tags.chroma = AVCHROMA_LOC_UNSPECIFIED;
-            break;
-    }
+ColourTags TagsFor(const VideoEncoding& encoding, int height) {
+    ColourTags tags{};
+    tags.primaries = PrimariesOf(MatrixOfLines(height));
+    // BT.601's curve is BT.709's. Under the newer name every file format keeps it.
+    tags.transfer = AVCOL_TRC_BT709;
+    tags.matrix = SpaceOf(MatrixFor(encoding.colour, height));
+    tags.range = encoding.colour == ColourKind::Video ? AVCOL_RANGE_MPEG : AVCOL_RANGE_JPEG;
+    tags.chroma = ChromaOf(encoding.colour);
     return tags;
 }
 
-PlaneFormat PlanesFor(const VideoCodec& codec, int height) {
-    const AVPixFmtDescriptor* const pixels = av_pix_fmt_desc_get(PixelFormat(codec));
+PlaneFormat PlanesFor(const VideoEncoding& encoding, int height) {
+    const AVPixFmtDescriptor* const pixels = av_pix_fmt_desc_get(PixelFormat(encoding));
     PlaneFormat format;
     format.bits = pixels->comp[0].depth;
     format.subsampleWidth = pixels->log2_chroma_w;
     format.subsampleHeight = pixels->log2_chroma_h;
-    format.fullRange = codec.colour != ColourKind::Video;
-    format.chromaCentred = codec.colour == ColourKind::Jpeg;
-    if (codec.colour == ColourKind::Rgb) {
-        format.coding = ColourCoding::Rgb;
-    } else {
-        format.coding = codec.colour == ColourKind::Video && IsHd(height) ? ColourCoding::Ycc709 : ColourCoding::Ycc601;
-    }
+    format.fullRange = encoding.colour != ColourKind::Video;
+    format.chromaCentred = encoding.colour == ColourKind::Jpeg;
+    format.coding = CodingOf(MatrixFor(encoding.colour, height));
     return format;
 }
 
-AVPixelFormat PixelFormat(const VideoCodec& codec) {
-    return av_get_pix_fmt(std::string(codec.pixelFormat).c_str());
+AVPixelFormat PixelFormat(const VideoEncoding& encoding) {
+    return av_get_pix_fmt(std::string(encoding.pixelFormat).c_str());
 }
 
 }  // namespace lineup

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 #include "Host/Lineup/Picture/ColourConversion.h"
 
 extern "C" {
@@ -20,12 +20,12 @@ struct ColourTags {
 };
 
 /// What a picture of `height` lines is converted to and tagged as in this codec.
-ColourTags TagsFor(const VideoCodec& codec, int height);
+ColourTags TagsFor(const VideoEncoding& encoding, int height);
 
 /// The planes the codec's pixel format is made of, filled as TagsFor says.
-PlaneFormat PlanesFor(const VideoCodec& codec, int height);
+PlaneFormat PlanesFor(const VideoEncoding& encoding, int height);
 
 /// The codec's pixel format.
-AVPixelFormat PixelFormat(const VideoCodec& codec);
+AVPixelFormat PixelFormat(const VideoEncoding& encoding);
 
 }  // namespace lineup

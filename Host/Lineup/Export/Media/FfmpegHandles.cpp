@@ -1,7 +1,5 @@
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 
-#include <lineup/FormatTable.h>
-
 #include <fmt/format.h>
 
 #include <array>

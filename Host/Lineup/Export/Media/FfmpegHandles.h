@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lineup/Error.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <memory>
 #include <span>
@@ -13,8 +14,6 @@ extern "C" {
 }
 
 namespace lineup {
-
-struct CodecOption;
 
 /// Owners for what FFmpeg hands out.
 struct FreeAv {

@@ -8,18 +8,18 @@ namespace lineup {
 
 extern "C" {
 
-LINEUP_API void lineupWriteMedia(const Clip& clip, const ExportSettings& settings, const ExportPlan& plan,
-                                 const ProgressFunction& progress, ExportReport& report) {
-    WriteMediaFile(clip, settings, plan, progress, report);
+LINEUP_API void lineupWriteMovie(const Clip& clip, const ExportPlan& plan, TargetFile& file,
+                                 const ProgressFunction& progress) {
+    WriteMovieFile(clip, plan, file, progress);
 }
 
-LINEUP_API void lineupWritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target,
-                               bool overwrite) {
-    WritePngFile(clip, width, height, card, target, overwrite);
+LINEUP_API void lineupWriteStill(const Clip& clip, const ExportPlan& plan, TargetFile& file,
+                                 const ProgressFunction& progress) {
+    WritePngFile(clip, plan, file, progress);
 }
 }
 
-static_assert(std::is_same_v<decltype(lineupWriteMedia), WriteMediaFunction>);
-static_assert(std::is_same_v<decltype(lineupWritePng), WritePngFunction>);
+static_assert(std::is_same_v<decltype(lineupWriteMovie), WriteFunction>);
+static_assert(std::is_same_v<decltype(lineupWriteStill), WriteFunction>);
 
 }  // namespace lineup

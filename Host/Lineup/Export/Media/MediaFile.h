@@ -4,7 +4,7 @@
 
 namespace lineup {
 
-/// Writes picture and sound side by side into a muxer's file; see WriteMediaFunction.
-WriteMediaFunction WriteMediaFile;
+/// Writes picture and sound side by side into a muxer's file.
+WriteFunction WriteMovieFile;
 
 }  // namespace lineup

@@ -56,10 +56,10 @@ AvIoContext OpenIo(WriteGatherer& file) {
     return AvIoContext(io);
 }
 
-AvFormatContext OpenContext(const FileFormat& format, AVIOContext& io) {
+AvFormatContext OpenContext(const Container& container, AVIOContext& io) {
     AVFormatContext* context = nullptr;
-    RequireAv(avformat_alloc_output_context2(&context, nullptr, std::string(format.muxer).c_str(), nullptr),
-              fmt::format("cannot write a .{} file", format.extension));
+    RequireAv(avformat_alloc_output_context2(&context, nullptr, std::string(container.muxer).c_str(), nullptr),
+              fmt::format("cannot write a .{} file", container.format.extension));
     context->pb = &io;
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     return AvFormatContext(context);
@@ -67,10 +67,14 @@ AvFormatContext OpenContext(const FileFormat& format, AVIOContext& io) {
 
 }  // namespace
 
-Muxer::Muxer(const FileFormat& format, TargetFile& file)
-    : mFormat(&format), mFile(&file), mGatherer(file), mIo(OpenIo(mGatherer)), mContext(OpenContext(format, *mIo)) {
+Muxer::Muxer(const Container& container, TargetFile& file)
+    : mContainer(&container),
+      mFile(&file),
+      mGatherer(file),
+      mIo(OpenIo(mGatherer)),
+      mContext(OpenContext(container, *mIo)) {
     // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
-    if (!format.uniqueIdentifiers) {
+    if (!container.uniqueIdentifiers) {
         mContext->flags |= AVFMT_FLAG_BITEXACT;
     }
 }
@@ -102,11 +106,11 @@ void Muxer::Tag(int stream, std::string_view key, std::string_view value) {
 }
 
 void Muxer::Begin(AvOptions& options) {
-    for (const CodecOption& option : mFormat->options) {
+    for (const CodecOption& option : mContainer->options) {
         options.Set(option.name, option.value);
     }
     Require(avformat_write_header(mContext.get(), options.Address()));
-    options.RequireAllUsed(mFormat->muxer);
+    options.RequireAllUsed(mContainer->muxer);
 }
 
 void Muxer::Write(AVPacket& packet, int stream, AVRational timeBase) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
 #include "Host/Lineup/Files/TargetFile.h"
@@ -13,7 +13,7 @@ namespace lineup {
 /// when the file cannot be written, with the system's cause.
 class Muxer {
 public:
-    Muxer(const FileFormat& format, TargetFile& file);
+    Muxer(const Container& container, TargetFile& file);
 
     /// Whether encoders must keep their headers out of their packets.
     [[nodiscard]] bool WantsGlobalHeaders() const noexcept;
@@ -24,7 +24,7 @@ public:
     /// Tags a stream, before Begin.
     void Tag(int stream, std::string_view key, std::string_view value);
 
-    /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the format's own.
+    /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the container's own.
     void Begin(AvOptions& options);
 
     /// Writes a packet, timed in `timeBase`, in its turn among the streams' packets. Leaves it blank.
@@ -36,7 +36,7 @@ public:
 private:
     void Require(int code);
 
-    const FileFormat* mFormat;
+    const Container* mContainer;
     TargetFile* mFile;
     WriteGatherer mGatherer;
     AvIoContext mIo;

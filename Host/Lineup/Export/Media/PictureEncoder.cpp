@@ -8,13 +8,13 @@ namespace {
 
 constexpr int kBitsPerByte = 8;
 
-bool HasConstantQuantiser(const VideoCodec& codec) {
-    return codec.largestQuantiser != 0;
+bool HasConstantQuantiser(const VideoEncoding& encoding) {
+    return encoding.largestQuantiser != 0;
 }
 
 /// The bytes a frame may have.
-std::int64_t LargestFrame(const VideoCodec& codec, Rational frameRate) {
-    return codec.mostBitsPerSecond * frameRate.den / frameRate.num / kBitsPerByte;
+std::int64_t LargestFrame(const PicturePlan& plan) {
+    return plan.encoding->mostBitsPerSecond * plan.frameRate.den / plan.frameRate.num / kBitsPerByte;
 }
 
 // The encoder takes each picture's quantiser from the picture, so one encoder tries them all; it may give a packet
@@ -37,22 +37,22 @@ EncodedPicture EncodeWithin(std::int64_t largest, AVCodecContext& encoder, AVFra
 
 }  // namespace
 
-AvCodecContext OpenPictureEncoder(const AVFrame& frame, const VideoCodec& codec, const ExportSettings& settings,
-                                  bool globalHeaders, int quantiser) {
-    AvCodecContext encoder = NewEncoder(codec.encoder);
+AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan, bool globalHeaders, int quantiser) {
+    const VideoEncoding& encoding = *plan.encoding;
+    AvCodecContext encoder = NewEncoder(encoding.encoder);
     DescribeFrame(*encoder, frame);
-    encoder->framerate = {settings.frameRate.num, settings.frameRate.den};
-    encoder->time_base = {settings.frameRate.den, settings.frameRate.num};
+    encoder->framerate = {plan.frameRate.num, plan.frameRate.den};
+    encoder->time_base = {plan.frameRate.den, plan.frameRate.num};
     if (globalHeaders) {
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
-    if (HasConstantQuantiser(codec)) {
+    if (HasConstantQuantiser(encoding)) {
         encoder->flags |= AV_CODEC_FLAG_QSCALE;
         encoder->global_quality = quantiser * FF_QP2LAMBDA;
     }
-    AvOptions options(codec.options);
-    if (settings.timecode && !codec.timecodeOption.empty()) {
-        options.Set(codec.timecodeOption, settings.timecode->Text());
+    AvOptions options(encoding.options);
+    if (plan.timecode && !encoding.timecodeOption.empty()) {
+        options.Set(encoding.timecodeOption, plan.timecode->Text());
     }
     OpenEncoder(*encoder, options);
     return encoder;
@@ -64,11 +64,10 @@ void SendPicture(AVCodecContext& encoder, AVFrame& frame, std::int64_t index) {
     SendFrame(encoder, &frame);
 }
 
-EncodedPicture EncodePicture(AVCodecContext& encoder, AVFrame& frame, const VideoCodec& codec,
-                             const ExportSettings& settings) {
+EncodedPicture EncodePicture(AVCodecContext& encoder, AVFrame& frame, const PicturePlan& plan) {
     EncodedPicture picture{NewAvPacket()};
-    if (HasConstantQuantiser(codec)) {
-        picture = EncodeWithin(LargestFrame(codec, settings.frameRate), encoder, frame, codec.largestQuantiser);
+    if (HasConstantQuantiser(*plan.encoding)) {
+        picture = EncodeWithin(LargestFrame(plan), encoder, frame, plan.encoding->largestQuantiser);
     } else {
         SendPicture(encoder, frame, 0);
         SendFrame(encoder, nullptr);

@@ -1,22 +1,19 @@
 #include "Host/Lineup/Export/Media/PngFile.h"
 
-#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/VideoFrame.h"
-#include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Export/Progress.h"
 
 namespace lineup {
 
-void WritePngFile(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target,
-                  bool overwrite) {
-    const VideoCodec& codec = *FindVideoCodec("png");
-    TargetFile file(target, overwrite);
-
-    const AvFrame frame = MakeVideoFrame(clip, codec, width, height, card);
-    const AvCodecContext encoder = NewEncoder(codec.encoder);
+void WritePngFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, const ProgressFunction& progress) {
+    ReportProgress(progress, 0, 1, plan);
+    const AvFrame frame = MakeVideoFrame(clip, *plan.picture);
+    const VideoEncoding& encoding = *plan.picture->encoding;
+    const AvCodecContext encoder = NewEncoder(encoding.encoder);
     DescribeFrame(*encoder, *frame);
     encoder->time_base = {1, 1};
-    AvOptions options(codec.options);
+    AvOptions options(encoding.options);
     OpenEncoder(*encoder, options);
     SendFrame(*encoder, frame.get());
     SendFrame(*encoder, nullptr);
@@ -25,7 +22,6 @@ void WritePngFile(const Clip& clip, int width, int height, Card card, const std:
     while (ReceivePacket(*encoder, *packet)) {
         file.Write({packet->data, static_cast<std::size_t>(packet->size)});
     }
-    file.Commit();
 }
 
 }  // namespace lineup

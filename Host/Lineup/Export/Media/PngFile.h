@@ -1,14 +1,10 @@
 #pragma once
 
-#include <lineup/Clip.h>
-#include <lineup/ExportSettings.h>
-
-#include <filesystem>
+#include "Host/Lineup/Export/MediaEntry.h"
 
 namespace lineup {
 
-/// Writes the clip's picture as WritePng says; its size has been checked.
-void WritePngFile(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target,
-                  bool overwrite);
+/// Writes the clip's picture as a PNG file.
+WriteFunction WritePngFile;
 
 }  // namespace lineup

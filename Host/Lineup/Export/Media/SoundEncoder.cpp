@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
-#include <utility>
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -21,6 +21,9 @@ constexpr int kBitsOf24 = 24;
 
 // How the encoders' names begin that write samples as PackFrames packs them.
 constexpr std::string_view kUncompressed = "pcm_";
+
+// How muxers and players know the title of a track.
+constexpr std::array<std::string_view, 2> kTitleKeys = {"title", "handler_name"};
 
 AVSampleFormat InterleavedFormat(SampleFormat samples) {
     switch (samples) {
@@ -47,17 +50,18 @@ AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
     throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));
 }
 
-AvCodecContext Open(const AudioCodec& codec, std::size_t channels, const std::string& layout, int sampleRateHz,
-                    const Muxer& muxer) {
-    AvCodecContext encoder = NewEncoder(codec.encoder);
-    encoder->sample_fmt = FormatFor(*encoder->codec, codec.samples);
-    encoder->sample_rate = sampleRateHz;
-    encoder->time_base = {1, sampleRateHz};
-    encoder->bit_rate = std::int64_t{codec.bitRatePerChannel} * static_cast<std::int64_t>(channels);
-    if (codec.samples == SampleFormat::S24) {
+AvCodecContext Open(const SoundPlan& plan, const TrackPlan& track, const Muxer& muxer) {
+    const AudioEncoding& encoding = *plan.encoding;
+    AvCodecContext encoder = NewEncoder(encoding.encoder);
+    encoder->sample_fmt = FormatFor(*encoder->codec, encoding.samples);
+    encoder->sample_rate = plan.sampleRateHz;
+    encoder->time_base = {1, plan.sampleRateHz};
+    encoder->bit_rate = std::int64_t{encoding.bitRatePerChannel} * static_cast<std::int64_t>(track.channels.size());
+    if (encoding.samples == SampleFormat::S24) {
         encoder->bits_per_raw_sample = kBitsOf24;
     }
-    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, layout.c_str()), "cannot name the sound's channels");
+    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, track.layout.c_str()),
+              "cannot name the sound's channels");
     if (muxer.WantsGlobalHeaders()) {
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
@@ -68,18 +72,22 @@ AvCodecContext Open(const AudioCodec& codec, std::size_t channels, const std::st
 
 }  // namespace
 
-SoundEncoder::SoundEncoder(const AudioCodec& codec, std::vector<int> channels, std::string layout, int sampleRateHz,
-                           Muxer& muxer)
-    : mCodec(&codec),
-      mChannels(std::move(channels)),
-      mLayout(std::move(layout)),
+SoundEncoder::SoundEncoder(const SoundPlan& plan, const TrackPlan& track, Muxer& muxer)
+    : mSamples(plan.encoding->samples),
+      mChannels(track.channels),
       mMuxer(&muxer),
-      mEncoder(Open(codec, mChannels.size(), mLayout, sampleRateHz, muxer)),
+      mEncoder(Open(plan, track, muxer)),
       mFrame(NewAvFrame()),
       mPacket(NewAvPacket()),
       mStream(muxer.AddStream(*mEncoder)),
-      mUncompressed(codec.encoder.starts_with(kUncompressed)),
-      mSources(mChannels.size()) {}
+      mUncompressed(plan.encoding->encoder.starts_with(kUncompressed)),
+      mSources(mChannels.size()) {
+    for (const std::string_view key : kTitleKeys) {
+        if (!track.title.empty()) {
+            muxer.Tag(mStream, key, track.title);
+        }
+    }
+}
 
 // The encoder may still hold the samples of the last frame; if not, its memory is used again.
 void SoundEncoder::Reserve(int count) {
@@ -105,8 +113,8 @@ void SoundEncoder::Write(std::span<float* const> samples, std::int64_t position,
     for (std::size_t place = 0; place < mChannels.size(); ++place) {
         const float* const channel = samples[static_cast<std::size_t>(mChannels[place])];
         std::uint8_t* const first =
-            planar ? mFrame->extended_data[place] : mFrame->data[0] + place * BytesPerSample(mCodec->samples);
-        PackSamples({channel, static_cast<std::size_t>(count)}, mCodec->samples, first, planar ? 1 : mChannels.size());
+            planar ? mFrame->extended_data[place] : mFrame->data[0] + place * BytesPerSample(mSamples);
+        PackSamples({channel, static_cast<std::size_t>(count)}, mSamples, first, planar ? 1 : mChannels.size());
     }
     mFrame->pts = position;
     SendFrame(*mEncoder, mFrame.get());
@@ -117,9 +125,9 @@ void SoundEncoder::Write(std::span<float* const> samples, std::int64_t position,
 void SoundEncoder::WriteUncompressed(std::span<float* const> samples, std::int64_t position, int count) {
     std::ranges::transform(mChannels, mSources.begin(),
                            [samples](int channel) { return samples[static_cast<std::size_t>(channel)]; });
-    const std::size_t bytes = static_cast<std::size_t>(count) * mChannels.size() * PackedBytes(mCodec->samples);
+    const std::size_t bytes = static_cast<std::size_t>(count) * mChannels.size() * PackedBytes(mSamples);
     RequireAv(av_new_packet(mPacket.get(), static_cast<int>(bytes)), "cannot make room for sound");
-    PackFrames(mSources, static_cast<std::size_t>(count), mCodec->samples, mPacket->data);
+    PackFrames(mSources, static_cast<std::size_t>(count), mSamples, mPacket->data);
     mPacket->flags |= AV_PKT_FLAG_KEY;
     mPacket->pts = position;
     mPacket->dts = position;

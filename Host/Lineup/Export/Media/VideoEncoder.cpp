@@ -12,31 +12,31 @@ constexpr std::string_view kTimecodeTag = "timecode";
 
 }  // namespace
 
-VideoEncoder::VideoEncoder(const Clip& clip, const VideoCodec& codec, const ExportSettings& settings, Muxer& muxer)
+VideoEncoder::VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& muxer)
     : mMuxer(&muxer),
-      mFrame(MakeVideoFrame(clip, codec, settings.width, settings.height, settings.card)),
-      mEncoder(OpenPictureEncoder(*mFrame, codec, settings, muxer.WantsGlobalHeaders())),
+      mFrame(MakeVideoFrame(clip, plan)),
+      mEncoder(OpenPictureEncoder(*mFrame, plan, muxer.WantsGlobalHeaders())),
       mPacket(NewAvPacket()),
       mTimeBase(mEncoder->time_base),
       mStream(muxer.AddStream(*mEncoder)) {
-    if (settings.timecode) {
-        muxer.Tag(mStream, kTimecodeTag, settings.timecode->Text());
+    if (plan.timecode) {
+        muxer.Tag(mStream, kTimecodeTag, plan.timecode->Text());
     }
-    if (codec.framesStandAlone && !settings.encodeEveryFrame) {
-        EncodeOnce(codec, settings);
-    } else if (codec.largestQuantiser != 0) {
-        const int quantiser = EncodePicture(*mEncoder, *mFrame, codec, settings).quantiser;
-        mEncoder = OpenPictureEncoder(*mFrame, codec, settings, muxer.WantsGlobalHeaders(), quantiser);
+    if (plan.encoding->framesStandAlone && !plan.encodeEveryFrame) {
+        EncodeOnce(plan);
+    } else if (plan.encoding->largestQuantiser != 0) {
+        const int quantiser = EncodePicture(*mEncoder, *mFrame, plan).quantiser;
+        mEncoder = OpenPictureEncoder(*mFrame, plan, muxer.WantsGlobalHeaders(), quantiser);
     }
 }
 
 // The encoder's memory and the picture's are not needed any more then.
-void VideoEncoder::EncodeOnce(const VideoCodec& codec, const ExportSettings& settings) {
+void VideoEncoder::EncodeOnce(const PicturePlan& plan) {
     std::optional<GopTimecode> timecode;
-    if (!codec.timecodeOption.empty()) {
-        timecode.emplace(settings.timecode, settings.frameRate);
+    if (!plan.encoding->timecodeOption.empty()) {
+        timecode.emplace(plan.timecode, plan.frameRate);
     }
-    mRepeated.emplace(EncodePicture(*mEncoder, *mFrame, codec, settings).packet, timecode);
+    mRepeated.emplace(EncodePicture(*mEncoder, *mFrame, plan).packet, timecode);
     mEncoder.reset();
     mFrame.reset();
 }

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <lineup/Clip.h>
-#include <lineup/ExportSettings.h>
-#include <lineup/FormatTable.h>
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
 #include "Host/Lineup/Export/Media/RepeatedPicture.h"
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
 
 #include <cstdint>
 #include <optional>
@@ -17,7 +16,7 @@ namespace lineup {
 class VideoEncoder {
 public:
     /// Opens the encoder and adds its stream to the muxer.
-    VideoEncoder(const Clip& clip, const VideoCodec& codec, const ExportSettings& settings, Muxer& muxer);
+    VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& muxer);
 
     /// Writes frame `index`; called for 0, 1, 2, ... in turn.
     void WriteFrame(std::int64_t index);
@@ -26,7 +25,7 @@ public:
     void Finish();
 
 private:
-    void EncodeOnce(const VideoCodec& codec, const ExportSettings& settings);
+    void EncodeOnce(const PicturePlan& plan);
     void WritePackets();
 
     Muxer* mMuxer;
@@ -35,7 +34,7 @@ private:
     AvPacket mPacket;
     AVRational mTimeBase;
     int mStream = 0;
-    std::optional<RepeatedPicture> mRepeated;  // none: every frame is encoded
+    std::optional<RepeatedPicture> mRepeated;  // empty: every frame is encoded
 };
 
 }  // namespace lineup

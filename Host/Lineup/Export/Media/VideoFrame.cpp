@@ -70,8 +70,8 @@ void Pack(const std::array<PlaneMemory, kPlanes>& planes, const PackedFormat& fo
     }
 }
 
-void Tag(AVFrame& frame, const VideoCodec& codec) {
-    const ColourTags tags = TagsFor(codec, frame.height);
+void Tag(AVFrame& frame, const VideoEncoding& encoding) {
+    const ColourTags tags = TagsFor(encoding, frame.height);
     frame.color_primaries = tags.primaries;
     frame.color_trc = tags.transfer;
     frame.colorspace = tags.matrix;
@@ -83,18 +83,19 @@ void Tag(AVFrame& frame, const VideoCodec& codec) {
 
 }  // namespace
 
-AvFrame MakeVideoFrame(const Clip& clip, const VideoCodec& codec, int width, int height, Card card) {
-    const FloatPicture picture = ReadPicture(clip, width, height, card);
-    const PlaneFormat planes = PlanesFor(codec, height);
-    AvFrame frame = AllocateFrame(PixelFormat(codec), width, height);
-    if (const PackedFormat* const packed = FindPackedFormat(PixelFormat(codec)); packed != nullptr) {
-        const AvFrame separate = AllocateFrame(packed->planar, width, height);
+AvFrame MakeVideoFrame(const Clip& clip, const PicturePlan& plan) {
+    const VideoEncoding& encoding = *plan.encoding;
+    const FloatPicture picture = ReadPicture(clip, plan.width, plan.height, plan.card);
+    const PlaneFormat planes = PlanesFor(encoding, plan.height);
+    AvFrame frame = AllocateFrame(PixelFormat(encoding), plan.width, plan.height);
+    if (const PackedFormat* const packed = FindPackedFormat(PixelFormat(encoding)); packed != nullptr) {
+        const AvFrame separate = AllocateFrame(packed->planar, plan.width, plan.height);
         ConvertColour(picture, planes, PlanesOf(*separate));
         Pack(PlanesOf(*separate), *packed, *frame);
     } else {
         ConvertColour(picture, planes, PlanesOf(*frame));
     }
-    Tag(*frame, codec);
+    Tag(*frame, encoding);
     return frame;
 }
 

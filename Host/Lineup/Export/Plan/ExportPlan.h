@@ -1,30 +1,67 @@
 #pragma once
 
-#include <lineup/ChannelLayout.h>
+#include <lineup/Card.h>
 #include <lineup/Clip.h>
+#include <lineup/Disk.h>
+#include <lineup/ExportReport.h>
 #include <lineup/ExportSettings.h>
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
 
+/// What settings become once they were checked: everything that the writers of files go by.
 namespace lineup {
+inline namespace parts {
 
-/// Settings that were checked, with everything that follows from them.
-struct ExportPlan {
-    const FileFormat* format = nullptr;
-    const VideoCodec* video = nullptr;  ///< null: no picture
-    const AudioCodec* audio = nullptr;  ///< null: no sound
-    const ChannelLayout* channels = nullptr;
-    bool monoTracks = false;
-    int sampleRateHz = 0;
-    std::int64_t frames = 0;   ///< 0 without picture
-    std::int64_t samples = 0;  ///< 0 without sound
+struct PicturePlan {
+    const VideoEncoding* encoding = nullptr;
+    int width = 0;
+    int height = 0;
+    Card card = Card::Auto;
+    Rational frameRate;
+    std::int64_t frames = 1;
+    std::optional<Timecode> timecode;  ///< of the first frame
+    bool encodeEveryFrame = false;
 };
 
-/// Throws UsageError (option "size") when the codec has no pictures of this size.
-void CheckPictureSize(const VideoCodec& codec, int width, int height);
+/// One track of the file.
+struct TrackPlan {
+    std::vector<int> channels;  ///< the plug-in's, in the track's order
+    std::string layout;         ///< FFmpeg's name
+    std::string title;          ///< the channel's name where there is a track a channel, else empty
+};
+
+struct SoundPlan {
+    const AudioEncoding* encoding = nullptr;
+    int sampleRateHz = 0;
+    std::int64_t startSample = 0;    ///< the clip's first sample in the file
+    std::int64_t samples = 0;        ///< a channel
+    std::int64_t timeReference = 0;  ///< of the first sample, in samples since midnight
+    std::vector<TrackPlan> tracks;
+};
+
+struct ExportPlan {
+    std::filesystem::path target;
+    bool overwrite = false;
+    Disk disk = Disk::Wait;
+    const Container* container = nullptr;
+    std::optional<PicturePlan> picture;
+    std::optional<SoundPlan> sound;
+};
 
 /// Throws UsageError when the settings cannot be exported from the clip.
-ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings);
+LINEUP_API ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings);
 
+/// The plan of a still picture, whatever the target's extension. Throws UsageError (option "size") for a size that
+/// it cannot have.
+LINEUP_API ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite);
+
+/// What a file of `bytes` bytes is that was written as planned.
+LINEUP_API ExportReport ReportOf(const ExportPlan& plan, std::int64_t bytes);
+
+}  // namespace parts
 }  // namespace lineup

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <lineup/Api.h>
-#include <lineup/FormatTable.h>
+#include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,16 +1,13 @@
 #include "Host/Lineup/Export/Wave/WaveFile.h"
 
 #include <lineup/AudioReader.h>
-#include "Host/Lineup/Export/Formats/SoundNames.h"
 #include "Host/Lineup/Export/Progress.h"
 #include "Host/Lineup/Export/Samples/SamplePacking.h"
 #include "Host/Lineup/Export/Wave/WaveHeader.h"
 #include "Host/Lineup/Files/FileQueue.h"
-#include "Host/Lineup/Files/TargetFile.h"
 
 #include <algorithm>
 #include <span>
-#include <utility>
 #include <vector>
 
 namespace lineup {
@@ -20,25 +17,25 @@ namespace {
 // How often progress is reported: often enough to stop at once, seldom enough to cost nothing.
 constexpr std::int64_t kSamplesPerReport = 48000;
 
-WaveFormat FormatOf(const ExportSettings& settings, const ExportPlan& plan) {
+WaveFormat FormatOf(const SoundPlan& plan) {
     WaveFormat format;
-    format.samples = plan.audio->samples;
-    format.channels = static_cast<int>(plan.channels->channels.size());
+    format.samples = plan.encoding->samples;
+    format.channels = static_cast<int>(plan.tracks.front().channels.size());
     format.sampleRateHz = plan.sampleRateHz;
     format.frames = plan.samples;
-    format.timeReference = settings.timecode ? settings.timecode->Samples(plan.sampleRateHz) : 0;
+    format.timeReference = plan.timeReference;
     return format;
 }
 
 /// The clip's sound, stretch by stretch, in the order of a file's channels.
 class SoundInFileOrder {
 public:
-    SoundInFileOrder(const Clip& clip, const ChannelLayout& layout, std::int64_t most)
-        : mReader(clip), mMemory(layout.channels.size() * static_cast<std::size_t>(most)) {
-        for (std::size_t c = 0; c < layout.channels.size(); ++c) {
+    SoundInFileOrder(const Clip& clip, const TrackPlan& track, std::int64_t most)
+        : mReader(clip), mMemory(track.channels.size() * static_cast<std::size_t>(most)) {
+        for (std::size_t c = 0; c < track.channels.size(); ++c) {
             mChannels.push_back(mMemory.data() + c * static_cast<std::size_t>(most));
         }
-        for (const int channel : layout.fileOrder) {
+        for (const int channel : track.channels) {
             mInFileOrder.push_back(mChannels.at(static_cast<std::size_t>(channel)));
         }
     }
@@ -64,23 +61,25 @@ void WriteHeader(FileQueue& queue, const WaveFormat& format) {
     queue.Add(header.size());
 }
 
-void WriteSamples(FileQueue& queue, const Clip& clip, const ExportSettings& settings, const ExportPlan& plan,
-                  const ProgressFunction& progress) {
-    const std::size_t frameBytes = plan.channels->channels.size() * PackedBytes(plan.audio->samples);
+void WriteSamples(FileQueue& queue, const Clip& clip, const ExportPlan& plan, const ProgressFunction& progress) {
+    const SoundPlan& planned = *plan.sound;
+    const TrackPlan& track = planned.tracks.front();
+    const SampleFormat samples = planned.encoding->samples;
+    const std::size_t frameBytes = track.channels.size() * PackedBytes(samples);
     const auto most = static_cast<std::int64_t>(FileQueue::kRoomBytes / frameBytes);
-    SoundInFileOrder sound(clip, *plan.channels, most);
-    for (std::int64_t done = 0, reported = 0; done < plan.samples;) {
-        const std::int64_t position = settings.startSample + done;
-        const std::int64_t count = std::min({sound.BlockEnd(position) - position, plan.samples - done, most});
-        PackFrames(sound.Read(position, count), static_cast<std::size_t>(count), plan.audio->samples, queue.Room());
+    SoundInFileOrder sound(clip, track, most);
+    for (std::int64_t done = 0, reported = 0; done < planned.samples;) {
+        const std::int64_t position = planned.startSample + done;
+        const std::int64_t count = std::min({sound.BlockEnd(position) - position, planned.samples - done, most});
+        PackFrames(sound.Read(position, count), static_cast<std::size_t>(count), samples, queue.Room());
         queue.Add(static_cast<std::size_t>(count) * frameBytes);
         done += count;
-        if (done - reported >= kSamplesPerReport || done == plan.samples) {
+        if (done - reported >= kSamplesPerReport || done == planned.samples) {
             reported = done;
-            ReportProgress(progress, done, plan.samples, settings);
+            ReportProgress(progress, done, planned.samples, plan);
         }
     }
-    if (plan.samples % 2 != 0 && frameBytes % 2 != 0) {
+    if (planned.samples % 2 != 0 && frameBytes % 2 != 0) {
         *queue.Room() = 0;
         queue.Add(1);
     }
@@ -88,25 +87,12 @@ void WriteSamples(FileQueue& queue, const Clip& clip, const ExportSettings& sett
 
 }  // namespace
 
-void WriteWaveFile(const Clip& clip, const ExportSettings& settings, const ExportPlan& plan,
-                   const ProgressFunction& progress, ExportReport& report) {
-    TargetFile file(settings.target, settings.overwrite);
-    {
-        FileQueue queue(file);
-        WriteHeader(queue, FormatOf(settings, plan));
-        ReportProgress(progress, 0, plan.samples, settings);
-        WriteSamples(queue, clip, settings, plan, progress);
-        queue.Finish();
-    }
-    file.Commit(settings.disk);
-
-    AudioReport track;
-    track.codec = plan.audio->name;
-    track.sampleFormat = SampleFormatName(plan.audio->samples);
-    track.sampleRateHz = plan.sampleRateHz;
-    track.channels = static_cast<int>(plan.channels->channels.size());
-    track.layout = LayoutOfAll(*plan.audio, plan.channels->channels.size());
-    report.audio.push_back(std::move(track));
+void WriteWaveFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, const ProgressFunction& progress) {
+    FileQueue queue(file);
+    WriteHeader(queue, FormatOf(*plan.sound));
+    ReportProgress(progress, 0, plan.sound->samples, plan);
+    WriteSamples(queue, clip, plan, progress);
+    queue.Finish();
 }
 
 }  // namespace lineup

@@ -4,7 +4,7 @@
 
 namespace lineup {
 
-/// Writes the plan's sound as a Broadcast Wave file, without any media library; see WriteMediaFunction.
-WriteMediaFunction WriteWaveFile;
+/// Writes the plan's sound as a Broadcast Wave file, without any media library.
+WriteFunction WriteWaveFile;
 
 }  // namespace lineup

@@ -42,6 +42,17 @@ TEST_F(PluginSearch, TakesTheBundleBesideTheProgramsFolder) {
     EXPECT_THAT(result.out, HasSubstr(Bundle().string()));
 }
 
+// The library is another installation's, with a bundle of its own.
+TEST_F(PluginSearch, TakesTheProgramsOwnBundleBeforeThatOfItsLibrary) {
+    fs::remove_all(Prefix() / "lib");
+    const fs::path program = Prefix() / "bin/lineup";
+    const std::string command =
+        "LD_LIBRARY_PATH='" + fs::path(TEST_LIBRARY).parent_path().string() + "' '" + program.string() + "' info";
+    EXPECT_THAT(test::RunProgram(command, Folder()).out, HasSubstr(Bundle().string()));
+    fs::remove_all(Bundle());
+    EXPECT_THAT(test::RunProgram(command, Folder()).out, HasSubstr(TEST_BUNDLE));
+}
+
 TEST_F(PluginSearch, RefusesABundleThatEverybodyCanWriteToUnlessItIsNamed) {
     fs::permissions(Prefix(), fs::perms::others_write, fs::perm_options::add);
     const auto result = Lineup("info");

@@ -119,6 +119,21 @@ TEST(AudioReader, GivesSilenceWhereThePlugInWritesNothing) {
     EXPECT_EQ(ofStereoIdent[2], silence);  // the ident has two channels
 }
 
+// A whole block goes straight to the caller's buffers, whatever lies in them.
+TEST(AudioReader, GivesSilenceForAWholeBlockOfAnUnknownIdent) {
+    const auto block = ReadWhole(Clip(Load(TEST_BUNDLE), Ident(lineup::IdentifierFormat{7}, 2, 48000.0F)), 4800, 4800);
+    EXPECT_EQ(block[0], std::vector<float>(4800, 0.0F));
+    EXPECT_EQ(block[1], std::vector<float>(4800, 0.0F));
+}
+
+TEST(AudioReader, LeavesBuffersBeyondTheClipsChannelsAlone) {
+    const Clip clip(Load(TEST_BUNDLE));
+    test::GuardedChannels channels(4, 4800);
+    AudioReader(clip).Read(0, 4800, Pointers(channels));
+    EXPECT_EQ(channels[1].UnwrittenSamples(), 0U);
+    EXPECT_EQ(channels[2].UnwrittenSamples(), 4800U);
+}
+
 TEST(AudioReader, StaysInsideItsBuffersAtTheLowestRate) {
     lineup::BarsAndToneInfo settings;
     settings.sampleRate = 1e-38F;  // no ticks for a sample

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -141,6 +144,36 @@ TEST(Containers, StartAtTheTimecode) {
             EXPECT_EQ(ReadTimecode(folder / name), text) << name;
             EXPECT_EQ(test::Streams(folder / name, "video").at(0).at("nb_read_frames"), "7") << name;
         }
+    }
+}
+
+// The unit of a whole movie's times, a part of a second: in the box "mvhd", after a version, flags and two dates.
+std::int64_t MovieTimescale(const std::filesystem::path& file) {
+    const auto bytes = test::ReadBytes(file);
+    constexpr std::array<std::uint8_t, 4> kBox = {'m', 'v', 'h', 'd'};
+    const auto box = std::search(bytes.begin(), bytes.end(), kBox.begin(), kBox.end());
+    if (bytes.end() - box < 20) {
+        return 0;
+    }
+    return std::int64_t{box[16]} << 24 | std::int64_t{box[17]} << 16 | std::int64_t{box[18]} << 8 | box[19];
+}
+
+TEST(Containers, OfMoviesCountFramesAndSamplesInOneUnit) {
+    const TemporaryFolder folder;
+    Export(test::OpenClip(), At(folder / "a.mov", {30000, 1001}));
+    EXPECT_EQ(MovieTimescale(folder / "a.mov"), 240000);  // of 30000 and 48000
+}
+
+// The track of the time code begins at midnight.
+TEST(Containers, OfMoviesCountTheTimecodesOwnTimeInThirtyTwoBits) {
+    const TemporaryFolder folder;
+    for (const auto& [text, seconds] : {std::pair("10:00:00:00", 36036), {"23:59:59:00", 86485}}) {
+        auto settings = At(folder / "a.mov", {30000, 1001});
+        settings.timecode = lineup::Timecode(text, settings.frameRate);
+        Export(test::OpenClip(), settings);
+        const std::int64_t timescale = MovieTimescale(folder / "a.mov");
+        EXPECT_LE(timescale * seconds, std::numeric_limits<std::int32_t>::max()) << text;
+        EXPECT_GT(timescale, 0) << text;
     }
 }
 

@@ -58,12 +58,13 @@ lineup::Clip OpenClip(std::uint32_t channels) {
     return OpenClip(settings);
 }
 
-lineup::ExportSettings SmallExport(const fs::path& target, std::int64_t duration) {
+lineup::ExportSettings SmallExport(const fs::path& target, std::int64_t length) {
     lineup::ExportSettings settings;
     settings.target = target;
     settings.width = 192;
     settings.height = 108;
-    settings.duration = duration;
+    settings.frames = length;
+    settings.samples = length;
     return settings;
 }
 

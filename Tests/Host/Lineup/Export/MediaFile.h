@@ -19,8 +19,8 @@ namespace test {
 lineup::Clip OpenClip(lineup::BarsAndToneInfo settings);
 lineup::Clip OpenClip(std::uint32_t channels = 2);
 
-/// Settings for a small quick file.
-lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int64_t duration);
+/// Settings for a small quick file: of `length` frames, or samples where it has sound alone.
+lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int64_t length);
 
 /// What ffprobe says of a file.
 nlohmann::json Probe(const std::filesystem::path& file, bool counted = true);

@@ -120,6 +120,16 @@ TEST_F(PlaceTrust, RefusesALinkIntoAFolderWhereEverybodyCanPutSomethingElse) {
     ExpectRefused(Bundle() / "Contents", "can be written to by everybody");
 }
 
+TEST_F(PlaceTrust, RefusesALinkBelowAFolderFarUpWhereEverybodyCanPutSomethingElse) {
+    const fs::path shared = Folder() / "shared";
+    fs::create_directories(shared / "a/b");
+    fs::rename(Bundle(), shared / "a/b/moved");
+    fs::create_directory_symlink(shared / "a/b/moved", Bundle());
+    EXPECT_NO_THROW(lineup::RequireTrusted(Prefix(), Bundle()));
+    fs::permissions(shared, fs::perms(0777));
+    ExpectRefused(Bundle(), "and everybody can write to " + shared.string());
+}
+
 TEST_F(PlaceTrust, RefusesLinksInsideThatItCannotFollow) {
     const fs::path link = Bundle() / "Contents/Resources/more";
     fs::create_directory_symlink(Folder(), link);

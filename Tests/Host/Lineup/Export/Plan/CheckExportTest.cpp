@@ -129,15 +129,27 @@ TEST(CheckExport, RefusesSampleRatesThatTheFileCannotHave) {
 }
 
 TEST(CheckExport, RefusesTimesThatAreNoneOrBeyondTheClips) {
-    EXPECT_EQ(Refused([](auto& settings) { settings.duration = 0; }), "duration");
-    EXPECT_EQ(Refused([](auto& settings) { settings.duration = -1; }), "duration");
-    EXPECT_EQ(Refused([](auto& settings) { settings.duration = std::numeric_limits<std::int64_t>::max(); }),
-              "duration");
+    EXPECT_EQ(Refused([](auto& settings) { settings.frames = 0; }), "duration");
+    EXPECT_EQ(Refused([](auto& settings) { settings.frames = -1; }), "duration");
+    EXPECT_EQ(Refused([](auto& settings) { settings.frames = std::numeric_limits<std::int64_t>::max(); }), "duration");
     EXPECT_EQ(Refused([](auto& settings) { settings.startSample = std::numeric_limits<std::int64_t>::max(); }),
               "start");
     EXPECT_EQ(Refused([](auto& settings) { settings.startSample = std::numeric_limits<std::int64_t>::min(); }),
               "start");
     EXPECT_EQ(Refused([](auto& settings) { settings.startSample = -48000; }), "");
+}
+
+TEST(CheckExport, GoesByFramesWhereThereIsAPictureAndBySamplesWhereThereIsNone) {
+    EXPECT_EQ(Refused([](auto& settings) { settings.samples = 0; }), "");
+    const auto wave = [](std::int64_t frames, std::int64_t samples) {
+        return Refused([&](auto& settings) {
+            settings.target = "tone.wav";
+            settings.frames = frames;
+            settings.samples = samples;
+        });
+    };
+    EXPECT_EQ(wave(0, 1), "");
+    EXPECT_EQ(wave(1, 0), "duration");
 }
 
 TEST(CheckExport, WantsATimecodeAtTheFilesOwnRateInAFormatThatHoldsOne) {

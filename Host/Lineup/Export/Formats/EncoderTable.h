@@ -1,0 +1,76 @@
+#pragma once
+
+#include <lineup/Api.h>
+#include <lineup/FormatTable.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string_view>
+
+/// The rows that FormatTable.h shows to people, each with what it takes to write it.
+namespace lineup {
+inline namespace parts {
+
+/// An option of an encoder or a muxer, by FFmpeg's name for it.
+struct CodecOption {
+    std::string_view name;
+    std::string_view value;
+};
+
+/// What a video codec's values stand for.
+enum class ColourKind {
+    Video,  ///< legal range; BT.709 matrix from kFewestHdLines on, BT.601 below
+    Jpeg,   ///< what every JPEG decoder takes for granted: BT.601 matrix, full range, centred chroma
+    Rgb,    ///< R'G'B' in full range
+};
+
+struct VideoEncoding {
+    VideoCodec codec;
+    std::string_view encoder;                ///< the FFmpeg encoder
+    std::string_view pixelFormat;            ///< FFmpeg's name of the pixel format it is given
+    ColourKind colour = ColourKind::Video;   ///< full range clips what lies below black and above white
+    bool framesStandAlone = false;           ///< one encoded frame serves for every frame time
+    std::span<const CodecOption> options{};  ///< set on the encoder
+    std::string_view timecodeOption{};       ///< the encoder's option for the time code that MPEG-2 frames carry
+    std::int64_t mostBitsPerSecond = 0;      ///< with largestQuantiser: a frame is no larger than this allows
+    int largestQuantiser = 0;                ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
+};
+
+/// What samples are rounded to before they are encoded.
+enum class SampleFormat { S16, S24, S32, F32 };
+
+struct AudioEncoding {
+    AudioCodec codec;
+    std::string_view encoder;         ///< the FFmpeg encoder
+    std::string_view surroundLayout;  ///< FFmpeg's layout for L, R, C, LFE, Ls, Rs that this codec knows
+    SampleFormat samples = SampleFormat::S24;
+    bool carriesLayout = false;  ///< says which channel is which, whatever the file format
+    int bitRatePerChannel = 0;   ///< bits a second; 0 where the codec has no say
+};
+
+/// Who makes a file.
+enum class FileKind {
+    Movie,  ///< a muxer of the media library
+    Wave,   ///< this library itself: sound alone
+    Still,  ///< the picture's encoder alone
+};
+
+struct Container {
+    FileFormat format;
+    FileKind kind = FileKind::Movie;
+    std::string_view muxer{};                ///< of a movie: the FFmpeg muxer
+    std::span<const CodecOption> options{};  ///< set on the muxer
+    std::string_view timescaleOption{};      ///< the muxer's option for the unit of the whole file's times
+    bool uniqueIdentifiers = false;          ///< no two files are alike, even of the same settings
+    bool needsLayoutInCodec = false;         ///< cannot say itself which channel is which
+    bool labelsMonoTracks = false;           ///< says of a mono track which channel it is
+};
+
+/// As FindVideoCodec and its siblings.
+LINEUP_API const VideoEncoding* FindVideoEncoding(std::string_view name);
+LINEUP_API const AudioEncoding* FindAudioEncoding(std::string_view name);
+LINEUP_API const Container* FindContainer(const std::filesystem::path& target);
+
+}  // namespace parts
+}  // namespace lineup

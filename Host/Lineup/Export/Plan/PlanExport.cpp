@@ -1,0 +1,111 @@
+#include <lineup/Exporter.h>
+#include "Host/Lineup/Export/Formats/SoundNames.h"
+#include "Host/Lineup/Export/Plan/CheckExport.h"
+#include "Host/Lineup/Export/Plan/ExportPlan.h"
+#include "Host/Lineup/Values/FrameTimes.h"
+
+namespace lineup {
+
+namespace {
+
+PicturePlan PlanPicture(const ExportSettings& settings, const VideoEncoding& encoding) {
+    CheckPictureSize(encoding.codec, settings.width, settings.height);
+    PicturePlan picture;
+    picture.encoding = &encoding;
+    picture.width = settings.width;
+    picture.height = settings.height;
+    picture.card = settings.card;
+    picture.frameRate = settings.frameRate;
+    picture.timecode = settings.timecode;
+    picture.encodeEveryFrame = settings.encodeEveryFrame;
+    return picture;
+}
+
+std::vector<TrackPlan> PlanTracks(const Container& container, const AudioEncoding& encoding,
+                                  const ChannelLayout& layout, bool monoTracks) {
+    if (!monoTracks) {
+        return {{.channels = {layout.fileOrder.begin(), layout.fileOrder.end()},
+                 .layout = LayoutOfAll(encoding, layout.channels.size()),
+                 .title = {}}};
+    }
+    std::vector<TrackPlan> tracks;
+    for (const int channel : layout.fileOrder) {
+        const std::string_view name = layout.channels[static_cast<std::size_t>(channel)];
+        tracks.push_back({.channels = {channel}, .layout = LayoutOfOne(container, name), .title = std::string(name)});
+    }
+    return tracks;
+}
+
+SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Container& container,
+                    const AudioEncoding& encoding) {
+    const bool monoTracks = settings.monoTracks || container.format.onlyMonoTracks;
+    SoundPlan sound;
+    sound.encoding = &encoding;
+    sound.sampleRateHz = CheckSampleRate(container.format, encoding.codec, clip.SampleRate());
+    const ChannelLayout& layout = CheckChannels(clip);
+    CheckLayout(container, encoding, layout, monoTracks);
+    sound.startSample = settings.startSample;
+    sound.samples = settings.samples;
+    sound.timeReference = settings.timecode ? settings.timecode->Samples(sound.sampleRateHz) : 0;
+    sound.tracks = PlanTracks(container, encoding, layout, monoTracks);
+    return sound;
+}
+
+// Picture and sound end together.
+void PlanMovieLength(const ExportSettings& settings, PicturePlan& picture, SoundPlan& sound) {
+    CheckFrameRate(picture.encoding->codec, settings.frameRate);
+    picture.frames = settings.frames;
+    sound.samples = settings.frames > 0 ? SamplesAtFrame(settings.frames, settings.frameRate, sound.sampleRateHz) : 0;
+}
+
+}  // namespace
+
+inline namespace parts {
+
+ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
+    const Container& container = CheckContainer(settings);
+    const VideoEncoding* const video = CheckVideoCodec(settings, container.format);
+    const AudioEncoding* const audio = CheckAudioCodec(settings, container.format);
+    CheckMonoTracks(settings, container.format);
+    CheckTimecode(settings, container.format);
+
+    ExportPlan plan;
+    plan.target = settings.target;
+    plan.overwrite = settings.overwrite;
+    plan.disk = settings.disk;
+    plan.container = &container;
+    if (video != nullptr) {
+        plan.picture = PlanPicture(settings, *video);
+    }
+    if (audio != nullptr) {
+        plan.sound = PlanSound(clip, settings, container, *audio);
+        if (plan.picture) {
+            PlanMovieLength(settings, *plan.picture, *plan.sound);
+        }
+        CheckTimes(plan, clip.SampleRate());
+    } else {
+        plan.disk = Disk::Wait;
+    }
+    return plan;
+}
+
+ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite) {
+    ExportSettings settings;
+    settings.width = width;
+    settings.height = height;
+    settings.card = card;
+    ExportPlan plan;
+    plan.target = target;
+    plan.overwrite = overwrite;
+    plan.container = FindContainer("still.png");
+    plan.picture = PlanPicture(settings, *FindVideoEncoding(plan.container->format.videoCodecs.front()));
+    return plan;
+}
+
+}  // namespace parts
+
+void CheckExport(const Clip& clip, const ExportSettings& settings) {
+    static_cast<void>(PlanExport(clip, settings));
+}
+
+}  // namespace lineup

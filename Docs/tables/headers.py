@@ -10,7 +10,7 @@ import subprocess
 from markdown import table
 
 HEADERS = ("Host/Interface/Importer/ImportSelectors.h", "Host/Interface/Importer/ImportRecords.h",
-           "Src/BarsAndToneImporter/BarsAndToneInfo.h")
+           "Src/BarsAndToneImporter/SettingsRecord.h")
 
 
 def notes(text, of):

@@ -20,7 +20,8 @@ struct ToneChoice {
     std::optional<std::string> ident = {};     ///< an Ident's name
 };
 
-/// The settings record of the clip that was chosen, made from the plug-in's defaults. Throws UsageError
+/// The settings record of the clip that was chosen, made from the plug-in's defaults: where nothing is chosen it is
+/// those, byte for byte. Throws UsageError
 /// for a value out of range or a combination that a clip cannot have.
 [[nodiscard]] LINEUP_API BarsAndToneInfo MakeSettings(const Importer& importer, const ToneChoice& choice);
 

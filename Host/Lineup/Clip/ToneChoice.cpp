@@ -116,7 +116,9 @@ BarsAndToneInfo MakeSettings(const Importer& importer, const ToneChoice& choice)
     if (choice.levelDb) {
         settings.amplitude = CheckLevel(*choice.levelDb);
     }
-    settings.channelType = ChannelTypeFor(settings.numChannels);
+    if (choice.channels || choice.ident) {
+        settings.channelType = ChannelTypeFor(settings.numChannels);
+    }
     return settings;
 }
 

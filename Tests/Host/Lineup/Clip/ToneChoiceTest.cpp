@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -31,6 +33,15 @@ TEST(ToneChoice, OfNothingIsThePluginsDefault) {
     const lineup::BarsAndToneInfo expected;
     const lineup::BarsAndToneInfo settings = Make({});
     EXPECT_EQ(std::memcmp(&settings, &expected, sizeof expected), 0);
+}
+
+TEST(ToneChoice, OfNothingLeavesSettingsOfAnotherMeaningAsTheyAre) {
+    const auto settings = lineup::MakeSettings(lineup::Importer(TEST_BUNDLES "/OwnSettings.bundle"), {});
+    std::array<std::uint8_t, sizeof settings> bytes{};
+    std::memcpy(bytes.data(), &settings, sizeof settings);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        EXPECT_EQ(bytes[i], i);
+    }
 }
 
 TEST(ToneChoice, SetsWhatAPersonGives) {

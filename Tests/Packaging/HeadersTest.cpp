@@ -49,6 +49,16 @@ TEST_F(InstalledHeaders, AreNoneOfTheProductsOwnParts) {
     }
 }
 
+TEST_F(InstalledHeaders, AndExamplesNameNoFolderOfTheSourceTree) {
+    for (const fs::path& folder : {kInclude, test::kPrefix / "share/doc/liblineup-dev/examples"}) {
+        for (const fs::path& file : test::FilesBelow(folder)) {
+            for (const char* const name : {"Apps/", "Bridges/", "Host/", "Src/", "Tests/", "include/lineup"}) {
+                EXPECT_FALSE(Has(file, name)) << file << ": " << name;
+            }
+        }
+    }
+}
+
 TEST_F(InstalledHeaders, CompileWithoutWarningsAndWithNothingElseOfTheProject) {
     std::ostringstream source;
     for (const std::string& header : HeadersBelow(kInclude, "")) {

@@ -6,7 +6,7 @@
 /// enough).
 ///
 /// Everything that differs by level reads this table: the detection and both dispatchers, their tests and benchmarks,
-/// and Src/VectorVariants.cmake, which takes the compiler's options from it (one row a line).
+/// and the build, which takes the compiler's options from it (one row a line).
 #define VECTOR_LEVELS(LEVEL)                    \
     LEVEL(n8, kVectorN8, 16, "sse2", "sse2")    \
     LEVEL(y8, kVectorY8, 16, "ssse3", "sse4.1") \

@@ -1,3 +1,4 @@
+#include <lineup/Limits.h>
 #include <lineup/Timecode.h>
 #include <lineup/UsageError.h>
 
@@ -32,6 +33,9 @@ constexpr std::array<LabelledRate, 10> kLabelledRates = {{
 }};
 
 const LabelledRate* Find(Rational rate) {
+    if (!IsFrameRate(rate)) {
+        return nullptr;
+    }
     const auto* const found =
         std::ranges::find_if(kLabelledRates, [rate](const LabelledRate& row) { return SameRatio(row.rate, rate); });
     return found == kLabelledRates.end() ? nullptr : found;

@@ -25,7 +25,7 @@ namespace lineup {
 [[nodiscard]] LINEUP_API std::vector<std::filesystem::path> BundleSearchPath(
     const std::filesystem::path& prefix = ProgramPrefix());
 
-/// The first bundle on the search path of `prefix`. Throws Error, naming the places, when there is none; and when
+/// The first bundle on the search path of `prefix`. Throws Error, naming the places, when none is found; and when
 /// it is not to be trusted (see PlaceTrust), naming it and the reason. A place further down the path is then
 /// not tried in its stead.
 [[nodiscard]] LINEUP_API std::filesystem::path FindBundle(const std::filesystem::path& prefix);

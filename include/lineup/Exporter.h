@@ -30,7 +30,8 @@ LINEUP_API void CheckExport(const Clip& clip, const ExportSettings& settings);
 /// is a hidden file beside it, ".NAME.lineup-XXXXXX.partial", which is removed when anything goes
 /// wrong. Picture and sound end together, to the sample.
 /// Throws UsageError as CheckExport does, or when the target exists and may not be replaced; Cancelled
-/// when `progress` returned false; Error when the file cannot be written. Any thread.
+/// when `progress` returned false; Error when the file cannot be written. What `progress` throws is thrown on as it is.
+/// Any thread.
 LINEUP_API ExportReport Export(const Clip& clip, const ExportSettings& settings, const ProgressFunction& progress = {});
 
 }  // namespace lineup

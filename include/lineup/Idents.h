@@ -28,7 +28,7 @@ LINEUP_API const Ident* FindIdent(std::string_view name);
 /// The sequence that a clip with these settings plays, or null for a steady tone or an unknown format.
 LINEUP_API const Ident* FindIdent(const BarsAndToneInfo& settings);
 
-/// A clip with these settings is to play a sequence that there is none of: it is silent.
+/// Whether a clip with these settings is to play a sequence that does not exist: it is silent.
 LINEUP_API bool AsksForUnknownIdent(const BarsAndToneInfo& settings);
 
 /// The same in words, "unknown ident 7: silent", for settings that do.

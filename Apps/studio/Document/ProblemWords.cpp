@@ -71,7 +71,7 @@ QString SampleRateProblem(const lineup::Importer& plugin, double rateHz) {
     return RefusalOf(plugin, {.sampleRateHz = rateHz});
 }
 
-QString ToneProblem(const lineup::Importer& plugin, const BarsAndToneInfo& settings, double rateHz) {
+QString ToneProblem(const lineup::Importer& plugin, const lineup::BarsAndToneInfo& settings, double rateHz) {
     const auto frequencyHz = static_cast<double>(settings.frequency);
     if (settings.identifyChannels == 1 || std::abs(frequencyHz) <= rateHz / 2) {
         return {};

@@ -63,8 +63,7 @@ private:
 
 void AudioReader::Blocks::Require(std::int64_t position, std::int64_t count, std::span<float* const> buffers) const {
     if (count < 0 || position > std::numeric_limits<std::int64_t>::max() - count) {
-        throw Error(
-            fmt::format("cannot read {} samples from {} on: there is no such stretch of a clip", count, position));
+        throw Error(fmt::format("cannot read {} samples from {} on: a clip has no such stretch", count, position));
     }
     const auto given = buffers.first(std::min(buffers.size(), NumChannels()));
     if (given.size() < NumChannels() || std::ranges::find(given, nullptr) != given.end()) {

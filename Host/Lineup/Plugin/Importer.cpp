@@ -80,7 +80,7 @@ std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) c
         throw Error(error.what());
     } catch (...) {
         throw Error(
-            fmt::format("cannot use {}: it threw what is no exception of the C++ library", Bundle().Folder().string()));
+            fmt::format("cannot use {}: it threw something other than a std::exception", Bundle().Folder().string()));
     }
 }
 

@@ -24,7 +24,7 @@ Integers Convert(Floats value) {
     return Rounded(Clipped(Scaled(NumbersOnly(value), kFullScale), -kFullScale, kFullScale - 1));
 }
 
-// 2^31 - 1 is no float. What cannot be converted comes out as 0x80000000: right at the lower end, and one
+// No float is 2^31 - 1. What cannot be converted comes out as 0x80000000: right at the lower end, and one
 // bit pattern away from right at the upper.
 template <>
 Integers Convert<32>(Floats value) {
@@ -110,7 +110,7 @@ struct Constant {
 };
 
 /// Several pairs of channels: each pair by itself, then moment by moment side by side. `pairs` is a number or a
-/// constant: with a constant the innermost loop is none.
+/// constant: a constant unrolls the innermost loop.
 template <class Format, class Pairs>
 void PackPairs(const float* const* channels, Pairs pairs, std::size_t at, std::uint8_t* packed) {
     constexpr std::size_t kPairBytes = 2 * Format::kBytes;

@@ -51,7 +51,8 @@ TEST(ClipText, SaysTheSameInJson) {
     const auto ident = cli::ClipJson(Open({.identifyChannels = 1, .identifierFormat = lineup::EBUStereo400}));
     EXPECT_EQ(ident["signal"]["name"], "ebu-stereo-400");
     EXPECT_EQ(ident["signal"]["cycleSeconds"], 3.0);
-    const auto blits = cli::ClipJson(Open({.numChannels = 6, .identifyChannels = 1, .identifierFormat = BLITS5_1}));
+    const auto blits =
+        cli::ClipJson(Open({.numChannels = 6, .identifyChannels = 1, .identifierFormat = lineup::BLITS5_1}));
     EXPECT_EQ(blits["signal"]["cycleSeconds"], 13.4);
 }
 

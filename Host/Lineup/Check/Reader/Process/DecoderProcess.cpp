@@ -1,8 +1,8 @@
 #include "Host/Lineup/Check/Reader/Process/DecoderProcess.h"
 
-#include <lineup/DynamicLibrary.h>
 #include <lineup/Exporter.h>
 #include "Host/Lineup/Check/Reader/Process/SpawnDecoder.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 
 #include <fmt/format.h>
 

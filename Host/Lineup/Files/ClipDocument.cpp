@@ -76,15 +76,13 @@ int EvenSize(const Json& picture, const char* name) {
     return size;
 }
 
-Damage BadCard() {
-    return Damage(R"("card" must be "auto", "hd" or "sd")");
-}
+constexpr const char* kBadCard = R"("card" must be "auto", "hd" or "sd")";
 
 Card CardFrom(const Json& value) {
     const auto* const found =
         std::ranges::find_if(kCardNames, [&](const CardName& card) { return value == Json(card.name); });
     if (found == kCardNames.end()) {
-        throw BadCard();
+        throw Damage(kBadCard);
     }
     return found->card;
 }
@@ -137,7 +135,7 @@ std::string Text(const ClipDocument& document) {
     const PictureFormat& picture = document.picture;
     const auto* const card = std::ranges::find(kCardNames, picture.card, &CardName::card);
     if (card == kCardNames.end()) {
-        throw BadCard();
+        throw Damage(kBadCard);
     }
     const Json json = {{"kind", kKind},
                        {"version", kVersion},

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
 #include "Tests/Support/RequestRecord.h"
 
 #include <cstdint>
 
 struct imStdParms;
-struct vexelFrame;
 
 /// Requests to the importer as a host makes them. A program of tests links one of LinkedImporter.cpp
 /// and BundledImporter.cpp, which say where the entry point comes from.
@@ -29,7 +29,7 @@ struct FrameRequest {
     std::int16_t width;
     std::int16_t height;
     std::uint32_t pixelFormat;
-    vexelFrame* frame;
+    vexel frame;
     Placement placement = {};
 };
 

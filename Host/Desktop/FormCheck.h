@@ -13,7 +13,7 @@ inline constexpr int kMostFormElements = 20000;
 /// The most rows or columns that a layout or a table may have: memory is taken for each, used or not.
 inline constexpr int kMostFormCells = 1000;
 
-/// Throws std::runtime_error, saying where, when `script` is no form within these limits: not
+/// Throws std::runtime_error, saying where, when `script` is not a form within these limits: not
 /// well-formed XML, another root than <ui>, a document type, which no form has, or a widget that reads
 /// other files.
 void CheckForm(const QByteArray& script);

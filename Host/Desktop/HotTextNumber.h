@@ -23,7 +23,7 @@ public:
     /// What was shown last, or what a person has made of it.
     [[nodiscard]] double Number() const;
 
-    /// Makes `highest` the end of the range; what is not a number changes nothing. A number that code
+    /// Makes `highest` the end of the range; NaN changes nothing. A number that code
     /// gave stays; one that a person chose above `highest` becomes it. Without Edited.
     void SetHighest(double highest);
 

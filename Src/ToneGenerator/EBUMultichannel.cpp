@@ -64,7 +64,7 @@ void ToneGenerator::GenerateEBUMultichannel(const TickTime& startTime, float** b
             GenerateTonesAcrossChannels(ident::ToChannelList(sounding), time, static_cast<float>(kToneFrequency),
                                         ident::kLevelFloat, buffers, numChannels, pos, count, peakMode);
         } else {
-            // The list comes first: where there is no memory for it, no channel of the step is written.
+            // The list comes first: out of memory, no channel of the step is written.
             const ChannelList silentList = ident::ToChannelList(silent);
             // A lone burst takes the phase of the request's start, not that of its own first sample.
             if (sounding != ident::kNoChannels) {

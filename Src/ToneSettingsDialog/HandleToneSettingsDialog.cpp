@@ -15,7 +15,7 @@ constexpr const char* kFunction =
     "void HandleToneSettingsDialog(const Brio::String &, Brio::BrioUnknownRef, const "
     "zelui::drawbot::SupplierInterface *, zelui::ui::UI_Node *)";
 
-// `object` as a data exchange, with a reference of its own; empty when it is none.
+// `object` as a data exchange, with a reference of its own; empty when it has not that interface.
 DataExchangeRef AsDataExchange(const Brio::BrioUnknownRef& object) {
     if (!object) {
         return {};

@@ -27,7 +27,7 @@ public:
     ToneSettingsDialogImpl& operator=(const ToneSettingsDialogImpl&) = delete;
 
     /// Finds the layout's controls, listens to them and shows the settings. Throws the host's errors for a
-    /// violated contract when there is no root view and for an invalid type conversion when a control is
+    /// violated contract without a root view and for an invalid type conversion when a control is
     /// of another type than its name says, and Brio::NullInterfaceException when a button, the frequency or
     /// the level is missing.
     void Initialize() override;

@@ -29,7 +29,7 @@ public:
     std::string question;              ///< the last one that was read
     std::vector<std::uint8_t> answer;  ///< and what was answered
 
-    /// Reads the next one; false when there is none.
+    /// Reads the next one; false at the end.
     bool Next() {
         std::vector<std::uint8_t> text;
         if (!Get(text) || !Get(answer)) {

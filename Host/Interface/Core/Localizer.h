@@ -9,7 +9,7 @@ namespace zelcore::config {
 
 /// Turns localisation keys into the texts of the language in use. A key begins with "$$$/" and carries
 /// its default text after the first equals sign; keys without a translation give that default text, and
-/// a text that is no key gives itself. Any thread.
+/// another text gives itself. Any thread.
 class ZEL_API Localizer {
 public:
     /// The one localiser of the process.

@@ -11,7 +11,7 @@
 /// The host's allocator for short-lived lists and strings.
 namespace zelcore::utility::SmallBlockAllocator {
 
-/// `bytes` bytes aligned for any fundamental type; throws std::bad_alloc when there is no memory.
+/// `bytes` bytes aligned for any fundamental type; throws std::bad_alloc when out of memory.
 /// Any thread; a block may be returned by another thread than the one that took it.
 [[nodiscard]] ZEL_API void* Allocate(std::size_t bytes);
 

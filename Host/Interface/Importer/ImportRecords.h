@@ -38,7 +38,7 @@ struct imIndFormatRec {
     std::uint8_t reserved4[8];
     char formatName[256];          ///< text, ended by a zero byte
     char formatShortName[32];      ///< text, ended by a zero byte
-    char platformExtensions[256];  ///< texts; all zero when there are none
+    char platformExtensions[256];  ///< texts; all zero for none
 };
 
 /// kImportGetIndPixelFormat: one pixel format.

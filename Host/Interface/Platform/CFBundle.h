@@ -14,7 +14,7 @@ using CFStringRef = const char*;
 #define CFSTR(literal) (literal)
 
 /// The bundle with this identifier among those whose executable is loaded in this process, however it
-/// was loaded; null when there is none. The reference belongs to the system and lives as long as the
+/// was loaded; else null. The reference belongs to the system and lives as long as the
 /// process. Any thread.
 extern "C" ZEL_API CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier);
 

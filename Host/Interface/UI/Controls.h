@@ -75,7 +75,7 @@ public:
     /// Chooses the item at `index`; an index without an item chooses none.
     virtual void SetValue(std::int64_t index) = 0;
 
-    /// The index of the item that is chosen, -1 when there is none.
+    /// The index of the item that is chosen, -1 for none.
     [[nodiscard]] virtual std::int64_t GetValue() const = 0;
 };
 

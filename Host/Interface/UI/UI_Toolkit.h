@@ -23,7 +23,7 @@ public:
     [[nodiscard]] virtual zelworkspace::workspace::TopLevelWindow* MainWindow() = 0;
 
     /// Builds the dialog that `script` describes, not yet shown. Throws when the script cannot be used;
-    /// null means that there is no dialog.
+    /// null when no dialog was built.
     [[nodiscard]] virtual NodeRef<UI_DialogView> BuildDialog(const std::string& script, const Brio::String& layoutName,
                                                              const drawbot::SupplierInterface* drawSupplier,
                                                              UI_Node* parent) = 0;

@@ -21,7 +21,7 @@ public:
 /// How a plug-in finds the host's windows. UI thread.
 class ZEL_API WorkspaceUtils {
 public:
-    /// The host's main window; null when there is none. No reference is taken.
+    /// The host's main window; or null. No reference is taken.
     [[nodiscard]] static TopLevelWindow* FindMainTopLevelWindow();
 };
 

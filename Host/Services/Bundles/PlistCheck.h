@@ -16,7 +16,7 @@ inline constexpr std::size_t kLargestPlistValues = 1U << 20U;
 inline constexpr std::size_t kPlistValueBytes = 16;
 
 enum class PlistCheck {
-    Sound,    ///< it can be given to a reader; in the text form it may still be no property list
+    Sound,    ///< it can be given to a reader; in the text form it may still be malformed
     Broken,   ///< binary, and a value lies outside the file
     TooMuch,  ///< beyond the limits, which a reader would meet with recursion and copies
 };

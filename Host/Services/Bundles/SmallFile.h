@@ -10,7 +10,7 @@ namespace zelcore {
 /// The largest file that is read whole: far above any resource or catalogue, and nothing to a machine.
 inline constexpr std::size_t kLargestSmallFileBytes = 1U << 20U;
 
-/// The bytes of the regular file `file`; nothing when there is none, it cannot be read or it is larger
+/// The bytes of the regular file `file`; nothing when it is missing, cannot be read or it is larger
 /// than kLargestSmallFileBytes. Never blocks on a pipe or a device.
 [[nodiscard]] std::optional<std::vector<char>> ReadSmallFile(const std::filesystem::path& file);
 

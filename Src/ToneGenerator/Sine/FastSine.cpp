@@ -28,7 +28,7 @@ const Kernels& Selected() {
 }
 
 bool IsWithinReach(double phase) {
-    return std::abs(phase) <= kLargestPhase;  // false for what is not a number
+    return std::abs(phase) <= kLargestPhase;  // false for NaN
 }
 
 // Of `count` phases and the one after them. They move one way, so what lies between two within reach is too.

@@ -27,7 +27,7 @@ constexpr double kInversePi = 0x1.45f306dc9c883p-2;
 constexpr double kRounder = 0x1.8p+52;
 
 constexpr Doubles All(double value) {
-    return value - Doubles{};  // a difference with zero is no operation, a sum would be
+    return value - Doubles{};  // unlike a sum with zero, this costs nothing
 }
 
 // sin r for |r| < 1.5709, as r + r^3 * a polynomial in r^2: the one that comes nearest to the sine in units of the

@@ -90,8 +90,9 @@ std::string Table(const std::string& property, const std::string& value) {
 TEST(BrokenScript, PlacesFarOutAreRefused) {
     EXPECT_EQ(BuildError(Grid(R"(row="1000" column="1000" rowspan="-1" colspan="1000")")), "no error");
     for (const std::string place : {"row", "column", "rowspan", "colspan"}) {
+        // The least of them first: one that is let through ends the test before the large ones take memory.
         for (const std::string value : {"1001", "300000000", "-2", "99999999999", "one"}) {
-            EXPECT_THAT(BuildError(Grid(place + "=\"" + value + "\"")),
+            ASSERT_THAT(BuildError(Grid(place + "=\"" + value + "\"")),
                         HasSubstr(place + " is \"" + value + "\", not a number up to 1000"));
         }
     }
@@ -99,8 +100,8 @@ TEST(BrokenScript, PlacesFarOutAreRefused) {
 
 TEST(BrokenScript, TablesWithoutEndAreRefused) {
     EXPECT_EQ(BuildError(Table("rowCount", " 1000 ")), "no error");
-    EXPECT_THAT(BuildError(Table("rowCount", "2000000000")), HasSubstr("rowCount is \"2000000000\""));
-    EXPECT_THAT(BuildError(Table("columnCount", "1001")), HasSubstr("columnCount is \"1001\""));
+    ASSERT_THAT(BuildError(Table("columnCount", "1001")), HasSubstr("columnCount is \"1001\""));
+    ASSERT_THAT(BuildError(Table("rowCount", "2000000000")), HasSubstr("rowCount is \"2000000000\""));
     EXPECT_THAT(BuildError(Table("rowCount", "2000<!-- -->000000")), HasSubstr("rowCount is \"2000000000\""));
     EXPECT_THAT(BuildError(Form(R"(<WIDGET class="QTableWidget" name="table"><Property name="rowCount"><String>1001)"
                                 "</String></Property></WIDGET>")),

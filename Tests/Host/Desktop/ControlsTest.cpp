@@ -102,6 +102,19 @@ TEST(Controls, ANumberKeepsEveryBitItWasGiven) {
     EXPECT_NE(number.GetValue(), number.GetValue());
 }
 
+TEST(Controls, ANumberBeyondItsLimitIsSteppedFromWhereItStandsOnceTheLimitIsRaised) {
+    const auto dialog = Build(FormWithOneOfEach());
+    auto& number = Find<UI_HotTextNumber>(dialog, "number");  // up to 100
+    number.SetValue(150);
+    number.SetMaxValue(200);
+    test::WithDialog([&] { dialog->RunModal(); },
+                     [](test::DialogHands& hands) {
+                         hands.Wheel("number", 1);
+                         hands.ClickCloseBox();
+                     });
+    EXPECT_EQ(number.GetValue(), 151);
+}
+
 TEST(Controls, OneRadioButtonGoingOnTurnsTheOtherOff) {
     const auto dialog = Build(FormWithOneOfEach());
     auto& first = Find<UI_RadioButton>(dialog, "first");

@@ -18,7 +18,7 @@ public:
 
     [[nodiscard]] QDialog& Dialog() const { return mDialog; }
 
-    /// The widget called `name`. Throws std::runtime_error when there is none of this class.
+    /// The widget called `name`. Throws std::runtime_error when it is missing or of another class.
     template <class Widget = QWidget>
     [[nodiscard]] Widget& Find(const char* name) const {
         auto* const widget = mDialog.findChild<Widget*>(name);

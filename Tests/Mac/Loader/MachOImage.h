@@ -16,7 +16,7 @@ namespace test {
 class MachOImage {
 public:
     /// Gives the address of a symbol, spelt as in the file, of a library; an empty library is the process itself.
-    /// Throws when there is none.
+    /// Throws when it is missing.
     using Resolver = std::function<void*(const std::string& library, const std::string& symbol)>;
 
     /// Throws std::runtime_error with a sentence when the file cannot be loaded, and whatever `resolve` throws.

@@ -83,7 +83,7 @@ TEST_P(SettingsRequest, ForDefaultsCarriesTheHostsRateBitForBit) {
                                      0xC73B8000U,     // -48000
                                      0x00000001U,     // the smallest denormal
                                      0x7F800000U,     // infinity
-                                     0x7FC12345U}) {  // not a number
+                                     0x7FC12345U}) {  // NaN
         RequestRecord prefs(kSettingsSize, GetParam());
         auto request = MakeRequest(prefs.Data(), 1, std::bit_cast<float>(bits), GetParam());
         EXPECT_EQ(Request(38, nullptr, request.Data()), 0);

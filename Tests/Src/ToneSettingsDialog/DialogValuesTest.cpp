@@ -48,7 +48,7 @@ TEST_F(DialogValues, LimitTheToneToHalfTheSampleRate) {
 }
 
 TEST_F(DialogValues, HalveTheSampleRateInDoublePrecision) {
-    exchange.info.sampleRate = std::numeric_limits<float>::denorm_min();  // 2^-149: half of it is no float
+    exchange.info.sampleRate = std::numeric_limits<float>::denorm_min();  // 2^-149: its half is below every float
     RunPlain([](FakeDialog& dialog) {
         dialog.Number("frequencyHotTextNumber").Type(1.0);
         test::PressesOk(dialog);

@@ -32,7 +32,7 @@ public:
 
     zelui::ui::Lookups lookups;  ///< what it is to say of look-ups
 
-    /// The control called `name`; throws std::logic_error when there is none of that type.
+    /// The control called `name`; throws std::logic_error when it is missing or of another type.
     template <class Control>
     Control& Get(const std::string& name) {
         auto* const control = dynamic_cast<Control*>(mControls[name].Get());

@@ -25,7 +25,7 @@ using test::kThreads;
 // Everything a program has of a clip.
 struct Reading {
     std::vector<float> samples;
-    std::vector<std::uint32_t> columns;  // bits: what an ident does not have is not a number
+    std::vector<std::uint32_t> columns;  // bits: NaN for the channels an ident does not have
     std::vector<std::uint8_t> picture;
 
     bool operator==(const Reading&) const = default;

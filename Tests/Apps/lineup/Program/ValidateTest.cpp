@@ -313,7 +313,7 @@ TEST_F(Validate, ThePageListsTheChecksAsTheProgramDoes) {
 }
 
 TEST_F(Validate, TheProcessOfACheckReportsToNobodyElse) {
-    // Run by hand it has no one to report to, and that is no success.
+    // Run by hand it has no one to report to, and fails.
     EXPECT_EQ(Run("--run-check init-answer " + kOurs + " 3>&-").exitCode, 1);
 }
 

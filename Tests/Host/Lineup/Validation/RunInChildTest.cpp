@@ -38,7 +38,7 @@ TEST(RunInChild, TakesNothingButAWholeReportForOne) {
              "printf '<0' >&3",           // cut short
              "printf '0>' >&3",           // without its beginning
              "printf '<>' >&3",           // without an outcome
-             "printf '<7>' >&3",          // an outcome that there is not
+             "printf '<7>' >&3",          // an unknown outcome
              "printf '<4>' >&3",          // one that only the parent can tell
              "printf '<0>\\n' >&3",       // more than a report
              "printf '<0>'",              // somewhere else

@@ -21,7 +21,7 @@ faults::Fault FindOwn() {
             return fault;
         }
     }
-    std::fprintf(stderr, "there is no fault called %s\n", name.c_str());
+    std::fprintf(stderr, "unknown fault: %s\n", name.c_str());
     std::abort();
 }
 
@@ -38,12 +38,12 @@ struct Own {
     }
 };
 
-const Own gOwn;
+const Own kOwn;
 
 }  // namespace
 
 std::int32_t xImportEntry(std::int32_t selector, imStdParms* stdParms, void* param1, void* param2) {
     const faults::Request asked{.selector = selector, .stdParms = stdParms, .param1 = param1, .param2 = param2};
-    const bool isWrong = !gOwn.fault.selector || *gOwn.fault.selector == selector;
-    return isWrong ? gOwn.fault.serve(asked) : asked.Rightly();
+    const bool isWrong = !kOwn.fault.selector || *kOwn.fault.selector == selector;
+    return isWrong ? kOwn.fault.serve(asked) : asked.Rightly();
 }

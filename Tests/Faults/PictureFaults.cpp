@@ -19,7 +19,7 @@ std::int32_t SwapChroma(const Request& asked) {
     }
     for (int row = 0; row < request.height; ++row) {
         std::uint8_t* const pixels = request.frame->pixels + std::ptrdiff_t{row} * vexelGetRowbytes(request.frame);
-        for (int column = 0; column < request.width; ++column) {
+        for (std::ptrdiff_t column = 0; column < request.width; ++column) {
             std::swap(pixels[4 * column], pixels[4 * column + 1]);
         }
     }

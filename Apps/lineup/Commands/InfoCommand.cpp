@@ -47,77 +47,70 @@ auto Answer(Ask ask) -> std::optional<decltype(ask())> {
     }
 }
 
-// What is told, as a table and as JSON.
-struct Told {
-    std::vector<std::pair<const char*, std::string>> rows;
-    nlohmann::ordered_json json;
-
-    void Print(bool asJson) const {
-        if (asJson) {
-            fmt::print("{}\n", json.dump(2));
-            return;
-        }
-        for (const auto& [name, value] : rows) {
-            fmt::print("{:<14}{}\n", name, value);
-        }
-    }
-};
+using Rows = std::vector<std::pair<const char*, std::string>>;
 
 std::string ListText(const std::vector<std::string>& texts) {
     return texts.empty() ? "none listed" : fmt::format("{}", fmt::join(texts, ", "));
 }
 
-Told TellPlugin(const lineup::Importer& importer) {
+// Each tells the same twice: as the rows of a table, and as JSON.
+void TellPlugin(Rows& rows, nlohmann::ordered_json& json, const lineup::Importer& importer) {
     const zelcore::Bundle& bundle = importer.Bundle();
     const std::vector<std::string> fileTypes = Texts(importer.FileTypes(), FileTypeText);
     const std::vector<std::string> pixelFormats = Texts(importer.PixelFormats(), PixelFormatText);
     const auto settingsBytes = Answer([&] { return importer.SettingsSize(); });
-    Told told;
-    told.rows = {{"Plug-in", fmt::format("{} {}", bundle.Identifier(), bundle.Version())},
-                 {"Bundle", BundlePath(importer)},
-                 {"File types", ListText(fileTypes)},
-                 {"Pixel formats", ListText(pixelFormats)}};
-    told.json["plugin"] = {
+    rows = {{"Plug-in", fmt::format("{} {}", bundle.Identifier(), bundle.Version())},
+            {"Bundle", BundlePath(importer)},
+            {"File types", ListText(fileTypes)},
+            {"Pixel formats", ListText(pixelFormats)}};
+    json["plugin"] = {
         {"bundle", BundlePath(importer)}, {"identifier", bundle.Identifier()}, {"version", bundle.Version()},
         {"fileTypes", fileTypes},         {"pixelFormats", pixelFormats},      {"settingsBytes", nullptr},
     };
     if (settingsBytes) {
-        told.json["plugin"]["settingsBytes"] = *settingsBytes;
+        json["plugin"]["settingsBytes"] = *settingsBytes;
     }
-    return told;
 }
 
-void TellClip(Told& told, const lineup::Clip& clip) {
-    told.rows.insert(told.rows.end(), {{"Picture", "colour bars, any size; the same in every frame"},
-                                       {"Sound", SoundText(clip)},
-                                       {"Signal", SignalText(clip)},
-                                       {"Length", LengthText(clip)}});
-    told.json["clip"] = ClipJson(clip);
+void TellClip(Rows& rows, nlohmann::ordered_json& json, const lineup::Clip& clip) {
+    rows.insert(rows.end(), {{"Picture", "colour bars, any size; the same in every frame"},
+                             {"Sound", SoundText(clip)},
+                             {"Signal", SignalText(clip)},
+                             {"Length", LengthText(clip)}});
+    json["clip"] = ClipJson(clip);
 }
 
 // Of another plug-in's clip nothing is known but what it says of a new one.
-void TellForeignClip(Told& told, const lineup::Importer& importer) {
-    const auto bytes = told.json["plugin"]["settingsBytes"];
-    told.rows.emplace_back("Settings", bytes.is_null() ? "not said" : fmt::format("{} bytes of its own", bytes.dump()));
+void TellForeignClip(Rows& rows, nlohmann::ordered_json& json, const lineup::Importer& importer) {
+    const auto bytes = json["plugin"]["settingsBytes"];
+    rows.emplace_back("Settings", bytes.is_null() ? "not said" : fmt::format("{} bytes of its own", bytes.dump()));
     const auto clip = Answer([&] { return importer.Describe(nullptr, lineup::Clip::kHostSampleRate); });
-    told.rows.emplace_back("Picture", clip ? (clip->hasVideo ? "any size" : "none") : "not described without settings");
-    told.rows.emplace_back("Sound", clip ? SoundText(*clip) : "not described without settings");
+    rows.emplace_back("Picture", clip ? (clip->hasVideo ? "any size" : "none") : "not described without settings");
+    rows.emplace_back("Sound", clip ? SoundText(*clip) : "not described without settings");
     if (clip && clip->hasAudio) {
-        told.rows.emplace_back("Length", LengthText(*clip));
+        rows.emplace_back("Length", LengthText(*clip));
     }
-    told.json["clip"] = clip ? ClipJson(*clip) : nlohmann::ordered_json();
+    json["clip"] = clip ? ClipJson(*clip) : nlohmann::ordered_json();
 }
 
 void RunInfo(const InfoOptions& options) {
     const auto importer = options.common.LoadImporter();
-    Told told = TellPlugin(*importer);
+    Rows rows;
+    nlohmann::ordered_json json;
+    TellPlugin(rows, json, *importer);
     if (lineup::validation::IsBarsAndTone(importer->Bundle().Identifier(), importer->FileTypes())) {
-        TellClip(told, lineup::Clip(importer, options.common.Settings(*importer)));
+        TellClip(rows, json, lineup::Clip(importer, options.common.Settings(*importer)));
     } else {
         options.common.RefuseSound(*importer);
-        TellForeignClip(told, *importer);
+        TellForeignClip(rows, json, *importer);
     }
-    told.Print(options.json);
+    if (options.json) {
+        fmt::print("{}\n", json.dump(2));
+        return;
+    }
+    for (const auto& [name, value] : rows) {
+        fmt::print("{:<14}{}\n", name, value);
+    }
 }
 
 }  // namespace

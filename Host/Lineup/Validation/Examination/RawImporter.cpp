@@ -11,6 +11,7 @@ namespace lineup::validation {
 RawImporter::RawImporter(const std::filesystem::path& executable) {
     const OnBoard loading("loading the executable");
     mLibrary.emplace(executable);
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): what loads stands on the board first
     mEntry = reinterpret_cast<ImportEntryFunction*>(mLibrary->Find(kImportEntryName));
     Require(mEntry != nullptr, "{} does not export {}", executable.string(), kImportEntryName);
 }

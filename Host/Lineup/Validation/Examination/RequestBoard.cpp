@@ -9,6 +9,7 @@ namespace lineup::validation {
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): one a process, set before the first request
 RequestBoard* theBoard = nullptr;
 
 }  // namespace

@@ -19,7 +19,7 @@ constexpr std::size_t kMostBytes = 64;
 // Records lie at any address.
 template <class Record>
 Record Read(const void* address) {
-    Record record;
+    Record record{};
     std::memcpy(&record, address, sizeof record);
     return record;
 }

@@ -212,32 +212,28 @@ std::string DoingWhat(const std::vector<PendingRequest>& pending) {
     return text;
 }
 
-Finding Crash(const std::string& end, std::vector<PendingRequest> pending) {
-    return {.outcome = Outcome::Crashed,
-            .text = fmt::format("the process {}{}", end, DoingWhat(pending)),
-            .pending = std::move(pending)};
-}
-
-Finding TimeOut(std::chrono::milliseconds timeout, std::vector<PendingRequest> pending) {
-    return {.outcome = Outcome::TimedOut,
-            .text = fmt::format("the check did not end within {} s{}", std::chrono::duration<double>(timeout).count(),
-                                DoingWhat(pending)),
-            .pending = std::move(pending)};
+// What the process came to, and what it was doing then.
+Finding Ended(Outcome outcome, const std::string& text, const RequestBoard& board) {
+    Finding finding{.outcome = outcome, .pending = board.Pending()};
+    finding.text = text + DoingWhat(finding.pending);
+    return finding;
 }
 
 Finding Judge(int status, const std::string& report, const RequestBoard& board) {
     if (WIFSIGNALED(status)) {
         const int signal = WTERMSIG(status);
         const char* const name = sigabbrev_np(signal);
-        return Crash(fmt::format("was ended by SIG{} ({})", name != nullptr ? name : "?",
+        return Ended(Outcome::Crashed,
+                     fmt::format("the process was ended by SIG{} ({})", name != nullptr ? name : "?",
                                  sigdescr_np(signal) != nullptr ? sigdescr_np(signal) : "unknown"),
-                     board.Pending());
+                     board);
     }
     const std::optional<Finding> finding = Decode(report);
     if (!finding || WEXITSTATUS(status) != EXIT_SUCCESS) {
-        return Crash(fmt::format("ended with exit code {} {}", WEXITSTATUS(status),
+        return Ended(Outcome::Crashed,
+                     fmt::format("the process ended with exit code {} {}", WEXITSTATUS(status),
                                  finding ? "after the check" : "before the check did"),
-                     board.Pending());
+                     board);
     }
     return *finding;
 }
@@ -251,7 +247,11 @@ Finding RunInChild(const std::vector<std::string>& arguments, std::chrono::milli
     const pid_t child = SpawnSetup(report, board, childSignal.Before()).Start(arguments);
     report.CloseWriteEnd();
     const std::optional<int> status = WaitFor(child, childSignal, timeout);
-    return status ? Judge(*status, report.ReadAll(), board.Board()) : TimeOut(timeout, board.Board().Pending());
+    if (!status) {
+        const double seconds = std::chrono::duration<double>(timeout).count();
+        return Ended(Outcome::TimedOut, fmt::format("the check did not end within {} s", seconds), board.Board());
+    }
+    return Judge(*status, report.ReadAll(), board.Board());
 }
 
 namespace {

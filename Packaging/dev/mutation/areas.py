@@ -8,14 +8,15 @@ TESTS = {
     "Src": ("Tests/Src",),
     "Host/Interface": ("Tests/Host", "Tests/Src"),
     "Host/Services": ("Tests/Host", "Tests/Src", "Tests/Apps/lineup", "Tests/Architecture", "Tests/Fuzz"),
-    "Host/Desktop": ("Tests/Host/Desktop", "Tests/Apps/studio", "Tests/Fuzz"),
+    "Host/Desktop": ("Tests/Host/Desktop", "Tests/Apps/studio", "Tests/Docs", "Tests/Fuzz"),
     "Host": ("Tests",),
     "Host/Lineup": ("Tests/Host", "Tests/Apps", "Tests/Bridges", "Tests/Fuzz", "Tests/Docs"),
     "Host/Lineup/Validation": ("Tests/Host/Lineup/Validation", "Tests/Apps/lineup"),
     "Apps": ("Tests",),
+    "Apps/lanes": ("Tests/Apps", "Tests/Docs"),
     "Apps/lineup": ("Tests/Apps", "Tests/Host/Desktop", "Tests/Docs"),
     "Apps/manual": ("Tests/Apps/manual",),
-    "Apps/studio": ("Tests/Apps/studio",),
+    "Apps/studio": ("Tests/Apps/studio", "Tests/Docs"),
     "Bridges": ("Tests/Bridges",),
 }
 

@@ -68,7 +68,7 @@ def try_out(mistake, text, tests, candidates):
     path = tree.SOURCE / mistake.file
     path.write_text(mistake.apply(text))
     for test in candidates:
-        if tree.ninja(test.target, with_mistake=True).returncode != 0:
+        if tree.ninja(*test.targets, with_mistake=True).returncode != 0:
             return "not compiled", "the compiler"
         outcome = tests.show(test, mistake.file)
         if not outcome.passed:

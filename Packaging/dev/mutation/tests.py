@@ -15,7 +15,7 @@ SLOWER = 5  # than usual: caught in a loop
 LEAST_SECONDS = 10
 LONG_SECONDS = 2  # of a program whose likely tests run first, alone
 # What takes minutes, needs a display, or asks nothing of the programs.
-LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks|Pictures)|^Packages?\.|_NOT_BUILT$")
+LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks)|^Packages?\.|_NOT_BUILT$")
 FAILED = re.compile(rb"^\[  FAILED  \] ([\w./]+)", re.MULTILINE)
 
 
@@ -25,7 +25,7 @@ class Test:
     command: list
     folder: str  # where it runs
     home: str  # Tests/...: where its sources are
-    target: str  # what must be built for it
+    targets: tuple  # what must be built for it
     environment: dict
     inputs: set = field(default_factory=set)
 
@@ -34,10 +34,10 @@ class Test:
         return {Path(name).stem.removesuffix("Test") for name in self.inputs if name.startswith("Tests/")}
 
 
-def target_of(command):
-    first = tree.in_tree(command[0])
-    inside = tree.in_tree(".") + "/"
-    return first.removeprefix(inside) if first.startswith(inside) else "lineup_cli"
+def targets_of(command):
+    """The programs of the build that a command names; the command line program where it names a script alone."""
+    inside = re.compile(re.escape(f"{tree.BUILD}/") + r"((?:bin|fuzz|tests)/\S+)")
+    return tuple(match[1] for match in map(inside.fullmatch, command) if match) or ("bin/lineup", "tests/card_patches")
 
 
 def found_tests():
@@ -47,19 +47,20 @@ def found_tests():
         properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
         if not command or LEFT_OUT.search(test["name"]):
             continue
-        target = target_of(command)
-        name = target if target.startswith("tests/") else test["name"]
+        targets = targets_of(command)
+        is_program = command[0] == str(tree.BUILD / targets[0]) and targets[0].startswith("tests/")
+        name = targets[0] if is_program else test["name"]
         if name in found:
             continue
-        if target.startswith("tests/"):
+        if is_program:
             command = [command[0], "--gtest_fail_fast", "--gtest_brief=1"]
         folder = properties.get("WORKING_DIRECTORY", str(tree.BUILD))
         home = os.path.relpath(folder, tree.BUILD if folder.startswith(str(tree.BUILD)) else tree.SOURCE)
         environment = dict(text.split("=", 1) for text in properties.get("ENVIRONMENT", []))
-        found[name] = Test(name, command, folder, home, target, environment)
-    inputs = {target: tree.inputs_of(target) for target in {test.target for test in found.values()}}
+        found[name] = Test(name, command, folder, home, targets, environment)
+    inputs = {target: tree.inputs_of(target) for target in {one for test in found.values() for one in test.targets}}
     for test in found.values():
-        test.inputs = inputs[test.target]
+        test.inputs = set().union(*(inputs[target] for target in test.targets))
     return list(found.values())
 
 
@@ -107,7 +108,7 @@ class Tests:
     def measure(self, test):
         if test.name in self.usual:
             return
-        built = tree.ninja(test.target)
+        built = tree.ninja(*test.targets)
         outcome = self.run(test, 1200) if built.returncode == 0 else None
         if not outcome or not outcome.passed:
             print(f"{test.name} fails without any mistake and is left out; see {self.log()}")
@@ -130,7 +131,7 @@ class Tests:
     def show(self, test, file):
         """What the test says of a mistake in the file."""
         seconds = max(LEAST_SECONDS, SLOWER * self.usual[test.name])
-        if test.target.startswith("tests/") and self.usual[test.name] > LONG_SECONDS:
+        if test.name.startswith("tests/") and self.usual[test.name] > LONG_SECONDS:
             first = self.run(test, seconds, f"--gtest_filter={self.likely_cases(test, file)}")
             if not first.passed:
                 return first

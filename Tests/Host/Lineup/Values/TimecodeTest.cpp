@@ -83,6 +83,16 @@ TEST(Timecode, RefusesDropFrameWhereThereIsNone) {
     }
 }
 
+TEST(Timecode, CountsAtEveryRateOfTelevisionAndFilm) {
+    for (const int nominal : {24, 25, 30, 48, 50, 60}) {
+        EXPECT_EQ(Timecode("00:00:01:00", {nominal, 1}).Frames(), nominal);
+        EXPECT_EQ(Timecode::Labels({nominal * 1000, 1001}), nominal % 25 != 0) << nominal;
+        if (nominal % 25 != 0) {
+            EXPECT_EQ(Timecode("00:00:01:00", {nominal * 1000, 1001}).Frames(), nominal);
+        }
+    }
+}
+
 TEST(Timecode, RefusesRatesWithoutLabels) {
     EXPECT_FALSE(Timecode::Labels({25, 2}));
     EXPECT_THROW(Timecode("00:00:00:00", {25, 2}), lineup::UsageError);

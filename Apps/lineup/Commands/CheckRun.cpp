@@ -23,16 +23,16 @@ class Run {
 public:
     Run(const std::vector<std::string>& recordings, const std::shared_ptr<const lineup::Importer>& importer,
         const lineup::CheckSettings& settings, const CheckRunProgress& progress)
-        : mRecordings(recordings),
-          mImporter(importer),
-          mSettings(settings),
-          mProgress(progress),
+        : mRecordings(&recordings),
+          mImporter(&importer),
+          mSettings(&settings),
+          mProgress(&progress),
           mOutcomes(recordings.size()),
           mShares(recordings.size(), 0) {}
 
     // Takes up one recording after the other, until there is none, or one has gone wrong.
     void Work() {
-        for (std::size_t index = 0; (index = TakeNext()) < mRecordings.size();) {
+        for (std::size_t index = 0; (index = TakeNext()) < mRecordings->size();) {
             Outcome outcome = CheckOne(index);
             const std::lock_guard lock(mMutex);
             mHasFailed = mHasFailed || outcome.error != nullptr;
@@ -59,14 +59,14 @@ public:
 private:
     std::size_t TakeNext() {
         const std::lock_guard lock(mMutex);
-        return mHasFailed || mIsCancelled ? mRecordings.size() : mNext++;
+        return mHasFailed || mIsCancelled ? mRecordings->size() : mNext++;
     }
 
     Outcome CheckOne(std::size_t index) {
         Outcome outcome{.isThere = true, .report = {}, .error = {}};
         try {
             outcome.report =
-                lineup::Check(mRecordings[index], mImporter, mSettings,
+                lineup::Check((*mRecordings)[index], *mImporter, *mSettings,
                               [&](double seconds, std::optional<double> all) { return GoesOn(index, seconds, all); });
         } catch (...) {
             outcome.error = std::current_exception();
@@ -83,14 +83,14 @@ private:
         if ((all && *all > 0) || mShares.size() > 1) {
             share = std::reduce(mShares.begin(), mShares.end()) / static_cast<double>(mShares.size());
         }
-        mIsCancelled = mIsCancelled || !mProgress(share);
+        mIsCancelled = mIsCancelled || !(*mProgress)(share);
         return !mIsCancelled;
     }
 
-    const std::vector<std::string>& mRecordings;
-    const std::shared_ptr<const lineup::Importer>& mImporter;
-    const lineup::CheckSettings& mSettings;
-    const CheckRunProgress& mProgress;
+    const std::vector<std::string>* mRecordings;
+    const std::shared_ptr<const lineup::Importer>* mImporter;
+    const lineup::CheckSettings* mSettings;
+    const CheckRunProgress* mProgress;
     std::mutex mMutex;
     std::condition_variable mChanged;
     std::vector<Outcome> mOutcomes;

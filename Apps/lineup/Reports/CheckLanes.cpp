@@ -66,7 +66,7 @@ std::string Outline(std::span<const float> points, double middle) {
         const auto x = kLeft + static_cast<int>(i);
         const double last = std::max(before, 0.0);
         there += fmt::format(" {},{:.1f} {},{:.1f}", x, middle - last, x, middle - height);
-        back = fmt::format(" {},{:.1f} {},{:.1f}", x, middle + height, x, middle + last) + back;
+        back.insert(0, fmt::format(" {},{:.1f} {},{:.1f}", x, middle + height, x, middle + last));
         before = height;
     }
     return there + back;

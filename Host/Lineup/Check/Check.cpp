@@ -17,7 +17,7 @@ namespace {
 // How far the reading is, for whoever asks while nothing arrives.
 class Watch {
 public:
-    explicit Watch(const CheckProgress& progress) : mProgress(progress) {}
+    explicit Watch(const CheckProgress& progress) : mProgress(&progress) {}
 
     void SetAll(std::optional<double> all) { mAll = all; }
 
@@ -26,10 +26,10 @@ public:
         return Ask();
     }
 
-    [[nodiscard]] bool Ask() const { return !mProgress || mProgress(mSeconds, mAll); }
+    [[nodiscard]] bool Ask() const { return !*mProgress || (*mProgress)(mSeconds, mAll); }
 
 private:
-    const CheckProgress& mProgress;
+    const CheckProgress* mProgress;
     double mSeconds = 0;
     std::optional<double> mAll;
 };

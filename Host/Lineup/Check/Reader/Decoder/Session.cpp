@@ -39,21 +39,21 @@ double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound)
 
 class Session {
 public:
-    Session(MediaInput& input, MessageWriter& out, bool isLive) : mInput(input), mOut(out), mIsLive(isLive) {}
+    Session(MediaInput& input, MessageWriter& out, bool isLive) : mInput(&input), mOut(&out), mIsLive(isLive) {}
 
     void OpenTracks() {
         const std::vector<unsigned> sound = ChooseTracks();
-        const double origin = Origin(mInput.Format(), sound);
-        const auto rate = static_cast<std::uint32_t>(mInput.Stream(sound.front()).codecpar->sample_rate);
-        mTrackOfStream.resize(mInput.Format().nb_streams);
-        for (unsigned index = 0; index < mInput.Format().nb_streams; ++index) {
-            mInput.Stream(index).discard = AVDISCARD_ALL;
+        const double origin = Origin(mInput->Format(), sound);
+        const auto rate = static_cast<std::uint32_t>(mInput->Stream(sound.front()).codecpar->sample_rate);
+        mTrackOfStream.resize(mInput->Format().nb_streams);
+        for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
+            mInput->Stream(index).discard = AVDISCARD_ALL;
         }
         for (const unsigned index : sound) {
-            mInput.Stream(index).discard = AVDISCARD_DEFAULT;
-            auto track = std::make_unique<SoundTrack>(mInput.Stream(index), static_cast<std::uint32_t>(mTracks.size()),
+            mInput->Stream(index).discard = AVDISCARD_DEFAULT;
+            auto track = std::make_unique<SoundTrack>(mInput->Stream(index), static_cast<std::uint32_t>(mTracks.size()),
                                                       rate, origin);
-            mOut.Write(track->Facts());
+            mOut->Write(track->Facts());
             mTrackOfStream[index] = track.get();
             mTracks.push_back(std::move(track));
         }
@@ -62,22 +62,22 @@ public:
 
     void DecodeAll() {
         const AvPacket packet(RequireMemory(av_packet_alloc()));
-        while (mInput.Read(*packet)) {
+        while (mInput->Read(*packet)) {
             const auto index = static_cast<std::size_t>(packet->stream_index);
             SoundTrack* const track = index < mTrackOfStream.size() ? mTrackOfStream[index] : nullptr;
             if (track != nullptr) {
-                track->Decode(packet.get(), mOut);
+                track->Decode(packet.get(), *mOut);
                 mNextReading = Clock::now() + kSayEvery;
             } else {
                 SayWhetherReading();
             }
             av_packet_unref(packet.get());
             if (mIsLive) {
-                mOut.Flush();
+                mOut->Flush();
             }
         }
         for (const auto& track : mTracks) {
-            track->Decode(nullptr, mOut);
+            track->Decode(nullptr, *mOut);
         }
         RequireWholeTracks();
     }
@@ -87,8 +87,8 @@ private:
     std::vector<unsigned> ChooseTracks() {
         std::vector<unsigned> chosen;
         std::size_t channels = 0;
-        for (unsigned index = 0; index < mInput.Format().nb_streams; ++index) {
-            const AVStream& stream = mInput.Stream(index);
+        for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
+            const AVStream& stream = mInput->Stream(index);
             if (!IsSound(stream)) {
                 continue;
             }
@@ -107,23 +107,23 @@ private:
     }
 
     void WriteBegin() {
-        const AVFormatContext& format = mInput.Format();
+        const AVFormatContext& format = mInput->Format();
         const bool isKnown = format.duration != AV_NOPTS_VALUE && format.duration > 0;
-        mOut.Write(decoding::Begin{.tracks = static_cast<std::uint32_t>(mTracks.size()),
-                                   .leftOut = mLeftOut,
-                                   .seconds = isKnown ? static_cast<double>(format.duration) / AV_TIME_BASE : 0,
-                                   .container = ToField<64>(format.iformat->name)});
-        mOut.Flush();
+        mOut->Write(decoding::Begin{.tracks = static_cast<std::uint32_t>(mTracks.size()),
+                                    .leftOut = mLeftOut,
+                                    .seconds = isKnown ? static_cast<double>(format.duration) / AV_TIME_BASE : 0,
+                                    .container = ToField<64>(format.iformat->name)});
+        mOut->Flush();
     }
 
     // A recording may hold hours of pictures between two packets of sound.
     void SayWhetherReading() {
-        const std::int64_t bytes = mInput.BytesRead();
+        const std::int64_t bytes = mInput->BytesRead();
         if (Clock::now() >= mNextReading && bytes > mSaidBytes) {
             mNextReading = Clock::now() + kSayEvery;
             mSaidBytes = bytes;
-            mOut.Write(Reading{.bytes = bytes});
-            mOut.Flush();
+            mOut->Write(Reading{.bytes = bytes});
+            mOut->Flush();
         }
     }
 
@@ -135,8 +135,8 @@ private:
         }
     }
 
-    MediaInput& mInput;
-    MessageWriter& mOut;
+    MediaInput* mInput;
+    MessageWriter* mOut;
     bool mIsLive;
     std::uint32_t mLeftOut = 0;
     std::vector<std::unique_ptr<SoundTrack>> mTracks;

@@ -61,7 +61,7 @@ std::uint32_t Losses(AVCodecID id) {
 }  // namespace
 
 SoundTrack::SoundTrack(const AVStream& stream, std::uint32_t index, std::uint32_t rate, double origin)
-    : mStream(stream),
+    : mStream(&stream),
       mIndex(index),
       mRate(rate),
       mOwnRate(static_cast<std::uint32_t>(stream.codecpar->sample_rate)),
@@ -72,7 +72,7 @@ SoundTrack::SoundTrack(const AVStream& stream, std::uint32_t index, std::uint32_
 
 Track SoundTrack::Facts() const {
     std::array<char, 64> layout{};
-    av_channel_layout_describe(&mStream.codecpar->ch_layout, layout.data(), layout.size());
+    av_channel_layout_describe(&mStream->codecpar->ch_layout, layout.data(), layout.size());
     return {.index = mIndex,
             .sampleRate = mRate,
             .channels = static_cast<std::uint32_t>(mChannels),
@@ -132,7 +132,7 @@ void SoundTrack::TakeFrame(MessageWriter& out) {
     }
     RequireSameKind();
     const std::int64_t stamp = mFrame->best_effort_timestamp;
-    const double tick = av_q2d(mStream.time_base);
+    const double tick = av_q2d(mStream->time_base);
     const auto place =
         mClock.Next(stamp != AV_NOPTS_VALUE ? std::optional(static_cast<double>(stamp) * tick) : std::nullopt, tick,
                     mFrame->nb_samples);

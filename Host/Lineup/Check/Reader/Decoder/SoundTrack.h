@@ -37,7 +37,7 @@ private:
     void WriteBlocks(std::int64_t position, const AVFrame& frame, MessageWriter& out) const;
     [[nodiscard]] std::int64_t AtRate(std::int64_t position) const;
 
-    const AVStream& mStream;
+    const AVStream* mStream;
     std::uint32_t mIndex;
     std::uint32_t mRate;
     std::uint32_t mOwnRate;

@@ -12,7 +12,17 @@ inline namespace parts {
 
 namespace {
 
-using namespace decoding;
+using decoding::Begin;
+using decoding::Damage;
+using decoding::End;
+using decoding::EndCause;
+using decoding::Hello;
+using decoding::kMostValues;
+using decoding::MessageHeader;
+using decoding::MessageKind;
+using decoding::Reading;
+using decoding::Samples;
+using decoding::Track;
 
 constexpr std::size_t kBufferBytes = std::size_t{1} << 21;
 constexpr std::size_t kLongestBody = sizeof(Samples) + kMostValues * sizeof(float);
@@ -26,7 +36,7 @@ void Require(bool isRight, const char* what) {
 
 template <class Body>
 Body Head(std::span<const std::byte> body) {
-    Body head;
+    Body head{};
     Require(body.size() >= sizeof head, "a message is too short");
     std::memcpy(&head, body.data(), sizeof head);
     return head;
@@ -40,7 +50,7 @@ Body Whole(std::span<const std::byte> body) {
 
 }  // namespace
 
-MessageReader::MessageReader(ByteInput& input) : mInput(input), mBytes(kBufferBytes) {}
+MessageReader::MessageReader(ByteInput& input) : mInput(&input), mBytes(kBufferBytes) {}
 
 // Until there are `bytes` that have not been taken apart; false when the input ends before.
 bool MessageReader::Fetch(std::size_t bytes) {
@@ -50,7 +60,7 @@ bool MessageReader::Fetch(std::size_t bytes) {
         mBegin = 0;
     }
     while (mEnd - mBegin < bytes) {
-        const std::size_t count = mInput.Read(std::span(mBytes).subspan(mEnd));
+        const std::size_t count = mInput->Read(std::span(mBytes).subspan(mEnd));
         if (count == 0) {
             return false;
         }
@@ -81,7 +91,7 @@ DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte>
     switch (kind) {
         case MessageKind::kHello: {
             const auto hello = Whole<Hello>(body);
-            Require(hello.version == kProtocolVersion, "it is of another version");
+            Require(hello.version == decoding::kProtocolVersion, "it is of another version");
             mStage = Stage::kNaming;
             return hello;
         }
@@ -108,13 +118,14 @@ DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte>
 
 DecoderMessage MessageReader::ParseTrack(std::span<const std::byte> body) {
     const auto track = Whole<Track>(body);
-    Require(mStage == Stage::kNaming && track.index == mTracks.size() && track.index < kMostTracks,
+    Require(mStage == Stage::kNaming && track.index == mTracks.size() && track.index < decoding::kMostTracks,
             "tracks are named once, in their order");
-    Require(track.channels >= 1 && track.channels <= kMostChannels - mChannels, "a track has no possible channels");
-    const auto isRate = [](std::uint32_t rate) { return rate >= 1 && rate <= kHighestRate; };
+    Require(track.channels >= 1 && track.channels <= decoding::kMostChannels - mChannels,
+            "a track has no possible channels");
+    const auto isRate = [](std::uint32_t rate) { return rate >= 1 && rate <= decoding::kHighestRate; };
     Require(isRate(track.sampleRate) && isRate(track.recordedRate), "a track has no possible sample rate");
     Require(mTracks.empty() || track.sampleRate == mTracks.front().sampleRate, "tracks come at different sample rates");
-    Require(track.bits <= 64 && track.flags <= kLossless, "a track is of no possible kind");
+    Require(track.bits <= 64 && track.flags <= decoding::kLossless, "a track is of no possible kind");
     mChannels += track.channels;
     mTracks.push_back(track);
     mEnds.push_back(0);
@@ -139,8 +150,8 @@ DecoderMessage MessageReader::ParseSamples(std::span<const std::byte> body) {
     Require(values <= kMostValues && body.size() == sizeof head + values * sizeof(float),
             "a block of samples has another size than it says");
     std::int64_t& end = mEnds[head.track];
-    const double farthest = end == 0 ? kLatestStartSeconds : kLongestGapSeconds;
-    Require(head.position >= end && head.position < kLastPosition &&
+    const double farthest = end == 0 ? decoding::kLatestStartSeconds : decoding::kLongestGapSeconds;
+    Require(head.position >= end && head.position < decoding::kLastPosition &&
                 static_cast<double>(head.position - end) <= farthest * track.sampleRate,
             "samples are at no possible place");
     end = head.position + head.count;
@@ -151,9 +162,9 @@ DecoderMessage MessageReader::ParseSamples(std::span<const std::byte> body) {
 DecoderMessage MessageReader::ParseDamage(std::span<const std::byte> body) const {
     const auto damage = Whole<Damage>(body);
     Require(mStage == Stage::kRunning && damage.track < mTracks.size(), "damage is of no track");
-    Require(
-        damage.position >= 0 && damage.position < kLastPosition && damage.count >= 0 && damage.count < kLastPosition,
-        "damage is at no possible place");
+    Require(damage.position >= 0 && damage.position < decoding::kLastPosition && damage.count >= 0 &&
+                damage.count < decoding::kLastPosition,
+            "damage is at no possible place");
     return damage;
 }
 

@@ -68,7 +68,7 @@ private:
 
     enum class Stage : std::uint8_t { kStart, kNaming, kRunning, kEnded };
 
-    ByteInput& mInput;
+    ByteInput* mInput;
     std::vector<std::byte> mBytes;
     std::size_t mBegin = 0;  // of what has not been taken apart
     std::size_t mEnd = 0;

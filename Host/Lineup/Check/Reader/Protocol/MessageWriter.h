@@ -9,10 +9,10 @@
 namespace lineup::decoding {
 
 /// The field that holds `text`, cut to what fits.
-template <std::size_t Size>
-[[nodiscard]] TextField<Size> ToField(std::string_view text) {
-    TextField<Size> field{};
-    text.copy(field.data(), Size - 1);
+template <std::size_t kSize>
+[[nodiscard]] TextField<kSize> ToField(std::string_view text) {
+    TextField<kSize> field{};
+    text.copy(field.data(), kSize - 1);
     return field;
 }
 

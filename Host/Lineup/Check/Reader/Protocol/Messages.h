@@ -36,8 +36,8 @@ struct MessageHeader {
 };
 
 /// Text, zeros after it. What lies outside of printable ASCII arrives as '?'.
-template <std::size_t Size>
-using TextField = std::array<char, Size>;
+template <std::size_t kSize>
+using TextField = std::array<char, kSize>;
 
 /// Rights that the decoding program has given up, as bits of Hello::givenUp.
 enum GivenUp : std::uint32_t {

@@ -1,5 +1,4 @@
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
-#include "Host/Lineup/Check/Reader/Decoder/Confinement/Sanitized.h"
 
 #include <cstdio>
 #include <sys/resource.h>
@@ -45,7 +44,7 @@ bool LimitMemory() {
 }  // namespace
 
 bool LimitResources(InputKind kind) {
-    const bool isMemoryLimited = !kIsSanitized && LimitMemory();  // first: it opens a file
+    const bool isMemoryLimited = LimitMemory();  // first: it opens a file
     Limit(RLIMIT_CORE, 0);
     Limit(RLIMIT_FSIZE, 0);
     Limit(RLIMIT_MSGQUEUE, 0);

@@ -1,6 +1,5 @@
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/FilterProgram.h"
-#include "Host/Lineup/Check/Reader/Decoder/Confinement/Sanitized.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -128,9 +127,6 @@ void AllowConditionally(FilterProgram& filter) {
 }  // namespace
 
 bool GiveUpSystemCalls(InputKind kind) {
-    if (kIsSanitized) {
-        return false;
-    }
     FilterProgram filter;
     for (const long call : kForDecoding) {
         filter.Allow(call);

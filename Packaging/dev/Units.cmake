@@ -3,7 +3,7 @@
 # tree lies, and a compiler cache knows it again.
 
 # make_units(TARGET FOLDER): units of at most LINEUP_UNIT_SOURCES sources instead of the target's sources. A source
-# with definitions or options of its own stays alone.
+# with definitions or options of its own, or with the property COMPILED_ALONE, stays alone.
 function(make_units target folder)
     get_target_property(sources ${target} SOURCES)
     set(joined)
@@ -11,8 +11,9 @@ function(make_units target folder)
         cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${folder})
         get_source_file_property(definitions ${source} TARGET_DIRECTORY ${target} COMPILE_DEFINITIONS)
         get_source_file_property(options ${source} TARGET_DIRECTORY ${target} COMPILE_OPTIONS)
+        get_source_file_property(alone ${source} TARGET_DIRECTORY ${target} COMPILED_ALONE)
         cmake_path(IS_PREFIX PROJECT_BINARY_DIR ${source} made)
-        if(source MATCHES "^/.*\\.cpp$" AND NOT (definitions OR options OR made))
+        if(source MATCHES "^/.*\\.cpp$" AND NOT (definitions OR options OR alone OR made))
             list(APPEND joined ${source})
         endif()
     endforeach()

@@ -27,7 +27,7 @@ namespace {
 using lineup::CheckReport;
 using lineup::CheckVerdict;
 
-constexpr const char* kHelp =
+constexpr const char* kCheckHelp =
     "A recording is a file, - for standard input, or a URL (srt://, udp://, rtp://, http:// ...). All its sound "
     "tracks\n"
     "count, in their order: six mono tracks are six inputs. It is decoded by a process that can reach no file, and for "
@@ -145,7 +145,7 @@ void AddCheckCommand(CLI::App& app) {
         ->type_name("FILE");
     command->add_flag("-q,--quiet", options->quiet, "Say nothing unless something is wrong");
     AddPluginOption(*command, options->check.common);
-    command->footer(kHelp + ToleranceHelp() + kExitHelp);
+    command->footer(kCheckHelp + ToleranceHelp() + kExitHelp);
     command->callback([options] { RunCheck(*options); });
 }
 

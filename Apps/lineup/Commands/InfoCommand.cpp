@@ -49,7 +49,7 @@ auto Answer(Ask ask) -> std::optional<decltype(ask())> {
 
 using Rows = std::vector<std::pair<const char*, std::string>>;
 
-std::string ListText(const std::vector<std::string>& texts) {
+std::string CommaList(const std::vector<std::string>& texts) {
     return texts.empty() ? "none listed" : fmt::format("{}", fmt::join(texts, ", "));
 }
 
@@ -61,8 +61,8 @@ void TellPlugin(Rows& rows, nlohmann::ordered_json& json, const lineup::Importer
     const auto settingsBytes = Answer([&] { return importer.SettingsSize(); });
     rows = {{"Plug-in", fmt::format("{} {}", bundle.Identifier(), bundle.Version())},
             {"Bundle", BundlePath(importer)},
-            {"File types", ListText(fileTypes)},
-            {"Pixel formats", ListText(pixelFormats)}};
+            {"File types", CommaList(fileTypes)},
+            {"Pixel formats", CommaList(pixelFormats)}};
     json["plugin"] = {
         {"bundle", BundlePath(importer)}, {"identifier", bundle.Identifier()}, {"version", bundle.Version()},
         {"fileTypes", fileTypes},         {"pixelFormats", pixelFormats},      {"settingsBytes", nullptr},

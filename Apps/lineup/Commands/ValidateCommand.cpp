@@ -27,7 +27,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr double kLongestTimeoutSeconds = 86400;
 
-constexpr const char* kHelp =
+constexpr const char* kValidateHelp =
     "Each check runs in a process of its own, so that a bundle that crashes or hangs is one finding and no more.\n"
     "Outcomes: passed, warning, failed, skipped, crashed, timed out.\n"
     "Every bundle promises the interface. A bundle that says it is Bars and Tone, by its identifier or its file type,\n"
@@ -220,7 +220,7 @@ void AddValidateCommand(CLI::App& app) {
     command->add_flag("--json", options->json, "Print JSON instead of a table");
     command->add_flag("--in-process", options->inProcess, "Run the checks in this process, for a debugger");
     command->add_option("--run-check", options->runCheck)->group("");  // the process of one check
-    command->footer(kHelp);
+    command->footer(kValidateHelp);
     command->callback([options] { RunValidate(*options); });
 }
 

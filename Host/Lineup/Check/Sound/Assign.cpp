@@ -10,9 +10,9 @@ namespace {
 
 using Complex = std::complex<double>;
 
-constexpr double kNoTone = 0.01;    // of the loudest input's gain
-constexpr double kSounds = 1e-6;    // full scale
-constexpr double kFullLevel = 0.9;  // of the reference's level
+constexpr double kNoTone = 0.01;        // of the loudest input's gain
+constexpr double kAssignSounds = 1e-6;  // full scale
+constexpr double kFullLevel = 0.9;      // of the reference's level
 constexpr double kClearlyMoreLike = 0.004;
 
 // Calls visit(tone, cell) for each tone of each slot that was seen at `input`.
@@ -34,7 +34,7 @@ std::size_t OwnerOf(const RefTone& tone) {
     std::size_t owner = tone.gain.size();
     int owners = 0;
     for (std::size_t channel = 0; channel < tone.gain.size(); ++channel) {
-        if (tone.Amplitude(channel) > kSounds) {
+        if (tone.Amplitude(channel) > kAssignSounds) {
             owner = channel;
             ++owners;
         }
@@ -62,7 +62,7 @@ double GainOf(const Cells& cells, const Reference& reference, std::size_t input,
     std::array<double, 4> sent{};
     ForEachCell(cells, reference, input, [&](const RefTone& tone, const Cell& cell) {
         const double amplitude = tone.Amplitude(channel);
-        if (amplitude > kSounds) {
+        if (amplitude > kAssignSounds) {
             const bool full = amplitude >= kFullLevel * reference.Level();
             const std::size_t kind = (full ? 0U : 2U) + (OwnerOf(tone) == channel ? 0U : 1U);
             found[kind] += cell.amplitudes;
@@ -135,7 +135,7 @@ std::vector<Complex> PartsOf(const Cells& cells, const Reference& reference, std
         for (std::size_t channel = 0; channel < channels; ++channel) {
             if (alone[channel]) {
                 rest -= cell.blocks * parts[channel] * tone.gain[channel];
-            } else if (tone.Amplitude(channel) > kSounds) {
+            } else if (tone.Amplitude(channel) > kAssignSounds) {
                 unknown.push_back(channel);
             }
         }

@@ -9,13 +9,13 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr std::size_t kLanes = 8;
+constexpr std::size_t kBlockFitLanes = 8;
 
 double Product(std::span<const float> a, std::span<const float> b) {
-    std::array<float, kLanes> sums{};
-    const std::size_t whole = a.size() / kLanes * kLanes;
-    for (std::size_t n = 0; n < whole; n += kLanes) {
-        for (std::size_t i = 0; i < kLanes; ++i) {
+    std::array<float, kBlockFitLanes> sums{};
+    const std::size_t whole = a.size() / kBlockFitLanes * kBlockFitLanes;
+    for (std::size_t n = 0; n < whole; n += kBlockFitLanes) {
+        for (std::size_t i = 0; i < kBlockFitLanes; ++i) {
             sums[i] += a[n + i] * b[n + i];
         }
     }

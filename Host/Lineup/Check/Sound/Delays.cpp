@@ -2,19 +2,18 @@
 
 #include "Host/Lineup/Check/Sound/Edges.h"
 #include "Host/Lineup/Check/Sound/PhaseLine.h"
+#include "Host/Lineup/Check/Sound/Turn.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace lineup::sound {
 
 namespace {
 
-constexpr double kTurn = 2 * std::numbers::pi;
-constexpr double kSounds = 1e-6;    // full scale
-constexpr double kReach = 0.08;     // s on both sides of an edge
-constexpr double kWorstFit = 0.35;  // of the weight: 1 - cos of what a phase is off
+constexpr double kDelaysSounds = 1e-6;  // full scale
+constexpr double kReach = 0.08;         // s on both sides of an edge
+constexpr double kWorstFit = 0.35;      // of the weight: 1 - cos of what a phase is off
 constexpr double kClearlyBetter = 0.1;
 constexpr double kFloatingWeight = 1e-3;
 
@@ -26,7 +25,7 @@ const RefSlot& Beside(const Reference& reference, std::size_t slot, bool after) 
 
 bool Sounds(const RefSlot& slot, double frequency, std::size_t channel) {
     return std::ranges::any_of(slot.tones, [&](const RefTone& tone) {
-        return tone.frequency == frequency && tone.Amplitude(channel) > kSounds;
+        return tone.frequency == frequency && tone.Amplitude(channel) > kDelaysSounds;
     });
 }
 
@@ -46,7 +45,7 @@ std::vector<PhasePoint> PhasePoints(const Cells& cells, const Reference& referen
         for (std::size_t m = 0; m < tones.size(); ++m) {
             const Cell& cell = cells.At(slot, m, input);
             const double sent = tones[m].Amplitude(channel);
-            if (tones[m].floating || sent <= kSounds || !cell.Seen() || cell.Amplitude() < 0.02 * sent) {
+            if (tones[m].floating || sent <= kDelaysSounds || !cell.Seen() || cell.Amplitude() < 0.02 * sent) {
                 continue;
             }
             const double weight = cell.blocks * sent * cell.Amplitude();
@@ -102,7 +101,7 @@ std::vector<Vote> EdgeDelays(const History& history, const Reference& reference,
     for (std::size_t m = 0; m < slot.tones.size(); ++m) {
         const RefTone& tone = slot.tones[m];
         const auto line = FitPhaseLine(sound.inputs[input].gains[m], sound.inputs[input].there, sound.step);
-        if (tone.Amplitude(channel) <= kSounds || !line || line->amplitude < 0.02 * tone.Amplitude(channel)) {
+        if (tone.Amplitude(channel) <= kDelaysSounds || !line || line->amplitude < 0.02 * tone.Amplitude(channel)) {
             continue;
         }
         const double frequency = tone.frequency * placing.pitch;

@@ -1,14 +1,14 @@
 #include "Host/Lineup/Check/Sound/Edges.h"
 
+#include "Host/Lineup/Check/Sound/Turn.h"
+
 #include <cmath>
-#include <numbers>
 #include <span>
 
 namespace lineup::sound {
 
 namespace {
 
-constexpr double kTurn = 2 * std::numbers::pi;
 constexpr double kMostOfReach = 0.85;
 
 // The sum over samples of x * sine * 2 / amplitude, in samples.

@@ -16,8 +16,8 @@ namespace {
 
 constexpr double kSlowest = 0.85;
 constexpr double kFastest = 1.18;
-constexpr double kSamePitch = 0.007;  // relative
-constexpr double kLowTone = 200;      // Hz: below it a pitch is known to some hertz at best, and others' differ
+constexpr double kFindSamePitch = 0.007;  // relative
+constexpr double kLowTone = 200;          // Hz: below it a pitch is known to some hertz at best, and others' differ
 constexpr double kLowToneReach = 0.09;
 constexpr double kSameLength = 0.03;   // s
 constexpr double kSamePlace = 0.04;    // s
@@ -33,7 +33,7 @@ struct Pair {
 };
 
 bool PitchFits(double found, double sent, double pitch) {
-    const double reach = sent < kLowTone ? kLowToneReach : kSamePitch;
+    const double reach = sent < kLowTone ? kLowToneReach : kFindSamePitch;
     return std::abs(found / (sent * pitch) - 1) < reach;
 }
 

@@ -2,20 +2,19 @@
 
 #include "Host/Lineup/Check/Sound/Presence.h"
 #include "Host/Lineup/Check/Sound/Tune.h"
+#include "Host/Lineup/Check/Sound/Turn.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace lineup::sound {
 
 namespace {
 
-constexpr double kTurn = 2 * std::numbers::pi;
-constexpr double kPatience = 4;    // s without any tone that is due, after which a line-up has ended
-constexpr double kBehind = 0.2;    // s that must have been heard after a slot
-constexpr double kOwnTone = 0.03;  // of the reference's level
-constexpr double kGuard = 0.035;   // s
+constexpr double kPatience = 4;           // s without any tone that is due, after which a line-up has ended
+constexpr double kBehind = 0.2;           // s that must have been heard after a slot
+constexpr double kOwnTone = 0.03;         // of the reference's level
+constexpr double kFollowerGuard = 0.035;  // s
 
 double MedianOfThere(const InputSlot& input) {
     std::vector<double> residuals;
@@ -107,10 +106,11 @@ void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     const InputSlot& slot = sound.inputs[input];
     const double hopSeconds = mHistory->grid.HopSeconds();
     const auto& hops = mHistory->hops[input];
-    const auto first = std::max(
-        hops.First(), static_cast<std::int64_t>(std::ceil((sound.start + kGuard + mDelays[input]) / hopSeconds)));
-    const auto end =
-        std::min(hops.End(), static_cast<std::int64_t>(std::floor((sound.end - kGuard + mDelays[input]) / hopSeconds)));
+    const auto first =
+        std::max(hops.First(),
+                 static_cast<std::int64_t>(std::ceil((sound.start + kFollowerGuard + mDelays[input]) / hopSeconds)));
+    const auto end = std::min(
+        hops.End(), static_cast<std::int64_t>(std::floor((sound.end - kFollowerGuard + mDelays[input]) / hopSeconds)));
     std::vector<double> high;
     for (std::int64_t hop = first; hop < end; ++hop) {
         high.push_back(static_cast<double>(hops[hop].high));

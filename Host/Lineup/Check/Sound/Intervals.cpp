@@ -7,10 +7,10 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kLongestGap = 1.6;   // s
-constexpr double kSameLevel = 1.26;   // a gap's neighbours are as loud as each other, within 2 dB
-constexpr double kSamePitch = 0.004;  // relative
-constexpr double kSamePitchHz = 1.5;
+constexpr double kLongestGap = 1.6;            // s
+constexpr double kSameLevel = 1.26;            // a gap's neighbours are as loud as each other, within 2 dB
+constexpr double kIntervalsSamePitch = 0.004;  // relative
+constexpr double kIntervalsSamePitchHz = 1.5;
 
 void AddOnce(std::vector<Interval>& intervals, const Interval& interval) {
     const bool known = std::ranges::any_of(intervals, [&](const Interval& other) {
@@ -23,7 +23,7 @@ void AddOnce(std::vector<Interval>& intervals, const Interval& interval) {
 }
 
 bool SameTone(const ToneRun& a, const ToneRun& b) {
-    const double reach = std::max(kSamePitchHz, kSamePitch * a.frequency);
+    const double reach = std::max(kIntervalsSamePitchHz, kIntervalsSamePitch * a.frequency);
     return a.input == b.input && std::abs(a.frequency - b.frequency) < reach &&
            a.amplitude < b.amplitude * kSameLevel && b.amplitude < a.amplitude * kSameLevel;
 }

@@ -4,10 +4,10 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kHistorySeconds = 20;  // more than a cycle and a bit of the longest sequence, played slowly
-constexpr double kSearchSeconds = 0.5;  // between searches
-constexpr double kWholeCycle = 1.03;    // what must have been heard since the first sight of a sequence
-constexpr double kShortest = 6.5;       // s
+constexpr double kHistorySeconds = 20;     // more than a cycle and a bit of the longest sequence, played slowly
+constexpr double kSearchSeconds = 0.5;     // between searches
+constexpr double kWholeCycle = 1.03;       // what must have been heard since the first sight of a sequence
+constexpr double kListenerShortest = 6.5;  // s
 
 }  // namespace
 
@@ -52,7 +52,7 @@ void Listener::Search(bool last) {
     }
     const double cycle = sighting->reference->cycle / sighting->placing.tempo;
     const double heard = mRuns.Reached() - sighting->first;
-    if (!last && heard < std::max(kWholeCycle * cycle, kShortest)) {
+    if (!last && heard < std::max(kWholeCycle * cycle, kListenerShortest)) {
         return;
     }
     if (const auto survey = MakeSurvey(mHistory, *sighting)) {

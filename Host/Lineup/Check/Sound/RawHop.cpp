@@ -8,13 +8,13 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr std::size_t kLanes = 8;
+constexpr std::size_t kRawHopLanes = 8;
 constexpr float kBeyond = 16;      // times full scale: no recording of a line-up holds more
 constexpr float kUnit = 8388608;   // 2^23: a 24-bit sample is a whole number of these
 constexpr float kNearTop = 2e-3F;  // of the swing
 
-using Floats = std::array<float, kLanes>;
-using Words = std::array<std::uint32_t, kLanes>;
+using Floats = std::array<float, kRawHopLanes>;
+using Words = std::array<std::uint32_t, kRawHopLanes>;
 
 struct Lanes {
     Floats least;
@@ -25,7 +25,7 @@ struct Lanes {
 
 // One sample into each lane: no lane knows of another, so that they are worked out together.
 void Take(float* samples, Lanes& lanes) {
-    for (std::size_t i = 0; i < kLanes; ++i) {
+    for (std::size_t i = 0; i < kRawHopLanes; ++i) {
         const float x = std::abs(samples[i]) <= kBeyond ? samples[i] : 0.0F;
         samples[i] = x;
         lanes.least[i] = x < lanes.least[i] ? x : lanes.least[i];
@@ -47,8 +47,8 @@ HopFeatures ExamineHop(std::span<float> samples) {
     Lanes lanes;
     lanes.least.fill(kBeyond);
     lanes.most.fill(-kBeyond);
-    const std::size_t whole = samples.size() / kLanes * kLanes;
-    for (std::size_t n = 0; n < whole; n += kLanes) {
+    const std::size_t whole = samples.size() / kRawHopLanes * kRawHopLanes;
+    for (std::size_t n = 0; n < whole; n += kRawHopLanes) {
         Take(samples.data() + n, lanes);
     }
     if (whole < samples.size()) {
@@ -62,7 +62,7 @@ HopFeatures ExamineHop(std::span<float> samples) {
     hop.least = *std::ranges::min_element(lanes.least);
     hop.most = *std::ranges::max_element(lanes.most);
     std::uint32_t finer = 0;
-    for (std::size_t i = 0; i < kLanes; ++i) {
+    for (std::size_t i = 0; i < kRawHopLanes; ++i) {
         hop.bits |= lanes.bits[i];
         finer |= lanes.finer[i];
     }

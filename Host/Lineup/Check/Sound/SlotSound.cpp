@@ -1,18 +1,18 @@
 #include "Host/Lineup/Check/Sound/SlotSound.h"
 
+#include "Host/Lineup/Check/Sound/Turn.h"
+
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace lineup::sound {
 
 namespace {
 
-constexpr double kGuard = 0.035;           // s at either end: echoes of a codec, channels that are late
+constexpr double kSlotSoundGuard = 0.035;  // s at either end: echoes of a codec, channels that are late
 constexpr double kShortestBlock = 0.02;    // s
 constexpr double kPeriodsInBlock = 4;      // of the lowest tone
 constexpr std::int64_t kFilterStart = 64;  // narrow samples: before them the filters have heard of nothing
-constexpr double kTurn = 2 * std::numbers::pi;
 
 }  // namespace
 
@@ -64,7 +64,7 @@ SlotSound SlotMeter::Measure(const SlotNumber& number) {
     SlotSound sound{number, StartOf(number), EndOf(number), 0, {}};
     const auto length = static_cast<double>(FitFor(number.slot).Length());
     sound.step = length / mHistory->grid.NarrowRate();
-    const double inside = sound.end - sound.start - 2 * kGuard;
+    const double inside = sound.end - sound.start - 2 * kSlotSoundGuard;
     const auto blocks = inside < sound.step ? 0 : static_cast<std::size_t>(inside / sound.step);
     sound.inputs.resize(mHistory->Inputs());
     for (std::size_t input = 0; input < sound.inputs.size(); ++input) {

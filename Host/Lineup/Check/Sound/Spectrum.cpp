@@ -9,8 +9,8 @@ namespace lineup::sound {
 namespace {
 
 constexpr std::size_t kBits = 9;
-constexpr double kLeastAmplitude = 3e-5;  // full scale: -90 dBFS
-constexpr double kLeastShare = 0.02;      // of the strongest line's amplitude
+constexpr double kSpectrumLeastAmplitude = 3e-5;  // full scale: -90 dBFS
+constexpr double kLeastShare = 0.02;              // of the strongest line's amplitude
 
 static_assert(Spectrum::kLength == std::size_t{1} << kBits);
 
@@ -105,7 +105,7 @@ void Spectrum::PickPeaks(std::vector<SpectralPeak>& peaks) const {
     constexpr double kWindowGain = static_cast<double>(kLength) / 4;  // of the Hann window, for a sine's amplitude
     peaks.clear();
     const auto strongest = static_cast<double>(*std::ranges::max_element(mPower));
-    const double least = kLeastAmplitude * kWindowGain;
+    const double least = kSpectrumLeastAmplitude * kWindowGain;
     const double floor = std::max(strongest * kLeastShare * kLeastShare, least * least);
     for (std::size_t k = 2; k + 1 < mPower.size(); ++k) {
         const bool isTop = mPower[k] >= mPower[k - 1] && mPower[k] > mPower[k + 1];

@@ -10,13 +10,13 @@ namespace {
 
 constexpr auto kHalfWindow = static_cast<std::int64_t>(Spectrum::kLength / 2);
 constexpr int kHopsPerSpectrum = 2;
-constexpr double kSamePitch = 0.012;  // relative
-constexpr double kSamePitchHz = 8;    // what low tones move within so short a window
-constexpr std::size_t kShortest = 4;  // spectra
+constexpr double kToneRunsSamePitch = 0.012;  // relative
+constexpr double kToneRunsSamePitchHz = 8;    // what low tones move within so short a window
+constexpr std::size_t kToneRunsShortest = 4;  // spectra
 constexpr std::size_t kMostEnded = 4000;
 
 bool SamePitch(double a, double b) {
-    return std::abs(a - b) <= std::max(kSamePitchHz, kSamePitch * b);
+    return std::abs(a - b) <= std::max(kToneRunsSamePitchHz, kToneRunsSamePitch * b);
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ void ToneRuns::CloseEnded() {
         }
     }
     for (const ToneTrack& track : ended) {
-        if (track.Count() >= kShortest) {
+        if (track.Count() >= kToneRunsShortest) {
             mEnded.push_back(track.Run(false));
         }
     }
@@ -88,7 +88,7 @@ void ToneRuns::Forget(double before) {
 std::vector<ToneRun> ToneRuns::Runs() const {
     std::vector<ToneRun> runs(mEnded.begin(), mEnded.end());
     for (const ToneTrack& track : mTracks) {
-        if (track.Count() >= kShortest) {
+        if (track.Count() >= kToneRunsShortest) {
             runs.push_back(track.Run(true));
         }
     }

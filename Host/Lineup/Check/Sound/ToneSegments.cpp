@@ -11,9 +11,9 @@ namespace {
 using Complex = std::complex<double>;
 
 constexpr std::size_t kBlock = kShortestTone / 4;
-constexpr double kQuiet = 1e-6;      // full scale: below it there is no tone
-constexpr double kSamePitch = 1e-3;  // relative, of neighbouring blocks
-constexpr double kOnTheSine = 2e-3;  // of the amplitude
+constexpr double kQuiet = 1e-6;                  // full scale: below it there is no tone
+constexpr double kToneSegmentsSamePitch = 1e-3;  // relative, of neighbouring blocks
+constexpr double kOnTheSine = 2e-3;              // of the amplitude
 
 // Least squares of a * sin + b * cos over the samples, with phase counted from sample 0 of the whole.
 Complex FitGain(std::span<const float> samples, std::size_t first, std::size_t end, double omega) {
@@ -119,7 +119,7 @@ std::vector<ToneSegment> FindToneSegments(std::span<const float> samples) {
         std::size_t end = at + kBlock;
         const auto goesOn = [&](std::size_t from) {
             const auto next = OmegaOf(samples.subspan(from, kBlock));
-            return next && std::abs(*next / *omega - 1) < kSamePitch;
+            return next && std::abs(*next / *omega - 1) < kToneSegmentsSamePitch;
         };
         while (omega && end + kBlock <= samples.size() && goesOn(end)) {
             end += kBlock;

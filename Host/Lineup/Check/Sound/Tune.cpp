@@ -9,8 +9,8 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kLeastAmplitude = 1e-3;  // of the loudest input's: what is left of others' tones says nothing
-constexpr double kMostScatter = 0.8;      // radians
+constexpr double kTuneLeastAmplitude = 1e-3;  // of the loudest input's: what is left of others' tones says nothing
+constexpr double kMostScatter = 0.8;          // radians
 constexpr int kRounds = 4;
 constexpr double kGoodEnough = 1e-10;
 
@@ -28,7 +28,7 @@ std::vector<Vote> PitchVotes(const SlotSound& sound, const Reference& reference,
         }
         const double omega = 2 * std::numbers::pi * tones[m].frequency * pitch;
         for (const auto& line : lines) {
-            if (line && line->amplitude > 0.1 * loudest && line->amplitude > kLeastAmplitude * reference.Level() &&
+            if (line && line->amplitude > 0.1 * loudest && line->amplitude > kTuneLeastAmplitude * reference.Level() &&
                 line->scatter < kMostScatter) {
                 // A line is known by the cube of its length, and a pitch by what it makes of the phase.
                 const double weight = std::pow(line->seconds * omega, 2) * line->seconds * line->amplitude *

@@ -17,7 +17,7 @@ constexpr std::string_view kSideLayout = "5.1(side)";
 // channels is the same.
 constexpr std::string_view kBackLayout = "5.1";
 
-constexpr std::array<AudioEncoding, 7> kEncodings = {{
+constexpr std::array<AudioEncoding, 7> kAudioEncodings = {{
     {.codec = {.name = "pcm-s24", .description = "uncompressed, 24 bits"},
      .encoder = "pcm_s24le",
      .surroundLayout = kSideLayout,
@@ -56,29 +56,29 @@ constexpr std::array<AudioEncoding, 7> kEncodings = {{
 }};
 
 // What people choose from.
-constexpr auto kOffered = [] {
-    std::array<AudioCodec, kEncodings.size()> codecs;
-    std::ranges::transform(kEncodings, codecs.begin(), &AudioEncoding::codec);
+constexpr auto kOfferedAudio = [] {
+    std::array<AudioCodec, kAudioEncodings.size()> codecs;
+    std::ranges::transform(kAudioEncodings, codecs.begin(), &AudioEncoding::codec);
     return codecs;
 }();
 
 }  // namespace
 
 std::span<const AudioCodec> AudioCodecs() {
-    return kOffered;
+    return kOfferedAudio;
 }
 
 const AudioCodec* FindAudioCodec(std::string_view name) {
-    const auto* const found = std::ranges::find(kOffered, name, &AudioCodec::name);
-    return found == kOffered.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOfferedAudio, name, &AudioCodec::name);
+    return found == kOfferedAudio.end() ? nullptr : found;
 }
 
 inline namespace parts {
 
 const AudioEncoding* FindAudioEncoding(std::string_view name) {
     const auto* const found =
-        std::ranges::find(kEncodings, name, [](const AudioEncoding& row) { return row.codec.name; });
-    return found == kEncodings.end() ? nullptr : found;
+        std::ranges::find(kAudioEncodings, name, [](const AudioEncoding& row) { return row.codec.name; });
+    return found == kAudioEncodings.end() ? nullptr : found;
 }
 
 }  // namespace parts

@@ -76,7 +76,7 @@ constexpr std::array<Container, 6> kContainers = {{
 }};
 
 // What people choose from.
-constexpr auto kOffered = [] {
+constexpr auto kOfferedFiles = [] {
     std::array<FileFormat, kContainers.size()> formats;
     std::ranges::transform(kContainers, formats.begin(), &Container::format);
     return formats;
@@ -93,12 +93,12 @@ std::string ExtensionOf(const std::filesystem::path& target) {
 }  // namespace
 
 std::span<const FileFormat> FileFormats() {
-    return kOffered;
+    return kOfferedFiles;
 }
 
 const FileFormat* FindFileFormat(const std::filesystem::path& target) {
-    const auto* const found = std::ranges::find(kOffered, ExtensionOf(target), &FileFormat::extension);
-    return found == kOffered.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOfferedFiles, ExtensionOf(target), &FileFormat::extension);
+    return found == kOfferedFiles.end() ? nullptr : found;
 }
 
 inline namespace parts {

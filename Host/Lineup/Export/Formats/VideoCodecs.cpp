@@ -71,7 +71,7 @@ constexpr std::array<CodecOption, 6> kH264 = {{
     {"threads", "2"},
 }};
 
-constexpr std::array<VideoEncoding, 11> kEncodings = {{
+constexpr std::array<VideoEncoding, 11> kVideoEncodings = {{
     {.codec = {.name = "prores-hq", .description = "ProRes 422 HQ, 10 bits"},
      .encoder = "prores_ks",
      .pixelFormat = "yuv422p10le",
@@ -147,29 +147,29 @@ constexpr std::array<VideoEncoding, 11> kEncodings = {{
 }};
 
 // What people choose from.
-constexpr auto kOffered = [] {
-    std::array<VideoCodec, kEncodings.size()> codecs;
-    std::ranges::transform(kEncodings, codecs.begin(), &VideoEncoding::codec);
+constexpr auto kOfferedVideo = [] {
+    std::array<VideoCodec, kVideoEncodings.size()> codecs;
+    std::ranges::transform(kVideoEncodings, codecs.begin(), &VideoEncoding::codec);
     return codecs;
 }();
 
 }  // namespace
 
 std::span<const VideoCodec> VideoCodecs() {
-    return kOffered;
+    return kOfferedVideo;
 }
 
 const VideoCodec* FindVideoCodec(std::string_view name) {
-    const auto* const found = std::ranges::find(kOffered, name, &VideoCodec::name);
-    return found == kOffered.end() ? nullptr : found;
+    const auto* const found = std::ranges::find(kOfferedVideo, name, &VideoCodec::name);
+    return found == kOfferedVideo.end() ? nullptr : found;
 }
 
 inline namespace parts {
 
 const VideoEncoding* FindVideoEncoding(std::string_view name) {
     const auto* const found =
-        std::ranges::find(kEncodings, name, [](const VideoEncoding& row) { return row.codec.name; });
-    return found == kEncodings.end() ? nullptr : found;
+        std::ranges::find(kVideoEncodings, name, [](const VideoEncoding& row) { return row.codec.name; });
+    return found == kVideoEncodings.end() ? nullptr : found;
 }
 
 }  // namespace parts

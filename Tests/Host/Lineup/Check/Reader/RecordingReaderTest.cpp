@@ -27,11 +27,11 @@ std::unique_ptr<RecordingReader> Reader(const Words& words, const std::string& e
                                              [ending] { return ending; });
 }
 
-Words Started() {
+Words AfterTheStart() {
     return Words().Hello().Track(0).Begin(1);
 }
 
-std::vector<float> ReadAll(RecordingReader& reader, std::size_t most = 2) {
+std::vector<float> ReadToTheEnd(RecordingReader& reader, std::size_t most = 2) {
     std::vector<float> all;
     std::vector<float> block(most);
     const std::array<float*, 1> inputs = {block.data()};
@@ -42,7 +42,7 @@ std::vector<float> ReadAll(RecordingReader& reader, std::size_t most = 2) {
 }
 
 TEST(RecordingReader, HandsOutWholeBlocksUpToTheEnd) {
-    const auto reader = Reader(Started().Samples(0, 0, {1}).Samples(0, 1, {2}).Samples(0, 2, {3}).End());
+    const auto reader = Reader(AfterTheStart().Samples(0, 0, {1}).Samples(0, 1, {2}).Samples(0, 2, {3}).End());
     std::vector<float> block(2);
     const std::array<float*, 1> inputs = {block.data()};
     EXPECT_EQ(reader->Read(inputs, 2), 2U);
@@ -54,15 +54,15 @@ TEST(RecordingReader, HandsOutWholeBlocksUpToTheEnd) {
 }
 
 TEST(RecordingReader, KeepsWhatWasSaidBeforeTheDecoderCrashed) {
-    const auto reader = Reader(Started().Samples(0, 0, kThree), "it crashed (SIGSEGV, Segmentation fault)");
-    EXPECT_THAT(ReadAll(*reader), ElementsAre(1, 2, 3));
+    const auto reader = Reader(AfterTheStart().Samples(0, 0, kThree), "it crashed (SIGSEGV, Segmentation fault)");
+    EXPECT_THAT(ReadToTheEnd(*reader), ElementsAre(1, 2, 3));
     EXPECT_EQ(reader->EndedBecause(), "the decoder ended too early: it crashed (SIGSEGV, Segmentation fault)");
     EXPECT_TRUE(reader->HasBrokenOff());
 }
 
 TEST(RecordingReader, KeepsWhatWasSaidBeforeTheDecoderTalkedNonsense) {
-    const auto reader = Reader(Started().Samples(0, 0, kThree).Hello());
-    EXPECT_THAT(ReadAll(*reader), ElementsAre(1, 2, 3));
+    const auto reader = Reader(AfterTheStart().Samples(0, 0, kThree).Hello());
+    EXPECT_THAT(ReadToTheEnd(*reader), ElementsAre(1, 2, 3));
     EXPECT_THAT(reader->EndedBecause().value_or(""), HasSubstr("the decoder talks nonsense"));
     EXPECT_TRUE(reader->HasBrokenOff());
 }
@@ -74,8 +74,8 @@ TEST(RecordingReader, TellsWhatWentWrongFromARecordingThatIsOver) {
     };
     for (const Row& row : {Row{EndCause::kCutShort, true}, Row{EndCause::kNoMemory, true},
                            Row{EndCause::kStalled, false}, Row{EndCause::kRaggedEnd, false}}) {
-        const auto reader = Reader(Started().Samples(0, 0, kThree).End(row.cause));
-        ReadAll(*reader);
+        const auto reader = Reader(AfterTheStart().Samples(0, 0, kThree).End(row.cause));
+        ReadToTheEnd(*reader);
         EXPECT_EQ(reader->EndedBecause(), "why");
         EXPECT_EQ(reader->HasBrokenOff(), row.isBroken) << static_cast<int>(row.cause);
     }
@@ -110,13 +110,13 @@ TEST(RecordingReader, IsLossyWhereOneTrackIs) {
     lossy.flags = lineup::decoding::kLossy;
     auto unknown = Words::RightTrack(1);
     unknown.flags = 0;
-    EXPECT_EQ(Reader(Started())->Lossy(), false);
+    EXPECT_EQ(Reader(AfterTheStart())->Lossy(), false);
     EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::kTrack, lossy).Begin(2))->Lossy(), true);
     EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::kTrack, unknown).Begin(2))->Lossy(), std::nullopt);
 }
 
 TEST(RecordingReader, SaysWhichRightsTheDecoderHasKept) {
-    EXPECT_THAT(Reader(Started())->Notes(), testing::IsEmpty());
+    EXPECT_THAT(Reader(AfterTheStart())->Notes(), testing::IsEmpty());
     auto hello = Words::RightHello();
     hello.givenUp = lineup::decoding::kMemory;
     const auto notes = Reader(Words().Add(MessageKind::kHello, hello).Track(0).Begin(1))->Notes();

@@ -46,6 +46,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Src/ToneGenerator/",
      {"Src/VectorPrimitives/", "Host/Interface/Core/", "Host/Interface/Media/", "Host/Interface/Platform/"},
      {"boost/"}},
+    {"Src/ToneGenerator/Sine/", {"Src/VectorPrimitives/", "Host/Interface/Core/"}, {"boost/", "immintrin.h"}},
     {"Src/BarsAndToneImporter/", {"Src/", "Host/Interface/"}, {"boost/"}},
     {"Src/ToneSettingsDialog/", {kSettingsRecord, "Host/Interface/"}, {"boost/"}},
     {"Host/Interface/", {}, {}},

@@ -17,11 +17,11 @@ struct LaneSheet {
 
     std::vector<Rectangle> lanes;  ///< the plots, of equal x and width, their edges on whole pixels
 
-    double namesX = 0;         ///< where the channels' names begin
-    double levelsRight = 0;    ///< the right edge of the levels
-    double levelUnitX = 0;     ///< where their unit begins
-    double levelUnitY = 0;     ///< its middle
-    double timesY = 0;         ///< the middle of the times
+    double namesX = 0;       ///< where the channels' names begin
+    double levelsRight = 0;  ///< the right edge of the levels
+    double levelUnitX = 0;   ///< where their unit begins
+    double levelUnitY = 0;   ///< its middle
+    double timesY = 0;       ///< the middle of the times
 
     double nameSize = 0;  ///< of type
     double levelSize = 0;

@@ -77,7 +77,7 @@ TEST(LaneDrawing, ALevelIsAsHighAsItsDecibels) {
     EXPECT_EQ(Height(Waveform(drawing, 200)), 2 * 66);  // 0 dBFS
     EXPECT_EQ(Height(Waveform(drawing, 400)), 2 * 54);  // -12
     EXPECT_EQ(Height(Waveform(drawing, 700)), 2 * 6);   // -60
-    EXPECT_EQ(Height(Waveform(drawing, 900)), 2);     // silence, a line
+    EXPECT_EQ(Height(Waveform(drawing, 900)), 2);       // silence, a line
     EXPECT_EQ(Waveform(drawing, 900).front().area.Middle(), 20 + 69);
 }
 

@@ -87,13 +87,13 @@ void RecordingReader::TakeUp(const DecoderMessage& message) {
 }
 
 void RecordingReader::Finish(const std::optional<decoding::End>& end) {
-    const auto cause = end ? std::optional(static_cast<EndCause>(end->cause)) : std::nullopt;
+    const auto endsBy = [&end](EndCause cause) { return end && static_cast<EndCause>(end->cause) == cause; };
     mHasEnded = true;
-    mHasBrokenOff = !cause || cause == EndCause::kCutShort || cause == EndCause::kNoMemory;
+    mHasBrokenOff = !end || endsBy(EndCause::kCutShort) || endsBy(EndCause::kNoMemory);
     mTracks->PadAll();
-    if (!cause) {
+    if (!end) {
         mEndedBecause = WithCause("the decoder ended too early", mEnding());
-    } else if (cause != EndCause::kWhole) {
+    } else if (!endsBy(EndCause::kWhole)) {
         mEndedBecause = FieldText(end->reason);
     }
 }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <span>
 #include <string>
 #include <vector>
@@ -86,7 +85,7 @@ public:
 
     std::size_t Read(std::span<std::byte> bytes) override {
         const std::size_t count = std::min({bytes.size(), mMost, mBytes.size() - mDone});
-        std::memcpy(bytes.data(), mBytes.data() + mDone, count);
+        std::ranges::copy(std::span(mBytes).subspan(mDone, count), bytes.begin());
         mDone += count;
         return count;
     }

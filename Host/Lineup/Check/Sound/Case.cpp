@@ -41,6 +41,18 @@ double CodecNoise(const Case& check, std::size_t input) {
     return std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
 }
 
+bool WasDue(const Case& check, std::size_t channel, std::size_t input) {
+    for (std::size_t slot = 0; slot < check.Sent().slots.size(); ++slot) {
+        const auto& tones = check.Sent().slots[slot].tones;
+        for (std::size_t tone = 0; tone < tones.size(); ++tone) {
+            if (tones[tone].Amplitude(channel) > 0 && check.lineup.cells.At(slot, tone, input).Seen()) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 std::string Listed(const std::vector<std::string>& words) {
     std::string text;
     for (std::size_t i = 0; i < words.size(); ++i) {

@@ -56,11 +56,16 @@ struct Case {
 /// average out, and may have moved what was measured by as much. 0 where the codec is not lossy.
 [[nodiscard]] double CodecNoise(const Case& check, std::size_t input);
 
+/// Whether the channel was due at `input` in what was heard.
+[[nodiscard]] bool WasDue(const Case& check, std::size_t channel, std::size_t input);
+
 // What is said about a line-up, each about its own subject.
 void DecideSequence(Case& check);
 void DecideChannels(Case& check);
 void DecideLevels(Case& check);
 void DecideTiming(Case& check);
 void DecideQuality(Case& check);
+/// After all others: whether nothing is wrong, or too little was heard to say so.
+void DecideVerdict(Case& check);
 
 }  // namespace lineup::sound

@@ -130,7 +130,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     DecideLevels(check);
     DecideTiming(check);
     DecideQuality(check);
-    findings.verdict = findings.faults.empty() ? CheckVerdict::kRight : CheckVerdict::kFaults;
+    DecideVerdict(check);
     return findings;
 }
 

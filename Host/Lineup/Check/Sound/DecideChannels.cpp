@@ -198,19 +198,6 @@ void DecideSwapped(Case& check, const Inputs& copies) {
     }
 }
 
-// A channel was due in what was heard: its home was heard while it should have sounded.
-bool WasDue(const Case& check, std::size_t channel, std::size_t input) {
-    for (std::size_t slot = 0; slot < check.Sent().slots.size(); ++slot) {
-        const auto& tones = check.Sent().slots[slot].tones;
-        for (std::size_t tone = 0; tone < tones.size(); ++tone) {
-            if (tones[tone].Amplitude(channel) > 0 && check.lineup.cells.At(slot, tone, input).Seen()) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
 void DecideMissing(Case& check) {
     Inputs silent;
     std::vector<std::string> names;

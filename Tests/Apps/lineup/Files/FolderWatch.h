@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Tests/Support/ChildProgram.h"
+
 #include <array>
 #include <filesystem>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -28,6 +31,18 @@ public:
         if (read(mQueue, events.data(), events.size()) <= 0) {
             throw std::runtime_error("cannot watch a folder");
         }
+    }
+
+    /// The same, but throws when `program`, which is to write or to be written for, ends before.
+    void WaitForAWriteWhileRuns(const ChildProgram& program) const {
+        constexpr int kAskEveryMilliseconds = 100;
+        pollfd queue{.fd = mQueue, .events = POLLIN, .revents = 0};
+        while (poll(&queue, 1, kAskEveryMilliseconds) == 0) {
+            if (!program.IsRunning()) {
+                throw std::runtime_error("the program has ended before anything was written");
+            }
+        }
+        WaitForAWrite();
     }
 
 private:

@@ -258,7 +258,7 @@ TEST_F(Check, EndsByTheSignalThatStopsIt) {
     const test::FolderWatch watch(Folder());
     const test::ChildProgram writer({"/bin/sh", "-c", "exec 3> endless; : > opened; exec sleep 600"}, Folder());
     test::ChildProgram program({TEST_LINEUP, "check", "endless", "--json"}, Folder());
-    watch.WaitForAWrite();
+    watch.WaitForAWriteWhileRuns(program);
     program.Send(SIGINT);
     const test::Ending ending = program.Wait();
     EXPECT_EQ(ending.signal, SIGINT);

@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <optional>
 #include <poll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -25,18 +27,40 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kAskEveryMilliseconds = 100;
 
-std::string Describe(int status) {
-    if (!WIFSIGNALED(status)) {
-        return WEXITSTATUS(status) == 0 ? "" : fmt::format("it ended with exit code {}", WEXITSTATUS(status));
+std::string Describe(const siginfo_t& ended) {
+    const int status = ended.si_status;
+    if (ended.si_code == CLD_EXITED) {
+        return status == 0 ? "" : fmt::format("it ended with exit code {}", status);
     }
-    switch (const int signal = WTERMSIG(status); signal) {
+    switch (status) {
         case SIGSYS:
             return "it tried to do what it has no right to (SIGSYS)";
         case SIGXCPU:
             return "it took more of the processor's time than it may (SIGXCPU)";
         default:
-            return fmt::format("it crashed (SIG{}, {})", sigabbrev_np(signal), sigdescr_np(signal));
+            return fmt::format("it crashed (SIG{}, {})", sigabbrev_np(status), sigdescr_np(status));
     }
+}
+
+// One that is about to end keeps its own way of ending. Where the caller ignores SIGCHLD, an id may have gone to
+// another process by now; a descriptor has not.
+void Kill(pid_t id, int process) {
+    if (process >= 0) {
+        syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0);
+    } else {
+        kill(id, SIGKILL);
+    }
+}
+
+// How the process ended; empty where the system does not tell.
+std::optional<siginfo_t> WaitFor(pid_t id, int process) {
+    siginfo_t ended{};
+    int result = -1;
+    do {
+        result = process >= 0 ? waitid(P_PIDFD, static_cast<id_t>(process), &ended, WEXITED)
+                              : waitid(P_PID, static_cast<id_t>(id), &ended, WEXITED);
+    } while (result < 0 && errno == EINTR);
+    return result == 0 ? std::optional(ended) : std::nullopt;
 }
 
 }  // namespace
@@ -48,6 +72,7 @@ DecoderProcess::DecoderProcess(const RecordingName& recording, DecoderSettings s
     SpawnedDecoder decoder = SpawnDecoder(recording, mInput, mSettings);
     mMessages = std::move(decoder.messages);
     mId = decoder.id;
+    mProcess = std::move(decoder.process);
 }
 
 DecoderProcess::~DecoderProcess() {
@@ -94,14 +119,11 @@ std::string DecoderProcess::End() {
         return {};
     }
     mMessages.Close();
-    kill(mId, SIGKILL);  // one that is about to end keeps its own way of ending
-    int status = 0;
-    pid_t ended = -1;
-    while ((ended = waitpid(mId, &status, 0)) < 0 && errno == EINTR) {
-    }
-    mId = -1;
-    const bool isOurDoing = ended < 0 || (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-    return isOurDoing ? "" : Describe(status);
+    const pid_t id = std::exchange(mId, -1);
+    Kill(id, mProcess.Number());
+    const std::optional<siginfo_t> ended = WaitFor(id, mProcess.Number());
+    const bool isOurDoing = !ended || (ended->si_code == CLD_KILLED && ended->si_status == SIGKILL);
+    return isOurDoing ? "" : Describe(*ended);
 }
 
 }  // namespace parts

@@ -32,7 +32,7 @@ public:
     std::size_t Read(std::span<std::byte> bytes) override;
 
     /// Ends the program and says how it came to its end, if it did so by itself and not in good order: "it crashed
-    /// (SIGSEGV, Segmentation fault)".
+    /// (SIGSEGV, Segmentation fault)". Where the caller ignores SIGCHLD, the system keeps that to itself: empty.
     [[nodiscard]] std::string End();
 
 private:
@@ -44,6 +44,7 @@ private:
     RecordingInput mInput;
     Descriptor mMessages;
     pid_t mId = -1;
+    Descriptor mProcess;
 };
 
 }  // namespace parts

@@ -13,6 +13,7 @@
 #include <spawn.h>
 #include <string>
 #include <string_view>
+#include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -115,6 +116,7 @@ SpawnedDecoder SpawnDecoder(const RecordingName& recording, const RecordingInput
         throw Error(
             fmt::format("cannot start {}: {}", settings.program.string(), std::generic_category().message(error)));
     }
+    decoder.process = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, decoder.id, 0)));
     decoder.messages = std::move(reading);
     return decoder;
 }

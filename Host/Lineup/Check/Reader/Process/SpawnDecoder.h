@@ -11,6 +11,7 @@ namespace lineup {
 
 struct SpawnedDecoder {
     pid_t id = -1;
+    Descriptor process;   ///< refers to the process even where its id has gone to another; none on a kernel before 5.3
     Descriptor messages;  ///< the end to read from
 };
 

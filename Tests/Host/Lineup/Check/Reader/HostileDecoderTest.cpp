@@ -179,6 +179,14 @@ TEST_F(HostileDecoder, LeavesNoProcessBehind) {
     EXPECT_EQ(errno, ECHILD);
 }
 
+TEST_F(HostileDecoder, IsEndedWhereTheCallerIgnoresItsChildren) {
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(FromFile("crash"), "the decoder ended too early");
+    EXPECT_THAT(FromFile("babble"), HasSubstr("the decoder talks nonsense"));
+    std::signal(SIGCHLD, before);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
 TEST_F(HostileDecoder, StopsWhenItIsCancelled) {
     int asked = 0;
     const auto askThrice = [&asked] { return ++asked < 3; };

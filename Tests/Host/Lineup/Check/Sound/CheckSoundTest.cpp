@@ -232,6 +232,15 @@ TEST(CheckSound, AnotherSequenceThanTheOneAskedForIsAFault) {
     EXPECT_EQ(Ids(Check(Ident("ebu-5.1", 14), kRate, settings)), Strings{"sequence-other"});
 }
 
+TEST(CheckSound, IsNotCalledRightWhereAChannelWasNotHeard) {
+    const auto findings = Check(Ident("blits", 4));
+    EXPECT_EQ(Ids(findings), Strings());
+    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kCannotTell);
+    ASSERT_FALSE(findings.notes.empty());
+    EXPECT_EQ(findings.notes[0].id, "channels-not-heard");
+    EXPECT_NE(findings.notes[0].text.find("Rs"), std::string::npos) << findings.notes[0].text;
+}
+
 TEST(CheckSound, FindsNothingInNoiseAndSilence) {
     std::mt19937 random(3);
     std::normal_distribution<float> noise(0, 0.1F);

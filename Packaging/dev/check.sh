@@ -43,15 +43,13 @@ changed_sources() {
     compiled_sources | grep -Fx -f <(in_root git diff --name-only "$base" -- | sed "s|^|$root/|") || true
 }
 
-# check_tidy SOURCES: one process a file; its findings stay together, Clang's own warnings among them.
+# check_tidy SOURCES: looks at those that the function SOURCES names, unless they are known to be clean.
 check_tidy() {
     local -a made
     configure clang
     mapfile -t made < <(made_sources)
     build clang --target "${made[@]}"
-    "$1" | tr '\n' '\0' | xargs -0 -r -P "$jobs" -n 1 bash -c '
-        findings=$(clang-tidy-16 --quiet -p "$0" "$1" 2>&1) || { printf "%s\n" "$findings"; exit 1; }
-    ' "$root/build/clang"
+    "$1" | python3 -B "$root/Packaging/dev/lint.py" "$root/build/clang" --root "$root" --jobs "$jobs"
 }
 
 check_headers() {

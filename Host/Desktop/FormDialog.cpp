@@ -3,6 +3,8 @@
 #include "Host/Desktop/HotTextNumber.h"
 
 #include <QKeyEvent>
+#include <QRadioButton>
+#include <algorithm>
 #include <utility>
 
 namespace zelui::qt {
@@ -21,12 +23,41 @@ void FormDialog::Prepare() {
         }
         connect(button, &QPushButton::clicked, this, [this, button] { mPressed = button; });
     }
+    const auto numbers = findChildren<HotTextNumber*>();
+    for (const HotTextNumber* const number : numbers) {
+        connect(number, &HotTextNumber::RightnessChanged, this, &FormDialog::JudgeNumbers);
+    }
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+void FormDialog::JudgeNumbers() {
+    const auto numbers = findChildren<HotTextNumber*>();
+    if (mDefaultButton != nullptr) {
+        mDefaultButton->setDisabled(std::ranges::any_of(numbers, &HotTextNumber::IsWrong));
+    }
+}
+
+// Of radio buttons, Tab comes to the one that is on; a window would open with the first, where Space changes it.
+void FormDialog::FocusChosen() {
+    const QWidget* first = nextInFocusChain();
+    while (first != this && (!first->isEnabled() || (first->focusPolicy() & Qt::TabFocus) == 0)) {
+        first = first->nextInFocusChain();
+    }
+    const auto* const radio = qobject_cast<const QRadioButton*>(first);
+    if (radio == nullptr || radio->isChecked()) {
+        return;
+    }
+    const auto beside = radio->parentWidget()->findChildren<QRadioButton*>(Qt::FindDirectChildrenOnly);
+    const auto chosen = std::ranges::find_if(beside, &QRadioButton::isChecked);
+    if (chosen != beside.end()) {
+        (*chosen)->setFocus(Qt::TabFocusReason);
+    }
 }
 
 bool FormDialog::Run() {
     mPressed = nullptr;
     if (!mError) {
+        FocusChosen();
         exec();
     }
     if (mError) {

@@ -8,7 +8,8 @@
 
 namespace zelui::qt {
 
-/// The window of a dialog that a form describes. Enter presses the form's default button. Escape presses
+/// The window of a dialog that a form describes. It opens with the focus on what is chosen. The default button cannot
+/// be pressed while a number is wrong. Enter presses the form's default button. Escape presses
 /// the button that the form's property "escapeButton" names; the window's own close box presses none.
 class FormDialog : public QDialog {
     Q_OBJECT
@@ -53,6 +54,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void FocusChosen();
+    void JudgeNumbers();
+
     QPointer<QPushButton> mDefaultButton;
     QPointer<QPushButton> mEscapeButton;
     QPointer<QPushButton> mPressed;  // last

@@ -1,5 +1,7 @@
 #include "Host/Desktop/HotTextEdit.h"
 
+#include "Host/Desktop/WrongColour.h"
+
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QDoubleSpinBox>
@@ -96,9 +98,18 @@ void HotTextEdit::changeEvent(QEvent* event) {
     }
 }
 
+void HotTextEdit::MarkWrong(bool wrong) {
+    mIsWrong = wrong;
+    QPalette colours;
+    if (wrong) {
+        colours.setColor(QPalette::Text, WrongColour(palette()));
+    }
+    setPalette(colours);
+}
+
 void HotTextEdit::PaintOutline() {
     QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Highlight));
+    painter.setPen(palette().color(mIsWrong ? QPalette::Text : QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
@@ -119,7 +130,7 @@ void HotTextEdit::paintEvent(QPaintEvent* event) {
     QFont underlined = font();
     underlined.setUnderline(isEnabled());
     painter.setFont(underlined);
-    painter.setPen(palette().color(isEnabled() ? QPalette::Link : QPalette::Text));
+    painter.setPen(palette().color(isEnabled() && !mIsWrong ? QPalette::Link : QPalette::Text));
     QRect drawn;
     painter.drawText(space, static_cast<int>(alignment), digits, &drawn);
     painter.setFont(font());

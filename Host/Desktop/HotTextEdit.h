@@ -14,6 +14,9 @@ class HotTextEdit : public QLineEdit {
 public:
     explicit HotTextEdit(QWidget* parent);
 
+    /// Shows the text in red, or as usual.
+    void MarkWrong(bool wrong);
+
 Q_SIGNALS:
     /// The mouse moved `pixels` to the right (negative: left) with its button down.
     void Dragged(int pixels, Qt::KeyboardModifiers modifiers);
@@ -42,6 +45,7 @@ private:
     Mouse mMouse = Mouse::Free;
     QPoint mLast;
     bool mPlacingCursor = false;
+    bool mIsWrong = false;
 };
 
 }  // namespace zelui::qt

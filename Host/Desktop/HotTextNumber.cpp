@@ -7,6 +7,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace zelui::qt {
 
@@ -25,22 +26,26 @@ double Fineness(Qt::KeyboardModifiers modifiers) {
 
 }  // namespace
 
-HotTextNumber::HotTextNumber(QWidget* parent) : QDoubleSpinBox(parent) {
-    auto* const edit = new HotTextEdit(this);
-    setLineEdit(edit);
+HotTextNumber::HotTextNumber(QWidget* parent) : QDoubleSpinBox(parent), mEdit(new HotTextEdit(this)) {
+    setLineEdit(mEdit);
     setFrame(false);
     setButtonSymbols(QAbstractSpinBox::NoButtons);
+    setKeyboardTracking(false);
     connect(this, &QDoubleSpinBox::valueChanged, this, &HotTextNumber::TakeValue);
-    connect(edit, &QLineEdit::textChanged, this, &HotTextNumber::TakeTyping);
-    connect(edit, &HotTextEdit::Dragged, this,
+    connect(mEdit, &QLineEdit::textChanged, this, &HotTextNumber::TakeTyping);
+    connect(mEdit, &HotTextEdit::Dragged, this,
             [this](int pixels, Qt::KeyboardModifiers modifiers) { Step(pixels * kStepsAPixel * Fineness(modifiers)); });
 }
 
 void HotTextNumber::Show(double number) {
-    const QSignalBlocker quiet(this);
-    mGiven = number;
-    setValue(std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum()));
-    mHeld = value();
+    SetWrong(std::nullopt);
+    {
+        const QSignalBlocker quiet(this);
+        mGiven = number;
+        setValue(std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum()));
+        mHeld = value();
+    }
+    updateGeometry();
 }
 
 double HotTextNumber::Number() const {
@@ -59,6 +64,7 @@ void HotTextNumber::SetHighest(double highest) {
         }
         mHeld = value();
     }
+    updateGeometry();
     Q_EMIT RangeChanged();
 }
 
@@ -66,58 +72,86 @@ void HotTextNumber::CommitTyping() {
     interpretText();
 }
 
+// A number that code gives has been a float: no more decimals than tell it from other floats.
 QString HotTextNumber::Format(double number) const {
     if (!std::isfinite(number) || std::abs(number) >= kLongestPlain) {
         return locale().toString(number, 'g', 6);
     }
     QLocale plain = locale();
     plain.setNumberOptions(QLocale::OmitGroupSeparator);
-    QString text = plain.toString(number, 'f', decimals());
-    if (text.contains(plain.decimalPoint())) {
-        while (text.endsWith(plain.zeroDigit())) {
-            text.chop(1);
-        }
-        if (text.endsWith(plain.decimalPoint())) {
-            text.chop(plain.decimalPoint().size());
+    const auto wanted = static_cast<float>(number);
+    for (int digits = 0; digits < decimals(); ++digits) {
+        const QString text = QString::number(number, 'f', digits);
+        if (text.toFloat() == wanted) {
+            return plain.toString(text.toDouble() + 0.0, 'f', digits);  // and no -0
         }
     }
-    return text == plain.negativeSign() + plain.zeroDigit() ? plain.zeroDigit() : text;
+    const QString text = plain.toString(number, 'f', decimals());
+    return plain.toDouble(text) == 0 ? plain.toString(0) : text;
+}
+
+QSize HotTextNumber::sizeHint() const {
+    constexpr int kInset = 2 * 2;  // of a line edit without a frame, and
+    constexpr int kCursor = 4;     // where it stands after the last digit
+    const double widest = std::max(std::abs(minimum()), std::abs(maximum()));
+    QString digits = QString::number(widest, 'f', decimals());
+    std::ranges::fill(digits, QChar('0'));
+    const QString longest = (minimum() < 0 ? "-" : "") + digits + suffix();
+    const QString given = mGiven ? Format(*mGiven) + suffix() : QString();
+    const QFontMetrics metrics = fontMetrics();
+    const int width = std::max(metrics.horizontalAdvance(longest), metrics.horizontalAdvance(given));
+    return {width + kInset + kCursor, QDoubleSpinBox::sizeHint().height()};
 }
 
 bool HotTextNumber::ShowsGiven(const QString& text) const {
     return mGiven && text == prefix() + Format(*mGiven) + suffix();
 }
 
+// The spin box writes what it holds whenever typing ends. A wrong text stands there as if it were that.
 QString HotTextNumber::textFromValue(double value) const {
-    return Format(mGiven && value == mHeld ? *mGiven : value);
+    return mWrong ? *mWrong : Format(mGiven && value == mHeld ? *mGiven : value);
 }
 
-// The text of a number outside the range, which the spin box itself would refuse or replace.
+// The text of a number outside the range, which the spin box itself would refuse or replace, and a wrong one: neither
+// changes the value.
 double HotTextNumber::valueFromText(const QString& text) const {
-    return ShowsGiven(text) ? value() : QDoubleSpinBox::valueFromText(text);
+    return ShowsGiven(text) ? value() : Parse(text).value_or(value());
 }
 
-// Any number can be typed; one that cannot be taken as it stands is put right when typing ends.
-QValidator::State HotTextNumber::validate(QString& text, int& position) const {
-    if (ShowsGiven(text)) {
-        return QValidator::Acceptable;
+// Anything can be typed.
+QValidator::State HotTextNumber::validate(QString& text, int& /*position*/) const {
+    const bool stands = ShowsGiven(text) || Parse(text) || (mWrong && WithoutUnit(text) == *mWrong);
+    return stands ? QValidator::Acceptable : QValidator::Intermediate;
+}
+
+QString HotTextNumber::WithoutUnit(QString text) const {
+    if (!suffix().isEmpty() && text.endsWith(suffix())) {
+        text.chop(suffix().size());
     }
-    const QValidator::State state = QDoubleSpinBox::validate(text, position);
-    return state == QValidator::Invalid && Parse(text) ? QValidator::Intermediate : state;
+    return text;
 }
 
-void HotTextNumber::fixup(QString& text) const {
-    if (const auto number = Parse(text)) {
-        text = prefix() + Format(std::clamp(*number, minimum(), maximum())) + suffix();
+// The number within the range that a text says.
+std::optional<double> HotTextNumber::Parse(const QString& text) const {
+    const NumberRange range{minimum(), maximum()};
+    const auto number = ReadNumber(text, suffix(), locale(), range);
+    return number && range.Has(*number) ? number : std::nullopt;
+}
+
+void HotTextNumber::SetWrong(std::optional<QString> text) {
+    const bool was = IsWrong();
+    mWrong = std::move(text);
+    if (IsWrong() != was) {
+        mEdit->MarkWrong(IsWrong());
+        Q_EMIT RightnessChanged();
     }
 }
 
-std::optional<double> HotTextNumber::Parse(QString text) const {
-    text.remove(prefix());
-    text.remove(suffix());
-    bool isNumber = false;
-    const double number = locale().toDouble(text.trimmed(), &isNumber);
-    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+// Shows the number again in place of a wrong text.
+void HotTextNumber::TakeBack() {
+    if (IsWrong()) {
+        Show(Number());
+    }
 }
 
 void HotTextNumber::stepBy(int steps) {
@@ -126,6 +160,7 @@ void HotTextNumber::stepBy(int steps) {
 
 void HotTextNumber::Step(double steps) {
     CommitTyping();
+    TakeBack();
     setValue(value() + steps * singleStep());
     selectAll();
 }
@@ -148,7 +183,9 @@ void HotTextNumber::TakeChange() {
 void HotTextNumber::TakeTyping() {
     const QString text = lineEdit()->text();
     const auto typed = Parse(text);
-    if (mGiven && typed && !ShowsGiven(text) && Format(std::clamp(*typed, minimum(), maximum())) != Format(*mGiven)) {
+    const bool given = ShowsGiven(text);
+    SetWrong(typed || given ? std::nullopt : std::optional(WithoutUnit(text)));
+    if (mGiven && typed && !given && Format(*typed) != Format(*mGiven)) {
         TakeChange();
     }
 }
@@ -163,6 +200,11 @@ void HotTextNumber::focusInEvent(QFocusEvent* event) {
 
 void HotTextNumber::keyPressEvent(QKeyEvent* event) {
     const double steps = event->key() == Qt::Key_Up ? 1 : event->key() == Qt::Key_Down ? -1 : 0;
+    const Qt::KeyboardModifiers held = event->modifiers();
+    if (held.testFlag(Qt::AltModifier) && !held.testFlag(Qt::ControlModifier) && !event->text().isEmpty()) {
+        event->ignore();  // the mnemonic of a button that cannot be pressed now: nothing to type
+        return;
+    }
     if (steps == 0) {
         QDoubleSpinBox::keyPressEvent(event);
         return;
@@ -178,6 +220,14 @@ void HotTextNumber::wheelEvent(QWheelEvent* event) {
         Step(notches * Fineness(event->modifiers()));
     }
     event->accept();
+}
+
+// A number that cannot be changed is not left wrong.
+void HotTextNumber::changeEvent(QEvent* event) {
+    QDoubleSpinBox::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+        TakeBack();
+    }
 }
 
 // The text inside draws all there is to see.

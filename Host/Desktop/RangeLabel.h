@@ -7,7 +7,8 @@ namespace zelui::qt {
 
 class HotTextNumber;
 
-/// Says in which range a number may be chosen, and goes on saying it when the range changes. In the form
+/// Says in which range a number may be chosen, and goes on saying it when the range changes; in red while what has been
+/// typed is no such number. A screen reader hears it with the number. In the form
 /// the number is the label's buddy, and the text has %1 and %2 where the ends of the range belong.
 class RangeLabel : public QLabel {
     Q_OBJECT
@@ -24,9 +25,10 @@ protected:
 private:
     void Mute();
     void ShowRange();
+    void ShowRightness();
 
     QString mPattern;
-    QPointer<const HotTextNumber> mNumber;
+    QPointer<HotTextNumber> mNumber;
 };
 
 }  // namespace zelui::qt

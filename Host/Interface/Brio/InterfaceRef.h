@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "../Core/Explained.h"
 #include "../Core/Export.h"
 #include "BrioUnknown.h"
 
@@ -10,7 +11,8 @@ namespace Brio {
 
 /// Thrown when an empty InterfaceRef is dereferenced. Its destructor is the host's, and with it its type, so that a
 /// host can catch it by that type wherever it was thrown.
-class ZEL_API NullInterfaceException : public std::runtime_error {  // NOLINT(*-special-member-functions): as its base
+// NOLINTNEXTLINE(*-special-member-functions): as its base
+class ZEL_API NullInterfaceException : public std::runtime_error, public zelcore::config::Explained {
 public:
     NullInterfaceException();
     ~NullInterfaceException() override;

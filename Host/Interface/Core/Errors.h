@@ -4,13 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "Explained.h"
 #include "Export.h"
 
 /// How a plug-in raises the host's own errors.
 namespace zelcore::config {
 
 /// An error raised through the host's error service. Its text is the localised one of its key.
-class ZEL_API Error : public std::runtime_error {
+class ZEL_API Error : public std::runtime_error, public Explained {
 public:
     explicit Error(std::string_view key);
 

@@ -1,5 +1,6 @@
 #include <lineup/Error.h>
 #include <lineup/Importer.h>
+#include "Host/Interface/Core/Explained.h"
 #include "Host/Interface/Importer/ImportEntry.h"
 #include "Host/Interface/Importer/ImportRecords.h"
 #include "Host/Interface/Importer/ImportSelectors.h"
@@ -34,6 +35,12 @@ void* AsParameter(std::intptr_t index) {
 // The plug-in reads the record only; the request's field is not const because other plug-ins may not.
 void* AsSettings(const void* settings) {
     return const_cast<void*>(settings);  // NOLINT(cppcoreguidelines-pro-type-const-cast): see above
+}
+
+// What is said of an exception of the plug-in's: the host's explanation where there is one.
+std::string TextOf(const std::exception& error) {
+    const auto* const explained = dynamic_cast<const zelcore::config::Explained*>(&error);
+    return explained == nullptr || explained->Explanation().empty() ? error.what() : explained->Explanation();
 }
 
 }  // namespace
@@ -77,7 +84,7 @@ std::int32_t Importer::Call(std::int32_t selector, void* param1, void* param2) c
     } catch (const std::bad_alloc&) {
         RethrowAsError("cannot use " + Bundle().Folder().string());
     } catch (const std::exception& error) {
-        throw Error(error.what());
+        throw Error(TextOf(error));
     } catch (...) {
         throw Error(
             fmt::format("cannot use {}: it threw something other than a std::exception", Bundle().Folder().string()));

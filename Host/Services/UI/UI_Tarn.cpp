@@ -7,7 +7,6 @@
 
 #include <istream>
 #include <iterator>
-#include <stdexcept>
 #include <string_view>
 
 namespace zeltarn {
@@ -19,8 +18,8 @@ constexpr std::string_view kNoUserInterface =
 constexpr std::string_view kModelessNotOffered =
     "$$$/zeltarn/UI_Tarn/Error/ModelessNotOffered=Dialogs can only be shown modally.";
 
-[[noreturn]] void Refuse(const Brio::String& layoutName, const std::string& cause) {
-    throw std::runtime_error("cannot set up the dialog " + zelcore::ToUtf8(layoutName) + ": " + cause);
+std::string Refusal(const Brio::String& layoutName, const std::string& cause) {
+    return "cannot set up the dialog " + zelcore::ToUtf8(layoutName) + ": " + cause;
 }
 
 // The control that a dialog could not do without, or one of them.
@@ -32,21 +31,21 @@ std::string MissingText(const std::vector<std::string>& names) {
     return text;
 }
 
-// Prepares `dialog` before it is shown. What it throws about its controls names none of them: that is made up for.
+// Prepares `dialog` before it is shown. What it throws about its controls names none of them: that is added.
 void Prepare(UI_Tarn& dialog, const Brio::String& layoutName) {
     const auto view = dialog.GetView();
     const auto lookups = [&view] { return view ? view->LookedUp() : zelui::ui::Lookups(); };
     try {
         dialog.Initialize();
-    } catch (const Brio::NullInterfaceException&) {
+    } catch (Brio::NullInterfaceException& error) {
         if (const auto missing = lookups().missing; !missing.empty()) {
-            Refuse(layoutName, MissingText(missing));
+            error.Explain(Refusal(layoutName, MissingText(missing)));
         }
         throw;
-    } catch (const zelcore::config::Error& error) {
+    } catch (zelcore::config::Error& error) {
         const auto [missing, name, kind] = lookups();
         if (error.Key() == zelcore::utility::kInvalidTypeConversion && !name.empty()) {
-            Refuse(layoutName, name + " is a " + kind + ", which the dialog cannot use");
+            error.Explain(Refusal(layoutName, name + " is a " + kind + ", which the dialog cannot use"));
         }
         throw;
     }

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 
 namespace {
 
@@ -50,6 +51,22 @@ TEST(Appearance, AWideNumberHasRoomInFull) {
         EXPECT_GE(number.width(), number.fontMetrics().horizontalAdvance(hands.Shown(test::kFrequency)));
         hands.ClickCloseBox();
     });
+}
+
+TEST(Appearance, AFieldFitsItsLongestValueAtEverySampleRate) {
+    for (const float rateHz : {8000.0F, 48000.0F, 192000.0F}) {
+        BarsAndToneInfo settings = ClipWith(2);
+        settings.sampleRate = rateHz;
+        (void)EditWith(settings, [&](DialogHands& hands) {
+            for (const auto& [number, longest] :
+                 {std::pair(test::kFrequency, QString::number(rateHz / 2 - 1) + ".9876 Hz"),
+                  std::pair(test::kLevel, QString("-299.8765 dB"))}) {
+                const QWidget& field = *hands.Find(number).findChild<QLineEdit*>();
+                EXPECT_GE(field.width(), field.fontMetrics().horizontalAdvance(longest) + 4) << rateHz << number;
+            }
+            hands.ClickCloseBox();
+        });
+    }
 }
 
 TEST(Appearance, RangesAreShownWithTheirUnits) {

@@ -65,7 +65,13 @@ QString DialogHands::Selected(const char* number) const {
 
 void DialogHands::FocusAndType(const char* number, const char* text) const {
     Find(number).setFocus(Qt::TabFocusReason);
-    QTest::keyClicks(QApplication::focusWidget(), text);
+    for (const QChar character : QString::fromUtf8(text)) {
+        if (character.unicode() < 0x80) {
+            QTest::keyClick(QApplication::focusWidget(), character.toLatin1());
+        } else {
+            QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, character, {});
+        }
+    }
 }
 
 void DialogHands::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -36,7 +41,7 @@ float GainFromDb(float levelDb) {
 TEST(HotText, ShowsTheSettingsWithTheirUnits) {
     (void)After(2, [](DialogHands& hands) {
         EXPECT_EQ(hands.Shown(test::kFrequency), "1000 Hz");
-        EXPECT_EQ(hands.Shown(test::kLevel), "-12.04 dB");
+        EXPECT_EQ(hands.Shown(test::kLevel), "-12.0412 dB");
     });
 }
 
@@ -79,32 +84,152 @@ TEST(HotText, ZeroDbTypedIsFullScale) {
 }
 
 TEST(HotText, StopsAtHalfTheSampleRate) {
-    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.FocusAndType(test::kFrequency, "30000"); }), 24000.0F);
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Drag(test::kFrequency, 30000); }), 24000.0F);
     BarsAndToneInfo settings = ClipWith(1);
     settings.sampleRate = 44100.0F;
     const auto after = EditWith(settings, [](DialogHands& hands) {
-        hands.FocusAndType(test::kFrequency, "24000");
+        hands.Drag(test::kFrequency, 30000);
         hands.Press(Qt::Key_Return);
     });
     EXPECT_EQ(after.frequency, 22050.0F);
 }
 
 TEST(HotText, StopsAtOneHertzAndAtTheEndsOfTheLevel) {
-    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.FocusAndType(test::kFrequency, "0"); }), 1.0F);
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Drag(test::kFrequency, -5000); }), 1.0F);
-    EXPECT_EQ(After(1, [](DialogHands& hands) { hands.FocusAndType(test::kLevel, "6"); }).amplitude, 1.0F);
-    EXPECT_EQ(After(1, [](DialogHands& hands) { hands.FocusAndType(test::kLevel, "-400"); }).amplitude,
-              GainFromDb(-300));
+    EXPECT_EQ(After(1, [](DialogHands& hands) { hands.Drag(test::kLevel, 500); }).amplitude, 1.0F);
+    EXPECT_EQ(After(1, [](DialogHands& hands) { hands.Drag(test::kLevel, -4000); }).amplitude, GainFromDb(-300));
 }
 
-TEST(HotText, TextThatIsNoNumberChangesNothing) {
-    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.FocusAndType(test::kFrequency, "abc"); }), 1000.0F);
-    EXPECT_EQ(FrequencyAfter([](DialogHands& hands) {
-                  hands.FocusAndType(test::kFrequency, "");
-                  hands.Press(Qt::Key_Delete);
-              }),
-              1000.0F);
+// The field's own unit stands behind what is typed.
+TEST(HotText, UnderstandsDecimalMarksThousandsAndUnitsAsPeopleTypeThem) {
+    struct Typed {
+        const char* place;
+        const char* number;
+        const char* text;
+        double value;  // Hz or dB
+    };
+    constexpr std::array<Typed, 16> kTyped = {{
+        {"en_US", test::kFrequency, "20k", 20000},
+        {"en_US", test::kFrequency, "1.5 kHz", 1500},
+        {"en_US", test::kFrequency, "1e3", 1000},
+        {"en_US", test::kFrequency, "440 Hz", 440},
+        {"en_US", test::kFrequency, "440,5HZ", 440.5},
+        {"en_US", test::kFrequency, "12.3456", 12.3456},
+        {"en_US", test::kLevel, "-12,5", -12.5},
+        {"en_US", test::kLevel, "-12,041", -12.041},
+        {"en_US", test::kLevel, "\u221220 dB", -20},
+        {"en_US", test::kLevel, "-12.0412", -12.0412},
+        {"de_DE", test::kLevel, "-12,0412", -12.0412},
+        {"de_DE", test::kLevel, "-12.5", -12.5},
+        {"de_DE", test::kFrequency, "1,5k", 1500},
+        {"fr_FR", test::kFrequency, "997.5", 997.5},
+        {"fr_FR", test::kFrequency, "997,5 Hz", 997.5},
+        {"ja_JP", test::kFrequency, "400", 400},
+    }};
+    for (const Typed& typed : kTyped) {
+        SCOPED_TRACE(std::string(typed.place) + ": " + typed.text);
+        QLocale::setDefault(QLocale(typed.place));
+        const bool isLevel = typed.number == test::kLevel;
+        const auto after = After(2, [&](DialogHands& hands) { hands.FocusAndType(typed.number, typed.text); });
+        const auto value = static_cast<float>(typed.value);
+        EXPECT_EQ(isLevel ? after.amplitude : after.frequency, isLevel ? GainFromDb(value) : value);
+    }
+    QLocale::setDefault(QLocale::c());
+}
+
+// The colour in which a number's text is written.
+QColor TextColour(DialogHands& hands, const char* number) {
+    return hands.Find(number).findChild<QLineEdit*>()->palette().color(QPalette::Text);
+}
+
+TEST(HotText, WhatIsNoNumberInTheRangeIsRedAndCannotBeTaken) {
+    struct Typed {
+        const char* number;
+        const char* text;
+    };
+    constexpr std::array<Typed, 10> kTyped = {{{test::kLevel, "18"},
+                                               {test::kLevel, "-301"},
+                                               {test::kLevel, "6 dB"},
+                                               {test::kLevel, "loud"},
+                                               {test::kLevel, "-1.2.3"},
+                                               {test::kFrequency, "0"},
+                                               {test::kFrequency, "24001"},
+                                               {test::kFrequency, "30k"},
+                                               {test::kFrequency, "1,000"},  // one or a thousand
+                                               {test::kFrequency, "20 kHz 5"}}};
+    QLocale::setDefault(QLocale("en_US"));
+    for (const auto& [number, text] : kTyped) {
+        SCOPED_TRACE(text);
+        const BarsAndToneInfo before = ClipWith(2);
+        const auto after = EditWith(before, [&number = number, &text = text](DialogHands& hands) {
+            const QColor usual = TextColour(hands, number);
+            hands.FocusAndType(number, text);
+            EXPECT_FALSE(hands.IsEnabled("okButton"));
+            const QColor red = TextColour(hands, number);
+            EXPECT_TRUE(red != usual && red.red() > 2 * red.green()) << qPrintable(red.name());
+            hands.Press(Qt::Key_Return);
+            hands.PressMnemonic(Qt::Key_O, [] { return true; });
+            hands.Press(Qt::Key_Tab);
+            ASSERT_TRUE(hands.Dialog().isVisible());
+            EXPECT_TRUE(hands.Shown(number).startsWith(text)) << "it stands as it was typed";
+            EXPECT_FALSE(hands.IsEnabled("okButton"));
+            hands.Press(Qt::Key_Escape);
+        });
+        EXPECT_EQ(test::Bytes(after), test::Bytes(before));
+    }
+    QLocale::setDefault(QLocale::c());
+}
+
+TEST(HotText, AWrongNumberSaysItsRangeUntilItIsPutRight) {
+    const auto after = EditWith(ClipWith(2), [](DialogHands& hands) {
+        auto& range = hands.Find<QLabel>("amplitudeRange");
+        const QColor usual = range.palette().color(range.foregroundRole());
+        hands.FocusAndType(test::kLevel, "18");
+        EXPECT_NE(range.palette().color(range.foregroundRole()), usual);
+        const auto* const spoken = QAccessible::queryAccessibleInterface(&hands.Find(test::kLevel));
+        EXPECT_EQ(spoken->text(QAccessible::Description), "-300 to 0 dB");
+        hands.Press(Qt::Key_A, Qt::ControlModifier);
+        hands.FocusAndType(test::kLevel, "-18");
+        EXPECT_EQ(range.palette().color(range.foregroundRole()), usual);
+        EXPECT_TRUE(hands.IsEnabled("okButton"));
+        hands.Press(Qt::Key_Return);
+    });
+    EXPECT_EQ(after.amplitude, GainFromDb(-18));
+}
+
+TEST(HotText, TwoWrongNumbersTakeTwoCorrections) {
+    (void)After(1, [](DialogHands& hands) {
+        hands.FocusAndType(test::kLevel, "18");
+        hands.FocusAndType(test::kFrequency, "x");
+        hands.Press(Qt::Key_A, Qt::ControlModifier);
+        hands.FocusAndType(test::kFrequency, "500");
+        EXPECT_FALSE(hands.IsEnabled("okButton"));
+        hands.Wheel(test::kLevel, -1);  // from the number that was there
+        EXPECT_EQ(hands.Shown(test::kLevel), "-13.0412 dB");
+        EXPECT_TRUE(hands.IsEnabled("okButton"));
+    });
+}
+
+TEST(HotText, AWrongNumberIsTakenBackWhenItCannotBeChangedAnyMore) {
+    const auto after = After(2, [](DialogHands& hands) {
+        hands.FocusAndType(test::kFrequency, "30000");
+        hands.Click("identifyChannelsBtn");
+        EXPECT_EQ(hands.Shown(test::kFrequency), "1000 Hz");
+        EXPECT_TRUE(hands.IsEnabled("okButton"));
+    });
+    EXPECT_EQ(after.frequency, 1000.0F);
+}
+
+TEST(HotText, ShowsANumberAgainAsItWasTyped) {
+    BarsAndToneInfo settings = After(2, [](DialogHands& hands) {
+        hands.FocusAndType(test::kFrequency, "12345.6");
+        hands.FocusAndType(test::kLevel, "-12.345");
+    });
+    (void)EditWith(settings, [](DialogHands& hands) {
+        EXPECT_EQ(hands.Shown(test::kFrequency), "12345.6 Hz");
+        EXPECT_EQ(hands.Shown(test::kLevel), "-12.345 dB");
+        hands.ClickCloseBox();
+    });
 }
 
 TEST(HotText, TypingTheEndOfTheRangeOverANumberBeyondItCounts) {
@@ -121,7 +246,7 @@ TEST(HotText, TypingTheEndOfTheRangeOverANumberBeyondItCounts) {
 TEST(HotText, DraggingChangesOneHertzOrATenthOfADecibelAPixel) {
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Drag(test::kFrequency, 100); }), 1100.0F);
     EXPECT_EQ(FrequencyAfter([](DialogHands& hands) { hands.Drag(test::kFrequency, -60); }), 940.0F);
-    EXPECT_EQ(After(2, [](DialogHands& hands) { hands.Drag(test::kLevel, -10); }).amplitude, GainFromDb(-13.04F));
+    EXPECT_EQ(After(2, [](DialogHands& hands) { hands.Drag(test::kLevel, -10); }).amplitude, GainFromDb(-13.0412F));
 }
 
 TEST(HotText, ShowsWhatItHasBecomeAtEveryStep) {
@@ -131,7 +256,7 @@ TEST(HotText, ShowsWhatItHasBecomeAtEveryStep) {
         hands.Wheel(test::kFrequency, 1);
         EXPECT_EQ(hands.Shown(test::kFrequency), "1020 Hz");
         hands.Drag(test::kLevel, -20);
-        EXPECT_EQ(hands.Shown(test::kLevel), "-14.04 dB");
+        EXPECT_EQ(hands.Shown(test::kLevel), "-14.0412 dB");
         hands.ClickCloseBox();
     });
 }
@@ -210,7 +335,7 @@ TEST(HotText, ArrowAndPageKeysStep) {
 TEST(HotText, SpeaksTheLanguageOfThePlace) {
     QLocale::setDefault(QLocale("de_DE"));
     const float frequency = FrequencyAfter([](DialogHands& hands) {
-        EXPECT_EQ(hands.Shown(test::kLevel), "-12,04 dB");
+        EXPECT_EQ(hands.Shown(test::kLevel), "-12,0412 dB");
         hands.FocusAndType(test::kFrequency, "440,5");
     });
     QLocale::setDefault(QLocale::c());

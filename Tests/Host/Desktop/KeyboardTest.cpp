@@ -39,10 +39,23 @@ TEST(Keyboard, TabStopsOnlyAtWhatCanBeUsed) {
     });
     settings.identifyChannels = 1;
     (void)EditWith(settings, [](DialogHands& hands) {
-        hands.Find("identifyChannelsBtn").setFocus();
         EXPECT_EQ(TabOrder(hands), "identifyChannelsBtn identifierFormatPopup okButton cancelButton");
         hands.ClickCloseBox();
     });
+}
+
+// Space in a record that has an ident leaves it one.
+TEST(Keyboard, TheDialogOpensOnWhatIsChosen) {
+    for (const std::uint32_t identify : {0U, 1U}) {
+        BarsAndToneInfo settings = ClipWith(6);
+        settings.identifyChannels = identify;
+        const auto after = EditWith(settings, [&](DialogHands& hands) {
+            EXPECT_EQ(hands.Focus(), identify == 1 ? "identifyChannelsBtn" : "steadyTonesBtn");
+            hands.Press(Qt::Key_Space);
+            hands.Press(Qt::Key_Return);
+        });
+        EXPECT_EQ(Bytes(after), Bytes(settings));
+    }
 }
 
 TEST(Keyboard, EnterInANumberTakesTheNumberAndPressesOK) {
@@ -93,10 +106,10 @@ TEST(Keyboard, MnemonicsReachEveryControl) {
 // The mnemonic leaves the focus, and what has been typed, in the number.
 TEST(Keyboard, TheMnemonicOfOKTakesANumberThatIsStillBeingTyped) {
     const auto after = EditWith(ClipWith(2), [](DialogHands& hands) {
-        hands.FocusAndType(test::kFrequency, "30000");
+        hands.FocusAndType(test::kFrequency, "20k");
         hands.PressMnemonic(Qt::Key_O, [&] { return !hands.Dialog().isVisible(); });
     });
-    EXPECT_EQ(after.frequency, 24000.0F);
+    EXPECT_EQ(after.frequency, 20000.0F);
 }
 
 TEST(Keyboard, ArrowsSwitchBetweenSteadyToneAndIdentification) {

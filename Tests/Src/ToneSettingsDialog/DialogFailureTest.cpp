@@ -26,6 +26,8 @@ std::string TextOf(const Action& action) {
         action();
     } catch (const Exception& exception) {
         return exception.what();
+    } catch (const std::exception& exception) {
+        return std::string("an exception of another type: ") + exception.what();
     }
     return "nothing was thrown";
 }

@@ -22,7 +22,14 @@ zelui::ui::UI_Node* FakeDialog::GetUINodePtr(std::string_view name, bool recursi
             break;
     }
     const auto found = mControls.find(std::string(name));
-    return found == mControls.end() ? nullptr : found->second.Get();
+    if (found == mControls.end()) {
+        lookups.missing.emplace_back(name);
+        lookups.lastFound.clear();
+        return nullptr;
+    }
+    lookups.lastFound = name;
+    lookups.lastKind = "FakeControl";
+    return found->second.Get();
 }
 
 void FakeDialog::RunModal() {

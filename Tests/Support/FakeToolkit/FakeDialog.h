@@ -30,7 +30,7 @@ public:
     void Close() override;
     [[nodiscard]] zelui::ui::Lookups LookedUp() const override { return lookups; }
 
-    zelui::ui::Lookups lookups;  ///< what it is to say of look-ups
+    zelui::ui::Lookups lookups;  ///< what it says of look-ups; those made with it are added
 
     /// The control called `name`; throws std::logic_error when it is missing or of another type.
     template <class Control>

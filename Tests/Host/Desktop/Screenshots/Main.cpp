@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QPixmap>
 #include <QTimer>
@@ -20,13 +21,15 @@ namespace {
 struct Picture {
     const char* name;
     BarsAndToneInfo settings;
-    const char* focus;  // the control that a person is at, or null for none
+    const char* focus;            // the control that a person is at, or null for none
+    const char* typed = nullptr;  // and what is typed into it
 };
 
-const std::array<Picture, 6> kPictures = {{
+const std::array<Picture, 7> kPictures = {{
     {"mono", {.channelType = 1, .numChannels = 1}, nullptr},
     {"mono-typing", {.channelType = 1, .numChannels = 1}, "frequencyHotTextNumber"},
     {"stereo", {}, nullptr},
+    {"stereo-wrong", {}, "amplitudeHotTextNumber", "18"},
     {"stereo-identify", {.identifyChannels = 1, .identifierFormat = EBUStereo400}, nullptr},
     {"5.1", {.channelType = 3, .numChannels = 6, .identifyChannels = 1, .identifierFormat = BLITS5_1}, nullptr},
     {"5.1-odd", {.channelType = 3, .numChannels = 6, .frequency = 1e6F, .amplitude = 0}, nullptr},
@@ -38,6 +41,11 @@ void Take(const lineup::Importer& plugin, const Picture& picture, const QString&
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         auto* const focus = picture.focus == nullptr ? dialog : dialog->findChild<QWidget*>(picture.focus);
         focus->setFocus(Qt::TabFocusReason);
+        QApplication::processEvents();
+        for (const char* letter = picture.typed; letter != nullptr && *letter != 0; ++letter) {
+            QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(*letter)));
+            QApplication::sendEvent(focus, &key);
+        }
         QApplication::processEvents();
         if (!dialog->grab().save(target)) {
             std::fprintf(stderr, "cannot write %s\n", qPrintable(target));

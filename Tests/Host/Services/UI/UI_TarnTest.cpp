@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -56,20 +57,32 @@ void ConvertToAnotherKind() {
     zelcore::config::ThrowError(zelcore::utility::kInvalidTypeConversion);
 }
 
-// What is said when `initialize` ends a dialog's setting up after these look-ups.
-std::string SetupError(const zelui::ui::Lookups& lookups, const std::function<void()>& initialize) {
+// The text and the explanation of the Exception that `initialize` ends a dialog's setting up with after these look-ups.
+template <class Exception>
+std::pair<std::string, std::string> SetupError(const zelui::ui::Lookups& lookups,
+                                               const std::function<void()>& initialize) {
     test::FakeToolkit toolkit;
     toolkit.lookups = lookups;
-    std::string text;
+    std::pair<std::string, std::string> said;
     {
         RecordingTarn tarn(toolkit, nullptr, nullptr);
         tarn.onInitialize = initialize;
-        text = ErrorOf(tarn, false);
+        std::istringstream script("script");
+        try {
+            tarn.ParseTarnScript(script, false);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const Exception& error) {
+            const auto* const explained = dynamic_cast<const zelcore::config::Explained*>(&error);
+            said = {error.what(), explained == nullptr ? "" : explained->Explanation()};
+        }
         EXPECT_THAT(toolkit.Calls(), testing::Not(testing::Contains("dialog.RunModal")));
     }
     EXPECT_EQ(toolkit.LiveNodes(), 0);
-    return text;
+    return said;
 }
+
+using Said = std::pair<std::string, std::string>;
+constexpr const char* kNullInterface = "A NULL interface pointer has been dereferenced.";
 
 }  // namespace
 
@@ -107,25 +120,28 @@ TEST(UI_Tarn, PassesOnWhatTheToolkitThrowsAndIsNotInitialized) {
     EXPECT_THAT(toolkit.Calls(), ElementsAre("toolkit.BuildDialog Layout \"\" null null"));
 }
 
-TEST(UI_Tarn, NamesTheControlsThatTheDialogCouldNotDoWithout) {
-    EXPECT_EQ(SetupError({{"okButton"}, "", ""}, DereferenceNothing),
-              "cannot set up the dialog Layout: its layout has no okButton");
-    EXPECT_EQ(SetupError({{"a", "b", "c"}, "d", "QLabel"}, DereferenceNothing),
-              "cannot set up the dialog Layout: its layout has no a, no b and no c");
+// What the dialog threw arrives as it was thrown, and says in addition which control it was.
+TEST(UI_Tarn, AddsTheControlsThatTheDialogCouldNotDoWithout) {
+    EXPECT_EQ(SetupError<Brio::NullInterfaceException>({{"okButton"}, "", ""}, DereferenceNothing),
+              Said(kNullInterface, "cannot set up the dialog Layout: its layout has no okButton"));
+    EXPECT_EQ(SetupError<Brio::NullInterfaceException>({{"a", "b", "c"}, "d", "QLabel"}, DereferenceNothing),
+              Said(kNullInterface, "cannot set up the dialog Layout: its layout has no a, no b and no c"));
 }
 
-TEST(UI_Tarn, NamesTheControlThatIsOfAnotherKind) {
-    EXPECT_EQ(SetupError({{"okButton"}, "list", "QComboBox"}, ConvertToAnotherKind),
-              "cannot set up the dialog Layout: list is a QComboBox, which the dialog cannot use");
+TEST(UI_Tarn, AddsTheControlThatIsOfAnotherKind) {
+    EXPECT_EQ(SetupError<zelcore::config::Error>({{"okButton"}, "list", "QComboBox"}, ConvertToAnotherKind),
+              Said("Invalid type conversion.",
+                   "cannot set up the dialog Layout: list is a QComboBox, which the dialog cannot use"));
 }
 
 TEST(UI_Tarn, PassesOnWhatHasNothingToDoWithControls) {
     const zelui::ui::Lookups whole{{}, "list", "QComboBox"};
-    EXPECT_EQ(SetupError(whole, DereferenceNothing), "A NULL interface pointer has been dereferenced.");
-    EXPECT_EQ(SetupError({}, ConvertToAnotherKind), "Invalid type conversion.");
-    EXPECT_EQ(SetupError(whole, [] { zelcore::config::ThrowError("$$$/a=no paint"); }), "no paint");
-    EXPECT_EQ(SetupError({{"okButton"}, "", ""}, [] { throw std::runtime_error("no widgets today"); }),
-              "no widgets today");
+    EXPECT_EQ(SetupError<Brio::NullInterfaceException>(whole, DereferenceNothing), Said(kNullInterface, ""));
+    EXPECT_EQ(SetupError<zelcore::config::Error>({}, ConvertToAnotherKind), Said("Invalid type conversion.", ""));
+    EXPECT_EQ(SetupError<zelcore::config::Error>(whole, [] { zelcore::config::ThrowError("$$$/a=no paint"); }),
+              Said("no paint", ""));
+    EXPECT_EQ(SetupError<std::runtime_error>({{"okButton"}, "", ""}, [] { throw std::runtime_error("no widgets"); }),
+              Said("no widgets", ""));
 }
 
 TEST(UI_Tarn, NeedsAToolkit) {

@@ -33,7 +33,7 @@ inline constexpr std::string_view kDocumentExtension = ".lineup";
 /// Whether a file that begins with `bytes` is meant to be a document; a settings record never is.
 [[nodiscard]] LINEUP_API bool LooksLikeDocument(std::string_view bytes) noexcept;
 
-/// Reads a document. Throws Error, saying what is wrong with it, when the file cannot be read, is no document or is
+/// Reads a document. Throws Error, saying what is wrong with it, when the file cannot be read, is not a document or is
 /// damaged.
 [[nodiscard]] LINEUP_API ClipDocument ReadDocument(const std::filesystem::path& file);
 

@@ -118,7 +118,7 @@ std::string CheckJson(const lineup::CheckReport& report) {
                                {"picture", PictureJson(report.picture)},
                                {"faults", faults},
                                {"notes", notes}};
-    // Names of files are bytes; those that are no text are shown as such.
+    // Names of files are bytes; bytes that are not UTF-8 are shown as such.
     return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 

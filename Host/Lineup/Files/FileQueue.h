@@ -29,7 +29,7 @@ public:
     FileQueue(const FileQueue&) = delete;
     FileQueue& operator=(const FileQueue&) = delete;
 
-    /// The bytes that there is room for at least.
+    /// At least so many bytes fit.
     static constexpr std::size_t kRoomBytes = std::size_t{1} << 18;
 
     /// Memory for what comes next in the file, kRoomBytes of it.

@@ -39,7 +39,7 @@ private:
 };
 
 /// Removes the partial files in `folder` whose writers are gone, whatever they were to be named. Leaves
-/// those that are locked, belong to another user, are no regular files, or lie where files cannot be locked.
+/// those that are locked, belong to another user, are not regular files, or lie where files cannot be locked.
 LINEUP_API void RemoveAbandonedFiles(const std::filesystem::path& folder);
 
 }  // namespace parts

@@ -21,7 +21,7 @@ class LINEUP_API TargetFile {
 public:
     /// Throws UsageError (option "output") when the target exists and `overwrite` is false, or names no file; Error
     /// when it is
-    /// there and is no regular file or may not be written, when it is a link that leads nowhere, or when
+    /// there and is not a regular file or may not be written, when it is a link that leads nowhere, or when
     /// nothing can be written in its folder.
     TargetFile(const std::filesystem::path& target, bool overwrite);
     ~TargetFile() = default;

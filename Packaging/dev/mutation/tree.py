@@ -51,7 +51,7 @@ def configure():
     # A library with a mistake takes the place of the right one without another link of the programs, and a program is
     # not run to list its tests whenever it is linked.
     result = quietly("cmake", "--preset", "release-tests", *launcher, "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
-                     "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", "-DCMAKE_UNITY_BUILD=OFF", cwd=SOURCE)
+                     "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", cwd=SOURCE)
     if result.returncode != 0:
         sys.exit(result.stdout)
 

@@ -10,7 +10,7 @@ namespace test {
 /// All of them.
 void AskEverything(ImportEntryFunction* entry, AnswerWriter& answers);
 
-/// Capabilities, formats, clip descriptions, private copies, and requests that there are not.
+/// Capabilities, formats, clip descriptions, private copies, and unknown requests.
 void AskDescriptions(ImportEntryFunction* entry, AnswerWriter& answers);
 
 /// The card in many sizes and both pixel formats.

@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    // Those that there is room for, in the order of the recording.
+    // As many as fit, in the order of the recording.
     std::vector<unsigned> ChooseTracks() {
         std::vector<unsigned> chosen;
         std::size_t channels = 0;

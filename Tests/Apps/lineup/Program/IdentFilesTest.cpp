@@ -1,5 +1,6 @@
 // Files of identification sequences, decoded by another program: each channel must be found under its own
 // name, at its own time and frequency.
+#include "Tests/Support/Oracle/IdentSamples.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 
@@ -18,33 +19,38 @@
 namespace {
 
 constexpr int kRateHz = 48000;
-constexpr double kLevel = 0.125;
+// What the command line calls the sequences, by their formats.
+constexpr std::array kWords = {"ebu-stereo-1000", "ebu-stereo-400", "ebu-5.1", "blits"};
 constexpr double kLevelTolerance = 1e-3;  // stretches that are measured do not hold whole cycles
 
-struct Burst {
-    std::string_view channel;  // as FFmpeg names it
-    double startSeconds;
-    double endSeconds;
-    double frequencyHz;
+// A channel as FFmpeg names it, in the order of files, and as the sequences' table does.
+struct FileChannel {
+    std::string_view name;
+    oracle::Channel channel;
+};
+constexpr std::array kFileChannels = {
+    FileChannel{"FL", oracle::kL},    FileChannel{"FR", oracle::kR},  FileChannel{"FC", oracle::kC},
+    FileChannel{"LFE", oracle::kLfe}, FileChannel{"SL", oracle::kLs}, FileChannel{"SR", oracle::kRs},
 };
 
-// BLITS names the channels one after the other, in the order that files have them.
-constexpr std::array<Burst, 6> kBlitsBursts = {{
-    {"FL", 0.0, 0.6, 880.0},
-    {"FR", 0.8, 1.4, 880.0},
-    {"FC", 1.6, 2.2, 1320.0},
-    {"LFE", 2.4, 3.0, 88.5},
-    {"SL", 3.2, 3.8, 660.0},
-    {"SR", 4.0, 4.6, 660.0},
-}};
+double Seconds(std::int64_t milliseconds) {
+    return static_cast<double>(milliseconds) / 1000;
+}
 
-constexpr std::array<Burst, 5> kEbuBursts = {{
-    {"FL", 3.5, 4.0, 1000.0},
-    {"FC", 4.5, 5.0, 1000.0},
-    {"FR", 5.5, 6.0, 1000.0},
-    {"SR", 6.5, 7.0, 1000.0},
-    {"SL", 7.5, 8.0, 1000.0},
-}};
+// The notes of a sequence during which no other channel sounds, but for one that never stops: each names its channel.
+std::vector<oracle::Note> NamingNotes(const oracle::Ident& ident) {
+    std::vector<oracle::Note> naming;
+    const auto overlaps = [&ident](const oracle::Note& a, const oracle::Note& b) {
+        return a.channel != b.channel && !ident.NeverStops(b) && a.beginMs < b.endMs && b.beginMs < a.endMs;
+    };
+    for (const oracle::Note& note : ident.notes) {
+        if (!ident.NeverStops(note) &&
+            std::ranges::none_of(ident.notes, [&](const oracle::Note& other) { return overlaps(note, other); })) {
+            naming.push_back(note);
+        }
+    }
+    return naming;
+}
 
 // The peak level of `frequencyHz` in a stretch of samples.
 double LevelAt(const std::vector<float>& samples, double startSeconds, double endSeconds, double frequencyHz) {
@@ -85,20 +91,25 @@ protected:
         return Decode(file, "-map 0:a:" + std::to_string(track));
     }
 
-    // In each channel's own burst its frequency sounds at the ident's level; in the others' it is silent.
-    template <std::size_t kCount, class DecodeOne>
-    static void ExpectEachBurstInItsChannel(const std::array<Burst, kCount>& bursts, float residue, DecodeOne decode) {
-        for (std::size_t c = 0; c < kCount; ++c) {
-            const std::vector<float> samples = decode(bursts[c].channel, c);
-            for (std::size_t b = 0; b < kCount; ++b) {
-                const Burst& burst = bursts[b];
-                const double start = burst.startSeconds + 0.1;
-                const double end = burst.endSeconds - 0.1;
-                const double expected = b == c ? kLevel : 0.0;
-                EXPECT_NEAR(LevelAt(samples, start, end, burst.frequencyHz), expected, kLevelTolerance)
-                    << bursts[c].channel << " during the burst of " << burst.channel;
-                if (b != c) {
-                    EXPECT_LE(LoudestIn(samples, start, end), residue) << bursts[c].channel;
+    // While a note names its channel, its frequency sounds there at the note's level, and the others are silent.
+    template <class DecodeOne>
+    static void ExpectEachNoteInItsChannel(const oracle::Ident& ident, float residue, DecodeOne decode) {
+        const std::vector<oracle::Note> notes = NamingNotes(ident);
+        ASSERT_GE(notes.size(), 5U);
+        for (std::size_t place = 0; place < kFileChannels.size(); ++place) {
+            const auto& [name, channel] = kFileChannels.at(place);
+            if (std::ranges::none_of(notes, [c = channel](const oracle::Note& note) { return note.channel == c; })) {
+                continue;
+            }
+            const std::vector<float> samples = decode(name, place);
+            for (const oracle::Note& note : notes) {
+                const double start = Seconds(note.beginMs) + 0.1;
+                const double end = Seconds(note.endMs) - 0.1;
+                const bool isOwn = note.channel == channel;
+                EXPECT_NEAR(LevelAt(samples, start, end, note.frequencyHz), isOwn ? note.level : 0, kLevelTolerance)
+                    << name << " from " << start << " s on";
+                if (!isOwn) {
+                    EXPECT_LE(LoudestIn(samples, start, end), residue) << name << " from " << start << " s on";
                 }
             }
         }
@@ -121,15 +132,15 @@ class IdentFilesIn : public IdentFiles, public testing::WithParamInterface<const
 TEST_P(IdentFilesIn, HoldEachBlitsBurstUnderItsChannelsName) {
     const std::string file = std::string("blits.") + GetParam();
     Render(file + " --ident blits --duration 5 --size 64x36");
-    ExpectEachBurstInItsChannel(kBlitsBursts, kLossless,
-                                [&](std::string_view name, std::size_t) { return DecodeChannel(file, name); });
+    ExpectEachNoteInItsChannel(oracle::kBlits, kLossless,
+                               [&](std::string_view name, std::size_t) { return DecodeChannel(file, name); });
 }
 
 TEST_P(IdentFilesIn, HoldEachEbuBurstUnderItsChannelsName) {
     const std::string file = std::string("ebu.") + GetParam();
     Render(file + " --ident ebu-5.1 --duration 9 --size 64x36");
-    ExpectEachBurstInItsChannel(kEbuBursts, kLossless,
-                                [&](std::string_view name, std::size_t) { return DecodeChannel(file, name); });
+    ExpectEachNoteInItsChannel(oracle::kMultichannel, kLossless,
+                               [&](std::string_view name, std::size_t) { return DecodeChannel(file, name); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Lossless, IdentFilesIn, testing::Values("mov", "mkv", "wav"),
@@ -138,58 +149,43 @@ INSTANTIATE_TEST_SUITE_P(Lossless, IdentFilesIn, testing::Values("mov", "mkv", "
 TEST_F(IdentFiles, Mp4HoldsEachBurstInItsSpeaker) {
     Render("blits.mp4 --ident blits --duration 5 --size 64x36");
     // MPEG-4 has one 5.1 configuration, whose surround pair FFmpeg calls BL and BR.
-    ExpectEachBurstInItsChannel(kBlitsBursts, kLossy, [&](std::string_view name, std::size_t) {
+    ExpectEachNoteInItsChannel(oracle::kBlits, kLossy, [&](std::string_view name, std::size_t) {
         return DecodeChannel("blits.mp4", name == "SL" ? "BL" : name == "SR" ? "BR" : name);
     });
 }
 
 TEST_F(IdentFiles, MxfHoldsAMonoTrackAChannelInTheOrderOfFiles) {
     Render("blits.mxf --ident blits --duration 5 --size 640x360");
-    ExpectEachBurstInItsChannel(kBlitsBursts, kLossless,
-                                [&](std::string_view, std::size_t track) { return DecodeTrack("blits.mxf", track); });
+    ExpectEachNoteInItsChannel(oracle::kBlits, kLossless,
+                               [&](std::string_view, std::size_t track) { return DecodeTrack("blits.mxf", track); });
 }
 
 TEST_F(IdentFiles, MonoTracksOfAMovieHoldAChannelEach) {
     Render("blits.mov --ident blits --duration 5 --size 64x36 --mono-tracks");
-    ExpectEachBurstInItsChannel(kBlitsBursts, kLossless,
-                                [&](std::string_view, std::size_t track) { return DecodeTrack("blits.mov", track); });
+    ExpectEachNoteInItsChannel(oracle::kBlits, kLossless,
+                               [&](std::string_view, std::size_t track) { return DecodeTrack("blits.mov", track); });
 }
 
-TEST_F(IdentFiles, OneBlitsCycleSwitchesOnTheSample) {
-    Render("blits.wav --ident blits --cycles 1");
-    // Tenths of a second: [first, last) of every stretch in which the channel sounds.
-    const auto expectSoundingIn = [&](std::string_view name, const std::vector<std::pair<int, int>>& stretches) {
-        const std::vector<float> samples = DecodeChannel("blits.wav", name);
-        ASSERT_EQ(samples.size(), 643200U);
-        for (int slot = 0; slot < 134; ++slot) {
-            const bool sounds =
-                std::ranges::any_of(stretches, [slot](auto s) { return slot >= s.first && slot < s.second; });
-            const auto* const first = samples.data() + slot * 4800;
-            // A slot's first samples may be near a zero of the sine, not its first thirty-two.
-            const bool head = std::any_of(first, first + 32, [](float x) { return x != 0; });
-            const bool tail = std::any_of(first + 4768, first + 4800, [](float x) { return x != 0; });
-            const bool any = std::any_of(first, first + 4800, [](float x) { return x != 0; });
-            EXPECT_EQ(any, sounds) << name << " in slot " << slot;
-            EXPECT_EQ(head && tail, sounds) << name << " at the edges of slot " << slot;
+class CycleFiles : public IdentFiles, public testing::WithParamInterface<oracle::Ident> {};
+
+TEST_P(CycleFiles, SwitchOnTheSample) {
+    const oracle::Ident& ident = GetParam();
+    Render("cycle.wav --cycles 1 --audio-codec pcm-f32 --ident " + std::string(kWords.at(ident.format)));
+    const std::int64_t samplesInCycle = ident.cycleMs * kRateHz / 1000;
+    const auto sent = oracle::Render(ident, {oracle::kTicksAt48kHz, 0, samplesInCycle});
+    for (std::size_t place = 0; place < ident.channels; ++place) {
+        const auto& [name, channel] = kFileChannels.at(place);
+        const std::vector<float> samples = DecodeChannel("cycle.wav", name);
+        ASSERT_EQ(samples.size(), static_cast<std::size_t>(samplesInCycle));
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            // Phases are taken up anew more often than in one request.
+            ASSERT_NEAR(samples[i], sent[channel][i], oracle::Stray(3000, 0.125)) << name << ", sample " << i;
         }
-    };
-    expectSoundingIn("FL", {{0, 6}, {48, 58}, {61, 64}, {67, 70}, {73, 76}, {79, 99}, {102, 132}});
-    expectSoundingIn("FR", {{8, 14}, {48, 99}, {102, 132}});
-    expectSoundingIn("FC", {{16, 22}, {102, 132}});
-    expectSoundingIn("LFE", {{24, 30}, {102, 132}});
-    expectSoundingIn("SL", {{32, 38}, {102, 132}});
-    expectSoundingIn("SR", {{40, 46}, {102, 132}});
+    }
 }
 
-TEST_F(IdentFiles, OneEbuStereoCycleGapsTheLeftChannelOnTheSample) {
-    Render("stereo.wav --ident ebu-stereo-400 --cycles 1");
-    const auto left = DecodeChannel("stereo.wav", "FL");
-    const auto right = DecodeChannel("stereo.wav", "FR");
-    ASSERT_EQ(left.size(), 144000U);
-    EXPECT_TRUE(std::equal(left.begin(), left.begin() + 132000, right.begin()));
-    EXPECT_TRUE(std::all_of(left.begin() + 132000, left.end(), [](float x) { return x == 0; }));
-    EXPECT_NEAR(LevelAt(right, 0.0, 3.0, 400.0), kLevel, 1e-4);
-}
+INSTANTIATE_TEST_SUITE_P(Idents, CycleFiles, testing::ValuesIn(oracle::kIdents),
+                         [](const auto& ident) { return std::string(ident.param.name); });
 
 TEST_F(IdentFiles, SoundIsTheSameAtEveryFrameRate) {
     // From 3.3 s on: bursts begin inside the stretch, and frames of 23.976 and 29.97 cut them anywhere.
@@ -210,15 +206,16 @@ TEST_F(IdentFiles, SoundIsTheSameAtEveryFrameRate) {
 
 TEST_F(IdentFiles, NoBurstHasAPhaseStep) {
     Render("ebu.mov --ident ebu-5.1 --duration 9 --fps 30000/1001 --size 64x36 --audio-codec pcm-f32");
-    for (const Burst& burst : kEbuBursts) {
-        const auto samples = DecodeChannel("ebu.mov", burst.channel);
-        const auto first = static_cast<std::size_t>(burst.startSeconds * kRateHz);
-        const auto last = static_cast<std::size_t>(burst.endSeconds * kRateHz);
+    for (const oracle::Note& note : NamingNotes(oracle::kMultichannel)) {
+        const std::string_view name = std::ranges::find(kFileChannels, note.channel, &FileChannel::channel)->name;
+        const auto samples = DecodeChannel("ebu.mov", name);
+        const auto first = static_cast<std::size_t>(note.beginMs * kRateHz / 1000);
+        const auto last = static_cast<std::size_t>(note.endMs * kRateHz / 1000);
         // Three neighbours of a sine obey x[i+1] = 2 cos(w) x[i] - x[i-1]; a step in phase breaks it.
-        const double twoCos = 2 * std::cos(2 * std::numbers::pi * burst.frequencyHz / kRateHz);
+        const double twoCos = 2 * std::cos(2 * std::numbers::pi * note.frequencyHz / kRateHz);
         for (std::size_t i = first + 1; i + 1 < last; ++i) {
             const double predicted = twoCos * static_cast<double>(samples[i]) - static_cast<double>(samples[i - 1]);
-            ASSERT_NEAR(static_cast<double>(samples[i + 1]), predicted, 1e-5) << burst.channel << " at " << i;
+            ASSERT_NEAR(static_cast<double>(samples[i + 1]), predicted, 1e-5) << name << " at " << i;
         }
     }
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace lineup::sound {
 
@@ -14,6 +15,8 @@ namespace {
 using Inputs = std::vector<std::size_t>;
 
 constexpr double kFolded = 0.2;  // of the strongest part: a sum, not a leak
+constexpr double kArrives =
+    0.01;  // of the loudest channel: what is softer has no level that a leak could be held against
 
 double Db(double gain) {
     return 20 * std::log10(std::max(gain, 1e-15));
@@ -82,13 +85,15 @@ void FindParts(Case& check) {
     }
 }
 
-// The level at which a channel arrives where it should, or best.
-double LevelOf(const Case& check, std::size_t channel) {
-    double level = 0;
+// The level at which each channel arrives where it should, or best.
+std::vector<double> LevelsOf(const Case& check) {
+    std::vector<double> levels(check.Sent().channels.size());
     for (const auto& parts : check.parts) {
-        level = std::max(level, std::abs(parts[channel]));
+        for (std::size_t channel = 0; channel < levels.size(); ++channel) {
+            levels[channel] = std::max(levels[channel], std::abs(parts[channel]));
+        }
     }
-    return level;
+    return levels;
 }
 
 void DecideMixed(Case& check) {
@@ -96,13 +101,14 @@ void DecideMixed(Case& check) {
     Inputs leaks;
     double strongest = 0;
     std::string text;
+    const std::vector<double> levels = LevelsOf(check);
+    const double least = kArrives * *std::ranges::max_element(levels);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         if (check.folded[input]) {
             folded.push_back(input);
         }
-        for (std::size_t channel = 0; channel < check.Sent().channels.size(); ++channel) {
-            const double level = LevelOf(check, channel);
-            const double leak = level > 0 ? std::abs(check.parts[input][channel]) / level : 0;
+        for (std::size_t channel = 0; channel < levels.size(); ++channel) {
+            const double leak = levels[channel] > least ? std::abs(check.parts[input][channel]) / levels[channel] : 0;
             const bool own = check.At(input).channel == channel;
             if (own || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
                 continue;
@@ -198,15 +204,40 @@ void DecideSwapped(Case& check, const Inputs& copies) {
     }
 }
 
+// Silent inputs, each with the channel that is missing there: its own, or, where that arrives at another input, one
+// that arrives nowhere.
+std::map<std::size_t, std::string> MissingChannels(const Case& check) {
+    std::map<std::size_t, std::string> missing;
+    Inputs others;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const auto home = check.home[input];
+        if (!home || check.At(input).sounds || !WasDue(check, *home, input)) {
+            continue;
+        }
+        if (InputsWith(check, *home).empty()) {
+            missing[input] = check.Sent().channels[*home];
+        } else {
+            others.push_back(input);
+        }
+    }
+    const std::size_t channels = check.Sent().channels.size();
+    for (std::size_t channel = 0; channel < channels && !others.empty(); ++channel) {
+        const std::string& name = check.Sent().channels[channel];
+        const bool isNamed = std::ranges::any_of(missing, [&](const auto& entry) { return entry.second == name; });
+        if (!isNamed && InputsWith(check, channel).empty() && WasDue(check, channel, others.front())) {
+            missing[others.front()] = name;
+            others.erase(others.begin());
+        }
+    }
+    return missing;
+}
+
 void DecideMissing(Case& check) {
     Inputs silent;
     std::vector<std::string> names;
-    for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const auto home = check.home[input];
-        if (home && !check.At(input).sounds && WasDue(check, *home, input) && InputsWith(check, *home).empty()) {
-            silent.push_back(input);
-            names.push_back(check.Sent().channels[*home]);
-        }
+    for (const auto& [input, name] : MissingChannels(check)) {
+        silent.push_back(input);
+        names.push_back(name);
     }
     if (!silent.empty()) {
         CheckFault& fault =

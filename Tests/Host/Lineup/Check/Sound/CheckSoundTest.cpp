@@ -157,6 +157,26 @@ TEST(CheckSound, ASilentChannelIsMissingAndNothingElse) {
     EXPECT_FALSE(findings.sound.channels[3].level);
 }
 
+TEST(CheckSound, AMissingChannelIsNamedWhereAnotherOnesInputIsSilent) {
+    Sound sound = Ident("blits", 13.4);
+    std::swap(sound[0], sound[4]);
+    std::ranges::fill(sound[0], 0.0F);
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), (Strings{"channels-swapped", "channel-missing"}));
+    EXPECT_EQ(findings.faults[0].inputs, std::vector<int>{4});
+    EXPECT_EQ(findings.faults[1].inputs, std::vector<int>{0});
+    EXPECT_EQ(findings.faults[1].channels, Strings{"Ls"});
+}
+
+TEST(CheckSound, TheRoundingOfSamplesIsNoLeakOfAMissingChannel) {
+    Sound sound = Ident("ebu-5.1", 12);
+    std::ranges::fill(sound[2], 0.0F);
+    for (float& x : sound[3]) {
+        x = std::nearbyint(x * 32768) / 32768;
+    }
+    EXPECT_EQ(Ids(Check(sound)), Strings{"channel-missing"});
+}
+
 TEST(CheckSound, ACopyIsADuplicateAndNoMissingChannel) {
     Sound sound = Ident("blits", 13.4);
     sound[1] = sound[0];

@@ -1,0 +1,73 @@
+"""Holds what was named against what was due."""
+
+from collections import Counter
+from dataclasses import dataclass
+
+NOTHING = "nothing"
+CANNOT_TELL = "cannot tell"
+
+
+@dataclass
+class Outcome:
+    number: int
+    families: tuple
+    chain: str
+    expected: dict  # id: inputs or None
+    verdict: str
+    got: dict  # id: inputs
+    texts: list
+
+    @property
+    def cannot_tell(self):
+        return self.verdict == "cannot-tell"
+
+    @property
+    def right(self):
+        return not self.cannot_tell and self.got.keys() == self.expected.keys() and not self.misplaced()
+
+    def misplaced(self):
+        """Faults that were named at other inputs than theirs."""
+        return [name for name, inputs in self.expected.items()
+                if inputs is not None and name in self.got and self.got[name] != inputs]
+
+    def confusions(self):
+        """(due, named) of a case, where "nothing" stands for what was not due or was not named."""
+        if self.cannot_tell:
+            return [(name, CANNOT_TELL) for name in self.expected or (NOTHING,)]
+        pairs = [(name, name) for name in self.expected if name in self.got]
+        missed = [name for name in self.expected if name not in self.got]
+        extra = [name for name in self.got if name not in self.expected]
+        if missed and extra:
+            pairs += [(due, named) for due in missed for named in extra]
+        else:
+            pairs += [(due, NOTHING) for due in missed] + [(NOTHING, named) for named in extra]
+        return pairs or [(NOTHING, NOTHING)]
+
+
+def outcome_of(case, report):
+    got = {}
+    for fault in report["faults"]:
+        got.setdefault(fault["id"], set()).update(fault["inputs"])
+    texts = [fault["text"] for fault in report["faults"]] + [f"({note['text']})" for note in report["notes"]]
+    return Outcome(case.number, case.families, case.chain.name, case.expected, report["verdict"],
+                   {name: sorted(inputs) for name, inputs in got.items()}, texts)
+
+
+def matrix(outcomes):
+    """A table in Markdown: rows are due, columns named; cells count cases."""
+    counts = Counter(pair for outcome in outcomes for pair in outcome.confusions())
+    rows = sorted({due for due, _ in counts} - {NOTHING}) + [NOTHING]
+    columns = sorted({named for _, named in counts} - {NOTHING, CANNOT_TELL}) + [NOTHING, CANNOT_TELL]
+    lines = ["| due \\ named | " + " | ".join(columns) + " |", "| --- |" + " ---: |" * len(columns)]
+    lines += ["| " + " | ".join([f"`{row}`" if row != NOTHING else row,
+                                 *(str(counts[row, column] or "") for column in columns)]) + " |" for row in rows]
+    return "\n".join(lines)
+
+
+def score(outcomes):
+    """Counts of a run."""
+    undamaged = [outcome for outcome in outcomes if not outcome.expected]
+    told = [outcome for outcome in outcomes if not outcome.cannot_tell]
+    return {"cases": len(outcomes), "right": sum(outcome.right for outcome in outcomes), "told": len(told),
+            "cannot tell": len(outcomes) - len(told), "undamaged": len(undamaged),
+            "undamaged wrong": sum(bool(outcome.got) for outcome in undamaged)}

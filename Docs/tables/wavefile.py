@@ -1,4 +1,4 @@
-"""Float samples out of a Wave file."""
+"""Samples out of a Wave file."""
 
 import array
 import struct
@@ -26,3 +26,10 @@ def read(path):
     names = [SPEAKERS[bit] for bit in range(18) if mask >> bit & 1]
     samples = array.array("f", found[b"data"])
     return rate, {name: samples[c::count] for c, name in enumerate(names)}
+
+
+def read_24(path):
+    """The samples of a file of one channel of 24 bits; full scale is 1."""
+    with open(path, "rb") as file:
+        data = dict(chunks(file.read()))[b"data"]
+    return [int.from_bytes(data[at:at + 3], "little", signed=True) / (1 << 23) for at in range(0, len(data), 3)]

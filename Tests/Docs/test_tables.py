@@ -13,6 +13,7 @@ import cadence  # noqa: E402
 import card  # noqa: E402
 import headers  # noqa: E402
 import markdown  # noqa: E402
+import purity  # noqa: E402
 
 RATE = 48000
 
@@ -59,6 +60,17 @@ class Tones(unittest.TestCase):
     def test_a_stretch_of_two_pitches_is_refused(self):
         with self.assertRaisesRegex(ValueError, "one stretch has the frequencies"):
             cadence.tones(sine(1000, 0.5) + sine(880, 0.5), RATE)
+
+
+class Purity(unittest.TestCase):
+    def test_what_is_not_the_sine_counts_against_it(self):
+        tone, overtone = sine(1000, 0.1), sine(3000, 0.1)
+        with_overtone = [a + 1e-5 * b for a, b in zip(tone, overtone)]
+        self.assertAlmostEqual(purity.distortion_db(with_overtone, 100), -100, 1)
+
+    def test_level_and_phase_are_the_tones_own(self):
+        shifted = [math.sin(2 * math.pi * i / 48 + 1) + 1e-4 for i in range(4800)]
+        self.assertAlmostEqual(purity.distortion_db(shifted, 100), -77, 1)
 
 
 class Colours(unittest.TestCase):

@@ -3,6 +3,7 @@
 #include "Host/Interface/Media/TickTime.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace lineup {
@@ -14,11 +15,17 @@ namespace {
 __extension__ using Int128 = __int128;
 
 constexpr float kAnyRateHz = 48000.0F;
-constexpr std::int64_t kTicksPerBlock = zelmediatypes::kTicksPerSecond / 10;
+constexpr std::int64_t kTicksPerMs = zelmediatypes::kTicksPerSecond / 1000;
 
-Int128 FloorDivide(Int128 a, Int128 b) {
-    const Int128 quotient = a / b;
-    return (a % b != 0 && (a < 0) != (b < 0)) ? quotient - 1 : quotient;
+// Those that go into a tenth of a second.
+constexpr std::array<std::int64_t, 9> kBlockMs = {1, 2, 4, 5, 10, 20, 25, 50, 100};
+constexpr std::int64_t kUnevenBlockMs = 10;
+
+Int128 FloorDivide(Int128 a, std::int64_t b) {
+    if (const auto narrow = static_cast<std::int64_t>(a); narrow == a) {  // as it nearly always is, and far quicker
+        return narrow / b - (narrow % b < 0 ? 1 : 0);
+    }
+    return a / b - (a % b < 0 ? 1 : 0);
 }
 
 std::int64_t Narrow(Int128 value) {
@@ -30,25 +37,32 @@ std::int64_t Narrow(Int128 value) {
 }  // namespace
 
 BlockGrid::BlockGrid(float sampleRateHz) noexcept
-    : mTicksPerSample(zelmediatypes::FrameRateFromHz(sampleRateHz).Ticks()) {
+    : mSampleLength(zelmediatypes::FrameRateFromHz(sampleRateHz).Ticks()) {
     // Samples that take no time, or run backwards, have no place in clip time: any even cut serves.
-    if (mTicksPerSample <= 0) {
-        mTicksPerSample = zelmediatypes::FrameRateFromHz(kAnyRateHz).Ticks();
+    if (mSampleLength <= 0) {
+        mSampleLength = zelmediatypes::FrameRateFromHz(kAnyRateHz).Ticks();
+    }
+    const auto* const whole =
+        std::ranges::find_if(kBlockMs, [this](std::int64_t ms) { return ms * kTicksPerMs % mSampleLength == 0; });
+    mBlockLength = (whole != kBlockMs.end() ? *whole : kUnevenBlockMs) * kTicksPerMs;
+    if (whole != kBlockMs.end()) {
+        mBlockLength /= mSampleLength;
+        mSampleLength = 1;
     }
 }
 
 std::int64_t BlockGrid::BlockStart(std::int64_t position) const noexcept {
-    const Int128 block = FloorDivide(Int128{position} * mTicksPerSample, kTicksPerBlock);
-    return Narrow(-FloorDivide(-block * kTicksPerBlock, mTicksPerSample));
+    const Int128 block = FloorDivide(Int128{position} * mSampleLength, mBlockLength);
+    return Narrow(-FloorDivide(-block * mBlockLength, mSampleLength));
 }
 
 std::int64_t BlockGrid::NextBlockStart(std::int64_t position) const noexcept {
-    const Int128 block = FloorDivide(Int128{position} * mTicksPerSample, kTicksPerBlock) + 1;
-    return Narrow(-FloorDivide(-block * kTicksPerBlock, mTicksPerSample));
+    const Int128 block = FloorDivide(Int128{position} * mSampleLength, mBlockLength) + 1;
+    return Narrow(-FloorDivide(-block * mBlockLength, mSampleLength));
 }
 
 std::int64_t BlockGrid::LongestBlock() const noexcept {
-    return kTicksPerBlock / mTicksPerSample + 1;
+    return (mBlockLength - 1) / mSampleLength + 1;
 }
 
 }  // namespace parts

@@ -7,10 +7,12 @@
 namespace lineup {
 inline namespace parts {
 
-/// Cuts a clip's samples into blocks that start at multiples of 0.1 s of clip time: each block starts
-/// with the first sample at or after its multiple (every 4800 samples at 48 kHz). Audio that is always
-/// asked for in these blocks sounds the same wherever a caller cuts it, even where a sequence takes a
-/// tone's phase from the start of the request.
+/// Cuts a clip's samples into blocks of clip time: as long as the shortest whole number of milliseconds that is a whole
+/// number of samples and goes into a tenth of a second, on which the steps of all sequences begin: 1 ms at 48 kHz, 10
+/// ms at 44.1 kHz. At a rate without one, such as 11.025 kHz, a block lasts 10 ms and starts with the first sample at
+/// or after its time. Audio that is always asked for in these blocks sounds the same wherever a caller cuts it, even
+/// where a sequence takes a tone's phase from the start of the request; and short blocks keep tones pure, because a
+/// phase drifts within a request and is taken up anew by the next.
 class LINEUP_API BlockGrid {
 public:
     explicit BlockGrid(float sampleRateHz) noexcept;
@@ -25,7 +27,9 @@ public:
     [[nodiscard]] std::int64_t LongestBlock() const noexcept;
 
 private:
-    std::int64_t mTicksPerSample;
+    // In ticks, or in samples where a block is a whole number of them.
+    std::int64_t mSampleLength;
+    std::int64_t mBlockLength;
 };
 
 }  // namespace parts

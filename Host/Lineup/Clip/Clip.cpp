@@ -17,7 +17,7 @@ namespace lineup {
 namespace {
 
 constexpr std::uint32_t kMostChannels = 64;
-constexpr float kHighestPlayableRateHz = 1e6F;  // beyond any converter; keeps a block of 0.1 s small
+constexpr float kHighestPlayableRateHz = 1e6F;  // beyond any converter; keeps a block of 100 ms small
 constexpr int kIdentChannels = 6;
 
 std::shared_ptr<const Importer> Required(std::shared_ptr<const Importer> importer) {

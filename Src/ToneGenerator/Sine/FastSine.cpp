@@ -3,6 +3,7 @@
 #include "Host/Interface/Core/VectorRuntime.h"
 #include "Src/ToneGenerator/Sine/PhaseStretch.h"
 #include "Src/ToneGenerator/Sine/SineKernels.h"
+#include "Src/ToneGenerator/Sine/WholeCycles.h"
 
 #include <algorithm>
 #include <array>
@@ -44,7 +45,13 @@ bool IsOrdinary(double amplitude) {
 }  // namespace
 
 void WriteFast(const Wave& wave, float* out, long long numSamples) {
-    WriteFast(Selected(), wave, out, numSamples);
+    static constinit WholeCycles kept;
+    if (!WholeCycles::Takes(wave, numSamples)) {
+        WriteFast(Selected(), wave, out, numSamples);
+    } else if (!kept.Find(wave, out, numSamples)) {
+        WriteFast(Selected(), wave, out, numSamples);
+        kept.Keep(wave, out, numSamples);
+    }
 }
 
 void WriteFast(const Kernels& kernels, const Wave& wave, float* out, long long numSamples) {

@@ -18,22 +18,24 @@ constexpr std::array<std::size_t, 6> kSurround = {0, 1, 4, 5, 2, 3};
 
 Planes PlugInSound(const lineup::BarsAndToneInfo& settings, std::int64_t start, std::int64_t count) {
     static const lineup::Importer importer(TEST_BUNDLE);
-    const auto tenth = static_cast<std::int64_t>(settings.sampleRate) / 10;
-    const std::int64_t firstBlock = start / tenth;
-    const std::int64_t endBlock = (start + count + tenth - 1) / tenth;
-    const auto length = static_cast<std::size_t>((endBlock - firstBlock) * tenth);
-    Planes blocks(kBuffers, std::vector<float>(length));
+    // A millisecond where it is a whole number of samples, else ten.
+    const auto rate = static_cast<std::int64_t>(settings.sampleRate);
+    const std::int64_t length = rate % 1000 == 0 ? rate / 1000 : rate / 100;
+    const std::int64_t firstBlock = start / length;
+    const std::int64_t endBlock = (start + count + length - 1) / length;
+    const auto samples = static_cast<std::size_t>((endBlock - firstBlock) * length);
+    Planes blocks(kBuffers, std::vector<float>(samples));
     for (std::int64_t block = firstBlock; block < endBlock; ++block) {
         std::array<float*, kBuffers> buffers{};
         for (std::size_t c = 0; c < buffers.size(); ++c) {
-            buffers.at(c) = blocks[c].data() + (block - firstBlock) * tenth;
+            buffers.at(c) = blocks[c].data() + (block - firstBlock) * length;
         }
-        importer.ReadAudio({.prefs = &settings}, block * tenth, static_cast<std::uint32_t>(tenth), buffers.data());
+        importer.ReadAudio({.prefs = &settings}, block * length, static_cast<std::uint32_t>(length), buffers.data());
     }
     Planes planes;
     for (std::size_t place = 0; place < settings.numChannels; ++place) {
         const auto& plane = blocks[settings.numChannels == 6 ? kSurround.at(place) : place];
-        const auto begin = plane.begin() + (start - firstBlock * tenth);
+        const auto begin = plane.begin() + (start - firstBlock * length);
         planes.emplace_back(begin, begin + count);
     }
     return planes;

@@ -7,8 +7,9 @@
 
 namespace test {
 
-/// What the plug-in itself gives for `settings` from sample `start` on, asked for in whole tenths of a second,
-/// its channels in the order of files: L, R, C, LFE, Ls, Rs. The rate must be a multiple of 10 Hz.
+/// What the plug-in itself gives for `settings` from sample `start` on, asked for in blocks of a millisecond,
+/// or of ten where one is no whole number of samples; its channels in the order of files: L, R, C, LFE, Ls, Rs. The
+/// rate must be a multiple of 100 Hz.
 Planes PlugInSound(const lineup::BarsAndToneInfo& settings, std::int64_t start, std::int64_t count);
 
 /// A steady tone as a new clip has it.

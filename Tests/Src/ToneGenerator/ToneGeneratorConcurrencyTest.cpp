@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <vector>
 
 namespace {
@@ -36,6 +38,24 @@ TEST(ToneGeneratorConcurrency, OneGeneratorServesManyThreads) {
                                               channels.Pointers(), 2, 5000, false);
         EXPECT_TRUE(SameSamples(channels[0].Samples(), expected));
         EXPECT_TRUE(SameSamples(channels[1].Samples(), expected));
+    });
+}
+
+// What one thread keeps of a tone of whole cycles, others find, or write over with theirs.
+TEST(ToneGeneratorConcurrency, TonesOfWholeKilohertzAreEachTheirOwnByTheMillisecond) {
+    constexpr std::size_t kMillisecond = 48;
+    constexpr std::array kTonesHz = {1000.0F, 2000.0F, 3000.0F};
+    const ToneGenerator generator(zelmediatypes::FrameRate(kTicksAt48kHz), 1);
+    test::OnAllThreads([&](int thread) {
+        const float frequencyHz = kTonesHz.at(static_cast<std::size_t>(thread) % kTonesHz.size());
+        const auto expected = oracle::Tone(0, kTicksAt48kHz, static_cast<double>(frequencyHz), 0.5, kMillisecond);
+        GuardedChannels channels(1, kMillisecond);
+        for (std::int64_t ms = 0; ms < 2000; ++ms) {
+            const zelmediatypes::TickTime start(ms * oracle::kTicksPerMs);
+            generator.GenerateTonesAcrossChannels(start, frequencyHz, 0.5F, channels.Pointers(), 1, kMillisecond,
+                                                  false);
+            ASSERT_TRUE(SameSamples(channels[0].Samples(), expected)) << frequencyHz << " Hz, " << ms << " ms";
+        }
     });
 }
 

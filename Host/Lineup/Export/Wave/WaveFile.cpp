@@ -17,6 +17,9 @@ namespace {
 // How often progress is reported: often enough to stop at once, seldom enough to cost nothing.
 constexpr std::int64_t kSamplesPerReport = 48000;
 
+// So many of all channels stay in the processor's inner caches between their making and their packing.
+constexpr std::int64_t kSamplesAtOnce = 2048;
+
 WaveFormat FormatOf(const SoundPlan& plan) {
     WaveFormat format;
     format.samples = plan.encoding->samples;
@@ -45,8 +48,10 @@ public:
         return mInFileOrder;
     }
 
-    /// The end of the stretch that is best read in one piece.
-    [[nodiscard]] std::int64_t BlockEnd(std::int64_t position) const { return mReader.BlockEnd(position); }
+    /// The end of the stretch that is best read in one piece: whole blocks.
+    [[nodiscard]] std::int64_t StretchEnd(std::int64_t position) const {
+        return mReader.BlockEnd(position + kSamplesAtOnce - 1);
+    }
 
 private:
     AudioReader mReader;
@@ -70,7 +75,7 @@ void WriteSamples(FileQueue& queue, const Clip& clip, const ExportPlan& plan, co
     SoundInFileOrder sound(clip, track, most);
     for (std::int64_t done = 0, reported = 0; done < planned.samples;) {
         const std::int64_t position = planned.startSample + done;
-        const std::int64_t count = std::min({sound.BlockEnd(position) - position, planned.samples - done, most});
+        const std::int64_t count = std::min({sound.StretchEnd(position) - position, planned.samples - done, most});
         PackFrames(sound.Read(position, count), static_cast<std::size_t>(count), samples, queue.Room());
         queue.Add(static_cast<std::size_t>(count) * frameBytes);
         done += count;

@@ -14,7 +14,8 @@ namespace lineup::validation {
 
 namespace {
 
-constexpr std::int64_t kGridAt48kHz = 4800;  // 0.1 s, which hosts cut at
+constexpr std::int64_t kGridAt48kHz = 48;  // a millisecond, which hosts cut at
+constexpr std::int64_t kTenth = 4800;      // of a second
 
 double RateHz(const Sound& sound) {
     return zelmediatypes::RateHz(zelmediatypes::FrameRateFromHz(sound.settings.sampleRate));
@@ -112,8 +113,8 @@ void CheckAudioNegative(Examination& examination) {
             RequireSameCycle(examination, sound, -CyclesIn(sound, seconds));
         }
         // Across clip time 0, cut at it.
-        RequireJoins(examination.Plugin(), sound, {.position = -kGridAt48kHz, .count = 2 * kGridAt48kHz},
-                     {kGridAt48kHz, 2 * kGridAt48kHz}, true);
+        RequireJoins(examination.Plugin(), sound, {.position = -kTenth, .count = 2 * kTenth}, {kTenth, 2 * kTenth},
+                     true);
     }
 }
 

@@ -38,21 +38,21 @@ std::vector<std::vector<float>> ReadWhole(const Clip& clip, std::int64_t positio
     return samples;
 }
 
-TEST(AudioReader, AsksInBlocksThatStartEveryTenthOfASecond) {
+TEST(AudioReader, AsksInBlocksThatStartEveryMillisecond) {
     const Clip clip(Load(TEST_BUNDLES "/EchoImporter.bundle"));
     const auto samples = ReadWhole(clip, 4000, 10000);  // 4000 .. 13999
-    EXPECT_EQ(samples[0][0], 0.0F);                     // 4000 lies in the block of 0
-    EXPECT_EQ(samples[0][799], 0.0F);
-    EXPECT_EQ(samples[0][800], 4800.0F);
-    EXPECT_EQ(samples[0][5600], 9600.0F);
-    EXPECT_EQ(samples[0][9999], 9600.0F);
-    EXPECT_EQ(samples[1][9999], 9600.125F);
+    EXPECT_EQ(samples[0][0], 3984.0F);                  // 4000 lies in the block of 83 ms
+    EXPECT_EQ(samples[0][31], 3984.0F);
+    EXPECT_EQ(samples[0][32], 4032.0F);
+    EXPECT_EQ(samples[0][80], 4080.0F);
+    EXPECT_EQ(samples[0][9999], 13968.0F);
+    EXPECT_EQ(samples[1][9999], 13968.125F);
 }
 
 TEST(AudioReader, AsksBeforeZeroOnTheSameGrid) {
     const Clip clip(Load(TEST_BUNDLES "/EchoImporter.bundle"));
     const auto samples = ReadWhole(clip, -10, 20);
-    EXPECT_EQ(samples[0][9], -4800.0F);
+    EXPECT_EQ(samples[0][9], -48.0F);
     EXPECT_EQ(samples[0][10], 0.0F);
 }
 

@@ -12,44 +12,62 @@ namespace {
 
 using lineup::BlockGrid;
 
-TEST(BlockGrid, StartsABlockEveryTenthOfASecond) {
+TEST(BlockGrid, StartsABlockEveryMillisecondAt48Kilohertz) {
     const BlockGrid grid(48000);
     EXPECT_EQ(grid.BlockStart(0), 0);
-    EXPECT_EQ(grid.BlockStart(4799), 0);
-    EXPECT_EQ(grid.BlockStart(4800), 4800);
-    EXPECT_EQ(grid.NextBlockStart(0), 4800);
-    EXPECT_EQ(grid.NextBlockStart(4800), 9600);
+    EXPECT_EQ(grid.BlockStart(47), 0);
+    EXPECT_EQ(grid.BlockStart(48), 48);
+    EXPECT_EQ(grid.NextBlockStart(0), 48);
+    EXPECT_EQ(grid.NextBlockStart(48), 96);
 }
 
 TEST(BlockGrid, GoesOnBeforeZero) {
     const BlockGrid grid(48000);
-    EXPECT_EQ(grid.BlockStart(-1), -4800);
+    EXPECT_EQ(grid.BlockStart(-1), -48);
     EXPECT_EQ(grid.NextBlockStart(-1), 0);
-    EXPECT_EQ(grid.BlockStart(-4800), -4800);
-    EXPECT_EQ(grid.BlockStart(-4801), -9600);
+    EXPECT_EQ(grid.BlockStart(-48), -48);
+    EXPECT_EQ(grid.BlockStart(-49), -96);
 }
 
-TEST(BlockGrid, IsWholeTenthsOfTheSampleRateWhereTheyAreWhole) {
-    for (const float rateHz : {8000.0F, 32000.0F, 44100.0F, 48000.0F, 88200.0F, 96000.0F, 192000.0F}) {
-        const BlockGrid grid(rateHz);
-        const auto tenth = static_cast<std::int64_t>(rateHz / 10);
+TEST(BlockGrid, TakesTheFewestMillisecondsThatAreWholeSamples) {
+    struct Case {
+        float rateHz;
+        std::int64_t samples;
+    };
+    for (const Case& of : {Case{8000, 8}, Case{22050, 441}, Case{32000, 32}, Case{44100, 441}, Case{48000, 48},
+                           Case{88200, 441}, Case{96000, 96}, Case{176400, 882}, Case{192000, 192}}) {
+        const BlockGrid grid(of.rateHz);
         for (std::int64_t block = -3; block < 3; ++block) {
-            EXPECT_EQ(grid.BlockStart(block * tenth + tenth / 2), block * tenth) << rateHz;
+            EXPECT_EQ(grid.BlockStart(block * of.samples + of.samples / 2), block * of.samples) << of.rateHz;
         }
     }
 }
 
-TEST(BlockGrid, BeginsWithTheFirstSampleOfEachTenthWhereTheyAreNotWhole) {
-    const BlockGrid grid(11025);  // 1102.5 samples a block
-    EXPECT_EQ(grid.NextBlockStart(0), 1103);
-    EXPECT_EQ(grid.NextBlockStart(1103), 2205);
-    EXPECT_EQ(grid.BlockStart(1102), 0);
-    EXPECT_EQ(grid.BlockStart(2204), 1103);
+TEST(BlockGrid, BeginsWithTheFirstSampleOfTenMillisecondsWhereNoneAreWhole) {
+    const BlockGrid grid(11025);  // 110.25 samples a block
+    EXPECT_EQ(grid.NextBlockStart(0), 111);
+    EXPECT_EQ(grid.NextBlockStart(111), 221);
+    EXPECT_EQ(grid.BlockStart(110), 0);
+    EXPECT_EQ(grid.BlockStart(220), 111);
+    EXPECT_EQ(grid.BlockStart(440), 331);
+    EXPECT_EQ(grid.BlockStart(441), 441);
+}
+
+// All sequences' steps begin on tenths of a second: a burst whose phase is its request's then has one phase.
+TEST(BlockGrid, StartsABlockOnEveryTenthOfASecond) {
+    for (const float rateHz : {8000.0F, 11025.0F, 44056.0F, 44100.0F, 47952.0F, 48000.0F, 12345.0F, 3.0F}) {
+        const BlockGrid grid(rateHz);
+        const std::int64_t sample = zelmediatypes::FrameRateFromHz(rateHz).Ticks();
+        for (std::int64_t tenth = 0; tenth < 134; ++tenth) {
+            const std::int64_t first = (tenth * zelmediatypes::kTicksPerSecond / 10 + sample - 1) / sample;
+            EXPECT_EQ(grid.BlockStart(first), first) << rateHz;
+        }
+    }
 }
 
 TEST(BlockGrid, EverySampleLiesInTheBlockThatItsClipTimeNames) {
-    constexpr std::int64_t kTicksPerBlock = zelmediatypes::kTicksPerSecond / 10;
-    for (const float rateHz : {11025.0F, 47952.0F, 44099.0F, 12345.0F}) {
+    constexpr std::int64_t kTicksPerBlock = zelmediatypes::kTicksPerSecond / 100;
+    for (const float rateHz : {11025.0F, 47952.5F, 44099.0F, 12345.0F}) {
         const BlockGrid grid(rateHz);
         const auto sample = zelmediatypes::FrameRateFromHz(rateHz);
         for (std::int64_t position = -20000; position < 20000; position += 37) {

@@ -21,7 +21,7 @@ CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& input
     fault.text = std::move(text);
     for (const std::size_t input : inputs) {
         fault.inputs.push_back(static_cast<int>(input));
-        if (At(input).channel) {
+        if (!ChannelAt(input).empty()) {
             fault.channels.push_back(ChannelAt(input));
         }
     }
@@ -77,8 +77,8 @@ std::string Who(const Case& check, const std::vector<std::size_t>& inputs) {
             names.push_back(check.ChannelAt(input));
         }
     }
-    const std::string where = fmt::format("input{} {}", inputs.size() == 1 ? "" : "s", InputList(inputs));
-    return names.size() == inputs.size() ? fmt::format("{} ({})", Listed(names), where) : where;
+    const std::string where = fmt::format("nput{} {}", inputs.size() == 1 ? "" : "s", InputList(inputs));
+    return names.size() == inputs.size() ? fmt::format("{} (i{})", Listed(names), where) : "I" + where;
 }
 
 }  // namespace lineup::sound

@@ -3,6 +3,7 @@
 #include <lineup/CheckReport.h>
 #include <lineup/CheckSettings.h>
 #include "Host/Lineup/Check/Sound/CheckSound.h"
+#include "Host/Lineup/Check/Sound/Expectation.h"
 #include "Host/Lineup/Check/Sound/Lineup.h"
 
 #include <complex>
@@ -25,6 +26,7 @@ struct RecordingFacts {
 struct Case {
     const Lineup& lineup;
     const CheckSettings& settings;
+    const Expectation& expected;
     const RecordingFacts& facts;
     SoundFindings& findings;
 
@@ -46,7 +48,7 @@ struct Case {
     void Note(std::string_view id, std::string text);
 };
 
-/// "L (input 1)", "L and R (inputs 1 and 2)".
+/// At the start of a sentence: "L (input 1)", "L and R (inputs 1 and 2)", "Input 3".
 [[nodiscard]] std::string Who(const Case& check, const std::vector<std::size_t>& inputs);
 /// "1", "1 and 2", "1, 2 and 3": inputs as people count them.
 [[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
@@ -62,6 +64,8 @@ struct Case {
 // What is said about a line-up, each about its own subject.
 void DecideSequence(Case& check);
 void DecideChannels(Case& check);
+/// In place of DecideChannels, of a steady tone, which names none.
+void DecideTone(Case& check);
 void DecideLevels(Case& check);
 void DecideTiming(Case& check);
 void DecideQuality(Case& check);

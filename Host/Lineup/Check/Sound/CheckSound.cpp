@@ -4,6 +4,7 @@
 #include "Host/Lineup/Check/Sound/Case.h"
 #include "Host/Lineup/Check/Sound/Listener.h"
 #include "Host/Lineup/Check/Sound/SoundReportOf.h"
+#include "Host/Lineup/Check/Sound/Speeds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,13 +89,13 @@ SoundFindings NothingFound(const SoundSource& source, const CheckSettings& setti
     if (settings.expect == "none") {
         findings.verdict = CheckVerdict::kRight;
     } else if (settings.expect == "tone") {
-        findings.notes.push_back(
-            {"steady-tone", CheckPart::kSound,
-             "A steady tone is not examined; an identification sequence would settle what the path did."});
+        findings.notes.push_back({"no-line-up", CheckPart::kSound,
+                                  "No steady tone was found. A second of one would settle what the path did."});
     } else {
         findings.notes.push_back(
             {"no-line-up", CheckPart::kSound,
-             "No identification sequence was found. A whole cycle of one would settle what the path did."});
+             "No identification sequence and no steady tone was found. A whole cycle, or three seconds of tone, "
+             "would settle what the path did."});
     }
     return findings;
 }
@@ -105,8 +106,10 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
                          const CheckSettings& settings, const SoundProgress& progress) {
     ValidateCheckSettings(settings);
     const std::vector<sound::Reference> references = sound::MakeIdentReferences(importer);
-    const sound::Grid grid = sound::MakeGrid(source.SampleRate(), kHighestIdentTone);
-    sound::Listener listener(source.Inputs(), grid, references);
+    const sound::Expectation expected = sound::ExpectationOf(settings);
+    const double highest = std::max(kHighestIdentTone, sound::kFastest * expected.frequencyHz.value_or(0));
+    const sound::Grid grid = sound::MakeGrid(source.SampleRate(), highest);
+    sound::Listener listener(source.Inputs(), grid, references, expected, importer);
     Excerpt excerpt(source, settings);
     const std::size_t block = static_cast<std::size_t>(grid.HopSamples()) * kHopsPerBlock;
     while (const std::size_t count = excerpt.Read(block, progress)) {
@@ -124,9 +127,13 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     const sound::RecordingFacts facts{source.SampleRate(), source.Bits(), source.Lossy(), startSeconds};
     findings.sound = SoundReportOf(*lineup, facts);
     findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
-    sound::Case check{*lineup, settings, facts, findings, {}, {}, {}};
+    sound::Case check{*lineup, settings, expected, facts, findings, {}, {}, {}};
     DecideSequence(check);
-    DecideChannels(check);
+    if (lineup->reference->Steady()) {
+        DecideTone(check);
+    } else {
+        DecideChannels(check);
+    }
     DecideLevels(check);
     DecideTiming(check);
     DecideQuality(check);

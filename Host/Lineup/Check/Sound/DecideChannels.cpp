@@ -266,7 +266,7 @@ void DecideMissing(Case& check) {
 }  // namespace
 
 void DecideSequence(Case& check) {
-    const std::string& asked = check.settings.expect;
+    const std::string& asked = check.expected.sequence;
     if (asked != "auto" && asked != check.Sent().name) {
         check.Add("sequence-other", {}, fmt::format("This is {}, not {}.", check.Sent().name, asked));
     }

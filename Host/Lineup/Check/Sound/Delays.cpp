@@ -109,7 +109,9 @@ std::vector<Vote> EdgeDelays(const History& history, const Reference& reference,
             line->mean * std::polar(1.0, -kTurn * std::remainder(frequency * (placing.start + delay), 1.0));
         for (const bool after : {false, true}) {
             const RefSlot& beside = Beside(reference, sound.number.slot, after);
-            if (Sounds(beside, tone.frequency, channel)) {
+            const std::vector<bool>& there = sound.inputs[input].there;
+            const bool isCut = after ? !there.back() : !there.front();
+            if (isCut || Sounds(beside, tone.frequency, channel)) {
                 continue;
             }
             const double clip =

@@ -14,8 +14,6 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kSlowest = 0.85;
-constexpr double kFastest = 1.18;
 constexpr double kFindSamePitch = 0.007;  // relative
 constexpr double kLowTone = 200;          // Hz: below it a pitch is known to some hertz at best, and others' differ
 constexpr double kLowToneReach = 0.09;

@@ -6,15 +6,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lineup::sound {
 
 namespace {
 
-constexpr double kPatience = 4;           // s without any tone that is due, after which a line-up has ended
-constexpr double kBehind = 0.2;           // s that must have been heard after a slot
-constexpr double kOwnTone = 0.03;         // of the reference's level
-constexpr double kFollowerGuard = 0.035;  // s
+constexpr double kPatience = 4;         // s without any tone that is due, after which a line-up has ended
+constexpr double kBehind = 0.2;         // s that must have been heard after a slot
+constexpr double kFromTheStart = 0.05;  // s: a tone without an edge before sounds from the recording's start on
+constexpr double kOwnTone = 0.03;       // of the reference's level
 
 double MedianOfThere(const InputSlot& input) {
     std::vector<double> residuals;
@@ -64,11 +65,11 @@ void Follower::Advance(bool last) {
 }
 
 void Follower::Take(const SlotNumber& number) {
-    const SlotSound sound = mMeter.Measure(number);
+    SlotSound sound = mMeter.Measure(number);
     const Presence presence = PresenceOf(sound, *mReference, mDue);
     if (!presence.due) {
         if (mStarted) {
-            Measure(sound);
+            mSilent.push_back(number);
         }
         return;
     }
@@ -79,10 +80,22 @@ void Follower::Take(const SlotNumber& number) {
     if (!mStarted) {
         mStarted = true;
         mLineup.startsAt = presence.fromStart ? sound.start : presence.first;
+        if (mReference->Steady() && mLineup.startsAt < kFromTheStart) {
+            mLineup.startsAt = 0;
+        }
         mLineup.startSeen = mLineup.startsAt > kBehind;
     }
     mLastPresent = presence.last;
     mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
+    if (!presence.fromStart || !presence.toEnd) {
+        if (const auto extent = ExtentOfTone(sound)) {
+            sound.Keep(extent->first, extent->second);
+        }
+    }
+    // Silence is the line-up's where it goes on after it.
+    for (const SlotNumber& silent : std::exchange(mSilent, {})) {
+        Measure(mMeter.Measure(silent));
+    }
     FollowTime(sound);
     Measure(sound);
 }
@@ -104,20 +117,8 @@ void Follower::Measure(const SlotSound& sound) {
 void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     InputFindings& found = mLineup.inputs[input];
     const InputSlot& slot = sound.inputs[input];
-    const double hopSeconds = mHistory->grid.HopSeconds();
-    const auto& hops = mHistory->hops[input];
-    const auto first =
-        std::max(hops.First(),
-                 static_cast<std::int64_t>(std::ceil((sound.start + kFollowerGuard + mDelays[input]) / hopSeconds)));
-    const auto end = std::min(
-        hops.End(), static_cast<std::int64_t>(std::floor((sound.end - kFollowerGuard + mDelays[input]) / hopSeconds)));
     std::vector<double> high;
-    for (std::int64_t hop = first; hop < end; ++hop) {
-        high.push_back(static_cast<double>(hops[hop].high));
-        found.bits |= hops[hop].bits;
-        found.least = std::min(found.least, static_cast<double>(hops[hop].least));
-        found.most = std::max(found.most, static_cast<double>(hops[hop].most));
-    }
+    MeasureHops(sound, input, high);
     const auto weight = static_cast<double>(slot.CountThere());
     const double noise = MedianOfThere(slot) + MedianOf(std::move(high));
     const std::size_t number = sound.number.slot;
@@ -134,6 +135,25 @@ void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     }
     if (due > kOwnTone * mReference->Level()) {
         found.levelDb.Add(20 * std::log10(amplitude / due), weight);
+    }
+}
+
+// The hops that lie within the blocks that are there.
+void Follower::MeasureHops(const SlotSound& sound, std::size_t input, std::vector<double>& high) {
+    InputFindings& found = mLineup.inputs[input];
+    const InputSlot& slot = sound.inputs[input];
+    const double hopSeconds = mHistory->grid.HopSeconds();
+    const auto& hops = mHistory->hops[input];
+    for (std::size_t block = 0; block < slot.there.size(); ++block) {
+        const double begins = slot.firstMiddle + (static_cast<double>(block) - 0.5) * sound.step;
+        const auto first = std::max(hops.First(), static_cast<std::int64_t>(std::ceil(begins / hopSeconds)));
+        const auto end = std::min(hops.End(), static_cast<std::int64_t>(std::ceil((begins + sound.step) / hopSeconds)));
+        for (std::int64_t hop = first; slot.there[block] && hop < end; ++hop) {
+            high.push_back(static_cast<double>(hops[hop].high));
+            found.bits |= hops[hop].bits;
+            found.least = std::min(found.least, static_cast<double>(hops[hop].least));
+            found.most = std::max(found.most, static_cast<double>(hops[hop].most));
+        }
     }
 }
 

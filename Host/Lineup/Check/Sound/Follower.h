@@ -28,6 +28,7 @@ private:
     void Take(const SlotNumber& number);
     void Measure(const SlotSound& sound);
     void MeasureInput(const SlotSound& sound, std::size_t input);
+    void MeasureHops(const SlotSound& sound, std::size_t input, std::vector<double>& high);
     void FollowTime(const SlotSound& sound);
 
     const History* mHistory;
@@ -40,6 +41,7 @@ private:
     bool mStarted = false;
     bool mEnded = false;
     double mLastPresent = 0;
+    std::vector<SlotNumber> mSilent;  // slots without a tone since the last one with some
     Lineup mLineup;
 };
 

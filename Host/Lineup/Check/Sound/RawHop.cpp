@@ -16,7 +16,7 @@ constexpr float kNearTop = 2e-3F;  // of the swing
 using Floats = std::array<float, kRawHopLanes>;
 using Words = std::array<std::uint32_t, kRawHopLanes>;
 
-struct Lanes {
+struct RawLanes {
     Floats least;
     Floats most;
     Words bits{};
@@ -24,7 +24,7 @@ struct Lanes {
 };
 
 // One sample into each lane: no lane knows of another, so that they are worked out together.
-void Take(float* samples, Lanes& lanes) {
+void Take(float* samples, RawLanes& lanes) {
     for (std::size_t i = 0; i < kRawHopLanes; ++i) {
         const float x = std::abs(samples[i]) <= kBeyond ? samples[i] : 0.0F;
         samples[i] = x;
@@ -44,7 +44,7 @@ std::uint16_t Saturated(std::uint32_t count) {
 }  // namespace
 
 HopFeatures ExamineHop(std::span<float> samples) {
-    Lanes lanes;
+    RawLanes lanes;
     lanes.least.fill(kBeyond);
     lanes.most.fill(-kBeyond);
     const std::size_t whole = samples.size() / kRawHopLanes * kRawHopLanes;

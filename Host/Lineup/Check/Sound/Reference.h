@@ -48,6 +48,8 @@ struct Reference {
     std::vector<std::string> channels;  ///< names in the order of files
     std::vector<RefSlot> slots;
     std::vector<RefBurst> bursts;
+    bool pitchKnown = true;  ///< false of a steady tone whose pitch is only that which was found
+    bool levelKnown = true;  ///< the same of its level
 
     [[nodiscard]] bool Steady() const { return ident == nullptr; }
     /// The highest amplitude of any tone.

@@ -11,6 +11,9 @@ namespace {
 
 constexpr double kSlotSoundGuard = 0.035;  // s at either end: echoes of a codec, channels that are late
 constexpr double kShortestBlock = 0.02;    // s
+constexpr double kPureBlock = 0.05;        // residual over the square of the amplitude
+constexpr double kAtItsLevel = 0.7;        // of the loudest block's amplitude
+constexpr double kRounding = 1e-6;         // s
 constexpr double kPeriodsInBlock = 4;      // of the lowest tone
 constexpr std::int64_t kFilterStart = 64;  // narrow samples: before them the filters have heard of nothing
 
@@ -18,6 +21,54 @@ constexpr std::int64_t kFilterStart = 64;  // narrow samples: before them the fi
 
 std::size_t InputSlot::CountThere() const {
     return static_cast<std::size_t>(std::ranges::count(there, true));
+}
+
+void SlotSound::Keep(double first, double last) {
+    for (InputSlot& input : inputs) {
+        for (std::size_t block = 0; block < input.there.size(); ++block) {
+            const double begins = start + (end - start - static_cast<double>(input.there.size()) * step) / 2 +
+                                  static_cast<double>(block) * step;
+            input.there[block] = input.there[block] && begins >= first - kRounding && begins + step <= last + kRounding;
+        }
+    }
+}
+
+std::optional<std::pair<double, double>> ExtentOfTone(const SlotSound& sound) {
+    const InputSlot* loudest = nullptr;
+    std::size_t tone = 0;
+    double most = 0;
+    for (const InputSlot& input : sound.inputs) {
+        for (std::size_t m = 0; m < input.gains.size(); ++m) {
+            for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+                const double amplitude = input.there[block] ? std::abs(input.gains[m][block]) : 0;
+                const bool pure = input.blocks[block].residual < kPureBlock * amplitude * amplitude;
+                if (pure && amplitude > most) {
+                    most = amplitude;
+                    loudest = &input;
+                    tone = m;
+                }
+            }
+        }
+    }
+    if (loudest == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<std::size_t> first;
+    std::size_t last = 0;
+    for (std::size_t block = 0; block < loudest->blocks.size(); ++block) {
+        const double amplitude = std::abs(loudest->gains[tone][block]);
+        if (loudest->there[block] && amplitude > kAtItsLevel * most &&
+            loudest->blocks[block].residual < kPureBlock * amplitude * amplitude) {
+            first = first.value_or(block);
+            last = block;
+        }
+    }
+    // A block that the tone begins or ends in is left out with those beside it.
+    const std::size_t blocks = loudest->blocks.size();
+    const double begin = sound.start + (sound.end - sound.start - static_cast<double>(blocks) * sound.step) / 2;
+    const std::size_t from = *first == 0 ? 0 : *first + 1;
+    const std::size_t to = last + 1 == blocks ? blocks : last;
+    return std::pair(begin + static_cast<double>(from) * sound.step, begin + static_cast<double>(to) * sound.step);
 }
 
 SlotMeter::SlotMeter(const History& history, const Reference& reference)
@@ -64,8 +115,9 @@ SlotSound SlotMeter::Measure(const SlotNumber& number) {
     SlotSound sound{number, StartOf(number), EndOf(number), 0, {}};
     const auto length = static_cast<double>(FitFor(number.slot).Length());
     sound.step = length / mHistory->grid.NarrowRate();
-    const double inside = sound.end - sound.start - 2 * kSlotSoundGuard;
-    const auto blocks = inside < sound.step ? 0 : static_cast<std::size_t>(inside / sound.step);
+    const double guard = mReference->Steady() ? 0 : kSlotSoundGuard;  // what never ends has no echoes
+    const double inside = sound.end - sound.start - 2 * guard;
+    const auto blocks = inside < sound.step ? 0 : static_cast<std::size_t>(inside / sound.step + 1e-6);
     sound.inputs.resize(mHistory->Inputs());
     for (std::size_t input = 0; input < sound.inputs.size(); ++input) {
         MeasureInput(sound, input, blocks, sound.inputs[input]);

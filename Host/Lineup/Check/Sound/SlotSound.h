@@ -40,7 +40,14 @@ struct SlotSound {
     double end = 0;
     double step = 0;  ///< s between blocks
     std::vector<InputSlot> inputs;
+
+    /// Leaves out the blocks that do not lie within [first, last] s, and those that reach across.
+    void Keep(double first, double last);
 };
+
+/// Where the tones of a slot are at their level: of one that the line-up's start or end cuts, the part that belongs to
+/// it. Empty where it has no tone.
+[[nodiscard]] std::optional<std::pair<double, double>> ExtentOfTone(const SlotSound& sound);
 
 /// Measures slots.
 class SlotMeter {

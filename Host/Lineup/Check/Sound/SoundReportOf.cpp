@@ -22,11 +22,16 @@ double UsualDelay(const Lineup& lineup) {
         const Arrival& arrival = input.surveyed.arrival;
         if (arrival.channel) {
             delays.push_back(input.surveyed.delay);
-            ofFirst = *arrival.channel < first ? input.surveyed.delay : ofFirst;
+            ofFirst = delays.size() == 1 || *arrival.channel < first ? input.surveyed.delay : ofFirst;
             first = std::min(first, *arrival.channel);
         }
     }
     return delays.size() == 2 ? ofFirst : MedianOf(std::move(delays));
+}
+
+std::ptrdiff_t CountSounding(const Lineup& lineup) {
+    return std::ranges::count_if(lineup.inputs,
+                                 [](const InputFindings& input) { return input.surveyed.arrival.sounds; });
 }
 
 std::optional<int> EffectiveBits(std::uint32_t bits) {
@@ -60,10 +65,14 @@ ChannelReport ChannelReportOf(const Lineup& lineup, std::size_t number, double u
         return report;
     }
     report.level = DbFromGain(arrival.gain * lineup.reference->Level());
-    report.gain = DbFromGain(arrival.gain);
+    if (lineup.reference->levelKnown) {
+        report.gain = DbFromGain(arrival.gain);
+    }
     if (arrival.channel) {
-        report.channel = lineup.reference->channels[*arrival.channel];
-        if (input.surveyed.polarity != 0) {
+        if (!lineup.reference->Steady()) {
+            report.channel = lineup.reference->channels[*arrival.channel];
+        }
+        if (input.surveyed.polarity != 0 && !(lineup.reference->Steady() && CountSounding(lineup) < 2)) {
             report.polarity = input.surveyed.polarity;
         }
         // Edges alone know a delay well enough only where phases mean nothing, after retiming.
@@ -90,7 +99,9 @@ SoundReport SoundReportOf(const Lineup& lineup, const RecordingFacts& facts) {
     const double off = lineup.speed.weight > 0 ? lineup.speed.slopes / lineup.speed.weight : 0;
     const bool corrected = lineup.placing.tempo != lineup.placing.pitch;
     const double ratio = corrected ? lineup.placing.tempo : lineup.placing.pitch * (1 + off);
-    report.speed = SpeedReport{ratio, (ratio - 1) * 1e6};
+    if (lineup.reference->pitchKnown) {
+        report.speed = SpeedReport{ratio, (ratio - 1) * 1e6};
+    }
     for (std::size_t input = 0; input < lineup.inputs.size(); ++input) {
         report.channels.push_back(ChannelReportOf(lineup, input, usual, facts));
     }

@@ -5,6 +5,10 @@
 
 namespace lineup::sound {
 
+/// The speeds at which a line-up is looked for.
+inline constexpr double kSlowest = 0.85;
+inline constexpr double kFastest = 1.18;
+
 /// A way to play a recording too fast or too slowly that is met with.
 struct KnownSpeed {
     double ratio;  ///< above 1 is too fast

@@ -150,6 +150,11 @@ private:
         std::vector<SlotSound> sounds;
         for (const SlotNumber& number : mSlots) {
             sounds.push_back(mMeter.Measure(number));
+            const bool isOuter = number.slot == mSlots.front().slot || number.slot == mSlots.back().slot;
+            const auto extent = isOuter ? ExtentOfTone(sounds.back()) : std::nullopt;
+            if (extent) {
+                sounds.back().Keep(extent->first, extent->second);
+            }
             mCells.Add(sounds.back());
         }
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());

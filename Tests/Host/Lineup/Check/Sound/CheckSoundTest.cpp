@@ -1,16 +1,10 @@
-#include <lineup/AudioReader.h>
-#include <lineup/ChannelLayout.h>
-#include <lineup/Clip.h>
-#include <lineup/Importer.h>
-#include <lineup/ToneChoice.h>
-#include "Host/Lineup/Check/Sound/CheckSound.h"
+#include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
@@ -18,68 +12,12 @@
 
 namespace {
 
-using Sound = std::vector<std::vector<float>>;
-
-constexpr double kRate = 12000;
-
-std::shared_ptr<const lineup::Importer> Bundle() {
-    static const auto kImporter = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
-    return kImporter;
-}
-
-/// What the plug-in gives for the ident, in the order of files.
-Sound Ident(const std::string& name, double seconds, double firstSecond = 0) {
-    const lineup::Clip clip(Bundle(), lineup::MakeSettings(*Bundle(), {.sampleRateHz = kRate, .ident = name}));
-    const auto count = static_cast<std::size_t>(seconds * kRate);
-    const auto& order = lineup::FindChannelLayout(clip.NumChannels())->fileOrder;
-    Sound sound(order.size(), std::vector<float>(count));
-    std::vector<float*> targets(order.size());
-    for (std::size_t place = 0; place < order.size(); ++place) {
-        targets[static_cast<std::size_t>(order[place])] = sound[place].data();
-    }
-    lineup::AudioReader(clip).Read(std::llround(firstSecond * kRate), static_cast<std::int64_t>(count), targets);
-    return sound;
-}
-
-/// Sound in memory, as a recording of 24 bits that is not lossy.
-class MemorySource : public lineup::SoundSource {
-public:
-    explicit MemorySource(Sound sound, double rate = kRate) : mSound(std::move(sound)), mRate(rate) {}
-
-    [[nodiscard]] double SampleRate() const override { return mRate; }
-    [[nodiscard]] int Inputs() const override { return static_cast<int>(mSound.size()); }
-    [[nodiscard]] std::optional<int> Bits() const override { return std::nullopt; }
-    [[nodiscard]] std::optional<bool> Lossy() const override { return false; }
-
-    std::size_t Read(std::span<float* const> inputs, std::size_t most) override {
-        const std::size_t count = std::min(most, mSound.front().size() - mDone);
-        for (std::size_t input = 0; input < inputs.size(); ++input) {
-            std::copy_n(mSound[input].begin() + static_cast<std::ptrdiff_t>(mDone), count, inputs[input]);
-        }
-        mDone += count;
-        return count;
-    }
-
-private:
-    Sound mSound;
-    double mRate;
-    std::size_t mDone = 0;
-};
-
-lineup::SoundFindings Check(Sound sound, double rate = kRate, const lineup::CheckSettings& settings = {}) {
-    MemorySource source(std::move(sound), rate);
-    return lineup::CheckSound(source, Bundle(), settings);
-}
-
-std::vector<std::string> Ids(const lineup::SoundFindings& findings) {
-    std::vector<std::string> ids;
-    for (const lineup::CheckFault& fault : findings.faults) {
-        ids.push_back(fault.id);
-    }
-    return ids;
-}
-
-using Strings = std::vector<std::string>;
+using test::Check;
+using test::Ident;
+using test::Ids;
+using test::kRate;
+using test::Sound;
+using test::Strings;
 
 class CleanIdent : public testing::TestWithParam<const char*> {};
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Expectation.h"
+#include "Host/Lineup/Check/Sound/Reference.h"
+#include "Host/Lineup/Check/Sound/Survey.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace lineup::sound {
+
+/// A tone that goes on for long enough to be a line-up.
+struct ToneSighting {
+    double frequency = 0;  ///< Hz, roughly
+    double first = 0;      ///< s
+    double last = 0;
+};
+
+/// The first steady tone among those that were followed. Where nobody asks for one it must last, and no other pitch may
+/// sound beside it; at the end of the recording (`last`) a shorter one does.
+[[nodiscard]] std::optional<ToneSighting> FindSteadyTone(std::span<const ToneRun> runs, const Expectation& expected,
+                                                         bool last);
+
+/// A steady tone, what was sent for it, and what arrives at each input.
+struct SteadyTone {
+    std::unique_ptr<Reference> reference;
+    Survey survey;
+};
+
+/// Looks at the tone: its exact pitch, and each input's level and phase. The phases tell delays up to a quarter of the
+/// period, and beyond that what is upside down: against most inputs, or the first. Empty where it is no tone after all.
+[[nodiscard]] std::optional<SteadyTone> SurveyTone(const History& history, const ToneSighting& sighting,
+                                                   const Expectation& expected,
+                                                   const std::shared_ptr<const Importer>& importer);
+
+}  // namespace lineup::sound

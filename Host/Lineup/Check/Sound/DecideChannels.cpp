@@ -270,6 +270,10 @@ void DecideSequence(Case& check) {
     if (asked != "auto" && asked != check.Sent().name) {
         check.Add("sequence-other", {}, fmt::format("This is {}, not {}.", check.Sent().name, asked));
     }
+    if (check.Sent().lowTone) {
+        check.Note("other-low-tone",
+                   fmt::format("The low tone has {:g} Hz: another maker's version.", *check.Sent().lowTone));
+    }
 }
 
 void DecideChannels(Case& check) {

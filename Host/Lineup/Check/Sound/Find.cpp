@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Sound/Clusters.h"
 #include "Host/Lineup/Check/Sound/Intervals.h"
+#include "Host/Lineup/Check/Sound/LowTone.h"
 #include "Host/Lineup/Check/Sound/Speeds.h"
 
 #include <algorithm>
@@ -15,7 +16,6 @@ namespace lineup::sound {
 namespace {
 
 constexpr double kFindSamePitch = 0.007;  // relative
-constexpr double kLowTone = 200;          // Hz: below it a pitch is known to some hertz at best, and others' differ
 constexpr double kLowToneReach = 0.09;
 constexpr double kSameLength = 0.03;   // s
 constexpr double kSamePlace = 0.04;    // s

@@ -1,5 +1,7 @@
 #include "Host/Lineup/Check/Sound/Listener.h"
 
+#include "Host/Lineup/Check/Sound/LowTone.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -80,8 +82,17 @@ void Listener::SearchIdent(std::span<const ToneRun> runs, bool last) {
     if (!last && heard < std::max(kWholeCycle * cycle, kListenerShortest)) {
         return;
     }
-    if (const auto survey = MakeSurvey(mHistory, *sighting)) {
-        mFollower = std::make_unique<Follower>(mHistory, *sighting->reference, *survey);
+    auto survey = MakeSurvey(mHistory, *sighting);
+    const Reference* reference = sighting->reference;
+    if (const auto low = survey ? FindOtherLowTone(mHistory, *reference, *survey) : std::nullopt) {
+        mVariant = std::make_unique<Reference>(WithLowTone(*reference, *low));
+        reference = mVariant.get();
+        Sighting other = *sighting;
+        other.reference = reference;
+        survey = MakeSurvey(mHistory, other);
+    }
+    if (survey) {
+        mFollower = std::make_unique<Follower>(mHistory, *reference, *survey);
     }
 }
 

@@ -46,6 +46,7 @@ private:
     Lanes mLanes;
     double mNextSearch = 0;
     std::unique_ptr<Follower> mFollower;
+    std::unique_ptr<Reference> mVariant;  // of a sequence
     std::unique_ptr<Reference> mTone;
     std::unique_ptr<Follower> mToneFollower;
 };

@@ -5,6 +5,7 @@
 
 #include <complex>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,8 +49,9 @@ struct Reference {
     std::vector<std::string> channels;  ///< names in the order of files
     std::vector<RefSlot> slots;
     std::vector<RefBurst> bursts;
-    bool pitchKnown = true;  ///< false of a steady tone whose pitch is only that which was found
-    bool levelKnown = true;  ///< the same of its level
+    std::optional<double> lowTone;  ///< Hz: that of another maker's version, where it is not the plug-in's
+    bool pitchKnown = true;         ///< false of a steady tone whose pitch is only that which was found
+    bool levelKnown = true;         ///< the same of its level
 
     [[nodiscard]] bool Steady() const { return ident == nullptr; }
     /// The highest amplitude of any tone.

@@ -106,11 +106,13 @@ TEST(CheckSound, AMissingChannelIsNamedWhereAnotherOnesInputIsSilent) {
     EXPECT_EQ(findings.faults[1].channels, Strings{"Ls"});
 }
 
-TEST(CheckSound, TheRoundingOfSamplesIsNoLeakOfAMissingChannel) {
+TEST(CheckSound, FaintNoiseIsNoLeakOfAMissingChannel) {
     Sound sound = Ident("ebu-5.1", 12);
+    std::mt19937 random(9);
+    std::normal_distribution<float> noise(0, 1e-6F);
     std::ranges::fill(sound[2], 0.0F);
     for (float& x : sound[3]) {
-        x = std::nearbyint(x * 32768) / 32768;
+        x += noise(random);
     }
     EXPECT_EQ(Ids(Check(sound)), Strings{"channel-missing"});
 }

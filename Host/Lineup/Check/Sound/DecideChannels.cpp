@@ -14,9 +14,8 @@ namespace {
 
 using Inputs = std::vector<std::size_t>;
 
-constexpr double kFolded = 0.2;  // of the strongest part: a sum, not a leak
-constexpr double kArrives =
-    0.01;  // of the loudest channel: what is softer has no level that a leak could be held against
+constexpr double kFolded = 0.2;    // of the strongest part: a sum, not a leak
+constexpr double kArrives = 0.01;  // of the loudest channel: what is softer has no level that a leak is held against
 
 double Db(double gain) {
     return 20 * std::log10(std::max(gain, 1e-15));

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <map>
+#include <utility>
 
 namespace studio {
 
@@ -63,19 +65,59 @@ CardPicture::CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& 
       mPixelAspect(PixelAspectOf(format.width, format.height)),
       mScreen(ToScreen(mFrame)) {
     Convert(mFrame, mMatrix);
-    std::vector<float> column(static_cast<std::size_t>(mFrame.Height()));
-    for (std::size_t x = 0; x < static_cast<std::size_t>(mFrame.Width()); ++x) {
-        for (int line = 0; line < mFrame.Height(); ++line) {
-            column[static_cast<std::size_t>(line)] = mFrame.Line(0, line)[x];
-        }
-        std::ranges::sort(column);
-        for (auto first = column.begin(); first != column.end();) {
-            const auto last = std::upper_bound(first, column.end(), *first);
-            mLuma.push_back({*first, static_cast<int>(last - first)});
-            first = last;
-        }
-        mLumaEnds.push_back(mLuma.size());
+    for (std::size_t component = 0; component < mColumns.size(); ++component) {
+        mColumns[component] = CountLevels(static_cast<Component>(component));
     }
+    mChroma = CountChroma();
+}
+
+// Pixels above one another mostly have one value: counted in runs first.
+CardPicture::Columns CardPicture::CountLevels(Component component) const {
+    Columns columns;
+    std::vector<LevelCount> runs;
+    for (int x = 0; x < Width(); ++x) {
+        runs.clear();
+        for (int line = 0; line < Height(); ++line) {
+            const float value = ValueOf(component, At(x, line), mMatrix);
+            if (runs.empty() || runs.back().value != value) {
+                runs.push_back({value, 0});
+            }
+            ++runs.back().pixels;
+        }
+        std::ranges::sort(runs, {}, &LevelCount::value);
+        const std::size_t begin = columns.levels.size();
+        for (const LevelCount& run : runs) {
+            if (columns.levels.size() == begin || columns.levels.back().value != run.value) {
+                columns.levels.push_back(run);
+            } else {
+                columns.levels.back().pixels += run.pixels;
+            }
+        }
+        columns.ends.push_back(columns.levels.size());
+    }
+    return columns;
+}
+
+// And so do those beside one another.
+std::vector<ChromaCount> CardPicture::CountChroma() const {
+    std::map<std::pair<float, float>, int> counts;
+    for (int line = 0; line < Height(); ++line) {
+        const auto cb = mFrame.Line(1, line);
+        const auto cr = mFrame.Line(2, line);
+        for (std::size_t x = 0; x < cb.size();) {
+            std::size_t end = x + 1;
+            while (end < cb.size() && cb[end] == cb[x] && cr[end] == cr[x]) {
+                ++end;
+            }
+            counts[{cb[x], cr[x]}] += static_cast<int>(end - x);
+            x = end;
+        }
+    }
+    std::vector<ChromaCount> chroma;
+    for (const auto& [colour, pixels] : counts) {
+        chroma.push_back({colour.first, colour.second, pixels});
+    }
+    return chroma;
 }
 
 Ycc CardPicture::At(int x, int y) const noexcept {
@@ -83,9 +125,10 @@ Ycc CardPicture::At(int x, int y) const noexcept {
     return {mFrame.Line(0, y)[column], mFrame.Line(1, y)[column], mFrame.Line(2, y)[column]};
 }
 
-std::span<const LumaCount> CardPicture::LumaOf(int x) const noexcept {
-    const std::size_t begin = x == 0 ? 0 : mLumaEnds[static_cast<std::size_t>(x) - 1];
-    return std::span(mLuma).subspan(begin, mLumaEnds[static_cast<std::size_t>(x)] - begin);
+std::span<const LevelCount> CardPicture::LevelsOf(Component component, int x) const noexcept {
+    const Columns& columns = mColumns[static_cast<std::size_t>(component)];
+    const std::size_t begin = x == 0 ? 0 : columns.ends[static_cast<std::size_t>(x) - 1];
+    return std::span(columns.levels).subspan(begin, columns.ends[static_cast<std::size_t>(x)] - begin);
 }
 
 }  // namespace studio

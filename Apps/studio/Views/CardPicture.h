@@ -6,19 +6,39 @@
 #include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <QImage>
+#include <array>
+#include <cstddef>
 #include <span>
 #include <vector>
 
 namespace studio {
 
-/// One luma value that pixels of a column have, and how many of them.
-struct LumaCount {
-    float luma;
+/// What of a colour a scope shows.
+enum class Component : std::size_t { Luma, Red, Green, Blue, Count };
+
+[[nodiscard]] constexpr float ValueOf(Component component, const Ycc& colour, Matrix matrix) noexcept {
+    const Rgb rgb = ToRgb(colour, matrix);
+    return component == Component::Luma    ? colour.y
+           : component == Component::Red   ? rgb.r
+           : component == Component::Green ? rgb.g
+                                           : rgb.b;
+}
+
+/// One value that pixels of a column have, and how many of them.
+struct LevelCount {
+    float value;
+    int pixels;
+};
+
+/// One chroma that pixels of the picture have, and how many of them.
+struct ChromaCount {
+    float cb;
+    float cr;
     int pixels;
 };
 
 /// A clip's frame, made ready to be looked at: its values by a matrix, the picture for the screen, and what the
-/// waveform monitor shows. Never changes once made.
+/// scopes show. Never changes once made.
 class CardPicture {
 public:
     /// Asks the plug-in for the frame, whose numbers are BT.601, and converts those to `matrix`. Throws lineup::Error
@@ -38,16 +58,26 @@ public:
     /// Full-range 8-bit R'G'B', the same by either matrix; what a screen cannot show is clipped.
     [[nodiscard]] const QImage& Screen() const noexcept { return mScreen; }
 
-    /// Every value of column `x`, darkest first.
-    [[nodiscard]] std::span<const LumaCount> LumaOf(int x) const noexcept;
+    /// Every value of column `x`, least first.
+    [[nodiscard]] std::span<const LevelCount> LevelsOf(Component component, int x) const noexcept;
+
+    /// Every chroma of the picture, in no order.
+    [[nodiscard]] std::span<const ChromaCount> Chroma() const noexcept { return mChroma; }
 
 private:
+    struct Columns {
+        std::vector<LevelCount> levels;  // column after column
+        std::vector<std::size_t> ends;   // of each column in them
+    };
+    [[nodiscard]] Columns CountLevels(Component component) const;
+    [[nodiscard]] std::vector<ChromaCount> CountChroma() const;
+
     Matrix mMatrix;
     lineup::FloatPicture mFrame;
     double mPixelAspect;
     QImage mScreen;
-    std::vector<LumaCount> mLuma;        // column after column
-    std::vector<std::size_t> mLumaEnds;  // of each column in mLuma
+    std::array<Columns, static_cast<std::size_t>(Component::Count)> mColumns;
+    std::vector<ChromaCount> mChroma;
 };
 
 }  // namespace studio

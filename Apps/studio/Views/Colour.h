@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lineup/Card.h>
+
 namespace studio {
 
 /// Y', Cb, Cr: Y' from 0 to 1, chroma from -0.5 to 0.5, nothing clipped.
@@ -25,7 +27,7 @@ constexpr const char* NameOf(Matrix matrix) noexcept {
 
 /// That of an exported video of so many lines.
 constexpr Matrix MatrixOfExport(int height) noexcept {
-    return height >= 720 ? Matrix::Bt709 : Matrix::Bt601;
+    return height >= lineup::kFewestHdLines ? Matrix::Bt709 : Matrix::Bt601;
 }
 
 /// The weights of R' and B' in Y'; that of G' is the rest.

@@ -1,5 +1,6 @@
 #include "Apps/studio/Views/MeterView.h"
 
+#include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Window/Theme.h"
 
 #include <QAccessible>
@@ -33,11 +34,6 @@ constexpr std::array<Mark, 10> kMarks = {{{0, false},
                                           {-40, false},
                                           {-50, false},
                                           {-60, false}}};
-
-QString Minus(double value, int decimals) {
-    const QString text = QString::number(std::abs(value), 'f', decimals);
-    return value < 0 ? "\u2212" + text : text;
-}
 
 }  // namespace
 
@@ -84,7 +80,7 @@ void MeterView::Describe() {
     }
     QStringList levels;
     for (std::size_t place = 0; place < mBars.size(); ++place) {
-        levels += QString("%1 %2 dBFS").arg(mChannels[place].name, Minus(mBars[place].HoldDb(), 1));
+        levels += QString("%1 %2 dBFS").arg(mChannels[place].name, SignedNumber(mBars[place].HoldDb(), 1));
     }
     setAccessibleDescription(levels.join(", "));
 }
@@ -128,7 +124,7 @@ void MeterView::DrawScale(QPainter& painter) const {
         }
         painter.setPen(mark.isLineUp ? theme.text : theme.dim);
         painter.drawText(QRectF(0, middle - line / 2.0, plot.left() - 8, line), Qt::AlignRight | Qt::AlignVCenter,
-                         Minus(mark.levelDb, 0));
+                         SignedNumber(mark.levelDb, 0));
         lowestNumber = middle;
     }
 }
@@ -161,7 +157,7 @@ void MeterView::DrawBar(QPainter& painter, std::size_t place) const {
         QFont small = font();
         small.setPointSizeF(small.pointSizeF() * 0.8);
         painter.setFont(small);
-        painter.drawText(slot, Qt::AlignCenter, Minus(bar.HoldDb(), 1));
+        painter.drawText(slot, Qt::AlignCenter, SignedNumber(bar.HoldDb(), 1));
         painter.setFont(font());
     }
     painter.setPen(theme.dim);

@@ -1,5 +1,6 @@
 #include "Apps/studio/Views/PictureView.h"
 
+#include "Apps/studio/Views/ArrowStep.h"
 #include "Apps/studio/Window/Theme.h"
 
 #include <QKeyEvent>
@@ -13,22 +14,15 @@ namespace studio {
 namespace {
 
 constexpr int kMargin = 8;
-constexpr int kBigStep = 10;  // pixels, with Shift
 constexpr int kCross = 7;
+constexpr int kProbeRadius = 5;
 
-std::optional<QPoint> StepOf(const QKeyEvent& event) {
-    const int step = event.modifiers().testFlag(Qt::ShiftModifier) ? kBigStep : 1;
-    switch (event.key()) {
-        case Qt::Key_Left:
-            return QPoint(-step, 0);
-        case Qt::Key_Right:
-            return QPoint(step, 0);
-        case Qt::Key_Up:
-            return QPoint(0, -step);
-        case Qt::Key_Down:
-            return QPoint(0, step);
-        default:
-            return std::nullopt;
+// With a dark edge and a light one, so that it shows on every colour.
+template <class Draw>
+void DrawMark(QPainter& painter, Draw draw) {
+    for (const auto& [colour, width] : {std::pair(QColor(Qt::black), 3.0), std::pair(QColor(Qt::white), 1.0)}) {
+        painter.setPen(QPen(colour, width));
+        draw();
     }
 }
 
@@ -37,7 +31,9 @@ std::optional<QPoint> StepOf(const QKeyEvent& event) {
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
     setObjectName("picture");
     setAccessibleName(tr("Picture"));
-    setAccessibleDescription(tr("The clip's picture. The arrow keys point at a pixel, whose value is shown below."));
+    setAccessibleDescription(
+        tr("The clip's picture. The arrow keys point at a pixel, whose value is shown below; Enter "
+           "pins it, or takes a pin away."));
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::CrossCursor);
@@ -67,15 +63,33 @@ QRectF PictureView::Frame() const {
 }
 
 bool PictureView::event(QEvent* event) {
-    // The window has its own use for the arrow keys; here they point.
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* const key = dynamic_cast<QKeyEvent*>(event);
-        if (key != nullptr && StepOf(*key)) {
-            event->accept();
-            return true;
-        }
+    return TakesArrowKey(*event) || QWidget::event(event);
+}
+
+void PictureView::SetProbes(std::vector<QPoint> probes) {
+    mProbes = std::move(probes);
+    update();
+}
+
+QPointF PictureView::CentreOf(QPoint pixel) const {
+    const QRectF frame = Frame();
+    return {frame.x() + (pixel.x() + 0.5) * frame.width() / mPicture->Width(),
+            frame.y() + (pixel.y() + 0.5) * frame.height() / mPicture->Height()};
+}
+
+void PictureView::DrawProbes(QPainter& painter) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (std::size_t i = 0; i < mProbes.size(); ++i) {
+        const QPointF centre = CentreOf(mProbes[i]);
+        DrawMark(painter, [&] { painter.drawEllipse(centre, kProbeRadius, kProbeRadius); });
+        const QString number = QString::number(i + 1);
+        const QRectF box(centre + QPointF(kProbeRadius + 2, -fontMetrics().height()),
+                         QSizeF(fontMetrics().horizontalAdvance(number) + 4, fontMetrics().height()));
+        painter.fillRect(box, QColor(0, 0, 0, 190));
+        painter.setPen(Qt::white);
+        painter.drawText(box, Qt::AlignCenter, number);
     }
-    return QWidget::event(event);
+    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 void PictureView::paintEvent(QPaintEvent* /*event*/) {
@@ -91,14 +105,13 @@ void PictureView::paintEvent(QPaintEvent* /*event*/) {
         mScaled = mPicture->Screen().scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     painter.drawImage(frame, mScaled);
+    DrawProbes(painter);
     if (mPixel && mByKey) {
-        const QPointF centre(frame.x() + (mPixel->x() + 0.5) * frame.width() / mPicture->Width(),
-                             frame.y() + (mPixel->y() + 0.5) * frame.height() / mPicture->Height());
-        for (const auto& [colour, width] : {std::pair(QColor(Qt::black), 3.0), std::pair(QColor(Qt::white), 1.0)}) {
-            painter.setPen(QPen(colour, width));
+        const QPointF centre = CentreOf(*mPixel);
+        DrawMark(painter, [&] {
             painter.drawLine(centre - QPointF(kCross, 0), centre + QPointF(kCross, 0));
             painter.drawLine(centre - QPointF(0, kCross), centre + QPointF(0, kCross));
-        }
+        });
     }
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
@@ -135,8 +148,28 @@ void PictureView::leaveEvent(QEvent* event) {
     QWidget::leaveEvent(event);
 }
 
+// As near as a finger's breadth to a probe is on it.
+void PictureView::Pin() {
+    constexpr double kReach = 8;  // points
+    if (mPixel) {
+        Q_EMIT PinWanted(*mPixel, static_cast<int>(std::ceil(kReach * mPicture->Width() / Frame().width())));
+    }
+}
+
+void PictureView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        mouseMoveEvent(event);
+        Pin();
+    }
+    QWidget::mousePressEvent(event);
+}
+
 void PictureView::keyPressEvent(QKeyEvent* event) {
-    const auto step = StepOf(*event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        Pin();
+        return;
+    }
+    const auto step = ArrowStep(*event);
     if (!step || mPicture == nullptr) {
         QWidget::keyPressEvent(event);
         return;

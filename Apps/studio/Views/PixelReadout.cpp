@@ -1,22 +1,38 @@
 #include "Apps/studio/Views/PixelReadout.h"
 
+#include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Window/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <utility>
 
 namespace studio {
 
 namespace {
 
 constexpr int kSwatch = 26;
-constexpr int kPadding = 8;
-constexpr double kLeastText = 0.6;  // of the usual size, where there is little room
+constexpr int kReadoutRoom = 8;
 
-QString Percent(float value) {
-    const double tenths = std::round(static_cast<double>(value) * 1000) / 10 + 0.0;  // + 0.0: no minus before 0
-    return QString(tenths < 0 ? "\u2212%1 %" : "%1 %").arg(std::abs(tenths), 0, 'f', 1);
+struct Cell {
+    const char* name;
+    QString percent;
+    QString code;
+};
+
+// Two groups of three.
+std::array<Cell, 6> CellsOf(const Ycc& value, Matrix matrix) {
+    const Rgb rgb = ToRgb(value, matrix);
+    const auto luma = [](const char* name, float level) {
+        return Cell{name, Percent(level), QString::number(LumaCode10(level))};
+    };
+    const auto chroma = [](const char* name, float level) {
+        return Cell{name, Percent(level), QString::number(ChromaCode10(level))};
+    };
+    return {luma("Y\u2032", value.y), chroma("Cb", value.cb), chroma("Cr", value.cr),
+            luma("R\u2032", rgb.r),   luma("G\u2032", rgb.g), luma("B\u2032", rgb.b)};
 }
 
 QColor ScreenColour(const Rgb& colour) {
@@ -28,98 +44,164 @@ QColor ScreenColour(const Rgb& colour) {
 
 PixelReadout::PixelReadout(QWidget* parent) : QWidget(parent) {
     setObjectName("readout");
-    setAccessibleName(tr("Pixel value"));
+    setAccessibleName(tr("Pixel values"));
     setToolTip(tr("Y'CbCr by the matrix of the export, and R'G'B'; 10-bit codes of legal range, black 64, white 940"));
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
 }
 
-void PixelReadout::Show(QPoint pixel, const Ycc& value, Matrix matrix) {
-    mMatrix = matrix;
+void PixelReadout::SetPicture(std::shared_ptr<const CardPicture> picture) {
+    mPicture = std::move(picture);
+    RowsChanged();
+}
+
+void PixelReadout::PointAt(std::optional<QPoint> pixel) {
     mPixel = pixel;
-    mValue = value;
+    RowsChanged();
+}
+
+void PixelReadout::SetProbes(std::vector<QPoint> probes) {
+    mProbes = std::move(probes);
+    updateGeometry();
+    RowsChanged();
+}
+
+void PixelReadout::RowsChanged() {
     setAccessibleDescription(Text());
     update();
 }
 
-void PixelReadout::Clear() {
-    mPixel.reset();
-    setAccessibleDescription({});
-    update();
-}
-
-std::array<PixelReadout::Cell, 6> PixelReadout::Cells() const {
-    const Rgb rgb = ToRgb(mValue, mMatrix);
-    const auto luma = [](const char* name, float value) {
-        return Cell{QString::fromUtf8(name), Percent(value), QString::number(LumaCode10(value))};
-    };
-    const auto chroma = [](const char* name, float value) {
-        return Cell{QString::fromUtf8(name), Percent(value), QString::number(ChromaCode10(value))};
-    };
-    return {luma("Y\u2032", mValue.y), chroma("Cb", mValue.cb), chroma("Cr", mValue.cr),
-            luma("R\u2032", rgb.r),    luma("G\u2032", rgb.g),  luma("B\u2032", rgb.b)};
-}
-
-QString PixelReadout::Text() const {
-    if (!mPixel) {
-        return {};
+std::vector<PixelReadout::Row> PixelReadout::Rows() const {
+    std::vector<Row> rows;
+    if (mPicture == nullptr) {
+        return rows;
     }
-    QString text = QString("x %1 y %2  %3").arg(mPixel->x()).arg(mPixel->y()).arg(NameOf(mMatrix));
-    for (const Cell& cell : Cells()) {
-        text += QString("  %1 %2 %3").arg(cell.name, cell.percent, cell.code);
+    if (mPixel) {
+        rows.push_back({*mPixel, 0});
+    }
+    for (std::size_t i = 0; i < mProbes.size(); ++i) {
+        rows.push_back({mProbes[i], i + 1});
+    }
+    return rows;
+}
+
+QString PixelReadout::TextOf(const Row& row) const {
+    const Matrix matrix = mPicture->ShownMatrix();
+    QString text = row.number == 0 ? QString() : QString::number(row.number) + "  ";
+    text += QString("x %1 y %2  %3").arg(row.pixel.x()).arg(row.pixel.y()).arg(NameOf(matrix));
+    for (const Cell& cell : CellsOf(mPicture->At(row.pixel.x(), row.pixel.y()), matrix)) {
+        text += QString("  %1 %2 %3").arg(QString::fromUtf8(cell.name), cell.percent, cell.code);
     }
     return text;
 }
 
+QString PixelReadout::Text() const {
+    QStringList texts;
+    for (const Row& row : Rows()) {
+        texts += TextOf(row);
+    }
+    return texts.join('\n');
+}
+
+int PixelReadout::PlaceWidth() const {
+    return kSwatch + fontMetrics().horizontalAdvance("BT.709") + fontMetrics().horizontalAdvance("y 0000") +
+           4 * kReadoutRoom;
+}
+
+int PixelReadout::CellWidth() const {
+    return fontMetrics().horizontalAdvance("Cb \u221250.0 %") + kReadoutRoom;
+}
+
+// Place, Y'CbCr and R'G'B' stand beside one another as far as there is room.
+int PixelReadout::LinesFor(int width) const {
+    const int group = 3 * CellWidth();
+    return width >= PlaceWidth() + 2 * group ? 1 : width >= PlaceWidth() + group ? 2 : 3;
+}
+
+int PixelReadout::LineHeight() const {
+    return 2 * fontMetrics().height() + kReadoutRoom;
+}
+
+// The pointer's row has its room always, so that nothing moves when the pointer does.
+int PixelReadout::heightForWidth(int width) const {
+    return (1 + static_cast<int>(mProbes.size())) * LinesFor(width) * LineHeight();
+}
+
 QSize PixelReadout::sizeHint() const {
-    return {500, 2 * fontMetrics().height() + kPadding};
+    const int width = PlaceWidth() + 6 * CellWidth();
+    return {width, heightForWidth(width)};
 }
 
 QSize PixelReadout::minimumSizeHint() const {
-    return {200, sizeHint().height()};
+    return {std::max(PlaceWidth(), 3 * CellWidth()) + kReadoutRoom, LineHeight()};
+}
+
+void PixelReadout::DrawPlace(QPainter& painter, const Row& row, QPoint at) const {
+    const Theme& theme = Theme::Current();
+    const Matrix matrix = mPicture->ShownMatrix();
+    const QColor colour = ScreenColour(ToRgb(mPicture->At(row.pixel.x(), row.pixel.y()), matrix));
+    const int line = fontMetrics().height();
+    const QRect swatch(at.x() + kReadoutRoom, at.y() + (LineHeight() - kSwatch) / 2, kSwatch, kSwatch);
+    painter.fillRect(swatch, colour);
+    painter.setPen(theme.line);
+    painter.drawRect(swatch);
+    if (row.number > 0) {
+        painter.setPen(colour.lightness() < 128 ? Qt::white : Qt::black);
+        painter.drawText(swatch, Qt::AlignCenter, QString::number(row.number));
+    }
+    const int top = at.y() + kReadoutRoom / 2;
+    const int x = swatch.right() + kReadoutRoom;
+    const int width = fontMetrics().horizontalAdvance("y 0000") + kReadoutRoom;
+    painter.setPen(theme.dim);
+    painter.drawText(QRect(x, top, width, line), Qt::AlignVCenter, QString("x %1").arg(row.pixel.x()));
+    painter.drawText(QRect(x, top + line, width, line), Qt::AlignVCenter, QString("y %1").arg(row.pixel.y()));
+    painter.drawText(QRect(x + width, top, fontMetrics().horizontalAdvance("BT.709"), 2 * line), Qt::AlignVCenter,
+                     NameOf(matrix));
+}
+
+void PixelReadout::DrawRow(QPainter& painter, const Row& row, int top) const {
+    const Theme& theme = Theme::Current();
+    DrawPlace(painter, row, {0, top});
+    const auto cells = CellsOf(mPicture->At(row.pixel.x(), row.pixel.y()), mPicture->ShownMatrix());
+    const int lines = LinesFor(width());
+    const int line = fontMetrics().height();
+    const int nameWidth = fontMetrics().horizontalAdvance("Cb ") + 2;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const int group = static_cast<int>(i) / 3;
+        const int inGroup = static_cast<int>(i) % 3;
+        const int lineOfGroup = lines == 1 ? 0 : lines == 2 ? group : group + 1;
+        const int begin = lines == 3 ? kReadoutRoom : PlaceWidth();
+        const int x = begin + (lines == 1 ? static_cast<int>(i) : inGroup) * CellWidth();
+        const int y = top + lineOfGroup * LineHeight() + kReadoutRoom / 2;
+        const int room = CellWidth() - nameWidth;
+        painter.setPen(theme.dim);
+        painter.drawText(QRect(x, y, nameWidth, line), Qt::AlignVCenter, QString::fromUtf8(cells[i].name));
+        painter.drawText(QRect(x + nameWidth, y + line, room, line), Qt::AlignVCenter, cells[i].code);
+        painter.setPen(theme.text);
+        painter.drawText(QRect(x + nameWidth, y, room, line), Qt::AlignVCenter, cells[i].percent);
+    }
 }
 
 void PixelReadout::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const Theme& theme = Theme::Current();
-    const int line = fontMetrics().height();
-    const int top = (height() - 2 * line) / 2;
-    if (!mPixel) {
-        painter.setPen(theme.dim);
-        painter.drawText(rect().adjusted(kPadding, 0, 0, 0), Qt::AlignVCenter,
-                         tr("Point at the picture to read a pixel"));
-        return;
+    const int height = LinesFor(width()) * LineHeight();
+    if (!mPixel || mPicture == nullptr) {
+        painter.setPen(Theme::Current().dim);
+        painter.drawText(QRect(kReadoutRoom, 0, width() - 2 * kReadoutRoom, height),
+                         Qt::AlignVCenter | Qt::TextWordWrap,
+                         tr("Point at the picture to read a pixel; click to pin it"));
     }
-    const QRect swatch(kPadding, (height() - kSwatch) / 2, kSwatch, kSwatch);
-    painter.fillRect(swatch, ScreenColour(ToRgb(mValue, mMatrix)));
-    painter.setPen(theme.line);
-    painter.drawRect(swatch);
-    int x = swatch.right() + kPadding;
-    const int placeWidth = fontMetrics().horizontalAdvance("y 0000") + 2 * kPadding;
-    painter.setPen(theme.dim);
-    painter.drawText(QRect(x, top, placeWidth, line), Qt::AlignVCenter, QString("x %1").arg(mPixel->x()));
-    painter.drawText(QRect(x, top + line, placeWidth, line), Qt::AlignVCenter, QString("y %1").arg(mPixel->y()));
-    x += placeWidth;
-    const auto cells = Cells();
-    const int wanted = fontMetrics().horizontalAdvance("Cb \u2212100.0 %") + kPadding;
-    const int cellWidth = std::min((width() - x) / (static_cast<int>(cells.size()) + 1), wanted + kPadding);
-    if (cellWidth < wanted) {
-        QFont narrow = font();
-        narrow.setPointSizeF(narrow.pointSizeF() * std::max(kLeastText, static_cast<double>(cellWidth) / wanted));
-        painter.setFont(narrow);
+    for (const Row& row : Rows()) {
+        DrawRow(painter, row, static_cast<int>(row.number) * height);
     }
-    painter.setPen(theme.dim);
-    painter.drawText(QRect(x, top, cellWidth, 2 * line), Qt::AlignVCenter, NameOf(mMatrix));
-    x += cellWidth;
-    for (const Cell& cell : cells) {
-        const int nameWidth = painter.fontMetrics().horizontalAdvance("Cb ") + 2;
-        painter.setPen(theme.dim);
-        painter.drawText(QRect(x, top, nameWidth, line), Qt::AlignVCenter, cell.name);
-        painter.setPen(theme.text);
-        painter.drawText(QRect(x + nameWidth, top, cellWidth, line), Qt::AlignVCenter, cell.percent);
-        painter.setPen(theme.dim);
-        painter.drawText(QRect(x + nameWidth, top + line, cellWidth, line), Qt::AlignVCenter, cell.code);
-        x += cellWidth;
+}
+
+void PixelReadout::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        updateGeometry();
     }
+    QWidget::changeEvent(event);
 }
 
 }  // namespace studio

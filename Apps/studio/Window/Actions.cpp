@@ -42,7 +42,10 @@ constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
     {Act::SecondBack, kTransport, "secondBack", "Second Back", "Shift+Left"},
     {Act::SecondForward, kTransport, "secondForward", "Second Forward", "Shift+Right"},
     {Act::Scope, kView, "scope", "&Waveform Monitor", "W", true},
+    {Act::Vectorscope, kView, "vectorscope", "&Vectorscope", "V", true},
+    {Act::Parade, kView, "parade", "&RGB Parade", "R", true},
     {Act::OwnNumbers, kView, "ownNumbers", "Plug-in\u2019s Own &Numbers (BT.601)", "", true},
+    {Act::ClearProbes, kView, "clearProbes", "Remove All &Pins", "Ctrl+Backspace"},
     {Act::ZoomIn, kView, "zoomIn", "Zoom &In", "Ctrl++", false, true},
     {Act::ZoomOut, kView, "zoomOut", "Zoom &Out", "Ctrl+-"},
     {Act::ZoomAll, kView, "zoomAll", "Show the Whole &Clip", "Ctrl+0"},
@@ -122,7 +125,9 @@ QString Actions::ShortcutTable() const {
         }
     }
     return table + tr("<tr><td><b>Ctrl+Z, Ctrl+Shift+Z</b></td><td>Undo, redo</td></tr>"
-                      "<tr><td><b>Arrow keys</b></td><td>With the picture in focus (Tab): point at a pixel</td></tr>"
+                      "<tr><td><b>Arrow keys</b></td><td>With the picture or a scope in focus (Tab): point at "
+                      "a place</td></tr>"
+                      "<tr><td><b>Enter</b></td><td>In the picture: pin the pixel</td></tr>"
                       "<tr><td><b>Wheel</b></td><td>Over the waveform: zoom; with Shift, scroll</td></tr></table>");
 }
 

@@ -19,8 +19,11 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <exception>
+#include <initializer_list>
+#include <utility>
 
 namespace studio {
 
@@ -31,11 +34,19 @@ constexpr QSize kFirstSize{1180, 760};
 constexpr const char* kGeometryKey = "window/geometry";
 constexpr const char* kUpperKey = "window/upper";
 constexpr const char* kWholeKey = "window/whole";
-constexpr const char* kScopeKey = "view/waveformMonitor";
+constexpr const char* kScopesKey = "window/scopes";
 constexpr const char* kOwnNumbersKey = "view/ownNumbers";
 constexpr const char* kAppearanceKey = "view/appearance";
 constexpr const char* kLoopKey = "transport/loop";
 constexpr const char* kExportKey = "export/folder";
+
+// The switches of the scopes, and where they are remembered.
+struct ScopeSwitch {
+    Act act;
+    const char* key;
+};
+constexpr std::array<ScopeSwitch, 3> kScopeSwitches = {
+    {{Act::Scope, "view/waveformMonitor"}, {Act::Vectorscope, "view/vectorscope"}, {Act::Parade, "view/parade"}}};
 
 QString DroppedFile(const QMimeData& data) {
     return data.urls().size() == 1 && data.urls().constFirst().isLocalFile() ? data.urls().constFirst().toLocalFile()
@@ -59,7 +70,10 @@ StudioWindow::StudioWindow(std::shared_ptr<const lineup::Importer> importer)
       mWhole(new QSplitter(Qt::Vertical, this)),
       mPictureView(new PictureView(this)),
       mReadout(new PixelReadout(this)),
-      mScope(new ScopeView(this)),
+      mScopes(new QSplitter(Qt::Vertical, this)),
+      mWaveform(new WaveformView(WaveformView::Kind::Luma, this)),
+      mVectorscope(new VectorscopeView(this)),
+      mParade(new WaveformView(WaveformView::Kind::Parade, this)),
       mMeters(new MeterView(this)),
       mTransport(new TransportBar(mActions, this)),
       mLanes(new LanesView(this)),
@@ -89,7 +103,10 @@ void StudioWindow::Arrange() {
     pictureLayout->addWidget(mPictureView, 1);
     pictureLayout->addWidget(mReadout);
     mUpper->addWidget(picture);
-    mUpper->addWidget(mScope);
+    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
+        mScopes->addWidget(scope);
+    }
+    mUpper->addWidget(mScopes);
     mUpper->addWidget(mMeters);
     mUpper->setStretchFactor(0, 3);
     mUpper->setStretchFactor(1, 2);
@@ -105,7 +122,7 @@ void StudioWindow::Arrange() {
     mWhole->addWidget(lower);
     mWhole->setStretchFactor(0, 3);
     mWhole->setStretchFactor(1, 1);
-    for (QSplitter* const splitter : {mUpper, mWhole}) {
+    for (QSplitter* const splitter : {mUpper, mWhole, mScopes}) {
         splitter->setChildrenCollapsible(false);
     }
 
@@ -150,7 +167,10 @@ void StudioWindow::ConnectActions() {
                               "bit.")
                                .arg(QApplication::applicationVersion()));
     });
-    connect(&mActions[Act::Scope], &QAction::toggled, mScope, &QWidget::setVisible);
+    for (const auto& [act, key] : kScopeSwitches) {
+        connect(&mActions[act], &QAction::toggled, this, &StudioWindow::ShowScopes);
+    }
+    on(Act::ClearProbes, [this] { mProbes.Clear(); });
     connect(&mActions[Act::OwnNumbers], &QAction::toggled, this, &StudioWindow::LoadPicture);
 }
 
@@ -190,24 +210,41 @@ void StudioWindow::ConnectViews() {
     connect(mLanes, &LanesView::SeekWanted, this, &StudioWindow::SeekTo);
     connect(mTransport, &TransportBar::FrameWanted, this,
             [this](std::int64_t frame) { mPlayer.Seek(mDocument.SampleOfFrame(frame)); });
-    connect(&mLoader, &PictureLoader::Loaded, this, [this](const std::shared_ptr<const CardPicture>& picture) {
-        mPicture = picture;
-        mScope->SetPicture(picture);
-        mPictureView->SetPicture(picture);
-    });
+    connect(&mLoader, &PictureLoader::Loaded, this, &StudioWindow::ShowPicture);
     connect(&mLoader, &PictureLoader::Failed, this, [this](const QString& problem) {
-        mPicture.reset();
-        mScope->SetPicture(nullptr);
-        mPictureView->SetPicture(nullptr);
+        ShowPicture(nullptr);
         mFlow.Complain(problem);
     });
-    connect(mPictureView, &PictureView::PixelPointedAt, this, [this](std::optional<QPoint> pixel) {
-        if (pixel && mPicture != nullptr) {
-            mReadout->Show(*pixel, mPicture->At(pixel->x(), pixel->y()), mPicture->ShownMatrix());
-        } else {
-            mReadout->Clear();
-        }
-    });
+    connect(mPictureView, &PictureView::PixelPointedAt, mReadout, &PixelReadout::PointAt);
+    connect(mPictureView, &PictureView::PinWanted, &mProbes, &Probes::Toggle);
+    connect(&mProbes, &Probes::Changed, this, &StudioWindow::ShowProbes);
+}
+
+// Nobody holds on to a pixel that the new picture does not have.
+void StudioWindow::ShowPicture(std::shared_ptr<const CardPicture> picture) {
+    mProbes.KeepWithin(picture == nullptr ? QSize() : QSize(picture->Width(), picture->Height()));
+    mPictureView->SetPicture(picture);
+    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
+        scope->SetPicture(picture);
+    }
+    mReadout->SetPicture(std::move(picture));
+}
+
+void StudioWindow::ShowProbes() {
+    const auto& probes = mProbes.Pixels();
+    mPictureView->SetProbes(probes);
+    mReadout->SetProbes(probes);
+    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
+        scope->SetProbes(probes);
+    }
+}
+
+void StudioWindow::ShowScopes() {
+    mWaveform->setVisible(mActions[Act::Scope].isChecked());
+    mVectorscope->setVisible(mActions[Act::Vectorscope].isChecked());
+    mParade->setVisible(mActions[Act::Parade].isChecked());
+    mScopes->setVisible(
+        std::ranges::any_of(kScopeSwitches, [this](const ScopeSwitch& row) { return mActions[row.act].isChecked(); }));
 }
 
 void StudioWindow::ShowClip() {
@@ -313,9 +350,12 @@ void StudioWindow::Restore() {
     const QSettings settings;
     Dress(static_cast<Appearance>(std::clamp(settings.value(kAppearanceKey).toInt(), 0, 2)));
     mActions[Act::Loop].setChecked(settings.value(kLoopKey, true).toBool());
-    mActions[Act::Scope].setChecked(settings.value(kScopeKey, false).toBool());
+    for (const auto& [act, key] : kScopeSwitches) {
+        mActions[act].setChecked(settings.value(key, false).toBool());
+    }
     mActions[Act::OwnNumbers].setChecked(settings.value(kOwnNumbersKey, false).toBool());
-    mScope->setVisible(mActions[Act::Scope].isChecked());
+    ShowScopes();
+    mScopes->restoreState(settings.value(kScopesKey).toByteArray());
     if (!restoreGeometry(settings.value(kGeometryKey).toByteArray())) {
         resize(kFirstSize.boundedTo(screen()->availableSize()));
     }
@@ -334,7 +374,10 @@ void StudioWindow::Remember() const {
     settings.setValue(kWholeKey, mWhole->saveState());
     settings.setValue(kLoopKey, mActions[Act::Loop].isChecked());
     settings.setValue(kOwnNumbersKey, mActions[Act::OwnNumbers].isChecked());
-    settings.setValue(kScopeKey, mActions[Act::Scope].isChecked());
+    settings.setValue(kScopesKey, mScopes->saveState());
+    for (const auto& [act, key] : kScopeSwitches) {
+        settings.setValue(key, mActions[act].isChecked());
+    }
 }
 
 bool StudioWindow::MayStopExport() {

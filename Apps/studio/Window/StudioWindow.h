@@ -8,7 +8,9 @@
 #include "Apps/studio/Views/PictureLoader.h"
 #include "Apps/studio/Views/PictureView.h"
 #include "Apps/studio/Views/PixelReadout.h"
-#include "Apps/studio/Views/ScopeView.h"
+#include "Apps/studio/Views/Probes.h"
+#include "Apps/studio/Views/VectorscopeView.h"
+#include "Apps/studio/Views/WaveformView.h"
 #include "Apps/studio/Window/Actions.h"
 #include "Apps/studio/Window/DocumentFlow.h"
 #include "Apps/studio/Window/HeaderBar.h"
@@ -52,6 +54,9 @@ private:
     void ConnectViews();
     void ShowClip();
     void LoadPicture();
+    void ShowPicture(std::shared_ptr<const CardPicture> picture);
+    void ShowProbes();
+    void ShowScopes();
     void ShowTitle();
     void ShowPosition();
     void ShowSound();
@@ -71,7 +76,7 @@ private:
     DocumentFlow mFlow;
     ToneEditor mToneEditor;
     PictureLoader mLoader;
-    std::shared_ptr<const CardPicture> mPicture;
+    Probes mProbes;
     QTimer mFrames;  // a tick a picture of the window, while something moves
     QElapsedTimer mSinceTick;
     bool mCloseAfterDialog = false;
@@ -81,7 +86,10 @@ private:
     QSplitter* mWhole;
     PictureView* mPictureView;
     PixelReadout* mReadout;
-    ScopeView* mScope;
+    QSplitter* mScopes;
+    WaveformView* mWaveform;
+    VectorscopeView* mVectorscope;
+    WaveformView* mParade;
     MeterView* mMeters;
     TransportBar* mTransport;
     LanesView* mLanes;

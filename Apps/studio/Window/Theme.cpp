@@ -32,7 +32,8 @@ const Theme& Light() {
         .scopeBackground = 0x0C0F0E,
         .scopeGrid = 0x2A332F,
         .scopeStrong = 0x8A8360,
-        .scopeNumber = 0x77827C,
+        .scopeNumber = 0x8A958F,
+        .scopeText = 0xE3EAE6,
     };
     return kLight;
 }
@@ -60,7 +61,8 @@ const Theme& Dark() {
         .scopeBackground = 0x0A0D0C,
         .scopeGrid = 0x26302B,
         .scopeStrong = 0x8A8360,
-        .scopeNumber = 0x77827C,
+        .scopeNumber = 0x8A958F,
+        .scopeText = 0xE3EAE6,
     };
     return kDark;
 }

@@ -33,6 +33,7 @@ struct Theme {
     QColor scopeGrid;
     QColor scopeStrong;
     QColor scopeNumber;
+    QColor scopeText;  ///< what is read
 
     /// Those of a drawing of lanes.
     [[nodiscard]] lanes::LaneColours Lanes() const;

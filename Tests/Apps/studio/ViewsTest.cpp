@@ -6,12 +6,20 @@
 #include "Apps/studio/Views/LaneSpan.h"
 #include "Apps/studio/Views/MeterBallistics.h"
 #include "Apps/studio/Views/PixelReadout.h"
-#include "Apps/studio/Views/ScopeView.h"
+#include "Apps/studio/Views/Probes.h"
+#include "Apps/studio/Views/VectorscopeView.h"
+#include "Apps/studio/Views/WaveformView.h"
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
+#include <QRegularExpression>
+#include <algorithm>
+#include <array>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -74,13 +82,13 @@ TEST(CardPicture, ListsEveryLumaValueOfAColumn) {
     const CardPicture picture(TheClip(), {}, Matrix::Bt601);
     int pixels = 0;
     float before = -1;
-    for (const studio::LumaCount& count : picture.LumaOf(520)) {
-        EXPECT_GT(count.luma, before);
-        before = count.luma;
+    for (const studio::LevelCount& count : picture.LevelsOf(studio::Component::Luma, 520)) {
+        EXPECT_GT(count.value, before);
+        before = count.value;
         pixels += count.pixels;
     }
     EXPECT_EQ(pixels, 1080);
-    EXPECT_EQ(picture.LumaOf(0).size(), 4U);  // the four bands of the left edge
+    EXPECT_EQ(picture.LevelsOf(studio::Component::Luma, 0).size(), 4U);  // the four bands of the left edge
 }
 
 TEST(CardPicture, ShapeAndMatrixAreThoseThatAnExportIsTaggedWith) {
@@ -104,36 +112,151 @@ TEST(CardPicture, ShapeAndMatrixAreThoseThatAnExportIsTaggedWith) {
     }
 }
 
-TEST(ScopeView, DrawsEveryBarAtItsLuma) {
-    studio::ScopeView scope;
-    scope.resize(640, 400);
-    const auto picture = std::make_shared<CardPicture>(TheClip(), lineup::PictureFormat(), Matrix::Bt709);
-    scope.SetPicture(picture);
-    const QImage image = scope.grab().toImage().scaled(scope.size());
-    const int left = scope.fontMetrics().horizontalAdvance("100") + 14;  // where the plot begins
-    const auto x = [&](int column) { return left + (scope.width() - 10 - left) * column / 1920; };
-    const auto brightest = [&](int at, double luma) {
-        int best = 0;
-        for (int y = static_cast<int>(scope.Y(luma)) - 1; y <= static_cast<int>(scope.Y(luma)) + 1; ++y) {
-            best = std::max(best, image.pixelColor(at, y).green());
+std::shared_ptr<const CardPicture> HdPicture() {
+    static const auto picture = std::make_shared<const CardPicture>(TheClip(), lineup::PictureFormat(), Matrix::Bt709);
+    return picture;
+}
+
+// Bars, from their columns.
+constexpr std::array<int, 4> kColumns = {520, 720, 1000, 1500};
+
+// The brightest of a colour's parts about a point.
+int Brightest(const QImage& image, QPointF at) {
+    int best = 0;
+    for (int y = static_cast<int>(at.y()) - 1; y <= static_cast<int>(at.y()) + 1; ++y) {
+        for (int x = static_cast<int>(at.x()) - 1; x <= static_cast<int>(at.x()) + 1; ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            best = std::max({best, colour.red(), colour.green(), colour.blue()});
         }
-        return best;
-    };
-    for (const int column : {520, 720, 1000, 1500}) {
-        const double luma = static_cast<double>(picture->At(column, 100).y);
-        EXPECT_GT(brightest(x(column), luma), 150) << column;
-        EXPECT_LT(brightest(x(column), luma + 0.025), 100) << column;
+    }
+    return best;
+}
+
+TEST(WaveformView, DrawsEveryBarAtItsLuma) {
+    studio::WaveformView scope(studio::WaveformView::Kind::Luma);
+    scope.resize(640, 400);
+    scope.SetPicture(HdPicture());
+    const QImage image = scope.grab().toImage().scaled(scope.size());
+    for (const int column : kColumns) {
+        const double luma = static_cast<double>(HdPicture()->At(column, 100).y);
+        EXPECT_GT(Brightest(image, {scope.X(0, column), scope.Y(luma)}), 150) << column;
+        EXPECT_LT(Brightest(image, {scope.X(0, column), scope.Y(luma + 0.035)}), 100) << column;
     }
 }
 
-TEST(PixelReadout, SaysPercentAndCodes) {
+TEST(WaveformView, AsAParadeDrawsRedGreenAndBlueBesideOneAnother) {
+    studio::WaveformView parade(studio::WaveformView::Kind::Parade);
+    parade.resize(900, 400);
+    parade.SetPicture(HdPicture());
+    const QImage image = parade.grab().toImage().scaled(parade.size());
+    const QPointF place(parade.X(0, 520), parade.Y(0.75));  // yellow's red
+    EXPECT_GT(Brightest(image, place), 150);
+    EXPECT_GT(image.pixelColor(place.toPoint()).red(), image.pixelColor(place.toPoint()).blue());
+    EXPECT_GT(Brightest(image, {parade.X(1, 520), parade.Y(0.75)}), 150);
+    EXPECT_GT(Brightest(image, {parade.X(2, 520), parade.Y(0)}), 150);
+    EXPECT_LT(Brightest(image, {parade.X(2, 520), parade.Y(0.4)}), 120);
+}
+
+// 75 % bars in 8 bits by BT.709: yellow 168, 44, 136.
+TEST(VectorscopeView, DrawsTheBarsInTheTargetsOf75Percent) {
+    studio::VectorscopeView scope;
+    scope.resize(400, 400);
+    scope.SetPicture(HdPicture());
+    const QImage image = scope.grab().toImage().scaled(scope.size());
+    EXPECT_GT(Brightest(image, scope.Place(-84.0 / 224, 8.0 / 224)), 200);
+    EXPECT_GT(Brightest(image, scope.Place(0, 0)), 200);  // grey, black, white
+    EXPECT_LT(Brightest(image, scope.Place(0.3, -0.3)), 30);
+    const double half = studio::VectorscopeView::kTargetReach;
+    const QPointF corner = scope.Place(-0.5 * 0.75 - half, 0.75 * 0.0458 + half);  // of yellow's target
+    EXPECT_GT(Brightest(image, corner), 90);
+    EXPECT_GT(Brightest(image, scope.Place(-0.5 - 1.4 * half, 0.0458 + 1.4 * half)), 90);  // and of 100 %
+}
+
+QString ReadAt(studio::Scope& scope, QPointF place) {
+    QTest::mouseMove(&scope, place.toPoint());
+    QMouseEvent move(QEvent::MouseMove, place, scope.mapToGlobal(place), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(&scope, &move);
+    return scope.Readout();
+}
+
+TEST(Scope, ReadsThePlaceUnderThePointer) {
+    studio::VectorscopeView vectorscope;
+    studio::WaveformView parade(studio::WaveformView::Kind::Parade);
+    for (studio::Scope* const scope :
+         {static_cast<studio::Scope*>(&vectorscope), static_cast<studio::Scope*>(&parade)}) {
+        scope->resize(900, 900);
+        EXPECT_EQ(ReadAt(*scope, QPointF(400, 400)), "") << "there is no picture yet";
+        scope->SetPicture(HdPicture());
+    }
+    EXPECT_EQ(ReadAt(vectorscope, vectorscope.Place(0, 0)), QString::fromUtf8("Cb 0.0 % 512  Cr 0.0 % 512  0\u00B0"));
+    const QString magenta = ReadAt(vectorscope, vectorscope.Place(0.25, 0.25));
+    EXPECT_TRUE(magenta.contains(QString::fromUtf8(" 45\u00B0")) && magenta.startsWith("Cb 2")) << qPrintable(magenta);
+    const QString green = ReadAt(parade, {parade.X(1, 960), parade.Y(0.5)});
+    EXPECT_TRUE(green.contains(QString::fromUtf8("G\u2032 50.")) || green.contains(QString::fromUtf8("G\u2032 49.")))
+        << qPrintable(green);
+    EXPECT_TRUE(QRegularExpression("^x 9[56]\\d ").match(green).hasMatch()) << qPrintable(green);
+}
+
+TEST(Scope, ArrowKeysLeadTheReadout) {
+    studio::VectorscopeView scope;
+    scope.resize(400, 400);
+    scope.SetPicture(HdPicture());
+    for (int press = 0; press < 3; ++press) {
+        QTest::keyClick(&scope, Qt::Key_Right, Qt::ShiftModifier);
+    }
+    EXPECT_FALSE(scope.Readout().startsWith("Cb 0.0 %")) << qPrintable(scope.Readout());
+    EXPECT_TRUE(scope.Readout().contains("Cr 0.0 % 512"));
+    EXPECT_EQ(scope.accessibleDescription(), scope.Readout());
+}
+
+TEST(Scope, MarksProbesWhereTheirPixelsShow) {
+    studio::VectorscopeView scope;
+    scope.resize(400, 400);
+    scope.SetPicture(HdPicture());
+    const QImage without = scope.grab().toImage().scaled(scope.size());
+    scope.SetProbes({{520, 300}});
+    const QImage with = scope.grab().toImage().scaled(scope.size());
+    const QPointF ring = scope.Place(-84.0 / 224, 8.0 / 224) + QPointF(-4, 0);
+    EXPECT_GT(Brightest(with, ring), Brightest(without, ring) + 40);
+}
+
+// 168, 44, 136: what an HD file holds for 75 % yellow.
+TEST(PixelReadout, SaysPercentAndCodesOfThePointerAndOfEachProbe) {
+    const auto sd = std::make_shared<const CardPicture>(TheClip(), lineup::PictureFormat(), Matrix::Bt601);
     studio::PixelReadout readout;
-    readout.Show({7, 9}, kYellow, Matrix::Bt601);
-    EXPECT_EQ(readout.Text(),
-              QString::fromUtf8("x 7 y 9  BT.601  Y\u2032 66.2 % 644  Cb \u221237.5 % 176  Cr 6.3 % 568  "
-                                "R\u2032 75.0 % 721  G\u2032 74.7 % 718  B\u2032 \u22120.2 % 62"));
-    readout.Clear();
     EXPECT_EQ(readout.Text(), "");
+    readout.SetPicture(sd);
+    readout.SetProbes({{10, 9}});
+    const QString probe = readout.Text();
+    EXPECT_TRUE(probe.startsWith("1  x 10 y 9  BT.601  ")) << qPrintable(probe);
+    readout.PointAt(QPoint(520, 300));
+    EXPECT_EQ(readout.Text(),
+              QString::fromUtf8("x 520 y 300  BT.601  Y\u2032 66.2 % 644  Cb \u221237.5 % 176  Cr 6.3 % 568  "
+                                "R\u2032 75.0 % 721  G\u2032 74.7 % 718  B\u2032 \u22120.2 % 62\n") +
+                  probe);
+    EXPECT_EQ(readout.accessibleDescription(), readout.Text());
+}
+
+TEST(PixelReadout, GoesOnInFurtherLinesWhereThereIsLittleRoom) {
+    studio::PixelReadout readout;
+    const int wide = readout.heightForWidth(readout.sizeHint().width());
+    EXPECT_EQ(readout.heightForWidth(readout.sizeHint().width() - 1), 2 * wide);
+    EXPECT_EQ(readout.heightForWidth(readout.minimumSizeHint().width()), 3 * wide);
+}
+
+TEST(Probes, AreTakenAwayByPinningThereAgain) {
+    studio::Probes probes;
+    probes.Toggle({100, 100}, 5);
+    probes.Toggle({200, 100}, 5);
+    probes.Toggle({102, 101}, 5);
+    EXPECT_EQ(probes.Pixels(), (std::vector<QPoint>{{200, 100}}));
+    for (int i = 0; i < 7; ++i) {
+        probes.Toggle({10 * i, 0}, 5);
+    }
+    EXPECT_EQ(probes.Pixels().size(), studio::Probes::kMost);
+    EXPECT_EQ(probes.Pixels().front(), QPoint(10, 0));
+    probes.KeepWithin({35, 35});
+    EXPECT_EQ(probes.Pixels().size(), 3U);
 }
 
 TEST(LaneSpan, BeginsWithAllOfTheClip) {

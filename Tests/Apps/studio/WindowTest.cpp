@@ -248,6 +248,39 @@ TEST_F(StudioWindowTest, ReadsWhatTheExportWillHoldOrThePlugInsOwnNumbers) {
     WaitFor([&] { return yellow().contains(QString::fromUtf8("BT.601  Y\u2032 66.2 %")); }, "the plug-in's value");
 }
 
+TEST_F(StudioWindowTest, AClickOrEnterInThePicturePinsAPixelForEveryScope) {
+    auto& picture = Find<studio::PictureView>("picture");
+    const auto& readout = Find<studio::PixelReadout>("readout");
+    WaitFor([&] { return !picture.Frame().isEmpty(); }, "the picture comes");
+    Press(Qt::Key_V);
+    Press(Qt::Key_R);
+    EXPECT_TRUE(Find("vectorscope").isVisible() && Find("parade").isVisible());
+    EXPECT_FALSE(Find("scope").isVisible());
+    int height = readout.height();
+    const auto clickYellow = [&] {
+        const QRectF frame = picture.Frame();
+        const QPointF at(frame.x() + frame.width() * 0.27, frame.y() + frame.height() * 0.1);
+        QTest::mouseClick(&picture, Qt::LeftButton, {}, at.toPoint());
+    };
+    clickYellow();
+    WaitFor([&] { return readout.height() > height; }, "the readout grows");
+    height = readout.height();
+    EXPECT_TRUE(readout.Text().contains("\n1  x 5")) << readout.Text().toStdString();
+    picture.setFocus();
+    QTest::keyClick(&picture, Qt::Key_Right, Qt::ShiftModifier);
+    for (int step = 0; step < 5; ++step) {
+        QTest::keyClick(&picture, Qt::Key_Down, Qt::ShiftModifier);
+    }
+    QTest::keyClick(&picture, Qt::Key_Return);
+    EXPECT_TRUE(readout.Text().contains("\n2  x ")) << readout.Text().toStdString();
+    WaitFor([&] { return readout.height() > height; }, "the readout grows");
+    clickYellow();  // the first one goes
+    WaitFor([&] { return readout.height() == height; }, "the readout shrinks");
+    EXPECT_FALSE(readout.Text().contains("\n2  x "));
+    Press(Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_FALSE(readout.Text().contains("1  x "));
+}
+
 TEST_F(StudioWindowTest, EnterPressesTheButtonThatHasTheFocus) {
     auto& button = Find<QPushButton>("clipSettingsButton");
     button.setFocus();

@@ -28,17 +28,18 @@ struct Scene {
     const char* name;
     const char* ident;  // null: a steady tone
     Act theme;
-    bool scope;
+    std::vector<Act> scopes;
     double playedTo;  // seconds into the clip; 0: not playing
     std::int64_t lengthFrames;
     std::optional<QPoint> pointAt;  // in shares of a thousand of the picture
 };
 
-const std::array<Scene, 4> kScenes = {{
-    {"stereo", nullptr, Act::ThemeLight, false, 0, 125, QPoint(180, 300)},
-    {"blits", "blits", Act::ThemeLight, false, 2.4, 335, std::nullopt},
-    {"scope", "ebu-stereo-1000", Act::ThemeLight, true, 1.3, 150, QPoint(300, 400)},
-    {"dark", "ebu-5.1", Act::ThemeDark, true, 1.7, 300, QPoint(440, 300)},
+const std::array<Scene, 5> kScenes = {{
+    {"stereo", nullptr, Act::ThemeLight, {}, 0, 125, QPoint(180, 300)},
+    {"blits", "blits", Act::ThemeLight, {}, 2.4, 335, std::nullopt},
+    {"scope", "ebu-stereo-1000", Act::ThemeLight, {Act::Scope, Act::Vectorscope}, 1.3, 150, QPoint(300, 400)},
+    {"parade", nullptr, Act::ThemeDark, {Act::Parade, Act::Vectorscope}, 0, 125, QPoint(570, 400)},
+    {"dark", "ebu-5.1", Act::ThemeDark, {Act::Scope}, 1.7, 300, QPoint(440, 300)},
 }};
 
 lineup::ClipDocument Values(const lineup::Importer& importer, const Scene& scene) {
@@ -89,7 +90,9 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
     studio::StudioWindow window(importer);
     window.Document().New(Values(*importer, scene));
     window.Commands()[scene.theme].trigger();
-    window.Commands()[Act::Scope].setChecked(scene.scope);
+    for (const Act act : {Act::Scope, Act::Vectorscope, Act::Parade}) {
+        window.Commands()[act].setChecked(std::ranges::find(scene.scopes, act) != scene.scopes.end());
+    }
     window.resize(1180, 740);
     window.show();
     auto* const picture = window.findChild<studio::PictureView*>();
@@ -102,6 +105,11 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
         QTest::mouseMove(
             picture, QPointF(frame.x() + share.x() * frame.width(), frame.y() + share.y() * frame.height()).toPoint());
         QApplication::processEvents();
+        if (scene.scopes.size() > 1) {  // and, as in a session, pins on two bars
+            Q_EMIT picture->PinWanted(QPoint(520, 300), 0);
+            Q_EMIT picture->PinWanted(QPoint(1240, 300), 0);
+            QApplication::processEvents();
+        }
     }
     if (scene.playedTo > 0) {
         ShowPlaying(window, scene.playedTo);

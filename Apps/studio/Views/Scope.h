@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Apps/studio/Views/CardPicture.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPoint>
+#include <QWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace studio {
+
+/// What the scopes share: the picture they look at, its trace over a graticule, the points that were pinned, and a
+/// readout of the place under the pointer, or where the arrow keys have led.
+class Scope : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Scope(QWidget* parent = nullptr);
+
+    /// Null: shows an empty view.
+    void SetPicture(std::shared_ptr<const CardPicture> picture);
+
+    /// Pixels of the picture that are marked, with their numbers from 1.
+    void SetProbes(std::vector<QPoint> probes);
+
+    /// What stands at the place that is pointed at; empty without one.
+    [[nodiscard]] QString Readout() const;
+
+    [[nodiscard]] QSize sizeHint() const override { return {420, 260}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {180, 110}; }
+
+protected:
+    /// Where the trace is drawn.
+    [[nodiscard]] virtual QRectF Plot() const = 0;
+    virtual void DrawGraticule(QPainter& painter) const = 0;
+    /// The trace on as many pixels as the plot has. There is a picture.
+    [[nodiscard]] virtual QImage DrawTrace(QSize pixels) const = 0;
+    /// What a place of the plot stands for. There is a picture.
+    [[nodiscard]] virtual QString Read(QPointF place) const = 0;
+    /// Where a pixel of the picture shows. There is a picture.
+    [[nodiscard]] virtual std::vector<QPointF> PlacesOf(QPoint pixel) const = 0;
+
+    [[nodiscard]] const CardPicture* Picture() const noexcept { return mPicture.get(); }
+
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void PointAt(std::optional<QPointF> place);
+    void DrawProbes(QPainter& painter) const;
+    void DrawReadout(QPainter& painter) const;
+
+    std::shared_ptr<const CardPicture> mPicture;
+    QImage mTrace;
+    std::vector<QPoint> mProbes;
+    std::optional<QPointF> mPlace;
+};
+
+}  // namespace studio

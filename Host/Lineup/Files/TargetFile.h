@@ -37,6 +37,9 @@ public:
     /// Moves to byte `position` from the start. False when that failed.
     bool Seek(std::int64_t position) noexcept;
 
+    /// Reads what lies from byte `position` on; zeros where the file has ended. Throws Error when that failed.
+    void ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) const;
+
     [[nodiscard]] std::int64_t Position() const noexcept { return mPosition; }
 
     /// Bytes in the file so far.

@@ -45,8 +45,9 @@ struct AudioEncoding {
     std::string_view encoder;         ///< the FFmpeg encoder
     std::string_view surroundLayout;  ///< FFmpeg's layout for L, R, C, LFE, Ls, Rs that this codec knows
     SampleFormat samples = SampleFormat::S24;
-    bool carriesLayout = false;  ///< says which channel is which, whatever the file format
-    int bitRatePerChannel = 0;   ///< bits a second; 0 where the codec has no say
+    bool carriesLayout = false;     ///< says which channel is which, whatever the file format
+    int bitRatePerChannel = 0;      ///< bits a second; 0 where the codec has no say
+    std::uint32_t surroundTag = 0;  ///< QuickTime's tag of its 5.1, where MPEG-4 has none of its own
 };
 
 /// Who makes a file.
@@ -64,7 +65,8 @@ struct Container {
     std::string_view timescaleOption{};      ///< the muxer's option for the unit of the whole file's times
     bool uniqueIdentifiers = false;          ///< no two files are alike, even of the same settings
     bool needsLayoutInCodec = false;         ///< cannot say itself which channel is which
-    bool labelsMonoTracks = false;           ///< says of a mono track which channel it is
+    bool namesChannels = false;              ///< says itself which channel is which, of a mono track too
+    bool takesSurroundTags = false;          ///< beside a codec's own data
 };
 
 /// As FindVideoCodec and its siblings.

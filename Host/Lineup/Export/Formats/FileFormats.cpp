@@ -16,8 +16,9 @@ constexpr std::array kMovVideo = {"prores-hq"sv, "prores"sv, "prores-4444"sv, "d
 constexpr std::array kMovAudio = {"pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv, "aac"sv};
 constexpr std::array kMkvVideo = {"ffv1"sv,        "h264"sv,    "prores-hq"sv, "prores"sv,
                                   "prores-4444"sv, "uyvy422"sv, "mjpeg"sv};
-// No AAC: readers of Matroska do not leave out the silence that the encoder puts first.
-constexpr std::array kMkvAudio = {"flac"sv, "pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv, "alac"sv};
+// No AAC: readers of Matroska do not leave out the silence that the encoder puts first. No ALAC: GStreamer does not
+// read it there.
+constexpr std::array kMkvAudio = {"flac"sv, "pcm-s24"sv, "pcm-s16"sv, "pcm-s32"sv, "pcm-f32"sv};
 constexpr std::array kMp4Video = {"h264"sv};
 constexpr std::array kMp4Audio = {"aac"sv, "alac"sv};
 constexpr std::array kMxfVideo = {"mpeg2-422"sv};
@@ -39,7 +40,7 @@ constexpr std::array<Container, 6> kContainers = {{
      .muxer = "mov",
      .options = kMovOptions,
      .timescaleOption = "movie_timescale",
-     .labelsMonoTracks = true},
+     .namesChannels = true},
     {.format = {.extension = "mkv",
                 .description = "Matroska",
                 .videoCodecs = kMkvVideo,
@@ -55,7 +56,8 @@ constexpr std::array<Container, 6> kContainers = {{
                 .holdsTimecode = true},
      .muxer = "mp4",
      .options = kMovOptions,
-     .timescaleOption = "movie_timescale"},
+     .timescaleOption = "movie_timescale",
+     .takesSurroundTags = true},
     {.format = {.extension = "mxf",
                 .description = "MXF OP1a, one mono track a channel",
                 .videoCodecs = kMxfVideo,

@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::string_view kMono = "mono";
 constexpr std::string_view kStereo = "stereo";
+constexpr std::string_view kSide = "5.1(side)";
 
 /// FFmpeg's names of single channels. QuickTime's left and right surround are what FFmpeg calls the back.
 struct ChannelLabel {
@@ -42,9 +43,17 @@ std::string LayoutOfAll(const AudioEncoding& encoding, std::size_t channels) {
     return std::string(channels == 2 ? kStereo : kMono);
 }
 
-std::string LayoutOfOne(const Container& container, std::string_view channel) {
+std::string LabelOfAll(const Container& container, const AudioEncoding& encoding, std::size_t channels) {
+    return container.namesChannels && channels > 2 ? std::string(kSide) : LayoutOfAll(encoding, channels);
+}
+
+std::string LayoutOfOne() {
+    return std::string(kMono);
+}
+
+std::string LabelOfOne(const Container& container, std::string_view channel) {
     const auto* const label = std::ranges::find(kChannelLabels, channel, &ChannelLabel::channel);
-    return std::string(container.labelsMonoTracks && label != kChannelLabels.end() ? label->layout : kMono);
+    return std::string(container.namesChannels && label != kChannelLabels.end() ? label->layout : kMono);
 }
 
 }  // namespace parts

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <string>
@@ -98,7 +99,26 @@ int Muxer::AddStream(const AVCodecContext& encoder) {
     stream->avg_frame_rate = encoder.framerate;
     stream->r_frame_rate = encoder.framerate;
     stream->sample_aspect_ratio = encoder.sample_aspect_ratio;
+    stream->disposition |= AV_DISPOSITION_DEFAULT;  // each belongs to the whole; none is another's alternative
     return stream->index;
+}
+
+void Muxer::Label(int stream, const std::string& layout) {
+    Require(av_channel_layout_from_string(&mContext->streams[stream]->codecpar->ch_layout, layout.c_str()));
+}
+
+void Muxer::AddToCodecData(int stream, std::span<const std::uint8_t> bytes) {
+    AVCodecParameters& codec = *mContext->streams[stream]->codecpar;
+    const auto old = static_cast<std::size_t>(codec.extradata_size);
+    auto* const data =
+        static_cast<std::uint8_t*>(av_realloc(codec.extradata, old + bytes.size() + AV_INPUT_BUFFER_PADDING_SIZE));
+    if (data == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::ranges::copy(bytes, data + old);
+    std::fill_n(data + old + bytes.size(), AV_INPUT_BUFFER_PADDING_SIZE, std::uint8_t{0});
+    codec.extradata = data;
+    codec.extradata_size = static_cast<int>(old + bytes.size());
 }
 
 void Muxer::Tag(int stream, std::string_view key, std::string_view value) {

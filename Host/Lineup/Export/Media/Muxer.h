@@ -5,6 +5,9 @@
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
 #include "Host/Lineup/Files/TargetFile.h"
 
+#include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace lineup {
@@ -20,6 +23,12 @@ public:
 
     /// Adds a stream for what an opened encoder makes, and returns its number.
     int AddStream(const AVCodecContext& encoder);
+
+    /// Says which channels a stream of sound has, by FFmpeg's name of their layout, before Begin.
+    void Label(int stream, const std::string& layout);
+
+    /// Adds bytes to what the codec tells its decoder ahead of all packets, before Begin.
+    void AddToCodecData(int stream, std::span<const std::uint8_t> bytes);
 
     /// Tags a stream, before Begin.
     void Tag(int stream, std::string_view key, std::string_view value);

@@ -50,6 +50,17 @@ AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
     throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));
 }
 
+/// The atom "chan" that names a layout by its tag alone: a size, the name, version and flags, the tag, no bitmap and no
+/// descriptions.
+std::array<std::uint8_t, 24> ChannelAtom(std::uint32_t tag) {
+    constexpr int kTagAt = 12;
+    std::array<std::uint8_t, 24> atom = {0, 0, 0, 24, 'c', 'h', 'a', 'n'};
+    for (unsigned i = 0; i < 4; ++i) {
+        atom.at(kTagAt + i) = static_cast<std::uint8_t>(tag >> (24U - 8U * i));
+    }
+    return atom;
+}
+
 AvCodecContext Open(const SoundPlan& plan, const TrackPlan& track, const Muxer& muxer) {
     const AudioEncoding& encoding = *plan.encoding;
     AvCodecContext encoder = NewEncoder(encoding.encoder);
@@ -82,6 +93,10 @@ SoundEncoder::SoundEncoder(const SoundPlan& plan, const TrackPlan& track, Muxer&
       mStream(muxer.AddStream(*mEncoder)),
       mUncompressed(plan.encoding->encoder.starts_with(kUncompressed)),
       mSources(mChannels.size()) {
+    muxer.Label(mStream, track.label);
+    if (track.tag != 0) {
+        muxer.AddToCodecData(mStream, ChannelAtom(track.tag));
+    }
     for (const std::string_view key : kTitleKeys) {
         if (!track.title.empty()) {
             muxer.Tag(mStream, key, track.title);

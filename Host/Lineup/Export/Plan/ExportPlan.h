@@ -31,7 +31,9 @@ struct PicturePlan {
 /// One track of the file.
 struct TrackPlan {
     std::vector<int> channels;  ///< the plug-in's, in the track's order
-    std::string layout;         ///< FFmpeg's name
+    std::string layout;         ///< FFmpeg's name, for the encoder
+    std::string label;          ///< FFmpeg's name of what the file says it is
+    std::uint32_t tag = 0;      ///< QuickTime's tag of the layout, where the file is to hold it beside the codec's data
     std::string title;          ///< the channel's name where there is a track a channel, else empty
 };
 

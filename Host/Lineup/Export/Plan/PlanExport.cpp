@@ -24,14 +24,20 @@ PicturePlan PlanPicture(const ExportSettings& settings, const VideoEncoding& enc
 std::vector<TrackPlan> PlanTracks(const Container& container, const AudioEncoding& encoding,
                                   const ChannelLayout& layout, bool monoTracks) {
     if (!monoTracks) {
+        const bool tagged = container.takesSurroundTags && layout.channels.size() > 2;
         return {{.channels = {layout.fileOrder.begin(), layout.fileOrder.end()},
                  .layout = LayoutOfAll(encoding, layout.channels.size()),
+                 .label = LabelOfAll(container, encoding, layout.channels.size()),
+                 .tag = tagged ? encoding.surroundTag : 0,
                  .title = {}}};
     }
     std::vector<TrackPlan> tracks;
     for (const int channel : layout.fileOrder) {
         const std::string_view name = layout.channels[static_cast<std::size_t>(channel)];
-        tracks.push_back({.channels = {channel}, .layout = LayoutOfOne(container, name), .title = std::string(name)});
+        tracks.push_back({.channels = {channel},
+                          .layout = LayoutOfOne(),
+                          .label = LabelOfOne(container, name),
+                          .title = std::string(name)});
     }
     return tracks;
 }

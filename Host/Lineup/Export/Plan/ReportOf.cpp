@@ -26,7 +26,7 @@ AudioReport ReportOf(const SoundPlan& sound, const TrackPlan& track) {
     report.sampleFormat = SampleFormatName(sound.encoding->samples);
     report.sampleRateHz = sound.sampleRateHz;
     report.channels = static_cast<int>(track.channels.size());
-    report.layout = track.layout;
+    report.layout = track.label;
     report.title = track.title;
     return report;
 }

@@ -153,6 +153,27 @@ std::vector<Complex> PartsOf(const Cells& cells, const Reference& reference, std
     return parts;
 }
 
+std::vector<double> PartDoubts(const Cells& cells, const Reference& reference, std::size_t input) {
+    const std::size_t channels = reference.channels.size();
+    std::vector<double> doubts(channels);
+    for (std::size_t channel = 0; channel < channels; ++channel) {
+        // Of the slots that it has alone, or else of all in which it sounds.
+        std::array<double, 2> squares{};
+        std::array<double, 2> weights{};
+        ForEachCell(cells, reference, input, [&](const RefTone& tone, const Cell& cell) {
+            if (tone.Amplitude(channel) > kAssignSounds) {
+                const std::size_t kind = OwnerOf(tone) == channel ? 0 : 1;
+                const double scatter = std::max(0.0, cell.energy - std::norm(cell.sum) / cell.blocks);
+                squares[kind] += scatter * std::norm(tone.gain[channel]);
+                weights[kind] += cell.blocks * std::norm(tone.gain[channel]);
+            }
+        });
+        const std::size_t kind = weights[0] > 0 ? 0 : 1;
+        doubts[channel] = weights[kind] > 0 ? std::sqrt(squares[kind]) / weights[kind] : 0;
+    }
+    return doubts;
+}
+
 std::vector<Arrival> Assign(const Cells& cells, const Reference& reference, std::size_t inputs) {
     std::vector<Arrival> arrivals(inputs);
     double loudest = 0;

@@ -24,6 +24,9 @@ struct Arrival {
 [[nodiscard]] std::vector<std::complex<double>> PartsOf(const Cells& cells, const Reference& reference,
                                                         std::size_t input);
 
+/// How far noise may have moved each of PartsOf(): its standard deviation, by how much the blocks differ.
+[[nodiscard]] std::vector<double> PartDoubts(const Cells& cells, const Reference& reference, std::size_t input);
+
 /// What arrives at each input. Tones 40 dB below the loudest input's count as none. Where one input and one channel are
 /// left over, they belong together.
 [[nodiscard]] std::vector<Arrival> Assign(const Cells& cells, const Reference& reference, std::size_t inputs);

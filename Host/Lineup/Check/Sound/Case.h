@@ -36,6 +36,8 @@ struct Case {
     std::vector<std::vector<std::complex<double>>> parts;
     /// Inputs that hold a sum of channels: nothing else is said of their channels and levels.
     std::vector<bool> folded;
+    /// Inputs where another channel than their own is heard too.
+    std::vector<bool> mixed;
 
     [[nodiscard]] const Reference& Sent() const { return *lineup.reference; }
     [[nodiscard]] const Arrival& At(std::size_t input) const { return lineup.inputs[input].surveyed.arrival; }

@@ -14,8 +14,9 @@ namespace {
 
 using Inputs = std::vector<std::size_t>;
 
-constexpr double kFolded = 0.2;    // of the strongest part: a sum, not a leak
-constexpr double kArrives = 0.01;  // of the loudest channel: what is softer has no level that a leak is held against
+constexpr double kFolded = 0.2;     // of the strongest part: a sum, not a leak
+constexpr double kArrives = 0.01;   // of the loudest channel: what is softer has no level that a leak is held against
+constexpr double kBeyondDoubt = 4;  // standard deviations: one in ten million by chance
 
 double Db(double gain) {
     return 20 * std::log10(std::max(gain, 1e-15));
@@ -71,6 +72,7 @@ void FindHomes(Case& check) {
 void FindParts(Case& check) {
     check.parts.clear();
     check.folded.assign(check.Inputs(), false);
+    check.mixed.assign(check.Inputs(), false);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         check.parts.push_back(PartsOf(check.lineup.cells, check.Sent(), input));
         const auto& parts = check.parts.back();
@@ -106,14 +108,18 @@ void DecideMixed(Case& check) {
         if (check.folded[input]) {
             folded.push_back(input);
         }
+        const std::vector<double> doubts = PartDoubts(check.lineup.cells, check.Sent(), input);
         for (std::size_t channel = 0; channel < levels.size(); ++channel) {
-            const double leak = levels[channel] > least ? std::abs(check.parts[input][channel]) / levels[channel] : 0;
+            const double heard = std::abs(check.parts[input][channel]);
+            const bool isMore = levels[channel] > least && heard > kBeyondDoubt * doubts[channel];
+            const double leak = isMore ? heard / levels[channel] : 0;
             const bool own = check.At(input).channel == channel;
             if (own || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
                 continue;
             }
-            if (std::ranges::find(leaks, input) == leaks.end()) {
+            if (!check.mixed[input]) {
                 leaks.push_back(input);
+                check.mixed[input] = true;
             }
             if (leak > strongest) {
                 strongest = leak;

@@ -15,13 +15,19 @@ struct Deviation {
     double db;  // over what was sent
 };
 
+// How loud an input's own channel is there, without what leaks into it.
+double OwnGain(const Case& check, std::size_t input) {
+    const Arrival& arrival = check.At(input);
+    return check.mixed[input] && arrival.channel ? std::abs(check.parts[input][*arrival.channel]) : arrival.gain;
+}
+
 std::vector<Deviation> Deviations(const Case& check) {
     const double sentDb = DbFromGain(check.Sent().Level());
     const double offset = check.expected.levelDb ? *check.expected.levelDb - sentDb : 0;
     std::vector<Deviation> deviations;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         if (check.At(input).sounds && !check.folded[input]) {
-            deviations.push_back({input, DbFromGain(check.At(input).gain) - offset});
+            deviations.push_back({input, DbFromGain(OwnGain(check, input)) - offset});
         }
     }
     return deviations;

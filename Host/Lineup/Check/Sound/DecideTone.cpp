@@ -41,6 +41,7 @@ void DecideSilent(Case& check) {
 void DecideTone(Case& check) {
     check.home.assign(check.Inputs(), std::nullopt);
     check.folded.assign(check.Inputs(), false);
+    check.mixed.assign(check.Inputs(), false);
     check.parts.assign(check.Inputs(), std::vector<std::complex<double>>(1));
     DecideSilent(check);
     if (!check.Sent().pitchKnown) {

@@ -133,6 +133,26 @@ TEST(CheckSound, ALeakIsMeasured) {
     EXPECT_NEAR(findings.faults[0].measured.value_or(0), -40, 0.1);
 }
 
+TEST(CheckSound, NoiseIsNoLeak) {
+    Sound sound = Ident("ebu-5.1", 12);
+    std::mt19937 random(4);
+    std::normal_distribution<float> noise(0, 0.02F);
+    for (auto& channel : sound) {
+        for (float& x : channel) {
+            x += noise(random);
+        }
+    }
+    EXPECT_EQ(Ids(Check(sound)), Strings{"noise"});
+}
+
+TEST(CheckSound, ALeakDoesNotMakeAChannelTooLoud) {
+    Sound sound = Ident("ebu-stereo-1000", 7);
+    for (std::size_t n = 0; n < sound[0].size(); ++n) {
+        sound[0][n] += 0.05F * sound[1][n];
+    }
+    EXPECT_EQ(Ids(Check(sound)), Strings{"channel-mixed"});
+}
+
 TEST(CheckSound, MeasuresDelaysUpToTwentyMilliseconds) {
     for (const int late : {-240, -1, 3, 240}) {
         Sound sound = Ident("blits", 13.4);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lineup/Rational.h>
+#include <lineup/Scan.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -17,8 +18,9 @@ struct VideoReport {
     int width = 0;
     int height = 0;
     Rational sampleAspect{1, 1};
+    Scan scan = Scan::Progressive;
     Rational frameRate;
-    std::string colour;  ///< "bt709", "smpte170m" or "bt470bg"; "rgb" for a still picture
+    std::string colour;  ///< the matrix: "bt709", "smpte170m", "bt470bg" for JPEG, or "rgb"
 };
 
 /// One sound track of a finished file.

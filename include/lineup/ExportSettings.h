@@ -2,7 +2,9 @@
 
 #include <lineup/Card.h>
 #include <lineup/Disk.h>
+#include <lineup/PictureAspect.h>
 #include <lineup/Rational.h>
+#include <lineup/Scan.h>
 #include <lineup/Timecode.h>
 
 #include <cstdint>
@@ -20,6 +22,8 @@ struct ExportSettings {
     int width = 1920;
     int height = 1080;
     Card card = Card::Auto;
+    PictureAspect aspect = PictureAspect::Auto;
+    Scan scan = Scan::Progressive;
 
     /// Frames a second. In a file without picture it only gives `timecode` its meaning.
     Rational frameRate{25, 1};

@@ -3,6 +3,7 @@
 #include <lineup/Api.h>
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
+#include <lineup/PictureAspect.h>
 
 #include <filesystem>
 
@@ -13,6 +14,6 @@ namespace lineup {
 /// appears whole or not at all. Throws UsageError for a size that cannot be, or when the target exists
 /// and `overwrite` is false; Error when it cannot be written. Any thread.
 LINEUP_API void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target,
-                         bool overwrite);
+                         bool overwrite, PictureAspect aspect = PictureAspect::Auto);
 
 }  // namespace lineup

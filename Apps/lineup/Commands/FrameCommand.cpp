@@ -25,7 +25,8 @@ struct FrameOptions {
 void RunFrame(const FrameOptions& options) {
     const lineup::Clip clip(options.common.LoadImporter());
     const Size size = options.picture.ParsedSize();
-    lineup::WritePng(clip, size.width, size.height, options.picture.card, options.target, options.overwrite);
+    lineup::WritePng(clip, size.width, size.height, options.picture.card, options.target, options.overwrite,
+                     options.picture.aspect);
     if (!options.quiet) {
         fmt::print("wrote {}: PNG, {}x{}, {} bytes\n", options.target, size.width, size.height,
                    std::filesystem::file_size(options.target));

@@ -26,6 +26,7 @@ constexpr const char* kFile = "File";
 struct RenderOptions {
     CommonOptions common;
     PictureOptions picture;
+    lineup::Scan scan = lineup::Scan::Progressive;
     std::string target;
     std::string frameRate = "25";
     TimeOptions time;
@@ -51,6 +52,8 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     settings.width = size.width;
     settings.height = size.height;
     settings.card = options.picture.card;
+    settings.aspect = options.picture.aspect;
+    settings.scan = options.scan;
     settings.frameRate = ParseFrameRate(options.frameRate);
     settings.startSample = options.time.StartSample(clip);
     const auto duration = options.time.Duration(clip).value_or(DescribedDuration(clip));
@@ -120,6 +123,7 @@ void AddRenderCommand(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("render", "Write a clip as a media file");
     command->add_option("OUT", options->target, "The file to write; its extension says which kind")->required();
     AddPictureOptions(*command, options->picture);
+    AddScanOption(*command, options->scan);
     AddFrameTimeOptions(*command, *options);
     AddToneOptions(*command, options->common);
     AddFileOptions(*command, *options);

@@ -13,11 +13,15 @@ namespace cli {
 struct PictureOptions {
     std::string size = "1920x1080";
     lineup::Card card = lineup::Card::Auto;
+    lineup::PictureAspect aspect = lineup::PictureAspect::Auto;
 
     [[nodiscard]] Size ParsedSize() const { return ParseSize(size); }
 };
 
-/// Adds --size and --card.
+/// Adds --size, --card and --aspect.
 void AddPictureOptions(CLI::App& command, PictureOptions& options);
+
+/// Adds --scan.
+void AddScanOption(CLI::App& command, lineup::Scan& scan);
 
 }  // namespace cli

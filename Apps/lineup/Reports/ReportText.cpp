@@ -6,12 +6,19 @@
 #include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <string_view>
+
 namespace cli {
 
 namespace {
 
 std::string RationalText(lineup::Rational value) {
     return value.den == 1 ? fmt::format("{}", value.num) : fmt::format("{}/{}", value.num, value.den);
+}
+
+std::string_view ScanText(lineup::Scan scan) {
+    return std::ranges::find(lineup::kScanNames, scan, &lineup::ScanName::scan)->name;
 }
 
 double Seconds(const lineup::ExportReport& report) {
@@ -26,7 +33,8 @@ std::string VideoText(const lineup::ExportReport& report) {
     if (video.frameRate.num == 0) {
         return fmt::format("  picture  {}, {}x{}, {}\n", video.codec, video.width, video.height, video.colour);
     }
-    return fmt::format("  picture  {}, {}x{}, {} fps, {}, {} frames\n", video.codec, video.width, video.height,
+    const std::string scan = video.scan == lineup::Scan::Progressive ? "" : fmt::format("{}, ", ScanText(video.scan));
+    return fmt::format("  picture  {}, {}x{}, {}{} fps, {}, {} frames\n", video.codec, video.width, video.height, scan,
                        RationalText(video.frameRate), video.colour, report.frames);
 }
 
@@ -43,6 +51,7 @@ nlohmann::ordered_json VideoJson(const lineup::ExportReport& report) {
             {"width", video.width},
             {"height", video.height},
             {"sampleAspect", RationalText(video.sampleAspect)},
+            {"scan", ScanText(video.scan)},
             {"frameRate", RationalText(video.frameRate)},
             {"colour", video.colour},
             {"frames", report.frames}};

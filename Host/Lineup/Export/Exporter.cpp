@@ -63,8 +63,9 @@ ExportReport Export(const Clip& clip, const ExportSettings& settings, const Prog
     return Write(clip, PlanExport(clip, settings), progress);
 }
 
-void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target, bool overwrite) {
-    static_cast<void>(Write(clip, PlanStill(target, width, height, card, overwrite), {}));
+void WritePng(const Clip& clip, int width, int height, Card card, const std::filesystem::path& target, bool overwrite,
+              PictureAspect aspect) {
+    static_cast<void>(Write(clip, PlanStill(target, width, height, card, overwrite, aspect), {}));
 }
 
 }  // namespace lineup

@@ -72,10 +72,27 @@ zimg_image_format DestinationFormat(const zimg_image_format& source, const Plane
     return format;
 }
 
-}  // namespace
+/// Which lines of a picture are converted: all of them, or every other one.
+enum class Lines { All, Top, Bottom };
 
-void ConvertColour(const FloatPicture& picture, const PlaneFormat& format, const std::array<PlaneMemory, 3>& planes) {
-    const zimg_image_format from = SourceFormat(picture);
+zimg_field_parity_e Parity(Lines lines) {
+    switch (lines) {
+        case Lines::Top:
+            return ZIMG_FIELD_TOP;
+        case Lines::Bottom:
+            return ZIMG_FIELD_BOTTOM;
+        case Lines::All:
+            break;
+    }
+    return ZIMG_FIELD_PROGRESSIVE;
+}
+
+void Convert(const FloatPicture& picture, const PlaneFormat& format, const std::array<PlaneMemory, 3>& planes,
+             Lines lines) {
+    const unsigned step = lines == Lines::All ? 1 : 2;
+    zimg_image_format from = SourceFormat(picture);
+    from.height /= step;
+    from.field_parity = Parity(lines);
     const zimg_image_format to = DestinationFormat(from, format);
     zimg_graph_builder_params parameters;
     zimg_graph_builder_params_default(&parameters, ZIMG_API_VERSION);
@@ -93,12 +110,27 @@ void ConvertColour(const FloatPicture& picture, const PlaneFormat& format, const
     zimg_image_buffer destination{};
     source.version = ZIMG_API_VERSION;
     destination.version = ZIMG_API_VERSION;
+    const int first = lines == Lines::Bottom ? 1 : 0;
     for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-        source.plane[plane] = {picture.Line(static_cast<int>(plane), 0).data(), picture.StrideBytes(), ZIMG_BUFFER_MAX};
-        destination.plane[plane] = {planes[plane].data, planes[plane].strideBytes, ZIMG_BUFFER_MAX};
+        const PlaneMemory& memory = planes[plane];
+        source.plane[plane] = {picture.Line(static_cast<int>(plane), first).data(), picture.StrideBytes() * step,
+                               ZIMG_BUFFER_MAX};
+        destination.plane[plane] = {static_cast<std::byte*>(memory.data) + memory.strideBytes * first,
+                                    memory.strideBytes * step, ZIMG_BUFFER_MAX};
     }
     Require(zimg_filter_graph_process(graph.get(), &source, &destination, scratch.get(), nullptr, nullptr, nullptr,
                                       nullptr) == ZIMG_ERROR_SUCCESS);
+}
+
+}  // namespace
+
+void ConvertColour(const FloatPicture& picture, const PlaneFormat& format, const std::array<PlaneMemory, 3>& planes) {
+    if (format.interlaced && format.subsampleHeight > 0) {
+        Convert(picture, format, planes, Lines::Top);
+        Convert(picture, format, planes, Lines::Bottom);
+    } else {
+        Convert(picture, format, planes, Lines::All);
+    }
 }
 
 }  // namespace parts

@@ -23,6 +23,7 @@ struct PlaneFormat {
     bool fullRange = false;      ///< 0 to the greatest code, instead of 16 to 235 (240) and what is beyond
     int subsampleWidth = 0;      ///< log2: 1 for 4:2:2 and 4:2:0
     int subsampleHeight = 0;     ///< log2: 1 for 4:2:0
+    bool interlaced = false;     ///< each field has chroma of its own lines
     bool chromaCentred = false;  ///< chroma lies between its two pixels instead of on the left one
 };
 

@@ -1,41 +1,30 @@
 #include "Host/Lineup/Export/Formats/ColourMatrix.h"
 
+#include <lineup/Card.h>
+
 namespace lineup {
 inline namespace parts {
-
-namespace {
-
-constexpr int kLinesOf625 = 576;
-
-}  // namespace
-
-ColourMatrix MatrixOfLines(int height) {
-    if (height >= kFewestHdLines) {
-        return ColourMatrix::Bt709;
-    }
-    return height == kLinesOf625 ? ColourMatrix::Bt470bg : ColourMatrix::Smpte170m;
-}
 
 ColourMatrix MatrixFor(ColourKind colour, int height) {
     switch (colour) {
         case ColourKind::Jpeg:
-            return ColourMatrix::Bt470bg;
+            return ColourMatrix::Jpeg;
         case ColourKind::Rgb:
             return ColourMatrix::Rgb;
         case ColourKind::Video:
             break;
     }
-    return MatrixOfLines(height);
+    return height >= kFewestHdLines ? ColourMatrix::Bt709 : ColourMatrix::Bt601;
 }
 
 std::string_view MatrixName(ColourMatrix matrix) {
     switch (matrix) {
         case ColourMatrix::Bt709:
             return "bt709";
-        case ColourMatrix::Bt470bg:
-            return "bt470bg";
-        case ColourMatrix::Smpte170m:
+        case ColourMatrix::Bt601:
             return "smpte170m";
+        case ColourMatrix::Jpeg:
+            return "bt470bg";
         case ColourMatrix::Rgb:
             break;
     }

@@ -10,19 +10,16 @@ inline namespace parts {
 
 /// How a picture's values follow from R'G'B', by the standard that says so.
 enum class ColourMatrix {
-    Bt709,      ///< high definition
-    Bt470bg,    ///< BT.601 for 625 lines
-    Smpte170m,  ///< BT.601 for 525 lines
-    Rgb,        ///< they are R'G'B' themselves
+    Bt709,  ///< high definition
+    Bt601,  ///< standard definition, of 625 lines and of 525; files number it as SMPTE 170M
+    Jpeg,   ///< the same equation, as JPEG decoders name it: BT.470 System B, G
+    Rgb,    ///< they are R'G'B' themselves
 };
-
-/// That of a picture of `height` lines as television has it.
-LINEUP_API ColourMatrix MatrixOfLines(int height);
 
 /// That of a picture of `height` lines in a codec.
 LINEUP_API ColourMatrix MatrixFor(ColourKind colour, int height);
 
-/// "bt709", "bt470bg", "smpte170m" or "rgb".
+/// "bt709", "smpte170m", "bt470bg" or "rgb".
 LINEUP_API std::string_view MatrixName(ColourMatrix matrix);
 
 }  // namespace parts

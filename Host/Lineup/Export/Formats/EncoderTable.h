@@ -27,14 +27,15 @@ enum class ColourKind {
 
 struct VideoEncoding {
     VideoCodec codec;
-    std::string_view encoder;                ///< the FFmpeg encoder
-    std::string_view pixelFormat;            ///< FFmpeg's name of the pixel format it is given
-    ColourKind colour = ColourKind::Video;   ///< full range clips what lies below black and above white
-    bool framesStandAlone = false;           ///< one encoded frame serves for every frame time
-    std::span<const CodecOption> options{};  ///< set on the encoder
-    std::string_view timecodeOption{};       ///< the encoder's option for the time code that MPEG-2 frames carry
-    std::int64_t mostBitsPerSecond = 0;      ///< with largestQuantiser: a frame is no larger than this allows
-    int largestQuantiser = 0;                ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
+    std::string_view encoder;                           ///< the FFmpeg encoder
+    std::string_view pixelFormat;                       ///< FFmpeg's name of the pixel format it is given
+    ColourKind colour = ColourKind::Video;              ///< full range clips what lies below black and above white
+    bool framesStandAlone = false;                      ///< one encoded frame serves for every frame time
+    std::span<const CodecOption> options{};             ///< set on the encoder
+    std::span<const CodecOption> bottomFirstOptions{};  ///< set too where an encoder does not look at the picture
+    std::string_view timecodeOption{};   ///< the encoder's option for the time code that MPEG-2 frames carry
+    std::int64_t mostBitsPerSecond = 0;  ///< with largestQuantiser: a frame is no larger than this allows
+    int largestQuantiser = 0;            ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
 };
 
 /// What samples are rounded to before they are encoded.
@@ -65,6 +66,7 @@ struct Container {
     std::string_view timescaleOption{};      ///< the muxer's option for the unit of the whole file's times
     bool uniqueIdentifiers = false;          ///< no two files are alike, even of the same settings
     bool needsLayoutInCodec = false;         ///< cannot say itself which channel is which
+    bool describesCleanPart = false;         ///< of the picture, in its head, which is written last
     bool namesChannels = false;              ///< says itself which channel is which, of a mono track too
     bool takesSurroundTags = false;          ///< beside a codec's own data
 };

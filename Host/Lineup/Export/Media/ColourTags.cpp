@@ -1,5 +1,6 @@
 #include "Host/Lineup/Export/Media/ColourTags.h"
 
+#include <lineup/Card.h>
 #include "Host/Lineup/Export/Formats/ColourMatrix.h"
 
 #include <string>
@@ -8,31 +9,33 @@ namespace lineup {
 
 namespace {
 
-AVColorPrimaries PrimariesOf(ColourMatrix matrix) {
-    switch (matrix) {
-        case ColourMatrix::Bt470bg:
-            return AVCOL_PRI_BT470BG;
-        case ColourMatrix::Smpte170m:
-            return AVCOL_PRI_SMPTE170M;
-        case ColourMatrix::Bt709:
-        case ColourMatrix::Rgb:
-            break;
+constexpr int kLinesOf625 = 576;
+
+// R'G'B' goes to a computer's screen as it is, whose primaries are HD's.
+AVColorPrimaries PrimariesOf(ColourKind colour, int height) {
+    if (colour == ColourKind::Rgb || height >= kFewestHdLines) {
+        return AVCOL_PRI_BT709;
     }
-    return AVCOL_PRI_BT709;
+    return height == kLinesOf625 ? AVCOL_PRI_BT470BG : AVCOL_PRI_SMPTE170M;
+}
+
+// BT.601's curve is BT.709's. Under the newer name every file format keeps it.
+AVColorTransferCharacteristic TransferOf(ColourKind colour) {
+    return colour == ColourKind::Rgb ? AVCOL_TRC_IEC61966_2_1 : AVCOL_TRC_BT709;
 }
 
 AVColorSpace SpaceOf(ColourMatrix matrix) {
     switch (matrix) {
         case ColourMatrix::Bt709:
             return AVCOL_SPC_BT709;
-        case ColourMatrix::Bt470bg:
-            return AVCOL_SPC_BT470BG;
-        case ColourMatrix::Smpte170m:
+        case ColourMatrix::Bt601:
             return AVCOL_SPC_SMPTE170M;
+        case ColourMatrix::Jpeg:
+            return AVCOL_SPC_BT470BG;
         case ColourMatrix::Rgb:
             break;
     }
-    return AVCOL_SPC_RGB;
+    return AVCOL_SPC_BT709;  // R'G'B' has none; QuickTime wants one that it knows, and takes no heed of it
 }
 
 ColourCoding CodingOf(ColourMatrix matrix) {
@@ -41,8 +44,8 @@ ColourCoding CodingOf(ColourMatrix matrix) {
             return ColourCoding::Ycc709;
         case ColourMatrix::Rgb:
             return ColourCoding::Rgb;
-        case ColourMatrix::Bt470bg:
-        case ColourMatrix::Smpte170m:
+        case ColourMatrix::Bt601:
+        case ColourMatrix::Jpeg:
             break;
     }
     return ColourCoding::Ycc601;
@@ -64,16 +67,15 @@ AVChromaLocation ChromaOf(ColourKind colour) {
 
 ColourTags TagsFor(const VideoEncoding& encoding, int height) {
     ColourTags tags{};
-    tags.primaries = PrimariesOf(MatrixOfLines(height));
-    // BT.601's curve is BT.709's. Under the newer name every file format keeps it.
-    tags.transfer = AVCOL_TRC_BT709;
+    tags.primaries = PrimariesOf(encoding.colour, height);
+    tags.transfer = TransferOf(encoding.colour);
     tags.matrix = SpaceOf(MatrixFor(encoding.colour, height));
     tags.range = encoding.colour == ColourKind::Video ? AVCOL_RANGE_MPEG : AVCOL_RANGE_JPEG;
     tags.chroma = ChromaOf(encoding.colour);
     return tags;
 }
 
-PlaneFormat PlanesFor(const VideoEncoding& encoding, int height) {
+PlaneFormat PlanesFor(const VideoEncoding& encoding, int height, Scan scan) {
     const AVPixFmtDescriptor* const pixels = av_pix_fmt_desc_get(PixelFormat(encoding));
     PlaneFormat format;
     format.bits = pixels->comp[0].depth;
@@ -81,6 +83,7 @@ PlaneFormat PlanesFor(const VideoEncoding& encoding, int height) {
     format.subsampleHeight = pixels->log2_chroma_h;
     format.fullRange = encoding.colour != ColourKind::Video;
     format.chromaCentred = encoding.colour == ColourKind::Jpeg;
+    format.interlaced = scan != Scan::Progressive;
     format.coding = CodingOf(MatrixFor(encoding.colour, height));
     return format;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Scan.h>
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
 #include "Host/Lineup/Picture/ColourConversion.h"
 
@@ -23,7 +24,7 @@ struct ColourTags {
 ColourTags TagsFor(const VideoEncoding& encoding, int height);
 
 /// The planes the codec's pixel format is made of, filled as TagsFor says.
-PlaneFormat PlanesFor(const VideoEncoding& encoding, int height);
+PlaneFormat PlanesFor(const VideoEncoding& encoding, int height, Scan scan);
 
 /// The codec's pixel format.
 AVPixelFormat PixelFormat(const VideoEncoding& encoding);

@@ -27,6 +27,10 @@ std::string Act(const AVCodecContext& encoder) {
 }  // namespace
 
 AvOptions::AvOptions(std::span<const CodecOption> options) {
+    Set(options);
+}
+
+void AvOptions::Set(std::span<const CodecOption> options) {
     for (const CodecOption& option : options) {
         Set(option.name, option.value);
     }

@@ -41,6 +41,7 @@ public:
     AvOptions& operator=(const AvOptions&) = delete;
 
     void Set(std::string_view name, std::string_view value);
+    void Set(std::span<const CodecOption> options);
 
     /// FFmpeg takes out what it knows.
     [[nodiscard]] AVDictionary** Address() noexcept { return &mDictionary; }

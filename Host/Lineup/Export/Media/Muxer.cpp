@@ -1,5 +1,7 @@
 #include "Host/Lineup/Export/Media/Muxer.h"
 
+#include "Host/Lineup/Export/Media/MovieHead.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -20,7 +22,10 @@ WriteGatherer& FileOf(void* opaque) {
 
 int WriteBytes(void* opaque, std::uint8_t* bytes, int count) {
     WriteGatherer& file = FileOf(opaque);
-    return file.Write({bytes, static_cast<std::size_t>(count)}) ? count : AVERROR(file.Errno());
+    if (file.Write({bytes, static_cast<std::size_t>(count)})) {
+        return count;
+    }
+    return AVERROR(file.Errno() != 0 ? file.Errno() : ENOMEM);
 }
 
 std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
@@ -140,10 +145,24 @@ void Muxer::Write(AVPacket& packet, int stream, AVRational timeBase) {
 }
 
 void Muxer::Finish() {
-    Require(av_write_trailer(mContext.get()));
-    avio_flush(mIo.get());
+    if (mContainer->describesCleanPart) {
+        // What interleaving still holds back belongs to the pictures and sounds, not to what follows them.
+        Require(av_interleaved_write_frame(mContext.get(), nullptr));
+        avio_flush(mIo.get());
+        mGatherer.Hold();
+        WriteEnd();
+        SetCleanAperture(mGatherer.Held(), mShape.cleanWidth, mShape.cleanHeight);
+        mGatherer.Release();
+    } else {
+        WriteEnd();
+    }
     mGatherer.Flush();
     Require(mIo->error);
+}
+
+void Muxer::WriteEnd() {
+    Require(av_write_trailer(mContext.get()));
+    avio_flush(mIo.get());
 }
 
 }  // namespace lineup

@@ -4,6 +4,7 @@
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
 #include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Values/PictureShape.h"
 
 #include <cstdint>
 #include <span>
@@ -33,6 +34,9 @@ public:
     /// Tags a stream, before Begin.
     void Tag(int stream, std::string_view key, std::string_view value);
 
+    /// Says which part of the picture is to be shown, where the container can.
+    void SetShape(const PictureShape& shape) { mShape = shape; }
+
     /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the container's own.
     void Begin(AvOptions& options);
 
@@ -44,12 +48,14 @@ public:
 
 private:
     void Require(int code);
+    void WriteEnd();
 
     const Container* mContainer;
     TargetFile* mFile;
     WriteGatherer mGatherer;
     AvIoContext mIo;
     AvFormatContext mContext;
+    PictureShape mShape;
 };
 
 }  // namespace lineup

@@ -51,6 +51,9 @@ AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan,
         encoder->global_quality = quantiser * FF_QP2LAMBDA;
     }
     AvOptions options(encoding.options);
+    if (plan.scan == Scan::BottomFieldFirst) {
+        options.Set(encoding.bottomFirstOptions);
+    }
     if (plan.timecode && !encoding.timecodeOption.empty()) {
         options.Set(encoding.timecodeOption, plan.timecode->Text());
     }

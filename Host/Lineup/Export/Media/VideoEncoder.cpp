@@ -19,6 +19,7 @@ VideoEncoder::VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& mux
       mPacket(NewAvPacket()),
       mTimeBase(mEncoder->time_base),
       mStream(muxer.AddStream(*mEncoder)) {
+    muxer.SetShape(plan.shape);
     if (plan.timecode) {
         muxer.Tag(mStream, kTimecodeTag, plan.timecode->Text());
     }

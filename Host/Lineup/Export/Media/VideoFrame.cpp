@@ -3,11 +3,12 @@
 #include "Host/Lineup/Export/Media/ColourTags.h"
 #include "Host/Lineup/Picture/ColourConversion.h"
 #include "Host/Lineup/Picture/FloatPicture.h"
-#include "Host/Lineup/Values/SampleAspect.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
+#include <new>
 #include <span>
 
 namespace lineup {
@@ -70,15 +71,33 @@ void Pack(const std::array<PlaneMemory, kPlanes>& planes, const PackedFormat& fo
     }
 }
 
-void Tag(AVFrame& frame, const VideoEncoding& encoding) {
-    const ColourTags tags = TagsFor(encoding, frame.height);
+// MPEG-2 says of the clean part which shape it has.
+void TagCleanPart(AVFrame& frame, const PictureShape& shape) {
+    if (shape.cleanWidth == frame.width && shape.cleanHeight == frame.height) {
+        return;
+    }
+    AVFrameSideData* const side = av_frame_new_side_data(&frame, AV_FRAME_DATA_PANSCAN, sizeof(AVPanScan));
+    if (side == nullptr) {
+        throw std::bad_alloc();
+    }
+    constexpr int kUnitsAPixel = 16;
+    AVPanScan pan{};
+    pan.width = shape.cleanWidth * kUnitsAPixel;
+    pan.height = shape.cleanHeight * kUnitsAPixel;
+    std::memcpy(side->data, &pan, sizeof(pan));
+}
+
+void Tag(AVFrame& frame, const PicturePlan& plan) {
+    const ColourTags tags = TagsFor(*plan.encoding, frame.height);
     frame.color_primaries = tags.primaries;
     frame.color_trc = tags.transfer;
     frame.colorspace = tags.matrix;
     frame.color_range = tags.range;
     frame.chroma_location = tags.chroma;
-    const Rational aspect = SampleAspect(frame.width, frame.height);
-    frame.sample_aspect_ratio = {aspect.num, aspect.den};
+    frame.sample_aspect_ratio = {plan.shape.sampleAspect.num, plan.shape.sampleAspect.den};
+    frame.interlaced_frame = plan.scan == Scan::Progressive ? 0 : 1;
+    frame.top_field_first = plan.scan == Scan::TopFieldFirst ? 1 : 0;
+    TagCleanPart(frame, plan.shape);
 }
 
 }  // namespace
@@ -86,7 +105,7 @@ void Tag(AVFrame& frame, const VideoEncoding& encoding) {
 AvFrame MakeVideoFrame(const Clip& clip, const PicturePlan& plan) {
     const VideoEncoding& encoding = *plan.encoding;
     const FloatPicture picture = ReadPicture(clip, plan.width, plan.height, plan.card);
-    const PlaneFormat planes = PlanesFor(encoding, plan.height);
+    const PlaneFormat planes = PlanesFor(encoding, plan.height, plan.scan);
     AvFrame frame = AllocateFrame(PixelFormat(encoding), plan.width, plan.height);
     if (const PackedFormat* const packed = FindPackedFormat(PixelFormat(encoding)); packed != nullptr) {
         const AvFrame separate = AllocateFrame(packed->planar, plan.width, plan.height);
@@ -95,7 +114,7 @@ AvFrame MakeVideoFrame(const Clip& clip, const PicturePlan& plan) {
     } else {
         ConvertColour(picture, planes, PlanesOf(*frame));
     }
-    Tag(*frame, encoding);
+    Tag(*frame, plan);
     return frame;
 }
 
@@ -109,7 +128,13 @@ void DescribeFrame(AVCodecContext& encoder, const AVFrame& frame) {
     encoder.color_range = frame.color_range;
     encoder.chroma_sample_location = frame.chroma_location;
     encoder.sample_aspect_ratio = frame.sample_aspect_ratio;
-    encoder.field_order = AV_FIELD_PROGRESSIVE;
+    if (frame.interlaced_frame == 0) {
+        encoder.field_order = AV_FIELD_PROGRESSIVE;
+    } else {
+        // Lines of both fields lie in a frame by turns. The names say which field is coded first and which is on top.
+        encoder.field_order = frame.top_field_first != 0 ? AV_FIELD_TB : AV_FIELD_BT;
+        encoder.flags |= AV_CODEC_FLAG_INTERLACED_DCT | AV_CODEC_FLAG_INTERLACED_ME;
+    }
 }
 
 }  // namespace lineup

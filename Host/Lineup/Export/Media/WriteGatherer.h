@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
+#include <vector>
 
 namespace lineup {
 
@@ -26,6 +28,15 @@ public:
     /// Writes what is gathered. False when that failed.
     bool Flush() noexcept;
 
+    /// From here on, what is written at the current position or past it is kept in memory. False when a write failed.
+    bool Hold() noexcept;
+
+    /// What is kept since Hold; may be changed.
+    [[nodiscard]] std::vector<std::uint8_t>& Held() noexcept { return mHeld; }
+
+    /// Writes what is kept in its place. False when that failed.
+    bool Release() noexcept;
+
     [[nodiscard]] std::int64_t Position() const noexcept;
 
     /// Bytes in the file so far, those gathered included.
@@ -34,9 +45,14 @@ public:
     [[nodiscard]] int Errno() const noexcept { return mFile->Errno(); }
 
 private:
+    bool WriteHeld(std::span<const std::uint8_t> bytes) noexcept;
+
     TargetFile* mFile;
     std::unique_ptr<std::uint8_t[]> mGathered;
     std::size_t mFilled = 0;
+    std::vector<std::uint8_t> mHeld;
+    std::optional<std::int64_t> mHeldFrom;  // empty: nothing is held back
+    std::optional<std::size_t> mHeldAt;     // where in mHeld the next bytes go; empty: they go to the file
 };
 
 }  // namespace lineup

@@ -30,6 +30,26 @@ std::string Text(Rational rate) {
     return rate.den == 1 ? fmt::format("{}", rate.num) : fmt::format("{}/{}", rate.num, rate.den);
 }
 
+constexpr int kMostInterlacedFrames = 30;  // a second: no system has more than 60 fields
+
+// The codecs of which `property` holds.
+std::vector<std::string_view> NamesOf(bool VideoCodec::*property) {
+    std::vector<std::string_view> names;
+    for (const VideoCodec& codec : VideoCodecs()) {
+        if (codec.*property) {
+            names.push_back(codec.name);
+        }
+    }
+    return names;
+}
+
+// A size of about the same shape that the codec takes.
+std::string LargestLike(int width, int height, const VideoCodec& codec) {
+    const double shrink = std::sqrt(static_cast<double>(codec.maxPixels) / (static_cast<double>(width) * height));
+    const auto fit = [&](int length) { return static_cast<int>(length * shrink) / codec.sizeStep * codec.sizeStep; };
+    return fmt::format("{}x{}", fit(width), fit(height));
+}
+
 template <typename Encoding>
 const Encoding* CheckCodec(std::string_view option, const std::string& name, const FileFormat& format,
                            std::span<const std::string_view> allowed, const Encoding* (*find)(std::string_view)) {
@@ -145,6 +165,36 @@ void CheckPictureSize(const VideoCodec& codec, int width, int height) {
             fmt::format("{} takes {}x{} at least", codec.name, codec.minWidth, codec.minHeight));
     Require(width <= codec.maxWidth && height <= codec.maxHeight, "size", value,
             fmt::format("{} takes {}x{} at most", codec.name, codec.maxWidth, codec.maxHeight));
+    Require(std::int64_t{width} * height <= codec.maxPixels, "size", value,
+            fmt::format("{} takes {} pixels at most, such as {}", codec.name, codec.maxPixels,
+                        LargestLike(width, height, codec)));
+}
+
+void CheckScan(const VideoCodec& codec, const ExportSettings& settings) {
+    if (settings.scan == Scan::Progressive) {
+        return;
+    }
+    const std::string value(std::ranges::find(kScanNames, settings.scan, &ScanName::scan)->name);
+    Require(codec.interlaced, "scan", value,
+            fmt::format("{} has no fields; {} have", codec.name, fmt::join(NamesOf(&VideoCodec::interlaced), ", ")));
+    Require(settings.height % codec.interlacedHeightStep == 0, "scan", value,
+            fmt::format("the height must be a multiple of {} for two fields in {}", codec.interlacedHeightStep,
+                        codec.name));
+}
+
+void CheckPixelRate(const VideoCodec& codec, const ExportSettings& settings) {
+    Require(settings.scan == Scan::Progressive ||
+                settings.frameRate.num <= std::int64_t{kMostInterlacedFrames} * settings.frameRate.den,
+            "fps", Text(settings.frameRate),
+            fmt::format("an interlaced frame is two fields, and {} frames a second are the most; 50 fields a second "
+                        "are 25 frames",
+                        kMostInterlacedFrames));
+    const std::int64_t pixels = std::int64_t{settings.width} * settings.height;
+    Require(codec.maxPixelsPerSecond == 0 ||
+                pixels * settings.frameRate.num <= codec.maxPixelsPerSecond * settings.frameRate.den,
+            "fps", Text(settings.frameRate),
+            fmt::format("{} allows {} pixels a second: at {}x{} {} frames", codec.name, codec.maxPixelsPerSecond,
+                        settings.width, settings.height, codec.maxPixelsPerSecond / pixels));
 }
 
 }  // namespace parts

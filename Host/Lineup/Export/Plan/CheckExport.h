@@ -22,6 +22,10 @@ void CheckMonoTracks(const ExportSettings& settings, const FileFormat& format);
 void CheckTimecode(const ExportSettings& settings, const FileFormat& format);
 void CheckPictureSize(const VideoCodec& codec, int width, int height);
 void CheckFrameRate(const VideoCodec& codec, Rational rate);
+void CheckScan(const VideoCodec& codec, const ExportSettings& settings);
+
+/// Whether a level of the codec allows the size at the frame rate, and there are no more fields than in television.
+void CheckPixelRate(const VideoCodec& codec, const ExportSettings& settings);
 
 /// The rate as files count it.
 int CheckSampleRate(const FileFormat& format, const AudioCodec& codec, float rateHz);

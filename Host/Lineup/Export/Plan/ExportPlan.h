@@ -6,6 +6,7 @@
 #include <lineup/ExportReport.h>
 #include <lineup/ExportSettings.h>
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
+#include "Host/Lineup/Values/PictureShape.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -22,6 +23,8 @@ struct PicturePlan {
     int width = 0;
     int height = 0;
     Card card = Card::Auto;
+    PictureShape shape;
+    Scan scan = Scan::Progressive;
     Rational frameRate;
     std::int64_t frames = 1;
     std::optional<Timecode> timecode;  ///< of the first frame
@@ -60,7 +63,8 @@ LINEUP_API ExportPlan PlanExport(const Clip& clip, const ExportSettings& setting
 
 /// The plan of a still picture, whatever the target's extension. Throws UsageError (option "size") for a size that
 /// it cannot have.
-LINEUP_API ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite);
+LINEUP_API ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite,
+                                PictureAspect aspect);
 
 /// What a file of `bytes` bytes is that was written as planned.
 LINEUP_API ExportReport ReportOf(const ExportPlan& plan, std::int64_t bytes);

@@ -10,11 +10,14 @@ namespace {
 
 PicturePlan PlanPicture(const ExportSettings& settings, const VideoEncoding& encoding) {
     CheckPictureSize(encoding.codec, settings.width, settings.height);
+    CheckScan(encoding.codec, settings);
     PicturePlan picture;
     picture.encoding = &encoding;
     picture.width = settings.width;
     picture.height = settings.height;
     picture.card = settings.card;
+    picture.shape = ShapeOf(settings.width, settings.height, settings.aspect);
+    picture.scan = settings.scan;
     picture.frameRate = settings.frameRate;
     picture.timecode = settings.timecode;
     picture.encodeEveryFrame = settings.encodeEveryFrame;
@@ -60,6 +63,7 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
 // Picture and sound end together.
 void PlanMovieLength(const ExportSettings& settings, PicturePlan& picture, SoundPlan& sound) {
     CheckFrameRate(picture.encoding->codec, settings.frameRate);
+    CheckPixelRate(picture.encoding->codec, settings);
     picture.frames = settings.frames;
     sound.samples = settings.frames > 0 ? SamplesAtFrame(settings.frames, settings.frameRate, sound.sampleRateHz) : 0;
 }
@@ -95,11 +99,13 @@ ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
     return plan;
 }
 
-ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite) {
+ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite,
+                     PictureAspect aspect) {
     ExportSettings settings;
     settings.width = width;
     settings.height = height;
     settings.card = card;
+    settings.aspect = aspect;
     ExportPlan plan;
     plan.target = target;
     plan.overwrite = overwrite;

@@ -1,7 +1,6 @@
 #include "Host/Lineup/Export/Formats/ColourMatrix.h"
 #include "Host/Lineup/Export/Formats/SoundNames.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
-#include "Host/Lineup/Values/SampleAspect.h"
 
 namespace lineup {
 inline namespace parts {
@@ -14,7 +13,8 @@ VideoReport ReportOf(const PicturePlan& picture) {
     report.pixelFormat = picture.encoding->pixelFormat;
     report.width = picture.width;
     report.height = picture.height;
-    report.sampleAspect = SampleAspect(picture.width, picture.height);
+    report.sampleAspect = picture.shape.sampleAspect;
+    report.scan = picture.scan;
     report.frameRate = picture.frameRate;
     report.colour = MatrixName(MatrixFor(picture.encoding->colour, picture.height));
     return report;

@@ -17,6 +17,7 @@ lineup::ExportReport Movie() {
                                        .width = 720,
                                        .height = 576,
                                        .sampleAspect = {16, 15},
+                                       .scan = lineup::Scan::TopFieldFirst,
                                        .frameRate = {25, 1},
                                        .colour = "BT.601 625"};
     report.audio = {{.codec = "pcm-s24",
@@ -31,7 +32,7 @@ lineup::ExportReport Movie() {
 TEST(ReportText, SaysWhatAMovieHolds) {
     EXPECT_EQ(cli::ReportText(Movie()),
               "wrote bars.mov: mov, 5.000 s, 1234 bytes\n"
-              "  picture  prores, 720x576, 25 fps, BT.601 625, 125 frames\n"
+              "  picture  prores, 720x576, tff, 25 fps, BT.601 625, 125 frames\n"
               "  sound    pcm-s24, stereo (Programme), 48000 Hz, 240000 samples\n");
 }
 
@@ -39,7 +40,7 @@ TEST(ReportText, SaysTheSameInJson) {
     const auto expected = nlohmann::json::parse(R"({
         "file": "bars.mov", "container": "mov", "seconds": 5.0, "bytes": 1234,
         "video": {"codec": "prores", "pixelFormat": "yuv422p10le", "width": 720, "height": 576, "sampleAspect": "16/15",
-                  "frameRate": "25", "colour": "BT.601 625", "frames": 125},
+                  "scan": "tff", "frameRate": "25", "colour": "BT.601 625", "frames": 125},
         "audio": [{"codec": "pcm-s24", "sampleFormat": "s32", "sampleRateHz": 48000, "channels": 2, "layout": "stereo",
                    "title": "Programme", "samples": 240000}]})");
     EXPECT_EQ(nlohmann::json::parse(cli::ReportJson(Movie())), expected);

@@ -88,6 +88,11 @@ std::vector<nlohmann::json> Frames(const fs::path& file, std::string_view entrie
     return nlohmann::json::parse(text.begin(), text.end()).at("frames");
 }
 
+std::string MediaInfo(const fs::path& file, std::string_view question) {
+    const auto text = Run(fmt::format(MEDIAINFO_PROGRAM " --Inform='{}' {}", question, file.string()));
+    return {text.begin(), std::ranges::find(text, '\n')};
+}
+
 std::vector<std::uint8_t> Decode(const fs::path& file, std::string_view stream, std::string_view arguments) {
     return Run(fmt::format(FFMPEG_PROGRAM " -v error -i {} -map 0:{} {} -", file.string(), stream, arguments));
 }

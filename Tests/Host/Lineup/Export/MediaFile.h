@@ -32,6 +32,9 @@ std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::stri
 /// What ffprobe says of each picture, of the entries that it is asked for ("frame_tags=timecode").
 std::vector<nlohmann::json> Frames(const std::filesystem::path& file, std::string_view entries);
 
+/// What mediainfo answers to "Video;%ScanOrder%" and the like, without the end of the line.
+std::string MediaInfo(const std::filesystem::path& file, std::string_view question);
+
 /// The bytes that ffmpeg decodes one stream to ("v:0", "a:1"), with further output arguments.
 std::vector<std::uint8_t> Decode(const std::filesystem::path& file, std::string_view stream,
                                  std::string_view arguments);

@@ -1,0 +1,137 @@
+#include "Host/Lineup/Export/Media/MovieHead.h"
+
+#include <lineup/Error.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace lineup {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t kNumberBytes = 4;
+constexpr std::size_t kHeaderBytes = 8;                            // size and type
+constexpr std::size_t kHandlerType = kHeaderBytes + 8;             // of "hdlr"
+constexpr std::size_t kFirstDescription = kHeaderBytes + 8;        // of "stsd"
+constexpr std::size_t kFirstPictureExtension = kHeaderBytes + 78;  // of a picture's description
+
+/// One atom's place among the bytes.
+struct Atom {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+std::uint32_t NumberAt(const Bytes& bytes, std::size_t at) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < kNumberBytes; ++i) {
+        number = number << 8 | bytes.at(at + i);
+    }
+    return number;
+}
+
+void SetNumber(Bytes& bytes, std::size_t at, std::uint32_t number) {
+    for (std::size_t i = 0; i < kNumberBytes; ++i) {
+        bytes.at(at + i) = static_cast<std::uint8_t>(number >> (8 * (kNumberBytes - 1 - i)));
+    }
+}
+
+bool IsText(const Bytes& bytes, std::size_t at, std::string_view text) {
+    return at + text.size() <= bytes.size() &&
+           std::equal(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+/// The atoms from `begin` to `end`, in their order.
+std::vector<Atom> AtomsIn(const Bytes& bytes, std::size_t begin, std::size_t end) {
+    std::vector<Atom> atoms;
+    while (begin + kHeaderBytes <= end) {
+        const std::size_t size = NumberAt(bytes, begin);
+        if (size < kHeaderBytes || size > end - begin) {
+            break;
+        }
+        atoms.push_back({begin, begin + size});
+        begin += size;
+    }
+    return atoms;
+}
+
+std::optional<Atom> FindAtom(const Bytes& bytes, std::size_t begin, std::size_t end, std::string_view type) {
+    for (const Atom& atom : AtomsIn(bytes, begin, end)) {
+        if (IsText(bytes, atom.begin + kNumberBytes, type)) {
+            return atom;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Atom> FindIn(const Bytes& bytes, const Atom& parent, std::string_view type) {
+    return FindAtom(bytes, parent.begin + kHeaderBytes, parent.end, type);
+}
+
+/// The atoms on the way from a track to the description of its pictures, outermost first; empty: it has none.
+std::vector<Atom> WayToPictureDescription(const Bytes& bytes, const Atom& track) {
+    std::vector<Atom> way = {track};
+    for (const std::string_view type : {"mdia", "minf", "stbl", "stsd"}) {
+        const std::optional<Atom> next = FindIn(bytes, way.back(), type);
+        if (!next) {
+            return {};
+        }
+        way.push_back(*next);
+    }
+    const std::optional<Atom> handler = FindIn(bytes, way.at(1), "hdlr");
+    const auto descriptions = AtomsIn(bytes, way.back().begin + kFirstDescription, way.back().end);
+    if (!handler || !IsText(bytes, handler->begin + kHandlerType, "vide") || descriptions.empty()) {
+        return {};
+    }
+    way.push_back(descriptions.front());
+    return way;
+}
+
+/// Puts `bytes` in place of those of `old`, which lies in the last atom of `way`.
+void Replace(Bytes& head, const std::vector<Atom>& way, const Atom& old, const Bytes& bytes) {
+    const auto begin = head.begin() + static_cast<std::ptrdiff_t>(old.begin);
+    const auto after = head.erase(begin, begin + static_cast<std::ptrdiff_t>(old.end - old.begin));
+    head.insert(after, bytes.begin(), bytes.end());
+    for (const Atom& atom : way) {
+        SetNumber(head, atom.begin,
+                  static_cast<std::uint32_t>(atom.end - atom.begin + bytes.size() - (old.end - old.begin)));
+    }
+}
+
+/// Width, height and the centre's place, right and down of the middle, as fractions.
+Bytes CleanAperture(int width, int height) {
+    constexpr std::array<char, kNumberBytes> kType = {'c', 'l', 'a', 'p'};
+    const std::array<std::uint32_t, 8> numbers = {
+        static_cast<std::uint32_t>(width), 1, static_cast<std::uint32_t>(height), 1, 0, 1, 0, 1};
+    Bytes atom(kHeaderBytes + numbers.size() * kNumberBytes);
+    SetNumber(atom, 0, static_cast<std::uint32_t>(atom.size()));
+    std::ranges::copy(kType, atom.begin() + kNumberBytes);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        SetNumber(atom, kHeaderBytes + i * kNumberBytes, numbers.at(i));
+    }
+    return atom;
+}
+
+}  // namespace
+
+void SetCleanAperture(Bytes& head, int width, int height) {
+    const std::optional<Atom> movie = FindAtom(head, 0, head.size(), "moov");
+    if (movie) {
+        for (const Atom& track : AtomsIn(head, movie->begin + kHeaderBytes, movie->end)) {
+            std::vector<Atom> way = WayToPictureDescription(head, track);
+            if (!way.empty()) {
+                const std::size_t first = way.back().begin + kFirstPictureExtension;
+                const Atom old = FindAtom(head, first, way.back().end, "clap").value_or(Atom{first, first});
+                way.insert(way.begin(), *movie);
+                Replace(head, way, old, CleanAperture(width, height));
+                return;
+            }
+        }
+    }
+    throw Error("cannot say which part of the picture is clean: the movie's head has no picture track");
+}
+
+}  // namespace lineup

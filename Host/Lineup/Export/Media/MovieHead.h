@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace lineup {
+
+/// Says in a movie's head, the atom "moov", which part of its picture is to be shown: `width` x `height` pixels in the
+/// middle. What it said before is replaced. Throws Error when there is no picture track in it.
+void SetCleanAperture(std::vector<std::uint8_t>& head, int width, int height);
+
+}  // namespace lineup

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Host/Services/Frames/FrameMemory.h"
+
 #include <lineup/Api.h>
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
-#include <lineup/services/FrameMemory.h>
 
 #include <cstddef>
 #include <span>

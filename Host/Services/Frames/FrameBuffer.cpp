@@ -1,7 +1,7 @@
 #include <lineup/services/FrameBuffer.h>
-#include <lineup/services/FrameMemory.h>
 #include "Host/Interface/Frame/FrameServices.h"
 #include "Host/Interface/Frame/PixelFormats.h"
+#include "Host/Services/Frames/FrameMemory.h"
 
 #include <limits>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include <lineup/services/FrameMemory.h>
+#include "Host/Services/Frames/FrameMemory.h"
 
 #if __has_include(<sys/mman.h>)
 #include <sys/mman.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lineup/interface/Core/Export.h>
+#include "Host/Interface/Core/Export.h"
 
 #include <cstddef>
 #include <memory>

@@ -3,7 +3,8 @@
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
     set(folder ${CPACK_TEMPORARY_DIRECTORY}/without-scripts)
     file(REMOVE_RECURSE ${folder})
-    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${folder} COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND sh -c "umask 022 && exec dpkg-deb --raw-extract ${package} ${folder}"
+        COMMAND_ERROR_IS_FATAL ANY)
     if(EXISTS ${folder}/DEBIAN/postinst)
         file(REMOVE ${folder}/DEBIAN/postinst ${folder}/DEBIAN/postrm)
         execute_process(COMMAND dpkg-deb --root-owner-group -Zxz --build ${folder} ${package}

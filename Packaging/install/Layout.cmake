@@ -4,8 +4,8 @@
 #   build tree                  installed
 #   bin/                        bin/
 #   lib/liblineup.so.N          LIBDIR/liblineup.so.N         what other programs link to
-#   lib/liblineup-media.so      LIBDIR/lineup/...             what these load when they need it
-#   lib/lineup-decode           LIBDIR/lineup/...             what these start when they need it
+#   lib/liblineup-media.so      LIBDIR/lineup-N/...           what these load when they need it
+#   lib/lineup-decode           LIBDIR/lineup-N/...           what these start when they need it
 #   BarsAndTone.bundle/         lib/lineup/BarsAndTone.bundle/
 
 # One layout whatever the prefix, so that one build serves the system's prefix and a person's own.
@@ -13,7 +13,9 @@ if(CMAKE_LIBRARY_ARCHITECTURE AND NOT DEFINED CMAKE_INSTALL_LIBDIR)
     set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Folder of the libraries, below the prefix")
 endif()
 include(GNUInstallDirs)
-set(LINEUP_PRIVATE_LIBDIR ${CMAKE_INSTALL_LIBDIR}/lineup)
+# The libraries of two versions lie beside each other, each with what belongs to it.
+set(LINEUP_PRIVATE_FOLDER lineup-${LINEUP_SOVERSION})
+set(LINEUP_PRIVATE_LIBDIR ${CMAKE_INSTALL_LIBDIR}/${LINEUP_PRIVATE_FOLDER})
 set(LINEUP_BUNDLE_DIR lib/lineup/BarsAndTone.bundle/Contents)
 
 # product(TARGET BUILT folder INSTALLED folder [PRIVATE])

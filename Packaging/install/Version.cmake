@@ -9,9 +9,24 @@ else()
     set(LINEUP_COMPATIBILITY SameMajorVersion)
 endif()
 
+# git(VARIABLE ARGUMENTS...): what git prints; empty where this is no checkout.
+function(git variable)
+    execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} ${ARGN}
+        OUTPUT_VARIABLE text OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+
+# What is built of a later commit is of a later version, as dpkg counts them, and names the commit.
+set(LINEUP_BUILD_VERSION ${PROJECT_VERSION})
+git(named_by log -1 --format=%H -- VERSION)
+git(commits_since rev-list --count ${named_by}..HEAD)
+if(named_by AND commits_since)
+    git(commit rev-parse --short=10 HEAD)
+    string(APPEND LINEUP_BUILD_VERSION "+git${commits_since}.${commit}")
+endif()
+
 # The day on which this version got its number: when VERSION was changed last.
-execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} log -1 --format=%ct -- VERSION
-    OUTPUT_VARIABLE LINEUP_DATE_SECONDS OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+git(LINEUP_DATE_SECONDS log -1 --format=%ct -- VERSION)
 if(NOT LINEUP_DATE_SECONDS)
     file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION LINEUP_DATE_SECONDS %s UTC)
 endif()

@@ -53,7 +53,7 @@ TEST_F(DebianPackages, AreAsDebianWantsThem) {
 
 TEST_F(DebianPackages, AreOfThisVersion) {
     for (const std::string& package : kAll) {
-        EXPECT_EQ(Field(package, "Version"), TEST_VERSION "\n") << package;
+        EXPECT_EQ(Field(package, "Version"), TEST_BUILD_VERSION "\n") << package;
     }
 }
 
@@ -70,7 +70,7 @@ TEST_F(DebianPackages, HoldFilesOfOneMomentThatIsTheVersions) {
 TEST_F(DebianPackages, TakeTheLibraryOfTheSameVersion) {
     for (const std::string& package : kAll) {
         if (package != kLibrary) {
-            EXPECT_THAT(Field(package, "Depends"), HasSubstr(kLibrary + " (= " TEST_VERSION ")")) << package;
+            EXPECT_THAT(Field(package, "Depends"), HasSubstr(kLibrary + " (= " TEST_BUILD_VERSION ")")) << package;
         }
     }
 }
@@ -80,6 +80,29 @@ TEST_F(DebianPackages, TakeWhatTheirProgramsLinkTo) {
     EXPECT_THAT(Field("lineup-studio", "Depends"), HasSubstr("libqt6multimedia6"));
     EXPECT_THAT(Field("mlt-lineup", "Depends"), HasSubstr("libmlt7"));
     EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
+}
+
+TEST_F(DebianPackages, CanBeReadByEverybodyWhoeverMadeThem) {
+    for (const std::string& package : kAll) {
+        for (const std::string part : {"--fsys-tarfile", "--ctrl-tarfile"}) {
+            std::istringstream kinds(Output("dpkg-deb " + part + " '" + File(package).string() +
+                                            "' | tar -tv | awk '{ print $1, $2 }' | sort -u"));
+            for (std::string kind; std::getline(kinds, kind);) {
+                EXPECT_THAT(kind, testing::AnyOf("drwxr-xr-x root/root", "-rw-r--r-- root/root", "-rwxr-xr-x root/root",
+                                                 "lrwxrwxrwx root/root"))
+                    << package << " " << part;
+            }
+        }
+    }
+}
+
+// So that programs that link to one version stay when another is installed.
+TEST_F(DebianPackages, HaveTheVersionInTheNameOfEveryFileOfTheLibrary) {
+    const std::vector<std::string> files = Contents(kLibrary);
+    EXPECT_GT(files.size(), 5U);
+    for (const std::string& file : files) {
+        EXPECT_THAT(file, HasSubstr(TEST_SOVERSION));
+    }
 }
 
 TEST_F(DebianPackages, HaveNoFileInCommon) {
@@ -96,8 +119,8 @@ TEST_F(DebianPackages, HaveWhatBelongsToThem) {
                                                            "/usr/share/bash-completion/completions/lineup",
                                                            "/usr/share/zsh/vendor-completions/_lineup"}));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/liblineup.so." TEST_VERSION));
-    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/liblineup-media.so"));
-    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup/lineup-decode"));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup-" TEST_SOVERSION "/liblineup-media.so"));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup-" TEST_SOVERSION "/lineup-decode"));
     EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Clip.h"));
     EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));
     EXPECT_THAT(Contents("lineup-studio"), Contains("/usr/bin/lineup-studio"));

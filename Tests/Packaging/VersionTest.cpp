@@ -23,8 +23,22 @@ protected:
 };
 
 TEST_F(Version, IsThatOfThePrograms) {
-    EXPECT_EQ(Output(Quoted("bin/lineup") + " --version"), "lineup " + kVersion + "\n");
-    EXPECT_EQ(Output(Quoted("bin/lineup-studio") + " --version"), "lineup-studio " + kVersion + "\n");
+    EXPECT_EQ(Output(Quoted("bin/lineup") + " --version"), "lineup " TEST_BUILD_VERSION "\n");
+    EXPECT_EQ(Output(Quoted("bin/lineup-studio") + " --version"), "lineup-studio " TEST_BUILD_VERSION "\n");
+}
+
+TEST_F(Version, OfALaterCommitIsLaterAndNamesTheCommit) {
+    const std::string git = "git -C " TEST_SOURCE_DIR " ";
+    const std::string count = Output(git + "rev-list --count $(" + git + "log -1 --format=%H -- VERSION)..HEAD");
+    if (count == "0\n") {
+        EXPECT_EQ(TEST_BUILD_VERSION, kVersion);
+    } else {
+        const std::string since = count.substr(0, count.find('\n'));
+        EXPECT_EQ(TEST_BUILD_VERSION "\n", kVersion + "+git" + since + "." + Output(git + "rev-parse --short=10 HEAD"));
+        (void)Output("dpkg --compare-versions " TEST_BUILD_VERSION " gt " + kVersion);
+        (void)Output("dpkg --compare-versions " TEST_BUILD_VERSION " lt " + kVersion + "+git" +
+                     std::to_string(std::stoi(since) + 1));
+    }
 }
 
 TEST_F(Version, IsThatOfThePlugIn) {

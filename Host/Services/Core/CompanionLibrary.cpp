@@ -22,7 +22,7 @@ fs::path CompanionLibrary(const fs::path& file, const char* name) {
     }
     const fs::path folder = file.parent_path();
     std::error_code error;
-    return fs::exists(folder / name, error) ? folder / name : folder / "lineup" / name;
+    return fs::exists(folder / name, error) ? folder / name : folder / ZEL_PRIVATE_FOLDER / name;
 }
 
 }  // namespace parts

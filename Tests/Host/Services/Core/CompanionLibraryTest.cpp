@@ -17,13 +17,19 @@ protected:
 
 TEST_F(CompanionLibrary, LiesBesideTheLibraryThatLoadsIt) {
     test::WriteFile(Folder() / "libpart.so", "");
-    test::WriteFile(Folder() / "lineup" / "libpart.so", "");
+    test::WriteFile(Folder() / ZEL_PRIVATE_FOLDER / "libpart.so", "");
     EXPECT_EQ(Find(), Folder() / "libpart.so");
 }
 
 TEST_F(CompanionLibrary, LiesInAFolderOfItsOwnWhereItIsInstalled) {
+    test::WriteFile(Folder() / ZEL_PRIVATE_FOLDER / "libpart.so", "");
+    EXPECT_EQ(Find(), Folder() / ZEL_PRIVATE_FOLDER / "libpart.so");
+}
+
+TEST_F(CompanionLibrary, IsNotThatOfAnotherVersion) {
     test::WriteFile(Folder() / "lineup" / "libpart.so", "");
-    EXPECT_EQ(Find(), Folder() / "lineup" / "libpart.so");
+    test::WriteFile(Folder() / "lineup-99.9" / "libpart.so", "");
+    EXPECT_FALSE(fs::exists(Find()));
 }
 
 TEST_F(CompanionLibrary, IsSoughtInTheSystemAndNotInTheCurrentFolderWhenNothingIsKnown) {

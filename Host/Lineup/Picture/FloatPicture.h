@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Host/Services/Frames/FrameMemory.h"
-
 #include <lineup/Api.h>
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
+#include "Host/Services/Frames/FrameMemory.h"
 
 #include <cstddef>
 #include <span>

@@ -12,8 +12,8 @@ inline namespace parts {
 [[nodiscard]] ZEL_API std::filesystem::path FileOf(const void* address);
 
 /// The library called `name` that belongs to the library at `file`: in the same folder, as in a build tree, else
-/// in the folder "lineup-VERSION" there, as installed. Without a file it is the bare name, which the system looks up where
-/// it finds libraries.
+/// in the folder "lineup-VERSION" there, as installed. Without a file it is the bare name, which the system looks up
+/// where it finds libraries.
 [[nodiscard]] ZEL_API std::filesystem::path CompanionLibrary(const std::filesystem::path& file, const char* name);
 
 }  // namespace parts

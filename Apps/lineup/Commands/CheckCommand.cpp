@@ -36,7 +36,7 @@ constexpr const char* kCheckHelp =
     "\n"
     "Sequences and steady tones are examined: which channel arrives where, polarity, levels, delays, speed, noise, DC "
     "and\n"
-    "bits. Not looked for yet: dropouts, lost or repeated samples, clicks, clipping, harmonics, hum, levels that "
+    "bits, dropouts, lost or repeated samples, and clicks. Not looked for yet: clipping, harmonics, hum, levels that "
     "move,\n"
     "and the picture. Right means that nothing was found of what is looked for.\n"
     "\n"

@@ -71,6 +71,7 @@ void DecideTone(Case& check);
 void DecideLevels(Case& check);
 void DecideTiming(Case& check);
 void DecideQuality(Case& check);
+void DecideEvents(Case& check);
 /// After all others: whether nothing is wrong, or too little was heard to say so.
 void DecideVerdict(Case& check);
 

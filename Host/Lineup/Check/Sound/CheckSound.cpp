@@ -109,7 +109,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     const sound::Expectation expected = sound::ExpectationOf(settings);
     const double highest = std::max(kHighestIdentTone, sound::kFastest * expected.frequencyHz.value_or(0));
     const sound::Grid grid = sound::MakeGrid(source.SampleRate(), highest);
-    sound::Listener listener(source.Inputs(), grid, references, expected, importer);
+    sound::Listener listener(source.Inputs(), grid, references, expected, importer, source.Lossy().value_or(false));
     Excerpt excerpt(source, settings);
     const std::size_t block = static_cast<std::size_t>(grid.HopSamples()) * kHopsPerBlock;
     while (const std::size_t count = excerpt.Read(block, progress)) {
@@ -137,6 +137,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     DecideLevels(check);
     DecideTiming(check);
     DecideQuality(check);
+    DecideEvents(check);
     DecideVerdict(check);
     return findings;
 }

@@ -94,9 +94,9 @@ double BestDelay(const std::vector<PhasePoint>& points, double around, double re
 
 }  // namespace
 
-std::vector<Vote> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
-                             const Placing& placing, double delay, std::size_t input, std::size_t channel) {
-    std::vector<Vote> delays;
+std::vector<LateEdge> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
+                                 const Placing& placing, double delay, std::size_t input, std::size_t channel) {
+    std::vector<LateEdge> delays;
     const RefSlot& slot = reference.slots[sound.number.slot];
     for (std::size_t m = 0; m < slot.tones.size(); ++m) {
         const RefTone& tone = slot.tones[m];
@@ -105,8 +105,6 @@ std::vector<Vote> EdgeDelays(const History& history, const Reference& reference,
             continue;
         }
         const double frequency = tone.frequency * placing.pitch;
-        const std::complex<double> gain =
-            line->mean * std::polar(1.0, -kTurn * std::remainder(frequency * (placing.start + delay), 1.0));
         for (const bool after : {false, true}) {
             const RefSlot& beside = Beside(reference, sound.number.slot, after);
             const std::vector<bool>& there = sound.inputs[input].there;
@@ -114,14 +112,18 @@ std::vector<Vote> EdgeDelays(const History& history, const Reference& reference,
             if (isCut || Sounds(beside, tone.frequency, channel)) {
                 continue;
             }
+            const double edge = after ? sound.end : sound.start;
+            // As the tone is there: time may jump within the slot.
+            const std::complex<double> gain =
+                line->mean * std::polar(1.0, -kTurn * std::remainder(frequency * (placing.StartAt(edge) + delay), 1.0));
             const double clip =
                 static_cast<double>(sound.number.cycle) * reference.cycle + (after ? slot.end : slot.start);
             const double reach = std::min(kReach, 0.45 * std::min(slot.Length(), beside.Length()) / placing.tempo);
             const auto late = EdgeDelay(
-                history, {input, (after ? sound.end : sound.start) + delay, !after, frequency, gain,
+                history, {input, edge + delay, !after, frequency, gain,
                           kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});
             if (late) {
-                delays.push_back({*late, tone.floating ? kFloatingWeight : 1});
+                delays.push_back({edge, *late, tone.floating ? kFloatingWeight : 1});
             }
         }
     }

@@ -12,12 +12,19 @@
 
 namespace lineup::sound {
 
+/// An edge of a burst, and how late it is.
+struct LateEdge {
+    double at = 0;    ///< s of the recording, where it is due
+    double late = 0;  ///< s
+    double weight = 1;
+};
+
 /// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge
 /// by itself. The placing and `delay` are those that the slot was measured with; the result counts from there. Edges of
 /// tones whose phase floats are known less well, and weigh next to nothing.
-[[nodiscard]] std::vector<Vote> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
-                                           const Placing& placing, double delay, std::size_t input,
-                                           std::size_t channel);
+[[nodiscard]] std::vector<LateEdge> EdgeDelays(const History& history, const Reference& reference,
+                                               const SlotSound& sound, const Placing& placing, double delay,
+                                               std::size_t input, std::size_t channel);
 
 /// A channel's delay and polarity at an input.
 struct DelayAndPolarity {

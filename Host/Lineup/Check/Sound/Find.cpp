@@ -19,6 +19,7 @@ constexpr double kFindSamePitch = 0.007;  // relative
 constexpr double kLowToneReach = 0.09;
 constexpr double kSameLength = 0.03;   // s
 constexpr double kSamePlace = 0.04;    // s
+constexpr double kTornPlace = 0.1;     // s: where time jumps, what follows lies beside its place
 constexpr double kCorrected = 0.0015;  // a tempo this far from the pitch is another, relative
 constexpr int kFewest = 3;             // stretches that name a sequence of several pitches or channels
 constexpr std::size_t kMostPitches = 6;
@@ -125,11 +126,11 @@ private:
 // What lies where a cycle that begins at `phase` has it.
 class Tally {
 public:
-    Tally(std::span<const Pair> pairs, const Reference& reference, double tempo, double phase)
+    Tally(std::span<const Pair> pairs, const Reference& reference, double tempo, double phase, double reach)
         : mTempo(tempo), mCycle(reference.cycle / tempo), mPhase(phase) {
         for (const Pair& pair : pairs) {
             const double off = Around(PhaseOf(pair, tempo, mCycle) - phase, mCycle);
-            if (std::abs(off) < kSamePlace) {
+            if (std::abs(off) < reach) {
                 Count(pair, off);
             }
         }
@@ -188,8 +189,8 @@ int CountMissed(const Tally& tally, std::span<const Interval> sent, double cycle
 }
 
 Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, const Reference& reference, double pitch,
-               double roughTempo, double roughPhase) {
-    const Tally rough(pairs, reference, roughTempo, roughPhase);
+               double roughTempo, double roughPhase, double reach) {
+    const Tally rough(pairs, reference, roughTempo, roughPhase, reach);
     if (rough.Matched() == 0) {
         return {};
     }
@@ -199,7 +200,7 @@ Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, cons
     // A turn about the first of what was found.
     const double number = std::floor((rough.First() - roughPhase) / (reference.cycle / roughTempo));
     const double phase = roughPhase + rough.MeanOffset() + number * (reference.cycle / roughTempo - cycle);
-    const Tally tally(pairs, reference, tempo, phase);
+    const Tally tally(pairs, reference, tempo, phase, reach);
     if (tally.Matched() == 0) {
         return {};
     }
@@ -235,7 +236,7 @@ double Worth(const Sighting& sighting) {
 }
 
 std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const Interval> found,
-                                const Reference& reference) {
+                                const Reference& reference, double reach) {
     std::optional<Sighting> best;
     const std::vector<Interval> sent = IntervalsOf(reference);
     for (const double pitch : PitchesOf(runs, reference)) {
@@ -246,8 +247,8 @@ std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const I
             for (const Pair& pair : same) {
                 votes.push_back({PhaseOf(pair, tempo, reference.cycle / tempo), 1});
             }
-            for (const double phase : Clusters(std::move(votes), kSamePlace, 3)) {
-                const Sighting sighting = Judge(same, sent, reference, pitch, tempo, phase);
+            for (const double phase : Clusters(std::move(votes), reach, 3)) {
+                const Sighting sighting = Judge(same, sent, reference, pitch, tempo, phase, reach);
                 if (sighting.matched > 0 && IsEnough(sighting, same) && (!best || Worth(sighting) > Worth(*best))) {
                     best = sighting;
                 }
@@ -260,15 +261,20 @@ std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const I
 }  // namespace
 
 std::optional<Sighting> FindIdent(std::span<const ToneRun> runs, std::span<const Reference> references) {
-    std::optional<Sighting> best;
     const std::vector<Interval> found = IntervalsOf(runs);
-    for (const Reference& reference : references) {
-        const auto sighting = FindOne(runs, found, reference);
-        if (sighting && (!best || Worth(*sighting) > Worth(*best))) {
-            best = sighting;
+    for (const double reach : {kSamePlace, kTornPlace}) {
+        std::optional<Sighting> best;
+        for (const Reference& reference : references) {
+            const auto sighting = FindOne(runs, found, reference, reach);
+            if (sighting && (!best || Worth(*sighting) > Worth(*best))) {
+                best = sighting;
+            }
+        }
+        if (best) {
+            return best;
         }
     }
-    return best;
+    return std::nullopt;
 }
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Lineup/Check/Sound/Placing.h"
 #include "Host/Lineup/Check/Sound/Reference.h"
 #include "Host/Lineup/Check/Sound/ToneTrack.h"
 
@@ -7,17 +8,6 @@
 #include <span>
 
 namespace lineup::sound {
-
-/// How the clip that was sent lies in the recording: clip time tau stands at second start + tau / tempo, and a tone of
-/// f Hz sounds at f * pitch. Played too fast or slowly, both are the same.
-struct Placing {
-    double start = 0;
-    double tempo = 1;
-    double pitch = 1;
-
-    [[nodiscard]] double ToRecording(double clip) const { return start + clip / tempo; }
-    [[nodiscard]] double ToClip(double recording) const { return (recording - start) * tempo; }
-};
 
 /// A sequence that the tones of a recording make up.
 struct Sighting {

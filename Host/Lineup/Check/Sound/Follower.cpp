@@ -1,5 +1,7 @@
 #include "Host/Lineup/Check/Sound/Follower.h"
 
+#include "Host/Lineup/Check/Sound/Events.h"
+#include "Host/Lineup/Check/Sound/Jumps.h"
 #include "Host/Lineup/Check/Sound/Presence.h"
 #include "Host/Lineup/Check/Sound/Tune.h"
 #include "Host/Lineup/Check/Sound/Turn.h"
@@ -15,7 +17,10 @@ namespace {
 constexpr double kPatience = 4;         // s without any tone that is due, after which a line-up has ended
 constexpr double kBehind = 0.2;         // s that must have been heard after a slot
 constexpr double kFromTheStart = 0.05;  // s: a tone without an edge before sounds from the recording's start on
-constexpr double kOwnTone = 0.03;       // of the reference's level
+constexpr std::size_t kMostEvents = 1000;
+constexpr std::size_t kSlotsAroundJump = 8;
+constexpr double kHeardAfterJump = 3.5;  // s: long enough for an edge
+constexpr double kOwnTone = 0.03;        // of the reference's level
 
 double MedianOfThere(const InputSlot& input) {
     std::vector<double> residuals;
@@ -39,6 +44,7 @@ Follower::Follower(const History& history, const Reference& reference, const Sur
     mMeter.Place(mPlacing, mDelays);
     mLineup.reference = &reference;
     mLineup.placing = survey.placing;
+    mLineup.events = survey.jumps;
     mLineup.cells = Cells(reference, history.Inputs());
     for (const SurveyedInput& input : survey.inputs) {
         mLineup.inputs.push_back({input, {}, {}, {}, {}, 0, 0, 0});
@@ -52,7 +58,7 @@ Follower::Follower(const History& history, const Reference& reference, const Sur
 
 void Follower::Advance(bool last) {
     while (!mEnded) {
-        const double heard = mHistory->SecondsEnd() - (last ? 0 : kBehind);
+        const double heard = mHistory->SecondsEnd() - (last ? 0 : kHeardAfterJump);
         if (last ? mMeter.StartOf(mNext) > heard : mMeter.EndOf(mNext) > heard) {
             break;
         }
@@ -92,12 +98,48 @@ void Follower::Take(const SlotNumber& number) {
             sound.Keep(extent->first, extent->second);
         }
     }
+    std::vector<SoundEvent> events;
+    if (mPlacing.tempo == mPlacing.pitch) {
+        events = FindEvents(*mHistory, *mReference, mMeter, sound);
+    }
     // Silence is the line-up's where it goes on after it.
     for (const SlotNumber& silent : std::exchange(mSilent, {})) {
         Measure(mMeter.Measure(silent));
     }
+    for (SoundEvent& event : events) {
+        if (event.kind == SoundEvent::Kind::kJump) {
+            TakeJump(event, sound);
+        }
+        Keep(event);
+    }
     FollowTime(sound);
     Measure(sound);
+}
+
+void Follower::Keep(const SoundEvent& event) {
+    if (mLineup.events.size() < kMostEvents) {
+        mLineup.events.push_back(event);
+    } else {
+        ++mLineup.moreEvents;
+    }
+}
+
+// What follows is placed anew; this slot is measured up to the jump and after it.
+void Follower::TakeJump(SoundEvent& event, SlotSound& sound) {
+    ToneRuns runs(mHistory->grid);
+    if (!mReference->Steady()) {
+        runs.Advance(*mHistory);
+    }
+    std::vector<SlotNumber> slots = {SlotBefore(*mReference, SlotBefore(*mReference, sound.number))};
+    while (slots.size() < kSlotsAroundJump) {
+        slots.push_back(NextSlot(*mReference, slots.back()));
+    }
+    const TimeJump jump =
+        ResolveJump(*mHistory, *mReference, mPlacing, RoughEdges(runs.Runs(), *mReference, mPlacing), slots, event);
+    mPlacing.jumps.push_back(jump);
+    mMeter.Place(mPlacing, mDelays);
+    sound = mMeter.Measure(sound.number);
+    static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sound));
 }
 
 void Follower::Measure(const SlotSound& sound) {

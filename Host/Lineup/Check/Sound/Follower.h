@@ -30,6 +30,8 @@ private:
     void MeasureInput(const SlotSound& sound, std::size_t input);
     void MeasureHops(const SlotSound& sound, std::size_t input, std::vector<double>& high);
     void FollowTime(const SlotSound& sound);
+    void Keep(const SoundEvent& event);
+    void TakeJump(SoundEvent& event, SlotSound& sound);
 
     const History* mHistory;
     const Reference* mReference;

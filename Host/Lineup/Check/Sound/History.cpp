@@ -22,7 +22,7 @@ Grid MakeGrid(double rate, double highest) {
     return grid;
 }
 
-History::History(int inputs, const Grid& cut, double seconds) : grid(cut) {
+History::History(int inputs, const Grid& cut, double seconds, bool isLossy) : grid(cut), lossy(isLossy) {
     const auto narrowCount = static_cast<std::size_t>(seconds * cut.NarrowRate());
     const auto hopCount = static_cast<std::size_t>(seconds / cut.HopSeconds()) + 1;
     for (int input = 0; input < inputs; ++input) {

@@ -36,7 +36,7 @@ struct Grid {
 
 /// The last seconds of all inputs.
 struct History {
-    History(int inputs, const Grid& cut, double seconds);
+    History(int inputs, const Grid& cut, double seconds, bool isLossy);
 
     [[nodiscard]] std::size_t Inputs() const { return narrow.size(); }
     /// Narrow samples that all inputs have by now.
@@ -45,6 +45,7 @@ struct History {
     [[nodiscard]] double SecondsFirst() const;
 
     Grid grid;
+    bool lossy;  ///< a codec adds what goes with the tones, and changes from block to block
     std::vector<SlidingBuffer<float>> narrow;      ///< an input; sample m stands where m * 2^halvings stood
     std::vector<SlidingBuffer<HopFeatures>> hops;  ///< an input
 };

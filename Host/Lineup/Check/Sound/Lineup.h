@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Sound/Cells.h"
 #include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/SoundEvent.h"
 #include "Host/Lineup/Check/Sound/Survey.h"
 #include "Host/Lineup/Check/Sound/Tally.h"
 
@@ -10,21 +11,6 @@
 #include <vector>
 
 namespace lineup::sound {
-
-/// Something that happened at one place.
-struct SoundEvent {
-    enum class Kind : std::uint8_t {
-        kDropout,    ///< `amount` seconds are silent or damaged
-        kJump,       ///< time jumps: `amount` seconds were lost, or, below 0, came twice
-        kClick,      ///< `amount` is its height
-        kLevelStep,  ///< the level goes by `amount` dB and stays there
-    };
-
-    Kind kind = Kind::kClick;
-    double at = 0;  ///< s from the start of the recording
-    double amount = 0;
-    std::vector<std::size_t> inputs;
-};
 
 /// What is known of one input, over the whole line-up.
 struct InputFindings {

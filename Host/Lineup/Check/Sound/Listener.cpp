@@ -18,11 +18,11 @@ constexpr int kClearlyAnIdent = 4;         // stretches that are where a sequenc
 }  // namespace
 
 Listener::Listener(int inputs, const Grid& grid, std::span<const Reference> references, Expectation expected,
-                   std::shared_ptr<const Importer> importer)
+                   std::shared_ptr<const Importer> importer, bool lossy)
     : mReferences(references),
       mExpected(std::move(expected)),
       mImporter(std::move(importer)),
-      mHistory(inputs, grid, kHistorySeconds),
+      mHistory(inputs, grid, kHistorySeconds, lossy),
       mFrontEnds(static_cast<std::size_t>(inputs), InputFrontEnd(grid)),
       mRuns(grid),
       mLanes(static_cast<std::size_t>(inputs), grid.HopSeconds()) {}
@@ -82,14 +82,14 @@ void Listener::SearchIdent(std::span<const ToneRun> runs, bool last) {
     if (!last && heard < std::max(kWholeCycle * cycle, kListenerShortest)) {
         return;
     }
-    auto survey = MakeSurvey(mHistory, *sighting);
+    auto survey = MakeSurvey(mHistory, *sighting, runs);
     const Reference* reference = sighting->reference;
     if (const auto low = survey ? FindOtherLowTone(mHistory, *reference, *survey) : std::nullopt) {
         mVariant = std::make_unique<Reference>(WithLowTone(*reference, *low));
         reference = mVariant.get();
         Sighting other = *sighting;
         other.reference = reference;
-        survey = MakeSurvey(mHistory, other);
+        survey = MakeSurvey(mHistory, other, runs);
     }
     if (survey) {
         mFollower = std::make_unique<Follower>(mHistory, *reference, *survey);

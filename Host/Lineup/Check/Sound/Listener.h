@@ -19,7 +19,7 @@ class Listener {
 public:
     /// The references must outlive it; the plug-in is asked for a steady tone's.
     Listener(int inputs, const Grid& grid, std::span<const Reference> references, Expectation expected,
-             std::shared_ptr<const Importer> importer);
+             std::shared_ptr<const Importer> importer, bool lossy);
 
     /// Takes whole hops of all inputs, but for the last call.
     void Hear(std::span<const std::span<float>> samples);

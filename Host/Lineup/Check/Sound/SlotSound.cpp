@@ -14,6 +14,7 @@ constexpr double kShortestBlock = 0.02;    // s
 constexpr double kPureBlock = 0.05;        // residual over the square of the amplitude
 constexpr double kAtItsLevel = 0.7;        // of the loudest block's amplitude
 constexpr double kRounding = 1e-6;         // s
+constexpr double kAroundJump = 0.002;      // s: what the filters make of it
 constexpr double kPeriodsInBlock = 4;      // of the lowest tone
 constexpr std::int64_t kFilterStart = 64;  // narrow samples: before them the filters have heard of nothing
 
@@ -140,14 +141,17 @@ void SlotMeter::MeasureInput(const SlotSound& sound, std::size_t input, std::siz
     std::vector<std::complex<double>> gains(tones.size());
     for (std::size_t block = 0; block < blocks; ++block) {
         const std::int64_t at = first + static_cast<std::int64_t>(block) * length;
-        if (at < std::max(narrow.First(), kFilterStart) || at + length > narrow.End()) {
+        const double begins = static_cast<double>(at) / rate;
+        if (at < std::max(narrow.First(), kFilterStart) || at + length > narrow.End() ||
+            mPlacing.JumpsWithin(begins - kAroundJump, begins + sound.step + kAroundJump)) {
             continue;
         }
         into.there[block] = true;
         into.blocks[block] = fit.Fit(narrow.Get(at, at + length), gains);
         const double middle = into.firstMiddle + static_cast<double>(block) * sound.step - mDelays[input];
+        const double from = mPlacing.StartAt(middle + mDelays[input]);
         for (std::size_t m = 0; m < tones.size(); ++m) {
-            const double turns = tones[m].frequency * (middle - mPlacing.start) * mPlacing.pitch;
+            const double turns = tones[m].frequency * (middle - from) * mPlacing.pitch;
             into.gains[m][block] = gains[m] * std::polar(1.0, -kTurn * (turns - std::floor(turns)));
         }
     }

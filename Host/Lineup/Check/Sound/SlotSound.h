@@ -58,6 +58,8 @@ public:
     /// How the clip lies in the recording; `delays[input]` in s come on top.
     void Place(const Placing& placing, std::span<const double> delays);
 
+    [[nodiscard]] const Placing& Where() const { return mPlacing; }
+    [[nodiscard]] double Delay(std::size_t input) const { return mDelays[input]; }
     [[nodiscard]] double StartOf(const SlotNumber& number) const;
     [[nodiscard]] double EndOf(const SlotNumber& number) const;
 

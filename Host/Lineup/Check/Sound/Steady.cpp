@@ -152,7 +152,7 @@ public:
             mDelays[input] = inputs[input].delay;
         }
         static_cast<void>(Look(reference, pitch));
-        return {mPlacing, std::move(inputs), mSlots, mCells};
+        return {mPlacing, std::move(inputs), mSlots, mCells, {}};
     }
 
 private:

@@ -1,6 +1,8 @@
 #include "Host/Lineup/Check/Sound/Survey.h"
 
 #include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/Events.h"
+#include "Host/Lineup/Check/Sound/Jumps.h"
 #include "Host/Lineup/Check/Sound/PhaseLine.h"
 #include "Host/Lineup/Check/Sound/Tune.h"
 
@@ -12,6 +14,9 @@ namespace lineup::sound {
 
 namespace {
 
+constexpr std::size_t kMostJumps = 8;
+constexpr std::size_t kFewJumps = 3;
+constexpr double kSightingOff = 0.006;   // s: what followed tones may be off
 constexpr double kSlack = 0.05;          // s: what a sighting may be off
 constexpr double kLateEnough = 0.008;    // s: an input that is measured again with its delay
 constexpr double kEdgesAgree = 0.00003;  // s
@@ -81,6 +86,16 @@ void Extend(SlotMeter& meter, const History& history, const Reference& reference
     }
 }
 
+double BeforeOf(std::span<const EdgeVote> edges, double at) {
+    std::vector<double> late;
+    for (const EdgeVote& edge : edges) {
+        if (edge.at < at) {
+            late.push_back(edge.late);
+        }
+    }
+    return MedianOf(std::move(late));
+}
+
 class Surveyor {
 public:
     Surveyor(const History& history, const Sighting& sighting)
@@ -113,6 +128,31 @@ public:
         return typical > 0;
     }
 
+    // Time that jumps within a slot shows there; how far, by the edges before and after. Elsewhere the edges alone know
+    // of it. How many there are.
+    std::size_t FindJumps(std::span<const ToneRun> runs) {
+        mMeter.Place(mPlacing, mDelays);
+        for (const SlotNumber& number : mSlots) {
+            SlotSound sound = mMeter.Measure(number);
+            for (SoundEvent& event : FindEvents(*mHistory, *mReference, mMeter, sound)) {
+                if (event.kind == SoundEvent::Kind::kJump && mJumps.size() < kMostJumps) {
+                    TakeJump(event, runs);
+                }
+            }
+        }
+        if (const auto step = mJumps.empty() ? FindStep(RoughEdges(runs, *mReference, mPlacing)) : std::nullopt) {
+            SoundEvent event{SoundEvent::Kind::kJump, step->at, step->lost, {}};
+            TakeJump(event, runs);
+        }
+        std::ranges::sort(mPlacing.jumps, {}, &TimeJump::at);
+        mMeter.Place(mPlacing, mDelays);
+        return mJumps.size();
+    }
+
+    [[nodiscard]] bool GoesAsFast(std::span<const ToneRun> runs) const {
+        return !mSlots.empty() && LieOnOneLevel(RoughEdges(runs, *mReference, mPlacing));
+    }
+
     [[nodiscard]] Survey Measure() {
         Look();
         if (std::ranges::any_of(mCoarse, [](const auto& late) { return late && std::abs(*late) > kLateEnough; })) {
@@ -121,7 +161,7 @@ public:
             }
             Look();
         }
-        Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells};
+        Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells, mJumps};
         std::vector<double> delays;
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (mCoarse[input]) {
@@ -143,6 +183,16 @@ public:
     }
 
 private:
+    void TakeJump(SoundEvent& event, std::span<const ToneRun> runs) {
+        const std::vector<EdgeVote> rough = RoughEdges(runs, *mReference, mPlacing);
+        const TimeJump jump = ResolveJump(*mHistory, *mReference, mPlacing, rough, mSlots, event);
+        // What lies before keeps its place, whichever side the sighting went by.
+        const double before = BeforeOf(rough, event.at);
+        mPlacing.start += std::abs(before) > kSightingOff ? before : 0;
+        mPlacing.jumps.push_back(jump);
+        mJumps.push_back(event);
+    }
+
     // Measures the slots, and where each input's channel has its edges.
     void Look() {
         mMeter.Place(mPlacing, mDelays);
@@ -155,6 +205,9 @@ private:
             if (extent) {
                 sounds.back().Keep(extent->first, extent->second);
             }
+            if (mPlacing.tempo == mPlacing.pitch) {
+                static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sounds.back()));
+            }
             mCells.Add(sounds.back());
         }
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
@@ -166,7 +219,9 @@ private:
                 if (mArrivals[input].channel) {
                     const auto more = EdgeDelays(*mHistory, *mReference, sound, mPlacing, mDelays[input], input,
                                                  *mArrivals[input].channel);
-                    late.insert(late.end(), more.begin(), more.end());
+                    for (const LateEdge& edge : more) {
+                        late.push_back({edge.late, edge.weight});
+                    }
                 }
             }
             mEdges.insert(mEdges.end(), late.begin(), late.end());
@@ -212,6 +267,7 @@ private:
     SlotMeter mMeter;
     std::vector<double> mDelays;
     std::vector<SlotNumber> mSlots;
+    std::vector<SoundEvent> mJumps;
     Cells mCells{{}, 0};
     std::vector<Arrival> mArrivals;
     std::vector<std::optional<double>> mCoarse;
@@ -244,10 +300,24 @@ SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
     return number;
 }
 
-std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting) {
+std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting, std::span<const ToneRun> runs) {
+    // A jump or two look like another tempo; retiming that keeps the pitch tears the tones all along.
+    if (sighting.placing.tempo != sighting.placing.pitch) {
+        Sighting asFast = sighting;
+        asFast.placing.tempo = sighting.placing.pitch;
+        asFast.placing.start += sighting.first - asFast.placing.ToRecording(sighting.placing.ToClip(sighting.first));
+        Surveyor surveyor(history, asFast);
+        const std::size_t jumps = surveyor.FindSlots() ? surveyor.FindJumps(runs) : 0;
+        if ((jumps > 0 && jumps <= kFewJumps) || (jumps == 0 && surveyor.GoesAsFast(runs))) {
+            return surveyor.Measure();
+        }
+    }
     Surveyor surveyor(history, sighting);
     if (!surveyor.FindSlots()) {
         return std::nullopt;
+    }
+    if (sighting.placing.tempo == sighting.placing.pitch) {
+        surveyor.FindJumps(runs);
     }
     return surveyor.Measure();
 }

@@ -4,8 +4,11 @@
 #include "Host/Lineup/Check/Sound/Delays.h"
 #include "Host/Lineup/Check/Sound/Find.h"
 #include "Host/Lineup/Check/Sound/SlotSound.h"
+#include "Host/Lineup/Check/Sound/SoundEvent.h"
+#include "Host/Lineup/Check/Sound/ToneRuns.h"
 
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace lineup::sound {
@@ -25,12 +28,14 @@ struct Survey {
     std::vector<SurveyedInput> inputs;
     std::vector<SlotNumber> slots;  ///< those that were looked at, in their order
     Cells cells{{}, 0};             ///< of those slots
+    std::vector<SoundEvent> jumps;  ///< places in them where time jumps: the placing has them too
 
     [[nodiscard]] std::vector<double> Delays() const;
 };
 
 /// Looks at the slots around those of the sighting. Empty where nothing can be made of them.
-[[nodiscard]] std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting);
+[[nodiscard]] std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting,
+                                               std::span<const ToneRun> runs);
 
 /// The slot after this one.
 [[nodiscard]] SlotNumber NextSlot(const Reference& reference, SlotNumber number);

@@ -59,7 +59,7 @@ Placing TunePitch(const History& history, const Reference& reference, const Plac
         if (asFast) {
             const double clip = tuned.ToClip(about);
             tuned.tempo = tuned.pitch;
-            tuned.start = about - clip / tuned.tempo;
+            tuned.start += about - clip / tuned.tempo - tuned.StartAt(about);
         }
         if (std::abs(off) < kGoodEnough) {
             break;

@@ -1,0 +1,102 @@
+#include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace {
+
+using test::Check;
+using test::Ident;
+using test::Ids;
+using test::kRate;
+using test::Sound;
+using test::Strings;
+
+std::ptrdiff_t SampleAt(double seconds) {
+    return std::llround(seconds * kRate);
+}
+
+void Silence(Sound& sound, double at, double seconds) {
+    for (auto& channel : sound) {
+        std::fill_n(channel.begin() + SampleAt(at), SampleAt(seconds), 0.0F);
+    }
+}
+
+void Lose(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        channel.erase(channel.begin() + SampleAt(at), channel.begin() + SampleAt(at) + count);
+    }
+}
+
+void Repeat(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        const std::vector<float> again(channel.begin() + SampleAt(at) - count, channel.begin() + SampleAt(at));
+        channel.insert(channel.begin() + SampleAt(at), again.begin(), again.end());
+    }
+}
+
+struct Happening {
+    const char* ident;
+    const char* fault;
+    double at;        // s
+    double measured;  // as the fault has it
+    std::function<void(Sound&)> damage;
+};
+
+// BLITS: 880 Hz from 0.8 to 1.4 s at R, 1000 Hz from 7.9 to 9.9 s, silence from 9.9 to 10.2 s.
+const std::vector<Happening> kHappenings = {
+    {"blits", "dropout", 8.5, 0.05, [](Sound& sound) { Silence(sound, 8.5, 0.05); }},
+    {"blits", "samples-lost", 8.5, 5, [](Sound& sound) { Lose(sound, 8.5, 5); }},
+    {"blits", "samples-lost", 8.5, 601, [](Sound& sound) { Lose(sound, 8.5, 601); }},
+    {"blits", "samples-lost", 1.1, 120, [](Sound& sound) { Lose(sound, 1.1, 120); }},
+    {"blits", "samples-repeated", 8.5, 7, [](Sound& sound) { Repeat(sound, 8.5, 7); }},
+    {"ebu-5.1", "samples-repeated", 6.8, 700, [](Sound& sound) { Repeat(sound, 6.8, 700); }},
+    {"ebu-5.1", "samples-lost", 1.5, 100, [](Sound& sound) { Lose(sound, 1.5, 100); }},
+    {"blits", "click", 8.5, 0, [](Sound& sound) { sound[1][static_cast<std::size_t>(SampleAt(8.5))] = 0.3F; }},
+    {"blits", "click", 5.0, 0, [](Sound& sound) { sound[5][static_cast<std::size_t>(SampleAt(5))] = 0.02F; }},
+};
+
+TEST(SoundEvents, AreNamedOnceWithTheirPlaceAndTheirAmount) {
+    for (const Happening& happening : kHappenings) {
+        Sound sound = Ident(happening.ident, 14.5);
+        happening.damage(sound);
+        const auto findings = Check(sound);
+        ASSERT_EQ(Ids(findings), Strings{happening.fault}) << happening.ident << " " << happening.measured;
+        EXPECT_NEAR(findings.faults[0].at.value_or(0), happening.at, 0.003) << happening.fault;
+        EXPECT_NEAR(findings.faults[0].measured.value_or(0), happening.measured, happening.measured < 1 ? 0.003 : 0.05)
+            << happening.fault;
+    }
+}
+
+TEST(SoundEvents, AllOfThemAreNamed) {
+    Sound sound = Ident("ebu-5.1", 28);
+    Silence(sound, 10.5, 0.03);
+    Lose(sound, 11, 17);
+    sound[2][static_cast<std::size_t>(SampleAt(13))] = -0.4F;
+    Repeat(sound, 25.1, 33);
+    EXPECT_EQ(Ids(Check(sound)), (Strings{"dropout", "samples-lost", "click", "samples-repeated"}));
+}
+
+TEST(SoundEvents, WholePeriodsThatAreLostAreKnownByTheEdgesAfter) {
+    Sound sound = Ident("blits", 14.5);
+    Lose(sound, 8.5, 600);  // 50 periods of 1000 Hz: nothing shows there
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"samples-lost"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 600, 0.5);
+    EXPECT_NEAR(findings.faults[0].at.value_or(0), 8.5, 1);
+}
+
+TEST(SoundEvents, OfASteadyToneAreKnownButForWholePeriods) {
+    Sound sound = test::Tone(1000, 0.125, 8);
+    Lose(sound, 4, 3 + 5 * 12);
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"samples-lost"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 3, 0.05);
+}
+
+}  // namespace

@@ -53,6 +53,14 @@ struct ExportSettings {
     /// Whether the file must be on the disk when the export ends. A still picture always is.
     Disk disk = Disk::Wait;
 
+    /// The moment at which the file says that it was made, in seconds since 1970, where the file format says one;
+    /// empty: now, by the clock of the place, or none in a reproducible file.
+    std::optional<std::int64_t> date;
+
+    /// The same bytes each time that the same settings are exported: no moment unless `date` says it, and no
+    /// identifiers that are unique in the world.
+    bool reproducible = false;
+
     /// Encode every frame even where the codec's frames stand alone and one encoded frame would do.
     /// The file is the same either way; this is how that is checked.
     bool encodeEveryFrame = false;

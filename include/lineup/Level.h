@@ -5,7 +5,7 @@
 
 namespace lineup {
 
-/// The level that stands for silence, dBFS: a gain of 1e-15, far below the last bit of any sample.
+/// The level that stands for silence, dBFS: chosen for a tone, its gain is 0.
 inline constexpr double kSilenceDb = -300;
 
 /// The linear gain of a level in dBFS; 0 dBFS is 1.0.

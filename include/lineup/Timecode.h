@@ -29,6 +29,9 @@ public:
     /// Frames from 00:00:00:00 to this one.
     [[nodiscard]] std::int64_t Frames() const noexcept { return mFrames; }
 
+    /// The frames of a whole day, after which labels begin again.
+    [[nodiscard]] std::int64_t FramesADay() const noexcept;
+
     /// Samples from 00:00:00:00 to this frame, to the nearest: the time that the frames really take,
     /// 3603.6 s for 01:00:00:00 at 29.97 without drop frame.
     [[nodiscard]] std::int64_t Samples(int sampleRateHz) const noexcept;

@@ -16,7 +16,7 @@ struct ToneChoice {
     std::optional<std::string> channels = {};  ///< a ChannelLayout's name
     std::optional<double> sampleRateHz = {};   ///< kLowestSampleRateHz to kHighestSampleRateHz, whole
     std::optional<double> frequencyHz = {};    ///< 1 to half the sample rate; steady tone only
-    std::optional<double> levelDb = {};        ///< dBFS of the peak, -300 to 0; steady tone only
+    std::optional<double> levelDb = {};        ///< dBFS of the peak, -300 (silence) to 0; steady tone only
     std::optional<std::string> ident = {};     ///< an Ident's name
 };
 

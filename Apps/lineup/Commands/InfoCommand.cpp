@@ -105,7 +105,7 @@ void RunInfo(const InfoOptions& options) {
         TellForeignClip(rows, json, *importer);
     }
     if (options.json) {
-        fmt::print("{}\n", json.dump(2));
+        fmt::print("{}\n", json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
         return;
     }
     for (const auto& [name, value] : rows) {

@@ -2,9 +2,10 @@
 
 #include <lineup/Clip.h>
 #include <lineup/Exporter.h>
+#include <lineup/FormatTable.h>
 #include "Apps/lineup/Options/CommonOptions.h"
+#include "Apps/lineup/Options/LengthOptions.h"
 #include "Apps/lineup/Options/PictureOptions.h"
-#include "Apps/lineup/Options/TimeOptions.h"
 #include "Apps/lineup/Options/Values.h"
 #include "Apps/lineup/Reports/ReportText.h"
 #include "Apps/lineup/Terminal/Interrupt.h"
@@ -12,6 +13,9 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -24,28 +28,61 @@ namespace {
 constexpr const char* kFile = "File";
 
 struct RenderOptions {
+    const CLI::App* command = nullptr;
     CommonOptions common;
     PictureOptions picture;
     lineup::Scan scan = lineup::Scan::Progressive;
     std::string target;
     std::string frameRate = "25";
-    TimeOptions time;
+    LengthOptions length;
     std::optional<std::string> timecode;
     std::string videoCodec;
     std::string audioCodec;
     bool monoTracks = false;
     bool overwrite = false;
     bool doNotWait = false;
+    bool reproducible = false;
     bool quiet = false;
     bool json = false;
 };
 
-// The whole frames or samples of a time, one at least.
-std::int64_t CountAt(lineup::Rational rate, zelmediatypes::TickTime time) {
-    return std::max<std::int64_t>(1, NearestIndex(time, rate));
+// What builds elsewhere say too: a moment for all that is made, so that the same bytes come of the same sources.
+std::optional<std::int64_t> SourceDate() {
+    const char* const text = std::getenv("SOURCE_DATE_EPOCH");  // NOLINT(concurrency-mt-unsafe): nothing sets it
+    if (text == nullptr) {
+        return std::nullopt;
+    }
+    std::int64_t seconds = 0;
+    const char* const end = text + std::strlen(text);
+    if (const auto [stop, error] = std::from_chars(text, end, seconds); error != std::errc() || stop != end) {
+        throw lineup::Error(fmt::format("SOURCE_DATE_EPOCH is {}: it must be whole seconds since 1970", text));
+    }
+    return seconds;
+}
+
+// A file without a picture has no use for what says how one looks, and for frames only where something counts them.
+void RefusePictureOptions(const RenderOptions& options) {
+    const lineup::FileFormat* const format = lineup::FindFileFormat(options.target);
+    if (format == nullptr || !format->videoCodecs.empty()) {
+        return;
+    }
+    const std::string has = fmt::format("a .{} file has no picture", format->extension);
+    for (const char* const name : {"--size", "--card", "--aspect", "--scan"}) {
+        if (const CLI::Option* const option = options.command->get_option_no_throw(name);
+            option && option->count() > 0) {
+            throw lineup::UsageError(name + 2, option->as<std::string>(), has);
+        }
+    }
+    if (options.command->count("--fps") > 0 && !options.timecode && !options.length.CountsFrames()) {
+        throw lineup::UsageError("fps", options.frameRate,
+                                 has +
+                                     ": frames count there only with --timecode, --frames, "
+                                     "--until or a --duration of HH:MM:SS:FF");
+    }
 }
 
 lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const lineup::Clip& clip) {
+    RefusePictureOptions(options);
     lineup::ExportSettings settings;
     const Size size = options.picture.ParsedSize();
     settings.target = options.target;
@@ -55,10 +92,7 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     settings.aspect = options.picture.aspect;
     settings.scan = options.scan;
     settings.frameRate = ParseFrameRate(options.frameRate);
-    settings.startSample = options.time.StartSample(clip);
-    const auto duration = options.time.Duration(clip).value_or(DescribedDuration(clip));
-    settings.frames = CountAt(settings.frameRate, duration);
-    settings.samples = CountAt({static_cast<int>(clip.SampleRate()), 1}, duration);
+    settings.startSample = options.length.time.StartSample(clip);
     settings.videoCodec = options.videoCodec;
     settings.audioCodec = options.audioCodec;
     if (options.timecode) {
@@ -67,15 +101,21 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     settings.monoTracks = options.monoTracks;
     settings.overwrite = options.overwrite;
     settings.disk = options.doNotWait ? lineup::Disk::DoNotWait : lineup::Disk::Wait;
+    settings.date = SourceDate();
+    settings.reproducible = options.reproducible || settings.date.has_value();
     return settings;
 }
 
 void RunRender(const RenderOptions& options) {
     const auto importer = options.common.LoadImporter();
     const lineup::Clip clip(importer, options.common.Settings(*importer));
-    const lineup::ExportSettings settings = MakeExportSettings(options, clip);
+    lineup::ExportSettings settings = MakeExportSettings(options, clip);
+    const FileLength length = options.length.Length(clip, settings.frameRate, settings.timecode);
+    settings.frames = length.frames;
+    settings.samples = length.samples;
 
-    WatchForInterrupts();
+    constexpr int kSecondsToStop = 1;
+    WatchForInterrupts(kSecondsToStop);
     lineup::ExportReport report;
     {
         ProgressBar bar(settings.target.filename().string(), !options.quiet && !options.json);
@@ -85,9 +125,9 @@ void RunRender(const RenderOptions& options) {
         });
     }
     if (options.json) {
-        fmt::print("{}\n", ReportJson(report));
+        fmt::print("{}\n", ReportJson(report, length.cycleSamples));
     } else if (!options.quiet) {
-        fmt::print("{}", ReportText(report));
+        fmt::print("{}", ReportText(report, length.cycleSamples));
     }
 }
 
@@ -96,7 +136,7 @@ void AddFrameTimeOptions(CLI::App& command, RenderOptions& options) {
         ->type_name("RATE")
         ->capture_default_str()
         ->group(kTimeGroup);
-    AddTimeOptions(command, options.time, "5");
+    AddLengthOptions(command, options.length);
     command.add_option("--timecode", options.timecode, "Time code of the first frame; ';' before FF is drop frame")
         ->type_name("HH:MM:SS:FF")
         ->group(kTimeGroup);
@@ -108,6 +148,10 @@ void AddFileOptions(CLI::App& command, RenderOptions& options) {
         ->group(kFile);
     command.add_option("--audio-codec", options.audioCodec, "Sound codec; see below")->type_name("NAME")->group(kFile);
     command.add_flag("--mono-tracks", options.monoTracks, "One mono track a channel instead of one for all")
+        ->group(kFile);
+    command
+        .add_flag("--reproducible", options.reproducible,
+                  "The same bytes each time: no date, no identifiers of its own; SOURCE_DATE_EPOCH asks for it too")
         ->group(kFile);
     command.add_flag("-y,--overwrite", options.overwrite, "Replace the file if it is there already")->group(kFile);
     command
@@ -121,6 +165,7 @@ void AddFileOptions(CLI::App& command, RenderOptions& options) {
 void AddRenderCommand(CLI::App& app) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* const command = app.add_subcommand("render", "Write a clip as a media file");
+    options->command = command;
     command->add_option("OUT", options->target, "The file to write; its extension says which kind")->required();
     AddPictureOptions(*command, options->picture);
     AddScanOption(*command, options->scan);

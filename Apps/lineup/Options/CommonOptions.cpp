@@ -47,6 +47,17 @@ std::string GivenToneOption(const lineup::ToneChoice& tone) {
     return tone.ident ? "ident" : "";
 }
 
+// At half the sample rate every sample lies where the sine crosses zero.
+void RefuseHalfTheSampleRate(const lineup::BarsAndToneInfo& settings) {
+    if (settings.frequency * 2 >= settings.sampleRate) {
+        throw lineup::UsageError(
+            "frequency", fmt::format("{}", settings.frequency),
+            fmt::format("is half the sample rate, at which a sine is next to silent: must be below "
+                        "{} Hz",
+                        settings.sampleRate / 2));
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
@@ -56,7 +67,11 @@ std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
 
 lineup::BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const {
     if (settingsFile.empty()) {
-        return MakeSettings(importer, tone);
+        const lineup::BarsAndToneInfo settings = MakeSettings(importer, tone);
+        if (tone.frequencyHz) {
+            RefuseHalfTheSampleRate(settings);
+        }
+        return settings;
     }
     const std::string other = GivenToneOption(tone);
     if (!other.empty()) {
@@ -103,8 +118,8 @@ void AddLayoutOptions(CLI::App& command, CommonOptions& options) {
 
 void AddToneOptions(CLI::App& command, CommonOptions& options) {
     lineup::ToneChoice& tone = options.tone;
-    AddNumber(command, "frequency", tone.frequencyHz, "Frequency of the steady tone, 1 to half the sample rate [1000]",
-              "Hz")
+    AddNumber(command, "frequency", tone.frequencyHz,
+              "Frequency of the steady tone, from 1 on, below half the sample rate [1000]", "Hz")
         ->group(kSound);
     AddNumber(command, "level", tone.levelDb,
               "Peak level of the steady tone, -300 (silence) to 0 (full scale) [-12.04, a gain of 0.25]", "dBFS")

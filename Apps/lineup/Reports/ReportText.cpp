@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
 
 namespace cli {
@@ -71,9 +72,14 @@ nlohmann::ordered_json AudioJson(const lineup::ExportReport& report) {
     return tracks;
 }
 
+// A file's name may be bytes that are no UTF-8: those are replaced.
+std::string JsonText(const nlohmann::ordered_json& json) {
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
 }  // namespace
 
-std::string ReportText(const lineup::ExportReport& report) {
+std::string ReportText(const lineup::ExportReport& report, std::optional<std::int64_t> cycleSamples) {
     std::string text = fmt::format("wrote {}: {}, {:.3f} s, {} bytes\n", report.target.string(), report.container,
                                    Seconds(report), report.bytes);
     if (report.video) {
@@ -82,10 +88,15 @@ std::string ReportText(const lineup::ExportReport& report) {
     for (const lineup::AudioReport& audio : report.audio) {
         text += AudioText(audio, report.samples);
     }
+    if (cycleSamples && *cycleSamples != report.samples) {
+        const std::int64_t beyond = report.samples - *cycleSamples;
+        text += fmt::format("  cycles   {} samples; the file is {} {}: it ends with a whole frame\n", *cycleSamples,
+                            std::abs(beyond), beyond > 0 ? "longer" : "shorter");
+    }
     return text;
 }
 
-std::string ReportJson(const lineup::ExportReport& report) {
+std::string ReportJson(const lineup::ExportReport& report, std::optional<std::int64_t> cycleSamples) {
     nlohmann::ordered_json json = {{"file", report.target.string()},
                                    {"container", report.container},
                                    {"seconds", Seconds(report)},
@@ -94,7 +105,10 @@ std::string ReportJson(const lineup::ExportReport& report) {
         json["video"] = VideoJson(report);
     }
     json["audio"] = AudioJson(report);
-    return json.dump(2);
+    if (cycleSamples) {
+        json["cycles"] = {{"samples", *cycleSamples}, {"samplesBeyond", report.samples - *cycleSamples}};
+    }
+    return JsonText(json);
 }
 
 std::string FormatHelp() {

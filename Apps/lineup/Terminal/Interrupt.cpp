@@ -24,12 +24,17 @@ constexpr int kShellsBase = 128;  // a shell's exit status for a signal is this 
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): all that a signal handler may touch
 volatile std::sig_atomic_t gWatching = 0;
 volatile std::sig_atomic_t gInterrupted = 0;
+volatile std::sig_atomic_t gSecondsToStop = 0;
 // NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 void OnSignal(int signal) {
     if (gWatching != 0 && gInterrupted == 0 && std::ranges::find(kRequestsToStop, signal) != kRequestsToStop.end()) {
         gInterrupted = signal;
+        alarm(static_cast<unsigned>(gSecondsToStop));
         return;
+    }
+    if (signal == SIGALRM && gInterrupted != 0) {
+        signal = gInterrupted;
     }
     lineup::RemoveUnfinishedFiles();
     std::signal(signal, SIG_DFL);
@@ -57,7 +62,8 @@ void PrepareForSignals() {
     }
 }
 
-void WatchForInterrupts() {
+void WatchForInterrupts(int secondsToStop) {
+    gSecondsToStop = secondsToStop;
     gWatching = 1;
 }
 

@@ -8,8 +8,9 @@ namespace cli {
 void PrepareForSignals();
 
 /// From now on the first SIGINT, SIGTERM or SIGHUP asks the program to stop instead of ending it, so that it
-/// can say what it did not finish; the next one ends it.
-void WatchForInterrupts();
+/// can say what it did not finish; the next one ends it, or the end of `secondsToStop`: work may be in the middle of
+/// something long, such as the encoding of one large picture. 0: it takes the time it needs.
+void WatchForInterrupts(int secondsToStop = 0);
 
 /// The signal by which a person or the system has asked the program to stop, or 0. Any thread.
 [[nodiscard]] int Interrupted();

@@ -48,7 +48,7 @@ float CheckLevel(double levelDb) {
         throw UsageError("level", fmt::format("{}", levelDb),
                          fmt::format("must be {} to 0 dBFS; 0 is full scale, {} is silence", kSilenceDb, kSilenceDb));
     }
-    return static_cast<float>(GainFromDb(levelDb));
+    return levelDb == kSilenceDb ? 0.0F : static_cast<float>(GainFromDb(levelDb));
 }
 
 template <class Row>

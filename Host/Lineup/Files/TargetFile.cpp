@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -95,6 +96,16 @@ int SyncFolder(const fs::path& folder) {
     return error;
 }
 
+// The hidden file's own name is cut to what file systems take.
+void RequireShortName(const fs::path& target) {
+    const long longest = pathconf(FolderOf(target).c_str(), _PC_NAME_MAX);
+    if (const std::size_t length = target.filename().native().size();
+        longest > 0 && length > static_cast<std::size_t>(longest)) {
+        throw Error(fmt::format("cannot open {} for writing: {}: {} bytes, and {} are the most", target.string(),
+                                Describe(ENAMETOOLONG), length, longest));
+    }
+}
+
 }  // namespace
 
 TargetFile::TargetFile(const fs::path& target, bool overwrite)
@@ -102,6 +113,7 @@ TargetFile::TargetFile(const fs::path& target, bool overwrite)
     if (!target.has_filename()) {
         throw UsageError("output", target.string(), "must end in the name of a file");
     }
+    RequireShortName(target);
     std::error_code error;
     const fs::file_status link = fs::symlink_status(target, error);
     if (!fs::status_known(link)) {
@@ -148,6 +160,18 @@ bool TargetFile::Seek(std::int64_t position) noexcept {
     }
     mPosition = position;
     return true;
+}
+
+void TargetFile::RequireRoom(std::int64_t bytes) const {
+    struct statvfs disk {};
+    if (fstatvfs(mPartial.Descriptor(), &disk) != 0) {
+        return;  // writing will tell
+    }
+    const auto blocks = static_cast<std::uint64_t>(bytes) / std::max<std::uint64_t>(disk.f_frsize, 1);
+    if (blocks > disk.f_bavail) {
+        throw Error(fmt::format("cannot write {}: {}: it takes {} bytes, and there is room for {}", mGiven.string(),
+                                Describe(ENOSPC), bytes, disk.f_bavail * disk.f_frsize));
+    }
 }
 
 void TargetFile::ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) const {

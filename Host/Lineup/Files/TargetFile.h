@@ -37,6 +37,9 @@ public:
     /// Moves to byte `position` from the start. False when that failed.
     bool Seek(std::int64_t position) noexcept;
 
+    /// Throws Error when `bytes` more are known not to fit on the disk.
+    void RequireRoom(std::int64_t bytes) const;
+
     /// Reads what lies from byte `position` on; zeros where the file has ended. Throws Error when that failed.
     void ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) const;
 

@@ -92,6 +92,12 @@ bool Timecode::Labels(Rational frameRate) noexcept {
     return Find(frameRate) != nullptr;
 }
 
+std::int64_t Timecode::FramesADay() const noexcept {
+    constexpr std::int64_t kMinutes = 24 * 60;
+    const LabelledRate& rate = *Find(mFrameRate);
+    return kMinutes * 60 * rate.nominal - (mDropFrame ? rate.dropped * (kMinutes - kMinutes / 10) : 0);
+}
+
 std::int64_t Timecode::Samples(int sampleRateHz) const noexcept {
     // At most 5.2 million frames a day times 1001 times the rate: 64 bits are enough for any int rate.
     const std::int64_t product = mFrames * mFrameRate.den;

@@ -51,9 +51,10 @@ void WriteStreams(VideoEncoder& video, SoundTracks& sound, const ExportPlan& pla
 }  // namespace
 
 void WriteMovieFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, const ProgressFunction& progress) {
-    Muxer muxer(*plan.container, file);
+    Muxer muxer(*plan.container, file, plan.reproducible);
     VideoEncoder video(clip, *plan.picture, muxer);
     SoundTracks sound(clip, *plan.sound, muxer);
+    file.RequireRoom(video.FrameBytes() * plan.picture->frames + UncompressedBytes(*plan.sound));
     AvOptions options;
     SetTimescale(options, plan);
     muxer.Begin(options);

@@ -73,14 +73,14 @@ AvFormatContext OpenContext(const Container& container, AVIOContext& io) {
 
 }  // namespace
 
-Muxer::Muxer(const Container& container, TargetFile& file)
+Muxer::Muxer(const Container& container, TargetFile& file, bool reproducible)
     : mContainer(&container),
       mFile(&file),
       mGatherer(file),
       mIo(OpenIo(mGatherer)),
       mContext(OpenContext(container, *mIo)) {
     // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
-    if (!container.uniqueIdentifiers) {
+    if (!container.uniqueIdentifiers || reproducible) {
         mContext->flags |= AVFMT_FLAG_BITEXACT;
     }
 }

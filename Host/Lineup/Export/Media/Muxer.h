@@ -17,7 +17,8 @@ namespace lineup {
 /// when the file cannot be written, with the system's cause.
 class Muxer {
 public:
-    Muxer(const Container& container, TargetFile& file);
+    /// `reproducible`: even where a format's identifiers should be unique in the world, they are the same each time.
+    Muxer(const Container& container, TargetFile& file, bool reproducible);
 
     /// Whether encoders must keep their headers out of their packets.
     [[nodiscard]] bool WantsGlobalHeaders() const noexcept;

@@ -16,6 +16,8 @@ public:
     /// `timecode`: what each packet says of itself, if anything.
     RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode);
 
+    [[nodiscard]] std::int64_t Bytes() const noexcept { return mCopies.front()->size; }
+
     /// Makes `packet`, which is blank, the packet of frame `index`, timed in frames.
     void Fill(AVPacket& packet, std::int64_t index);
 

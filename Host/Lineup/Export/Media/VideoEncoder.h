@@ -18,6 +18,9 @@ public:
     /// Opens the encoder and adds its stream to the muxer.
     VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& muxer);
 
+    /// What every frame takes in the file; 0 where each takes its own.
+    [[nodiscard]] std::int64_t FrameBytes() const noexcept { return mRepeated ? mRepeated->Bytes() : 0; }
+
     /// Writes frame `index`; called for 0, 1, 2, ... in turn.
     void WriteFrame(std::int64_t index);
 

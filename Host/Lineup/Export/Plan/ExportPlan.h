@@ -49,10 +49,19 @@ struct SoundPlan {
     std::vector<TrackPlan> tracks;
 };
 
+/// What a file says of itself.
+struct OriginPlan {
+    std::string description;  ///< what sounds, in ASCII
+    std::string date;         ///< "2026-01-31", or empty
+    std::string time;         ///< "23:59:59", or empty
+};
+
 struct ExportPlan {
     std::filesystem::path target;
     bool overwrite = false;
     Disk disk = Disk::Wait;
+    bool reproducible = false;
+    OriginPlan origin;
     const Container* container = nullptr;
     std::optional<PicturePlan> picture;
     std::optional<SoundPlan> sound;
@@ -65,6 +74,9 @@ LINEUP_API ExportPlan PlanExport(const Clip& clip, const ExportSettings& setting
 /// it cannot have.
 LINEUP_API ExportPlan PlanStill(const std::filesystem::path& target, int width, int height, Card card, bool overwrite,
                                 PictureAspect aspect);
+
+/// The bytes that this sound takes in a file; 0 where it is compressed, which nobody knows ahead.
+LINEUP_API std::int64_t UncompressedBytes(const SoundPlan& sound);
 
 /// What a file of `bytes` bytes is that was written as planned.
 LINEUP_API ExportReport ReportOf(const ExportPlan& plan, std::int64_t bytes);

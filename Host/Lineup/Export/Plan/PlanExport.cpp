@@ -2,6 +2,7 @@
 #include "Host/Lineup/Export/Formats/SoundNames.h"
 #include "Host/Lineup/Export/Plan/CheckExport.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
+#include "Host/Lineup/Export/Plan/PlanOrigin.h"
 #include "Host/Lineup/Values/FrameTimes.h"
 
 namespace lineup {
@@ -83,6 +84,8 @@ ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
     plan.target = settings.target;
     plan.overwrite = settings.overwrite;
     plan.disk = settings.disk;
+    plan.reproducible = settings.reproducible;
+    plan.origin = PlanOrigin(clip, settings);
     plan.container = &container;
     if (video != nullptr) {
         plan.picture = PlanPicture(settings, *video);

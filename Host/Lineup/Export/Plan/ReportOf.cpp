@@ -1,6 +1,7 @@
 #include "Host/Lineup/Export/Formats/ColourMatrix.h"
 #include "Host/Lineup/Export/Formats/SoundNames.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
+#include "Host/Lineup/Export/Samples/SamplePacking.h"
 
 namespace lineup {
 inline namespace parts {
@@ -32,6 +33,17 @@ AudioReport ReportOf(const SoundPlan& sound, const TrackPlan& track) {
 }
 
 }  // namespace
+
+std::int64_t UncompressedBytes(const SoundPlan& sound) {
+    if (!sound.encoding->encoder.starts_with("pcm_")) {
+        return 0;
+    }
+    std::size_t channels = 0;
+    for (const TrackPlan& track : sound.tracks) {
+        channels += track.channels.size();
+    }
+    return sound.samples * static_cast<std::int64_t>(channels * PackedBytes(sound.encoding->samples));
+}
 
 ExportReport ReportOf(const ExportPlan& plan, std::int64_t bytes) {
     ExportReport report;

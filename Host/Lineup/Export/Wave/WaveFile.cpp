@@ -20,13 +20,17 @@ constexpr std::int64_t kSamplesPerReport = 48000;
 // So many of all channels stay in the processor's inner caches between their making and their packing.
 constexpr std::int64_t kSamplesAtOnce = 2048;
 
-WaveFormat FormatOf(const SoundPlan& plan) {
+WaveFormat FormatOf(const ExportPlan& whole) {
+    const SoundPlan& plan = *whole.sound;
     WaveFormat format;
     format.samples = plan.encoding->samples;
     format.channels = static_cast<int>(plan.tracks.front().channels.size());
     format.sampleRateHz = plan.sampleRateHz;
     format.frames = plan.samples;
     format.timeReference = plan.timeReference;
+    format.description = whole.origin.description;
+    format.date = whole.origin.date;
+    format.time = whole.origin.time;
     return format;
 }
 
@@ -93,8 +97,9 @@ void WriteSamples(FileQueue& queue, const Clip& clip, const ExportPlan& plan, co
 }  // namespace
 
 void WriteWaveFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, const ProgressFunction& progress) {
+    file.RequireRoom(UncompressedBytes(*plan.sound));
     FileQueue queue(file);
-    WriteHeader(queue, FormatOf(*plan.sound));
+    WriteHeader(queue, FormatOf(plan));
     ReportProgress(progress, 0, plan.sound->samples, plan);
     WriteSamples(queue, clip, plan, progress);
     queue.Finish();

@@ -2,8 +2,11 @@
 
 #include "Host/Lineup/Export/Samples/SamplePacking.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <limits>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -37,11 +40,13 @@ constexpr std::uint32_t kTooLong = 0xFFFFFFFF;  // "see the chunk ds64"
 constexpr std::uint32_t kDs64Bytes = 28;
 constexpr std::uint32_t kChunkHeadBytes = 8;
 
-// The chunk "bext" of EBU Tech 3285, version 1, without coding history.
+// The chunk "bext" of EBU Tech 3285, version 1, up to its coding history.
 constexpr std::uint32_t kBextBytes = 602;
 constexpr std::size_t kDescriptionBytes = 256;
 constexpr std::size_t kOriginatorBytes = 32;
-constexpr std::size_t kReferenceDateAndTimeBytes = 32 + 10 + 8;
+constexpr std::size_t kReferenceBytes = 32;
+constexpr std::size_t kDateBytes = 10;
+constexpr std::size_t kTimeBytes = 8;
 constexpr std::size_t kUmidAndReservedBytes = 64 + 190;
 constexpr std::uint16_t kBextVersion = 1;
 constexpr std::string_view kOriginator = "Bars and Tone";
@@ -50,6 +55,12 @@ constexpr std::string_view kOriginator = "Bars and Tone";
 class Bytes {
 public:
     void Text(std::string_view text) { mBytes.insert(mBytes.end(), text.begin(), text.end()); }
+    /// In a field of `size` bytes, cut or filled with zeros.
+    void Field(std::string_view text, std::size_t size) {
+        const std::string_view kept = text.substr(0, size);
+        Text(kept);
+        Zeros(size - kept.size());
+    }
     void U16(std::uint16_t value) { Number(value, 2); }
     void U32(std::uint32_t value) { Number(value, 4); }
     void U64(std::uint64_t value) { Number(value, 8); }
@@ -112,16 +123,35 @@ void AddFormat(Bytes& bytes, const WaveFormat& format) {
     }
 }
 
+std::string_view ModeOf(int channels) {
+    if (channels > 2) {
+        return "multichannel";
+    }
+    return channels == 2 ? "stereo" : "mono";
+}
+
+// A line of EBU R 98, and the zero that ends it.
+std::string CodingHistory(const WaveFormat& format) {
+    std::string line = fmt::format("A=PCM,F={},W={},M={},T={}\r\n", format.sampleRateHz,
+                                   8 * SampleBytes(format.samples), ModeOf(format.channels), kOriginator);
+    line += '\0';
+    return line;
+}
+
 void AddBroadcastExtension(Bytes& bytes, const WaveFormat& format) {
+    const std::string history = CodingHistory(format);
     bytes.Text("bext");
-    bytes.U32(kBextBytes);
-    bytes.Zeros(kDescriptionBytes);
-    bytes.Text(kOriginator);
-    bytes.Zeros(kOriginatorBytes - kOriginator.size());
-    bytes.Zeros(kReferenceDateAndTimeBytes);
+    bytes.U32(kBextBytes + static_cast<std::uint32_t>(history.size()));
+    bytes.Field(format.description, kDescriptionBytes);
+    bytes.Field(kOriginator, kOriginatorBytes);
+    bytes.Zeros(kReferenceBytes);
+    bytes.Field(format.date, kDateBytes);
+    bytes.Field(format.time, kTimeBytes);
     bytes.U64(static_cast<std::uint64_t>(format.timeReference));
     bytes.U16(kBextVersion);
     bytes.Zeros(kUmidAndReservedBytes);
+    bytes.Text(history);
+    bytes.Zeros(history.size() % 2);
 }
 
 // What a 32-bit field says of a value that may need the chunk ds64.
@@ -143,7 +173,7 @@ std::vector<std::uint8_t> Build(const WaveFormat& format, std::uint64_t riffByte
     bytes.U64(rf64 ? frames : 0);
     bytes.U32(0);
     AddFormat(bytes, format);
-    if (IsFloat(format)) {
+    if (IsFloat(format) || !IsPlain(format)) {  // whatever is not plain PCM
         bytes.Text("fact");
         bytes.U32(4);
         bytes.U32(Field(frames, rf64));

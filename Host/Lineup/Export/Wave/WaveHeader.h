@@ -4,6 +4,7 @@
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace lineup {
@@ -16,6 +17,9 @@ struct WaveFormat {
     int sampleRateHz = 48000;
     std::int64_t frames = 0;         ///< samples a channel
     std::int64_t timeReference = 0;  ///< the first sample's place, in samples since midnight
+    std::string description{};       ///< what sounds; 256 bytes of it are kept
+    std::string date{};              ///< "2026-01-31", or empty
+    std::string time{};              ///< "23:59:59", or empty
 };
 
 /// Everything that goes before the samples. The file is RIFF as long as 32 bits can count its bytes and RF64

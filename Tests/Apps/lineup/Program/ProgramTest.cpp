@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -147,6 +148,61 @@ TEST_F(Program, CyclesAreWholeCycles) {
     EXPECT_EQ(report["audio"][0]["samples"], 288000);
 }
 
+TEST_F(Program, ALengthMayBeFramesOrTheirLabels) {
+    struct Case {
+        const char* arguments;
+        int samples;
+    };
+    for (const Case& of : {Case{"--frames 30 --fps 30000/1001", 48048}, Case{"--frames 1 --fps 24", 2000},
+                           Case{"--fps 29.97 --timecode '00:59:30;00' --until '01:00:00;00'", 900 * 8008 / 5},
+                           Case{"--timecode 23:59:59:00 --until 00:00:00:05", 30 * 1920},
+                           Case{"--fps 29.97 --timecode '23:59:59;00' --until '00:00:00;00'", 48048},
+                           Case{"--fps 29.97 --duration '00:00:30;00'", 900 * 8008 / 5},
+                           Case{"--fps 25 --duration 00:00:01:05", 30 * 1920}, Case{"--duration 1.5", 72000}}) {
+        const auto result = Lineup(std::string("render a.wav -y --json ") + of.arguments);
+        ASSERT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_EQ(json::parse(result.out)["audio"][0]["samples"], of.samples) << of.arguments;
+    }
+    EXPECT_EQ(json::parse(Lineup("render a.mov --size 64x36 --frames 3 --json").out)["video"]["frames"], 3);
+}
+
+TEST_F(Program, AReproducibleFileHasTheSameBytesEachTime) {
+    for (const std::string name : {"a.wav", "a.mxf", "a.mov", "a.mkv"}) {
+        std::array<std::string, 2> bytes;
+        for (std::string& of : bytes) {
+            const std::string command = "render " + name + " --duration 0.2 --size 64x36 --reproducible -q -y";
+            ASSERT_EQ(Lineup(name == "a.wav" ? "render a.wav --duration 0.2 --reproducible -q -y" : command).exitCode,
+                      0);
+            of = test::ReadFile(Folder() / name);
+        }
+        EXPECT_TRUE(bytes[0] == bytes[1]) << name;
+    }
+    const auto dated = test::RunProgram(
+        "cd '" + Folder().string() + "' && SOURCE_DATE_EPOCH=86399 '" TEST_LINEUP "' render b.wav --duration 0.1 -q",
+        Folder());
+    EXPECT_EQ(dated.exitCode, 0) << dated.err;
+    EXPECT_THAT(test::ReadFile(Folder() / "b.wav"), HasSubstr("1970-01-0123:59:59"));
+}
+
+TEST_F(Program, ReportsFilesWhoseNamesAreNoUtf8) {
+    const auto result = Lineup("render $(printf 'a\\377.wav') --duration 0.1 --json");
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(json::parse(result.out)["file"], "a\uFFFD.wav");
+}
+
+TEST_F(Program, WhatCannotFitIsRefusedBeforeItIsWritten) {
+    for (const char* const arguments : {"a.wav --duration 1000:00:00 --ident blits --sample-rate 384000",
+                                        "a.mov --duration 1000:00:00 --size 640x360"}) {
+        const auto result = Lineup(std::string("render ") + arguments);
+        EXPECT_EQ(result.exitCode, 1) << arguments;
+        EXPECT_THAT(result.err, AllOf(HasSubstr("cannot write a."), HasSubstr("and there is room for")));
+    }
+    const auto longName = Lineup("render " + std::string(252, 'x') + ".wav --duration 0.1");
+    EXPECT_EQ(longName.exitCode, 1);
+    EXPECT_THAT(longName.err, HasSubstr("File name too long: 256 bytes, and 255 are the most"));
+    EXPECT_THAT(Files(), IsEmpty());
+}
+
 TEST_F(Program, AnExistingFileIsNeverTouchedWithoutConsent) {
     std::ofstream(Folder() / "out.wav") << "precious";
     const auto refused = Lineup("render out.wav --duration 0.1");
@@ -172,6 +228,16 @@ TEST_F(Program, RefusalsNameTheOptionTheValueAndWhatIsRight) {
     ExpectRefusal("render a.mov --ident blits --channels stereo", "--channels stereo: the BLITS ident");
     ExpectRefusal("render a.mov --video-codec vhs", "--video-codec vhs");
     ExpectRefusal("render a.mov --timecode 25:00:00:00", "--timecode 25:00:00:00");
+    ExpectRefusal("render a.mov --frequency 24000", "--frequency 24000: is half the sample rate");
+    ExpectRefusal("render a.wav --size 1x1", "--size 1x1: a .wav file has no picture");
+    ExpectRefusal("render a.wav --card hd", "--card hd: a .wav file has no picture");
+    ExpectRefusal("render a.wav --fps 7/3", "--fps 7/3: a .wav file has no picture");
+    ExpectRefusal("render a.mov --frames 0", "--frames 0: must be 1 to ");
+    ExpectRefusal("render a.mov --duration 00:00:30:25", "--duration 00:00:30:25: frames count from 00 to 24");
+    ExpectRefusal("render a.mov --until 01:00:00:00", "--until 01:00:00:00: needs --timecode");
+    ExpectRefusal("render a.mov --timecode 01:00:00:00 --until 01:00:00:00", "--until 01:00:00:00: must be another");
+    ExpectRefusal("render a.mov --fps 29.97 --timecode '01:00:00;00' --until 01:00:10:00",
+                  "must be labelled as 01:00:00;00");
     ExpectRefusal("render a.avi", "lineup: output a.avi: ");
     ExpectRefusal("render a.avi", ".mov");
 }

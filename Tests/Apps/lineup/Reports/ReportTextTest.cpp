@@ -46,4 +46,12 @@ TEST(ReportText, SaysTheSameInJson) {
     EXPECT_EQ(nlohmann::json::parse(cli::ReportJson(Movie())), expected);
 }
 
+// 48000 / 24 samples a frame: two frames more than 236000 samples.
+TEST(ReportText, SaysWhereWholeCyclesEndInsideAFrame) {
+    EXPECT_TRUE(cli::ReportText(Movie(), 236000)
+                    .ends_with("  cycles   236000 samples; the file is 4000 longer: it ends with a whole frame\n"));
+    EXPECT_EQ(nlohmann::json::parse(cli::ReportJson(Movie(), 241000))["cycles"]["samplesBeyond"], -1000);
+    EXPECT_EQ(cli::ReportText(Movie(), 240000), cli::ReportText(Movie()));
+}
+
 }  // namespace

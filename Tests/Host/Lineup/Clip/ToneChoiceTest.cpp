@@ -57,7 +57,6 @@ TEST(ToneChoice, SetsWhatAPersonGives) {
 
 TEST(ToneChoice, ZeroDecibelsIsFullScale) {
     EXPECT_EQ(Make({.levelDb = 0}).amplitude, 1.0F);
-    EXPECT_EQ(Make({.levelDb = -300}).amplitude, 1e-15F);
 }
 
 TEST(ToneChoice, OfAnIdentBringsItsChannels) {
@@ -79,6 +78,11 @@ TEST(ToneChoice, RefusesFrequenciesThatTheSampleRateCannotHold) {
     EXPECT_THAT(Refusal({.sampleRateHz = 8000, .frequencyHz = 5000}), HasSubstr("1 to 4000 Hz"));
     EXPECT_THAT(Refusal({.frequencyHz = 0}), HasSubstr("frequency 0"));
     EXPECT_THAT(Refusal({.frequencyHz = std::numeric_limits<double>::quiet_NaN()}), HasSubstr("frequency nan"));
+}
+
+TEST(ToneChoice, OfTheLowestLevelIsSilence) {
+    EXPECT_EQ(Make({.levelDb = -300}).amplitude, 0.0F);
+    EXPECT_GT(Make({.levelDb = -299}).amplitude, 0.0F);
 }
 
 TEST(ToneChoice, RefusesLevelsAboveFullScale) {

@@ -93,6 +93,13 @@ TEST(Timecode, CountsAtEveryRateOfTelevisionAndFilm) {
     }
 }
 
+TEST(Timecode, CountsTheFramesOfADay) {
+    EXPECT_EQ(Timecode("00:00:00:00", k25).FramesADay(), 2160000);
+    const Rational ntsc{30000, 1001};
+    EXPECT_EQ(Timecode("00:00:00;00", ntsc).FramesADay(), Timecode("23:59:59;29", ntsc).Frames() + 1);
+    EXPECT_EQ(Timecode("00:00:00:00", ntsc).FramesADay(), Timecode("23:59:59:29", ntsc).Frames() + 1);
+}
+
 TEST(Timecode, RefusesRatesWithoutLabels) {
     EXPECT_FALSE(Timecode::Labels({25, 2}));
     EXPECT_THROW(Timecode("00:00:00:00", {25, 2}), lineup::UsageError);

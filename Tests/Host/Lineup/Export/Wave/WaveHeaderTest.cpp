@@ -37,25 +37,26 @@ std::size_t Content(const std::vector<std::uint8_t>& bytes, const std::string& c
     return at + 8;
 }
 
-// Stereo of 24 bits: 714 bytes of header, 6 bytes a frame; the first 8 bytes are not counted.
-constexpr std::uint64_t kLongestRiff = (0xFFFFFFFFULL + 8 - 714) / 6;
+// Stereo of 24 bits: 772 bytes of header, 6 bytes a frame; the first 8 bytes are not counted.
+constexpr std::uint64_t kHeader = 772;
+constexpr std::uint64_t kLongestRiff = (0xFFFFFFFFULL + 8 - kHeader) / 6;
 
 TEST(WaveHeader, IsRiffAsLongAs32BitsCanCountTheFile) {
     const auto header = WaveHeader({.frames = static_cast<std::int64_t>(kLongestRiff)});
-    EXPECT_EQ(header.size(), 714U);
+    EXPECT_EQ(header.size(), kHeader);
     EXPECT_EQ(Text(header, 0, 4), "RIFF");
-    EXPECT_EQ(Number(header, 4, 4), 714 + 6 * kLongestRiff - 8);
+    EXPECT_EQ(Number(header, 4, 4), kHeader + 6 * kLongestRiff - 8);
     EXPECT_EQ(Text(header, 12, 4), "JUNK");
     EXPECT_EQ(Number(header, header.size() - 4, 4), 6 * kLongestRiff);
 }
 
 TEST(WaveHeader, IsRf64OneSampleLater) {
     const auto header = WaveHeader({.frames = static_cast<std::int64_t>(kLongestRiff + 1)});
-    EXPECT_EQ(header.size(), 714U);
+    EXPECT_EQ(header.size(), kHeader);
     EXPECT_EQ(Text(header, 0, 4), "RF64");
     EXPECT_EQ(Number(header, 4, 4), 0xFFFFFFFFU);
     EXPECT_EQ(Text(header, 12, 4), "ds64");
-    EXPECT_EQ(Number(header, 20, 8), 714 + 6 * (kLongestRiff + 1) - 8);
+    EXPECT_EQ(Number(header, 20, 8), kHeader + 6 * (kLongestRiff + 1) - 8);
     EXPECT_EQ(Number(header, 28, 8), 6 * (kLongestRiff + 1));
     EXPECT_EQ(Number(header, 36, 8), kLongestRiff + 1);
     EXPECT_EQ(Number(header, header.size() - 4, 4), 0xFFFFFFFFU);
@@ -75,6 +76,27 @@ TEST(WaveHeader, HoldsTheTimeReferenceOfTheBroadcastExtension) {
     EXPECT_EQ(Number(header, extension + 346, 2), 1U);
 }
 
+TEST(WaveHeader, SaysWhatWasMadeWhenAndHow) {
+    const auto header = WaveHeader({.frames = 1, .description = "1000 Hz", .date = "2026-01-31", .time = "23:59:59"});
+    const std::size_t extension = Content(header, "bext");
+    EXPECT_EQ(Text(header, extension, 8), std::string("1000 Hz\0", 8));
+    EXPECT_EQ(Text(header, extension + 320, 18), "2026-01-3123:59:59");
+    const std::string history = "A=PCM,F=48000,W=24,M=stereo,T=Bars and Tone\r\n";
+    EXPECT_EQ(Text(header, extension + 602, history.size()), history);
+    EXPECT_EQ(Number(header, extension - 4, 4), 602 + history.size() + 1);
+}
+
+TEST(WaveHeader, KeepsOfALongDescriptionWhatThereIsRoomFor) {
+    const auto header = WaveHeader({.frames = 1, .description = std::string(300, 'x')});
+    EXPECT_EQ(Text(header, Content(header, "bext") + 250, 19), "xxxxxxBars and Tone");
+}
+
+TEST(WaveHeader, CountsTheSamplesOfWhateverIsNotPlainPcm) {
+    EXPECT_EQ(Number(WaveHeader({.frames = 7}), Content(WaveHeader({.frames = 7}), "fact"), 4), 7U);
+    const auto plain = WaveHeader({.samples = SampleFormat::S16, .frames = 7});
+    EXPECT_GT(Content(plain, "fact"), plain.size());
+}
+
 // A file of holes: the header says how long it is, and another program believes it.
 TEST(WaveHeader, OfRf64IsReadByOtherPrograms) {
     const test::TemporaryFolder folder;
@@ -86,6 +108,24 @@ TEST(WaveHeader, OfRf64IsReadByOtherPrograms) {
     const auto stream = test::Streams(folder / "a.wav", "audio", false).at(0);
     EXPECT_EQ(stream.at("duration_ts"), kTenHours);
     EXPECT_EQ(stream.at("codec_name"), "pcm_s24le");
+}
+
+// The coding history of a file of ours, as an argument of a shell.
+std::string History(const std::string& file) {
+    const auto bytes = test::ReadBytes(file);
+    const std::size_t extension = Content(bytes, "bext");
+    return "'" + Text(bytes, extension + 602, Number(bytes, extension - 4, 4) - 602 - 1) + "'";
+}
+
+// The media library counts samples of what is not PCM alone, not of its extensible form.
+std::vector<std::uint8_t> WithoutFact(std::vector<std::uint8_t> bytes) {
+    const std::size_t fact = Content(bytes, "fact");
+    if (fact < bytes.size()) {
+        bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(fact - 8),
+                    bytes.begin() + static_cast<std::ptrdiff_t>(fact + 4));
+    }
+    bytes.erase(bytes.begin() + 4, bytes.begin() + 8);  // the size
+    return bytes;
 }
 
 // Byte for byte the file that the media library's own writer makes of the same samples.
@@ -102,6 +142,7 @@ TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
     auto settings = test::SmallExport(folder / "a.wav", 1001);
     settings.audioCodec = "pcm-" + name;
     settings.timecode = lineup::Timecode("10:00:00:00", settings.frameRate);
+    settings.date = 86399;
     Export(test::OpenClip(tone), settings);
 
     const char* const layout = channels == 6 ? "5.1(side)" : channels == 2 ? "stereo" : "mono";
@@ -111,10 +152,12 @@ TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
     const std::string command = fmt::format(
         "{0} -v error -i {1} -f {2}le - | {0} -v error -f {2}le -ar {3} -ac {4} -channel_layout '{5}' -i - -c copy "
         "-fflags +bitexact -rf64 auto -write_bext 1 -metadata time_reference={6} -metadata originator='Bars and Tone' "
-        "{7}",
-        FFMPEG_PROGRAM, ours, name, rateHz, channels, layout, settings.timecode->Samples(rateHz), theirs);
+        "-metadata description='1000 Hz at -12.04 dBFS peak' -metadata origination_date=1970-01-01 "
+        "-metadata origination_time=23:59:59 -metadata coding_history={7} {8}",
+        FFMPEG_PROGRAM, ours, name, rateHz, channels, layout, settings.timecode->Samples(rateHz), History(ours),
+        theirs);
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
-    EXPECT_TRUE(test::ReadBytes(ours) == test::ReadBytes(theirs));
+    EXPECT_TRUE(WithoutFact(test::ReadBytes(ours)) == WithoutFact(test::ReadBytes(theirs)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, WaveFiles,

@@ -1,18 +1,19 @@
 """Cases by their numbers: case N is always the same."""
 
 import random
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
 import chains
 import damages
 from draft import Draft
-from schedules import cycle_of
+from schedules import FILE_ORDER, SCHEDULES, STEREO, TONE, cycle_of
 
-IDENTS = ("blits", "ebu-5.1", "blits", "ebu-5.1", "ebu-stereo-1000", "ebu-stereo-400")
-RATES = (48000, 48000, 48000, 48000, 44100, 96000, 32000)
+IDENTS = ("blits", "ebu-5.1", "blits", "ebu-5.1", "ebu-stereo-1000", "ebu-stereo-400", TONE)
+RATES = (48000,) * 6 + (44100, 96000)
 AROUND = ("nothing", "silence", "noise", "speech", "music")
 ROUND = 20  # kinds of cases come back after so many
 NOT_YET_FROM = 1_000_000
+TONE_LEVEL_DB = {"the plug-in": -20.0, "FFmpeg": -18.0618, "SoX": -18.0}  # FFmpeg's sine has an amplitude of 1/8
 
 
 @dataclass
@@ -20,13 +21,15 @@ class Case:
     number: int
     maker: str  # of the line-up
     draft: Draft
-    families: tuple
     chain: chains.Chain
     start: float  # s, where the recording begins in the line-up
     seconds: float  # of line-up
-    before: tuple = ("nothing", 0)
-    after: tuple = ("nothing", 0)
-    expected: dict = field(default_factory=dict)
+    before: tuple  # what comes before it, s
+    after: tuple
+
+    @property
+    def families(self):
+        return self.draft.families
 
     def told(self):
         """What is done, a line each."""
@@ -35,10 +38,16 @@ class Case:
                  f"before it {self.before[1]:.2f} s of {self.before[0]}, after it {self.after[1]:.2f} s of {self.after[0]}",
                  f"families: {', '.join(self.families) or 'none'}"]
         lines += [str(stage) for stage in draft.early]
-        if draft.matrix.shape[0] != draft.matrix.shape[1] or (draft.matrix != damages.numpy.eye(len(draft.matrix))).any():
+        if draft.mixes():
             lines.append(f"inputs of {draft.channels}: {draft.matrix.round(5).tolist()}")
         lines += [str(stage) for stage in draft.stages + draft.late]
-        return [*lines, f"{self.chain.name}: {self.chain.arguments(len(draft.matrix))}", f"check {draft.arguments}"]
+        arguments = self.chain.arguments(len(draft.matrix))
+        return [*lines, f"{self.chain.name}: {' '.join(arguments)}", f"lineup check {' '.join(draft.arguments)}"]
+
+
+def with_others(first, count, generator):
+    others = [name for name in damages.FAMILIES if name not in (first, *damages.ALONE)]
+    return [first, *generator.sample(others, count)]
 
 
 def wanted_families(number, generator):
@@ -59,53 +68,51 @@ def wanted_families(number, generator):
     return generator.sample(damages.ROBUST, place - 17), True
 
 
-def with_others(first, count, generator):
-    others = [name for name in damages.FAMILIES if name not in (first, *damages.ALONE)]
-    return [first, *generator.sample(others, count)]
-
-
-def damaged(generator, ident, rate, names, lossy):
-    draft = Draft(generator, ident, rate, lossy, alone=len(names) < 2)
+def damaged(generator, names, lossy):
+    ident = generator.choice(IDENTS)
+    rate = 48000 if lossy else generator.choice(RATES)
+    channels = generator.choice((STEREO, FILE_ORDER)) if ident == TONE else SCHEDULES[ident][1]
     table = {**damages.FAMILIES, **damages.NOT_YET}
-    for name in sorted(names, key=list(table).index):
-        if not table[name](draft):
-            return None
-    return draft
+    names = tuple(sorted(names, key=list(table).index))
+    draft = Draft(generator, ident, channels, rate, lossy, names)
+    return draft if all(table[name](draft) for name in names) else None
 
 
 def draw(number):
     generator = random.Random(number)
     names, lossy = wanted_families(number, generator)
-    draft = None
     for attempt in range(100):
-        ident = generator.choice(IDENTS)
-        rate = 48000 if lossy else generator.choice(RATES)
-        draft = damaged(generator, ident, rate, names, lossy)
+        draft = damaged(generator, names, lossy)
         if draft is not None:
-            break
+            return placed(number, generator, draft)
         if attempt % 10 == 9 and len(names) > 1:  # they do not go together
             names = with_others(names[0], len(names) - 1, generator)
-    if draft is None:
-        raise ValueError(f"case {number}: {names} go with no sequence")
-    return placed(number, generator, draft, tuple(names), lossy)
+    raise ValueError(f"case {number}: {names} go with no sequence")
 
 
-def placed(number, generator, draft, names, lossy):
-    count = len(draft.matrix)
-    if lossy:
-        chain = generator.choice(chains.fitting(chains.LOSSY, count))
-    else:
-        likely = chains.LOSSLESS[:1] * 8 + chains.LOSSLESS if names else chains.LOSSLESS
-        chain = generator.choice(chains.fitting(likely, count))
-        if draft.rate != 48000 and chain.extension in ("ts", "mxf"):
-            chain = chains.LOSSLESS[0]
-    if "truncated" in names:
-        chain = chains.LOSSLESS[0]
+def chain_for(generator, draft, maker):
+    if maker == "FFmpeg" and "truncated" not in draft.families and not draft.lossy:
+        return chains.LOSSLESS[1]  # its sine has 16 bits
+    if draft.lossy:
+        return generator.choice(chains.fitting(chains.LOSSY, draft))
+    plain = chains.LOSSLESS[0]
+    if "truncated" in draft.families:
+        return plain
+    likely = (plain,) * 8 + chains.LOSSLESS if draft.families else chains.LOSSLESS
+    chain = generator.choice(chains.fitting(likely, draft))
+    return plain if draft.rate != 48000 and chain.extension in ("ts", "mxf") else chain
+
+
+def placed(number, generator, draft):
     cycle = cycle_of(draft.ident)
     start = generator.choice((0, generator.uniform(0, cycle)))
-    # One whole cycle; of the short one more than two, so that its gap is there between two whole tones.
+    # One whole cycle; of the short ones more than two, so that a gap is there between two whole tones.
     seconds = cycle * generator.uniform(1.02, 1.15) if cycle > 5 else generator.uniform(2.1, 3) * cycle
     maker = generator.choice(("the plug-in", "the plug-in", "the schedule"))
+    if draft.tone:
+        maker = generator.choice(list(TONE_LEVEL_DB))
+        draft.arguments = ["--expect", "tone", "--frequency", "1000", "--level", f"{TONE_LEVEL_DB[maker]:.4f}"]
+    chain = chain_for(generator, draft, maker)
     around = [(generator.choice(AROUND), generator.uniform(0.3, 3)) for _ in range(2)]
     around = [pair if pair[0] != "nothing" else ("nothing", 0) for pair in around]
-    return Case(number, maker, draft, names, chain, start, seconds, *around, expected=draft.expected())
+    return Case(number, maker, draft, chain, start, seconds, *around)

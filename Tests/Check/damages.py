@@ -7,6 +7,7 @@ import numpy
 
 import events
 from draft import Stage
+from schedules import SCHEDULES
 
 KNOWN_SPEEDS = (24 / 25, 25 / 24, 1000 / 1001, 1001 / 1000, 48 / 44.1)
 ORDERS = (
@@ -23,6 +24,11 @@ def gain(db):
 def either_way(draft, low, high):
     """A number whose size lies between the two, of either sign."""
     return draft.random.choice((-1, 1)) * draft.random.uniform(low, high)
+
+
+def of_sequences(damage):
+    """A damage that a steady tone, which names no channel, does not show."""
+    return lambda draft: not draft.tone and damage(draft)
 
 
 def missing(draft):
@@ -46,6 +52,7 @@ def swap(draft, order):
                      inputs=[i for i, name in enumerate(draft.homes) if held[i] and name != draft.channels[i]])
 
 
+@of_sequences
 def swapped(draft):
     pair = draft.take(draft.unmoved, 2)
     if pair is None:
@@ -56,6 +63,7 @@ def swapped(draft):
     return swap(draft, order)
 
 
+@of_sequences
 def permuted(draft):
     ids = {due.id for due in draft.dues}
     if draft.stereo or ids & {"channel-duplicated", "channels-swapped", "channel-mixed"}:
@@ -67,6 +75,7 @@ def permuted(draft):
     return swap(draft, order)
 
 
+@of_sequences
 def duplicated(draft):
     taken = ["L", "R"] if draft.stereo else draft.take(draft.unmoved, 2)
     # Without its left channel, the EBU stereo ident is a steady tone; so only its copy can be told.
@@ -79,6 +88,7 @@ def duplicated(draft):
     return draft.due("channel-duplicated", channels=[source])
 
 
+@of_sequences
 def leak(draft):
     taken = draft.take(draft.unmoved, 2)
     if taken is None:
@@ -86,10 +96,11 @@ def leak(draft):
     # The left channel is never heard alone in the EBU stereo ident.
     source, into = ("R", "L") if draft.stereo else taken
     row = draft.matrix[draft.number(source)]
-    draft.matrix[draft.number(into)] += gain(draft.random.uniform(-54, -16)) * row
+    draft.matrix[draft.number(into)] += gain(draft.random.uniform(-40 if "noisy" in draft.families else -54, -16)) * row
     return draft.due("channel-mixed", homes=[into])
 
 
+@of_sequences
 def folded(draft):
     if draft.stereo or not draft.alone:
         return False
@@ -100,9 +111,12 @@ def folded(draft):
 
 
 def inverted(draft):
-    present = sorted({name for name in draft.holds() if name})
+    # Of a steady tone, most channels are upright; of two, the first.
+    present = sorted({name for name in draft.holds() if name and (not draft.tone or name != "L")})
     count = 1 if draft.stereo or not draft.alone else draft.random.randint(1, 3)
     channels = draft.random.sample(present, min(count, len(present)))
+    if not channels or (draft.tone and not draft.matrix.any(axis=0).all()):
+        return False
     for name in channels:
         draft.matrix[:, draft.number(name)] *= -1
     return draft.due("polarity-inverted", channels=channels)
@@ -125,14 +139,14 @@ def unbalanced(draft):
 
 def most_delay(draft, channel):
     """20 ms; a quarter of its period, and less for safety, where a tone has no gaps."""
-    if draft.stereo:
+    if draft.stereo or draft.tone:
         return 0.2 / (400 if draft.ident.endswith("400") else 1000)
     return 0.2 / 80 if draft.ident == "ebu-5.1" and channel == "LFE" else 0.02
 
 
 def delayed(draft):
     channels = draft.take(draft.untouched)
-    if channels is None or (draft.stereo and not draft.matrix.any(axis=0).all()):
+    if channels is None or ((draft.stereo or draft.tone) and not draft.matrix.any(axis=0).all()):
         return False
     most = most_delay(draft, channels[0])
     least = 4 if draft.lossy else 1
@@ -163,6 +177,7 @@ def clock(draft):
     return draft.due("speed-wrong")
 
 
+@of_sequences
 def retimed(draft):
     if not draft.alone:
         return False
@@ -195,7 +210,7 @@ def off_zero(draft):
         return draft.due("dc-offset", inputs=range(len(draft.matrix)))
     inputs = inputs_of(draft)
     offsets = [size * (i in inputs) for i in range(len(draft.matrix))]
-    draft.add("python", lambda samples, rate, random: samples + numpy.array(offsets, dtype="f4"), f"+ {offsets}")
+    draft.add("python", lambda samples, *_: samples + numpy.array(offsets, dtype="f4"), f"+ {offsets}")
     return draft.due("dc-offset", inputs=inputs)
 
 
@@ -210,9 +225,9 @@ def truncated(draft):
     return draft.due("bits-truncated", inputs=[i for i, name in enumerate(held) if name])
 
 
+@of_sequences
 def another(draft):
-    others = [name for name in ("ebu-stereo-1000", "ebu-stereo-400", "ebu-5.1", "blits") if name != draft.ident]
-    draft.arguments = ["--expect", draft.random.choice(others)]
+    draft.arguments = ["--expect", draft.random.choice([name for name in SCHEDULES if name != draft.ident])]
     return draft.due("sequence-other")
 
 

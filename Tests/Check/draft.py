@@ -4,13 +4,13 @@ from dataclasses import dataclass, field
 
 import numpy
 
-from schedules import channels_of
+from schedules import TONE
 
 
 @dataclass
 class Stage:
     """One thing that is done to the whole sound: an FFmpeg filter chain, effects of SoX, or a Python function of
-    (samples, rate, numpy generator) that gives samples."""
+    (samples, rate, numpy generator, span of the line-up) that gives samples."""
 
     tool: str
     what: object
@@ -43,9 +43,10 @@ class Due:
 class Draft:
     random: object  # random.Random
     ident: str
-    rate: int = 48000
-    lossy: bool = False
-    alone: bool = True  # the only damage of its case
+    channels: tuple
+    rate: int
+    lossy: bool
+    families: tuple  # all that are to come
     matrix: numpy.ndarray = None  # matrix[input, channel]
     early: list = field(default_factory=list)  # stages before the matrix, on channels
     stages: list = field(default_factory=list)  # after it, on inputs
@@ -57,10 +58,17 @@ class Draft:
     homes: list = None  # the channel that was at each input before they were moved
 
     def __post_init__(self):
-        self.channels = channels_of(self.ident)
         self.matrix = numpy.eye(len(self.channels))
         self.untouched, self.unmoved = list(self.channels), list(self.channels)
         self.homes = list(self.channels)
+
+    @property
+    def alone(self):
+        return len(self.families) < 2
+
+    @property
+    def tone(self):
+        return self.ident == TONE
 
     @property
     def stereo(self):
@@ -86,6 +94,11 @@ class Draft:
 
     def add(self, tool, what, label=""):
         self.stages.append(Stage(tool, what, label))
+
+    def mixes(self):
+        """The matrix does something."""
+        inputs, channels = self.matrix.shape
+        return inputs != channels or (self.matrix != numpy.eye(inputs)).any()
 
     def holds(self):
         """The channel at each input: that which is loudest there."""

@@ -9,7 +9,7 @@ class Shift:
     def __init__(self, flags, samples):
         self.flags, self.samples = flags, samples
 
-    def __call__(self, samples, rate, random):
+    def __call__(self, samples, rate, random, span):
         whole = int(numpy.floor(self.samples))
         taps = numpy.arange(-32, 33)
         kernel = numpy.sinc(taps - (self.samples - whole)) * numpy.kaiser(67, 9)[1:-1]
@@ -28,23 +28,24 @@ class Truncate:
     def __init__(self, bits):
         self.scale = 2.0 ** (bits - 1)
 
-    def __call__(self, samples, rate, random):
+    def __call__(self, samples, rate, random, span):
         return (numpy.floor(samples.astype(numpy.float64) * self.scale) / self.scale).astype(numpy.float32)
 
     def __str__(self):
         return f"cut to steps of 1/{self.scale:.0f}"
 
 
-def place(samples, random, length, channel):
-    """Where the channel sounds for so many samples and as many around it."""
-    loud = numpy.abs(samples[:, channel]) > 0.02
-    grown = numpy.convolve(loud, numpy.ones(400), mode="same") > 0
+def place(samples, span, random, length, channel):
+    """Where, in the span of the line-up, the channel sounds for so many samples and as many around it."""
+    first, last = span
+    loud = numpy.abs(samples[first:last, channel]) > 0.5 * numpy.abs(samples[first:last, channel]).max()
+    grown = numpy.convolve(loud, numpy.ones(800), mode="same") > 0
     ends = numpy.flatnonzero(numpy.diff(grown.astype(numpy.int8), prepend=0, append=0))
     fitting = [(a, b) for a, b in zip(ends[::2], ends[1::2]) if b - a > 3 * length + 8000]
     if not fitting:
         raise RuntimeError(f"nothing sounds for {length} samples at {channel}")
     start, end = fitting[random.integers(len(fitting))]
-    return int(random.integers(start + 4000 + length, end - 4000 - length))
+    return first + int(random.integers(start + 4000 + length, end - 4000 - length))
 
 
 def interpolated(samples, at):
@@ -64,6 +65,14 @@ def loudest(samples):
     return int((samples.astype(numpy.float64) ** 2).sum(axis=0).argmax())
 
 
+def odd_count(draft, most):
+    """So many samples that no steady tone goes on as if nothing had been."""
+    while True:
+        count = draft.random.randint(3, most)
+        if all(min(count % (draft.rate / hz), -count % (draft.rate / hz)) > 2 for hz in (1000, 400)):
+            return count
+
+
 def event(draft, fault, function, label, inputs=None):
     draft.add("python", function, label)
     return draft.due(fault, inputs=inputs)
@@ -72,9 +81,9 @@ def event(draft, fault, function, label, inputs=None):
 def dropout(draft):
     seconds = draft.random.uniform(0.02, 0.15)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         length = int(seconds * rate)
-        at = place(samples, random, length, loudest(samples))
+        at = place(samples, span, random, length, loudest(samples))
         samples = samples.copy()
         samples[at:at + length] = 0
         return samples
@@ -83,20 +92,20 @@ def dropout(draft):
 
 
 def lost(draft):
-    count = draft.random.randint(3, 3000)
+    count = odd_count(draft, 3000)
 
-    def apply(samples, rate, random):
-        at = place(samples, random, count, loudest(samples))
+    def apply(samples, rate, random, span):
+        at = place(samples, span, random, count, loudest(samples))
         return numpy.concatenate([samples[:at], samples[at + count:]])
 
     return event(draft, "samples-lost", apply, f"{count} samples are lost")
 
 
 def repeated(draft):
-    count = draft.random.randint(3, 3000)
+    count = odd_count(draft, 3000)
 
-    def apply(samples, rate, random):
-        at = place(samples, random, count, loudest(samples))
+    def apply(samples, rate, random, span):
+        at = place(samples, span, random, count, loudest(samples))
         return numpy.concatenate([samples[:at], samples[at - count:]])
 
     return event(draft, "samples-repeated", apply, f"{count} samples come twice")
@@ -105,9 +114,9 @@ def repeated(draft):
 def click(draft):
     number, height = draft.random.randrange(len(draft.matrix)), draft.random.uniform(0.1, 0.8)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         samples = samples.copy()
-        at = place(samples, random, 10, loudest(samples))
+        at = place(samples, span, random, 10, loudest(samples))
         samples[at, number] = height if samples[at, number] < 0 else -height
         return samples
 
@@ -118,9 +127,9 @@ def ridden(draft):
     db = draft.random.choice((-1, 1)) * draft.random.uniform(1, 6)
     at = draft.random.uniform(0.3, 0.7)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         gain = numpy.ones((len(samples), 1), dtype="f4")
-        gain[int(at * len(samples)):] = 10 ** (db / 20)
+        gain[int(span[0] + at * (span[1] - span[0])):] = 10 ** (db / 20)
         return samples * gain
 
     return event(draft, "level-changes", apply, f"{db:.2f} dB from {at:.2f} of it on")
@@ -137,8 +146,8 @@ def limited(draft):
 def clipped(draft):
     part = draft.random.uniform(0.5, 0.9)
 
-    def apply(samples, rate, random):
-        top = part * numpy.abs(samples).max()
+    def apply(samples, rate, random, span):
+        top = part * numpy.abs(samples[slice(*span)]).max()
         return samples.clip(-top, top)
 
     return event(draft, "clipped", apply, f"tops cut off at {part:.2f}")
@@ -147,7 +156,7 @@ def clipped(draft):
 def distorted(draft):
     third = 10 ** (draft.random.uniform(-52, -35) / 20)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         peak = 10 ** (-18 / 20)
         return (samples + 4 * third * samples ** 3 / peak ** 2 - 3 * third * samples).astype("f4")
 
@@ -157,7 +166,7 @@ def distorted(draft):
 def hum(draft):
     hz, level = draft.random.choice((50, 60)), 10 ** (draft.random.uniform(-54, -36) / 20)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         t = numpy.arange(len(samples)) / rate
         wave = sum(numpy.sin(2 * numpy.pi * hz * k * t + k) / k ** 2 for k in (1, 2, 3, 5))
         return (samples + level * 2 ** 0.5 * wave[:, None]).astype("f4")
@@ -168,7 +177,7 @@ def hum(draft):
 def wow(draft):
     hz, depth = draft.random.uniform(0.5, 5), draft.random.uniform(0.0005, 0.004)
 
-    def apply(samples, rate, random):
+    def apply(samples, rate, random, span):
         n = numpy.arange(len(samples))
         swing = depth * rate / (2 * numpy.pi * hz)
         at = n + swing * numpy.sin(2 * numpy.pi * hz * n / rate)

@@ -5,6 +5,8 @@ from dataclasses import dataclass
 
 NOTHING = "nothing"
 CANNOT_TELL = "cannot tell"
+# Notes that say of a kind of fault that it cannot be known here.
+OPEN_BY_NOTE = {"polarity-not-known": ("polarity-inverted", "delay")}
 
 
 @dataclass
@@ -13,13 +15,14 @@ class Outcome:
     families: tuple
     chain: str
     expected: dict  # id: inputs or None
+    untold: list  # ids of which a note says that they cannot be known
     verdict: str
     got: dict  # id: inputs
     texts: list
 
     @property
     def cannot_tell(self):
-        return self.verdict == "cannot-tell"
+        return self.verdict == "cannot-tell" or (bool(self.untold) and self.got.keys() <= self.expected.keys())
 
     @property
     def right(self):
@@ -33,7 +36,9 @@ class Outcome:
     def confusions(self):
         """(due, named) of a case, where "nothing" stands for what was not due or was not named."""
         if self.cannot_tell:
-            return [(name, CANNOT_TELL) for name in self.expected or (NOTHING,)]
+            untold = [(name, CANNOT_TELL) for name in self.untold]
+            return untold + [(name, name if name in self.got else CANNOT_TELL)
+                             for name in self.expected or (() if untold else (NOTHING,))]
         pairs = [(name, name) for name in self.expected if name in self.got]
         missed = [name for name in self.expected if name not in self.got]
         extra = [name for name in self.got if name not in self.expected]
@@ -44,12 +49,19 @@ class Outcome:
         return pairs or [(NOTHING, NOTHING)]
 
 
-def outcome_of(case, report):
+def outcome_of(case, report, unknown):
+    """`unknown` are faults that may be there or not: they are neither due nor wrong."""
     got = {}
     for fault in report["faults"]:
-        got.setdefault(fault["id"], set()).update(fault["inputs"])
+        if fault["id"] not in unknown:
+            got.setdefault(fault["id"], set()).update(fault["inputs"])
+    expected = {name: inputs for name, inputs in case.draft.expected().items() if name not in unknown}
+    open_ids = {fault for note in report["notes"] for fault in OPEN_BY_NOTE.get(note["id"], ())}
+    untold = [name for name in expected if name not in got and name in open_ids]
+    for name in untold:
+        del expected[name]
     texts = [fault["text"] for fault in report["faults"]] + [f"({note['text']})" for note in report["notes"]]
-    return Outcome(case.number, case.families, case.chain.name, case.expected, report["verdict"],
+    return Outcome(case.number, case.families, case.chain.name, expected, untold, report["verdict"],
                    {name: sorted(inputs) for name, inputs in got.items()}, texts)
 
 

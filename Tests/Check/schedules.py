@@ -1,10 +1,13 @@
-"""The identification sequences as they are published (EBU Tech 3304), and the sound of them."""
+"""The identification sequences as they are published (EBU Tech 3304), and the sound of them. A steady tone has no
+schedule; it stands beside them, for as long as a short sequence."""
 
 import numpy
 
 FILE_ORDER = ("L", "R", "C", "LFE", "Ls", "Rs")
 STEREO = ("L", "R")
 ALL = FILE_ORDER
+TONE = "tone"
+TONE_SECONDS = 3.0
 
 
 def ebu_stereo(frequency):
@@ -35,18 +38,15 @@ SCHEDULES = {
 }
 
 
-def channels_of(ident):
-    return SCHEDULES[ident][1]
-
-
 def cycle_of(ident):
-    return SCHEDULES[ident][0]
+    return TONE_SECONDS if ident == TONE else SCHEDULES[ident][0]
 
 
-def synthesise(ident, rate, level_db, cycles):
+def synthesise(ident, rate, level_db, seconds):
     """samples[n, channel]; each burst begins at phase 0 and rises, and one that goes on in the next cycle goes on."""
     cycle, channels, rows = SCHEDULES[ident]
     length = round(cycle * rate)
+    cycles = int(-(-seconds // cycle))
     samples = numpy.zeros((length * cycles, len(channels)))
     for start, end, names, hz, db in rows:
         n = numpy.arange(round(start * rate), round(end * rate))
@@ -56,4 +56,4 @@ def synthesise(ident, rate, level_db, cycles):
             phase = 2 * numpy.pi * hz / rate * (at if goes_on else at - at[0])
             for name in names:
                 samples[at, channels.index(name)] = 10 ** ((level_db + db) / 20) * numpy.sin(phase)
-    return samples.astype(numpy.float32)
+    return samples[:round(seconds * rate)].astype(numpy.float32)

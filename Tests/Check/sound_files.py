@@ -28,15 +28,22 @@ def write_wave(path, samples, rate):
         file.write(data.tobytes())
 
 
-def channels_in(path):
-    fields = ["-show_entries", "stream=channels,sample_rate", "-of", "csv=p=0"]
-    rows = run(["ffprobe", "-v", "error", "-select_streams", "a:0", *fields, path]).decode().split()
-    rate, channels = rows[0].split(",")[:2]
-    return int(channels), int(rate)
+def read_wave(path):
+    """(samples, rate) of a file of 32-bit floats, as write_wave and SoX write them."""
+    with open(path, "rb") as file:
+        data = file.read()
+    at, channels, rate = 12, 0, 0
+    while True:
+        name, size = struct.unpack_from("<4sI", data, at)
+        if name == b"fmt ":
+            channels, rate = struct.unpack_from("<HI", data, at + 10)
+        elif name == b"data":
+            samples = numpy.frombuffer(data, dtype="<f4", count=size // 4, offset=at + 8)
+            return samples.reshape(-1, channels), rate
+        at += 8 + size + size % 2
 
 
-def read_sound(path):
-    """(samples, rate) of a file's first track."""
-    channels, rate = channels_in(path)
+def read_sound(path, channels):
+    """The samples of a file's first track, whatever its kind, as FFmpeg decodes them."""
     data = run(["ffmpeg", "-v", "error", "-i", path, "-map", "0:a:0", "-f", "f32le", "-"])
-    return numpy.frombuffer(data, dtype="<f4").reshape(-1, channels), rate
+    return numpy.frombuffer(data, dtype="<f4").reshape(-1, channels)

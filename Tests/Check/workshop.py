@@ -4,13 +4,16 @@ import os
 
 import numpy
 
+import codec_levels
 import schedules
-from sound_files import read_sound, run, write_wave
+from cases import TONE_LEVEL_DB
+from sound_files import read_sound, read_wave, run, write_wave
 
-CYCLES = {"blits": 3, "ebu-5.1": 3, "ebu-stereo-1000": 5, "ebu-stereo-400": 5}
+MOST_CYCLES = {"blits": 2.2, "ebu-5.1": 2.2, "ebu-stereo-1000": 4.1, "ebu-stereo-400": 4.1, schedules.TONE: 4.1}
 PUBLISHED_LEVEL = -18.0  # dBFS, EBU R 68
 WORDS = ("Testing, testing, one two three. This is the line-up for tonight's programme, from studio four. "
          "Stand by, please; in about ten seconds we go ahead with the news and the weather.")
+LAYOUTS = {1: "mono", 2: "stereo", 6: "5.1(side)"}
 
 
 class Workshop:
@@ -20,7 +23,7 @@ class Workshop:
         self.lineup, self.folder = lineup, folder
 
     def kept(self, name, make):
-        path = os.path.join(self.folder, name + ".npy")
+        path = os.path.join(self.folder, name.replace(" ", "-") + ".npy")
         if not os.path.exists(path):
             unfinished = f"{path}.{os.getpid()}.npy"
             numpy.save(unfinished, make())
@@ -31,16 +34,34 @@ class Workshop:
         return os.path.join(self.folder, f"{os.getpid()}-{name}")
 
     def line_up(self, maker, ident, rate):
+        """As long as any recording of it begins late and lasts; a steady tone has one channel."""
+        seconds = MOST_CYCLES[ident] * schedules.cycle_of(ident)
+        if ident == schedules.TONE:
+            return self.kept(f"tone-{maker}-{rate}", lambda: self.tone(maker, rate, seconds))
         if maker == "the plug-in":
-            return self.kept(f"{ident}-{rate}", lambda: self.rendered(ident, rate))
+            return self.kept(f"{ident}-{rate}", lambda: self.rendered(["--ident", ident], rate, seconds))
         return self.kept(f"{ident}-{rate}-published",
-                         lambda: schedules.synthesise(ident, rate, PUBLISHED_LEVEL, CYCLES[ident]))
+                         lambda: schedules.synthesise(ident, rate, PUBLISHED_LEVEL, seconds))
 
-    def rendered(self, ident, rate):
+    def rendered(self, arguments, rate, seconds):
         path = self.scratch("rendered.wav")
-        run([self.lineup, "render", path, "--ident", ident, "--cycles", str(CYCLES[ident]), "--sample-rate", str(rate),
+        run([self.lineup, "render", path, *arguments, "--duration", f"{seconds:.2f}", "--sample-rate", str(rate),
              "--audio-codec", "pcm-f32", "--quiet", "--overwrite", "--no-sync"])
-        samples, _ = read_sound(path)
+        samples, _ = read_wave(path)
+        os.remove(path)
+        return samples
+
+    def tone(self, maker, rate, seconds):
+        if maker == "the plug-in":
+            return self.rendered(["--channels", "mono", "--level", str(TONE_LEVEL_DB[maker])], rate, seconds)
+        path = self.scratch("tone.wav")
+        if maker == "FFmpeg":
+            sine = f"sine=frequency=1000:sample_rate={rate}:duration={seconds}"
+            run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", sine, "-c:a", "pcm_f32le", path])
+        else:
+            run(["sox", "-D", "-n", "-r", str(rate), "-e", "floating-point", "-b", "32", path, "synth", str(seconds), "sine",
+                 "1000", "gain", str(TONE_LEVEL_DB[maker])])
+        samples, _ = read_wave(path)
         os.remove(path)
         return samples
 
@@ -61,37 +82,49 @@ class Workshop:
             chord = ["pluck", "C3", "pluck", "E4", "pluck", "G4", "pluck", "C5"]
             run(["sox", "-R", "-n", "-r", str(rate), "-b", "32", path, "synth", "1.2", *chord, "remix", "-", "repeat", "4",
                  "gain", "-12"])
-        samples = numpy.frombuffer(run(["ffmpeg", "-v", "error", "-i", path, "-ar", str(rate), "-ac", "1", "-f", "f32le",
-                                        "-"]), dtype="<f4").reshape(-1, 1)
+        data = run(["ffmpeg", "-v", "error", "-i", path, "-ar", str(rate), "-ac", "1", "-f", "f32le", "-"])
         os.remove(path)
-        return samples
+        return numpy.frombuffer(data, dtype="<f4").reshape(-1, 1)
+
+    def sent(self, case):
+        draft = case.draft
+        first = round(case.start * draft.rate)
+        line_up = self.line_up(case.maker, draft.ident, draft.rate)[first:first + round(case.seconds * draft.rate)]
+        if draft.tone:
+            line_up = numpy.repeat(line_up, len(draft.channels), axis=1)
+        before, after = (self.around(*kind, draft.rate, len(draft.channels)) for kind in (case.before, case.after))
+        span = (len(before), len(before) + len(line_up))
+        return Sound(self, numpy.concatenate([before, line_up, after]), draft.rate,
+                     numpy.random.default_rng(case.number), span)
 
     def make(self, case):
-        """Makes the recording of a case and returns its path."""
+        """Makes the recording of a case; its path, and the faults that the codec itself may have made."""
         draft = case.draft
-        line_up = self.line_up(case.maker, draft.ident, draft.rate)
-        first = round(case.start * draft.rate)
-        parts = [self.around(*case.before, draft.rate, len(draft.channels)),
-                 line_up[first:first + round(case.seconds * draft.rate)],
-                 self.around(*case.after, draft.rate, len(draft.channels))]
-        sound = Sound(self, numpy.concatenate(parts), draft.rate, numpy.random.default_rng(case.number))
+        sound = self.sent(case)
         for stage in draft.early:
             sound.do(stage.tool, stage.what)
-        sound.mix(draft.matrix, draft.random.random() < 0.5)
+        if draft.mixes():
+            sound.mix(draft.matrix, case.number % 2 == 0)
         for stage in draft.stages + draft.late:
             sound.do(stage.tool, stage.what)
+        path = os.path.join(self.folder, f"case-{case.number}.{case.chain.extension}")
+        if not case.chain.lossy:
+            sound.encode(case.chain.arguments(len(draft.matrix)), path)
+            return path, ()
+        sound.settle()
         if case.chain.surround_filter and len(draft.matrix) == 6:
             sound.do("ffmpeg", case.chain.surround_filter)
-        path = os.path.join(self.folder, f"case-{case.number}.{case.chain.extension}")
         sound.encode(case.chain.arguments(len(draft.matrix)), path)
-        return path
+        decoded = read_sound(path, len(draft.matrix))
+        return path, codec_levels.open_faults(sound.samples, decoded, draft)
 
 
 class Sound:
     """A sound that goes from program to program. FFmpeg's filters wait for each other, so that it starts once."""
 
-    def __init__(self, workshop, samples, rate, random):
+    def __init__(self, workshop, samples, rate, random, span):
         self.workshop, self.samples, self.rate, self.random = workshop, samples, rate, random
+        self.span, self.length = span, len(samples)  # where the line-up was in it at first
         self.filters = []
 
     def do(self, tool, what):
@@ -103,31 +136,29 @@ class Sound:
             before, after = self.workshop.scratch("in.wav"), self.workshop.scratch("out.wav")
             write_wave(before, self.samples, self.rate)
             run(["sox", "-D", before, "-e", "floating-point", "-b", "32", after, *what])
-            self.samples, self.rate = read_sound(after)
+            self.samples, self.rate = read_wave(after)
             os.remove(before)
             os.remove(after)
         else:
-            self.samples = what(self.samples, self.rate, self.random)
+            scale = len(self.samples) / self.length
+            self.samples = what(self.samples, self.rate, self.random, [int(scale * at) for at in self.span])
 
     def settle(self):
         """Lets FFmpeg do what waits."""
         if self.filters:
             path = self.workshop.scratch("filtered.wav")
             self.encode(["-c:a", "pcm_f32le"], path)
-            self.samples, self.rate = read_sound(path)
+            self.samples, self.rate = read_wave(path)
             os.remove(path)
 
     def mix(self, matrix, by_sox):
-        inputs, channels = matrix.shape
-        if inputs == channels and (matrix == numpy.eye(inputs)).all():
-            return
         used = [[(i, float(x)) for i, x in enumerate(row) if x != 0] for row in matrix]
         if by_sox:
             self.do("sox", ["remix", *(",".join(f"{i + 1}v{x:.9f}" for i, x in row) or "0" for row in used)])
-        else:
-            layout = {2: "stereo", 6: "5.1(side)"}[inputs]
-            rows = ("+".join(f"{x:.9f}*c{i}" for i, x in row) or "0*c0" for row in used)
-            self.filters.append(f"pan={layout}|" + "|".join(f"c{i}={row}" for i, row in enumerate(rows)).replace("+-", "-"))
+            return
+        rows = ("+".join(f"{x:.9f}*c{i}" for i, x in row) or "0*c0" for row in used)
+        pan = "|".join(f"c{i}={row}" for i, row in enumerate(rows)).replace("+-", "-")
+        self.filters.append(f"pan={LAYOUTS[len(matrix)]}|{pan}")
 
     def encode(self, arguments, path):
         source = self.workshop.scratch("source.wav")
@@ -136,4 +167,3 @@ class Sound:
         run(["ffmpeg", "-v", "error", "-y", "-i", source, *arguments, *filters, "-threads", "1", path])
         os.remove(source)
         self.filters = []
-

@@ -1,0 +1,82 @@
+"""The page that the laboratory writes about itself."""
+
+import collections
+
+import damages
+import figures
+import judge
+import orders
+
+TOP = """# The laboratory
+
+Line-ups are damaged here in known ways, and what `lineup check` names is held against what was done. What damages and what
+generates shares no code with the product: line-ups come from the plug-in, from the published schedules (EBU Tech 3304,
+synthesised in Python), from FFmpeg's `sine` and SoX's `synth`; they begin and end anywhere, with silence, noise, speech or
+music around them; they are damaged by filters of FFmpeg and effects of SoX, and by Python where those have none, and go
+through the codecs and containers of FFmpeg. Cases are drawn from their numbers, so that each can be looked at by itself:
+
+```console
+./dev laboratory cases --case 17            # what was done, what was due, and what was named
+./dev laboratory cases --case 17 --keep take.wav
+./dev laboratory cases --cases 200 --first 5000
+```
+
+Everything below was written by the program: `{command}`.
+"""
+
+RULE = """## What is named
+
+A case is right when exactly the faults that are due are named, at the inputs at which they are. Of the cases in which
+something was told, at least 99.9 % must be right, and no undamaged one may be called damaged. Where a codec alone moves
+a level by more than a fault's size, which is measured without the product, levels are left out of the case.
+"""
+
+
+def named(outcomes):
+    score = judge.score(outcomes)
+    part = 100 * score["right"] / max(1, score["told"])
+    text = (f"{score['cases']} cases: {score['right']} of {score['told']} right, {part:.2f} %; of {score['cannot tell']} "
+            f"the check says that it cannot tell. {score['undamaged']} were undamaged; of these {score['undamaged wrong']} "
+            f"were called damaged.")
+    wrong = [f"- case {outcome.number} ({', '.join(outcome.families) or 'undamaged'}; {outcome.chain}): due "
+             f"{', '.join(outcome.expected) or 'nothing'}; named {', '.join(outcome.got) or 'nothing'}"
+             for outcome in outcomes if not outcome.right and not outcome.cannot_tell]
+    return "\n".join([text, "", "Rows are what was due, columns what was named.", "", judge.matrix(outcomes)] +
+                     (["", "Those that are wrong:", "", *wrong] if wrong else []))
+
+
+def by_family(outcomes):
+    counts = collections.Counter()
+    for outcome in outcomes:
+        for family in outcome.families or ("undamaged",):
+            counts[family, "cases"] += 1
+            counts[family, "right"] += outcome.right
+            counts[family, "cannot"] += outcome.cannot_tell
+    lines = ["| damage | cases | right | cannot tell |", "| --- | ---: | ---: | ---: |"]
+    lines += [f"| {name} | {counts[name, 'cases']} | {counts[name, 'right']} | {counts[name, 'cannot'] or ''} |"
+              for name in ("undamaged", *damages.FAMILIES)]
+    lines += [f"| {name} | not counted yet | | |" for name in damages.NOT_YET]
+    return "\n".join(lines)
+
+
+def by_chain(outcomes):
+    counts = collections.Counter()
+    for outcome in outcomes:
+        counts[outcome.chain, "cases"] += 1
+        counts[outcome.chain, "right"] += outcome.right
+        counts[outcome.chain, "cannot"] += outcome.cannot_tell
+    lines = ["| codec, container | cases | right | cannot tell |", "| --- | ---: | ---: | ---: |"]
+    names = sorted({chain for chain, _ in counts})
+    lines += [f"| {name} | {counts[name, 'cases']} | {counts[name, 'right']} | {counts[name, 'cannot'] or ''} |"
+              for name in names]
+    return "\n".join(lines)
+
+
+def page(command, outcomes, measured, tallies, quiet):
+    parts = [TOP.replace("{command}", command), RULE, named(outcomes), "## By damage", by_family(outcomes),
+             "## By codec", by_chain(outcomes), "## What is measured",
+             "\n".join([figures.HEAD, *(figure.row() for figure in measured)]),
+             "## Orders of six channels after AAC at 192 kbit/s",
+             "Each with random polarities, from one cycle.\n",
+             "\n".join([orders.HEAD, *(tally.row() for tally in tallies)]), "## Other sound", quiet]
+    return "\n\n".join(part.strip("\n") for part in parts) + "\n"

@@ -99,6 +99,7 @@ verb_check() {
     step "Thread sanitizer" check_threads
     if [ "$lint" = compiled_sources ]; then
         step "Fuzz targets, a few seconds each" check_fuzz
+        step "Laboratory, 2,000 damaged line-ups" check_laboratory
         step "macOS bundle" check_mac
         step "Packages" check_packages
     fi

@@ -100,7 +100,7 @@ def chain_for(generator, draft, maker):
         return plain
     likely = (plain,) * 8 + chains.LOSSLESS if draft.families else chains.LOSSLESS
     chain = generator.choice(chains.fitting(likely, draft))
-    return plain if draft.rate != 48000 and chain.extension in ("ts", "mxf") else chain
+    return plain if draft.label != 48000 and chain.extension in ("ts", "mxf") else chain
 
 
 def placed(number, generator, draft):

@@ -77,15 +77,16 @@ def permuted(draft):
 
 @of_sequences
 def duplicated(draft):
-    taken = ["L", "R"] if draft.stereo else draft.take(draft.unmoved, 2)
+    spoken_for = set().union(*(due.channels for due in draft.dues if due.channels))
+    over = ["R"] if draft.stereo else [name for name in draft.unmoved if name not in spoken_for]
     # Without its left channel, the EBU stereo ident is a steady tone; so only its copy can be told.
-    if taken is None or (draft.stereo and len(draft.unmoved) < 2):
+    over = draft.take(draft.unmoved, 1, set(over) - spoken_for)
+    source = over and draft.take(draft.unmoved)
+    if not source:
         return False
-    draft.unmoved = [name for name in draft.unmoved if name not in taken]
-    source, over = taken
-    draft.untouched = [name for name in draft.untouched if name != over]
-    draft.matrix[draft.number(over)] = draft.matrix[draft.number(source)]
-    return draft.due("channel-duplicated", channels=[source])
+    draft.untouched = [name for name in draft.untouched if name != over[0]]
+    draft.matrix[draft.number(over[0])] = draft.matrix[draft.number(source[0])]
+    return draft.due("channel-duplicated", channels=source)
 
 
 @of_sequences
@@ -171,6 +172,7 @@ def clock(draft):
         speed = draft.random.choice(KNOWN_SPEEDS)
     label = {48000: 44100, 44100: 48000, 96000: 88200}.get(draft.rate)
     if label and draft.random.random() < 0.3 and not draft.lossy:
+        draft.label = label
         draft.late.append(Stage("ffmpeg", f"asetrate={label}"))
     else:
         draft.add("sox", ["speed", f"{speed:.9f}", "rate", "-v", str(draft.rate)])

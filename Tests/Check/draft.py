@@ -55,12 +55,13 @@ class Draft:
     arguments: list = field(default_factory=list)  # of the check
     untouched: list = None  # channels whose own sound nothing was done to
     unmoved: list = None  # channels that are where they belong, and nowhere else
+    label: int = None  # the sample rate that the recording names
     homes: list = None  # the channel that was at each input before they were moved
 
     def __post_init__(self):
         self.matrix = numpy.eye(len(self.channels))
         self.untouched, self.unmoved = list(self.channels), list(self.channels)
-        self.homes = list(self.channels)
+        self.homes, self.label = list(self.channels), self.rate
 
     @property
     def alone(self):

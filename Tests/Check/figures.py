@@ -15,10 +15,11 @@ from workshop import Sound, Workshop
 
 RATE = 48000
 LEAD = 0.5  # s of silence before the line-up
-GUARD = 0.12  # s at either end of a burst: a codec's delay and its echoes
+GUARD = 0.035  # s at either end of a burst: a codec's delay and its echoes
+BLOCK = RATE // 20
 WITH_LEVELS = ("PCM 24, WAV", "PCM 16, WAV", "AAC 128, M4A", "AAC 192, M4A", "AC-3, TS", "Opus, OGG")
 WITH_DELAYS = ("PCM 24, WAV", "PCM 16, WAV")
-IDENTS = ("blits", "ebu-5.1", "ebu-stereo-1000")
+CYCLES = {"blits": 1, "ebu-5.1": 1, "ebu-stereo-1000": 3}
 
 
 @dataclass
@@ -48,35 +49,41 @@ HEAD = ("| what | over | numbers | not told | largest error | may be |\n"
 
 
 def own_bursts(ident, channel):
-    """The bursts in which a channel sounds as loud as the sequence does, alone if it ever is."""
-    rows = [row for row in schedules.SCHEDULES[ident][2] if channel in row[2] and row[4] == 0]
-    alone = [row for row in rows if row[2] == (channel,)]
-    return alone or rows
+    """(start, end, Hz) of where a channel sounds as loud as the sequence does: alone, if it ever is. A codec that codes
+    pairs of channels together makes it another level where they sound together."""
+    cycle, _, rows = schedules.SCHEDULES[ident]
+    loud = [row for row in rows if channel in row[2] and row[4] == 0]
+    edges = sorted({at for row in rows for at in row[:2]})
+    own = []
+    for start, end in zip(edges, edges[1:]):
+        sounding = [(names, hz) for first, last, names, hz, _ in rows if first < end and last > start and hz > 100]
+        own += [(start, end, hz) for names, hz in sounding if names == (channel,) and len(sounding) == 1]
+    own = own or [(start, end, hz) for start, end, _, hz, _ in loud]
+    return [(start + number * cycle, end + number * cycle, hz) for number in range(CYCLES[ident])
+            for start, end, hz in own]
 
 
 def level_of(samples, ident, channel):
-    """Peak of a channel's tone in dBFS, by least squares over its bursts."""
-    squares, weight = 0, 0
-    for start, end, _, hz, _ in own_bursts(ident, channel):
-        n = numpy.arange(round((LEAD + start + GUARD) * RATE), round((LEAD + end - GUARD) * RATE))
-        if len(n) == 0 or n[-1] >= len(samples):
-            continue
-        phase = 2 * numpy.pi * hz / RATE * n
-        functions = numpy.stack([numpy.sin(phase), numpy.cos(phase), numpy.ones(len(n))], axis=1)
-        a, b, _ = numpy.linalg.lstsq(functions, samples[n].astype(numpy.float64), rcond=None)[0]
-        squares, weight = squares + (a * a + b * b) * len(n), weight + len(n)
-    return 10 * numpy.log10(squares / weight)
+    """Peak of a channel's tone in dBFS: least squares over blocks of its bursts."""
+    amplitudes = []
+    for start, end, hz in own_bursts(ident, channel):
+        first, last = (round((LEAD + at) * RATE) for at in (start + GUARD, end - GUARD))
+        for at in range(first, last - BLOCK + 1, BLOCK):
+            phase = 2 * numpy.pi * hz / RATE * numpy.arange(BLOCK)
+            functions = numpy.stack([numpy.sin(phase), numpy.cos(phase), numpy.ones(BLOCK)], axis=1)
+            a, b, _ = numpy.linalg.lstsq(functions, samples[at:at + BLOCK].astype(numpy.float64), rcond=None)[0]
+            amplitudes.append(numpy.hypot(a, b))
+    return 20 * numpy.log10(numpy.mean(amplitudes))
 
 
 class Bench:
-    """Makes recordings of one cycle, and has them checked."""
+    """Makes recordings of a cycle, or of some short ones, and has them checked."""
 
     def __init__(self, lineup, folder, check):
         self.workshop, self.folder, self.lineup, self.check = Workshop(lineup, folder), folder, lineup, check
 
-    def one_cycle(self, ident):
-        cycle = schedules.cycle_of(ident)
-        seconds = cycle if cycle > 5 else 3 * cycle
+    def line_up(self, ident):
+        seconds = CYCLES[ident] * schedules.cycle_of(ident)
         line_up = self.workshop.line_up("the schedule", ident, RATE)[:round(seconds * RATE)]
         return numpy.pad(line_up, ((round(LEAD * RATE), RATE // 2), (0, 0)))
 
@@ -98,8 +105,8 @@ def named(names):
 
 def level_errors(bench, chain, generator):
     errors = []
-    for ident in IDENTS:
-        sent = bench.one_cycle(ident)
+    for ident in CYCLES:
+        sent = bench.line_up(ident)
         if not chain.arguments(sent.shape[1]):
             continue
         gains = numpy.array([10 ** (generator.uniform(-6, 6) / 20) for _ in range(sent.shape[1])], dtype="f4")
@@ -113,7 +120,7 @@ def level_errors(bench, chain, generator):
 def delay_errors(bench, chain, generator):
     errors = []
     for ident in ("blits", "ebu-5.1"):
-        samples = bench.one_cycle(ident)
+        samples = bench.line_up(ident)
         late = [generator.uniform(0, 0.02 * RATE) for _ in schedules.FILE_ORDER]
         if ident == "ebu-5.1":  # its LFE has no edges: it is known within a part of its period
             late[3] = float(numpy.median(late[:3] + late[4:])) + generator.uniform(-0.2, 0.2) / 80 * RATE
@@ -129,7 +136,7 @@ def delay_errors(bench, chain, generator):
 def speed_errors(bench, chain, generator):
     errors = []
     for ident, ppm in (("blits", 0), ("ebu-5.1", generator.uniform(-200, 200)), ("blits", 1000), ("ebu-5.1", 7)):
-        samples = bench.one_cycle(ident)
+        samples = bench.line_up(ident)
         at = numpy.arange(int(len(samples) / (1 + ppm * 1e-6)) - 20) * (1 + ppm * 1e-6)
         report, _ = bench.heard(events.interpolated(samples, at), chain)
         errors.append(report["speed"]["ppm"] - ppm if report["speed"] else None)

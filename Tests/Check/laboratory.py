@@ -87,7 +87,7 @@ def show_case(options, folder):
     report = check(options.lineup, [path], case.draft.arguments)[0]
     outcome = judge.outcome_of(case, report, unknown)
     if unknown:
-        print(f"the codec moves levels by itself: {', '.join(unknown)} are left open")
+        print(f"the codec does so by itself: {', '.join(unknown)}; left open")
     print(f"due: {outcome.expected}\ngot: {outcome.verdict} {outcome.got}\n" + "\n".join(outcome.texts))
     if options.keep:
         os.replace(path, options.keep)

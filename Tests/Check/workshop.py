@@ -4,7 +4,7 @@ import os
 
 import numpy
 
-import codec_levels
+import codec_effects
 import schedules
 from cases import TONE_LEVEL_DB
 from sound_files import read_sound, read_wave, run, write_wave
@@ -116,7 +116,7 @@ class Workshop:
             sound.do("ffmpeg", case.chain.surround_filter)
         sound.encode(case.chain.arguments(len(draft.matrix)), path)
         decoded = read_sound(path, len(draft.matrix))
-        return path, codec_levels.open_faults(sound.samples, decoded, draft)
+        return path, codec_effects.open_faults(sound.samples, decoded, draft)
 
 
 class Sound:

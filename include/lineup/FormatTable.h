@@ -23,10 +23,9 @@ struct VideoCodec {
     int minHeight = PictureFormat::kLeastSize;
     int maxWidth = PictureFormat::kMostSize;
     int maxHeight = PictureFormat::kMostSize;
-    std::int64_t maxPixels = std::int64_t{PictureFormat::kMostSize} * PictureFormat::kMostSize;  ///< of a picture
-    std::int64_t maxPixelsPerSecond = 0;                                                         ///< 0: any number
-    bool interlaced = false;       ///< Scan may be other than progressive
-    int interlacedHeightStep = 2;  ///< the height of an interlaced picture is a multiple of it
+    std::int64_t maxPixelsPerSecond = 0;  ///< 0: any number
+    bool interlaced = false;              ///< Scan may be other than progressive
+    int interlacedHeightStep = 2;         ///< the height of an interlaced picture is a multiple of it
 };
 
 /// An audio codec that files can be written in.

@@ -33,6 +33,7 @@ struct VideoEncoding {
     bool framesStandAlone = false;                      ///< one encoded frame serves for every frame time
     std::span<const CodecOption> options{};             ///< set on the encoder
     std::span<const CodecOption> bottomFirstOptions{};  ///< set too where an encoder does not look at the picture
+    int mostPixelsOfSlice = 0;           ///< pictures are cut into slices of no more; 0: the encoder's affair
     std::string_view timecodeOption{};   ///< the encoder's option for the time code that MPEG-2 frames carry
     std::int64_t mostBitsPerSecond = 0;  ///< with largestQuantiser: a frame is no larger than this allows
     int largestQuantiser = 0;            ///< the quantiser is constant, from 1 to this; 0: the encoder's affair

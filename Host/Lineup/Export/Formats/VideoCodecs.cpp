@@ -29,14 +29,17 @@ constexpr CodecOption kThreadType = {"thread_type", "slice"};
 constexpr std::array<CodecOption, 3> kProresHq = {{{"profile", "hq"}, kThreads, kThreadType}};
 constexpr std::array<CodecOption, 3> kProres = {{{"profile", "standard"}, kThreads, kThreadType}};
 constexpr std::array<CodecOption, 3> kProres4444 = {{{"profile", "4444"}, kThreads, kThreadType}};
-constexpr std::array<CodecOption, 3> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, kThreads, kThreadType}};
+// The encoder makes room for every quantiser up to the coarsest in every block; the card never needs one so coarse.
+constexpr std::array<CodecOption, 4> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, {"qmax", "64"}, kThreads, kThreadType}};
 constexpr std::array<CodecOption, 1> kOneThread = {{{"threads", "1"}}};
-constexpr std::array<CodecOption, 8> kFfv1 = {{
+// FFV1 has 2^27 bits at most for a slice, as its encoder counts: each value of three planes in one bit more than it
+// has.
+constexpr int kFfv1MostPixelsOfSlice = (1 << 27) / (3 * 11);
+constexpr std::array<CodecOption, 7> kFfv1 = {{
     {"level", "3"},
     {"g", "1"},
     {"coder", "range_tab"},
     {"context", "1"},
-    {"slices", "4"},
     {"slicecrc", "1"},
     kThreads,
     kThreadType,
@@ -110,11 +113,13 @@ constexpr std::array<VideoEncoding, 11> kVideoEncodings = {{
      .options = kOneThread},
     {.codec = {.name = "ffv1",
                .description = "FFV1 version 3, lossless 4:2:2, 10 bits, every frame on its own and with checksums",
+               .minWidth = 4,
                .interlaced = true},
      .encoder = "ffv1",
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
-     .options = kFfv1},
+     .options = kFfv1,
+     .mostPixelsOfSlice = kFfv1MostPixelsOfSlice},
     {.codec = {.name = "h264",
                .description = "H.264 High, 4:2:0, 8 bits, at high quality",
                .interlaced = true,

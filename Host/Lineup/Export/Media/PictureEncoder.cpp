@@ -2,6 +2,11 @@
 
 #include "Host/Lineup/Export/Media/VideoFrame.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
 namespace lineup {
 
 namespace {
@@ -35,6 +40,24 @@ EncodedPicture EncodeWithin(std::int64_t largest, AVCodecContext& encoder, AVFra
     return picture;
 }
 
+/// A picture's slices are the cells of a grid.
+struct SliceGrid {
+    int columns;
+    int rows;
+};
+
+// Those that the encoder finds by their number, the fewest slices first: two of them for each of two processors.
+constexpr std::array<SliceGrid, 7> kSliceGrids = {{{2, 2}, {3, 2}, {3, 3}, {4, 3}, {4, 4}, {5, 4}, {5, 5}}};
+
+int SlicesOf(int width, int height, int mostPixels) {
+    const auto rounded = [](int length, int parts) { return (length + parts - 1) / parts; };
+    const auto* const grid = std::ranges::find_if(kSliceGrids, [&](const SliceGrid& cells) {
+        return std::int64_t{rounded(width, cells.columns)} * rounded(height, cells.rows) <= mostPixels;
+    });
+    const SliceGrid& found = grid == kSliceGrids.end() ? kSliceGrids.back() : *grid;
+    return found.columns * found.rows;
+}
+
 }  // namespace
 
 AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan, bool globalHeaders, int quantiser) {
@@ -51,6 +74,9 @@ AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan,
         encoder->global_quality = quantiser * FF_QP2LAMBDA;
     }
     AvOptions options(encoding.options);
+    if (encoding.mostPixelsOfSlice != 0) {
+        options.Set("slices", fmt::format("{}", SlicesOf(frame.width, frame.height, encoding.mostPixelsOfSlice)));
+    }
     if (plan.scan == Scan::BottomFieldFirst) {
         options.Set(encoding.bottomFirstOptions);
     }

@@ -43,13 +43,6 @@ std::vector<std::string_view> NamesOf(bool VideoCodec::*property) {
     return names;
 }
 
-// A size of about the same shape that the codec takes.
-std::string LargestLike(int width, int height, const VideoCodec& codec) {
-    const double shrink = std::sqrt(static_cast<double>(codec.maxPixels) / (static_cast<double>(width) * height));
-    const auto fit = [&](int length) { return static_cast<int>(length * shrink) / codec.sizeStep * codec.sizeStep; };
-    return fmt::format("{}x{}", fit(width), fit(height));
-}
-
 template <typename Encoding>
 const Encoding* CheckCodec(std::string_view option, const std::string& name, const FileFormat& format,
                            std::span<const std::string_view> allowed, const Encoding* (*find)(std::string_view)) {
@@ -165,9 +158,6 @@ void CheckPictureSize(const VideoCodec& codec, int width, int height) {
             fmt::format("{} takes {}x{} at least", codec.name, codec.minWidth, codec.minHeight));
     Require(width <= codec.maxWidth && height <= codec.maxHeight, "size", value,
             fmt::format("{} takes {}x{} at most", codec.name, codec.maxWidth, codec.maxHeight));
-    Require(std::int64_t{width} * height <= codec.maxPixels, "size", value,
-            fmt::format("{} takes {} pixels at most, such as {}", codec.name, codec.maxPixels,
-                        LargestLike(width, height, codec)));
 }
 
 void CheckScan(const VideoCodec& codec, const ExportSettings& settings) {

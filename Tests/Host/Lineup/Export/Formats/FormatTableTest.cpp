@@ -63,6 +63,48 @@ TEST(FormatTable, EveryVideoCodecCanBeWrittenInEveryFormatThatListsIt) {
     }
 }
 
+// From the smallest to the largest: a size is refused in a sentence that names one that is taken, or it is written.
+TEST(FormatTable, EveryVideoCodecCanBeWrittenInEverySizeThatItIsNotRefusedIn) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip();
+    for (const auto& format : lineup::FileFormats()) {
+        for (const auto name : format.videoCodecs) {
+            for (const auto& [width, height] :
+                 {std::pair(2, 2), {4, 2}, {2, 290}, {256, 120}, {8192, 120}, {256, 8192}}) {
+                SCOPED_TRACE(std::string(name) + " " + std::to_string(width) + "x" + std::to_string(height));
+                auto settings = test::SmallExport(folder / ("a." + std::string(format.extension)), 1);
+                settings.width = width;
+                settings.height = height;
+                settings.videoCodec = name;
+                settings.overwrite = true;
+                settings.disk = lineup::Disk::DoNotWait;
+                try {
+                    CheckExport(clip, settings);
+                } catch (const lineup::UsageError& error) {
+                    EXPECT_EQ(error.Option(), "size");
+                    EXPECT_NE(error.Remedy().find(std::string(name) + " takes"), std::string::npos);
+                    continue;
+                }
+                EXPECT_NO_THROW(Export(clip, settings));
+            }
+        }
+    }
+}
+
+// Pictures that need more slices than four, and more memory than an encoder asks for unless told.
+TEST(FormatTable, TheLargestPicturesAreWritten) {
+    const test::TemporaryFolder folder;
+    for (const auto& [name, width, height] : {std::tuple("a.mkv", 4096, 4096), {"a.mov", 8192, 8192}}) {
+        auto settings = test::SmallExport(folder / name, 1);
+        settings.width = width;
+        settings.height = height;
+        settings.videoCodec = settings.target.extension() == ".mkv" ? "ffv1" : "dnxhr-hqx";
+        settings.overwrite = true;
+        settings.disk = lineup::Disk::DoNotWait;
+        EXPECT_NO_THROW(Export(test::OpenClip(), settings)) << width << 'x' << height;
+    }
+}
+
 TEST(FormatTable, EveryAudioCodecCanBeWrittenInEveryFormatThatListsIt) {
     const test::TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip();

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -49,6 +50,39 @@ TEST(StillPicture, ShowsTheHdCardInFullRangeRgb) {
     EXPECT_EQ(picture.At(777, 650), (Rgb{0, 0, 0}));        // below black
     EXPECT_EQ(picture.At(500, 650), (Rgb{255, 255, 255}));  // 100 % white
     EXPECT_EQ(picture.At(868, 650), (Rgb{5, 5, 5}));        // Y 20: 4 / 219 * 255 = 4.66
+}
+
+/// The content of a PNG file's first chunk of a type; empty: it has none.
+std::vector<std::uint8_t> Chunk(const std::filesystem::path& file, std::string_view type) {
+    const auto bytes = test::ReadBytes(file);
+    for (std::size_t at = 8; at + 12 <= bytes.size();) {
+        const std::size_t length = bytes[at] << 24U | bytes[at + 1] << 16U | bytes[at + 2] << 8U | bytes[at + 3];
+        const auto name = bytes.begin() + static_cast<std::ptrdiff_t>(at + 4);
+        if (std::equal(type.begin(), type.end(), name)) {
+            return {name + 4, name + 4 + static_cast<std::ptrdiff_t>(length)};
+        }
+        at += length + 12;
+    }
+    return {};
+}
+
+// A reader that goes by the gamma shows what a screen does: 40 % grey as 102, whether it knows sRGB or not.
+TEST(StillPicture, SaysThatItIsSrgbOfEitherCard) {
+    const TemporaryFolder folder;
+    for (const int height : {108, 576, 720}) {
+        lineup::WritePng(test::OpenClip(), 192, height, lineup::Card::Auto, folder / "a.png", true);
+        EXPECT_EQ(Chunk(folder / "a.png", "sRGB").size(), 1U);
+        EXPECT_EQ(Chunk(folder / "a.png", "gAMA"), (std::vector<std::uint8_t>{0, 0, 45455 / 256, 45455 % 256}));
+    }
+}
+
+TEST(StillPicture, SaysHowWideAPixelIs) {
+    const TemporaryFolder folder;
+    lineup::WritePng(test::OpenClip(), 720, 576, lineup::Card::Auto, folder / "a.png", true);
+    EXPECT_EQ(Chunk(folder / "a.png", "pHYs"), (std::vector<std::uint8_t>{0, 0, 0, 12, 0, 0, 0, 11, 0}));
+    lineup::WritePng(test::OpenClip(), 720, 576, lineup::Card::Auto, folder / "a.png", true,
+                     lineup::PictureAspect::SixteenByNine);
+    EXPECT_EQ(Chunk(folder / "a.png", "pHYs"), (std::vector<std::uint8_t>{0, 0, 0, 16, 0, 0, 0, 11, 0}));
 }
 
 TEST(StillPicture, ShowsTheSdCardBelow720Lines) {

@@ -25,6 +25,15 @@ enum class ColourKind {
     Rgb,    ///< R'G'B' in full range
 };
 
+/// A level of a codec: what a decoder of that level can take.
+struct CodecLevel {
+    int number;  ///< as the codec's headers count
+    int maxWidth;
+    int maxHeight;
+    std::int64_t maxPixelsPerSecond;
+    int bufferBits;  ///< that the decoder is told to have
+};
+
 struct VideoEncoding {
     VideoCodec codec;
     std::string_view encoder;                           ///< the FFmpeg encoder
@@ -33,10 +42,12 @@ struct VideoEncoding {
     bool framesStandAlone = false;                      ///< one encoded frame serves for every frame time
     std::span<const CodecOption> options{};             ///< set on the encoder
     std::span<const CodecOption> bottomFirstOptions{};  ///< set too where an encoder does not look at the picture
-    int mostPixelsOfSlice = 0;           ///< pictures are cut into slices of no more; 0: the encoder's affair
-    std::string_view timecodeOption{};   ///< the encoder's option for the time code that MPEG-2 frames carry
-    std::int64_t mostBitsPerSecond = 0;  ///< with largestQuantiser: a frame is no larger than this allows
-    int largestQuantiser = 0;            ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
+    int mostPixelsOfSlice = 0;               ///< pictures are cut into slices of no more; 0: the encoder's affair
+    std::string_view timecodeOption{};       ///< the encoder's option for the time code that MPEG-2 frames carry
+    std::int64_t constantBitsPerSecond = 0;  ///< pictures are filled up to it; 0: the encoder's affair
+    std::span<const CodecLevel> levels{};  ///< the first that allows the picture is named; empty: the encoder's affair
+    int matrixStep = 0;                    ///< of every frequency in the quantiser's matrix; 0: the codec's own
+    int largestQuantiser = 0;              ///< the quantiser is constant, from 1 to this; 0: the encoder's affair
 };
 
 /// What samples are rounded to before they are encoded.

@@ -7,7 +7,7 @@ namespace lineup {
 
 namespace {
 
-// The rates and sizes of MPEG-2 video at High level.
+// The rates of MPEG-2 video at High level, and what each level of its 4:2:2 profile allows.
 constexpr std::array<Rational, 8> kMpeg2FrameRates = {{
     {24000, 1001},
     {24, 1},
@@ -18,17 +18,27 @@ constexpr std::array<Rational, 8> kMpeg2FrameRates = {{
     {60000, 1001},
     {60, 1},
 }};
-constexpr int kMpeg2MaxWidth = 1920;
-constexpr int kMpeg2MaxHeight = 1088;
+constexpr std::array<CodecLevel, 2> kMpeg2Levels = {{
+    {5, 720, 608, 11'059'200, 9'437'184},     // Main
+    {2, 1920, 1088, 62'668'800, 17'825'792},  // High, which could have a larger buffer
+}};
+constexpr const CodecLevel& kMpeg2Highest = kMpeg2Levels.back();
 
 // These encoders make the same bytes with any number of threads, one for each processor: threads share a picture's
 // slices.
 constexpr CodecOption kThreads = {"threads", "auto"};
 constexpr CodecOption kThreadType = {"thread_type", "slice"};
 
-constexpr std::array<CodecOption, 3> kProresHq = {{{"profile", "hq"}, kThreads, kThreadType}};
-constexpr std::array<CodecOption, 3> kProres = {{{"profile", "standard"}, kThreads, kThreadType}};
-constexpr std::array<CodecOption, 3> kProres4444 = {{{"profile", "4444"}, kThreads, kThreadType}};
+// The finest quantiser and the finest matrix in every profile: the card takes a seventh of the bits that there are.
+constexpr CodecOption kFinestMatrix = {"quant_mat", "hq"};
+constexpr CodecOption kConstantQuantiser = {"flags", "+qscale"};
+constexpr CodecOption kFinestProresQuantiser = {"global_quality", "118"};
+constexpr std::array<CodecOption, 6> kProresHq = {
+    {{"profile", "hq"}, kFinestMatrix, kConstantQuantiser, kFinestProresQuantiser, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 6> kProres = {
+    {{"profile", "standard"}, kFinestMatrix, kConstantQuantiser, kFinestProresQuantiser, kThreads, kThreadType}};
+constexpr std::array<CodecOption, 6> kProres4444 = {
+    {{"profile", "4444"}, kFinestMatrix, kConstantQuantiser, kFinestProresQuantiser, kThreads, kThreadType}};
 // The encoder makes room for every quantiser up to the coarsest in every block; the card never needs one so coarse.
 constexpr std::array<CodecOption, 4> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, {"qmax", "64"}, kThreads, kThreadType}};
 constexpr std::array<CodecOption, 1> kOneThread = {{{"threads", "1"}}};
@@ -46,19 +56,19 @@ constexpr std::array<CodecOption, 7> kFfv1 = {{
 }};
 constexpr std::array<CodecOption, 3> kMjpeg = {{{"qmin", "1"}, {"global_quality", "118"}, {"flags", "+qscale"}}};
 
-// Intra only, with the tables that suit intra frames of high quality, and headers that announce 50 Mbit/s. The
-// number of threads decides where slices lie, so it is fixed: a file is the same on every machine.
+// Intra only, with the tables that suit intra frames of high quality, DC in 11 bits and all frequencies in steps of
+// one, which is as fine as MPEG-2 goes; headers announce 50 Mbit/s. The number of threads decides where slices lie, so
+// it is fixed: a file is the same on every machine.
 constexpr std::int64_t kMpeg2BitsPerSecond = 50'000'000;
 constexpr int kMpeg2LargestQuantiser = 28;  // the end of the non-linear scale as far as the encoder goes
-constexpr std::array<CodecOption, 11> kMpeg2 = {{
+constexpr std::array<CodecOption, 10> kMpeg2 = {{
     {"profile", "0"},
     {"g", "1"},
     {"b", "50000000"},
     {"maxrate", "50000000"},
-    {"bufsize", "17825792"},
     {"qmin", "1"},
     {"qmax", "28"},
-    {"dc", "10"},
+    {"dc", "11"},
     {"intra_vlc", "1"},
     {"non_linear_quant", "1"},
     {"threads", "2"},
@@ -129,17 +139,20 @@ constexpr std::array<VideoEncoding, 11> kVideoEncodings = {{
      .options = kH264,
      .bottomFirstOptions = kH264BottomFirst},
     {.codec = {.name = "mpeg2-422",
-               .description = "MPEG-2 4:2:2, 8 bits, intra frames only, 50 Mbit/s at most; up to 1920x1088",
+               .description = "MPEG-2 4:2:2, 8 bits, intra frames only, constant 50 Mbit/s; up to 1920x1088",
                .frameRates = kMpeg2FrameRates,
-               .maxWidth = kMpeg2MaxWidth,
-               .maxHeight = kMpeg2MaxHeight,
+               .maxWidth = kMpeg2Highest.maxWidth,
+               .maxHeight = kMpeg2Highest.maxHeight,
+               .maxPixelsPerSecond = kMpeg2Highest.maxPixelsPerSecond,
                .interlaced = true},
      .encoder = "mpeg2video",
      .pixelFormat = "yuv422p",
      .framesStandAlone = true,
      .options = kMpeg2,
      .timecodeOption = "gop_timecode",
-     .mostBitsPerSecond = kMpeg2BitsPerSecond,
+     .constantBitsPerSecond = kMpeg2BitsPerSecond,
+     .levels = kMpeg2Levels,
+     .matrixStep = 16,
      .largestQuantiser = kMpeg2LargestQuantiser},
     {.codec = {.name = "mjpeg",
                .description = "Motion JPEG, 4:2:2, 8 bits, full range: below black and above white are clipped"},

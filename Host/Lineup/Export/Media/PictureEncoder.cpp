@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 namespace lineup {
 
@@ -19,7 +20,7 @@ bool HasConstantQuantiser(const VideoEncoding& encoding) {
 
 /// The bytes a frame may have.
 std::int64_t LargestFrame(const PicturePlan& plan) {
-    return plan.encoding->mostBitsPerSecond * plan.frameRate.den / plan.frameRate.num / kBitsPerByte;
+    return plan.encoding->constantBitsPerSecond * plan.frameRate.den / plan.frameRate.num / kBitsPerByte;
 }
 
 // The encoder takes each picture's quantiser from the picture, so one encoder tries them all; it may give a packet
@@ -58,6 +59,28 @@ int SlicesOf(int width, int height, int mostPixels) {
     return found.columns * found.rows;
 }
 
+// The first level that allows the picture; null where that is the encoder's affair.
+const CodecLevel* LevelOf(const PicturePlan& plan) {
+    const std::int64_t pixels = std::int64_t{plan.width} * plan.height;
+    const auto levels = plan.encoding->levels;
+    const auto found = std::ranges::find_if(levels, [&](const CodecLevel& level) {
+        return plan.width <= level.maxWidth && plan.height <= level.maxHeight &&
+               pixels * plan.frameRate.num <= level.maxPixelsPerSecond * plan.frameRate.den;
+    });
+    return found == levels.end() ? nullptr : &*found;
+}
+
+// The encoder frees it.
+std::uint16_t* FlatMatrix(int step) {
+    constexpr std::size_t kFrequencies = 64;
+    auto* const matrix = static_cast<std::uint16_t*>(av_malloc(kFrequencies * sizeof(std::uint16_t)));
+    if (matrix == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::fill_n(matrix, kFrequencies, static_cast<std::uint16_t>(step));
+    return matrix;
+}
+
 }  // namespace
 
 AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan, bool globalHeaders, int quantiser) {
@@ -68,6 +91,13 @@ AvCodecContext OpenPictureEncoder(const AVFrame& frame, const PicturePlan& plan,
     encoder->time_base = {plan.frameRate.den, plan.frameRate.num};
     if (globalHeaders) {
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    }
+    if (const CodecLevel* const level = LevelOf(plan); level != nullptr) {
+        encoder->level = level->number;
+        encoder->rc_buffer_size = level->bufferBits;
+    }
+    if (encoding.matrixStep != 0) {
+        encoder->intra_matrix = FlatMatrix(encoding.matrixStep);
     }
     if (HasConstantQuantiser(encoding)) {
         encoder->flags |= AV_CODEC_FLAG_QSCALE;

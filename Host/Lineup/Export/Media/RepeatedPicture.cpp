@@ -5,7 +5,9 @@
 
 namespace lineup {
 
-RepeatedPicture::RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode) : mTimecode(timecode) {
+RepeatedPicture::RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode,
+                                 std::optional<ConstantRate> rate)
+    : mTimecode(timecode), mRate(rate) {
     mCopies.push_back(std::move(picture));
 }
 
@@ -15,6 +17,9 @@ void RepeatedPicture::Fill(AVPacket& packet, std::int64_t index) {
         mTimecode->Set({picture.data, static_cast<std::size_t>(picture.size)}, index);
     }
     RequireAv(av_packet_ref(&packet, &picture), "cannot repeat a frame");
+    if (mRate) {
+        packet.size = static_cast<int>(mRate->BytesOf(index));
+    }
     packet.pts = index;
     packet.dts = index;
     packet.duration = 1;

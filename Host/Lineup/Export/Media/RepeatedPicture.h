@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Lineup/Export/Media/ConstantRate.h"
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/GopTimecode.h"
 
@@ -14,7 +15,8 @@ namespace lineup {
 class RepeatedPicture {
 public:
     /// `timecode`: what each packet says of itself, if anything.
-    RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode);
+    /// `rate`: how long each packet is, where that is no affair of the encoder's; the picture is filled up by now.
+    RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode, std::optional<ConstantRate> rate);
 
     [[nodiscard]] std::int64_t Bytes() const noexcept { return mCopies.front()->size; }
 
@@ -26,6 +28,7 @@ private:
 
     std::vector<AvPacket> mCopies;  // the first is the picture itself
     std::optional<GopTimecode> mTimecode;
+    std::optional<ConstantRate> mRate;
 };
 
 }  // namespace lineup

@@ -3,6 +3,8 @@
 #include "Host/Lineup/Export/Media/PictureEncoder.h"
 #include "Host/Lineup/Export/Media/VideoFrame.h"
 
+#include <utility>
+
 namespace lineup {
 
 namespace {
@@ -20,6 +22,9 @@ VideoEncoder::VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& mux
       mTimeBase(mEncoder->time_base),
       mStream(muxer.AddStream(*mEncoder)) {
     muxer.SetShape(plan.shape);
+    if (plan.encoding->constantBitsPerSecond != 0) {
+        mRate.emplace(plan.encoding->constantBitsPerSecond, plan.frameRate);
+    }
     if (plan.timecode) {
         muxer.Tag(mStream, kTimecodeTag, plan.timecode->Text());
     }
@@ -37,7 +42,11 @@ void VideoEncoder::EncodeOnce(const PicturePlan& plan) {
     if (!plan.encoding->timecodeOption.empty()) {
         timecode.emplace(plan.timecode, plan.frameRate);
     }
-    mRepeated.emplace(EncodePicture(*mEncoder, *mFrame, plan).packet, timecode);
+    AvPacket picture = EncodePicture(*mEncoder, *mFrame, plan).packet;
+    if (mRate) {
+        mRate->FillUp(*picture);
+    }
+    mRepeated.emplace(std::move(picture), timecode, mRate);
     mEncoder.reset();
     mFrame.reset();
 }
@@ -62,6 +71,11 @@ void VideoEncoder::Finish() {
 void VideoEncoder::WritePackets() {
     while (ReceivePacket(*mEncoder, *mPacket)) {
         mPacket->duration = 1;
+        if (mRate) {
+            mRate->FillUp(*mPacket);
+            mPacket->size = static_cast<int>(mRate->BytesOf(mWritten));
+        }
+        ++mWritten;
         mMuxer->Write(*mPacket, mStream, mTimeBase);
     }
 }

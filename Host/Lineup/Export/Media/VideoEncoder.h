@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lineup/Clip.h>
+#include "Host/Lineup/Export/Media/ConstantRate.h"
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/Muxer.h"
 #include "Host/Lineup/Export/Media/RepeatedPicture.h"
@@ -37,6 +38,8 @@ private:
     AvPacket mPacket;
     AVRational mTimeBase;
     int mStream = 0;
+    std::int64_t mWritten = 0;  // packets of every encoded frame
+    std::optional<ConstantRate> mRate;
     std::optional<RepeatedPicture> mRepeated;  // empty: every frame is encoded
 };
 

@@ -88,6 +88,12 @@ std::vector<nlohmann::json> Frames(const fs::path& file, std::string_view entrie
     return nlohmann::json::parse(text.begin(), text.end()).at("frames");
 }
 
+nlohmann::json Packets(const fs::path& file) {
+    const auto text =
+        Run(fmt::format(FFPROBE_PROGRAM " -v error -select_streams v:0 -show_packets -of json {}", file.string()));
+    return nlohmann::json::parse(text.begin(), text.end()).at("packets");
+}
+
 std::string MediaInfo(const fs::path& file, std::string_view question) {
     const auto text = Run(fmt::format(MEDIAINFO_PROGRAM " --Inform='{}' {}", question, file.string()));
     return {text.begin(), std::ranges::find(text, '\n')};

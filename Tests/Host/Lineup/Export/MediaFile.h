@@ -32,6 +32,9 @@ std::vector<nlohmann::json> Streams(const std::filesystem::path& file, std::stri
 /// What ffprobe says of each picture, of the entries that it is asked for ("frame_tags=timecode").
 std::vector<nlohmann::json> Frames(const std::filesystem::path& file, std::string_view entries);
 
+/// What ffprobe says of each packet of the picture.
+nlohmann::json Packets(const std::filesystem::path& file);
+
 /// What mediainfo answers to "Video;%ScanOrder%" and the like, without the end of the line.
 std::string MediaInfo(const std::filesystem::path& file, std::string_view question);
 

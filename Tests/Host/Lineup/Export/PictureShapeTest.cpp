@@ -15,14 +15,14 @@ namespace {
 using lineup::PictureAspect;
 using lineup::PictureShape;
 
-struct Case {
+struct ShapeCase {
     int width;
     int height;
     PictureAspect aspect;
     PictureShape shape;
 };
 
-constexpr std::array<Case, 15> kCases = {{
+constexpr std::array<ShapeCase, 15> kShapeCases = {{
     {720, 576, PictureAspect::Auto, {{12, 11}, 704, 576}},
     {704, 576, PictureAspect::Auto, {{12, 11}, 704, 576}},
     {720, 480, PictureAspect::Auto, {{10, 11}, 704, 480}},
@@ -41,7 +41,7 @@ constexpr std::array<Case, 15> kCases = {{
 }};
 
 TEST(PictureShapes, AreThoseOfTelevisionUnlessSomebodySaysOtherwise) {
-    for (const Case& row : kCases) {
+    for (const ShapeCase& row : kShapeCases) {
         EXPECT_EQ(lineup::ShapeOf(row.width, row.height, row.aspect), row.shape) << row.width << 'x' << row.height;
     }
 }
@@ -62,7 +62,7 @@ std::array<std::uint32_t, 4> CleanAperture(const std::vector<std::uint8_t>& file
     return numbers;
 }
 
-lineup::ExportSettings OneFrame(const std::filesystem::path& target, const Case& row, std::string_view codec) {
+lineup::ExportSettings OneFrame(const std::filesystem::path& target, const ShapeCase& row, std::string_view codec) {
     auto settings = test::SmallExport(target, 1);
     settings.width = row.width;
     settings.height = row.height;
@@ -79,7 +79,7 @@ TEST(PictureShapes, AreInTheHeadOfEveryMovie) {
     for (const std::string_view extension : {"mov", "mp4", "mkv"}) {
         for (const auto codec : lineup::FindFileFormat(fmt::format("a.{}", extension))->videoCodecs) {
             SCOPED_TRACE(fmt::format(".{} {}", extension, codec));
-            const auto settings = OneFrame(folder / fmt::format("a.{}", extension), kCases.at(9), codec);
+            const auto settings = OneFrame(folder / fmt::format("a.{}", extension), kShapeCases.at(9), codec);
             EXPECT_EQ(Export(clip, settings).video->sampleAspect, (lineup::Rational{16, 11}));
             EXPECT_EQ(test::Streams(settings.target, "video", false).at(0).at("sample_aspect_ratio"), "16:11");
             if (extension != "mkv") {
@@ -107,7 +107,8 @@ std::pair<unsigned, unsigned> DisplaySize(const std::vector<std::uint8_t>& file)
 TEST(PictureShapes, OfMpeg2AreThatOfTheCleanPart) {
     const test::TemporaryFolder folder;
     const lineup::Clip clip = test::OpenClip();
-    for (const auto& [row, shape] : {std::pair(kCases.at(0), "4:3"), {kCases.at(2), "4:3"}, {kCases.at(9), "16:9"}}) {
+    for (const auto& [row, shape] :
+         {std::pair(kShapeCases.at(0), "4:3"), {kShapeCases.at(2), "4:3"}, {kShapeCases.at(9), "16:9"}}) {
         const auto settings = OneFrame(folder / "a.mxf", row, "");
         Export(clip, settings);
         EXPECT_EQ(test::Streams(settings.target, "video", false).at(0).at("display_aspect_ratio"), shape);

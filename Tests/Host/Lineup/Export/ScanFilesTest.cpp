@@ -13,7 +13,7 @@ using lineup::Scan;
 using test::TemporaryFolder;
 
 /// What television has, and what readers are to say of it.
-struct Raster {
+struct ScannedRaster {
     const char* name;
     int width;
     int height;
@@ -23,7 +23,7 @@ struct Raster {
     const char* order;  ///< of the whole file
 };
 
-constexpr std::array<Raster, 6> kRasters = {{
+constexpr std::array<ScannedRaster, 6> kScannedRasters = {{
     {"576i", 720, 576, {25, 1}, Scan::TopFieldFirst, "1 1", "TFF"},
     {"480i", 720, 480, {30000, 1001}, Scan::BottomFieldFirst, "1 0", "BFF"},
     {"486i", 720, 486, {30000, 1001}, Scan::BottomFieldFirst, "1 0", "BFF"},
@@ -32,7 +32,8 @@ constexpr std::array<Raster, 6> kRasters = {{
     {"576p", 720, 576, {25, 1}, Scan::Progressive, "0 0", ""},
 }};
 
-lineup::ExportSettings Settings(const std::filesystem::path& target, const Raster& raster, std::string_view codec) {
+lineup::ExportSettings Settings(const std::filesystem::path& target, const ScannedRaster& raster,
+                                std::string_view codec) {
     auto settings = test::SmallExport(target, 1);
     settings.width = raster.width;
     settings.height = raster.height;
@@ -50,7 +51,7 @@ std::string ShownFields(const std::filesystem::path& file) {
 
 /// How FFmpeg has the order in a file's head. Where fields are lines of one frame by turns, QuickTime and Matroska have
 /// numbers of their own for that, which it names by both fields.
-bool IsOrder(const std::string& order, const Raster& raster) {
+bool IsOrder(const std::string& order, const ScannedRaster& raster) {
     switch (raster.scan) {
         case Scan::TopFieldFirst:
             return order == "tt" || order == "tb";
@@ -62,7 +63,7 @@ bool IsOrder(const std::string& order, const Raster& raster) {
     return order == "progressive";
 }
 
-void ExpectScan(const std::filesystem::path& file, const Raster& raster) {
+void ExpectScan(const std::filesystem::path& file, const ScannedRaster& raster) {
     EXPECT_EQ(ShownFields(file), raster.shown);
     EXPECT_EQ(test::MediaInfo(file, "Video;%ScanOrder%"), raster.order);
     const std::string order = test::Streams(file, "video", false).at(0).at("field_order");
@@ -71,10 +72,10 @@ void ExpectScan(const std::filesystem::path& file, const Raster& raster) {
 }
 
 // One raster of either order in every codec, all of them in the one that a format prefers.
-bool IsTried(const lineup::FileFormat& format, std::string_view codec, const Raster& raster) {
+bool IsTried(const lineup::FileFormat& format, std::string_view codec, const ScannedRaster& raster) {
     const auto& offered = *lineup::FindVideoCodec(codec);
     const bool hasFields = offered.interlaced && raster.height % offered.interlacedHeightStep == 0;
-    return hasFields && (codec == format.videoCodecs.front() || &raster < &kRasters.at(2));
+    return hasFields && (codec == format.videoCodecs.front() || &raster < &kScannedRasters.at(2));
 }
 
 TEST(ScanFiles, SayWhichFieldIsFirstInEveryContainerAndCodecThatHasFields) {
@@ -82,7 +83,7 @@ TEST(ScanFiles, SayWhichFieldIsFirstInEveryContainerAndCodecThatHasFields) {
     const lineup::Clip clip = test::OpenClip();
     for (const auto& format : lineup::FileFormats()) {
         for (const auto codec : format.videoCodecs) {
-            for (const Raster& raster : kRasters) {
+            for (const ScannedRaster& raster : kScannedRasters) {
                 if (!IsTried(format, codec, raster)) {
                     continue;
                 }
@@ -100,7 +101,7 @@ TEST(ScanFiles, AreRefusedInEveryCodecWithoutFields) {
     const lineup::Clip clip = test::OpenClip();
     for (const auto& format : lineup::FileFormats()) {
         for (const auto codec : format.videoCodecs) {
-            auto settings = Settings(fmt::format("a.{}", format.extension), kRasters.front(), codec);
+            auto settings = Settings(fmt::format("a.{}", format.extension), kScannedRasters.front(), codec);
             if (lineup::FindVideoCodec(codec)->interlaced) {
                 EXPECT_NO_THROW(CheckExport(clip, settings)) << codec;
             } else {
@@ -112,10 +113,10 @@ TEST(ScanFiles, AreRefusedInEveryCodecWithoutFields) {
 
 TEST(ScanFiles, AreRefusedWhereFieldsWouldBeTooManyOrUneven) {
     const lineup::Clip clip = test::OpenClip();
-    auto settings = Settings("a.mov", kRasters.front(), "prores");
+    auto settings = Settings("a.mov", kScannedRasters.front(), "prores");
     settings.frameRate = {50, 1};
     EXPECT_THROW(CheckExport(clip, settings), lineup::UsageError);
-    settings = Settings("a.mp4", kRasters.at(2), "h264");  // 243 lines a field
+    settings = Settings("a.mp4", kScannedRasters.at(2), "h264");  // 243 lines a field
     EXPECT_THROW(CheckExport(clip, settings), lineup::UsageError);
 }
 
@@ -124,7 +125,7 @@ TEST(ScanFiles, AreRefusedWhereFieldsWouldBeTooManyOrUneven) {
 TEST(ScanFiles, HaveTheChromaOfTheirOwnFields) {
     const TemporaryFolder folder;
     const auto chroma = [&](Scan scan) {
-        auto settings = Settings(folder / "a.mp4", kRasters.front(), "h264");
+        auto settings = Settings(folder / "a.mp4", kScannedRasters.front(), "h264");
         settings.scan = scan;
         Export(test::OpenClip(), settings);
         return test::Decode(settings.target, "v:0", "-frames:v 1 -f rawvideo -vf extractplanes=u");

@@ -58,7 +58,10 @@ TEST(CheckExport, HoldsMpeg2ToItsSizesAndRates) {
     };
     EXPECT_EQ(mxf(1088, {25, 1}), "");
     EXPECT_EQ(mxf(1090, {25, 1}), "size");
-    EXPECT_EQ(mxf(1080, {60000, 1001}), "");
+    EXPECT_EQ(mxf(1088, {30, 1}), "");
+    EXPECT_EQ(mxf(1080, {50, 1}), "fps");  // more pixels a second than the highest level has
+    EXPECT_EQ(mxf(1080, {60000, 1001}), "fps");
+    EXPECT_EQ(mxf(720, {25, 1}), "");
     EXPECT_EQ(mxf(1080, {48, 1}), "fps");
     EXPECT_EQ(mxf(1080, {50, 2}), "");
 }

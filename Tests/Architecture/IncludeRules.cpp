@@ -22,8 +22,8 @@ struct RoomOfHeaders {
 
 const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Values/",
-     {"Api.h", "Card.h", "ChannelLayout.h", "Disk.h", "Error.h", "Idents.h", "Level.h", "Limits.h", "PictureAspect.h",
-      "PictureFormat.h", "Rational.h", "Scan.h", "Timecode.h", "UsageError.h"}},
+     {"Api.h", "Card.h", "ChannelLayout.h", "Disk.h", "Dither.h", "Error.h", "Idents.h", "Level.h", "Limits.h",
+      "PictureAspect.h", "PictureFormat.h", "Rational.h", "Scan.h", "Timecode.h", "UsageError.h"}},
     {"Host/Lineup/Plugin/", {"BundleSearch.h", "DesktopToolkit.h", "Importer.h"}},
     {"Host/Lineup/Clip/", {"AudioReader.h", "Clip.h", "TimeAxis.h", "ToneChoice.h", "WaveformOverview.h"}},
     {"Host/Lineup/Files/", {"ClipDocument.h", "SettingsFile.h"}},

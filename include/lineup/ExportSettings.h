@@ -2,6 +2,7 @@
 
 #include <lineup/Card.h>
 #include <lineup/Disk.h>
+#include <lineup/Dither.h>
 #include <lineup/PictureAspect.h>
 #include <lineup/Rational.h>
 #include <lineup/Scan.h>
@@ -46,6 +47,9 @@ struct ExportSettings {
 
     /// One mono track a channel, titled with the channel's name, instead of one track of all channels.
     bool monoTracks = false;
+
+    /// Of 16-bit sound, which alone it goes with.
+    Dither dither = Dither::None;
 
     /// Replace a file that is there already.
     bool overwrite = false;

@@ -38,6 +38,7 @@ struct RenderOptions {
     std::optional<std::string> timecode;
     std::string videoCodec;
     std::string audioCodec;
+    std::string dither = "none";
     bool monoTracks = false;
     bool overwrite = false;
     bool doNotWait = false;
@@ -58,6 +59,13 @@ std::optional<std::int64_t> SourceDate() {
         throw lineup::Error(fmt::format("SOURCE_DATE_EPOCH is {}: it must be whole seconds since 1970", text));
     }
     return seconds;
+}
+
+lineup::Dither ParseDither(const std::string& text) {
+    if (text != "none" && text != "tpdf") {
+        throw lineup::UsageError("dither", text, "must be none or tpdf");
+    }
+    return text == "tpdf" ? lineup::Dither::Triangular : lineup::Dither::None;
 }
 
 // A file without a picture has no use for what says how one looks, and for frames only where something counts them.
@@ -99,6 +107,7 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
         settings.timecode.emplace(*options.timecode, settings.frameRate);
     }
     settings.monoTracks = options.monoTracks;
+    settings.dither = ParseDither(options.dither);
     settings.overwrite = options.overwrite;
     settings.disk = options.doNotWait ? lineup::Disk::DoNotWait : lineup::Disk::Wait;
     settings.date = SourceDate();
@@ -147,6 +156,12 @@ void AddFileOptions(CLI::App& command, RenderOptions& options) {
         ->type_name("NAME")
         ->group(kFile);
     command.add_option("--audio-codec", options.audioCodec, "Sound codec; see below")->type_name("NAME")->group(kFile);
+    command
+        .add_option("--dither", options.dither,
+                    "What becomes of the error of 16 bits: none rounds, tpdf adds noise first")
+        ->type_name("none|tpdf")
+        ->capture_default_str()
+        ->group(kFile);
     command.add_flag("--mono-tracks", options.monoTracks, "One mono track a channel instead of one for all")
         ->group(kFile);
     command

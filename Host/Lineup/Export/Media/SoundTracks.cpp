@@ -1,5 +1,7 @@
 #include "Host/Lineup/Export/Media/SoundTracks.h"
 
+#include "Host/Lineup/Export/Samples/Dither.h"
+
 #include <algorithm>
 
 namespace lineup {
@@ -12,7 +14,7 @@ constexpr int kMostSamples = 8192;
 }  // namespace
 
 SoundTracks::SoundTracks(const Clip& clip, const SoundPlan& plan, Muxer& muxer)
-    : mReader(clip), mStart(plan.startSample), mTotal(plan.samples) {
+    : mReader(clip), mStart(plan.startSample), mTotal(plan.samples), mDither(plan.dither) {
     for (const TrackPlan& track : plan.tracks) {
         mTracks.emplace_back(plan, track, muxer);
     }
@@ -38,6 +40,9 @@ void SoundTracks::WriteUpTo(std::int64_t end) {
 
 void SoundTracks::WriteBlock(int count) {
     mReader.Read(mStart + mPosition, count, mChannels);
+    for (std::size_t c = 0; mDither == Dither::Triangular && c < mChannels.size(); ++c) {
+        AddDither({mChannels[c], static_cast<std::size_t>(count)}, mStart + mPosition, static_cast<int>(c));
+    }
     for (SoundEncoder& track : mTracks) {
         track.Write(mChannels, mPosition, count);
     }

@@ -88,6 +88,12 @@ void CheckMonoTracks(const ExportSettings& settings, const FileFormat& format) {
             fmt::format("a .{} file has one track for all channels", format.extension));
 }
 
+void CheckDither(Dither dither, const AudioEncoding& encoding) {
+    Require(
+        dither == Dither::None || encoding.samples == SampleFormat::S16, "dither", "tpdf",
+        fmt::format("is for sound of 16 bits: {} keeps more; choose pcm-s16, or leave it out", encoding.codec.name));
+}
+
 void CheckFrameRate(const VideoCodec& codec, Rational rate) {
     Require(IsFrameRate(rate), "fps", Text(rate),
             fmt::format("must be from {} to {}", kLowestFrameRate, kHighestFrameRate));

@@ -19,6 +19,7 @@ const VideoEncoding* CheckVideoCodec(const ExportSettings& settings, const FileF
 const AudioEncoding* CheckAudioCodec(const ExportSettings& settings, const FileFormat& format);
 
 void CheckMonoTracks(const ExportSettings& settings, const FileFormat& format);
+void CheckDither(Dither dither, const AudioEncoding& encoding);
 void CheckTimecode(const ExportSettings& settings, const FileFormat& format);
 void CheckPictureSize(const VideoCodec& codec, int width, int height);
 void CheckFrameRate(const VideoCodec& codec, Rational rate);

@@ -3,6 +3,7 @@
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
 #include <lineup/Disk.h>
+#include <lineup/Dither.h>
 #include <lineup/ExportReport.h>
 #include <lineup/ExportSettings.h>
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
@@ -46,6 +47,7 @@ struct SoundPlan {
     std::int64_t startSample = 0;    ///< the clip's first sample in the file
     std::int64_t samples = 0;        ///< a channel
     std::int64_t timeReference = 0;  ///< of the first sample, in samples since midnight
+    Dither dither = Dither::None;
     std::vector<TrackPlan> tracks;
 };
 

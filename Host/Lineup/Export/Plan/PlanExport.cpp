@@ -54,6 +54,8 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
     sound.sampleRateHz = CheckSampleRate(container.format, encoding.codec, clip.SampleRate());
     const ChannelLayout& layout = CheckChannels(clip);
     CheckLayout(container, encoding, layout, monoTracks);
+    CheckDither(settings.dither, encoding);
+    sound.dither = settings.dither;
     sound.startSample = settings.startSample;
     sound.samples = settings.samples;
     sound.timeReference = settings.timecode ? settings.timecode->Samples(sound.sampleRateHz) : 0;

@@ -2,6 +2,7 @@
 
 #include <lineup/AudioReader.h>
 #include "Host/Lineup/Export/Progress.h"
+#include "Host/Lineup/Export/Samples/Dither.h"
 #include "Host/Lineup/Export/Samples/SamplePacking.h"
 #include "Host/Lineup/Export/Wave/WaveHeader.h"
 #include "Host/Lineup/Files/FileQueue.h"
@@ -37,8 +38,8 @@ WaveFormat FormatOf(const ExportPlan& whole) {
 /// The clip's sound, stretch by stretch, in the order of a file's channels.
 class SoundInFileOrder {
 public:
-    SoundInFileOrder(const Clip& clip, const TrackPlan& track, std::int64_t most)
-        : mReader(clip), mMemory(track.channels.size() * static_cast<std::size_t>(most)) {
+    SoundInFileOrder(const Clip& clip, const TrackPlan& track, std::int64_t most, Dither dither)
+        : mDither(dither), mReader(clip), mMemory(track.channels.size() * static_cast<std::size_t>(most)) {
         for (std::size_t c = 0; c < track.channels.size(); ++c) {
             mChannels.push_back(mMemory.data() + c * static_cast<std::size_t>(most));
         }
@@ -49,6 +50,9 @@ public:
 
     std::span<const float* const> Read(std::int64_t position, std::int64_t count) {
         mReader.Read(position, count, mChannels);
+        for (std::size_t c = 0; mDither == Dither::Triangular && c < mChannels.size(); ++c) {
+            AddDither({mChannels[c], static_cast<std::size_t>(count)}, position, static_cast<int>(c));
+        }
         return mInFileOrder;
     }
 
@@ -58,6 +62,7 @@ public:
     }
 
 private:
+    Dither mDither;
     AudioReader mReader;
     std::vector<float> mMemory;
     std::vector<float*> mChannels;
@@ -76,7 +81,7 @@ void WriteSamples(FileQueue& queue, const Clip& clip, const ExportPlan& plan, co
     const SampleFormat samples = planned.encoding->samples;
     const std::size_t frameBytes = track.channels.size() * PackedBytes(samples);
     const auto most = static_cast<std::int64_t>(FileQueue::kRoomBytes / frameBytes);
-    SoundInFileOrder sound(clip, track, most);
+    SoundInFileOrder sound(clip, track, most, planned.dither);
     for (std::int64_t done = 0, reported = 0; done < planned.samples;) {
         const std::int64_t position = planned.startSample + done;
         const std::int64_t count = std::min({sound.StretchEnd(position) - position, planned.samples - done, most});

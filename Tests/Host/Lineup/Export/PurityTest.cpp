@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -55,6 +56,69 @@ TEST(Purity, OfATonesFileIsThatOf24BitsUpToOneKilohertz) {
                   tone.mostDb)
             << tone.frequencyHz << " Hz at " << tone.rateHz;
     }
+}
+
+// The loudest harmonic of 1 kHz below half of 48 kHz, in dB below the tone.
+double LoudestHarmonicDb(const std::vector<std::int32_t>& samples) {
+    const auto level = [&samples](int harmonic) {
+        std::complex<double> sum;
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            const auto step = static_cast<double>(i * static_cast<std::size_t>(harmonic) % 48);
+            sum += std::polar(static_cast<double>(samples[i]), 2 * std::numbers::pi * step / 48);
+        }
+        return std::abs(sum);
+    };
+    double loudest = 0;
+    for (int harmonic = 2; harmonic < 24; ++harmonic) {
+        loudest = std::max(loudest, level(harmonic));
+    }
+    return 20 * std::log10(loudest / level(1));
+}
+
+TEST(Purity, OfSixteenBitsHasNoHarmonicsWithDither) {
+    const test::TemporaryFolder folder;
+    lineup::BarsAndToneInfo settings;
+    settings.amplitude = 0.12589254F;
+    settings.numChannels = 1;
+    settings.channelType = lineup::ChannelTypeFor(1);
+    const lineup::Clip clip = test::OpenClip(settings);
+    const auto harmonics = [&](const char* name, std::int64_t length, lineup::Dither dither) {
+        auto file = test::SmallExport(folder / name, length);
+        file.audioCodec = "pcm-s16";
+        file.dither = dither;
+        file.overwrite = true;
+        Export(clip, file);
+        return LoudestHarmonicDb(test::DecodeIntegers(file.target, "a:0"));
+    };
+    EXPECT_GT(harmonics("a.wav", 48000, lineup::Dither::None), -95);
+    EXPECT_LT(harmonics("a.wav", 48000, lineup::Dither::Triangular), -105);
+    EXPECT_LT(harmonics("a.mov", 25, lineup::Dither::Triangular), -105);
+}
+
+TEST(Purity, DitherIsTheSameWhereverAFileBeginsAndLeavesSilence) {
+    const test::TemporaryFolder folder;
+    const lineup::Clip clip = test::OpenClip(2);  // left is silent from 2.75 s to 3 s
+    const auto samples = [&](std::int64_t start, std::int64_t count) {
+        auto file = test::SmallExport(folder / "a.wav", count);
+        file.audioCodec = "pcm-s16";
+        file.dither = lineup::Dither::Triangular;
+        file.startSample = start;
+        file.overwrite = true;
+        Export(clip, file);
+        return test::DecodeIntegers(file.target, "a:0");
+    };
+    const auto whole = samples(131000, 4000);
+    const auto part = samples(133000, 2000);
+    EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.begin() + 4000));
+    for (std::size_t i = 0; i < part.size(); i += 2) {
+        ASSERT_EQ(part[i], 0) << i;
+    }
+}
+
+TEST(Purity, DitherIsForSixteenBits) {
+    auto settings = test::SmallExport("a.wav", 1);
+    settings.dither = lineup::Dither::Triangular;
+    EXPECT_THROW(CheckExport(test::OpenClip(), settings), lineup::UsageError);
 }
 
 }  // namespace

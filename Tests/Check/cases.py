@@ -35,7 +35,7 @@ class Case:
         """What is done, a line each."""
         draft = self.draft
         lines = [f"{draft.ident} of {self.maker}, {draft.rate} Hz, from {self.start:.4f} s on for {self.seconds:.4f} s",
-                 f"before it {self.before[1]:.2f} s of {self.before[0]}, after it {self.after[1]:.2f} s of {self.after[0]}",
+                 "around it " + " and ".join(f"{seconds:.2f} s of {kind}" for kind, seconds in (self.before, self.after)),
                  f"families: {', '.join(self.families) or 'none'}"]
         lines += [str(stage) for stage in draft.early]
         if draft.mixes():

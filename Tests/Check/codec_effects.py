@@ -1,5 +1,5 @@
-"""What a lossy codec does by itself, measured without the product: some move the level of a tone, or turn its phase, by more
-than what counts as a fault. Such a fault is then neither due nor wrong."""
+"""What a lossy codec does by itself, measured without the product: some move the level of a tone, or turn its phase, by
+more than what counts as a fault. Such a fault is then neither due nor wrong."""
 
 import numpy
 

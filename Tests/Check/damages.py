@@ -237,12 +237,12 @@ def another(draft):
 FAMILIES = {
     "missing": missing, "inverted": inverted, "louder": louder, "unbalanced": unbalanced, "delayed": delayed,
     "leak": leak, "folded": folded, "duplicated": duplicated, "swapped": swapped, "permuted": permuted,
-    "clock": clock, "retimed": retimed, "noisy": noisy, "off zero": off_zero, "truncated": truncated,
+    "clock": clock, "retimed": retimed, "dropout": events.dropout, "lost": events.lost,
+    "repeated": events.repeated, "click": events.click, "noisy": noisy, "off zero": off_zero, "truncated": truncated,
     "another": another,
 }
 ALONE = ("folded", "retimed")  # what goes with no other
 NOT_YET = {
-    "dropout": events.dropout, "lost": events.lost, "repeated": events.repeated, "click": events.click,
     "ridden": events.ridden, "limited": events.limited, "clipped": events.clipped, "distorted": events.distorted,
     "hum": events.hum, "wow": events.wow,
 }

@@ -90,7 +90,7 @@ class Draft:
 
     def due(self, fault, **where):
         """channels=, homes= or inputs= say where."""
-        self.dues.append(Due(fault, **{key: frozenset(names) for key, names in where.items()}))
+        self.dues.append(Due(fault, **{key: frozenset(names) for key, names in where.items() if names is not None}))
         return True
 
     def add(self, tool, what, label=""):

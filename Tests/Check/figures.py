@@ -40,8 +40,9 @@ class Figure:
         return bool(self.errors) and self.worst <= self.most and self.unknown == 0
 
     def row(self):
-        return (f"| {self.what} | {self.over} | {len(self.errors)} | {self.unknown or ''} | {self.worst:.4f} {self.unit} | "
-                f"{self.most:g} {self.unit} |")
+        cells = (self.what, self.over, len(self.errors), self.unknown or "", f"{self.worst:.4f} {self.unit}",
+                 f"{self.most:g} {self.unit}")
+        return f"| {' | '.join(map(str, cells))} |"
 
 
 HEAD = ("| what | over | numbers | not told | largest error | may be |\n"

@@ -37,7 +37,8 @@ class Tally:
         return self.wrong == 0 and self.turned == 0 and self.unnamed == 0
 
     def row(self):
-        return (f"| {self.ident} | {self.recordings} | {self.wrong} | {self.unnamed} | {self.turned} | {self.unturned} |")
+        cells = (self.ident, self.recordings, self.wrong, self.unnamed, self.turned, self.unturned)
+        return f"| {' | '.join(map(str, cells))} |"
 
 
 HEAD = ("| sequence | recordings | channels named wrongly | not named | polarities that are wrong | not told |\n"

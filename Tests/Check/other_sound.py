@@ -30,8 +30,8 @@ def speech(generator, path):
 
 
 def tones(generator, path):
-    """Tones of a line-up's pitches, but of other lengths, on any channels, with gaps between them. None is long enough for
-    a steady tone."""
+    """Tones of a line-up's pitches, but of other lengths, on any channels, with gaps between them. None is long enough
+    for a steady tone."""
     samples = numpy.zeros((PIECE * RATE, 6), dtype="f4")
     at = 0.0
     while at < PIECE - 5:

@@ -9,11 +9,11 @@ import orders
 
 TOP = """# The laboratory
 
-Line-ups are damaged here in known ways, and what `lineup check` names is held against what was done. What damages and what
-generates shares no code with the product: line-ups come from the plug-in, from the published schedules (EBU Tech 3304,
-synthesised in Python), from FFmpeg's `sine` and SoX's `synth`; they begin and end anywhere, with silence, noise, speech or
-music around them; they are damaged by filters of FFmpeg and effects of SoX, and by Python where those have none, and go
-through the codecs and containers of FFmpeg. Cases are drawn from their numbers, so that each can be looked at by itself:
+Line-ups are damaged here in known ways, and what `lineup check` names is held against what was done. What damages and
+what generates shares no code with the product: line-ups come from the plug-in, from the published schedules (EBU Tech
+3304, synthesised in Python), from FFmpeg's `sine` and SoX's `synth`; they begin and end anywhere, with silence, noise,
+speech or music around them; they are damaged by filters of FFmpeg and effects of SoX, and by Python where those have
+none, and go through codecs and containers of FFmpeg. A case is drawn from its number, so each can be looked at again:
 
 ```console
 ./dev laboratory cases --case 17            # what was done, what was due, and what was named
@@ -36,8 +36,8 @@ def named(outcomes):
     score = judge.score(outcomes)
     part = 100 * score["right"] / max(1, score["told"])
     text = (f"{score['cases']} cases: {score['right']} of {score['told']} right, {part:.2f} %; of {score['cannot tell']} "
-            f"the check says that it cannot tell. {score['undamaged']} were undamaged; of these {score['undamaged wrong']} "
-            f"were called damaged.")
+            f"the check says that it cannot tell. {score['undamaged']} were undamaged; of these "
+            f"{score['undamaged wrong']} were called damaged.")
     wrong = [f"- case {outcome.number} ({', '.join(outcome.families) or 'undamaged'}; {outcome.chain}): due "
              f"{', '.join(outcome.expected) or 'nothing'}; named {', '.join(outcome.got) or 'nothing'}"
              for outcome in outcomes if not outcome.right and not outcome.cannot_tell]

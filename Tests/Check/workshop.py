@@ -59,8 +59,8 @@ class Workshop:
             sine = f"sine=frequency=1000:sample_rate={rate}:duration={seconds}"
             run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", sine, "-c:a", "pcm_f32le", path])
         else:
-            run(["sox", "-D", "-n", "-r", str(rate), "-e", "floating-point", "-b", "32", path, "synth", str(seconds), "sine",
-                 "1000", "gain", str(TONE_LEVEL_DB[maker])])
+            sine = ["synth", str(seconds), "sine", "1000", "gain", str(TONE_LEVEL_DB[maker])]
+            run(["sox", "-D", "-n", "-r", str(rate), "-e", "floating-point", "-b", "32", path, *sine])
         samples, _ = read_wave(path)
         os.remove(path)
         return samples
@@ -80,8 +80,8 @@ class Workshop:
             run(["sox", "-R", "-n", "-r", str(rate), "-b", "32", path, "synth", "5", "pinknoise", "gain", "-20"])
         else:
             chord = ["pluck", "C3", "pluck", "E4", "pluck", "G4", "pluck", "C5"]
-            run(["sox", "-R", "-n", "-r", str(rate), "-b", "32", path, "synth", "1.2", *chord, "remix", "-", "repeat", "4",
-                 "gain", "-12"])
+            run(["sox", "-R", "-n", "-r", str(rate), "-b", "32", path, "synth", "1.2", *chord, "remix", "-",
+                 "repeat", "4", "gain", "-12"])
         data = run(["ffmpeg", "-v", "error", "-i", path, "-ar", str(rate), "-ac", "1", "-f", "f32le", "-"])
         os.remove(path)
         return numpy.frombuffer(data, dtype="<f4").reshape(-1, 1)

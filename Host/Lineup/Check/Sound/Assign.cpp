@@ -156,6 +156,8 @@ std::vector<Complex> PartsOf(const Cells& cells, const Reference& reference, std
 std::vector<double> PartDoubts(const Cells& cells, const Reference& reference, std::size_t input) {
     const std::size_t channels = reference.channels.size();
     std::vector<double> doubts(channels);
+    std::vector<bool> alone(channels);
+    double ofOthers = 0;  // what is left when they are taken off is as uncertain as they are
     for (std::size_t channel = 0; channel < channels; ++channel) {
         // Of the slots that it has alone, or else of all in which it sounds.
         std::array<double, 2> squares{};
@@ -168,8 +170,13 @@ std::vector<double> PartDoubts(const Cells& cells, const Reference& reference, s
                 weights[kind] += cell.blocks * std::norm(tone.gain[channel]);
             }
         });
-        const std::size_t kind = weights[0] > 0 ? 0 : 1;
+        alone[channel] = weights[0] > 0;
+        const std::size_t kind = alone[channel] ? 0 : 1;
         doubts[channel] = weights[kind] > 0 ? std::sqrt(squares[kind]) / weights[kind] : 0;
+        ofOthers += alone[channel] ? doubts[channel] * doubts[channel] : 0;
+    }
+    for (std::size_t channel = 0; channel < channels; ++channel) {
+        doubts[channel] = alone[channel] ? doubts[channel] : std::sqrt(doubts[channel] * doubts[channel] + ofOthers);
     }
     return doubts;
 }

@@ -95,6 +95,14 @@ void KeepIdentAlone(lineup::ToneChoice& tone, const Complain& complain) {
 
 }  // namespace
 
+std::array<std::string_view, std::tuple_size_v<PropertyTexts>> PropertyNames() {
+    std::array<std::string_view, std::tuple_size_v<PropertyTexts>> names;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        names.at(i) = NameOf(i);
+    }
+    return names;
+}
+
 bool UpdateTexts(mlt_properties properties, PropertyTexts& texts) {
     bool changed = false;
     for (std::size_t i = 0; i < texts.size(); ++i) {

@@ -7,6 +7,8 @@
 #include <framework/mlt.h>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <tuple>
 
 namespace bridge {
 
@@ -17,12 +19,15 @@ using Complain = std::function<void(const std::string&)>;
 struct ClipChoice {
     lineup::ToneChoice tone;  ///< without a sample rate: that is the consumer's
     lineup::Card card = lineup::Card::Auto;
-    bool inMatrixOfProfile = false;  ///< instead of BT.601, the card's own
-    int depthBits = 16;              ///< of pictures that are asked for in 16 bits: 10, 12 or 16
+    bool inMatrixOfProfile = true;  ///< instead of BT.601, the card's own
+    int depthBits = 16;             ///< of pictures that are asked for in 16 bits: 10, 12 or 16
 };
 
 /// A producer's properties as text, in the order of the table; empty where one is not set.
 using PropertyTexts = std::array<std::string, 7>;
+
+/// The names of the properties, in the same order.
+[[nodiscard]] std::array<std::string_view, std::tuple_size_v<PropertyTexts>> PropertyNames();
 
 /// Brings `texts` up to date; whether one of them has changed.
 bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);

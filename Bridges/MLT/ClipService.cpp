@@ -17,6 +17,7 @@ std::int64_t ClipService::DurationFrames(lineup::Rational frameRate) const {
 }
 
 void ClipService::Update(mlt_properties properties, const Complain& complain) {
+    mUnknown.ComplainOf(properties, complain);
     if (UpdateTexts(properties, mTexts)) {
         mChoice = MakeChoice(mTexts, complain);
         mSounds.clear();

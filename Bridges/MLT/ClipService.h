@@ -5,6 +5,7 @@
 #include "Bridges/MLT/Picture.h"
 #include "Bridges/MLT/Sound.h"
 #include "Bridges/MLT/SoundTimeline.h"
+#include "Bridges/MLT/UnknownProperties.h"
 
 #include <cstdint>
 #include <list>
@@ -29,7 +30,7 @@ public:
     /// The length of a clip as the plug-in has it, in frames of the given rate.
     [[nodiscard]] std::int64_t DurationFrames(lineup::Rational frameRate) const;
 
-    /// Reads the producer's properties. Complains once of an invalid value.
+    /// Reads the producer's properties. Complains once of an invalid value, and of a name that is none.
     void Update(mlt_properties properties, const Complain& complain);
 
     /// Whether pictures for a profile of this colour space (601 or 709, as the framework counts) are BT.709.
@@ -51,6 +52,7 @@ private:
     lineup::Clip mPictureClip;
     PropertyTexts mTexts;
     ClipChoice mChoice;
+    UnknownProperties mUnknown;
     PictureStore mPictures;
     std::list<Sound> mSounds;  // newest first
     SoundTimeline mTimeline;

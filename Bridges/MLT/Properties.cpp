@@ -30,7 +30,7 @@ const NameProperty& CardProperty() {
 }
 
 const NameProperty& MatrixProperty() {
-    static constexpr std::array<std::string_view, 2> kNames = {"601", "profile"};
+    static constexpr std::array<std::string_view, 2> kNames = {"profile", "601"};
     static constexpr NameProperty kProperty{"matrix", kNames};
     return kProperty;
 }

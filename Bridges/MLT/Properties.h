@@ -30,8 +30,8 @@ inline constexpr NumberProperty kLevel{"level", -300, 0, -12.04, "dBFS"};
 /// "auto" is the HD card from 720 lines on.
 [[nodiscard]] const NameProperty& CardProperty();
 
-/// "601" hands the card's own numbers on, for the framework to convert; "profile" converts them here, exactly,
-/// when the profile is BT.709.
+/// "profile" converts the card's numbers here, exactly, when the profile is BT.709; "601" hands them on as they are,
+/// for the framework to convert.
 [[nodiscard]] const NameProperty& MatrixProperty();
 
 /// The bits of a picture that is asked for in 16: those below are zero, so that a consumer that writes fewer has

@@ -61,8 +61,10 @@ Image ImageOf(mlt_frame_s& frame, mlt_image_format format, int width, int height
     return image;
 }
 
+// The card's own numbers, of BT.601.
 Image FirstImage(const test::PropertyList& properties, mlt_image_format format, int width, int height) {
     const auto profile = test::MakeProfile(test::kPal, width, height);
+    profile->colorspace = 601;
     const auto clip = test::MakeClip(*profile, properties);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     return ImageOf(*frame, format, 0, 0);
@@ -175,6 +177,7 @@ TEST(Picture, KeepsWhatLiesBelowBlackAndAboveWhite) {
 
 TEST(Picture, HasTheSizeThatIsAskedFor) {
     const auto profile = test::MakeProfile(test::kPal);
+    profile->colorspace = 601;
     const auto clip = test::MakeClip(*profile);
     for (const auto& [width, height] : {std::pair{960, 540}, {1280, 720}, {641, 361}, {2, 2}, {1, 1}}) {
         const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
@@ -194,9 +197,9 @@ TEST(Picture, HasTheSizeThatIsAskedFor) {
     }
 }
 
-TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressive) {
+TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressiveWhenToldToBe) {
     const auto profile = test::MakeProfile(test::kPal);  // a 709 profile
-    const auto clip = test::MakeClip(*profile);
+    const auto clip = test::MakeClip(*profile, {{"matrix", "601"}});
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     ImageOf(*frame, mlt_image_yuv422, 0, 0);
     const mlt_properties properties = MLT_FRAME_PROPERTIES(frame.get());
@@ -207,9 +210,9 @@ TEST(Picture, SaysThatItIsBt601InLegalRangeAndProgressive) {
 }
 
 // 75 % yellow is 161, 44, 142 in BT.601 and 168, 44, 136 in BT.709.
-TEST(Picture, IsInTheMatrixOfTheProfileWhenToldTo) {
+TEST(Picture, IsInTheMatrixOfTheProfile) {
     const auto profile = test::MakeProfile(test::kPal);
-    const auto clip = test::MakeClip(*profile, {{"matrix", "profile"}});
+    const auto clip = test::MakeClip(*profile);
     const auto frame = test::NextFrame(MLT_PRODUCER_SERVICE(clip.get()));
     const Image image = ImageOf(*frame, mlt_image_yuv422, 0, 0);
     EXPECT_EQ(mlt_properties_get_int(MLT_FRAME_PROPERTIES(frame.get()), "colorspace"), 709);

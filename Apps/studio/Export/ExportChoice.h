@@ -11,9 +11,9 @@ namespace studio {
 /// What a person chooses of an export, beside what the document says.
 struct ExportChoice {
     QString file;
-    QString videoCodec;  ///< a name out of the table of formats; empty for the format's first
-    QString audioCodec;
-    QString timecode;  ///< empty for none
+    QString videoCodec{};  ///< a name out of the table of formats; empty for the format's first
+    QString audioCodec{};
+    QString timecode{};  ///< empty for none
     bool monoTracks = false;
 };
 

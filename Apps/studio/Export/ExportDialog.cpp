@@ -1,15 +1,19 @@
 #include "Apps/studio/Export/ExportDialog.h"
 
 #include "Apps/studio/Document/ClipWords.h"
-#include "Apps/studio/Window/Theme.h"
+#include "Apps/studio/Export/ExportPresets.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QMessageBox>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <string>
+#include <utility>
 
 namespace studio {
 
@@ -21,15 +25,21 @@ QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// What the table of formats says of an entry, in the language in use.
+QString Described(std::string_view description) {
+    return QCoreApplication::translate("Format", std::string(description).c_str());
+}
+
 QString FileFilter() {
     QStringList all;
     QStringList single;
     for (const lineup::FileFormat& format : lineup::FileFormats()) {
         const QString pattern = "*." + Text(format.extension);
         all += pattern;
-        single += Text(format.description) + " (" + pattern + ")";
+        single += Described(format.description) + " (" + pattern + ")";
     }
-    return "Media files (" + all.join(' ') + ");;" + single.join(";;");
+    return QCoreApplication::translate("ExportDialog", "Media files") + " (" + all.join(' ') + ");;" +
+           single.join(";;");
 }
 
 // Offers `names`, described; the first is what the format prefers. Keeps the choice where it can.
@@ -38,7 +48,7 @@ void Offer(QComboBox& box, std::span<const std::string_view> names, Find find, c
     const QString before = box.currentData().toString();
     box.clear();
     for (const std::string_view name : names) {
-        box.addItem(Text(find(name)->description), Text(name));
+        box.addItem(Described(find(name)->description), Text(name));
     }
     box.setEnabled(!names.empty());
     if (names.empty()) {
@@ -49,75 +59,105 @@ void Offer(QComboBox& box, std::span<const std::string_view> names, Find find, c
 
 }  // namespace
 
-ExportDialog::ExportDialog(const StudioDocument& document, const QString& file, QWidget* parent)
+ExportDialog::ExportDialog(const StudioDocument& document, const ExportChoice& choice, QString folder, QWidget* parent)
     : QDialog(parent),
       mDocument(document),
-      mFile(new QLineEdit(file, this)),
-      mFormat(new QLabel(this)),
+      mFolder(std::move(folder)),
+      mPreset(new QComboBox(this)),
+      mFormat(new QComboBox(this)),
+      mFile(new QLineEdit(choice.file, this)),
+      mBrowse(new QPushButton(tr("&Browse\u2026"), this)),
+      mWhere(new QLabel(this)),
       mVideo(new QComboBox(this)),
       mAudio(new QComboBox(this)),
-      mTimecode(new QLineEdit(this)),
+      mTimecode(new QLineEdit(choice.timecode, this)),
       mMonoTracks(new QCheckBox(tr("One &mono track a channel"), this)),
-      mProblem(new QLabel(this)) {
+      mProblem(new ProblemLabel("exportProblem", this)) {
     setObjectName("exportDialog");
     setWindowTitle(tr("Export"));
     setMinimumWidth(kWidth);
-    mFile->setObjectName("exportFile");
-    mVideo->setObjectName("exportVideo");
-    mAudio->setObjectName("exportAudio");
-    mTimecode->setObjectName("exportTimecode");
-    mMonoTracks->setObjectName("exportMonoTracks");
-    mProblem->setObjectName("exportProblem");
-    mTimecode->setPlaceholderText(tr("HH:MM:SS:FF, or none"));
-    mProblem->setWordWrap(true);
-    mProblem->setMinimumHeight(2 * fontMetrics().lineSpacing());
-    mFormat->setForegroundRole(QPalette::PlaceholderText);
-
-    auto* const browse = new QPushButton(tr("&Browse\u2026"), this);
-    auto* const fileRow = new QHBoxLayout;
-    fileRow->addWidget(mFile, 1);
-    fileRow->addWidget(browse);
-    auto* const form = new QFormLayout;
-    auto* const fileLabel = new QLabel(tr("&File:"), this);
-    fileLabel->setBuddy(mFile);
-    form->addRow(fileLabel, fileRow);
-    form->addRow(QString(), mFormat);
-    form->addRow(tr("&Picture:"), mVideo);
-    form->addRow(tr("&Sound:"), mAudio);
-    form->addRow(tr("&Time code:"), mTimecode);
-    form->addRow(QString(), mMonoTracks);
-    auto* const clip =
-        new QLabel(PictureWords(mDocument.Values().picture) + "\n" + SoundWords(*mDocument.Clip()) + " \u00B7 " +
-                       TimeWords(static_cast<double>(mDocument.LengthSamples()) /
-                                 static_cast<double>(mDocument.Clip()->SampleRate())),
-                   this);
-    form->addRow(tr("Clip:"), clip);
-
+    FillIn();
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     mExport = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
     mExport->setObjectName("exportButton");
     mExport->setDefault(true);
     auto* const layout = new QVBoxLayout(this);
-    layout->addLayout(form);
+    layout->addLayout(Arrange());
     layout->addWidget(mProblem);
     layout->addStretch();
     layout->addWidget(buttons);
 
-    connect(browse, &QPushButton::clicked, this, &ExportDialog::Browse);
+    FileChanged();
+    mVideo->setCurrentIndex(std::max(0, mVideo->findData(choice.videoCodec)));
+    mAudio->setCurrentIndex(std::max(0, mAudio->findData(choice.audioCodec)));
+    mMonoTracks->setChecked(choice.monoTracks);
+    connect(mBrowse, &QPushButton::clicked, this, &ExportDialog::Browse);
     connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::Accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(mPreset, &QComboBox::activated, this, &ExportDialog::PresetChosen);
+    connect(mFormat, &QComboBox::currentIndexChanged, this, &ExportDialog::FormatChosen);
     connect(mFile, &QLineEdit::textChanged, this, &ExportDialog::FileChanged);
     connect(mTimecode, &QLineEdit::textChanged, this, &ExportDialog::Check);
     connect(mVideo, &QComboBox::currentIndexChanged, this, &ExportDialog::Check);
     connect(mAudio, &QComboBox::currentIndexChanged, this, &ExportDialog::Check);
     connect(mMonoTracks, &QCheckBox::toggled, this, &ExportDialog::Check);
-    FileChanged();
+    Check();
     mFile->setFocus();
     mFile->selectAll();
 }
 
+void ExportDialog::FillIn() {
+    mPreset->setObjectName("exportPreset");
+    mFormat->setObjectName("exportFormat");
+    mFile->setObjectName("exportFile");
+    mWhere->setObjectName("exportWhere");
+    mVideo->setObjectName("exportVideo");
+    mAudio->setObjectName("exportAudio");
+    mTimecode->setObjectName("exportTimecode");
+    mMonoTracks->setObjectName("exportMonoTracks");
+    mTimecode->setPlaceholderText(tr("HH:MM:SS:FF, or none"));
+    mWhere->setWordWrap(true);
+    mWhere->setForegroundRole(QPalette::PlaceholderText);
+    for (const ExportPreset& preset : ExportPresets()) {
+        mPreset->addItem(QCoreApplication::translate("ExportPreset", preset.name));
+    }
+    mPreset->addItem(tr("Own choice"));
+    for (const lineup::FileFormat& format : lineup::FileFormats()) {
+        mFormat->addItem(tr("%1 (.%2)").arg(Described(format.description), Text(format.extension)),
+                         Text(format.extension));
+    }
+}
+
+QFormLayout* ExportDialog::Arrange() {
+    auto* const fileRow = new QHBoxLayout;
+    fileRow->addWidget(mFile, 1);
+    fileRow->addWidget(mBrowse);
+    auto* const fileLabel = new QLabel(tr("&File:"), this);
+    fileLabel->setBuddy(mFile);
+    auto* const clip =
+        new QLabel(PictureWords(mDocument.Values().picture) + "\n" + SoundWords(*mDocument.Clip()) + " \u00B7 " +
+                       TimeWords(static_cast<double>(mDocument.LengthSamples()) /
+                                 static_cast<double>(mDocument.Clip()->SampleRate())),
+                   this);
+    auto* const form = new QFormLayout;
+    form->addRow(tr("P&reset:"), mPreset);
+    form->addRow(tr("F&ormat:"), mFormat);
+    form->addRow(fileLabel, fileRow);
+    form->addRow(QString(), mWhere);
+    form->addRow(tr("&Picture:"), mVideo);
+    form->addRow(tr("&Sound:"), mAudio);
+    form->addRow(tr("&Time code:"), mTimecode);
+    form->addRow(QString(), mMonoTracks);
+    form->addRow(tr("Clip:"), clip);
+    return form;
+}
+
+QString ExportDialog::Target() const {
+    return mFile->text().isEmpty() ? QString() : QDir(mFolder).absoluteFilePath(mFile->text());
+}
+
 ExportChoice ExportDialog::Choice() const {
-    return {.file = mFile->text(),
+    return {.file = Target(),
             .videoCodec = mVideo->currentData().toString(),
             .audioCodec = mAudio->currentData().toString(),
             .timecode = mTimecode->isEnabled() ? mTimecode->text() : QString(),
@@ -125,10 +165,33 @@ ExportChoice ExportDialog::Choice() const {
 }
 
 void ExportDialog::Browse() {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Export to"), mFile->text(), FileFilter(), nullptr,
+    const QString file = QFileDialog::getSaveFileName(this, tr("Export to"), Target(), FileFilter(), nullptr,
                                                       QFileDialog::DontConfirmOverwrite);
     if (!file.isEmpty()) {
         mFile->setText(file);
+    }
+}
+
+void ExportDialog::PresetChosen() {
+    const auto index = static_cast<std::size_t>(mPreset->currentIndex());
+    if (index >= ExportPresets().size()) {
+        return;
+    }
+    const ExportPreset& preset = ExportPresets()[index];
+    mFormat->setCurrentIndex(mFormat->findData(preset.extension));
+    mVideo->setCurrentIndex(std::max(0, mVideo->findData(preset.videoCodec)));
+    mAudio->setCurrentIndex(std::max(0, mAudio->findData(preset.audioCodec)));
+}
+
+// The format is the file name's ending, and follows it.
+void ExportDialog::FormatChosen() {
+    const QString extension = mFormat->currentData().toString();
+    QString file = mFile->text();
+    if (FormatOf(file) != nullptr) {
+        file.truncate(file.lastIndexOf('.'));
+    }
+    if (!extension.isEmpty()) {
+        mFile->setText(file + "." + extension);
     }
 }
 
@@ -141,18 +204,29 @@ void ExportDialog::FileChanged() {
         Offer(*mAudio, format->audioCodecs, lineup::FindAudioCodec, tr("None"));
         mTimecode->setEnabled(format->holdsTimecode);
         mMonoTracks->setEnabled(format->offersMonoTracks && !format->onlyMonoTracks);
-        mFormat->setText(Text(format->description));
         mShownFormat = format;
     }
+    const QSignalBlocker quietFormat(mFormat);
+    mFormat->setCurrentIndex(format == nullptr ? -1 : mFormat->findData(Text(format->extension)));
     Check();
 }
 
+void ExportDialog::ShowPreset() {
+    const auto presets = ExportPresets();
+    const auto chosen = std::ranges::find_if(presets, [this](const ExportPreset& preset) {
+        return mFormat->currentData().toString() == preset.extension &&
+               mVideo->currentData().toString() == preset.videoCodec &&
+               mAudio->currentData().toString() == preset.audioCodec;
+    });
+    mPreset->setCurrentIndex(static_cast<int>(chosen - presets.begin()));  // the last one is "Own choice"
+}
+
 void ExportDialog::Check() {
-    const QString problem = ExportProblem(mDocument, Choice());
-    mProblem->setText(problem);
-    QPalette palette = this->palette();
-    palette.setColor(QPalette::WindowText, Theme::Current().warning);
-    mProblem->setPalette(palette);
+    ShowPreset();
+    const bool hasFolder = mFile->text().isEmpty() || QDir::isAbsolutePath(mFile->text());
+    mWhere->setText(hasFolder ? QString() : tr("Goes to %1").arg(QDir::toNativeSeparators(Target())));
+    const QString problem = mFile->text().isEmpty() ? tr("The file needs a name.") : ExportProblem(mDocument, Choice());
+    mProblem->Show(problem);
     mExport->setEnabled(problem.isEmpty());
 }
 
@@ -160,11 +234,12 @@ void ExportDialog::Accept() {
     if (!mExport->isEnabled()) {
         return;
     }
-    const QFileInfo file(mFile->text());
+    const QFileInfo file(Target());
     if (file.exists()) {
         QMessageBox box(QMessageBox::Question, tr("Export"),
                         tr("%1 is there already. Replace it?").arg(file.fileName()), QMessageBox::Cancel, this);
-        QPushButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+        const QPushButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+        box.setDefaultButton(QMessageBox::Cancel);
         box.exec();
         if (box.clickedButton() != replace) {
             return;

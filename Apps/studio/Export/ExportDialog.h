@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Apps/studio/Export/ExportChoice.h"
+#include "Apps/studio/Window/ProblemLabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,27 +18,37 @@ class ExportDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `file` is what is offered.
-    ExportDialog(const StudioDocument& document, const QString& file, QWidget* parent);
+    /// Begins with `choice`. A name without a folder goes to `folder`.
+    ExportDialog(const StudioDocument& document, const ExportChoice& choice, QString folder, QWidget* parent);
 
     [[nodiscard]] ExportChoice Choice() const;
 
 private:
+    void FillIn();
+    [[nodiscard]] QFormLayout* Arrange();
     void Browse();
+    [[nodiscard]] QString Target() const;
+    void PresetChosen();
+    void FormatChosen();
     void FileChanged();
     void Check();
+    void ShowPreset();
     void Accept();
 
     const StudioDocument& mDocument;
+    QString mFolder;
+    const lineup::FileFormat* mShownFormat = nullptr;
+    QComboBox* mPreset;
+    QComboBox* mFormat;
     QLineEdit* mFile;
-    QLabel* mFormat;
+    QPushButton* mBrowse;
+    QLabel* mWhere;
     QComboBox* mVideo;
     QComboBox* mAudio;
     QLineEdit* mTimecode;
     QCheckBox* mMonoTracks;
-    QLabel* mProblem;
-    QPushButton* mExport;
-    const lineup::FileFormat* mShownFormat = nullptr;
+    ProblemLabel* mProblem;
+    QPushButton* mExport = nullptr;
 };
 
 }  // namespace studio

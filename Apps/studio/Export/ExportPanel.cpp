@@ -25,10 +25,12 @@ QString FileOf(const lineup::ExportSettings& settings) {
 ExportPanel::ExportPanel(QWidget* parent)
     : QWidget(parent),
       mText(new QLabel(this)),
+      mProblem(new ProblemLabel("exportFailure", this)),
       mBar(new QProgressBar(this)),
       mLeft(new QLabel(this)),
       mCancel(new QPushButton(tr("&Cancel Export"), this)),
       mReveal(new QPushButton(tr("&Show in Folder"), this)),
+      mAgain(new QPushButton(tr("&Try Again\u2026"), this)),
       mClose(new QPushButton(tr("&Dismiss"), this)) {
     setObjectName("exportPanel");
     setAccessibleName(tr("Export"));
@@ -39,13 +41,16 @@ ExportPanel::ExportPanel(QWidget* parent)
     mBar->setRange(0, kBarSteps);
     mCancel->setObjectName("exportCancel");
     mReveal->setObjectName("exportReveal");
+    mAgain->setObjectName("exportAgain");
     mClose->setObjectName("exportDismiss");
     auto* const layout = new QHBoxLayout(this);
     layout->addWidget(mText, 1);
+    layout->addWidget(mProblem, 1);
     layout->addWidget(mBar, 1);
     layout->addWidget(mLeft);
     layout->addWidget(mCancel);
     layout->addWidget(mReveal);
+    layout->addWidget(mAgain);
     layout->addWidget(mClose);
     connect(&mTimer, &QTimer::timeout, this, &ExportPanel::ShowProgress);
     connect(mCancel, &QPushButton::clicked, this, [this] {
@@ -53,6 +58,7 @@ ExportPanel::ExportPanel(QWidget* parent)
         mJob->Cancel();
     });
     connect(mReveal, &QPushButton::clicked, this, &ExportPanel::Reveal);
+    connect(mAgain, &QPushButton::clicked, this, &ExportPanel::AgainWanted);
     connect(mClose, &QPushButton::clicked, this, &QWidget::hide);
     hide();
 }
@@ -75,8 +81,10 @@ void ExportPanel::Start(std::shared_ptr<const lineup::Clip> clip, const lineup::
     for (QWidget* const widget : std::initializer_list<QWidget*>{mBar, mLeft, mCancel}) {
         widget->show();
     }
-    mReveal->hide();
-    mClose->hide();
+    for (QWidget* const widget : std::initializer_list<QWidget*>{mProblem, mReveal, mAgain, mClose}) {
+        widget->hide();
+    }
+    mText->show();
     show();
     mIsRunning = true;
     mElapsed.start();
@@ -100,6 +108,10 @@ void ExportPanel::End(const QString& text, bool hasFile, const QString& problem)
     mTimer.stop();
     mIsRunning = false;
     mText->setText(text);
+    mText->setVisible(problem.isEmpty());
+    mProblem->Show(problem);
+    mProblem->setVisible(!problem.isEmpty());
+    mAgain->setVisible(!problem.isEmpty());
     for (QWidget* const widget : std::initializer_list<QWidget*>{mBar, mLeft, mCancel}) {
         widget->hide();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Apps/studio/Export/ExportJob.h"
+#include "Apps/studio/Window/ProblemLabel.h"
 
 #include <QElapsedTimer>
 #include <QLabel>
@@ -31,6 +32,8 @@ public:
 Q_SIGNALS:
     /// Nothing is running any more; `problem` is "" unless it failed.
     void Ended(const QString& problem);
+    /// A person wants to try again what failed.
+    void AgainWanted();
 
 private:
     void ShowProgress();
@@ -38,10 +41,12 @@ private:
     void Reveal() const;
 
     QLabel* mText;
+    ProblemLabel* mProblem;
     QProgressBar* mBar;
     QLabel* mLeft;
     QPushButton* mCancel;
     QPushButton* mReveal;
+    QPushButton* mAgain;
     QPushButton* mClose;
     QTimer mTimer;
     QElapsedTimer mElapsed;

@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -47,6 +48,17 @@ struct ScopeSwitch {
 };
 constexpr std::array<ScopeSwitch, 3> kScopeSwitches = {
     {{Act::Scope, "view/waveformMonitor"}, {Act::Vectorscope, "view/vectorscope"}, {Act::Parade, "view/parade"}}};
+
+// Where exports went last or movies are kept, as far as there is such a folder.
+QString ExportFolder() {
+    for (const QString& folder :
+         {QSettings().value(kExportKey).toString(), QStandardPaths::writableLocation(QStandardPaths::MoviesLocation)}) {
+        if (!folder.isEmpty() && QFileInfo(folder).isDir()) {
+            return folder;
+        }
+    }
+    return QDir::homePath();
+}
 
 QString DroppedFile(const QMimeData& data) {
     return data.urls().size() == 1 && data.urls().constFirst().isLocalFile() ? data.urls().constFirst().toLocalFile()
@@ -206,6 +218,7 @@ void StudioWindow::ConnectTransport() {
 
 void StudioWindow::ConnectViews() {
     connect(&mDocument, &StudioDocument::ClipChanged, this, &StudioWindow::ShowClip);
+    connect(mExportPanel, &ExportPanel::AgainWanted, this, &StudioWindow::Export);
     connect(&mDocument, &StudioDocument::StateChanged, this, &StudioWindow::ShowTitle);
     connect(mLanes, &LanesView::SeekWanted, this, &StudioWindow::SeekTo);
     connect(mTransport, &TransportBar::FrameWanted, this,
@@ -273,6 +286,9 @@ void StudioWindow::LoadPicture() {
 
 void StudioWindow::ShowTitle() {
     setWindowTitle(tr("%1[*] \u2014 Lineup Studio").arg(mDocument.Name()));
+    if (windowFilePath() != mDocument.File()) {
+        mLastExport.reset();
+    }
     setWindowFilePath(mDocument.File());
     setWindowModified(mDocument.IsChanged());
 }
@@ -327,13 +343,15 @@ void StudioWindow::Export() {
         return;
     }
     QSettings settings;
-    const QString folder =
-        settings.value(kExportKey, QStandardPaths::writableLocation(QStandardPaths::MoviesLocation)).toString();
-    ExportDialog dialog(mDocument, folder + "/" + mDocument.Name() + ".mov", this);
+    const QString folder = ExportFolder();
+    // What was chosen last is offered again, to be put right when it failed.
+    const ExportChoice offered = mLastExport.value_or(ExportChoice{.file = folder + "/" + mDocument.Name() + ".mov"});
+    ExportDialog dialog(mDocument, offered, folder, this);
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }
     const ExportChoice choice = dialog.Choice();
+    mLastExport = choice;
     settings.setValue(kExportKey, QFileInfo(choice.file).absolutePath());
     lineup::ExportSettings exported = MakeExportSettings(mDocument, choice);
     exported.overwrite = true;  // the dialog has asked

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Apps/studio/Document/StudioDocument.h"
+#include "Apps/studio/Export/ExportChoice.h"
 #include "Apps/studio/Export/ExportPanel.h"
 #include "Apps/studio/Sound/Player.h"
 #include "Apps/studio/Views/LanesView.h"
@@ -23,6 +24,7 @@
 #include <QSplitter>
 #include <QTimer>
 #include <memory>
+#include <optional>
 
 namespace studio {
 
@@ -79,6 +81,7 @@ private:
     Probes mProbes;
     QTimer mFrames;  // a tick a picture of the window, while something moves
     QElapsedTimer mSinceTick;
+    std::optional<ExportChoice> mLastExport;  // of this document
     bool mCloseAfterDialog = false;
 
     HeaderBar* mHeader;

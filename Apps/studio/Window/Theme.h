@@ -21,6 +21,7 @@ struct Theme {
     QColor accent;    ///< what is selected or on
     QColor onAccent;  ///< text on it
     QColor warning;
+    QColor error;
     QColor surround;  ///< round the picture: grey, so that it tints nothing
     QColor lane;
     QColor laneGrid;

@@ -1,5 +1,6 @@
 #include <lineup/AudioReader.h>
 #include <lineup/ChannelLayout.h>
+#include "Apps/studio/Export/ExportPresets.h"
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Apps/studio/UrlCatcher.h"
 #include "Tests/Support/RunProgram.h"
@@ -8,8 +9,11 @@
 
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSettings>
 #include <QUrl>
 #include <cstring>
 
@@ -123,6 +127,91 @@ TEST_F(StudioExport, AsksBeforeItReplacesAFile) {
         hands.Press(Qt::Key_Escape);
     });
     EXPECT_EQ(test::ReadFile(Folder() / "card.png"), "precious");
+}
+
+TEST_F(StudioExport, EnterInTheQuestionKeepsTheFile) {
+    test::WriteFile(Folder() / "card.png", "precious");
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("card.png"));
+        test::WithDialog([&] { hands.Press(Qt::Key_Return); }, [](DialogHands& box) { box.Press(Qt::Key_Return); });
+        EXPECT_TRUE(hands.Dialog().isVisible());
+        hands.Press(Qt::Key_Escape);
+    });
+    EXPECT_EQ(test::ReadFile(Folder() / "card.png"), "precious");
+}
+
+// Without a folder for movies too.
+TEST_F(StudioExport, OffersAFolderThatExistsAndSaysWhereANameWithoutOneGoes) {
+    QSettings().setValue("export/folder", InFolder("gone"));
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        auto& name = hands.Find<QLineEdit>("exportFile");
+        const QFileInfo offered(name.text());
+        EXPECT_TRUE(offered.isAbsolute() && offered.absoluteDir().exists()) << name.text().toStdString();
+        EXPECT_EQ(hands.Find<QLabel>("exportWhere").text(), "");
+        name.setText("bars.wav");
+        EXPECT_EQ(hands.Find<QLabel>("exportWhere").text(), "Goes to " + offered.absolutePath() + "/bars.wav");
+        name.clear();
+        EXPECT_FALSE(hands.IsEnabled("exportButton"));
+        hands.Press(Qt::Key_Escape);
+    });
+}
+
+TEST_F(StudioExport, PresetsAndFormatsNameTheFileAndItsCodecs) {
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        auto& name = hands.Find<QLineEdit>("exportFile");
+        auto& preset = hands.Find<QComboBox>("exportPreset");
+        auto& format = hands.Find<QComboBox>("exportFormat");
+        auto& audio = hands.Find<QComboBox>("exportAudio");
+        const auto choose = [](QComboBox& box, const char* text) {
+            box.setFocus();
+            QTest::keyClicks(&box, text);
+        };
+        EXPECT_TRUE(preset.currentText().startsWith("Editing: ProRes 422 HQ"));
+        choose(preset, "Arch");
+        EXPECT_TRUE(name.text().endsWith(".mkv"));
+        EXPECT_EQ(hands.Find<QComboBox>("exportVideo").currentData(), "ffv1");
+        EXPECT_EQ(audio.currentData(), "flac");
+        EXPECT_TRUE(hands.IsEnabled("exportButton"));
+        audio.setCurrentIndex(audio.findData("pcm-s16"));
+        EXPECT_EQ(preset.currentText(), "Own choice");
+        choose(format, "Broadcast");
+        EXPECT_TRUE(name.text().endsWith("/Untitled.wav")) << name.text().toStdString();
+        EXPECT_EQ(audio.currentData(), "pcm-s16") << "a choice that goes with the format stays";
+        name.setText("still.png");
+        EXPECT_TRUE(format.currentText().startsWith("PNG"));
+        EXPECT_TRUE(preset.currentText().startsWith("Still"));
+        QTest::keyClick(&preset, Qt::Key_Home);
+        for (const studio::ExportPreset& row : studio::ExportPresets()) {
+            EXPECT_EQ(preset.currentText().toStdString(), row.name);
+            EXPECT_TRUE(hands.IsEnabled("exportButton")) << row.name;
+            QTest::keyClick(&preset, Qt::Key_Down);
+        }
+        hands.Press(Qt::Key_Escape);
+    });
+}
+
+// A folder may go between choosing and writing.
+TEST_F(StudioExport, AFailureLooksLikeOneAndKeepsTheChoices) {
+    fs::create_directory(Folder() / "there");
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("there/clip.mov"));
+        hands.Find<QComboBox>("exportAudio").setCurrentIndex(1);
+        hands.Find<QLineEdit>("exportTimecode").setText("10:00:00:00");
+        fs::remove(Folder() / "there");
+        hands.Click("exportButton");
+    });
+    WaitFor([&] { return Find("exportAgain").isVisible(); }, "it fails");
+    auto& failure = Find<QLabel>("exportFailure");
+    EXPECT_THAT(failure.text().toStdString(), HasSubstr("there/clip.mov"));
+    EXPECT_TRUE(failure.isVisible());
+    EXPECT_EQ(failure.palette().color(QPalette::WindowText), studio::Theme::Current().error);
+    test::WithDialog([&] { QTest::mouseClick(&Find("exportAgain"), Qt::LeftButton); },
+                     [&](DialogHands& hands) {
+                         EXPECT_EQ(hands.Find<QLineEdit>("exportFile").text(), InFolder("there/clip.mov"));
+                         EXPECT_EQ(hands.Find<QComboBox>("exportAudio").currentData(), "pcm-s16");
+                         EXPECT_EQ(hands.Find<QLineEdit>("exportTimecode").text(), "10:00:00:00");
+                         hands.Press(Qt::Key_Escape);
+                     });
 }
 
 TEST_F(StudioExport, IsCancelledAndLeavesNothing) {

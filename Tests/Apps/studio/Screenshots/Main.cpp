@@ -32,10 +32,22 @@ struct Scene {
     double playedTo;  // seconds into the clip; 0: not playing
     std::int64_t lengthFrames;
     std::optional<QPoint> pointAt;  // in shares of a thousand of the picture
+    QSize size = {1180, 740};
 };
 
-const std::array<Scene, 5> kScenes = {{
-    {"stereo", nullptr, Act::ThemeLight, {}, 0, 125, QPoint(180, 300)},
+const Scene kStereo = {"stereo", nullptr, Act::ThemeLight, {}, 0, 125, QPoint(180, 300), {1180, 740}};
+const std::array<Scene, 8> kScenes = {{
+    {"narrow", "ebu-5.1", Act::ThemeDark, {Act::Scope}, 1.7, 300, QPoint(440, 300), {660, 450}},
+    {"narrow-light", nullptr, Act::ThemeLight, {Act::Vectorscope, Act::Parade}, 1.7, 125, QPoint(440, 300), {660, 450}},
+    {"middle",
+     "blits",
+     Act::ThemeLight,
+     {Act::Scope, Act::Vectorscope, Act::Parade},
+     1.7,
+     300,
+     QPoint(440, 300),
+     {1000, 800}},
+    kStereo,
     {"blits", "blits", Act::ThemeLight, {}, 2.4, 335, std::nullopt},
     {"scope", "ebu-stereo-1000", Act::ThemeLight, {Act::Scope, Act::Vectorscope}, 1.3, 150, QPoint(300, 400)},
     {"parade", nullptr, Act::ThemeDark, {Act::Parade, Act::Vectorscope}, 0, 125, QPoint(570, 400)},
@@ -93,7 +105,7 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
     for (const Act act : {Act::Scope, Act::Vectorscope, Act::Parade}) {
         window.Commands()[act].setChecked(std::ranges::find(scene.scopes, act) != scene.scopes.end());
     }
-    window.resize(1180, 740);
+    window.resize(scene.size);
     window.show();
     auto* const picture = window.findChild<studio::PictureView*>();
     if (!QTest::qWaitFor([&] { return picture->Frame().width() > 0; }, 30000)) {
@@ -122,9 +134,9 @@ void Take(const std::shared_ptr<const lineup::Importer>& importer, const Scene& 
 void TakeDialogs(const std::shared_ptr<const lineup::Importer>& importer, const QString& target) {
     studio::StudioWindow window(importer);
     window.Commands()[Act::ThemeLight].trigger();
-    const auto values = Values(*importer, kScenes.front());
+    const auto values = Values(*importer, kStereo);
     window.Document().New(values);
-    studio::ExportDialog exporting(window.Document(), "line-up.mov", nullptr);
+    studio::ExportDialog exporting(window.Document(), {.file = "line-up.mov"}, "/home/me/Videos", nullptr);
     Save(exporting, target.arg("export"));
     studio::ClipDialog clip(*importer, values, "Clip Settings", nullptr);
     Save(clip, target.arg("clip"));

@@ -80,6 +80,7 @@ void ClipPlayback::Render(std::span<float> interleaved) noexcept {
         mProgress.rendered += static_cast<std::int64_t>(frames);
         done += frames;
     }
+    mVolume.Apply(interleaved, outputs);
     mProgress.timeNs = Nanoseconds(Clock::now());
     mPublished.Write(mProgress);
 }

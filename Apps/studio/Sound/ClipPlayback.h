@@ -5,6 +5,7 @@
 #include "Apps/studio/Sound/PeakBank.h"
 #include "Apps/studio/Sound/SnapshotCell.h"
 #include "Apps/studio/Sound/SpeakerMap.h"
+#include "Apps/studio/Sound/Volume.h"
 
 #include <array>
 #include <atomic>
@@ -35,6 +36,9 @@ public:
 
     /// Says how many frames lie between Render and the loudspeaker. Set before playing.
     void SetLatency(std::int64_t frames) noexcept { mLatency.store(frames); }
+
+    /// How loud it is heard. Peaks are those of the clip, whatever the volume.
+    [[nodiscard]] Volume& Loudness() noexcept { return mVolume; }
 
     void Seek(std::int64_t sample) noexcept { mSeek.store(sample); }
     void SetLoop(bool loop) noexcept { mLoop.store(loop); }
@@ -91,6 +95,7 @@ private:
     std::atomic<bool> mLoop{false};
     std::atomic<bool> mFailed{false};
     PeakBank mPeaks;
+    Volume mVolume;
 };
 
 }  // namespace studio

@@ -59,8 +59,14 @@ void Player::LookForDevices() {
     }
 }
 
+QAudioDevice Player::Device() const {
+    const auto devices = QMediaDevices::audioOutputs();
+    const auto wanted = std::ranges::find(devices, mWantedDevice, &QAudioDevice::id);
+    return wanted == devices.end() ? QMediaDevices::defaultAudioOutput() : *wanted;
+}
+
 Player::Route Player::FindRoute() const {
-    const QAudioDevice device = QMediaDevices::defaultAudioOutput();
+    const QAudioDevice device = Device();
     const int clipChannels = mClip == nullptr ? 2 : mClip->NumChannels();
     const int preferred = device.preferredFormat().channelCount();
     const int deviceChannels = device.isNull() ? clipChannels : preferred > 0 ? preferred : kUsualChannels;
@@ -99,6 +105,7 @@ void Player::Start(std::int64_t from) {
     const Route route = FindRoute();
     mPlayback = std::make_shared<ClipPlayback>(mClip, route.speakers, mLength, from);
     mPlayback->SetLoop(mLoop);
+    mPlayback->Loudness().Begin(Gain());
     mPlayingOn = route.Id();
     if (route.format.isValid()) {
         mOutput = std::make_unique<DeviceOutput>(mPlayback, route.device, route.format);
@@ -167,6 +174,26 @@ void Player::SetLoop(bool loop) {
     Q_EMIT StateChanged();
 }
 
+void Player::SetVolume(float gain) {
+    mVolume = std::clamp(gain, 0.0F, 1.0F);
+    if (mPlayback != nullptr) {
+        mPlayback->Loudness().Set(Gain());
+    }
+    Q_EMIT SoundChanged();
+}
+
+void Player::SetMuted(bool muted) {
+    mMuted = muted;
+    SetVolume(mVolume);
+}
+
+void Player::UseDevice(const QByteArray& id) {
+    mWantedDevice = id;
+    mFailures = 0;
+    mProblem.clear();
+    LookForDevices();
+}
+
 std::int64_t Player::Position() const {
     return mPlayback == nullptr ? mParked : mPlayback->Playhead();
 }
@@ -184,13 +211,16 @@ QString Player::SoundText() const {
     if (!route.problem.isEmpty()) {
         return tr("%1: playing in silence").arg(route.problem);
     }
+    if (mMuted) {
+        return tr("%1: muted").arg(route.device.description());
+    }
     const QString notice = QString::fromStdString(route.speakers.Notice());
     return notice.isEmpty() ? route.device.description() : tr("%1 \u2014 %2").arg(route.device.description(), notice);
 }
 
 bool Player::SoundIsChanged() const {
     const Route route = FindRoute();
-    return !route.problem.isEmpty() || !route.speakers.Notice().empty();
+    return mMuted || !route.problem.isEmpty() || !route.speakers.Notice().empty();
 }
 
 }  // namespace studio

@@ -36,6 +36,14 @@ public:
     void Seek(std::int64_t sample);
     void SetLoop(bool loop);
 
+    /// Linear, from 0 to 1.
+    void SetVolume(float gain);
+    void SetMuted(bool muted);
+
+    /// Plays on the device of this id whenever it is there, else on the system's choice; empty: on the latter always.
+    void UseDevice(const QByteArray& id);
+    [[nodiscard]] const QByteArray& WantedDevice() const noexcept { return mWantedDevice; }
+
     [[nodiscard]] bool IsPlaying() const noexcept { return mOutput != nullptr; }
     [[nodiscard]] bool Loop() const noexcept { return mLoop; }
     [[nodiscard]] std::int64_t Length() const noexcept { return mLength; }
@@ -64,6 +72,8 @@ Q_SIGNALS:
 private:
     struct Route;
     [[nodiscard]] Route FindRoute() const;
+    [[nodiscard]] QAudioDevice Device() const;
+    [[nodiscard]] float Gain() const noexcept { return mMuted ? 0 : mVolume; }
     void Start(std::int64_t from);
     void Stop();
     void Restart();
@@ -79,6 +89,9 @@ private:
     std::int64_t mLength = 1;
     std::int64_t mParked = 0;
     bool mLoop = false;
+    float mVolume = 1;
+    bool mMuted = false;
+    QByteArray mWantedDevice;
     QString mProblem;  // of the device; empty: it is used
     int mFailures = 0;
     int mLooksUntilRetry = 0;

@@ -3,7 +3,6 @@
 #include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Window/Theme.h"
 
-#include <QAccessible>
 #include <QPainter>
 #include <algorithm>
 #include <array>
@@ -14,8 +13,10 @@ namespace studio {
 namespace {
 
 constexpr int kBarWidth = 14;
-constexpr int kGap = 21;  // room for a number above each bar
-constexpr int kEdge = 8;
+constexpr int kLeastBarWidth = 8;
+constexpr int kMostFigureRows = 3;
+constexpr double kDescribedEverySeconds = 0.25;
+constexpr int kMeterEdge = 8;
 constexpr double kTopDb = 0;
 constexpr double kPermittedDb = -9;  // the permitted maximum level of EBU R 68
 constexpr double kLineUpDb = -18;
@@ -41,7 +42,7 @@ MeterView::MeterView(QWidget* parent) : QWidget(parent) {
     setObjectName("meters");
     setAccessibleName(tr("Level meters"));
     setToolTip(tr("Sample peaks in dBFS, held for 1.5 s. Line-up levels: \u221218 (EBU), \u221220 (SMPTE)"));
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
 }
 
 void MeterView::SetChannels(std::vector<ShownChannel> channels) {
@@ -61,9 +62,12 @@ void MeterView::Advance(PeakBank* peaks, double seconds) {
         mBars[place].Update(isHeard ? static_cast<double>(peaks->Take(channel)) : 0, seconds);
         moved = moved || before.LevelDb() != mBars[place].LevelDb() || before.HoldDb() != mBars[place].HoldDb();
     }
+    mSinceDescribed += seconds;
     if (moved) {
-        Describe();
         update();
+        if (mSinceDescribed >= kDescribedEverySeconds || IsAtRest()) {
+            Describe();
+        }
     }
 }
 
@@ -73,32 +77,57 @@ bool MeterView::IsAtRest() const {
     });
 }
 
-// For a screen reader that asks; nobody wants to be told sixty times a second.
+// For a screen reader; nobody wants to be told sixty times a second.
 void MeterView::Describe() {
-    if (!QAccessible::isActive() && !accessibleDescription().isEmpty()) {
-        return;
-    }
+    mSinceDescribed = 0;
     QStringList levels;
     for (std::size_t place = 0; place < mBars.size(); ++place) {
-        levels += QString("%1 %2 dBFS").arg(mChannels[place].name, SignedNumber(mBars[place].HoldDb(), 1));
+        levels += QString("%1 %2 dBFS").arg(mChannels[place].name, SignedNumber(mBars[place].HoldDb(), 2));
     }
     setAccessibleDescription(levels.join(", "));
 }
 
-QSize MeterView::sizeHint() const {
+int MeterView::FigureWidth() const {
+    return QFontMetrics(FigureFont()).horizontalAdvance("\u221200.00") + 4;
+}
+
+QFont MeterView::FigureFont() const {
+    QFont bold = font();
+    bold.setBold(true);
+    return bold;
+}
+
+double MeterView::SlotWidth() const {
+    return Plot().width() / static_cast<double>(std::max<std::size_t>(1, mBars.size()));
+}
+
+// Figures that are wider than their bar's room stand in several rows, each above its bar.
+int MeterView::FigureRows() const {
+    const int numbers = fontMetrics().horizontalAdvance("\u221260") + 14;
+    const double slot =
+        (width() - 2.0 * kMeterEdge - numbers) / static_cast<double>(std::max<std::size_t>(1, mBars.size()));
+    const auto rows = static_cast<int>(std::ceil(FigureWidth() / std::max(1.0, slot)));
+    return std::clamp(rows, 1, kMostFigureRows);
+}
+
+int MeterView::WidthFor(int slot) const {
     const int bars = std::max<int>(2, static_cast<int>(mChannels.size()));
     const int numbers = fontMetrics().horizontalAdvance("\u221260") + 14;
-    return {numbers + bars * (kBarWidth + kGap) + 2 * kEdge, 260};
+    return numbers + bars * slot + 2 * kMeterEdge;
+}
+
+QSize MeterView::sizeHint() const {
+    return {WidthFor(mChannels.size() > 2 ? FigureWidth() / 2 + 4 : FigureWidth()), 260};
 }
 
 QSize MeterView::minimumSizeHint() const {
-    return {sizeHint().width(), 120};
+    return {WidthFor(std::max(fontMetrics().horizontalAdvance("LFE") + 4, FigureWidth() / kMostFigureRows + 1)), 110};
 }
 
 QRectF MeterView::Plot() const {
     const int numbers = fontMetrics().horizontalAdvance("\u221260") + 14;
     const int line = fontMetrics().height();
-    return QRectF(rect()).adjusted(kEdge + numbers, line + 8, -kEdge, -line - 8);
+    return QRectF(rect()).adjusted(kMeterEdge + numbers, FigureRows() * line + 8, -kMeterEdge, -line - 8);
 }
 
 double MeterView::Y(double levelDb) const {
@@ -107,25 +136,32 @@ double MeterView::Y(double levelDb) const {
     return plot.top() + std::clamp(share, 0.0, 1.0) * plot.height();
 }
 
+// Every mark has its line; of the numbers the ends and the line-up levels come first, and others where there is room.
 void MeterView::DrawScale(QPainter& painter) const {
     const Theme& theme = Theme::Current();
     const QRectF plot = Plot();
-    const int line = fontMetrics().height();
-    double lowestNumber = -1e9;
-    for (const Mark& mark : kMarks) {
-        const double y = std::round(Y(mark.levelDb)) + 0.5;
-        painter.setPen(QPen(mark.isLineUp ? theme.accent : theme.line, 1));
-        painter.drawLine(QPointF(plot.left() - 5, y), QPointF(plot.right(), y));
-        // The two line-up levels stand close together: each number keeps to its side of the pair.
-        const double shift = mark.levelDb == -18 ? -line * 0.35 : mark.levelDb == -20 ? line * 0.35 : 0;
-        const double middle = y + shift;
-        if (middle - lowestNumber < line * 0.72 && !mark.isLineUp) {
-            continue;
+    const double line = fontMetrics().height();
+    std::vector<double> taken;
+    for (const bool isFirstRound : {true, false}) {
+        for (const Mark& mark : kMarks) {
+            const bool isEnd = mark.levelDb == kMarks.front().levelDb || mark.levelDb == kMarks.back().levelDb;
+            if ((isEnd || mark.isLineUp) != isFirstRound) {
+                continue;
+            }
+            const double y = std::round(Y(mark.levelDb)) + 0.5;
+            painter.setPen(QPen(mark.isLineUp ? theme.accent : theme.line, 1));
+            painter.drawLine(QPointF(plot.left() - 5, y), QPointF(plot.right(), y));
+            // The two line-up levels stand close together: each number keeps to its side of the pair.
+            const double shift = mark.levelDb == -18 ? -line * 0.4 : mark.levelDb == -20 ? line * 0.4 : 0;
+            const double middle = y + shift;
+            if (std::ranges::any_of(taken, [&](double other) { return std::abs(other - middle) < line * 0.85; })) {
+                continue;
+            }
+            painter.setPen(mark.isLineUp ? theme.text : theme.dim);
+            painter.drawText(QRectF(0, middle - line / 2.0, plot.left() - 8, line), Qt::AlignRight | Qt::AlignVCenter,
+                             SignedNumber(mark.levelDb, 0));
+            taken.push_back(middle);
         }
-        painter.setPen(mark.isLineUp ? theme.text : theme.dim);
-        painter.drawText(QRectF(0, middle - line / 2.0, plot.left() - 8, line), Qt::AlignRight | Qt::AlignVCenter,
-                         SignedNumber(mark.levelDb, 0));
-        lowestNumber = middle;
     }
 }
 
@@ -133,12 +169,15 @@ void MeterView::DrawBar(QPainter& painter, std::size_t place) const {
     const Theme& theme = Theme::Current();
     const QRectF plot = Plot();
     const MeterBallistics& bar = mBars[place];
-    const double x = plot.left() + kGap / 2.0 + static_cast<double>(place) * (kBarWidth + kGap);
-    painter.fillRect(QRectF(x, plot.top(), kBarWidth, plot.height()), theme.meterOff);
+    const double slotWidth = SlotWidth();
+    const double barWidth = std::clamp<double>(std::floor(slotWidth * 0.55), kLeastBarWidth, kBarWidth);
+    const double middle = plot.left() + (static_cast<double>(place) + 0.5) * slotWidth;
+    const double x = std::round(middle - barWidth / 2);
+    painter.fillRect(QRectF(x, plot.top(), barWidth, plot.height()), theme.meterOff);
     const auto fill = [&](double fromDb, double toDb, const QColor& colour) {
         const double top = Y(std::min(toDb, bar.LevelDb()));
         if (bar.LevelDb() > fromDb) {
-            painter.fillRect(QRectF(x, top, kBarWidth, Y(fromDb) - top), colour);
+            painter.fillRect(QRectF(x, top, barWidth, Y(fromDb) - top), colour);
         }
     };
     fill(MeterBallistics::kLowestDb, kLineUpDb, theme.meterLow);
@@ -146,22 +185,23 @@ void MeterView::DrawBar(QPainter& painter, std::size_t place) const {
     fill(kPermittedDb, kTopDb, theme.meterHigh);
     for (const Mark& mark : kMarks) {
         if (mark.isLineUp) {
-            painter.fillRect(QRectF(x, std::round(Y(mark.levelDb)), kBarWidth, 1), theme.accent);
+            painter.fillRect(QRectF(x, std::round(Y(mark.levelDb)), barWidth, 1), theme.accent);
         }
     }
     const int line = fontMetrics().height();
-    const QRectF slot(x - kGap / 2.0 - 2, 4, kBarWidth + kGap + 4, line);
     if (bar.HoldDb() > MeterBallistics::kLowestDb) {
-        painter.fillRect(QRectF(x, Y(bar.HoldDb()) - 1, kBarWidth, 2), theme.text);
+        painter.fillRect(QRectF(x, Y(bar.HoldDb()) - 1, barWidth, 2), theme.text);
+        const auto row = static_cast<double>(place % static_cast<std::size_t>(FigureRows()));
+        const double left = std::min(middle - FigureWidth() / 2.0, width() - 1.0 * FigureWidth());
+        const QRectF figure(left, 4 + row * line, FigureWidth(), line);
         painter.setPen(theme.text);
-        QFont small = font();
-        small.setPointSizeF(small.pointSizeF() * 0.8);
-        painter.setFont(small);
-        painter.drawText(slot, Qt::AlignCenter, SignedNumber(bar.HoldDb(), 1));
+        painter.setFont(FigureFont());
+        painter.drawText(figure, Qt::AlignCenter, SignedNumber(bar.HoldDb(), 2));
         painter.setFont(font());
     }
     painter.setPen(theme.dim);
-    painter.drawText(QRectF(slot.x(), plot.bottom() + 4, slot.width(), line), Qt::AlignCenter, mChannels[place].name);
+    painter.drawText(QRectF(middle - slotWidth, plot.bottom() + 4, 2 * slotWidth, line), Qt::AlignCenter,
+                     mChannels[place].name);
 }
 
 void MeterView::paintEvent(QPaintEvent* /*event*/) {

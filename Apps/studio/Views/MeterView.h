@@ -10,7 +10,8 @@
 
 namespace studio {
 
-/// A peak meter a channel, in dBFS, with the two line-up levels marked: -18 (EBU) and -20 (SMPTE).
+/// A peak meter a channel, in dBFS, with its held peak as a figure above it, and with the two line-up levels marked:
+/// -18 (EBU) and -20 (SMPTE).
 class MeterView : public QWidget {
     Q_OBJECT
 
@@ -41,9 +42,15 @@ private:
     void DrawScale(QPainter& painter) const;
     void DrawBar(QPainter& painter, std::size_t place) const;
     void Describe();
+    [[nodiscard]] QFont FigureFont() const;
+    [[nodiscard]] int FigureWidth() const;
+    [[nodiscard]] int FigureRows() const;
+    [[nodiscard]] double SlotWidth() const;
+    [[nodiscard]] int WidthFor(int slot) const;
 
     std::vector<ShownChannel> mChannels;
     std::vector<MeterBallistics> mBars;
+    double mSinceDescribed = 0;
 };
 
 }  // namespace studio

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] QRectF Frame() const;
 
     [[nodiscard]] QSize sizeHint() const override { return {640, 360}; }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {200, 112}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {160, 88}; }
 
 Q_SIGNALS:
     /// None: the pointer is elsewhere.

@@ -105,18 +105,17 @@ QString PixelReadout::Text() const {
 }
 
 int PixelReadout::PlaceWidth() const {
-    return kSwatch + fontMetrics().horizontalAdvance("BT.709") + fontMetrics().horizontalAdvance("y 0000") +
-           4 * kReadoutRoom;
+    return kSwatch + fontMetrics().horizontalAdvance("0000, 0000") + 3 * kReadoutRoom;
 }
 
 int PixelReadout::CellWidth() const {
-    return fontMetrics().horizontalAdvance("Cb \u221250.0 %") + kReadoutRoom;
+    return std::max(fontMetrics().horizontalAdvance("Cb 1000"), fontMetrics().horizontalAdvance("\u2212100.0 %")) +
+           kReadoutRoom;
 }
 
-// Place, Y'CbCr and R'G'B' stand beside one another as far as there is room.
+// R'G'B' stands beside Y'CbCr, or below where there is little room.
 int PixelReadout::LinesFor(int width) const {
-    const int group = 3 * CellWidth();
-    return width >= PlaceWidth() + 2 * group ? 1 : width >= PlaceWidth() + group ? 2 : 3;
+    return width >= PlaceWidth() + 6 * CellWidth() ? 1 : 2;
 }
 
 int PixelReadout::LineHeight() const {
@@ -134,7 +133,7 @@ QSize PixelReadout::sizeHint() const {
 }
 
 QSize PixelReadout::minimumSizeHint() const {
-    return {std::max(PlaceWidth(), 3 * CellWidth()) + kReadoutRoom, LineHeight()};
+    return {PlaceWidth() + 3 * CellWidth(), 2 * LineHeight()};
 }
 
 void PixelReadout::DrawPlace(QPainter& painter, const Row& row, QPoint at) const {
@@ -152,12 +151,11 @@ void PixelReadout::DrawPlace(QPainter& painter, const Row& row, QPoint at) const
     }
     const int top = at.y() + kReadoutRoom / 2;
     const int x = swatch.right() + kReadoutRoom;
-    const int width = fontMetrics().horizontalAdvance("y 0000") + kReadoutRoom;
+    const int width = at.x() + PlaceWidth() - x;
     painter.setPen(theme.dim);
-    painter.drawText(QRect(x, top, width, line), Qt::AlignVCenter, QString("x %1").arg(row.pixel.x()));
-    painter.drawText(QRect(x, top + line, width, line), Qt::AlignVCenter, QString("y %1").arg(row.pixel.y()));
-    painter.drawText(QRect(x + width, top, fontMetrics().horizontalAdvance("BT.709"), 2 * line), Qt::AlignVCenter,
-                     NameOf(matrix));
+    painter.drawText(QRect(x, top, width, line), Qt::AlignVCenter,
+                     QString("%1, %2").arg(row.pixel.x()).arg(row.pixel.y()));
+    painter.drawText(QRect(x, top + line, width, line), Qt::AlignVCenter, NameOf(matrix));
 }
 
 void PixelReadout::DrawRow(QPainter& painter, const Row& row, int top) const {
@@ -166,20 +164,15 @@ void PixelReadout::DrawRow(QPainter& painter, const Row& row, int top) const {
     const auto cells = CellsOf(mPicture->At(row.pixel.x(), row.pixel.y()), mPicture->ShownMatrix());
     const int lines = LinesFor(width());
     const int line = fontMetrics().height();
-    const int nameWidth = fontMetrics().horizontalAdvance("Cb ") + 2;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        const int group = static_cast<int>(i) / 3;
-        const int inGroup = static_cast<int>(i) % 3;
-        const int lineOfGroup = lines == 1 ? 0 : lines == 2 ? group : group + 1;
-        const int begin = lines == 3 ? kReadoutRoom : PlaceWidth();
-        const int x = begin + (lines == 1 ? static_cast<int>(i) : inGroup) * CellWidth();
-        const int y = top + lineOfGroup * LineHeight() + kReadoutRoom / 2;
-        const int room = CellWidth() - nameWidth;
+        const int perLine = static_cast<int>(cells.size()) / lines;
+        const int x = PlaceWidth() + static_cast<int>(i) % perLine * CellWidth();
+        const int y = top + static_cast<int>(i) / perLine * LineHeight() + kReadoutRoom / 2;
         painter.setPen(theme.dim);
-        painter.drawText(QRect(x, y, nameWidth, line), Qt::AlignVCenter, QString::fromUtf8(cells[i].name));
-        painter.drawText(QRect(x + nameWidth, y + line, room, line), Qt::AlignVCenter, cells[i].code);
+        painter.drawText(QRect(x, y, CellWidth(), line), Qt::AlignVCenter,
+                         QString::fromUtf8(cells[i].name) + " " + cells[i].code);
         painter.setPen(theme.text);
-        painter.drawText(QRect(x + nameWidth, y, room, line), Qt::AlignVCenter, cells[i].percent);
+        painter.drawText(QRect(x, y + line, CellWidth(), line), Qt::AlignVCenter, cells[i].percent);
     }
 }
 
@@ -193,7 +186,10 @@ void PixelReadout::paintEvent(QPaintEvent* /*event*/) {
                          tr("Point at the picture to read a pixel; click to pin it"));
     }
     for (const Row& row : Rows()) {
-        DrawRow(painter, row, static_cast<int>(row.number) * height);
+        const int top = static_cast<int>(row.number) * height;
+        if (top + height <= this->height()) {  // in part it could be misread
+            DrawRow(painter, row, top);
+        }
     }
 }
 

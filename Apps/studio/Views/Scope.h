@@ -30,7 +30,7 @@ public:
     [[nodiscard]] QString Readout() const;
 
     [[nodiscard]] QSize sizeHint() const override { return {420, 260}; }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {180, 110}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {120, 72}; }
 
 protected:
     /// Where the trace is drawn.

@@ -79,7 +79,12 @@ void WaveformView::DrawGraticule(QPainter& painter) const {
                          QString::fromUtf8(mParts[part].name));
     }
     if (Picture() != nullptr) {
-        painter.drawText(plot.adjusted(0, 0, -2, 0), Qt::AlignRight | Qt::AlignTop, NameOf(Picture()->ShownMatrix()));
+        // At the foot where the last part's name leaves it no room at the top.
+        const char* const matrix = NameOf(Picture()->ShownMatrix());
+        const QString both = QString("B\u2032  ") + matrix;
+        const bool fits = PartWidth() > fontMetrics().horizontalAdvance(both);
+        painter.drawText(plot.adjusted(0, 0, -2, 0),
+                         static_cast<int>(Qt::AlignRight | (fits ? Qt::AlignTop : Qt::AlignBottom)), matrix);
     }
 }
 

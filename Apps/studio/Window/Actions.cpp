@@ -35,6 +35,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
     {Act::EditTone, kEdit, "editTone", "Edit &Tone\u2026", "Ctrl+T"},
     {Act::Play, kTransport, "play", "&Play", "Space"},
     {Act::Loop, kTransport, "loop", "&Loop", "L", true},
+    {Act::Mute, kTransport, "mute", "&Mute", "M", true},
     {Act::ToStart, kTransport, "toStart", "Go to &Start", "Home", false, true},
     {Act::ToEnd, kTransport, "toEnd", "Go to &End", "End"},
     {Act::FrameBack, kTransport, "frameBack", "Frame &Back", "Left"},
@@ -46,6 +47,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
     {Act::Parade, kView, "parade", "&RGB Parade", "R", true},
     {Act::OwnNumbers, kView, "ownNumbers", "Plug-in\u2019s Own &Numbers (BT.601)", "", true},
     {Act::ClearProbes, kView, "clearProbes", "Remove All &Pins", "Ctrl+Backspace"},
+    {Act::FullScreen, kView, "fullScreenPicture", "Picture on the &Full Screen", "F11", true},
     {Act::ZoomIn, kView, "zoomIn", "Zoom &In", "Ctrl++", false, true},
     {Act::ZoomOut, kView, "zoomOut", "Zoom &Out", "Ctrl+-"},
     {Act::ZoomAll, kView, "zoomAll", "Show the Whole &Clip", "Ctrl+0"},
@@ -93,7 +95,7 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     (*this)[Act::About].setMenuRole(QAction::AboutRole);
 }
 
-void Actions::FillMenus(QMenuBar& bar, QAction& undo, QAction& redo, QMenu& recent) const {
+void Actions::FillMenus(QMenuBar& bar, QAction& undo, QAction& redo, QMenu& recent, QMenu& devices) const {
     QMenu* menu = nullptr;
     const char* title = nullptr;
     for (const Row& row : kRows) {
@@ -111,6 +113,9 @@ void Actions::FillMenus(QMenuBar& bar, QAction& undo, QAction& redo, QMenu& rece
         menu->addAction(&(*this)[row.act]);
         if (row.act == Act::Open) {
             menu->addMenu(&recent);
+        }
+        if (row.act == Act::Mute) {
+            menu->addMenu(&devices);
         }
     }
 }

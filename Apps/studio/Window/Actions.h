@@ -20,6 +20,7 @@ enum class Act : std::size_t {
     EditTone,
     Play,
     Loop,
+    Mute,
     ToStart,
     ToEnd,
     FrameBack,
@@ -31,6 +32,7 @@ enum class Act : std::size_t {
     Parade,
     OwnNumbers,
     ClearProbes,
+    FullScreen,
     ZoomIn,
     ZoomOut,
     ZoomAll,
@@ -54,8 +56,8 @@ public:
 
     [[nodiscard]] QAction& operator[](Act act) const { return *mActions[static_cast<std::size_t>(act)]; }
 
-    /// Adds the menus to `bar`. `undo`, `redo` and `recent` belong to others and get their places.
-    void FillMenus(QMenuBar& bar, QAction& undo, QAction& redo, QMenu& recent) const;
+    /// Adds the menus to `bar`. `undo`, `redo`, `recent` and `devices` belong to others and get their places.
+    void FillMenus(QMenuBar& bar, QAction& undo, QAction& redo, QMenu& recent, QMenu& devices) const;
 
     /// All of them and their shortcuts as a table in HTML.
     [[nodiscard]] QString ShortcutTable() const;

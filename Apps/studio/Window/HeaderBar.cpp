@@ -24,7 +24,7 @@ QPushButton* Button(QAction& action, QWidget* parent) {
 }  // namespace
 
 HeaderBar::HeaderBar(const Actions& actions, QWidget* parent)
-    : QWidget(parent), mSignal(new QLabel(this)), mDetails(new QLabel(this)) {
+    : QWidget(parent), mSignal(new ElidedLabel(this)), mDetails(new ElidedLabel(this)) {
     mSignal->setObjectName("signal");
     mDetails->setObjectName("details");
     QFont large = font();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Apps/studio/Window/Actions.h"
+#include "Apps/studio/Window/ElidedLabel.h"
 
-#include <QLabel>
 #include <QWidget>
 
 namespace studio {
@@ -17,8 +17,8 @@ public:
     void Show(const QString& signal, const QString& details);
 
 private:
-    QLabel* mSignal;
-    QLabel* mDetails;
+    ElidedLabel* mSignal;
+    ElidedLabel* mDetails;
 };
 
 }  // namespace studio

@@ -23,7 +23,6 @@
 #include <array>
 #include <cmath>
 #include <exception>
-#include <initializer_list>
 #include <utility>
 
 namespace studio {
@@ -31,23 +30,7 @@ namespace studio {
 namespace {
 
 constexpr int kFrameMs = 16;
-constexpr QSize kFirstSize{1180, 760};
-constexpr const char* kGeometryKey = "window/geometry";
-constexpr const char* kUpperKey = "window/upper";
-constexpr const char* kWholeKey = "window/whole";
-constexpr const char* kScopesKey = "window/scopes";
-constexpr const char* kOwnNumbersKey = "view/ownNumbers";
-constexpr const char* kAppearanceKey = "view/appearance";
-constexpr const char* kLoopKey = "transport/loop";
 constexpr const char* kExportKey = "export/folder";
-
-// The switches of the scopes, and where they are remembered.
-struct ScopeSwitch {
-    Act act;
-    const char* key;
-};
-constexpr std::array<ScopeSwitch, 3> kScopeSwitches = {
-    {{Act::Scope, "view/waveformMonitor"}, {Act::Vectorscope, "view/vectorscope"}, {Act::Parade, "view/parade"}}};
 
 // Where exports went last or movies are kept, as far as there is such a folder.
 QString ExportFolder() {
@@ -65,12 +48,6 @@ QString DroppedFile(const QMimeData& data) {
                                                                              : QString();
 }
 
-Act ThemeAct(Appearance appearance) {
-    return appearance == Appearance::Dark    ? Act::ThemeDark
-           : appearance == Appearance::Light ? Act::ThemeLight
-                                             : Act::ThemeSystem;
-}
-
 }  // namespace
 
 StudioWindow::StudioWindow(std::shared_ptr<const lineup::Importer> importer)
@@ -82,14 +59,13 @@ StudioWindow::StudioWindow(std::shared_ptr<const lineup::Importer> importer)
       mWhole(new QSplitter(Qt::Vertical, this)),
       mPictureView(new PictureView(this)),
       mReadout(new PixelReadout(this)),
-      mScopes(new QSplitter(Qt::Vertical, this)),
-      mWaveform(new WaveformView(WaveformView::Kind::Luma, this)),
-      mVectorscope(new VectorscopeView(this)),
-      mParade(new WaveformView(WaveformView::Kind::Parade, this)),
+      mScopes(new ScopePanel(this)),
       mMeters(new MeterView(this)),
       mTransport(new TransportBar(mActions, this)),
       mLanes(new LanesView(this)),
-      mExportPanel(new ExportPanel(this)) {
+      mExportPanel(new ExportPanel(this)),
+      mFullScreen(new FullScreenPicture(this)),
+      mDevices(new DeviceMenu(mPlayer, this)) {
     setAcceptDrops(true);
     Arrange();
     ConnectActions();
@@ -115,9 +91,6 @@ void StudioWindow::Arrange() {
     pictureLayout->addWidget(mPictureView, 1);
     pictureLayout->addWidget(mReadout);
     mUpper->addWidget(picture);
-    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
-        mScopes->addWidget(scope);
-    }
     mUpper->addWidget(mScopes);
     mUpper->addWidget(mMeters);
     mUpper->setStretchFactor(0, 3);
@@ -134,7 +107,7 @@ void StudioWindow::Arrange() {
     mWhole->addWidget(lower);
     mWhole->setStretchFactor(0, 3);
     mWhole->setStretchFactor(1, 1);
-    for (QSplitter* const splitter : {mUpper, mWhole, mScopes}) {
+    for (QSplitter* const splitter : {mUpper, mWhole}) {
         splitter->setChildrenCollapsible(false);
     }
 
@@ -151,7 +124,7 @@ void StudioWindow::Arrange() {
     QAction* const redo = mDocument.Undo().createRedoAction(this, tr("&Redo"));
     undo->setShortcut(QKeySequence("Ctrl+Z"));
     redo->setShortcuts({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")});
-    mActions.FillMenus(*menuBar(), *undo, *redo, mFlow.Recent().Menu());
+    mActions.FillMenus(*menuBar(), *undo, *redo, mFlow.Recent().Menu(), mDevices->Menu());
 }
 
 void StudioWindow::ConnectActions() {
@@ -179,9 +152,17 @@ void StudioWindow::ConnectActions() {
                               "bit.")
                                .arg(QApplication::applicationVersion()));
     });
-    for (const auto& [act, key] : kScopeSwitches) {
+    for (const Act act : {Act::Scope, Act::Parade, Act::Vectorscope}) {
         connect(&mActions[act], &QAction::toggled, this, &StudioWindow::ShowScopes);
     }
+    connect(&mActions[Act::FullScreen], &QAction::toggled, this, [this](bool wanted) {
+        if (wanted) {
+            mFullScreen->ShowBeside(*this);
+        } else {
+            mFullScreen->close();
+        }
+    });
+    connect(mFullScreen, &FullScreenPicture::Closed, this, [this] { mActions[Act::FullScreen].setChecked(false); });
     on(Act::ClearProbes, [this] { mProbes.Clear(); });
     connect(&mActions[Act::OwnNumbers], &QAction::toggled, this, &StudioWindow::LoadPicture);
 }
@@ -205,6 +186,8 @@ void StudioWindow::ConnectTransport() {
     on(Act::SecondBack, [this] { SeekBy(-1); });
     on(Act::SecondForward, [this] { SeekBy(1); });
     connect(&mActions[Act::Loop], &QAction::toggled, this, [this](bool loop) { mPlayer.SetLoop(loop); });
+    connect(&mActions[Act::Mute], &QAction::toggled, &mPlayer, &Player::SetMuted);
+    connect(mTransport, &TransportBar::VolumeWanted, &mPlayer, &Player::SetVolume);
     connect(&mPlayer, &Player::StateChanged, this, [this] {
         mTransport->ShowPlaying(mPlayer.IsPlaying());
         mSinceTick.start();
@@ -237,9 +220,8 @@ void StudioWindow::ConnectViews() {
 void StudioWindow::ShowPicture(std::shared_ptr<const CardPicture> picture) {
     mProbes.KeepWithin(picture == nullptr ? QSize() : QSize(picture->Width(), picture->Height()));
     mPictureView->SetPicture(picture);
-    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
-        scope->SetPicture(picture);
-    }
+    mFullScreen->SetPicture(picture);
+    mScopes->SetPicture(picture);
     mReadout->SetPicture(std::move(picture));
 }
 
@@ -247,17 +229,12 @@ void StudioWindow::ShowProbes() {
     const auto& probes = mProbes.Pixels();
     mPictureView->SetProbes(probes);
     mReadout->SetProbes(probes);
-    for (Scope* const scope : std::initializer_list<Scope*>{mWaveform, mParade, mVectorscope}) {
-        scope->SetProbes(probes);
-    }
+    mScopes->SetProbes(probes);
 }
 
 void StudioWindow::ShowScopes() {
-    mWaveform->setVisible(mActions[Act::Scope].isChecked());
-    mVectorscope->setVisible(mActions[Act::Vectorscope].isChecked());
-    mParade->setVisible(mActions[Act::Parade].isChecked());
-    mScopes->setVisible(
-        std::ranges::any_of(kScopeSwitches, [this](const ScopeSwitch& row) { return mActions[row.act].isChecked(); }));
+    mScopes->ShowScopes(mActions[Act::Scope].isChecked(), mActions[Act::Parade].isChecked(),
+                        mActions[Act::Vectorscope].isChecked());
 }
 
 void StudioWindow::ShowClip() {
@@ -358,46 +335,6 @@ void StudioWindow::Export() {
     mExportPanel->Start(mDocument.Clip(), exported);
 }
 
-void StudioWindow::Dress(Appearance appearance) {
-    mActions[ThemeAct(appearance)].setChecked(true);
-    QSettings().setValue(kAppearanceKey, static_cast<int>(appearance));
-    Theme::Apply(appearance);
-}
-
-void StudioWindow::Restore() {
-    const QSettings settings;
-    Dress(static_cast<Appearance>(std::clamp(settings.value(kAppearanceKey).toInt(), 0, 2)));
-    mActions[Act::Loop].setChecked(settings.value(kLoopKey, true).toBool());
-    for (const auto& [act, key] : kScopeSwitches) {
-        mActions[act].setChecked(settings.value(key, false).toBool());
-    }
-    mActions[Act::OwnNumbers].setChecked(settings.value(kOwnNumbersKey, false).toBool());
-    ShowScopes();
-    mScopes->restoreState(settings.value(kScopesKey).toByteArray());
-    if (!restoreGeometry(settings.value(kGeometryKey).toByteArray())) {
-        resize(kFirstSize.boundedTo(screen()->availableSize()));
-    }
-    if (!mUpper->restoreState(settings.value(kUpperKey).toByteArray())) {
-        mUpper->setSizes({580, 440, mMeters->sizeHint().width()});
-    }
-    if (!mWhole->restoreState(settings.value(kWholeKey).toByteArray())) {
-        mWhole->setSizes({440, 230});
-    }
-}
-
-void StudioWindow::Remember() const {
-    QSettings settings;
-    settings.setValue(kGeometryKey, saveGeometry());
-    settings.setValue(kUpperKey, mUpper->saveState());
-    settings.setValue(kWholeKey, mWhole->saveState());
-    settings.setValue(kLoopKey, mActions[Act::Loop].isChecked());
-    settings.setValue(kOwnNumbersKey, mActions[Act::OwnNumbers].isChecked());
-    settings.setValue(kScopesKey, mScopes->saveState());
-    for (const auto& [act, key] : kScopeSwitches) {
-        settings.setValue(key, mActions[act].isChecked());
-    }
-}
-
 bool StudioWindow::MayStopExport() {
     if (!mExportPanel->IsRunning()) {
         return true;
@@ -420,6 +357,7 @@ void StudioWindow::closeEvent(QCloseEvent* event) {
     }
     if (mFlow.MayLeave() && MayStopExport()) {
         Remember();
+        mFullScreen->close();
         mPlayer.Pause();
         mExportPanel->Abandon();
         event->accept();

@@ -10,10 +10,11 @@
 #include "Apps/studio/Views/PictureView.h"
 #include "Apps/studio/Views/PixelReadout.h"
 #include "Apps/studio/Views/Probes.h"
-#include "Apps/studio/Views/VectorscopeView.h"
-#include "Apps/studio/Views/WaveformView.h"
+#include "Apps/studio/Views/ScopePanel.h"
 #include "Apps/studio/Window/Actions.h"
+#include "Apps/studio/Window/DeviceMenu.h"
 #include "Apps/studio/Window/DocumentFlow.h"
+#include "Apps/studio/Window/FullScreenPicture.h"
 #include "Apps/studio/Window/HeaderBar.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Apps/studio/Window/ToneEditor.h"
@@ -89,14 +90,13 @@ private:
     QSplitter* mWhole;
     PictureView* mPictureView;
     PixelReadout* mReadout;
-    QSplitter* mScopes;
-    WaveformView* mWaveform;
-    VectorscopeView* mVectorscope;
-    WaveformView* mParade;
+    ScopePanel* mScopes;
     MeterView* mMeters;
     TransportBar* mTransport;
     LanesView* mLanes;
     ExportPanel* mExportPanel;
+    FullScreenPicture* mFullScreen;
+    DeviceMenu* mDevices;
 };
 
 }  // namespace studio

@@ -3,6 +3,7 @@
 #include <lineup/Timecode.h>
 #include <lineup/UsageError.h>
 #include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Apps/studio/Window/TransportIcons.h"
 
@@ -19,6 +20,8 @@ namespace studio {
 namespace {
 
 constexpr double kTimeSize = 1.45;  // of the window's text
+constexpr int kQuietestDb = -40;    // below it the slider is at silence
+constexpr int kVolumeWidth = 70;
 
 }  // namespace
 
@@ -31,8 +34,10 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
       mTime(new QLabel(this)),
       mTimecode(new QLineEdit(this)),
       mFrame(new QSpinBox(this)),
-      mLength(new QLabel(this)),
-      mSound(new QLabel(this)) {
+      mLength(new ElidedLabel(this)),
+      mMute(Button(actions[Act::Mute])),
+      mVolume(new KeySlider(Qt::Horizontal, this)),
+      mSound(new ElidedLabel(this)) {
     setObjectName("transport");
     mTime->setObjectName("time");
     mTimecode->setObjectName("timecode");
@@ -51,25 +56,50 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
     connect(mFrame, &QSpinBox::valueChanged, this, [this](int frame) { Q_EMIT FrameWanted(frame); });
     mLength->setObjectName("lengthText");
     mSound->setObjectName("sound");
+    mSound->setMinimumWidth(fontMetrics().horizontalAdvance(tr("No sound")));
     mSound->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QFont large = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     large.setPointSizeF(font().pointSizeF() * kTimeSize);
     mTime->setFont(large);
-    auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(8, 4, 8, 4);
-    layout->setSpacing(4);
-    layout->addWidget(mToStart);
-    layout->addWidget(mPlay);
-    layout->addWidget(mLoop);
-    layout->addSpacing(12);
-    layout->addWidget(mTime);
-    layout->addSpacing(4);
-    layout->addWidget(mTimecode);
-    layout->addWidget(mFrame);
-    layout->addSpacing(4);
-    layout->addWidget(mLength);
-    layout->addWidget(mSound, 1);
+    mVolume->setObjectName("volume");
+    mVolume->setAccessibleName(tr("Volume"));
+    mVolume->setRange(kQuietestDb - 1, 0);
+    mVolume->setPageStep(6);
+    mVolume->setFixedWidth(kVolumeWidth);
+    connect(mVolume, &QSlider::valueChanged, this, &TransportBar::VolumeMoved);
+    ArrangeIn(*new QHBoxLayout(this));
+    VolumeMoved();
     Dress();
+}
+
+void TransportBar::ArrangeIn(QHBoxLayout& layout) {
+    layout.setContentsMargins(8, 4, 8, 4);
+    layout.setSpacing(4);
+    for (QToolButton* const button : {mToStart, mPlay, mLoop}) {
+        layout.addWidget(button);
+    }
+    layout.addSpacing(8);
+    layout.addWidget(mTime);
+    layout.addSpacing(4);
+    layout.addWidget(mTimecode);
+    layout.addWidget(mFrame);
+    layout.addSpacing(4);
+    layout.addWidget(mLength);
+    layout.addWidget(mSound, 1);
+    layout.addWidget(mMute);
+    layout.addWidget(mVolume);
+}
+
+void TransportBar::SetVolumeDb(int levelDb) {
+    mVolume->setValue(levelDb);
+}
+
+void TransportBar::VolumeMoved() {
+    const int levelDb = mVolume->value();
+    const bool isSilent = levelDb < kQuietestDb;
+    mVolume->setToolTip(isSilent ? tr("Volume: silent") : tr("Volume: %1 dB").arg(SignedNumber(levelDb, 0)));
+    mVolume->setAccessibleDescription(mVolume->toolTip());
+    Q_EMIT VolumeWanted(isSilent ? 0.0F : static_cast<float>(std::pow(10.0, levelDb / 20.0)));
 }
 
 QToolButton* TransportBar::Button(QAction& action) {
@@ -85,6 +115,7 @@ QToolButton* TransportBar::Button(QAction& action) {
 void TransportBar::Dress() {
     mActions[Act::ToStart].setIcon(MakeIcon(Glyph::ToStart));
     mActions[Act::Loop].setIcon(MakeIcon(Glyph::Loop));
+    mActions[Act::Mute].setIcon(MakeIcon(mActions[Act::Mute].isChecked() ? Glyph::Muted : Glyph::Sound));
     ShowPlaying(mIsPlaying);
     QPalette palette = this->palette();
     palette.setColor(QPalette::WindowText, mIsWarning ? Theme::Current().warning : Theme::Current().dim);
@@ -148,7 +179,6 @@ void TransportBar::ShowSound(const QString& text, bool isWarning) {
     mIsWarning = isWarning;
     mSound->setText(text);
     mSound->setAccessibleName(tr("Sound: %1").arg(text));
-    mSound->setToolTip(text);
     Dress();
 }
 

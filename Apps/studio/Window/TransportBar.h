@@ -2,7 +2,10 @@
 
 #include <lineup/Rational.h>
 #include "Apps/studio/Window/Actions.h"
+#include "Apps/studio/Window/ElidedLabel.h"
+#include "Apps/studio/Window/KeySlider.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSpinBox>
@@ -24,12 +27,18 @@ public:
     /// `cycles`: how often the clip's sequence is heard in it; 0 for a steady tone.
     void SetLength(double seconds, std::int64_t frames, lineup::Rational frameRate, double cycles);
 
+    /// In decibels, as a person sets it; the lowest is silence.
+    void SetVolumeDb(int levelDb);
+    [[nodiscard]] int VolumeDb() const { return mVolume->value(); }
+
     /// `isWarning`: it does not come out as the clip has it.
     void ShowSound(const QString& text, bool isWarning);
 
 Q_SIGNALS:
     /// A person typed a frame number or a time code.
     void FrameWanted(std::int64_t frame);
+    /// A person moved the volume; linear.
+    void VolumeWanted(float gain);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -38,6 +47,8 @@ private:
     QToolButton* Button(QAction& action);
     void Dress();
     void TimecodeTyped();
+    void VolumeMoved();
+    void ArrangeIn(QHBoxLayout& layout);
 
     const Actions& mActions;
     QToolButton* mToStart;
@@ -46,9 +57,11 @@ private:
     QLabel* mTime;
     QLineEdit* mTimecode;
     QSpinBox* mFrame;
-    QLabel* mLength;
+    ElidedLabel* mLength;
+    QToolButton* mMute;
+    KeySlider* mVolume;
     lineup::Rational mFrameRate{25, 1};
-    QLabel* mSound;
+    ElidedLabel* mSound;
     bool mIsPlaying = false;
     bool mIsWarning = false;
 };

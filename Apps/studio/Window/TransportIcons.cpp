@@ -27,6 +27,10 @@ QPainterPath PathOf(Glyph glyph) {
             path.addRect(2.5, 2.5, 2.2, 11);
             path.addPolygon(QPolygonF({{13.5, 2.5}, {5.5, 8}, {13.5, 13.5}}));
             break;
+        case Glyph::Sound:
+        case Glyph::Muted:
+            path.addPolygon(QPolygonF({{1.5, 5.5}, {4.5, 5.5}, {8.5, 2}, {8.5, 14}, {4.5, 10.5}, {1.5, 10.5}}));
+            break;
         case Glyph::Loop:
             path.addPolygon(QPolygonF({{10.4, 0.4}, {14.4, 3.4}, {10.4, 6.4}}));
             path.addPolygon(QPolygonF({{5.6, 9.6}, {1.6, 12.6}, {5.6, 15.6}}));
@@ -44,6 +48,17 @@ QPixmap Draw(Glyph glyph, const QColor& colour) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour);
     painter.drawPath(PathOf(glyph));
+    if (glyph == Glyph::Sound || glyph == Glyph::Muted) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(colour, 1.5, Qt::SolidLine, Qt::RoundCap));
+        if (glyph == Glyph::Sound) {
+            painter.drawArc(QRectF(7, 5, 5, 6), -60 * 16, 120 * 16);
+            painter.drawArc(QRectF(6, 2.5, 9, 11), -60 * 16, 120 * 16);
+        } else {
+            painter.drawLine(QPointF(10.5, 5.5), QPointF(15, 10.5));
+            painter.drawLine(QPointF(15, 5.5), QPointF(10.5, 10.5));
+        }
+    }
     if (glyph == Glyph::Loop) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colour, 1.7, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));

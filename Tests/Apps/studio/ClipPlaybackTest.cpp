@@ -57,6 +57,17 @@ TEST_F(Playback, IsSilentAfterTheEnd) {
     EXPECT_TRUE(test::AllAre(RenderLeft(mPlayback, 500), 0.0F));
 }
 
+TEST_F(Playback, TakesUpAChangedVolumeOverABlockAndShowsPeaksWithoutIt) {
+    mPlayback.Loudness().Set(0.5F);
+    const auto plain = Left(*mClip, 4000, 1200);
+    const auto block = RenderLeft(mPlayback, 600);
+    EXPECT_FLOAT_EQ(block[299], plain[299] * 0.75F);
+    EXPECT_FLOAT_EQ(block[599], plain[599] * 0.5F);
+    (void)mPlayback.Peaks().Take(0);
+    EXPECT_FLOAT_EQ(RenderLeft(mPlayback, 600)[300], plain[900] * 0.5F);
+    EXPECT_FLOAT_EQ(mPlayback.Peaks().Take(0), 0.125F);
+}
+
 TEST_F(Playback, LoopsToTheSample) {
     mPlayback.SetLoop(true);
     (void)RenderLeft(mPlayback, 5900);

@@ -2,6 +2,9 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QSettings>
+#include <QSlider>
 #include <QSpinBox>
 #include <QWheelEvent>
 
@@ -140,6 +143,39 @@ TEST_F(Transport, AnEditWhilePlayingGoesOnAtTheSameTime) {
 
 TEST_F(Transport, WithoutASoundDeviceItSaysSo) {
     EXPECT_EQ(Find<QLabel>("sound").text(), "No sound device: playing in silence");
+}
+
+TEST_F(Transport, VolumeAndMuteAreSetByKeysAndRemembered) {
+    auto& volume = Find<QSlider>("volume");
+    const auto gain = [&] { return Sound().Playback()->Loudness().Wanted(); };
+    Press(Qt::Key_Space);
+    EXPECT_EQ(gain(), 1.0F);
+    volume.setFocus();
+    QTest::keyClick(&volume, Qt::Key_PageDown);
+    EXPECT_EQ(volume.toolTip(), QString::fromUtf8("Volume: \u22126 dB"));
+    EXPECT_NEAR(gain(), 0.501F, 0.001F);
+    Press(Qt::Key_M);
+    EXPECT_EQ(gain(), 0.0F);
+    QTest::keyClick(&volume, Qt::Key_Home);
+    Press(Qt::Key_M);
+    EXPECT_EQ(gain(), 0.0F) << "the slider's end is silence";
+    QTest::keyClick(&volume, Qt::Key_PageUp);
+    EXPECT_TRUE(CloseWindow());
+    OpenWindow();
+    EXPECT_EQ(Find<QSlider>("volume").value(), -35);
+}
+
+TEST_F(Transport, ADeviceThatIsNotThereKeepsItsPlaceInTheMenu) {
+    QSettings().setValue("sound/device", "usb");
+    OpenWindow();
+    auto& menu = Find<QMenu>("devices");
+    Q_EMIT menu.aboutToShow();
+    ASSERT_GE(menu.actions().size(), 2);
+    EXPECT_EQ(menu.actions().front()->text(), "Automatic");
+    EXPECT_EQ(menu.actions().back()->text(), "usb (not there)");
+    EXPECT_TRUE(menu.actions().back()->isChecked());
+    menu.actions().front()->trigger();
+    EXPECT_EQ(Sound().WantedDevice(), "");
 }
 
 TEST_F(Transport, AnHourIsAskedForOnceAndThePlayheadMovesWithoutAsking) {

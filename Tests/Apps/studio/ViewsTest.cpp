@@ -5,10 +5,12 @@
 #include "Apps/studio/Views/LanePainter.h"
 #include "Apps/studio/Views/LaneSpan.h"
 #include "Apps/studio/Views/MeterBallistics.h"
+#include "Apps/studio/Views/MeterView.h"
 #include "Apps/studio/Views/PixelReadout.h"
 #include "Apps/studio/Views/Probes.h"
 #include "Apps/studio/Views/VectorscopeView.h"
 #include "Apps/studio/Views/WaveformView.h"
+#include "Apps/studio/Window/Theme.h"
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <gtest/gtest.h>
@@ -241,7 +243,7 @@ TEST(PixelReadout, GoesOnInFurtherLinesWhereThereIsLittleRoom) {
     studio::PixelReadout readout;
     const int wide = readout.heightForWidth(readout.sizeHint().width());
     EXPECT_EQ(readout.heightForWidth(readout.sizeHint().width() - 1), 2 * wide);
-    EXPECT_EQ(readout.heightForWidth(readout.minimumSizeHint().width()), 3 * wide);
+    EXPECT_EQ(readout.heightForWidth(readout.minimumSizeHint().width()), 2 * wide);
 }
 
 TEST(Probes, AreTakenAwayByPinningThereAgain) {
@@ -328,6 +330,24 @@ TEST(MeterBallistics, HoldsAnEqualPeakFromThenOn) {
     bar.Update(0.5, 0.016);
     bar.Update(0.1, 1.4);
     EXPECT_NEAR(bar.HoldDb(), -6.02, 0.01);
+}
+
+TEST(MeterView, HasAFigureOfTwoDecimalsAboveEachBarAndTheBarsStandOut) {
+    for (const studio::Appearance appearance : {studio::Appearance::Light, studio::Appearance::Dark}) {
+        studio::Theme::Apply(appearance);
+        const studio::Theme& theme = studio::Theme::Current();
+        EXPECT_GT(std::abs(theme.meterOff.lightness() - theme.window.lightness()), 25);
+        EXPECT_LT(theme.surround.lightness(), 64) << "a dark surround, which tints nothing";
+        EXPECT_LE(std::abs(theme.surround.red() - theme.surround.blue()), 2);
+    }
+    studio::MeterView meters;
+    meters.SetChannels({{0, "L"}, {1, "R"}});
+    studio::PeakBank peaks(2);
+    const std::array<float, 1> sample = {0.125F};
+    peaks.Add(0, sample);
+    peaks.Add(1, sample);
+    meters.Advance(&peaks, 0.5);
+    EXPECT_EQ(meters.accessibleDescription(), QString::fromUtf8("L \u221218.06 dBFS, R \u221218.06 dBFS"));
 }
 
 TEST(TimeLeft, IsTheRestAtThePaceSoFar) {

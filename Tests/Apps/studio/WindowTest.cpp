@@ -13,8 +13,11 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QUrl>
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -279,6 +282,54 @@ TEST_F(StudioWindowTest, AClickOrEnterInThePicturePinsAPixelForEveryScope) {
     EXPECT_FALSE(readout.Text().contains("\n2  x "));
     Press(Qt::Key_Backspace, Qt::ControlModifier);
     EXPECT_FALSE(readout.Text().contains("1  x "));
+}
+
+// Each scope alone and two together, with few channels and many.
+TEST_F(StudioWindowTest, FitsIntoNarrowWindowsWithoutCuttingOrOverlapping) {
+    for (const char* const ident : {"ebu-stereo-1000", "blits"}) {
+        Window().Document().New(test::DocumentWith(ident));
+        for (const auto& scopes : std::vector<std::vector<Act>>{{}, {Act::Scope}, {Act::Parade, Act::Vectorscope}}) {
+            for (const Act act : {Act::Scope, Act::Parade, Act::Vectorscope}) {
+                Window().Commands()[act].setChecked(std::ranges::find(scopes, act) != scopes.end());
+            }
+            for (const QSize size : {QSize(660, 450), QSize(1000, 800)}) {
+                Window().resize(size);
+                QCoreApplication::processEvents();
+                EXPECT_EQ(Window().size(), size) << ident << " " << scopes.size();
+                for (const QLabel* const label : Window().findChildren<QLabel*>()) {
+                    const bool isCut = qobject_cast<const studio::ElidedLabel*>(label) == nullptr &&
+                                       label->isVisible() && label->width() < label->sizeHint().width();
+                    EXPECT_FALSE(isCut) << label->objectName().toStdString();
+                }
+                const auto& readout = Find<studio::PixelReadout>("readout");
+                EXPECT_GE(readout.height(), readout.heightForWidth(readout.width())) << ident << scopes.size();
+                const auto bar = Find("transport").findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+                for (const QWidget* const one : bar) {
+                    for (const QWidget* const other : bar) {
+                        const bool both = one != other && one->isVisible() && other->isVisible();
+                        EXPECT_FALSE(both && one->geometry().intersects(other->geometry()))
+                            << one->objectName().toStdString() << " " << other->objectName().toStdString();
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST_F(StudioWindowTest, ThePictureFillsAnotherScreenUntilEscape) {
+    auto& full = Find<studio::FullScreenPicture>("fullScreen");
+    WaitFor([&] { return !Find<studio::PictureView>("picture").Frame().isEmpty(); }, "the picture comes");
+    Press(Qt::Key_F11);
+    WaitFor([&] { return full.isVisible(); }, "the screen is filled");
+    if (QGuiApplication::screens().size() > 1) {
+        EXPECT_NE(full.screen(), Window().screen());
+    }
+    EXPECT_EQ(full.size(), full.screen()->size());
+    const QColor yellow = full.grab().toImage().pixelColor(full.width() * 27 / 100, full.height() / 4);
+    EXPECT_TRUE(yellow.red() > 180 && yellow.green() > 180 && yellow.blue() < 10) << qPrintable(yellow.name());
+    QTest::keyClick(&full, Qt::Key_Escape);
+    EXPECT_FALSE(full.isVisible());
+    EXPECT_FALSE(Window().Commands()[Act::FullScreen].isChecked());
 }
 
 TEST_F(StudioWindowTest, EnterPressesTheButtonThatHasTheFocus) {

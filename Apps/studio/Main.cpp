@@ -1,12 +1,16 @@
 #include <lineup/BundleSearch.h>
 #include "Apps/studio/CommandLine.h"
+#include "Apps/studio/Text/CatalogueTranslator.h"
 #include "Apps/studio/Window/StudioWindow.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
+#include <QTranslator>
 #include <exception>
 #include <memory>
 #include <string_view>
@@ -35,7 +39,15 @@ int Run(const std::string& file) {
     QApplication::setDesktopFileName("org.barsandtone.lineup_studio");
     QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     try {
-        studio::StudioWindow window(std::make_shared<lineup::Importer>(lineup::FindBundle()));
+        // The catalogues are the bundle's: loaded before anything is said. Qt's own texts come from Qt.
+        const auto importer = std::make_shared<lineup::Importer>(lineup::FindBundle());
+        QTranslator qtTexts;
+        if (qtTexts.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+            QCoreApplication::installTranslator(&qtTexts);
+        }
+        studio::CatalogueTranslator texts;
+        QCoreApplication::installTranslator(&texts);
+        studio::StudioWindow window(importer);
         window.show();
         if (!file.empty()) {
             window.Open(QString::fromLocal8Bit(file.c_str()));

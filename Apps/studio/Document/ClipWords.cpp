@@ -3,11 +3,15 @@
 #include <lineup/ChannelLayout.h>
 #include <lineup/Idents.h>
 #include <lineup/Level.h>
+#include "Apps/studio/Document/NumberWords.h"
 #include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <fmt/format.h>
 
+#include <QCoreApplication>
 #include <cmath>
+#include <cstdint>
+#include <string>
 
 namespace studio {
 
@@ -19,32 +23,46 @@ QString Text(const std::string& text) {
     return QString::fromStdString(text);
 }
 
+QString Tr(const char* text) {
+    return QCoreApplication::translate("Clip", text);
+}
+
 }  // namespace
 
 QString LevelWords(double gain) {
     if (gain <= 0) {
-        return QStringLiteral("silence");
+        return Tr(QT_TRANSLATE_NOOP("Clip", "Silence"));
     }
     const double levelDb = lineup::DbFromGain(gain);
-    return Text(fmt::format("{}{:.2f} dBFS", std::signbit(levelDb) ? "\u2212" : "", std::abs(levelDb)));
+    return SignedNumber(levelDb, 2) + " dBFS";
 }
 
 QString SignalWords(const lineup::Clip& clip) {
     const lineup::BarsAndToneInfo settings = clip.Settings().value_or(lineup::BarsAndToneInfo{});
     if (const lineup::Ident* const ident = lineup::FindIdent(settings)) {
-        return Text(std::string(ident->title));
+        return Tr(std::string(ident->title).c_str());
     }
     if (lineup::AsksForUnknownIdent(settings)) {
-        return Text(lineup::UnknownIdentText(settings));
+        return Tr(QT_TRANSLATE_NOOP("Clip", "Unknown ident %1: silent"))
+            .arg(static_cast<std::uint32_t>(settings.identifierFormat));
     }
-    return Text(fmt::format("{:g} Hz at ", settings.frequency)) + LevelWords(static_cast<double>(settings.amplitude));
+    if (settings.amplitude <= 0) {
+        return LevelWords(0);
+    }
+    return Tr(QT_TRANSLATE_NOOP("Clip", "%1 Hz at %2"))
+        .arg(static_cast<double>(settings.frequency))
+        .arg(LevelWords(static_cast<double>(settings.amplitude)));
 }
 
 QString SoundWords(const lineup::Clip& clip) {
     const lineup::ChannelLayout* const layout = lineup::FindChannelLayout(clip.NumChannels());
-    const std::string channels =
-        layout == nullptr ? fmt::format("{} channels", clip.NumChannels()) : std::string(layout->name);
-    QString words = Text(fmt::format("{}{}{:g} kHz", channels, kDot, clip.SampleRate() / 1000));
+    const QString channels =
+        layout == nullptr ? Tr(QT_TRANSLATE_NOOP("Clip", "%1 channels")).arg(clip.NumChannels()) : LayoutWords(*layout);
+    return channels + kDot + Tr(QT_TRANSLATE_NOOP("Clip", "%1 kHz")).arg(clip.SampleRate() / 1000);
+}
+
+QString LayoutWords(const lineup::ChannelLayout& layout) {
+    QString words = Tr(std::string(layout.name).c_str());
     words[0] = words[0].toUpper();
     return words;
 }
@@ -57,7 +75,8 @@ QString FrameRateWords(lineup::Rational frameRate) {
 QString PictureWords(const lineup::PictureFormat& picture) {
     const bool isHd = lineup::ResolveCard(picture.card, picture.height) == lineup::Card::HD;
     return Text(fmt::format("{} \u00D7 {}{}", picture.width, picture.height, kDot)) +
-           FrameRateWords(picture.frameRate) + " fps" + kDot + (isHd ? "HD card" : "SD card");
+           Tr(QT_TRANSLATE_NOOP("Clip", "%1 fps")).arg(FrameRateWords(picture.frameRate)) + kDot +
+           Tr(isHd ? QT_TRANSLATE_NOOP("Clip", "HD card") : QT_TRANSLATE_NOOP("Clip", "SD card"));
 }
 
 QString TimeWords(double seconds) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/ChannelLayout.h>
 #include <lineup/Clip.h>
 #include <lineup/ClipDocument.h>
 
@@ -15,6 +16,9 @@ namespace studio {
 
 /// "5.1 · 48 kHz".
 [[nodiscard]] QString SoundWords(const lineup::Clip& clip);
+
+/// "Stereo"
+[[nodiscard]] QString LayoutWords(const lineup::ChannelLayout& layout);
 
 /// "1920 × 1080 · 25 fps · HD card".
 [[nodiscard]] QString PictureWords(const lineup::PictureFormat& picture);

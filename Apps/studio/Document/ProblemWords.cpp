@@ -2,6 +2,7 @@
 
 #include <lineup/ToneChoice.h>
 #include <lineup/UsageError.h>
+#include "Apps/studio/Text/ProblemPatterns.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -17,32 +18,37 @@ namespace {
 struct OptionName {
     std::string_view option;
     const char* name;
+    const char* unit = "";
 };
 constexpr std::array<OptionName, 15> kNames = {{{"audio-codec", QT_TRANSLATE_NOOP("Option", "Sound codec")},
                                                 {"card", QT_TRANSLATE_NOOP("Option", "Card")},
                                                 {"channels", QT_TRANSLATE_NOOP("Option", "Channels")},
                                                 {"duration", QT_TRANSLATE_NOOP("Option", "Length")},
                                                 {"fps", QT_TRANSLATE_NOOP("Option", "Frame rate")},
-                                                {"frequency", QT_TRANSLATE_NOOP("Option", "Frequency")},
+                                                {"frequency", QT_TRANSLATE_NOOP("Option", "Frequency"), " Hz"},
                                                 {"ident", QT_TRANSLATE_NOOP("Option", "Ident")},
-                                                {"level", QT_TRANSLATE_NOOP("Option", "Level")},
+                                                {"level", QT_TRANSLATE_NOOP("Option", "Level"), " dBFS"},
                                                 {"mono-tracks", QT_TRANSLATE_NOOP("Option", "Mono tracks")},
                                                 {"output", QT_TRANSLATE_NOOP("Option", "File name")},
-                                                {"sample-rate", QT_TRANSLATE_NOOP("Option", "Sample rate")},
+                                                {"sample-rate", QT_TRANSLATE_NOOP("Option", "Sample rate"), " Hz"},
                                                 {"size", QT_TRANSLATE_NOOP("Option", "Picture size")},
                                                 {"start", QT_TRANSLATE_NOOP("Option", "Start")},
                                                 {"timecode", QT_TRANSLATE_NOOP("Option", "Time code")},
                                                 {"video-codec", QT_TRANSLATE_NOOP("Option", "Picture codec")}}};
 
-QString NameOf(const std::string& option) {
+// "Frequency 10000 Hz"
+QString WordsOf(const std::string& option, const std::string& value) {
     const auto* const row = std::ranges::find(kNames, option, &OptionName::option);
-    return row == kNames.end() ? QString::fromStdString(option) : QCoreApplication::translate("Option", row->name);
+    const bool isKnown = row != kNames.end();
+    return (isKnown ? QCoreApplication::translate("Option", row->name) : QString::fromStdString(option)) + " " +
+           QString::fromStdString(value) + (isKnown ? row->unit : "");
 }
 
 QString Sentence(QString text) {
     if (!text.isEmpty()) {
         text[0] = text[0].toUpper();
-        text += text.endsWith('.') ? "" : ".";
+        const bool isJapanese = text.back().script() == QChar::Script_Hiragana;
+        text += text.endsWith('.') ? "" : isJapanese ? "\u3002" : ".";
     }
     return text;
 }
@@ -60,11 +66,10 @@ QString RefusalOf(const lineup::Importer& plugin, const lineup::ToneChoice& choi
 
 QString ProblemWords(const std::exception& error) {
     if (const auto* const usage = dynamic_cast<const lineup::UsageError*>(&error)) {
-        return Sentence(QString("%1 %2: %3")
-                            .arg(NameOf(usage->Option()), QString::fromStdString(usage->Value()),
-                                 QString::fromStdString(usage->Remedy())));
+        return Sentence(WordsOf(usage->Option(), usage->Value()) + ": " +
+                        WindowWords(QString::fromStdString(usage->Remedy())));
     }
-    return Sentence(QString::fromUtf8(error.what()));
+    return Sentence(WindowWords(QString::fromUtf8(error.what())));
 }
 
 QString SampleRateProblem(const lineup::Importer& plugin, double rateHz) {

@@ -27,7 +27,9 @@ QString Text(std::string_view text) {
 
 // What the table of formats says of an entry, in the language in use.
 QString Described(std::string_view description) {
-    return QCoreApplication::translate("Format", std::string(description).c_str());
+    QString words = QCoreApplication::translate("Format", std::string(description).c_str());
+    words[0] = words[0].toUpper();
+    return words;
 }
 
 QString FileFilter() {

@@ -1,5 +1,6 @@
 #include "Apps/studio/Export/TimeLeft.h"
 
+#include <QCoreApplication>
 #include <cmath>
 
 namespace studio {
@@ -18,9 +19,9 @@ QString TimeLeftWords(double share, double seconds) {
     }
     const auto left = static_cast<qint64>(std::ceil(seconds * (1 - share) / share));
     if (left < kMinute) {
-        return QStringLiteral("about %1 s left").arg(left);
+        return QCoreApplication::translate("TimeLeft", "About %1 s left").arg(left);
     }
-    return QStringLiteral("about %1 min %2 s left").arg(left / kMinute).arg(left % kMinute);
+    return QCoreApplication::translate("TimeLeft", "About %1 min %2 s left").arg(left / kMinute).arg(left % kMinute);
 }
 
 }  // namespace studio

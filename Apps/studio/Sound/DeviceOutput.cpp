@@ -4,6 +4,7 @@
 #include "Apps/studio/Sound/SampleConversion.h"
 
 #include <QAudioSink>
+#include <QCoreApplication>
 
 namespace studio {
 
@@ -14,11 +15,11 @@ constexpr int kBuffersPerSecond = 8;  // how much the device holds: short enough
 QString Sentence(QAudio::Error error) {
     switch (error) {
         case QAudio::OpenError:
-            return QStringLiteral("The sound device cannot be opened");
+            return QCoreApplication::translate("Sound", "The sound device cannot be opened");
         case QAudio::UnderrunError:
-            return QStringLiteral("The sound device has run dry");
+            return QCoreApplication::translate("Sound", "The sound device has run dry");
         default:
-            return QStringLiteral("The sound device has stopped");
+            return QCoreApplication::translate("Sound", "The sound device has stopped");
     }
 }
 

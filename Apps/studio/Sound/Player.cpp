@@ -3,6 +3,7 @@
 #include "Apps/studio/Sound/DeviceOutput.h"
 #include "Apps/studio/Sound/SilentOutput.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
 
@@ -214,7 +215,7 @@ QString Player::SoundText() const {
     if (mMuted) {
         return tr("%1: muted").arg(route.device.description());
     }
-    const QString notice = QString::fromStdString(route.speakers.Notice());
+    const QString notice = QCoreApplication::translate("Speakers", route.speakers.Notice().c_str());
     return notice.isEmpty() ? route.device.description() : tr("%1 \u2014 %2").arg(route.device.description(), notice);
 }
 

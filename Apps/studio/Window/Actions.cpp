@@ -7,11 +7,11 @@ namespace studio {
 
 namespace {
 
-constexpr const char* kFile = "&File";
-constexpr const char* kEdit = "&Edit";
-constexpr const char* kTransport = "&Transport";
-constexpr const char* kView = "&View";
-constexpr const char* kHelp = "&Help";
+constexpr const char* kFile = QT_TRANSLATE_NOOP("Actions", "&File");
+constexpr const char* kEdit = QT_TRANSLATE_NOOP("Actions", "&Edit");
+constexpr const char* kTransport = QT_TRANSLATE_NOOP("Actions", "&Transport");
+constexpr const char* kView = QT_TRANSLATE_NOOP("Actions", "&View");
+constexpr const char* kHelp = QT_TRANSLATE_NOOP("Actions", "&Help");
 
 struct Row {
     Act act{};
@@ -25,39 +25,42 @@ struct Row {
 
 // In the order of Act, which is that of the menus.
 constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
-    {Act::New, kFile, "new", "&New Clip\u2026", "Ctrl+N"},
-    {Act::Open, kFile, "open", "&Open\u2026", "Ctrl+O"},
-    {Act::Save, kFile, "save", "&Save", "Ctrl+S", false, true},
-    {Act::SaveAs, kFile, "saveAs", "Save &As\u2026", "Ctrl+Shift+S"},
-    {Act::Export, kFile, "export", "&Export\u2026", "Ctrl+E", false, true},
-    {Act::Quit, kFile, "quit", "&Quit", "Ctrl+Q", false, true},
-    {Act::ClipSettings, kEdit, "clipSettings", "&Clip Settings\u2026", "Ctrl+I", false, true},
-    {Act::EditTone, kEdit, "editTone", "Edit &Tone\u2026", "Ctrl+T"},
-    {Act::Play, kTransport, "play", "&Play", "Space"},
-    {Act::Loop, kTransport, "loop", "&Loop", "L", true},
-    {Act::Mute, kTransport, "mute", "&Mute", "M", true},
-    {Act::ToStart, kTransport, "toStart", "Go to &Start", "Home", false, true},
-    {Act::ToEnd, kTransport, "toEnd", "Go to &End", "End"},
-    {Act::FrameBack, kTransport, "frameBack", "Frame &Back", "Left"},
-    {Act::FrameForward, kTransport, "frameForward", "Frame &Forward", "Right"},
-    {Act::SecondBack, kTransport, "secondBack", "Second Back", "Shift+Left"},
-    {Act::SecondForward, kTransport, "secondForward", "Second Forward", "Shift+Right"},
-    {Act::Scope, kView, "scope", "&Waveform Monitor", "W", true},
-    {Act::Vectorscope, kView, "vectorscope", "&Vectorscope", "V", true},
-    {Act::Parade, kView, "parade", "&RGB Parade", "R", true},
-    {Act::OwnNumbers, kView, "ownNumbers", "Plug-in\u2019s Own &Numbers (BT.601)", "", true},
-    {Act::ClearProbes, kView, "clearProbes", "Remove All &Pins", "Ctrl+Backspace"},
-    {Act::FullScreen, kView, "fullScreenPicture", "Picture on the &Full Screen", "F11", true},
-    {Act::ZoomIn, kView, "zoomIn", "Zoom &In", "Ctrl++", false, true},
-    {Act::ZoomOut, kView, "zoomOut", "Zoom &Out", "Ctrl+-"},
-    {Act::ZoomAll, kView, "zoomAll", "Show the Whole &Clip", "Ctrl+0"},
-    {Act::PageBack, kView, "pageBack", "Scroll Back", "PgUp"},
-    {Act::PageForward, kView, "pageForward", "Scroll Forward", "PgDown"},
-    {Act::ThemeSystem, kView, "themeSystem", "Colours of the &Desktop", "", true, true},
-    {Act::ThemeLight, kView, "themeLight", "&Light", "", true},
-    {Act::ThemeDark, kView, "themeDark", "&Dark", "Ctrl+D", true},
-    {Act::Shortcuts, kHelp, "shortcuts", "&Keyboard Shortcuts", "F1"},
-    {Act::About, kHelp, "about", "&About Lineup Studio", ""},
+    {Act::New, kFile, "new", QT_TRANSLATE_NOOP("Actions", "&New Clip\u2026"), "Ctrl+N"},
+    {Act::Open, kFile, "open", QT_TRANSLATE_NOOP("Actions", "&Open\u2026"), "Ctrl+O"},
+    {Act::Save, kFile, "save", QT_TRANSLATE_NOOP("Actions", "&Save"), "Ctrl+S", false, true},
+    {Act::SaveAs, kFile, "saveAs", QT_TRANSLATE_NOOP("Actions", "Save &As\u2026"), "Ctrl+Shift+S"},
+    {Act::Export, kFile, "export", QT_TRANSLATE_NOOP("Actions", "&Export\u2026"), "Ctrl+E", false, true},
+    {Act::Quit, kFile, "quit", QT_TRANSLATE_NOOP("Actions", "&Quit"), "Ctrl+Q", false, true},
+    {Act::ClipSettings, kEdit, "clipSettings", QT_TRANSLATE_NOOP("Actions", "&Clip Settings\u2026"), "Ctrl+I", false,
+     true},
+    {Act::EditTone, kEdit, "editTone", QT_TRANSLATE_NOOP("Actions", "Edit &Tone\u2026"), "Ctrl+T"},
+    {Act::Play, kTransport, "play", QT_TRANSLATE_NOOP("Actions", "&Play"), "Space"},
+    {Act::Loop, kTransport, "loop", QT_TRANSLATE_NOOP("Actions", "&Loop"), "L", true},
+    {Act::Mute, kTransport, "mute", QT_TRANSLATE_NOOP("Actions", "&Mute"), "M", true},
+    {Act::ToStart, kTransport, "toStart", QT_TRANSLATE_NOOP("Actions", "Go to &Start"), "Home", false, true},
+    {Act::ToEnd, kTransport, "toEnd", QT_TRANSLATE_NOOP("Actions", "Go to &End"), "End"},
+    {Act::FrameBack, kTransport, "frameBack", QT_TRANSLATE_NOOP("Actions", "Frame &Back"), "Left"},
+    {Act::FrameForward, kTransport, "frameForward", QT_TRANSLATE_NOOP("Actions", "Frame &Forward"), "Right"},
+    {Act::SecondBack, kTransport, "secondBack", QT_TRANSLATE_NOOP("Actions", "Second Back"), "Shift+Left"},
+    {Act::SecondForward, kTransport, "secondForward", QT_TRANSLATE_NOOP("Actions", "Second Forward"), "Shift+Right"},
+    {Act::Scope, kView, "scope", QT_TRANSLATE_NOOP("Actions", "&Waveform Monitor"), "W", true},
+    {Act::Vectorscope, kView, "vectorscope", QT_TRANSLATE_NOOP("Actions", "&Vectorscope"), "V", true},
+    {Act::Parade, kView, "parade", QT_TRANSLATE_NOOP("Actions", "&RGB Parade"), "R", true},
+    {Act::OwnNumbers, kView, "ownNumbers", QT_TRANSLATE_NOOP("Actions", "Plug-in\u2019s Own &Numbers (BT.601)"), "",
+     true},
+    {Act::ClearProbes, kView, "clearProbes", QT_TRANSLATE_NOOP("Actions", "Remove All &Pins"), "Ctrl+Backspace"},
+    {Act::FullScreen, kView, "fullScreenPicture", QT_TRANSLATE_NOOP("Actions", "Picture on the &Full Screen"), "F11",
+     true},
+    {Act::ZoomIn, kView, "zoomIn", QT_TRANSLATE_NOOP("Actions", "Zoom &In"), "Ctrl++", false, true},
+    {Act::ZoomOut, kView, "zoomOut", QT_TRANSLATE_NOOP("Actions", "Zoom &Out"), "Ctrl+-"},
+    {Act::ZoomAll, kView, "zoomAll", QT_TRANSLATE_NOOP("Actions", "Show the Whole &Clip"), "Ctrl+0"},
+    {Act::PageBack, kView, "pageBack", QT_TRANSLATE_NOOP("Actions", "Scroll Back"), "PgUp"},
+    {Act::PageForward, kView, "pageForward", QT_TRANSLATE_NOOP("Actions", "Scroll Forward"), "PgDown"},
+    {Act::ThemeSystem, kView, "themeSystem", QT_TRANSLATE_NOOP("Actions", "Colours of the &Desktop"), "", true, true},
+    {Act::ThemeLight, kView, "themeLight", QT_TRANSLATE_NOOP("Actions", "&Light"), "", true},
+    {Act::ThemeDark, kView, "themeDark", QT_TRANSLATE_NOOP("Actions", "&Dark"), "Ctrl+D", true},
+    {Act::Shortcuts, kHelp, "shortcuts", QT_TRANSLATE_NOOP("Actions", "&Keyboard Shortcuts"), "F1"},
+    {Act::About, kHelp, "about", QT_TRANSLATE_NOOP("Actions", "&About Lineup Studio"), ""},
 }};
 
 constexpr bool InOrder() {

@@ -39,9 +39,10 @@ struct NamedCard {
     const char* name;
     lineup::Card card;
 };
-constexpr std::array<NamedCard, 3> kCards = {{{"As the picture's size has it", lineup::Card::Auto},
-                                              {"HD, with the luma ramp", lineup::Card::HD},
-                                              {"SD", lineup::Card::SD}}};
+constexpr std::array<NamedCard, 3> kCards = {
+    {{QT_TRANSLATE_NOOP("ClipDialog", "Automatic"), lineup::Card::Auto},
+     {QT_TRANSLATE_NOOP("ClipDialog", "HD, with the luma ramp"), lineup::Card::HD},
+     {QT_TRANSLATE_NOOP("ClipDialog", "SD"), lineup::Card::SD}}};
 
 double Seconds(const lineup::ClipDocument& values) {
     const lineup::Rational rate = values.picture.frameRate;
@@ -85,14 +86,20 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
     custom->addWidget(mWidth);
     custom->addWidget(new QLabel("\u00D7", this));
     custom->addWidget(mHeight);
+    custom->addWidget(new QLabel(tr("pixels"), this));
     custom->addStretch();
     auto* const form = new QFormLayout;
     form->addRow(tr("&Channels:"), mChannels);
-    form->addRow(tr("Sample &rate:"), mRate);
+    auto* const rate = new QHBoxLayout;
+    rate->addWidget(mRate, 1);
+    rate->addWidget(new QLabel(tr("Hz"), this));
+    auto* const rateLabel = new QLabel(tr("Sample &rate:"), this);
+    rateLabel->setBuddy(mRate);
+    form->addRow(rateLabel, rate);
     form->addRow(tr("&Picture:"), mSize);
     form->addRow(QString(), custom);
     form->addRow(tr("C&ard:"), mCard);
-    form->addRow(tr("&Frames a second:"), mFrameRate);
+    form->addRow(tr("&Frame rate:"), mFrameRate);
     form->addRow(tr("&Length:"), mLength);
     mProblem->setWordWrap(true);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -124,9 +131,7 @@ ClipDialog::ClipDialog(const lineup::Importer& plugin, const lineup::ClipDocumen
 void ClipDialog::FillIn() {
     const lineup::BarsAndToneInfo& settings = mBefore.settings;
     for (const lineup::ChannelLayout& layout : lineup::ChannelLayouts()) {
-        QString name = QString::fromUtf8(layout.name.data(), static_cast<qsizetype>(layout.name.size()));
-        name[0] = name[0].toUpper();
-        mChannels->addItem(name, static_cast<int>(layout.channels.size()));
+        mChannels->addItem(LayoutWords(layout), static_cast<int>(layout.channels.size()));
     }
     mChannels->setCurrentIndex(mChannels->findData(static_cast<int>(settings.numChannels)));
     mRate->setEditable(true);
@@ -150,12 +155,12 @@ void ClipDialog::FillIn() {
     mCard->setCurrentIndex(mCard->findData(static_cast<int>(mBefore.picture.card)));
     mFrameRate->setCurrentIndex(-1);
     for (std::size_t i = 0; i < kFrameRates.size(); ++i) {
-        mFrameRate->addItem(FrameRateWords(kFrameRates[i]), static_cast<int>(i));
+        mFrameRate->addItem(tr("%1 fps").arg(FrameRateWords(kFrameRates[i])), static_cast<int>(i));
     }
     const auto* const rate = std::ranges::find_if(
         kFrameRates, [this](lineup::Rational row) { return SameRatio(row, mBefore.picture.frameRate); });
     if (rate == kFrameRates.end()) {
-        mFrameRate->addItem(FrameRateWords(mBefore.picture.frameRate), kOwnRate);
+        mFrameRate->addItem(tr("%1 fps").arg(FrameRateWords(mBefore.picture.frameRate)), kOwnRate);
     }
     mFrameRate->setCurrentIndex(static_cast<int>(rate - kFrameRates.begin()));
     mLength->setDecimals(3);

@@ -52,7 +52,7 @@ TransportBar::TransportBar(const Actions& actions, QWidget* parent)
     mFrame->setToolTip(tr("Frame of the playhead; type one and press Enter to go there"));
     mFrame->setButtonSymbols(QAbstractSpinBox::NoButtons);
     mFrame->setKeyboardTracking(false);
-    mFrame->setPrefix(tr("frame "));
+    mFrame->setPrefix(tr("Frame "));
     connect(mFrame, &QSpinBox::valueChanged, this, [this](int frame) { Q_EMIT FrameWanted(frame); });
     mLength->setObjectName("lengthText");
     mSound->setObjectName("sound");

@@ -351,8 +351,8 @@ TEST(MeterView, HasAFigureOfTwoDecimalsAboveEachBarAndTheBarsStandOut) {
 }
 
 TEST(TimeLeft, IsTheRestAtThePaceSoFar) {
-    EXPECT_EQ(studio::TimeLeftWords(0.25, 2), "about 6 s left");
-    EXPECT_EQ(studio::TimeLeftWords(0.01, 1), "about 1 min 39 s left");
+    EXPECT_EQ(studio::TimeLeftWords(0.25, 2), "About 6 s left");
+    EXPECT_EQ(studio::TimeLeftWords(0.01, 1), "About 1 min 39 s left");
     EXPECT_EQ(studio::TimeLeftWords(0.5, 0.1), "");
     EXPECT_EQ(studio::TimeLeftWords(0, 10), "");
 }
@@ -393,12 +393,12 @@ TEST(ClipWords, SayThatAnUnknownIdentIsSilent) {
     lineup::BarsAndToneInfo settings;
     settings.identifyChannels = 1;
     settings.identifierFormat = static_cast<lineup::IdentifierFormat>(7);
-    EXPECT_EQ(studio::SignalWords(lineup::Clip(test::ThePlugin(), settings)), "unknown ident 7: silent");
+    EXPECT_EQ(studio::SignalWords(lineup::Clip(test::ThePlugin(), settings)), "Unknown ident 7: silent");
 }
 
 TEST(ClipWords, SayWhatAPersonWouldSay) {
     EXPECT_EQ(studio::LevelWords(0.125), QString::fromUtf8("\u221218.06 dBFS"));
-    EXPECT_EQ(studio::LevelWords(0), "silence");
+    EXPECT_EQ(studio::LevelWords(0), "Silence");
     EXPECT_EQ(studio::FrameRateWords({30000, 1001}), "29.97");
     EXPECT_EQ(studio::TimeWords(59.9996), "1:00.000");
     EXPECT_EQ(studio::TimeWords(3661.5), "1:01:01.500");

@@ -125,7 +125,7 @@ TEST_F(StudioWindowTest, ASampleRateTooLowForTheToneAsksWhatBecomesOfIt) {
         EXPECT_TRUE(ok.isEnabled());  // just high enough
         rate.setCurrentText("8000");
         EXPECT_EQ(hands.Find<QLabel>("clipProblem").text(),
-                  "Frequency 10000: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
+                  "Frequency 10000 Hz: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
         EXPECT_FALSE(ok.isEnabled());
         move.click();
         EXPECT_TRUE(ok.isEnabled());

@@ -1,0 +1,139 @@
+#include "Apps/studio/Text/ProblemPatterns.h"
+
+#include <lineup/FormatTable.h>
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <array>
+#include <string>
+#include <vector>
+
+namespace studio {
+
+namespace {
+
+// What the library says, with %1, %2, ... for what differs, and what a window says for it.
+struct Pattern {
+    const char* said;
+    const char* words;
+};
+
+constexpr std::array<Pattern, 45> kPatterns = {{
+    {"must be a whole number of Hz from %1 to %2",
+     QT_TRANSLATE_NOOP("Problem", "must be a whole number of Hz from %1 to %2")},
+    {"must be %1 to %2 Hz, half the sample rate of %3 Hz",
+     QT_TRANSLATE_NOOP("Problem", "must be %1 to %2 Hz, half the sample rate of %3 Hz")},
+    {"the name must end in %1", QT_TRANSLATE_NOOP("Problem", "the name must end in %1")},
+    {"must end in the name of a file", QT_TRANSLATE_NOOP("Problem", "must end in the name of a file")},
+    {"exists already; choose another name, or allow it to be overwritten",
+     QT_TRANSLATE_NOOP("Problem", "exists already; choose another name")},
+    {"must be even numbers of pixels", QT_TRANSLATE_NOOP("Problem", "must be even numbers of pixels")},
+    {"must be from %1 to %2", QT_TRANSLATE_NOOP("Problem", "must be from %1 to %2")},
+    {"%1 takes %2 at least", QT_TRANSLATE_NOOP("Problem", "%1 takes %2 at least")},
+    {"%1 takes %2 at most", QT_TRANSLATE_NOOP("Problem", "%1 takes %2 at most")},
+    {"%1 takes %2 pixels at most, such as %3", QT_TRANSLATE_NOOP("Problem", "%1 takes %2 pixels at most, such as %3")},
+    {"%1 takes %2", QT_TRANSLATE_NOOP("Problem", "%1 takes %2")},
+    {"%1 allows %2 pixels a second: at %3 %4 frames",
+     QT_TRANSLATE_NOOP("Problem", "%1 allows %2 pixels a second: at %3 %4 frames")},
+    {"a file takes a whole number of Hz, %1 at most",
+     QT_TRANSLATE_NOOP("Problem", "a file takes a whole number of Hz, %1 at most")},
+    {"a file takes 1, 2 or 6 channels", QT_TRANSLATE_NOOP("Problem", "a file takes 1, 2 or 6 channels")},
+    {"a .%1 file cannot say which of its channels is which; choose flac, or mono tracks",
+     QT_TRANSLATE_NOOP("Problem",
+                       "a .%1 file cannot say which of its channels is which; choose FLAC, or one mono "
+                       "track a channel")},
+    {"a .%1 file has one track for all channels",
+     QT_TRANSLATE_NOOP("Problem", "a .%1 file has one track for all channels")},
+    {"a .%1 file holds none", QT_TRANSLATE_NOOP("Problem", "a .%1 file holds none")},
+    {"a .%1 file", QT_TRANSLATE_NOOP("Problem", "a .%1 file")},
+    {"must be 1 or more, and end before the clip's time does",
+     QT_TRANSLATE_NOOP("Problem", "must be 1 or more, and end before the clip's time does")},
+    {"must be HH:MM:SS:FF, or HH:MM:SS;FF for drop frame",
+     QT_TRANSLATE_NOOP("Problem", "must be HH:MM:SS:FF, or HH:MM:SS;FF for drop frame")},
+    {"must lie between 00:00:00:00 and the end of a day",
+     QT_TRANSLATE_NOOP("Problem", "must lie between 00:00:00:00 and the end of a day")},
+    {"frames count from 00 to %1 at this rate",
+     QT_TRANSLATE_NOOP("Problem", "frames count from 00 to %1 at this rate")},
+    {"drop frame (;) is for 29.97 and 59.94 frames a second; write a colon",
+     QT_TRANSLATE_NOOP("Problem", "drop frame (;) is for 29.97 and 59.94 frames a second; write a colon")},
+    {"drop frame leaves this number out; the minute begins with ;%1",
+     QT_TRANSLATE_NOOP("Problem", "drop frame leaves this number out; the minute begins with ;%1")},
+    {"there is no time code at %1 frames a second; there is at %2",
+     QT_TRANSLATE_NOOP("Problem", "there is no time code at %1 frames a second; there is at %2")},
+    {"cannot open %1 for writing: %2", QT_TRANSLATE_NOOP("Problem", "cannot open %1 for writing: %2")},
+    {"cannot open %1: it is damaged: %2", QT_TRANSLATE_NOOP("Problem", "cannot open %1: it is damaged: %2")},
+    {"cannot open a clip of %1 channels: 1 to %2 can be played",
+     QT_TRANSLATE_NOOP("Problem", "cannot open a clip of %1 channels: 1 to %2 can be played")},
+    {"cannot open a clip with a sample rate of %1 Hz: it must be above 0, at most %2",
+     QT_TRANSLATE_NOOP("Problem", "cannot open a clip with a sample rate of %1 Hz: it must be above 0, at most %2")},
+    {"cannot open %1: %2", QT_TRANSLATE_NOOP("Problem", "cannot open %1: %2")},
+    {"cannot replace %1, which may not be written: %2",
+     QT_TRANSLATE_NOOP("Problem", "cannot replace %1, which may not be written: %2")},
+    {"cannot replace %1: %2", QT_TRANSLATE_NOOP("Problem", "cannot replace %1: %2")},
+    {"it takes %1 bytes, and there is room for %2",
+     QT_TRANSLATE_NOOP("Problem", "it takes %1 bytes, and there is room for %2")},
+    {"cannot write %1: %2", QT_TRANSLATE_NOOP("Problem", "cannot write %1: %2")},
+    {"it is no Lineup document: it is too large",
+     QT_TRANSLATE_NOOP("Problem", "it is no Lineup document: it is too large")},
+    {"it is no Lineup document", QT_TRANSLATE_NOOP("Problem", "it is no Lineup document")},
+    {"it is a Lineup document of version %1, and this program reads version %2",
+     QT_TRANSLATE_NOOP("Problem", "it is a Lineup document of version %1, and this program reads version %2")},
+    {"\"%1\" is missing", QT_TRANSLATE_NOOP("Problem", "\"%1\" is missing")},
+    {"\"%1\" must be %2 hexadecimal digits", QT_TRANSLATE_NOOP("Problem", "\"%1\" must be %2 hexadecimal digits")},
+    {"cannot set up the dialog %1: its layout has no %2",
+     QT_TRANSLATE_NOOP("Problem", "cannot set up the dialog %1: its layout has no %2")},
+    {"No such file or directory", QT_TRANSLATE_NOOP("Problem", "No such file or directory")},
+    {"Permission denied", QT_TRANSLATE_NOOP("Problem", "Permission denied")},
+    {"No space left on device", QT_TRANSLATE_NOOP("Problem", "No space left on device")},
+    {"Is a directory", QT_TRANSLATE_NOOP("Problem", "Is a directory")},
+    {"Read-only file system", QT_TRANSLATE_NOOP("Problem", "Read-only file system")},
+}};
+
+QRegularExpression Matcher(const char* said) {
+    static const QRegularExpression kPlace("%\\d");
+    QString expression = QRegularExpression::escape(QString::fromUtf8(said)).replace("\\%", "%");
+    return QRegularExpression("\\A" + expression.replace(kPlace, "(.+?)") + "\\z",
+                              QRegularExpression::DotMatchesEverythingOption);
+}
+
+const std::vector<QRegularExpression>& Matchers() {
+    static const std::vector<QRegularExpression> kMatchers = [] {
+        std::vector<QRegularExpression> all;
+        for (const Pattern& pattern : kPatterns) {
+            all.push_back(Matcher(pattern.said));
+        }
+        return all;
+    }();
+    return kMatchers;
+}
+
+// A codec goes by what a window calls it.
+QString CodecWords(const QString& text) {
+    const std::string name = text.toStdString();
+    const auto* const video = lineup::FindVideoCodec(name);
+    const auto* const audio = lineup::FindAudioCodec(name);
+    const std::string_view words = video != nullptr   ? video->description
+                                   : audio != nullptr ? audio->description
+                                                      : std::string_view();
+    return words.empty() ? text : QCoreApplication::translate("Format", std::string(words).c_str());
+}
+
+}  // namespace
+
+QString WindowWords(const QString& text) {
+    for (std::size_t i = 0; i < kPatterns.size(); ++i) {
+        const auto match = Matchers()[i].match(text);
+        if (!match.hasMatch()) {
+            continue;
+        }
+        QString words = QCoreApplication::translate("Problem", kPatterns[i].words);
+        for (int place = match.lastCapturedIndex(); place > 0; --place) {
+            // Not by arg(), which would take a %2 in a file's name for a place.
+            words.replace("%" + QString::number(place), WindowWords(match.captured(place)));
+        }
+        return words;
+    }
+    return CodecWords(text);
+}
+
+}  // namespace studio

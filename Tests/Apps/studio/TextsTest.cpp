@@ -1,0 +1,178 @@
+#include <lineup/ChannelLayout.h>
+#include <lineup/FormatTable.h>
+#include <lineup/Idents.h>
+#include <lineup/services/LocalizerSetup.h>
+#include "Apps/studio/Document/ProblemWords.h"
+#include "Apps/studio/Sound/SpeakerMap.h"
+#include "Apps/studio/Text/CatalogueTranslator.h"
+#include "Tests/Apps/studio/StudioHands.h"
+
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QRegularExpression>
+
+namespace {
+
+using studio::CatalogueTranslator;
+using test::DialogHands;
+using test::SaidBy;
+using test::StudioTest;
+using testing::HasSubstr;
+
+constexpr std::array<const char*, 4> kCatalogues = {"de", "es", "fr", "ja"};
+
+QString ReadSource(const QString& name) {
+    QFile file(QString(TEST_SOURCE_DIR "/") + name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+    return QString::fromUtf8(file.readAll());
+}
+
+// What adjacent string literals of C++ say.
+QString SaidByLiterals(const QString& literals) {
+    static const QRegularExpression kLiteral(R"re("((?:[^"\\]|\\.)*)")re");
+    static const QRegularExpression kCode(R"(\\u([0-9A-F]{4}))");
+    QString text;
+    for (auto match = kLiteral.globalMatch(literals); match.hasNext();) {
+        text += match.next().captured(1);
+    }
+    for (auto code = kCode.match(text); code.hasMatch(); code = kCode.match(text)) {
+        text.replace(code.captured(0), QChar(code.captured(1).toUShort(nullptr, 16)));
+    }
+    return text.replace("\\\"", "\"");
+}
+
+// Every text that the sources of the studio mark as one to be translated.
+QStringList TextsOfTheSources() {
+    static const QRegularExpression kMarked(
+        R"re((?:\btr\(|\b(?:translate|QT_TRANSLATE_NOOP)\(\s*"\w+",)\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
+    QStringList texts;
+    for (QDirIterator files(TEST_SOURCE_DIR "/Apps/studio", {"*.cpp", "*.h"}, QDir::Files,
+                            QDirIterator::Subdirectories);
+         files.hasNext();) {
+        const QString source =
+            ReadSource("Apps/studio/" + QDir(TEST_SOURCE_DIR "/Apps/studio").relativeFilePath(files.next()));
+        for (auto match = kMarked.globalMatch(source); match.hasNext();) {
+            texts += SaidByLiterals(match.next().captured(1));
+        }
+    }
+    return texts;
+}
+
+QString Of(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// And those that it shows out of the library's tables.
+QStringList TextsOfTables() {
+    QStringList texts;
+    for (const lineup::FileFormat& format : lineup::FileFormats()) {
+        texts += Of(format.description);
+    }
+    for (const lineup::VideoCodec& codec : lineup::VideoCodecs()) {
+        texts += Of(codec.description);
+    }
+    for (const lineup::AudioCodec& codec : lineup::AudioCodecs()) {
+        texts += Of(codec.description);
+    }
+    for (const lineup::ChannelLayout& layout : lineup::ChannelLayouts()) {
+        texts += Of(layout.name);
+    }
+    for (const lineup::Ident& ident : lineup::Idents()) {
+        texts += Of(ident.title);
+    }
+    for (const auto& [clip, device] : {std::pair(6, 2), std::pair(2, 1), std::pair(6, 1), std::pair(4, 2)}) {
+        texts += QString::fromStdString(studio::SpeakerMap(clip, device).Notice());
+    }
+    return texts;
+}
+
+TEST(Texts, EveryCatalogueHasEachText) {
+    const QStringList texts = TextsOfTheSources() + TextsOfTables();
+    EXPECT_GT(texts.size(), 200);
+    for (const char* const language : kCatalogues) {
+        const QString catalogue = ReadSource(QString("Resources/locale/%1.po").arg(language));
+        for (QString text : texts) {
+            text.replace("\"", "\\\"");
+            const QString msgid = QString("msgid \"%1%2\"\nmsgstr \"").arg(CatalogueTranslator::kTextKey, text);
+            EXPECT_TRUE(catalogue.contains(msgid) && !catalogue.contains(msgid + "\"\n"))
+                << language << " lacks: " << text.toStdString();
+        }
+    }
+}
+
+TEST(Texts, NameNoOptionOfTheCommandLineAndHaveTrueMinusSigns) {
+    static const QRegularExpression kOption(R"((^|\s)--?[a-z]|mono-tracks|audio-codec|video-codec)");
+    for (const QString& text : TextsOfTheSources()) {
+        EXPECT_FALSE(text.contains(kOption)) << text.toStdString();
+        EXPECT_FALSE(text.contains(QRegularExpression("(^|\\s)-\\d"))) << "no true minus: " << text.toStdString();
+    }
+}
+
+class StudioTexts : public StudioTest {
+protected:
+    ~StudioTexts() override { Speak("C"); }
+
+    // Opens a fresh window that speaks `language`.
+    void Speak(const char* language) {
+        zelcore::config::SetLanguage(language);
+        QCoreApplication::installTranslator(&mTranslator);
+        OpenWindow();
+    }
+
+private:
+    CatalogueTranslator mTranslator;
+};
+
+TEST_F(StudioTexts, TheWindowSpeaksGerman) {
+    Speak("de");
+    EXPECT_EQ(Window().menuBar()->actions().front()->text(), "&Datei");
+    EXPECT_EQ(Find<QLabel>("signal").text(), QString::fromUtf8("1000 Hz mit \u221212.04 dBFS"));
+    EXPECT_EQ(Find<QLabel>("lengthText").text(), QString::fromUtf8("/ 0:05.000 \u00B7 125 Bilder"));
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        EXPECT_EQ(hands.Dialog().windowTitle(), "Exportieren");
+        EXPECT_EQ(hands.Find<QComboBox>("exportAudio").currentText(), "Unkomprimiert, 24 Bit");
+        hands.Find<QLineEdit>("exportFile").setText(InFolder("clip.xyz"));
+        EXPECT_THAT(hands.Find<QLabel>("exportProblem").text().toStdString(),
+                    testing::AllOf(testing::StartsWith("Dateiname "), HasSubstr("clip.xyz: der Name muss auf .mov")));
+        hands.Press(Qt::Key_Escape);
+    });
+}
+
+TEST_F(StudioTexts, ErrorsAreSaidInEachLanguageWithWhatTheyAreAbout) {
+    const QString missing = InFolder("%2 none.lineup");  // a name that looks like a place to be filled in
+    test::WriteFile(Folder() / "damaged.lineup", R"({"kind": "lineup", "version": 1, "settings": "00"})");
+    struct Said {
+        const char* language;
+        const char* missing;
+        const char* damaged;
+        const char* tone;
+    };
+    const std::array<Said, 4> kSaid = {
+        {{"de", "lässt sich nicht öffnen: Datei oder Verzeichnis nicht gefunden.", "64 hexadezimalen Ziffern bestehen.",
+          "Frequenz 9000 Hz: muss zwischen 1 und 4000 Hz liegen, der halben Abtastrate von 8000 Hz."},
+         {"fr", "Aucun fichier ou dossier de ce nom.", "64 chiffres hexadécimaux.",
+          "Fréquence 9000 Hz: doit être de 1 à 4000 Hz, la moitié de la fréquence d'échantillonnage de 8000 Hz."},
+         {"es", "No existe el archivo o el directorio.", "64 dígitos hexadecimales.",
+          "Frecuencia 9000 Hz: debe estar entre 1 y 4000 Hz, la mitad de la frecuencia de muestreo de 8000 Hz."},
+         {"ja", "そのようなファイルやフォルダーはありません。", "16 進数 64 桁でなければなりません。",
+          "周波数 9000 Hz: 1 から 4000 Hz (サンプルレート 8000 Hz の半分) まででなければなりません。"}}};
+    lineup::BarsAndToneInfo high;
+    high.frequency = 9000.0F;
+    for (const Said& said : kSaid) {
+        Speak(said.language);
+        const std::string unfound = SaidBy([&] { Window().Open(missing); });
+        EXPECT_THAT(unfound, HasSubstr(said.missing));
+        EXPECT_THAT(unfound, HasSubstr(missing.toStdString()));
+        EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("damaged.lineup")); }), HasSubstr(said.damaged));
+        EXPECT_EQ(studio::ToneProblem(*test::ThePlugin(), high, 8000).toStdString(), said.tone);
+    }
+}
+
+}  // namespace

@@ -20,7 +20,8 @@ class Rival:
 
 @dataclass(frozen=True)
 class Contest:
-    """Our command against its rivals. `seconds` of media; `quick_seconds` in a quick run."""
+    """Our command against its rivals. `seconds` of media; `quick_seconds` in a quick run. `given`: the command that
+    makes the file {given}, which all of them read."""
 
     name: str
     command: str
@@ -28,6 +29,7 @@ class Contest:
     seconds: float
     quick_seconds: float
     out: str = "out.mov"
+    given: str = ""
 
 
 def encode(settings, out):
@@ -112,14 +114,22 @@ SOUNDS = (
             (dd(">= 0.667"),), 3600, 600, "out.wav"),
 )
 
+RECORDING = "{lineup} render {given} --ident blits --duration {seconds} -y -q --no-sync"
+CHECKS = (
+    Contest("check, six channels", "{lineup} check {given}",
+            (Rival("ffmpeg astats", "ffmpeg -nostdin -v error -i {given} -af astats -f null -", ">= 1"),), 600, 120, "",
+            RECORDING),
+)
+
 STARTS = (
     Contest("start: lineup info", "{lineup} info", (Rival("/bin/true", "/bin/true"),), 0, 0, ""),
     Contest("start: 5 s of WAV", "{lineup} render {folder}/out.wav --duration 5 -y -q {sync}",
             (Rival("/bin/true", "/bin/true"),), 5, 5, "out.wav"),
 )
 
-# Peak memory of the longer against the shorter, in seconds of media.
+# Peak memory of the longer against the shorter, in seconds of media; what makes the file that is read.
 MEMORY = (
-    ("memory: WAV", "{lineup} render {folder}/out.wav --duration {seconds} -y -q {sync}", 60, 3600, 3600),
-    ("memory: ProRes 422 HQ", "{lineup} render {folder}/out.mov --duration {seconds} -y -q {sync}", 60, 3600, 600),
+    ("memory: WAV", "{lineup} render {folder}/out.wav --duration {seconds} -y -q {sync}", 60, 3600, 3600, ""),
+    ("memory: ProRes 422 HQ", "{lineup} render {folder}/out.mov --duration {seconds} -y -q {sync}", 60, 3600, 600, ""),
+    ("memory: check", "{lineup} check -q {given}", 60, 3600, 600, RECORDING),
 )

@@ -12,8 +12,12 @@ MEBIBYTE = bytes(1 << 20)
 
 class Runner:
     def __init__(self, lineup, folder, rounds, unscaled):
+        """What is measured writes into `folder`, which is emptied between the runs; what it reads lies elsewhere."""
         self.lineup = lineup
-        self.folder = folder
+        self.folder = os.path.join(folder, "written")
+        self.given = os.path.join(folder, "given")
+        for each in (self.folder, self.given):
+            os.makedirs(each, exist_ok=True)
         self.rounds = rounds
         self.unscaled = unscaled
 
@@ -22,11 +26,16 @@ class Runner:
             sync="" if waits else "--no-sync",
             lineup=self.lineup,
             folder=self.folder,
+            given=os.path.join(self.given, "given.wav"),
             seconds=seconds,
             bytes=size,
             tenths=round(seconds * 10),
             frames_less_one=round(seconds * FRAME_RATE) - 1,
         )
+
+    def give(self, command, seconds):
+        if command:
+            subprocess.run(["/bin/sh", "-c", self.line(command, seconds)], check=True)
 
     def clear(self):
         for name in os.listdir(self.folder):
@@ -68,6 +77,7 @@ class Runner:
 
     def race(self, contest, seconds):
         """A row for each rival: medians over the rounds, the ratio being the median of each round's."""
+        self.give(contest.given, seconds)
         times = {rival.name: [] for rival in contest.rivals}
         ours, scaled = {rival.name: [] for rival in contest.rivals}, set()
         size = self.size_of(contest, seconds)
@@ -95,9 +105,10 @@ class Runner:
             for rival in contest.rivals
         ]
 
-    def peak_kilobytes(self, command, seconds):
+    def peak_kilobytes(self, command, seconds, given):
         """The peak of a run's resident memory, by time(1): a process that this one starts itself would
         inherit this one's peak."""
+        self.give(given, seconds)
         self.clear()
         log = os.path.join(self.folder, "peak")
         line = self.line(command, seconds)
@@ -105,8 +116,8 @@ class Runner:
         with open(log, encoding="ascii") as file:
             return int(file.read().split()[-1])
 
-    def memory(self, name, command, shorter, longer):
-        short, long = (self.peak_kilobytes(command, seconds) for seconds in (shorter, longer))
+    def memory(self, name, command, shorter, longer, given):
+        short, long = (self.peak_kilobytes(command, seconds, given) for seconds in (shorter, longer))
         self.clear()
         return {
             "contest": name,

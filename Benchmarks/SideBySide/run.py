@@ -77,14 +77,14 @@ def side_by_side(options, folder):
         show(row)
 
     print("== side by side: ours, theirs, theirs / ours", flush=True)
-    for contest in (*contests.STARTS, *contests.SOUNDS, *contests.MOVIES):
+    for contest in (*contests.STARTS, *contests.SOUNDS, *contests.CHECKS, *contests.MOVIES):
         if options.only in contest.name:
             seconds = contest.quick_seconds if options.quick else contest.seconds
             for row in (start if contest in contests.STARTS else runner).race(contest, seconds):
                 add(row)
-    for name, command, shorter, longer, quick_longer in contests.MEMORY:
+    for name, command, shorter, longer, quick_longer, given in contests.MEMORY:
         if options.only in name:
-            add(runner.memory(name, command, shorter, quick_longer if options.quick else longer))
+            add(runner.memory(name, command, shorter, quick_longer if options.quick else longer, given))
     return rows
 
 

@@ -39,8 +39,10 @@ struct ExportReport {
     std::string container;  ///< the file format's extension: "mov"
     std::optional<VideoReport> video;
     std::vector<AudioReport> audio;
-    std::int64_t frames = 0;   ///< 0 without picture
-    std::int64_t samples = 0;  ///< a channel; 0 without sound
+    std::int64_t frames = 0;        ///< 0 without picture
+    std::int64_t samples = 0;       ///< a channel; 0 without sound
+    std::int64_t blackFrames = 0;   ///< the last of the frames
+    std::int64_t blackSamples = 0;  ///< the last of the samples: silence
     std::uintmax_t bytes = 0;
 };
 

@@ -38,6 +38,10 @@ struct ExportSettings {
     /// How long a file is that has sound alone, in samples a channel. A file goes by one of the two; both may be set.
     std::int64_t samples = 0;
 
+    /// Black and silence behind the clip, in frames of a file with a picture and in samples of one without.
+    std::int64_t blackFrames = 0;
+    std::int64_t blackSamples = 0;
+
     /// Names out of FormatTable.h; empty for what the file format prefers.
     std::string videoCodec;
     std::string audioCodec;

@@ -122,6 +122,8 @@ void RunRender(const RenderOptions& options) {
     const FileLength length = options.length.Length(clip, settings.frameRate, settings.timecode);
     settings.frames = length.frames;
     settings.samples = length.samples;
+    settings.blackFrames = length.blackFrames;
+    settings.blackSamples = length.blackSamples;
 
     constexpr int kSecondsToStop = 1;
     WatchForInterrupts(kSecondsToStop);

@@ -22,11 +22,11 @@ bool IsLabel(std::string_view text) {
     return std::ranges::count(text, ':') == 3 || text.find(';') != std::string_view::npos;
 }
 
-std::int64_t FramesOfLabel(const std::string& text, Rational frameRate) {
+std::int64_t FramesOfLabel(const char* option, const std::string& text, Rational frameRate) {
     try {
         return Timecode(text, frameRate).Frames();
     } catch (const lineup::UsageError& error) {
-        throw lineup::UsageError("duration", text, error.Remedy());
+        throw lineup::UsageError(option, text, error.Remedy());
     }
 }
 
@@ -70,12 +70,39 @@ std::int64_t CountAt(Rational rate, zelmediatypes::TickTime time) {
 }  // namespace
 
 bool LengthOptions::CountsFrames() const {
-    return frames || until || (time.duration && IsLabel(*time.duration));
+    return frames || until || (black && IsLabel(*black)) || (time.duration && IsLabel(*time.duration));
 }
 
 FileLength LengthOptions::Length(const lineup::Clip& clip, Rational frameRate,
                                  const std::optional<Timecode>& timecode) const {
-    if (!CountsFrames()) {
+    FileLength length = ClipLength(clip, frameRate, timecode);
+    if (!black) {
+        return length;
+    }
+    if (IsLabel(*black)) {
+        length.blackFrames = FramesOfLabel("black", *black, frameRate);
+        length.blackSamples = SamplesOf(length.blackFrames, frameRate, clip);
+    } else {
+        const zelmediatypes::TickTime blackTime = ParseTime("black", *black);
+        length.blackFrames = NearestIndex(blackTime, frameRate);
+        length.blackSamples = NearestIndex(blackTime, SampleRate(clip));
+    }
+    if (length.blackFrames < 1) {
+        throw lineup::UsageError("black", *black, "must be a frame or more");
+    }
+    if (until) {
+        length.frames -= length.blackFrames;
+        length.samples -= length.blackSamples;
+        if (length.frames < 1) {
+            throw lineup::UsageError("black", *black, fmt::format("leaves nothing of the line-up before {}", *until));
+        }
+    }
+    return length;
+}
+
+FileLength LengthOptions::ClipLength(const lineup::Clip& clip, Rational frameRate,
+                                     const std::optional<Timecode>& timecode) const {
+    if (!frames && !until && !(time.duration && IsLabel(*time.duration))) {
         const auto length = time.Duration(clip).value_or(DescribedDuration(clip));
         const std::int64_t samples = CountAt(SampleRate(clip), length);
         return {.frames = CountAt(frameRate, length),
@@ -84,7 +111,7 @@ FileLength LengthOptions::Length(const lineup::Clip& clip, Rational frameRate,
     }
     const std::int64_t count = frames  ? *frames
                                : until ? FramesUntil(*until, timecode, frameRate)
-                                       : FramesOfLabel(*time.duration, frameRate);
+                                       : FramesOfLabel("duration", *time.duration, frameRate);
     constexpr std::int64_t kMostFrames = 1'000'000'000;
     if (count < 1 || count > kMostFrames) {
         throw lineup::UsageError(frames ? "frames" : "duration", frames ? fmt::format("{}", count) : *time.duration,
@@ -105,6 +132,11 @@ void AddLengthOptions(CLI::App& command, LengthOptions& options) {
                                     ->group(kTimeGroup)
                                     ->excludes(duration)
                                     ->excludes(cycles);
+    command
+        .add_option("--black", options.black,
+                    "Black and silence behind the clip, for a time as of --duration; --until is where it ends")
+        ->type_name("TIME")
+        ->group(kTimeGroup);
     command
         .add_option("--until", options.until, "How long: up to the frame with this time code, which is not in the file")
         ->type_name("HH:MM:SS:FF")

@@ -88,8 +88,13 @@ std::string ReportText(const lineup::ExportReport& report, std::optional<std::in
     for (const lineup::AudioReport& audio : report.audio) {
         text += AudioText(audio, report.samples);
     }
-    if (cycleSamples && *cycleSamples != report.samples) {
-        const std::int64_t beyond = report.samples - *cycleSamples;
+    if (report.blackSamples > 0) {
+        text += fmt::format("  black    the last {}\n",
+                            report.video ? fmt::format("{} frames, in silence", report.blackFrames)
+                                         : fmt::format("{} samples are silence", report.blackSamples));
+    }
+    if (cycleSamples && *cycleSamples != report.samples - report.blackSamples) {
+        const std::int64_t beyond = report.samples - report.blackSamples - *cycleSamples;
         text += fmt::format("  cycles   {} samples; the file is {} {}: it ends with a whole frame\n", *cycleSamples,
                             std::abs(beyond), beyond > 0 ? "longer" : "shorter");
     }
@@ -105,8 +110,12 @@ std::string ReportJson(const lineup::ExportReport& report, std::optional<std::in
         json["video"] = VideoJson(report);
     }
     json["audio"] = AudioJson(report);
+    if (report.blackSamples > 0) {
+        json["black"] = {{"frames", report.blackFrames}, {"samples", report.blackSamples}};
+    }
     if (cycleSamples) {
-        json["cycles"] = {{"samples", *cycleSamples}, {"samplesBeyond", report.samples - *cycleSamples}};
+        json["cycles"] = {{"samples", *cycleSamples},
+                          {"samplesBeyond", report.samples - report.blackSamples - *cycleSamples}};
     }
     return JsonText(json);
 }

@@ -54,7 +54,8 @@ void WriteMovieFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, 
     Muxer muxer(*plan.container, file, plan.reproducible);
     VideoEncoder video(clip, *plan.picture, muxer);
     SoundTracks sound(clip, *plan.sound, muxer);
-    file.RequireRoom(video.FrameBytes() * plan.picture->frames + UncompressedBytes(*plan.sound));
+    file.RequireRoom(video.FrameBytes() * (plan.picture->frames - plan.picture->blackFrames) +
+                     UncompressedBytes(*plan.sound));
     AvOptions options;
     SetTimescale(options, plan);
     muxer.Begin(options);

@@ -14,7 +14,11 @@ constexpr int kMostSamples = 8192;
 }  // namespace
 
 SoundTracks::SoundTracks(const Clip& clip, const SoundPlan& plan, Muxer& muxer)
-    : mReader(clip), mStart(plan.startSample), mTotal(plan.samples), mDither(plan.dither) {
+    : mReader(clip),
+      mStart(plan.startSample),
+      mTotal(plan.samples),
+      mSounding(plan.samples - plan.silentSamples),
+      mDither(plan.dither) {
     for (const TrackPlan& track : plan.tracks) {
         mTracks.emplace_back(plan, track, muxer);
     }
@@ -39,9 +43,13 @@ void SoundTracks::WriteUpTo(std::int64_t end) {
 }
 
 void SoundTracks::WriteBlock(int count) {
-    mReader.Read(mStart + mPosition, count, mChannels);
-    for (std::size_t c = 0; mDither == Dither::Triangular && c < mChannels.size(); ++c) {
-        AddDither({mChannels[c], static_cast<std::size_t>(count)}, mStart + mPosition, static_cast<int>(c));
+    const std::int64_t sounding = std::clamp<std::int64_t>(mSounding - mPosition, 0, count);
+    mReader.Read(mStart + mPosition, sounding, mChannels);
+    for (std::size_t c = 0; c < mChannels.size(); ++c) {
+        if (mDither == Dither::Triangular) {
+            AddDither({mChannels[c], static_cast<std::size_t>(sounding)}, mStart + mPosition, static_cast<int>(c));
+        }
+        std::fill(mChannels[c] + sounding, mChannels[c] + count, 0.0F);
     }
     for (SoundEncoder& track : mTracks) {
         track.Write(mChannels, mPosition, count);

@@ -29,6 +29,7 @@ private:
     AudioReader mReader;
     std::int64_t mStart;
     std::int64_t mTotal;
+    std::int64_t mSounding;  // of them; the rest is silent
     Dither mDither;
     std::int64_t mPosition = 0;
     int mBlockSamples = 0;

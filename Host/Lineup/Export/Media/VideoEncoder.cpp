@@ -17,6 +17,8 @@ constexpr std::string_view kTimecodeTag = "timecode";
 VideoEncoder::VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& muxer)
     : mMuxer(&muxer),
       mFrame(MakeVideoFrame(clip, plan)),
+      mBlack(plan.blackFrames > 0 ? MakeBlackFrame(*mFrame) : nullptr),
+      mFirstBlack(plan.frames - plan.blackFrames),
       mEncoder(OpenPictureEncoder(*mFrame, plan, muxer.WantsGlobalHeaders())),
       mPacket(NewAvPacket()),
       mTimeBase(mEncoder->time_base),
@@ -42,22 +44,42 @@ void VideoEncoder::EncodeOnce(const PicturePlan& plan) {
     if (!plan.encoding->timecodeOption.empty()) {
         timecode.emplace(plan.timecode, plan.frameRate);
     }
-    AvPacket picture = EncodePicture(*mEncoder, *mFrame, plan).packet;
+    auto [picture, quantiser] = EncodePicture(*mEncoder, *mFrame, plan);
     if (mRate) {
         mRate->FillUp(*picture);
     }
     mRepeated.emplace(std::move(picture), timecode, mRate);
+    if (mBlack != nullptr) {
+        mRepeatedBlack.emplace(EncodeBlack(plan, quantiser), timecode, mRate);
+        mBlack.reset();
+    }
     mEncoder.reset();
     mFrame.reset();
 }
 
+// With the picture's quantiser, as where every frame is encoded.
+AvPacket VideoEncoder::EncodeBlack(const PicturePlan& plan, int quantiser) const {
+    const AvCodecContext encoder = OpenPictureEncoder(*mBlack, plan, mMuxer->WantsGlobalHeaders(), quantiser);
+    AvPacket packet = NewAvPacket();
+    SendPicture(*encoder, *mBlack, 0);
+    SendFrame(*encoder, nullptr);
+    static_cast<void>(ReceivePacket(*encoder, *packet));
+    if (packet->size == 0) {
+        throw Error("cannot encode black: the encoder gave nothing");
+    }
+    if (mRate) {
+        mRate->FillUp(*packet);
+    }
+    return packet;
+}
+
 void VideoEncoder::WriteFrame(std::int64_t index) {
     if (mRepeated) {
-        mRepeated->Fill(*mPacket, index);
+        (index < mFirstBlack ? mRepeated : mRepeatedBlack)->Fill(*mPacket, index);
         mMuxer->Write(*mPacket, mStream, mTimeBase);
         return;
     }
-    SendPicture(*mEncoder, *mFrame, index);
+    SendPicture(*mEncoder, index < mFirstBlack ? *mFrame : *mBlack, index);
     WritePackets();
 }
 

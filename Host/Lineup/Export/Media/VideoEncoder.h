@@ -30,10 +30,13 @@ public:
 
 private:
     void EncodeOnce(const PicturePlan& plan);
+    [[nodiscard]] AvPacket EncodeBlack(const PicturePlan& plan, int quantiser) const;
     void WritePackets();
 
     Muxer* mMuxer;
     AvFrame mFrame;
+    AvFrame mBlack;            // null where none follows
+    std::int64_t mFirstBlack;  // frame
     AvCodecContext mEncoder;
     AvPacket mPacket;
     AVRational mTimeBase;
@@ -41,6 +44,7 @@ private:
     std::int64_t mWritten = 0;  // packets of every encoded frame
     std::optional<ConstantRate> mRate;
     std::optional<RepeatedPicture> mRepeated;  // empty: every frame is encoded
+    std::optional<RepeatedPicture> mRepeatedBlack;
 };
 
 }  // namespace lineup

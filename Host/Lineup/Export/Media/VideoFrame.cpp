@@ -11,6 +11,10 @@
 #include <new>
 #include <span>
 
+extern "C" {
+#include <libavutil/imgutils.h>
+}
+
 namespace lineup {
 
 namespace {
@@ -115,6 +119,20 @@ AvFrame MakeVideoFrame(const Clip& clip, const PicturePlan& plan) {
         ConvertColour(picture, planes, PlanesOf(*frame));
     }
     Tag(*frame, plan);
+    return frame;
+}
+
+AvFrame MakeBlackFrame(const AVFrame& like) {
+    AvFrame frame(av_frame_clone(&like));
+    if (frame == nullptr) {
+        throw std::bad_alloc();
+    }
+    RequireAv(av_frame_make_writable(frame.get()), "cannot make room for a frame");
+    std::array<std::ptrdiff_t, AV_NUM_DATA_POINTERS> strides{};
+    std::copy_n(frame->linesize, strides.size(), strides.begin());
+    RequireAv(av_image_fill_black(frame->data, strides.data(), static_cast<AVPixelFormat>(frame->format),
+                                  frame->color_range, frame->width, frame->height),
+              "cannot draw black");
     return frame;
 }
 

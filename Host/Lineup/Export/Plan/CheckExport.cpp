@@ -94,6 +94,16 @@ void CheckDither(Dither dither, const AudioEncoding& encoding) {
         fmt::format("is for sound of 16 bits: {} keeps more; choose pcm-s16, or leave it out", encoding.codec.name));
 }
 
+void CheckBlack(const ExportSettings& settings, const Container& container) {
+    const bool none = settings.blackFrames == 0 && settings.blackSamples == 0;
+    Require(none || container.kind != FileKind::Still, "black", "yes",
+            fmt::format("a .{} file holds one picture", container.format.extension));
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    Require(settings.blackFrames >= 0 && settings.blackSamples >= 0 &&
+                settings.frames <= kMost - settings.blackFrames && settings.samples <= kMost - settings.blackSamples,
+            "black", fmt::format("{} frames", settings.blackFrames), "must be 0 or more, and end in this age");
+}
+
 void CheckFrameRate(const VideoCodec& codec, Rational rate) {
     Require(IsFrameRate(rate), "fps", Text(rate),
             fmt::format("must be from {} to {}", kLowestFrameRate, kHighestFrameRate));

@@ -20,6 +20,7 @@ const AudioEncoding* CheckAudioCodec(const ExportSettings& settings, const FileF
 
 void CheckMonoTracks(const ExportSettings& settings, const FileFormat& format);
 void CheckDither(Dither dither, const AudioEncoding& encoding);
+void CheckBlack(const ExportSettings& settings, const Container& container);
 void CheckTimecode(const ExportSettings& settings, const FileFormat& format);
 void CheckPictureSize(const VideoCodec& codec, int width, int height);
 void CheckFrameRate(const VideoCodec& codec, Rational rate);

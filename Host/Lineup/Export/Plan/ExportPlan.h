@@ -28,6 +28,7 @@ struct PicturePlan {
     Scan scan = Scan::Progressive;
     Rational frameRate;
     std::int64_t frames = 1;
+    std::int64_t blackFrames = 0;      ///< the last of them
     std::optional<Timecode> timecode;  ///< of the first frame
     bool encodeEveryFrame = false;
 };
@@ -46,6 +47,7 @@ struct SoundPlan {
     int sampleRateHz = 0;
     std::int64_t startSample = 0;    ///< the clip's first sample in the file
     std::int64_t samples = 0;        ///< a channel
+    std::int64_t silentSamples = 0;  ///< the last of them
     std::int64_t timeReference = 0;  ///< of the first sample, in samples since midnight
     Dither dither = Dither::None;
     std::vector<TrackPlan> tracks;

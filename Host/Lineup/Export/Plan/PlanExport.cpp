@@ -57,7 +57,8 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
     CheckDither(settings.dither, encoding);
     sound.dither = settings.dither;
     sound.startSample = settings.startSample;
-    sound.samples = settings.samples;
+    sound.samples = settings.samples + settings.blackSamples;
+    sound.silentSamples = settings.blackSamples;
     sound.timeReference = settings.timecode ? settings.timecode->Samples(sound.sampleRateHz) : 0;
     sound.tracks = PlanTracks(container, encoding, layout, monoTracks);
     return sound;
@@ -67,8 +68,13 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
 void PlanMovieLength(const ExportSettings& settings, PicturePlan& picture, SoundPlan& sound) {
     CheckFrameRate(picture.encoding->codec, settings.frameRate);
     CheckPixelRate(picture.encoding->codec, settings);
-    picture.frames = settings.frames;
-    sound.samples = settings.frames > 0 ? SamplesAtFrame(settings.frames, settings.frameRate, sound.sampleRateHz) : 0;
+    picture.frames = settings.frames + settings.blackFrames;
+    picture.blackFrames = settings.blackFrames;
+    const auto samplesAt = [&](std::int64_t frame) {
+        return frame > 0 ? SamplesAtFrame(frame, settings.frameRate, sound.sampleRateHz) : 0;
+    };
+    sound.samples = samplesAt(picture.frames);
+    sound.silentSamples = sound.samples - samplesAt(settings.frames);
 }
 
 }  // namespace
@@ -81,6 +87,7 @@ ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
     const AudioEncoding* const audio = CheckAudioCodec(settings, container.format);
     CheckMonoTracks(settings, container.format);
     CheckTimecode(settings, container.format);
+    CheckBlack(settings, container);
 
     ExportPlan plan;
     plan.target = settings.target;

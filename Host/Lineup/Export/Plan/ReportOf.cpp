@@ -52,12 +52,14 @@ ExportReport ReportOf(const ExportPlan& plan, std::int64_t bytes) {
     if (plan.picture) {
         report.video = ReportOf(*plan.picture);
         report.frames = plan.picture->frames;
+        report.blackFrames = plan.picture->blackFrames;
     }
     if (plan.sound) {
         for (const TrackPlan& track : plan.sound->tracks) {
             report.audio.push_back(ReportOf(*plan.sound, track));
         }
         report.samples = plan.sound->samples;
+        report.blackSamples = plan.sound->silentSamples;
     }
     report.bytes = static_cast<std::uintmax_t>(bytes);
     return report;

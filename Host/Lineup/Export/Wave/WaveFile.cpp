@@ -48,6 +48,13 @@ public:
         }
     }
 
+    std::span<const float* const> Silence(std::int64_t count) {
+        for (float* const channel : mChannels) {
+            std::fill_n(channel, count, 0.0F);
+        }
+        return mInFileOrder;
+    }
+
     std::span<const float* const> Read(std::int64_t position, std::int64_t count) {
         mReader.Read(position, count, mChannels);
         for (std::size_t c = 0; mDither == Dither::Triangular && c < mChannels.size(); ++c) {
@@ -82,10 +89,13 @@ void WriteSamples(FileQueue& queue, const Clip& clip, const ExportPlan& plan, co
     const std::size_t frameBytes = track.channels.size() * PackedBytes(samples);
     const auto most = static_cast<std::int64_t>(FileQueue::kRoomBytes / frameBytes);
     SoundInFileOrder sound(clip, track, most, planned.dither);
+    const std::int64_t sounding = planned.samples - planned.silentSamples;
     for (std::int64_t done = 0, reported = 0; done < planned.samples;) {
         const std::int64_t position = planned.startSample + done;
-        const std::int64_t count = std::min({sound.StretchEnd(position) - position, planned.samples - done, most});
-        PackFrames(sound.Read(position, count), static_cast<std::size_t>(count), samples, queue.Room());
+        const std::int64_t end = done < sounding ? sounding : planned.samples;
+        const std::int64_t count = std::min({sound.StretchEnd(position) - position, end - done, most});
+        PackFrames(done < sounding ? sound.Read(position, count) : sound.Silence(count),
+                   static_cast<std::size_t>(count), samples, queue.Room());
         queue.Add(static_cast<std::size_t>(count) * frameBytes);
         done += count;
         if (done - reported >= kSamplesPerReport || done == planned.samples) {

@@ -166,6 +166,18 @@ TEST_F(Program, ALengthMayBeFramesOrTheirLabels) {
     EXPECT_EQ(json::parse(Lineup("render a.mov --size 64x36 --frames 3 --json").out)["video"]["frames"], 3);
 }
 
+TEST_F(Program, BlackFollowsTheClipOrEndsAtTheLabel) {
+    const auto counts = [this](const std::string& arguments) {
+        const auto report = json::parse(Lineup("render a.wav -y --json " + arguments).out);
+        return std::pair(report["audio"][0]["samples"].get<int>(), report["black"]["samples"].get<int>());
+    };
+    EXPECT_EQ(counts("--duration 1 --black 0.5"), std::pair(72000, 24000));
+    EXPECT_EQ(counts("--duration 00:00:01:00 --black 00:00:00:05"), std::pair(57600, 9600));
+    EXPECT_EQ(counts("--timecode 09:59:57:00 --until 10:00:00:00 --black 1"), std::pair(144000, 48000));
+    EXPECT_THAT(Lineup("render a.wav -y --timecode 09:59:59:00 --until 10:00:00:00 --black 1").err,
+                HasSubstr("--black 1: leaves nothing of the line-up before 10:00:00:00"));
+}
+
 TEST_F(Program, AReproducibleFileHasTheSameBytesEachTime) {
     for (const std::string name : {"a.wav", "a.mxf", "a.mov", "a.mkv"}) {
         std::array<std::string, 2> bytes;

@@ -10,7 +10,7 @@ namespace lineup {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> kPictureStart = {0x00, 0x00, 0x01, 0x00};
-constexpr std::int64_t kBitsPerByte = 8;
+constexpr std::int64_t kByteBits = 8;
 
 // After the start code: the picture's number (10 bits), its type (3), the delay (16), in the units of a clock.
 constexpr std::int64_t kDelayTicksPerSecond = 90'000;
@@ -40,13 +40,13 @@ std::int64_t ConstantRate::BytesOf(std::int64_t index) const {
     // Of the frames that one number of seconds has, so that no product grows with the index.
     const std::int64_t place = index % mFrameRate.num;
     const auto before = [this](std::int64_t frames) {
-        return frames * mFrameRate.den * mBitsPerSecond / kBitsPerByte / mFrameRate.num;
+        return frames * mFrameRate.den * mBitsPerSecond / kByteBits / mFrameRate.num;
     };
     return before(place + 1) - before(place);
 }
 
 void ConstantRate::FillUp(AVPacket& picture) const {
-    const std::int64_t longest = RoundedUp(mBitsPerSecond * mFrameRate.den, kBitsPerByte * mFrameRate.num);
+    const std::int64_t longest = RoundedUp(mBitsPerSecond * mFrameRate.den, kByteBits * mFrameRate.num);
     const auto missing = static_cast<int>(std::max<std::int64_t>(longest - picture.size, 0));
     const int size = picture.size;
     RequireAv(av_grow_packet(&picture, missing), "cannot fill a picture up to a constant bit rate");

@@ -104,22 +104,35 @@ public:
         mSent += sent;
         mFound += found;
         mSquares += sent * sent;
+        mFoundSquares += found * found;
         mProducts += sent * found;
     }
 
     /// Seconds of the recording a second of the clip; 0 where it takes a longer stretch to tell.
     [[nodiscard]] double Slope() const {
         constexpr double kLeastSpread = 0.5;  // s, standard deviation
-        const double variance = mSquares / mCount - mSent / mCount * (mSent / mCount);
-        const double covariance = mProducts / mCount - mSent / mCount * (mFound / mCount);
-        return mCount > 2 && variance > kLeastSpread * kLeastSpread ? covariance / variance : 0;
+        return mCount > 2 && Variance() > kLeastSpread * kLeastSpread ? Covariance() / Variance() : 0;
+    }
+
+    /// How far the slope may be off: its standard deviation, by how far what was found lies beside the line. Cut bursts
+    /// and channels that are late move single points by 20 ms.
+    [[nodiscard]] double Doubt() const {
+        constexpr double kLeastScatter = 0.002;  // s
+        const double ofFound = mFoundSquares / mCount - mFound / mCount * (mFound / mCount);
+        const double beside = std::max(0.0, ofFound - Covariance() * Covariance() / Variance()) * mCount;
+        const double scatter = std::max(beside / (mCount - 2), kLeastScatter * kLeastScatter);
+        return std::sqrt(scatter / (mCount * Variance()));
     }
 
 private:
+    [[nodiscard]] double Variance() const { return mSquares / mCount - mSent / mCount * (mSent / mCount); }
+    [[nodiscard]] double Covariance() const { return mProducts / mCount - mSent / mCount * (mFound / mCount); }
+
     double mCount = 0;
     double mSent = 0;
     double mFound = 0;
     double mSquares = 0;
+    double mFoundSquares = 0;
     double mProducts = 0;
 };
 
@@ -141,6 +154,12 @@ public:
     [[nodiscard]] double Last() const { return mLast; }
     [[nodiscard]] double MeanOffset() const { return mOffsets / mCount; }
     [[nodiscard]] double Tempo() const { return mLine.Slope() > 0 ? 1 / mLine.Slope() : mTempo; }
+    /// The tempo is another than the pitch, beyond doubt.
+    [[nodiscard]] bool IsCorrected(double pitch) const {
+        constexpr double kBeyondDoubt = 5;  // standard deviations
+        const double off = std::abs(Tempo() / pitch - 1);
+        return off > kCorrected && (mLine.Slope() <= 0 || off > kBeyondDoubt * mLine.Doubt());
+    }
     [[nodiscard]] bool Has(const Interval* sent, double start) const {
         return std::ranges::any_of(mSeen, [&](const auto& seen) {
             return seen.first == sent && std::abs(static_cast<double>(seen.second) * kBucket - start) < 2 * kBucket;
@@ -194,8 +213,7 @@ Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, cons
     if (rough.Matched() == 0) {
         return {};
     }
-    const bool asFast = std::abs(rough.Tempo() / pitch - 1) < kCorrected;
-    const double tempo = asFast ? pitch : rough.Tempo();
+    const double tempo = rough.IsCorrected(pitch) ? rough.Tempo() : pitch;
     const double cycle = reference.cycle / tempo;
     // A turn about the first of what was found.
     const double number = std::floor((rough.First() - roughPhase) / (reference.cycle / roughTempo));

@@ -170,6 +170,21 @@ TEST(CheckSound, MeasuresDelaysUpToTwentyMilliseconds) {
     }
 }
 
+TEST(CheckSound, ChannelsThatAreLateByDifferentTimesAreNoRetiming) {
+    Sound sound = Ident("ebu-5.1", 12);
+    const std::array<std::size_t, 6> late = {220, 192, 184, 164, 129, 66};
+    for (std::size_t input = 0; input < late.size(); ++input) {
+        sound[input].insert(sound[input].begin(), late[input], 0.0F);
+        sound[input].resize(sound.back().size());
+    }
+    const auto findings = Check(sound);
+    ASSERT_TRUE(findings.sound.speed);
+    EXPECT_NEAR(findings.sound.speed->ppm, 0, 0.5);
+    for (std::size_t input = 0; input < late.size(); ++input) {  // 174: between 164 and 184
+        EXPECT_NEAR(findings.sound.channels[input].delay.value_or(999), static_cast<double>(late[input]) - 174, 0.05);
+    }
+}
+
 TEST(CheckSound, OneGainForAllIsNoImbalance) {
     Sound sound = Ident("blits", 13.4);
     for (auto& channel : sound) {

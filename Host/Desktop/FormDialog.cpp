@@ -82,7 +82,8 @@ void FormDialog::CallHandlers(const std::function<void()>& handlers) {
 }
 
 void FormDialog::CommitTyping() {
-    if (auto* const number = qobject_cast<HotTextNumber*>(focusWidget())) {
+    const auto numbers = findChildren<HotTextNumber*>();
+    for (HotTextNumber* const number : numbers) {  // assistive technology types without the focus
         number->CommitTyping();
     }
 }

@@ -20,7 +20,7 @@ struct OptionName {
     const char* name;
     const char* unit = "";
 };
-constexpr std::array<OptionName, 15> kNames = {{{"audio-codec", QT_TRANSLATE_NOOP("Option", "Sound codec")},
+constexpr std::array<OptionName, 16> kNames = {{{"audio-codec", QT_TRANSLATE_NOOP("Option", "Sound codec")},
                                                 {"card", QT_TRANSLATE_NOOP("Option", "Card")},
                                                 {"channels", QT_TRANSLATE_NOOP("Option", "Channels")},
                                                 {"duration", QT_TRANSLATE_NOOP("Option", "Length")},
@@ -31,6 +31,7 @@ constexpr std::array<OptionName, 15> kNames = {{{"audio-codec", QT_TRANSLATE_NOO
                                                 {"mono-tracks", QT_TRANSLATE_NOOP("Option", "Mono tracks")},
                                                 {"output", QT_TRANSLATE_NOOP("Option", "File name")},
                                                 {"sample-rate", QT_TRANSLATE_NOOP("Option", "Sample rate"), " Hz"},
+                                                {"scan", QT_TRANSLATE_NOOP("Option", "Scan")},
                                                 {"size", QT_TRANSLATE_NOOP("Option", "Picture size")},
                                                 {"start", QT_TRANSLATE_NOOP("Option", "Start")},
                                                 {"timecode", QT_TRANSLATE_NOOP("Option", "Time code")},

@@ -27,6 +27,7 @@ lineup::ExportSettings MakeExportSettings(const StudioDocument& document, const 
     if (!choice.timecode.isEmpty()) {
         settings.timecode.emplace(choice.timecode.toStdString(), settings.frameRate);
     }
+    settings.scan = choice.scan;
     settings.monoTracks = choice.monoTracks;
     return settings;
 }

@@ -13,6 +13,7 @@ struct ExportChoice {
     QString file;
     QString videoCodec{};  ///< a name out of the table of formats; empty for the format's first
     QString audioCodec{};
+    lineup::Scan scan = lineup::Scan::Progressive;
     QString timecode{};  ///< empty for none
     bool monoTracks = false;
 };

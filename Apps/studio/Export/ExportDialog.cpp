@@ -71,6 +71,7 @@ ExportDialog::ExportDialog(const StudioDocument& document, const ExportChoice& c
       mBrowse(new QPushButton(tr("&Browse\u2026"), this)),
       mWhere(new QLabel(this)),
       mVideo(new QComboBox(this)),
+      mScan(new QComboBox(this)),
       mAudio(new QComboBox(this)),
       mTimecode(new QLineEdit(choice.timecode, this)),
       mMonoTracks(new QCheckBox(tr("One &mono track a channel"), this)),
@@ -91,6 +92,7 @@ ExportDialog::ExportDialog(const StudioDocument& document, const ExportChoice& c
 
     FileChanged();
     mVideo->setCurrentIndex(std::max(0, mVideo->findData(choice.videoCodec)));
+    mScan->setCurrentIndex(std::max(0, mScan->findData(static_cast<int>(choice.scan))));
     mAudio->setCurrentIndex(std::max(0, mAudio->findData(choice.audioCodec)));
     mMonoTracks->setChecked(choice.monoTracks);
     connect(mBrowse, &QPushButton::clicked, this, &ExportDialog::Browse);
@@ -101,6 +103,7 @@ ExportDialog::ExportDialog(const StudioDocument& document, const ExportChoice& c
     connect(mFile, &QLineEdit::textChanged, this, &ExportDialog::FileChanged);
     connect(mTimecode, &QLineEdit::textChanged, this, &ExportDialog::Check);
     connect(mVideo, &QComboBox::currentIndexChanged, this, &ExportDialog::Check);
+    connect(mScan, &QComboBox::currentIndexChanged, this, &ExportDialog::Check);
     connect(mAudio, &QComboBox::currentIndexChanged, this, &ExportDialog::Check);
     connect(mMonoTracks, &QCheckBox::toggled, this, &ExportDialog::Check);
     Check();
@@ -114,12 +117,16 @@ void ExportDialog::FillIn() {
     mFile->setObjectName("exportFile");
     mWhere->setObjectName("exportWhere");
     mVideo->setObjectName("exportVideo");
+    mScan->setObjectName("exportScan");
     mAudio->setObjectName("exportAudio");
     mTimecode->setObjectName("exportTimecode");
     mMonoTracks->setObjectName("exportMonoTracks");
     mTimecode->setPlaceholderText(tr("HH:MM:SS:FF, or none"));
     mWhere->setWordWrap(true);
     mWhere->setForegroundRole(QPalette::PlaceholderText);
+    mScan->addItem(tr("Progressive"), static_cast<int>(lineup::Scan::Progressive));
+    mScan->addItem(tr("Interlaced, top field first"), static_cast<int>(lineup::Scan::TopFieldFirst));
+    mScan->addItem(tr("Interlaced, bottom field first"), static_cast<int>(lineup::Scan::BottomFieldFirst));
     for (const ExportPreset& preset : ExportPresets()) {
         mPreset->addItem(QCoreApplication::translate("ExportPreset", preset.name));
     }
@@ -147,6 +154,7 @@ QFormLayout* ExportDialog::Arrange() {
     form->addRow(fileLabel, fileRow);
     form->addRow(QString(), mWhere);
     form->addRow(tr("&Picture:"), mVideo);
+    form->addRow(tr("S&can:"), mScan);
     form->addRow(tr("&Sound:"), mAudio);
     form->addRow(tr("&Time code:"), mTimecode);
     form->addRow(QString(), mMonoTracks);
@@ -162,6 +170,8 @@ ExportChoice ExportDialog::Choice() const {
     return {.file = Target(),
             .videoCodec = mVideo->currentData().toString(),
             .audioCodec = mAudio->currentData().toString(),
+            .scan = mScan->isEnabled() ? static_cast<lineup::Scan>(mScan->currentData().toInt())
+                                       : lineup::Scan::Progressive,
             .timecode = mTimecode->isEnabled() ? mTimecode->text() : QString(),
             .monoTracks = mMonoTracks->isEnabled() && mMonoTracks->isChecked()};
 }
@@ -225,6 +235,8 @@ void ExportDialog::ShowPreset() {
 
 void ExportDialog::Check() {
     ShowPreset();
+    const lineup::VideoCodec* const codec = lineup::FindVideoCodec(mVideo->currentData().toString().toStdString());
+    mScan->setEnabled(codec != nullptr && codec->interlaced);
     const bool hasFolder = mFile->text().isEmpty() || QDir::isAbsolutePath(mFile->text());
     mWhere->setText(hasFolder ? QString() : tr("Goes to %1").arg(QDir::toNativeSeparators(Target())));
     const QString problem = mFile->text().isEmpty() ? tr("The file needs a name.") : ExportProblem(mDocument, Choice());

@@ -44,6 +44,7 @@ private:
     QPushButton* mBrowse;
     QLabel* mWhere;
     QComboBox* mVideo;
+    QComboBox* mScan;
     QComboBox* mAudio;
     QLineEdit* mTimecode;
     QCheckBox* mMonoTracks;

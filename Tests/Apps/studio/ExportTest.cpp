@@ -75,6 +75,28 @@ TEST_F(StudioExport, TheFilesSamplesAreThePlugIns) {
     EXPECT_EQ(std::memcmp(decoded.out.data(), expected.data(), decoded.out.size()), 0);
 }
 
+// Fields are offered where the codec has them, and what is chosen is what the file has.
+TEST_F(StudioExport, OffersFieldsWhereTheCodecHasThem) {
+    lineup::ClipDocument document = test::DocumentWith("blits");
+    document.lengthFrames = 1;
+    Window().Document().New(document);
+    const QString file = InFolder("line-up.mxf");
+    PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
+        auto& name = hands.Find<QLineEdit>("exportFile");
+        name.setText(InFolder("card.png"));
+        EXPECT_FALSE(hands.IsEnabled("exportScan"));
+        name.setText(file);
+        EXPECT_TRUE(hands.IsEnabled("exportScan"));
+        hands.Find<QComboBox>("exportScan").setCurrentIndex(1);
+        hands.Click("exportButton");
+    });
+    WaitFor([&] { return !Panel().IsRunning(); }, "the export ends");
+    const auto read = test::RunProgram(
+        "ffprobe -v error -select_streams v -show_entries stream=field_order -of csv=p=0 '" + file.toStdString() + "'",
+        Folder());
+    EXPECT_THAT(read.out, StartsWith("tt"));
+}
+
 TEST_F(StudioExport, RevealsTheFilesFolder) {
     PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
         hands.Find<QLineEdit>("exportFile").setText(InFolder("card.png"));

@@ -19,6 +19,13 @@ namespace lineup {
 struct ExportSettings {
     std::filesystem::path target;
 
+    /// A file format's extension, for a target whose name has none; empty: the target's.
+    std::string format;
+
+    /// A pipe to write to, instead of a file of the target's name, which then only names it in errors. Only for formats
+    /// that are written from front to back. The descriptor stays open.
+    std::optional<int> pipe;
+
     /// The picture: even numbers of pixels, each PictureFormat::kMostSize at most. Unused in files without one.
     int width = 1920;
     int height = 1080;

@@ -20,12 +20,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unistd.h>
 
 namespace cli {
 
 namespace {
 
 constexpr const char* kFile = "File";
+constexpr const char* kStandardOutput = "-";
 
 struct RenderOptions {
     const CLI::App* command = nullptr;
@@ -33,6 +35,7 @@ struct RenderOptions {
     PictureOptions picture;
     lineup::Scan scan = lineup::Scan::Progressive;
     std::string target;
+    std::string format;
     std::string frameRate = "25";
     LengthOptions length;
     std::optional<std::string> timecode;
@@ -68,9 +71,20 @@ lineup::Dither ParseDither(const std::string& text) {
     return text == "tpdf" ? lineup::Dither::Triangular : lineup::Dither::None;
 }
 
+int RequirePipe(const RenderOptions& options) {
+    if (options.format.empty()) {
+        throw lineup::UsageError("output", kStandardOutput, "needs --format wav or --format mkv");
+    }
+    if (isatty(STDOUT_FILENO) != 0) {
+        throw lineup::UsageError("output", kStandardOutput, "is a terminal here: send it into a pipe or a file");
+    }
+    return STDOUT_FILENO;
+}
+
 // A file without a picture has no use for what says how one looks, and for frames only where something counts them.
 void RefusePictureOptions(const RenderOptions& options) {
-    const lineup::FileFormat* const format = lineup::FindFileFormat(options.target);
+    const lineup::FileFormat* const format =
+        lineup::FindFileFormat(options.format.empty() ? options.target : "x." + options.format);
     if (format == nullptr || !format->videoCodecs.empty()) {
         return;
     }
@@ -94,6 +108,11 @@ lineup::ExportSettings MakeExportSettings(const RenderOptions& options, const li
     lineup::ExportSettings settings;
     const Size size = options.picture.ParsedSize();
     settings.target = options.target;
+    settings.format = options.format;
+    if (options.target == kStandardOutput) {
+        settings.target = "standard output";
+        settings.pipe = RequirePipe(options);
+    }
     settings.width = size.width;
     settings.height = size.height;
     settings.card = options.picture.card;
@@ -135,10 +154,11 @@ void RunRender(const RenderOptions& options) {
             return Interrupted() == 0;
         });
     }
+    FILE* const out = settings.pipe ? stderr : stdout;
     if (options.json) {
-        fmt::print("{}\n", ReportJson(report, length.cycleSamples));
+        fmt::print(out, "{}\n", ReportJson(report, length.cycleSamples));
     } else if (!options.quiet) {
-        fmt::print("{}", ReportText(report, length.cycleSamples));
+        fmt::print(out, "{}", ReportText(report, length.cycleSamples));
     }
 }
 
@@ -154,6 +174,10 @@ void AddFrameTimeOptions(CLI::App& command, RenderOptions& options) {
 }
 
 void AddFileOptions(CLI::App& command, RenderOptions& options) {
+    command
+        .add_option("--format", options.format, "Kind of file, as an extension says it; for standard output: wav, mkv")
+        ->type_name("EXTENSION")
+        ->group(kFile);
     command.add_option("--video-codec", options.videoCodec, "Picture codec; see below")
         ->type_name("NAME")
         ->group(kFile);
@@ -183,7 +207,9 @@ void AddRenderCommand(CLI::App& app) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* const command = app.add_subcommand("render", "Write a clip as a media file");
     options->command = command;
-    command->add_option("OUT", options->target, "The file to write; its extension says which kind")->required();
+    command
+        ->add_option("OUT", options->target, "The file to write; its extension says which kind; - is standard output")
+        ->required();
     AddPictureOptions(*command, options->picture);
     AddScanOption(*command, options->scan);
     AddFrameTimeOptions(*command, *options);

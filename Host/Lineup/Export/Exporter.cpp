@@ -43,10 +43,14 @@ WriteFunction& WriterOf(FileKind kind) {
     return *MediaLibrary::Get().WriteMovie();
 }
 
+TargetFile OpenTarget(const ExportPlan& plan) {
+    return plan.pipe ? TargetFile(plan.target, *plan.pipe) : TargetFile(plan.target, plan.overwrite);
+}
+
 ExportReport Write(const Clip& clip, const ExportPlan& plan, const ProgressFunction& progress) {
     try {
         WriteFunction& write = WriterOf(plan.container->kind);
-        TargetFile file(plan.target, plan.overwrite);
+        TargetFile file = OpenTarget(plan);
         write(clip, plan, file, Enclosed(progress));
         file.Commit(plan.disk);
         return ReportOf(plan, file.Size());

@@ -131,6 +131,8 @@ TargetFile::TargetFile(const fs::path& target, bool overwrite)
     }
 }
 
+TargetFile::TargetFile(const fs::path& name, int pipe) : mGiven(name), mTarget(name), mOverwrite(true), mPipe(pipe) {}
+
 bool TargetFile::Fail() noexcept {
     if (mErrno == 0) {
         mErrno = errno;
@@ -140,7 +142,7 @@ bool TargetFile::Fail() noexcept {
 
 bool TargetFile::Write(std::span<const std::uint8_t> bytes) noexcept {
     while (!bytes.empty()) {
-        const ssize_t written = write(mPartial.Descriptor(), bytes.data(), bytes.size());
+        const ssize_t written = write(Descriptor(), bytes.data(), bytes.size());
         if (written < 0) {
             if (errno == EINTR) {
                 continue;
@@ -155,7 +157,10 @@ bool TargetFile::Write(std::span<const std::uint8_t> bytes) noexcept {
 }
 
 bool TargetFile::Seek(std::int64_t position) noexcept {
-    if (lseek(mPartial.Descriptor(), position, SEEK_SET) < 0) {
+    if (mPipe && position == mPosition) {
+        return true;
+    }
+    if (lseek(Descriptor(), position, SEEK_SET) < 0) {
         return Fail();
     }
     mPosition = position;
@@ -164,7 +169,7 @@ bool TargetFile::Seek(std::int64_t position) noexcept {
 
 void TargetFile::RequireRoom(std::int64_t bytes) const {
     struct statvfs disk {};
-    if (fstatvfs(mPartial.Descriptor(), &disk) != 0) {
+    if (mPipe || fstatvfs(mPartial.Descriptor(), &disk) != 0) {
         return;  // writing will tell
     }
     const auto blocks = static_cast<std::uint64_t>(bytes) / std::max<std::uint64_t>(disk.f_frsize, 1);
@@ -207,6 +212,9 @@ void TargetFile::KeepPermissions() noexcept {
 
 void TargetFile::Commit(Disk disk) {
     ThrowIfFailed();
+    if (mPipe) {
+        return;
+    }
     KeepPermissions();
     const bool wait = disk == Disk::Wait;
     mErrno = wait ? Sync(mPartial.Descriptor()) : 0;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 
 namespace lineup {
@@ -24,6 +25,9 @@ public:
     /// there and is not a regular file or may not be written, when it is a link that leads nowhere, or when
     /// nothing can be written in its folder.
     TargetFile(const std::filesystem::path& target, bool overwrite);
+
+    /// A pipe, which `name` names in errors, written from front to back. Commit leaves it open.
+    TargetFile(const std::filesystem::path& name, int pipe);
     ~TargetFile() = default;
     TargetFile(const TargetFile&) = delete;
     TargetFile& operator=(const TargetFile&) = delete;
@@ -60,7 +64,11 @@ public:
     /// last.
     void Commit(Disk disk = Disk::Wait);
 
+    /// Whether any place of it can be written at any time.
+    [[nodiscard]] bool CanSeek() const noexcept { return !mPipe; }
+
 private:
+    [[nodiscard]] int Descriptor() const noexcept { return mPipe.value_or(mPartial.Descriptor()); }
     bool Fail() noexcept;
     void KeepPermissions() noexcept;
 
@@ -68,6 +76,7 @@ private:
     std::filesystem::path mTarget;
     bool mOverwrite;
     PartialFile mPartial;
+    std::optional<int> mPipe;
     int mErrno = 0;
     std::int64_t mPosition = 0;
     std::int64_t mSize = 0;

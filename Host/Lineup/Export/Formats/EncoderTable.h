@@ -79,6 +79,7 @@ struct Container {
     bool uniqueIdentifiers = false;          ///< no two files are alike, even of the same settings
     bool needsLayoutInCodec = false;         ///< cannot say itself which channel is which
     bool describesCleanPart = false;         ///< of the picture, in its head, which is written last
+    bool streams = false;                    ///< is written from front to back, and so into a pipe
     bool namesChannels = false;              ///< says itself which channel is which, of a mono track too
     bool takesSurroundTags = false;          ///< beside a codec's own data
 };

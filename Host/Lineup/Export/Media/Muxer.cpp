@@ -47,13 +47,13 @@ std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
     return file.Seek(offset) ? offset : AVERROR(file.Errno());
 }
 
-AvIoContext OpenIo(WriteGatherer& file) {
+AvIoContext OpenIo(WriteGatherer& file, bool canSeek) {
     auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
     if (buffer == nullptr) {
         throw std::bad_alloc();
     }
-    AVIOContext* const io =
-        avio_alloc_context(buffer, kBufferBytes, /*write_flag=*/1, &file, nullptr, &WriteBytes, &SeekTo);
+    AVIOContext* const io = avio_alloc_context(buffer, kBufferBytes, /*write_flag=*/1, &file, nullptr, &WriteBytes,
+                                               canSeek ? &SeekTo : nullptr);
     if (io == nullptr) {
         av_free(buffer);
         throw std::bad_alloc();
@@ -77,7 +77,7 @@ Muxer::Muxer(const Container& container, TargetFile& file, bool reproducible)
     : mContainer(&container),
       mFile(&file),
       mGatherer(file),
-      mIo(OpenIo(mGatherer)),
+      mIo(OpenIo(mGatherer, file.CanSeek())),
       mContext(OpenContext(container, *mIo)) {
     // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
     if (!container.uniqueIdentifiers || reproducible) {

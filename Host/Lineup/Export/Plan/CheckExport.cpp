@@ -65,13 +65,18 @@ std::int64_t LongestClipSamples(float rateHz) {
 }  // namespace
 
 const Container& CheckContainer(const ExportSettings& settings) {
-    const Container* const container = FindContainer(settings.target);
+    const bool named = !settings.format.empty();
+    const Container* const container =
+        FindContainer(named ? std::filesystem::path("x." + settings.format) : settings.target);
     if (container == nullptr) {
         std::vector<std::string_view> extensions;
         std::ranges::transform(FileFormats(), std::back_inserter(extensions), &FileFormat::extension);
-        throw UsageError("output", settings.target.string(),
-                         fmt::format("the name must end in .{}", fmt::join(extensions, ", .")));
+        throw named ? UsageError("format", settings.format, fmt::format("must be {}", fmt::join(extensions, ", ")))
+                    : UsageError("output", settings.target.string(),
+                                 fmt::format("the name must end in .{}", fmt::join(extensions, ", .")));
     }
+    Require(!settings.pipe || container->streams, "format", std::string(container->format.extension),
+            "is not written from front to back, as a pipe needs it: choose wav or mkv");
     return *container;
 }
 

@@ -62,6 +62,7 @@ struct OriginPlan {
 
 struct ExportPlan {
     std::filesystem::path target;
+    std::optional<int> pipe;  ///< to write to instead
     bool overwrite = false;
     Disk disk = Disk::Wait;
     bool reproducible = false;

@@ -91,6 +91,7 @@ ExportPlan PlanExport(const Clip& clip, const ExportSettings& settings) {
 
     ExportPlan plan;
     plan.target = settings.target;
+    plan.pipe = settings.pipe;
     plan.overwrite = settings.overwrite;
     plan.disk = settings.disk;
     plan.reproducible = settings.reproducible;

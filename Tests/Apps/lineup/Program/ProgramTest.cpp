@@ -178,6 +178,23 @@ TEST_F(Program, BlackFollowsTheClipOrEndsAtTheLabel) {
                 HasSubstr("--black 1: leaves nothing of the line-up before 10:00:00:00"));
 }
 
+TEST_F(Program, WritesIntoAPipeWhatGoesFromFrontToBack) {
+    const auto wave = Lineup("render - --format wav --duration 0.2 --reproducible");
+    EXPECT_THAT(wave.err, HasSubstr("wrote standard output: wav"));
+    EXPECT_EQ(Lineup("render b.wav --duration 0.2 --reproducible -q").exitCode, 0);
+    EXPECT_TRUE(wave.out == test::ReadFile(Folder() / "b.wav"));
+    std::ofstream(Folder() / "a.mkv") << Lineup("render - --format mkv --duration 0.2 --size 64x36 -q").out;
+    const auto probe = test::RunProgram(
+        "ffprobe -v error -count_packets -show_entries stream=nb_read_packets -of "
+        "csv=p=0 '" +
+            (Folder() / "a.mkv").string() + "'",
+        Folder());
+    EXPECT_THAT(probe.err, IsEmpty());
+    EXPECT_THAT(probe.out, HasSubstr("5\n"));
+    EXPECT_THAT(Lineup("render - --format mov").err, HasSubstr("--format mov: is not written from front to back"));
+    EXPECT_THAT(Lineup("render -").err, HasSubstr("output -: needs --format wav or --format mkv"));
+}
+
 TEST_F(Program, AReproducibleFileHasTheSameBytesEachTime) {
     for (const std::string name : {"a.wav", "a.mxf", "a.mov", "a.mkv"}) {
         std::array<std::string, 2> bytes;

@@ -65,24 +65,36 @@ CardPicture::CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& 
       mPixelAspect(PixelAspectOf(format.width, format.height)),
       mScreen(ToScreen(mFrame)) {
     Convert(mFrame, mMatrix);
+    const std::vector<Band> bands = FindBands();
     for (std::size_t component = 0; component < mColumns.size(); ++component) {
-        mColumns[component] = CountLevels(static_cast<Component>(component));
+        mColumns[component] = CountLevels(static_cast<Component>(component), bands);
     }
-    mChroma = CountChroma();
+    mChroma = CountChroma(bands);
 }
 
-// Pixels above one another mostly have one value: counted in runs first.
-CardPicture::Columns CardPicture::CountLevels(Component component) const {
+// A card is few bands, and what is counted is counted once a band.
+std::vector<CardPicture::Band> CardPicture::FindBands() const {
+    std::vector<Band> bands;
+    for (int line = 0; line < Height(); ++line) {
+        const auto isSame = [&](int plane) {
+            return std::ranges::equal(mFrame.Line(plane, line), mFrame.Line(plane, bands.back().line));
+        };
+        if (!bands.empty() && isSame(0) && isSame(1) && isSame(2)) {
+            ++bands.back().lines;
+        } else {
+            bands.push_back({line, 1});
+        }
+    }
+    return bands;
+}
+
+CardPicture::Columns CardPicture::CountLevels(Component component, const std::vector<Band>& bands) const {
     Columns columns;
     std::vector<LevelCount> runs;
     for (int x = 0; x < Width(); ++x) {
         runs.clear();
-        for (int line = 0; line < Height(); ++line) {
-            const float value = ValueOf(component, At(x, line), mMatrix);
-            if (runs.empty() || runs.back().value != value) {
-                runs.push_back({value, 0});
-            }
-            ++runs.back().pixels;
+        for (const Band& band : bands) {
+            runs.push_back({ValueOf(component, At(x, band.line), mMatrix), band.lines});
         }
         std::ranges::sort(runs, {}, &LevelCount::value);
         const std::size_t begin = columns.levels.size();
@@ -98,18 +110,17 @@ CardPicture::Columns CardPicture::CountLevels(Component component) const {
     return columns;
 }
 
-// And so do those beside one another.
-std::vector<ChromaCount> CardPicture::CountChroma() const {
+std::vector<ChromaCount> CardPicture::CountChroma(const std::vector<Band>& bands) const {
     std::map<std::pair<float, float>, int> counts;
-    for (int line = 0; line < Height(); ++line) {
-        const auto cb = mFrame.Line(1, line);
-        const auto cr = mFrame.Line(2, line);
+    for (const Band& band : bands) {
+        const auto cb = mFrame.Line(1, band.line);
+        const auto cr = mFrame.Line(2, band.line);
         for (std::size_t x = 0; x < cb.size();) {
             std::size_t end = x + 1;
             while (end < cb.size() && cb[end] == cb[x] && cr[end] == cr[x]) {
                 ++end;
             }
-            counts[{cb[x], cr[x]}] += static_cast<int>(end - x);
+            counts[{cb[x], cr[x]}] += static_cast<int>(end - x) * band.lines;
             x = end;
         }
     }

@@ -69,8 +69,14 @@ private:
         std::vector<LevelCount> levels;  // column after column
         std::vector<std::size_t> ends;   // of each column in them
     };
-    [[nodiscard]] Columns CountLevels(Component component) const;
-    [[nodiscard]] std::vector<ChromaCount> CountChroma() const;
+    // Lines below one another that are the same.
+    struct Band {
+        int line;
+        int lines;
+    };
+    [[nodiscard]] std::vector<Band> FindBands() const;
+    [[nodiscard]] Columns CountLevels(Component component, const std::vector<Band>& bands) const;
+    [[nodiscard]] std::vector<ChromaCount> CountChroma(const std::vector<Band>& bands) const;
 
     Matrix mMatrix;
     lineup::FloatPicture mFrame;

@@ -119,11 +119,10 @@ class StudioTexts : public StudioTest {
 protected:
     ~StudioTexts() override { Speak("C"); }
 
-    // Opens a fresh window that speaks `language`.
+    // What is said from now on is said in `language`.
     void Speak(const char* language) {
         zelcore::config::SetLanguage(language);
         QCoreApplication::installTranslator(&mTranslator);
-        OpenWindow();
     }
 
 private:
@@ -132,6 +131,7 @@ private:
 
 TEST_F(StudioTexts, TheWindowSpeaksGerman) {
     Speak("de");
+    OpenWindow();
     EXPECT_EQ(Window().menuBar()->actions().front()->text(), "&Datei");
     EXPECT_EQ(Find<QLabel>("signal").text(), QString::fromUtf8("1000 Hz mit \u221212.04 dBFS"));
     EXPECT_EQ(Find<QLabel>("lengthText").text(), QString::fromUtf8("/ 0:05.000 \u00B7 125 Bilder"));

@@ -15,6 +15,7 @@ namespace lineup {
 namespace {
 
 constexpr std::size_t kMostDropouts = 20;  // listed one by one
+constexpr double kFrame = 0.03;            // s: the time stamps of a lossy codec may be off by one of its frames
 constexpr double kNear = 0.1;              // s: two findings at one place
 
 struct Stretch {
@@ -80,7 +81,9 @@ void AddDamage(const RecordingReader& reader, CheckReport& report) {
     for (const DamagedStretch& damage : reader.Damage()) {
         const double start = static_cast<double>(damage.position) / rate;
         const Stretch stretch{start, start + static_cast<double>(damage.count) / rate};
-        if (!Overlaps(stretch, lineup) || IsKnown(before, stretch)) {
+        const bool isCodecs =
+            reader.Lossy().value_or(false) && damage.count > 0 && stretch.end - stretch.start < kFrame;
+        if (isCodecs || !Overlaps(stretch, lineup) || IsKnown(before, stretch)) {
             continue;
         }
         if (++count <= kMostDropouts) {

@@ -22,6 +22,15 @@ struct RecordingFacts {
     double startSeconds = 0;  ///< where looking began: the time of the line-up's second 0
 };
 
+/// What the path has added to the tones of an input, or cut off.
+struct ShapeOfInput {
+    double clipped = 1;    ///< the tops are cut off there, in parts of the tone's amplitude; 1 where they are not
+    double harmonics = 0;  ///< in parts of the tone's power
+    double humPower = 0;   ///< mean square
+    bool distorted = false;
+    std::optional<std::size_t> mains;  ///< which of kMains hums
+};
+
 /// A line-up on its way to a verdict: what was found, what was asked for, and what is said of it.
 struct Case {
     const Lineup& lineup;
@@ -38,6 +47,10 @@ struct Case {
     std::vector<bool> folded;
     /// Inputs where another channel than their own is heard too.
     std::vector<bool> mixed;
+    /// What else explains what is heard at an input.
+    std::vector<ShapeOfInput> shapes = {};
+    LevelChange change = {};
+    bool unsteady = false;  ///< the speed wanders: phases say nothing
 
     [[nodiscard]] const Reference& Sent() const { return *lineup.reference; }
     [[nodiscard]] const Arrival& At(std::size_t input) const { return lineup.inputs[input].surveyed.arrival; }
@@ -56,6 +69,11 @@ struct Case {
 [[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
 [[nodiscard]] std::string Listed(const std::vector<std::string>& words);
 
+/// What the fundamental of a sine keeps where its tops are cut off at `part` of its amplitude.
+[[nodiscard]] double ClippedGain(double part);
+/// What levels do over time, where nothing else explains it.
+[[nodiscard]] LevelChange FindLevelChange(const Case& check);
+
 /// What a lossy codec leaves under an input's tones, in parts of their amplitude: it goes with the tone, does not
 /// average out, and may have moved what was measured by as much. 0 where the codec is not lossy.
 [[nodiscard]] double CodecNoise(const Case& check, std::size_t input);
@@ -72,6 +90,9 @@ void DecideLevels(Case& check);
 void DecideTiming(Case& check);
 void DecideQuality(Case& check);
 void DecideEvents(Case& check);
+/// Before all others: what clipping, harmonics, hum and a wandering speed explain is not named once more.
+void FindShapes(Case& check);
+void DecideShapes(Case& check);
 /// After all others: whether nothing is wrong, or too little was heard to say so.
 void DecideVerdict(Case& check);
 

@@ -128,6 +128,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     findings.sound = SoundReportOf(*lineup, facts);
     findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
     sound::Case check{*lineup, settings, expected, facts, findings, {}, {}, {}, {}};
+    FindShapes(check);
     DecideSequence(check);
     if (lineup->reference->Steady()) {
         DecideTone(check);
@@ -137,6 +138,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     DecideLevels(check);
     DecideTiming(check);
     DecideQuality(check);
+    DecideShapes(check);
     DecideEvents(check);
     DecideVerdict(check);
     return findings;

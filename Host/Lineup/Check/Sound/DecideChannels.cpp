@@ -82,7 +82,7 @@ void FindParts(Case& check) {
         }
         const auto strong =
             std::ranges::count_if(parts, [&](const auto& part) { return std::abs(part) > kFolded * strongest; });
-        check.folded[input] = check.At(input).sounds && strong > 1;
+        check.folded[input] = !check.unsteady && check.At(input).sounds && strong > 1;
     }
 }
 
@@ -114,7 +114,12 @@ void DecideMixed(Case& check) {
             const bool isMore = levels[channel] > least && heard > kBeyondDoubt * doubts[channel];
             const double leak = isMore ? heard / levels[channel] : 0;
             const bool own = check.At(input).channel == channel;
-            if (own || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
+            // What never sounds alone is what others leave, and they are not what they were.
+            const bool changed = check.change.kind != LevelChange::Kind::kNone || check.facts.lossy.value_or(false);
+            const bool neverAlone = levels.size() == 2 && changed;
+            const bool isExplained =
+                check.unsteady || check.shapes[input].mains || check.shapes[input].clipped < 1 || neverAlone;
+            if (own || isExplained || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
                 continue;
             }
             if (!check.mixed[input]) {
@@ -284,6 +289,7 @@ void DecideSequence(Case& check) {
 void DecideChannels(Case& check) {
     FindHomes(check);
     FindParts(check);
+    check.change = FindLevelChange(check);
     DecideMixed(check);
     const Inputs copies = DecideDuplicated(check);
     DecideSwapped(check, copies);

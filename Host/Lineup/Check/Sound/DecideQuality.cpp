@@ -9,6 +9,18 @@ namespace lineup::sound {
 
 namespace {
 
+// Noise less hum, harmonics and what a wandering speed makes of tones, dBFS; what they leave of it is uncertain.
+double Unexplained(const Case& check, std::size_t input, double db) {
+    constexpr double kLeft = 0.3;  // of the power: more is not explained by them
+    const ShapeOfInput& shape = check.shapes[input];
+    const double tone = check.At(input).gain * check.Sent().Level();
+    const bool harmonics = shape.clipped < 1 || shape.distorted;
+    const double explained = shape.humPower + (harmonics ? shape.harmonics * tone * tone / 2 : 0);
+    const double power = std::pow(10, db / 10);
+    const bool isTheirs = shape.clipped < 1 || check.unsteady || power - explained < kLeft * power;
+    return isTheirs ? LevelTally::kLowestDb : db;
+}
+
 // What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
 void DecideNoise(Case& check) {
     const double limit = check.Tolerance("noise");
@@ -20,7 +32,7 @@ void DecideNoise(Case& check) {
         const InputFindings& found = check.lineup.inputs[input];
         const double gaps = found.gapNoise.QuantileDb(lossy ? 0.1 : 0.5);
         const double tones = found.toneNoise.QuantileDb(0.5);
-        const double noise = lossy ? gaps : std::max(gaps, tones);
+        const double noise = Unexplained(check, input, lossy ? gaps : std::max(gaps, tones));
         if (noise > limit) {
             inputs.push_back(input);
             worst = std::max(worst, noise);

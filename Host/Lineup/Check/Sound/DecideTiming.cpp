@@ -43,6 +43,15 @@ double CodecDoubt(const Case& check, std::size_t input) {
     return lowest > 0 ? CodecNoise(check, input) / (2 * std::numbers::pi * lowest) * check.facts.rate : 0;
 }
 
+// A jump that edges alone know is known to some samples; an input without edges is off by as much.
+double JumpDoubt(const Case& check, std::size_t input) {
+    constexpr double kByEdges = 2;  // samples
+    const bool rough = std::ranges::any_of(check.lineup.events, [](const SoundEvent& event) {
+        return event.kind == SoundEvent::Kind::kJump && event.phases.empty();
+    });
+    return rough && !check.lineup.inputs[input].surveyed.hasEdges ? kByEdges : 0;
+}
+
 // The others' doubt is that of the delay that all count from.
 double UsualDoubt(const Case& check) {
     std::vector<double> doubts;
@@ -60,7 +69,9 @@ void DecideDelay(Case& check) {
     std::vector<std::pair<double, std::size_t>> late;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const auto& delay = check.findings.sound.channels[input].delay;
-        if (delay && std::abs(*delay) > tolerance + std::max(usual, CodecDoubt(check, input)) && !check.folded[input]) {
+        if (delay &&
+            std::abs(*delay) > tolerance + std::max(usual, CodecDoubt(check, input)) + JumpDoubt(check, input) &&
+            !check.folded[input]) {
             late.emplace_back(*delay, input);
         }
     }
@@ -86,7 +97,8 @@ void DecideSpeed(Case& check) {
         return;
     }
     const SpeedReport& speed = *check.findings.sound.speed;
-    if (std::abs(speed.ppm) <= check.Tolerance("speed")) {
+    const double wander = check.unsteady ? check.lineup.steadiness.Wander() * 1e6 : 0;
+    if (std::abs(speed.ppm) <= check.Tolerance("speed") + wander) {
         return;
     }
     const bool corrected = check.lineup.placing.tempo != check.lineup.placing.pitch;
@@ -103,8 +115,10 @@ void DecideSpeed(Case& check) {
 }  // namespace
 
 void DecideTiming(Case& check) {
-    DecidePolarity(check);
-    DecideDelay(check);
+    if (!check.unsteady) {
+        DecidePolarity(check);
+        DecideDelay(check);
+    }
     DecideSpeed(check);
 }
 

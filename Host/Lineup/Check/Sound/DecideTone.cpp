@@ -43,6 +43,7 @@ void DecideTone(Case& check) {
     check.folded.assign(check.Inputs(), false);
     check.mixed.assign(check.Inputs(), false);
     check.parts.assign(check.Inputs(), std::vector<std::complex<double>>(1));
+    check.change = FindLevelChange(check);
     DecideSilent(check);
     if (!check.Sent().pitchKnown) {
         check.Note("pitch-not-known", fmt::format("The tone arrives at {:.3f} Hz; --frequency HZ says what was sent.",

@@ -21,6 +21,7 @@ constexpr double kLeastCodedTurn = 0.3;   // radians
 constexpr double kOtherAmplitude = 0.12;  // of the usual one
 constexpr double kEventSounds = 1e-4;     // full scale: a tone to compare with
 constexpr std::size_t kBlocksBeside = 3;  // that tell what the tone is before and after
+constexpr std::size_t kShortSlot = 12;    // blocks
 constexpr double kClearOfTone = 0.004;    // of the tone: what is no longer its own
 constexpr double kClearOfNoise = 6;       // times its r.m.s.
 constexpr double kClearAtLeast = 2e-4;
@@ -96,14 +97,18 @@ std::vector<Stretch> BadStretches(const InputSlot& input, const Usual& usual, bo
 // The tones of a slot as they sound beside a stretch.
 using Gains = std::vector<std::complex<double>>;
 
-std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch, bool after) {
+// Of a slot of some length, several blocks must be as they should: programme beside a line-up does not do that.
+std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch, bool after, const auto& isGood) {
     Gains gains(input.gains.size());
+    const std::size_t needed = input.blocks.size() < kShortSlot ? 1 : kBlocksBeside;
     std::size_t count = 0;
+    std::size_t found = 0;
     for (std::size_t away = 1; away <= kBlocksBeside; ++away) {
         const std::size_t block = after ? stretch.end + away - 1 : stretch.first - away;
-        if (block >= input.blocks.size() || !input.there[block]) {
+        if (block >= input.blocks.size() || !isGood(block)) {
             break;
         }
+        ++found;
         // The nearest one has something of what rings; it counts where there is no other.
         if (away == 2) {
             std::ranges::fill(gains, std::complex<double>());
@@ -117,7 +122,7 @@ std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch,
     for (auto& gain : gains) {
         gain /= static_cast<double>(std::max<std::size_t>(count, 1));
     }
-    return count == 0 ? std::nullopt : std::optional(gains);
+    return found < needed ? std::nullopt : std::optional(gains);
 }
 
 class Zoom {
@@ -264,10 +269,14 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
         InputSlot& input = sound.inputs[number];
         const Usual usual = UsualOf(input);
         const std::vector<Stretch> stretches = BadStretches(input, usual, history.lossy);
+        const std::vector<bool> there = input.there;
         Zoom zoom(history, reference, meter, sound, number);
         for (const Stretch& stretch : stretches) {
-            const auto before = GainsBeside(input, stretch, false);
-            const auto after = GainsBeside(input, stretch, true);
+            const auto isGood = [&](std::size_t block) {
+                return there[block] && !IsBad(input, block, usual, history.lossy);
+            };
+            const auto before = GainsBeside(input, stretch, false, isGood);
+            const auto after = GainsBeside(input, stretch, true, isGood);
             // One that reaches an end of the slot is no event of it: the sequence itself may begin or end there.
             if (before && after) {
                 const double first = input.firstMiddle + (static_cast<double>(stretch.first) - 1.5) * sound.step;

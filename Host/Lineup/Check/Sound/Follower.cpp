@@ -17,6 +17,13 @@ namespace {
 constexpr double kPatience = 4;         // s without any tone that is due, after which a line-up has ended
 constexpr double kBehind = 0.2;         // s that must have been heard after a slot
 constexpr double kFromTheStart = 0.05;  // s: a tone without an edge before sounds from the recording's start on
+constexpr double kFullLevelDue = 0.9;   // of the sequence's level
+constexpr double kLevelPointSeconds = 0.2;
+constexpr double kNotGone = 0.2;  // of what is due: what a codec's filter takes away has no level
+constexpr std::size_t kMostLevels = 200000;
+constexpr std::size_t kLinesAtFirst = 200;  // slots
+constexpr std::size_t kLinesOneIn = 16;
+constexpr double kPlainChannel = 0.98;  // likeness: no other is heard there
 constexpr std::size_t kMostEvents = 1000;
 constexpr std::size_t kSlotsAroundJump = 8;
 constexpr double kHeardAfterJump = 3.5;  // s: long enough for an edge
@@ -39,6 +46,7 @@ Follower::Follower(const History& history, const Reference& reference, const Sur
       mReference(&reference),
       mDue(reference, survey),
       mMeter(history, reference),
+      mAcross(history, reference),
       mPlacing(survey.placing),
       mDelays(survey.Delays()) {
     mMeter.Place(mPlacing, mDelays);
@@ -47,7 +55,7 @@ Follower::Follower(const History& history, const Reference& reference, const Sur
     mLineup.events = survey.jumps;
     mLineup.cells = Cells(reference, history.Inputs());
     for (const SurveyedInput& input : survey.inputs) {
-        mLineup.inputs.push_back({input, {}, {}, {}, {}, 0, 0, 0});
+        mLineup.inputs.emplace_back().surveyed = input;
     }
     // What the recording has of the slots before those that were whole.
     mNext = survey.slots.front();
@@ -101,14 +109,15 @@ void Follower::Take(const SlotNumber& number) {
     std::vector<SoundEvent> events;
     if (mPlacing.tempo == mPlacing.pitch) {
         events = FindEvents(*mHistory, *mReference, mMeter, sound);
+        mAcross.AddEvents(mMeter, number, mLineup.events, events);
     }
     // Silence is the line-up's where it goes on after it.
     for (const SlotNumber& silent : std::exchange(mSilent, {})) {
         Measure(mMeter.Measure(silent));
     }
     for (SoundEvent& event : events) {
-        if (event.kind == SoundEvent::Kind::kJump) {
-            TakeJump(event, sound);
+        if (event.kind == SoundEvent::Kind::kJump && !TakeJump(event, sound)) {
+            continue;
         }
         Keep(event);
     }
@@ -117,6 +126,9 @@ void Follower::Take(const SlotNumber& number) {
 }
 
 void Follower::Keep(const SoundEvent& event) {
+    if (IsKnown(mLineup.events, event.at)) {
+        return;
+    }
     if (mLineup.events.size() < kMostEvents) {
         mLineup.events.push_back(event);
     } else {
@@ -125,7 +137,7 @@ void Follower::Keep(const SoundEvent& event) {
 }
 
 // What follows is placed anew; this slot is measured up to the jump and after it.
-void Follower::TakeJump(SoundEvent& event, SlotSound& sound) {
+bool Follower::TakeJump(SoundEvent& event, SlotSound& sound) {
     ToneRuns runs(mHistory->grid);
     if (!mReference->Steady()) {
         runs.Advance(*mHistory);
@@ -136,13 +148,18 @@ void Follower::TakeJump(SoundEvent& event, SlotSound& sound) {
     }
     const TimeJump jump =
         ResolveJump(*mHistory, *mReference, mPlacing, RoughEdges(runs.Runs(), *mReference, mPlacing), slots, event);
+    if (std::abs(jump.lost) * mHistory->grid.rate < kLeastJump) {
+        return false;
+    }
     mPlacing.jumps.push_back(jump);
     mMeter.Place(mPlacing, mDelays);
     sound = mMeter.Measure(sound.number);
     static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sound));
+    return true;
 }
 
 void Follower::Measure(const SlotSound& sound) {
+    ++mMeasured;
     mLineup.cells.Add(sound);
     for (std::size_t input = 0; input < sound.inputs.size(); ++input) {
         if (sound.inputs[input].CountThere() > 0) {
@@ -159,29 +176,65 @@ void Follower::Measure(const SlotSound& sound) {
 void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     InputFindings& found = mLineup.inputs[input];
     const InputSlot& slot = sound.inputs[input];
-    std::vector<double> high;
-    MeasureHops(sound, input, high);
-    const auto weight = static_cast<double>(slot.CountThere());
-    const double noise = MedianOfThere(slot) + MedianOf(std::move(high));
     const std::size_t number = sound.number.slot;
     const bool hasTones = !mReference->slots[number].tones.empty();
     const std::size_t tone = hasTones ? mDue.LoudestTone(number, input) : 0;
     const double due = hasTones ? mDue.At(number, tone, input) : 0;
+    std::vector<double> high;
+    const bool isFull =
+        due > kOwnTone * mReference->Level() && SentAt(number, tone, input) > kFullLevelDue * mReference->Level();
+    MeasureHops(sound, input, isFull, high);
+    const auto weight = static_cast<double>(slot.CountThere());
+    const double noise = MedianOfThere(slot) + MedianOf(std::move(high));
     (due > kOwnTone * mReference->Level() ? found.toneNoise : found.gapNoise).Add(noise, weight);
-    double amplitude = 0;
     for (std::size_t block = 0; block < slot.blocks.size(); ++block) {
         if (slot.there[block]) {
             found.dc.Add(slot.blocks[block].dc);
-            amplitude += hasTones ? std::abs(slot.gains[tone][block]) / weight : 0;
         }
     }
-    if (due > kOwnTone * mReference->Level()) {
-        found.levelDb.Add(20 * std::log10(amplitude / due), weight);
+    const bool own = due > kOwnTone * mReference->Level();
+    if (own) {
+        AddLevels(sound, input, tone);
+        if (isFull && mPlacing.tempo == mPlacing.pitch && found.surveyed.arrival.likeness > kPlainChannel) {
+            AddSteadiness(sound, *mReference, mPlacing.pitch, input, tone, mLineup.steadiness);
+        }
+    }
+    // All of them at first; of a long line-up one in so many.
+    if (mMeasured < kLinesAtFirst || mMeasured % kLinesOneIn == 0) {
+        AddLines(*mHistory, *mReference, sound, mPlacing.pitch, input, isFull ? tone : slot.gains.size(), found.lines);
     }
 }
 
+// A point for each fifth of a second.
+void Follower::AddLevels(const SlotSound& sound, std::size_t input, std::size_t tone) {
+    const InputSlot& slot = sound.inputs[input];
+    const double sent = SentAt(sound.number.slot, tone, input);
+    if (!mLineup.inputs[input].surveyed.arrival.channel || sent <= 0) {
+        return;
+    }
+    const bool full = sent > kFullLevelDue * mReference->Level();
+    const auto together = std::max<std::size_t>(1, static_cast<std::size_t>(kLevelPointSeconds / sound.step));
+    for (std::size_t first = 0; first < slot.blocks.size(); first += together) {
+        double amplitude = 0;
+        double count = 0;
+        for (std::size_t block = first; block < std::min(first + together, slot.blocks.size()); ++block) {
+            amplitude += slot.there[block] ? std::abs(slot.gains[tone][block]) : 0;
+            count += slot.there[block] ? 1 : 0;
+        }
+        if (count > 0 && amplitude / count > kNotGone * sent && mLineup.levels.size() < kMostLevels) {
+            const double at = slot.firstMiddle + (static_cast<double>(first) + count / 2) * sound.step;
+            mLineup.levels.push_back({at, 20 * std::log10(amplitude / count / sent), input, full});
+        }
+    }
+}
+
+double Follower::SentAt(std::size_t slot, std::size_t tone, std::size_t input) const {
+    const auto& channel = mLineup.inputs[input].surveyed.arrival.channel;
+    return channel ? mReference->slots[slot].tones[tone].Amplitude(*channel) : mReference->Level();
+}
+
 // The hops that lie within the blocks that are there.
-void Follower::MeasureHops(const SlotSound& sound, std::size_t input, std::vector<double>& high) {
+void Follower::MeasureHops(const SlotSound& sound, std::size_t input, bool isFull, std::vector<double>& high) {
     InputFindings& found = mLineup.inputs[input];
     const InputSlot& slot = sound.inputs[input];
     const double hopSeconds = mHistory->grid.HopSeconds();
@@ -192,6 +245,10 @@ void Follower::MeasureHops(const SlotSound& sound, std::size_t input, std::vecto
         const auto end = std::min(hops.End(), static_cast<std::int64_t>(std::ceil((begins + sound.step) / hopSeconds)));
         for (std::int64_t hop = first; slot.there[block] && hop < end; ++hop) {
             high.push_back(static_cast<double>(hops[hop].high));
+            if (isFull) {
+                found.tops += hops[hop].atLeast + hops[hop].atMost;
+                found.samples += static_cast<double>(mHistory->grid.HopSamples());
+            }
             found.bits |= hops[hop].bits;
             found.least = std::min(found.least, static_cast<double>(hops[hop].least));
             found.most = std::max(found.most, static_cast<double>(hops[hop].most));

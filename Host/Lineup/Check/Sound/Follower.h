@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Lineup/Check/Sound/Across.h"
 #include "Host/Lineup/Check/Sound/Due.h"
 #include "Host/Lineup/Check/Sound/History.h"
 #include "Host/Lineup/Check/Sound/Lineup.h"
@@ -28,21 +29,25 @@ private:
     void Take(const SlotNumber& number);
     void Measure(const SlotSound& sound);
     void MeasureInput(const SlotSound& sound, std::size_t input);
-    void MeasureHops(const SlotSound& sound, std::size_t input, std::vector<double>& high);
+    void MeasureHops(const SlotSound& sound, std::size_t input, bool isFull, std::vector<double>& high);
+    void AddLevels(const SlotSound& sound, std::size_t input, std::size_t tone);
+    [[nodiscard]] double SentAt(std::size_t slot, std::size_t tone, std::size_t input) const;
     void FollowTime(const SlotSound& sound);
     void Keep(const SoundEvent& event);
-    void TakeJump(SoundEvent& event, SlotSound& sound);
+    [[nodiscard]] bool TakeJump(SoundEvent& event, SlotSound& sound);
 
     const History* mHistory;
     const Reference* mReference;
     DueTones mDue;
     SlotMeter mMeter;
+    Across mAcross;
     Placing mPlacing;  // the survey's, and what time has shifted since
     std::vector<double> mDelays;
     SlotNumber mNext;
     bool mStarted = false;
     bool mEnded = false;
     double mLastPresent = 0;
+    std::size_t mMeasured = 0;        // slots
     std::vector<SlotNumber> mSilent;  // slots without a tone since the last one with some
     Lineup mLineup;
 };

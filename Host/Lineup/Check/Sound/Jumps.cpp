@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <set>
 
 namespace lineup::sound {
@@ -159,17 +160,22 @@ void DropCutEnds(std::vector<EdgeVote>& edges) {
     }
 }
 
-struct Piece {
-    double late = 0;
-    double scatter = 0;  // s, mean
-};
-
-Piece PieceOf(std::span<const EdgeVote> edges) {
-    Piece piece{MedianLate(edges, -1, true, {}), 0};
-    for (const EdgeVote& edge : edges) {
-        piece.scatter += std::abs(edge.late - piece.late) / static_cast<double>(edges.size());
+// The edges less what is lost at `at`, each against the median of its input: how far off they are, mean, in s.
+double Scatter(std::vector<EdgeVote> edges, double at, double lost) {
+    std::map<std::size_t, std::vector<double>> byInput;
+    for (EdgeVote& edge : edges) {
+        edge.late += edge.at > at ? lost : 0;
+        byInput[edge.input].push_back(edge.late);
     }
-    return piece;
+    std::map<std::size_t, double> usual;
+    for (auto& [input, late] : byInput) {
+        usual[input] = MedianOf(std::move(late));
+    }
+    double scatter = 0;
+    for (const EdgeVote& edge : edges) {
+        scatter += std::abs(edge.late - usual[edge.input]) / static_cast<double>(edges.size());
+    }
+    return scatter;
 }
 
 }  // namespace
@@ -192,7 +198,7 @@ std::vector<EdgeVote> RoughEdges(std::span<const ToneRun> runs, const Reference&
 }
 
 bool LieOnOneLevel(std::span<const EdgeVote> edges) {
-    return edges.size() >= kEdgesOnSide && PieceOf(edges).scatter < kEvenPiece;
+    return edges.size() >= kEdgesOnSide && Scatter({edges.begin(), edges.end()}, 0, 0) < kEvenPiece;
 }
 
 std::optional<double> LostBetween(std::span<const EdgeVote> edges, double at) {
@@ -233,20 +239,18 @@ TimeJump ResolveJump(const History& history, const Reference& reference, const P
 std::optional<TimeJump> FindStep(std::vector<EdgeVote> edges) {
     std::ranges::sort(edges, {}, &EdgeVote::at);
     std::optional<TimeJump> best;
-    double least = 0;
+    double least = std::min(kFlatPiece, Scatter(edges, 0, 0) / 2);
     for (std::size_t split = 1; split < edges.size(); ++split) {
         const std::span<const EdgeVote> all(edges);
         if (TimesOf(all.first(split)) < kTimesOnSide || TimesOf(all.subspan(split)) < kTimesOnSide) {
             continue;
         }
-        const Piece before = PieceOf(all.first(split));
-        const Piece after = PieceOf(all.subspan(split));
-        const double off = before.scatter + after.scatter;
-        const bool isStep = std::abs(before.late - after.late) > kClearStep && before.scatter < kFlatPiece &&
-                            after.scatter < kFlatPiece;
-        if (isStep && (!best || off < least)) {
-            best = TimeJump{(edges[split - 1].at + edges[split].at) / 2, before.late - after.late};
-            least = off;
+        const double at = (edges[split - 1].at + edges[split].at) / 2;
+        const double lost = LostBetween(edges, at).value_or(0);
+        const double scatter = std::abs(lost) > kClearStep ? Scatter(edges, at, lost) : least;
+        if (scatter < least) {
+            best = TimeJump{at, lost};
+            least = scatter;
         }
     }
     return best;

@@ -14,6 +14,9 @@
 
 namespace lineup::sound {
 
+/// Samples: time does not jump by less.
+inline constexpr double kLeastJump = 0.5;
+
 /// How late a tone begins or ends, and where.
 struct EdgeVote {
     double at = 0;    ///< s of the recording

@@ -2,7 +2,10 @@
 
 #include "Host/Lineup/Check/Sound/Cells.h"
 #include "Host/Lineup/Check/Sound/Clusters.h"
+#include "Host/Lineup/Check/Sound/LevelTrack.h"
+#include "Host/Lineup/Check/Sound/SlotLines.h"
 #include "Host/Lineup/Check/Sound/SoundEvent.h"
+#include "Host/Lineup/Check/Sound/Steadiness.h"
 #include "Host/Lineup/Check/Sound/Survey.h"
 #include "Host/Lineup/Check/Sound/Tally.h"
 
@@ -18,7 +21,9 @@ struct InputFindings {
     LevelTally toneNoise;  ///< mean square of what is neither tone nor dc, in blocks under its own tone
     LevelTally gapNoise;   ///< the same in blocks without
     Spread dc;
-    Spread levelDb;  ///< of slots, against what is due there
+    LineFindings lines;
+    double tops = 0;     ///< samples that lie by the extremes of their hop, where the full level is due
+    double samples = 0;  ///< all of those hops
     std::uint32_t bits = 0;
     double least = 0;  ///< the lowest sample
     double most = 0;
@@ -44,6 +49,8 @@ struct Lineup {
     double endsAt = 0;
     bool startSeen = false;  ///< the recording begins before it
     bool endSeen = false;    ///< the recording goes on after it
+    std::vector<LevelPoint> levels;
+    Steadiness steadiness;
     std::vector<SoundEvent> events;
     std::size_t moreEvents = 0;  ///< that are not kept
 };

@@ -97,7 +97,7 @@ void Listener::SearchIdent(std::span<const ToneRun> runs, bool last) {
 }
 
 void Listener::SearchTone(std::span<const ToneRun> runs, bool last) {
-    const auto sighting = FindSteadyTone(runs, mExpected, last);
+    const auto sighting = FindSteadyTone(runs, mExpected, last ? std::optional(mHistory.SecondsEnd()) : std::nullopt);
     if (!sighting) {
         return;
     }

@@ -8,7 +8,7 @@ namespace lineup::sound {
 namespace {
 
 constexpr double kOfLoudest = 0.2;  // what is due at an input at least, to be looked for there
-constexpr double kLouder = 8;       // and its inverse: a tone that is due, louder or softer
+constexpr double kLouder = 2.5;     // and its inverse: a tone that is due, louder or softer
 constexpr double kClear = 0.5;      // of the tone's power: what may be beside it
 
 bool IsThere(const InputSlot& input, std::size_t tone, std::size_t block, double due) {

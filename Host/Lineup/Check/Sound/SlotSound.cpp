@@ -9,7 +9,8 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kSlotSoundGuard = 0.035;  // s at either end: echoes of a codec, channels that are late
+constexpr double kCodedGuard = 0.035;      // s at either end: echoes of a codec
+constexpr double kSlotSoundGuard = 0.012;  // s at either end: what filters make ring, channels that are late
 constexpr double kShortestBlock = 0.02;    // s
 constexpr double kPureBlock = 0.05;        // residual over the square of the amplitude
 constexpr double kAtItsLevel = 0.7;        // of the loudest block's amplitude
@@ -116,7 +117,9 @@ SlotSound SlotMeter::Measure(const SlotNumber& number) {
     SlotSound sound{number, StartOf(number), EndOf(number), 0, {}};
     const auto length = static_cast<double>(FitFor(number.slot).Length());
     sound.step = length / mHistory->grid.NarrowRate();
-    const double guard = mReference->Steady() ? 0 : kSlotSoundGuard;  // what never ends has no echoes
+    const double guard = mReference->Steady() ? 0
+                         : mHistory->lossy    ? kCodedGuard
+                                              : kSlotSoundGuard;  // what never ends has no echoes
     const double inside = sound.end - sound.start - 2 * guard;
     const auto blocks = inside < sound.step ? 0 : static_cast<std::size_t>(inside / sound.step + 1e-6);
     sound.inputs.resize(mHistory->Inputs());

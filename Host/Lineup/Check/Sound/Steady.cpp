@@ -17,6 +17,7 @@ namespace lineup::sound {
 namespace {
 
 constexpr double kLongTone = 3;         // s: what nobody asked for must last
+constexpr double kMostOfAll = 0.8;      // of the recording
 constexpr double kShortTone = 1;        // s: what somebody asked for, or all that there is
 constexpr double kSteadySame = 0.003;   // relative pitch
 constexpr double kFaint = 1e-4;         // full scale
@@ -205,8 +206,10 @@ double UsualLevel(const std::vector<Cell>& cells) {
 
 }  // namespace
 
-std::optional<ToneSighting> FindSteadyTone(std::span<const ToneRun> runs, const Expectation& expected, bool last) {
-    const double needed = last || expected.AsksForTone() ? kShortTone : kLongTone;
+std::optional<ToneSighting> FindSteadyTone(std::span<const ToneRun> runs, const Expectation& expected,
+                                           std::optional<double> all) {
+    const double asked = expected.AsksForTone() ? kShortTone : kLongTone;
+    const double needed = all ? std::clamp(kMostOfAll * *all, kShortTone, asked) : asked;
     const ToneRun* best = nullptr;
     for (const ToneRun& run : runs) {
         const bool isBetter =

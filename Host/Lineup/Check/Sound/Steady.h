@@ -18,9 +18,9 @@ struct ToneSighting {
 };
 
 /// The first steady tone among those that were followed. Where nobody asks for one it must last, and no other pitch may
-/// sound beside it; at the end of the recording (`last`) a shorter one does.
+/// sound beside it; where the recording is short, `all` of it in s at its end, most of it will do.
 [[nodiscard]] std::optional<ToneSighting> FindSteadyTone(std::span<const ToneRun> runs, const Expectation& expected,
-                                                         bool last);
+                                                         std::optional<double> all);
 
 /// A steady tone, what was sent for it, and what arrives at each input.
 struct SteadyTone {

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Sound/Survey.h"
 
+#include "Host/Lineup/Check/Sound/Across.h"
 #include "Host/Lineup/Check/Sound/Clusters.h"
 #include "Host/Lineup/Check/Sound/Events.h"
 #include "Host/Lineup/Check/Sound/Jumps.h"
@@ -132,9 +133,12 @@ public:
     // of it. How many there are.
     std::size_t FindJumps(std::span<const ToneRun> runs) {
         mMeter.Place(mPlacing, mDelays);
+        const Across across(*mHistory, *mReference);
         for (const SlotNumber& number : mSlots) {
             SlotSound sound = mMeter.Measure(number);
-            for (SoundEvent& event : FindEvents(*mHistory, *mReference, mMeter, sound)) {
+            std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
+            across.AddEvents(mMeter, number, mJumps, events);
+            for (SoundEvent& event : events) {
                 if (event.kind == SoundEvent::Kind::kJump && mJumps.size() < kMostJumps) {
                     TakeJump(event, runs);
                 }
@@ -186,6 +190,9 @@ private:
     void TakeJump(SoundEvent& event, std::span<const ToneRun> runs) {
         const std::vector<EdgeVote> rough = RoughEdges(runs, *mReference, mPlacing);
         const TimeJump jump = ResolveJump(*mHistory, *mReference, mPlacing, rough, mSlots, event);
+        if (std::abs(jump.lost) * mHistory->grid.rate < kLeastJump) {
+            return;
+        }
         // What lies before keeps its place, whichever side the sighting went by.
         const double before = BeforeOf(rough, event.at);
         mPlacing.start += std::abs(before) > kSightingOff ? before : 0;

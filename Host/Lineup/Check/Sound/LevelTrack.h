@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace lineup::sound {
+
+/// How loud an input was for a moment, against what was due there.
+struct LevelPoint {
+    double at = 0;  ///< s
+    double db = 0;
+    std::size_t input = 0;
+    bool full = true;  ///< the sequence's full level was due, not less
+};
+
+/// How levels move.
+struct LevelChange {
+    enum class Kind { kNone, kStep, kParts, kRiding };
+
+    Kind kind = Kind::kNone;
+    double db = 0;  ///< of a step; by how much the parts have come closer; how far it swings
+    double at = 0;  ///< s: of a step
+    /// Of each input: its level at first, or, where parts have come closer, that of the loud ones. Empty where it has
+    /// none.
+    std::vector<std::optional<double>> levels;
+};
+
+/// What explains the points best: one level an input, which moves once for all, or is another for softer parts. A
+/// change below `least` dB is none.
+[[nodiscard]] LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inputs, double least);
+
+}  // namespace lineup::sound

@@ -1,0 +1,92 @@
+#include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <numbers>
+
+namespace {
+
+using test::Check;
+using test::Ident;
+using test::Ids;
+using test::kRate;
+using test::Sound;
+using test::Strings;
+
+constexpr double kLevel = 0.125;
+
+// Each sample of all channels becomes what `shape` makes of it and of its second.
+void Reshape(Sound& sound, const std::function<double(double x, double second)>& shape) {
+    for (auto& channel : sound) {
+        for (std::size_t n = 0; n < channel.size(); ++n) {
+            channel[n] = static_cast<float>(shape(static_cast<double>(channel[n]), static_cast<double>(n) / kRate));
+        }
+    }
+}
+
+struct Shape {
+    const char* fault;
+    double measured;
+    double reach;
+    std::function<double(double x, double second)> shape;
+};
+
+double Hum(double hertz, double second) {
+    return 0.004 * std::numbers::sqrt2 * std::sin(2 * std::numbers::pi * hertz * second);
+}
+
+const std::vector<Shape> kShapes = {
+    {"clipped", 20 * std::log10(0.08), 0.05, [](double x, double) { return std::clamp(x, -0.08, 0.08); }},
+    // x^3 makes a third harmonic of a quarter of its factor.
+    {"distorted", -40, 0.3, [](double x, double) { return x + 0.04 * x * x * x / (kLevel * kLevel) - 0.03 * x; }},
+    {"hum", 20 * std::log10(0.004), 0.3, [](double x, double second) { return x + Hum(50, second); }},
+    {"hum", 20 * std::log10(0.004), 0.3, [](double x, double second) { return x + Hum(60, second); }},
+    {"level-changes", -3, 0.05, [](double x, double second) { return second > 5.2 ? x * std::pow(10, -3.0 / 20) : x; }},
+};
+
+TEST(Shapes, AreNamedOnceAndMeasured) {
+    for (const Shape& shape : kShapes) {
+        Sound sound = Ident("blits", 14.5);
+        Reshape(sound, shape.shape);
+        const auto findings = Check(sound);
+        ASSERT_EQ(Ids(findings), Strings{shape.fault});
+        EXPECT_NEAR(findings.faults[0].measured.value_or(0), shape.measured, shape.reach) << shape.fault;
+    }
+}
+
+TEST(Shapes, ALimiterBringsThePartsOfBlitsCloser) {
+    Sound sound = Ident("blits", 14.5);
+    // The closing tone, from 10.2 s of each cycle on, is soft enough to pass.
+    Reshape(sound, [](double x, double second) { return std::fmod(second, 13.4) < 10 ? 0.7 * x : x; });
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"level-changes"});
+    EXPECT_NEAR(std::abs(findings.faults[0].measured.value_or(0)), -20 * std::log10(0.7), 0.05);
+}
+
+TEST(Shapes, WowIsASpeedThatWanders) {
+    constexpr double kDepth = 0.002;
+    constexpr double kHertz = 1.5;
+    const Sound still = Ident("ebu-5.1", 14.5);
+    Sound sound = still;
+    for (std::size_t channel = 0; channel < sound.size(); ++channel) {
+        for (std::size_t n = 0; n + 40 < sound[channel].size(); ++n) {
+            const double swing = kDepth * kRate / (2 * std::numbers::pi * kHertz);
+            const double at = static_cast<double>(n) +
+                              swing * (1 + std::sin(2 * std::numbers::pi * kHertz * static_cast<double>(n) / kRate));
+            const auto whole = static_cast<std::size_t>(at);
+            const auto part = static_cast<float>(at - static_cast<double>(whole));
+            sound[channel][n] = (1 - part) * still[channel][whole] + part * still[channel][whole + 1];
+        }
+    }
+    lineup::CheckSettings settings;
+    settings.tolerances = {{"distortion", -30}, {"level", 0.5}};  // of lines between samples
+    const auto findings = Check(sound, kRate, settings);
+    ASSERT_EQ(Ids(findings), Strings{"speed-unsteady"});
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), kDepth / std::numbers::sqrt2 * 1e6, 300);
+}
+
+}  // namespace

@@ -14,10 +14,10 @@ constexpr Rational kSixteenByNine{16, 9};
 
 /// A raster of television whose pixels are not square.
 struct Raster {
-    int width;
-    int height;
-    int cleanWidth;  ///< in standard definition 704 of 720 pixels, and 480 of 486 lines, are the picture
-    int cleanHeight;
+    int width = 0;
+    int height = 0;
+    int cleanWidth = 0;  ///< in standard definition 704 of 720 pixels, and 480 of 486 lines, are the picture
+    int cleanHeight = 0;
     Rational aspect;  ///< of the clean part, unless somebody says otherwise
 };
 

@@ -20,8 +20,9 @@ public:
 
     [[nodiscard]] int At(int plane, int x, int y) const {
         const int width = plane == 0 ? kWidth : kWidth / 2;
-        const int before = plane == 0 ? 0 : kWidth * kHeight + (plane - 1) * kHeight * kWidth / 2;
-        const auto place = static_cast<std::size_t>(before + y * width + x);
+        const std::ptrdiff_t before =
+            plane == 0 ? 0 : std::ptrdiff_t{kWidth} * kHeight + std::ptrdiff_t{plane - 1} * kHeight * kWidth / 2;
+        const auto place = static_cast<std::size_t>(before + std::ptrdiff_t{y} * width + x);
         return mBits == 8 ? mBytes.at(place) : mBytes.at(2 * place) | mBytes.at(2 * place + 1) << 8;
     }
 

@@ -14,13 +14,13 @@ using test::TemporaryFolder;
 
 /// What television has, and what readers are to say of it.
 struct ScannedRaster {
-    const char* name;
-    int width;
-    int height;
+    const char* name = "";
+    int width = 0;
+    int height = 0;
     lineup::Rational frameRate;
-    Scan scan;
-    const char* shown;  ///< of a decoded frame: interlaced, top field first
-    const char* order;  ///< of the whole file
+    Scan scan = Scan::Progressive;
+    const char* shown = "";  ///< of a decoded frame: interlaced, top field first
+    const char* order = "";  ///< of the whole file
 };
 
 constexpr std::array<ScannedRaster, 6> kScannedRasters = {{
@@ -135,7 +135,7 @@ TEST(ScanFiles, HaveTheChromaOfTheirOwnFields) {
     ASSERT_EQ(fields.size(), whole.size());
     EXPECT_NE(fields, whole);
     // Away from edges they are the same: half way down the bars, a line each.
-    const std::size_t line = 100 * 360;
+    const std::size_t line = 100UL * 360;
     for (std::size_t x = 10; x < 350; x += 51) {
         EXPECT_NEAR(fields.at(line + x), whole.at(line + x), 1) << x;
     }

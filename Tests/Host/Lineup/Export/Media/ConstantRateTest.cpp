@@ -12,11 +12,11 @@
 namespace {
 
 struct RatedPicture {
-    int width;
-    int height;
+    int width = 0;
+    int height = 0;
     lineup::Rational rate;
-    lineup::Scan scan;
-    const char* level;  ///< as mediainfo has it
+    lineup::Scan scan = lineup::Scan::Progressive;
+    const char* level = "";  ///< as mediainfo has it
 };
 
 // What a level allows is what its headers may say: Main up to 30 frames of standard definition, High for all else.

@@ -102,6 +102,8 @@ def lost(draft):
 
 
 def repeated(draft):
+    if (draft.tone or draft.stereo) and "lost" in draft.families:
+        return False  # each may be taken for the other, by whole periods
     count = odd_count(draft, 3000)
 
     def apply(samples, rate, random, span):

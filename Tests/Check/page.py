@@ -28,16 +28,22 @@ RULE = """## What is named
 
 A case is right when exactly the faults that are due are named, at the inputs at which they are. Of the cases in which
 something was told, at least 99.9 % must be right, and no undamaged one may be called damaged. Where a codec alone moves
-a level by more than a fault's size, which is measured without the product, levels are left out of the case.
+a level or turns a phase by more than a fault's size, which is measured without the product, that is left out of the
+case. Where the check says of a polarity, a delay or the way of a jump that it cannot be known, that counts as told apart.
+
+Nobody can know, so no case asks for it: the left channel of the EBU stereo ident gone, or copied over (a steady tone is
+left); a delay beyond a fifth of a period where a tone has no gaps (the right channel of EBU stereo, the LFE of EBU 5.1,
+a steady tone); a jump by whole periods of a steady tone; which of two channels is the one that is too loud, where both
+are off; another channel in the LFE behind a codec that keeps low frequencies alone there; a leak below the noise.
 """
 
 
 def named(outcomes):
     score = judge.score(outcomes)
     part = 100 * score["right"] / max(1, score["told"])
-    text = (f"{score['cases']} cases: {score['right']} of {score['told']} right, {part:.2f} %; of {score['cannot tell']} "
-            f"the check says that it cannot tell. {score['undamaged']} were undamaged; of these "
-            f"{score['undamaged wrong']} were called damaged.")
+    text = (f"{score['cases']} cases: {score['right']} of {score['told']} right, {part:.2f} %; of "
+            f"{score['cannot tell']} the check says that it cannot tell. In {score['undamaged']} nothing was due; in "
+            f"{score['undamaged wrong']} of these something was named.")
     wrong = [f"- case {outcome.number} ({', '.join(outcome.families) or 'undamaged'}; {outcome.chain}): due "
              f"{', '.join(outcome.expected) or 'nothing'}; named {', '.join(outcome.got) or 'nothing'}"
              for outcome in outcomes if not outcome.right and not outcome.cannot_tell]

@@ -26,7 +26,7 @@ public:
 
     /// `gains[m]` becomes the amplitude and phase of tone m: its sine is the imaginary part of
     /// gains[m] * exp(i * omegas[m] * (n - (length - 1) / 2)).
-    BlockSound Fit(std::span<const float> samples, std::span<std::complex<double>> gains) const;
+    [[nodiscard]] BlockSound Fit(std::span<const float> samples, std::span<std::complex<double>> gains) const;
 
 private:
     // One half of the functions is odd about the middle, one is even: neither knows of the other.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct LevelPoint {
 
 /// How levels move.
 struct LevelChange {
-    enum class Kind { kNone, kStep, kParts, kRiding };
+    enum class Kind : std::uint8_t { kNone, kStep, kParts, kRiding };
 
     Kind kind = Kind::kNone;
     double db = 0;  ///< of a step; by how much the parts have come closer; how far it swings

@@ -50,7 +50,7 @@ private:
     static constexpr std::size_t kKept = 6;  // spectra at each end: more than an edge takes
 
     struct Point {
-        double time;
+        double time = 0;
         SpectralPeak peak;
     };
 

@@ -12,6 +12,7 @@ import sys
 import tempfile
 
 import cases
+import damages
 import figures
 import judge
 import orders
@@ -63,15 +64,16 @@ def run_cases(options, folder, pool):
 
 
 def cases_hold(outcomes, at_least=RIGHT_AT_LEAST):
-    """Where less is asked for than is promised, undamaged ones count like the others."""
     score = judge.score(outcomes)
-    spotless = score["undamaged wrong"] == 0 or at_least < RIGHT_AT_LEAST
-    return score["right"] >= at_least * score["told"] and spotless
+    return score["right"] >= at_least * score["told"] and score["undamaged wrong"] == 0
 
 
 def show_cases(options, folder, pool):
     if options.case is not None:
         return show_case(options, folder)
+    if options.not_yet and not damages.NOT_YET:
+        print("every family counts")
+        return True
     outcomes = run_cases(options, folder, pool)
     for outcome in outcomes:
         if not outcome.right:

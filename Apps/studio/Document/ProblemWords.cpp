@@ -2,6 +2,7 @@
 
 #include <lineup/ToneChoice.h>
 #include <lineup/UsageError.h>
+#include "Apps/studio/Document/ScanWords.h"
 #include "Apps/studio/Text/ProblemPatterns.h"
 
 #include <QCoreApplication>
@@ -37,12 +38,23 @@ constexpr std::array<OptionName, 16> kNames = {{{"audio-codec", QT_TRANSLATE_NOO
                                                 {"timecode", QT_TRANSLATE_NOOP("Option", "Time code")},
                                                 {"video-codec", QT_TRANSLATE_NOOP("Option", "Picture codec")}}};
 
+QString ValueWords(const std::string& option, const std::string& value) {
+    if (option == "scan") {
+        const auto* const name = std::ranges::find(lineup::kScanNames, value, &lineup::ScanName::name);
+        if (name != lineup::kScanNames.end()) {
+            const auto* const word = std::ranges::find(kScanWords, name->scan, &ScanWord::scan);
+            return QCoreApplication::translate("Scan", word->text);
+        }
+    }
+    return QString::fromStdString(value);
+}
+
 // "Frequency 10000 Hz"
 QString WordsOf(const std::string& option, const std::string& value) {
     const auto* const row = std::ranges::find(kNames, option, &OptionName::option);
     const bool isKnown = row != kNames.end();
     return (isKnown ? QCoreApplication::translate("Option", row->name) : QString::fromStdString(option)) + " " +
-           QString::fromStdString(value) + (isKnown ? row->unit : "");
+           ValueWords(option, value) + (isKnown ? row->unit : "");
 }
 
 QString Sentence(QString text) {

@@ -1,6 +1,7 @@
 #include "Apps/studio/Export/ExportDialog.h"
 
 #include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Document/ScanWords.h"
 #include "Apps/studio/Export/ExportPresets.h"
 
 #include <QCoreApplication>
@@ -124,9 +125,9 @@ void ExportDialog::FillIn() {
     mTimecode->setPlaceholderText(tr("HH:MM:SS:FF, or none"));
     mWhere->setWordWrap(true);
     mWhere->setForegroundRole(QPalette::PlaceholderText);
-    mScan->addItem(tr("Progressive"), static_cast<int>(lineup::Scan::Progressive));
-    mScan->addItem(tr("Interlaced, top field first"), static_cast<int>(lineup::Scan::TopFieldFirst));
-    mScan->addItem(tr("Interlaced, bottom field first"), static_cast<int>(lineup::Scan::BottomFieldFirst));
+    for (const auto& [scan, text] : kScanWords) {
+        mScan->addItem(QCoreApplication::translate("Scan", text), static_cast<int>(scan));
+    }
     for (const ExportPreset& preset : ExportPresets()) {
         mPreset->addItem(QCoreApplication::translate("ExportPreset", preset.name));
     }

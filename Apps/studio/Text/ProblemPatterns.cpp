@@ -18,7 +18,7 @@ struct Pattern {
     const char* words;
 };
 
-constexpr std::array<Pattern, 45> kPatterns = {{
+constexpr std::array<Pattern, 49> kPatterns = {{
     {"must be a whole number of Hz from %1 to %2",
      QT_TRANSLATE_NOOP("Problem", "must be a whole number of Hz from %1 to %2")},
     {"must be %1 to %2 Hz, half the sample rate of %3 Hz",
@@ -35,6 +35,14 @@ constexpr std::array<Pattern, 45> kPatterns = {{
     {"%1 takes %2", QT_TRANSLATE_NOOP("Problem", "%1 takes %2")},
     {"%1 allows %2 pixels a second: at %3 %4 frames",
      QT_TRANSLATE_NOOP("Problem", "%1 allows %2 pixels a second: at %3 %4 frames")},
+    {"the height must be a multiple of %1 for two fields in %2",
+     QT_TRANSLATE_NOOP("Problem", "the height must be a multiple of %1 for two fields in %2")},
+    {"an interlaced frame is two fields, and %1 frames a second are the most; 50 fields a second are 25 frames",
+     QT_TRANSLATE_NOOP(
+         "Problem",
+         "an interlaced frame is two fields, and %1 frames a second are the most; 50 fields a second are 25 frames")},
+    {"%1 has no fields; %2 have", QT_TRANSLATE_NOOP("Problem", "%1 has no fields")},
+    {"a .%1 file holds one picture", QT_TRANSLATE_NOOP("Problem", "a .%1 file holds one picture")},
     {"a file takes a whole number of Hz, %1 at most",
      QT_TRANSLATE_NOOP("Problem", "a file takes a whole number of Hz, %1 at most")},
     {"a file takes 1, 2 or 6 channels", QT_TRANSLATE_NOOP("Problem", "a file takes 1, 2 or 6 channels")},

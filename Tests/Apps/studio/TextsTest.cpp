@@ -1,10 +1,14 @@
 #include <lineup/ChannelLayout.h>
+#include <lineup/Exporter.h>
 #include <lineup/FormatTable.h>
 #include <lineup/Idents.h>
+#include <lineup/ToneChoice.h>
+#include <lineup/UsageError.h>
 #include <lineup/services/LocalizerSetup.h>
 #include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Sound/SpeakerMap.h"
 #include "Apps/studio/Text/CatalogueTranslator.h"
+#include "Apps/studio/Text/ProblemPatterns.h"
 #include "Tests/Apps/studio/StudioHands.h"
 
 #include <gmock/gmock.h>
@@ -17,6 +21,9 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <algorithm>
+#include <set>
+#include <string>
 
 namespace {
 
@@ -172,6 +179,70 @@ TEST_F(StudioTexts, ErrorsAreSaidInEachLanguageWithWhatTheyAreAbout) {
         EXPECT_THAT(unfound, HasSubstr(missing.toStdString()));
         EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("damaged.lineup")); }), HasSubstr(said.damaged));
         EXPECT_EQ(studio::ToneProblem(*test::ThePlugin(), high, 8000).toStdString(), said.tone);
+    }
+}
+
+// What the library says against exports of `clip` that the dialog lets a person ask for, or that the clip brings along.
+std::set<std::string> RefusalsOf(const lineup::Clip& clip) {
+    std::set<std::string> refusals;
+    const auto ask = [&](const lineup::ExportSettings& settings) {
+        try {
+            lineup::CheckExport(clip, settings);
+        } catch (const lineup::UsageError& error) {
+            refusals.insert(error.Remedy());
+        }
+    };
+    for (const lineup::FileFormat& format : lineup::FileFormats()) {
+        lineup::ExportSettings settings;
+        settings.target = "clip." + std::string(format.extension);
+        settings.frames = settings.samples = 10;
+        for (const std::string_view codec : format.videoCodecs) {
+            lineup::ExportSettings picture = settings;
+            picture.videoCodec = codec;
+            for (const auto& [width, height] : {std::pair(720, 578), std::pair(1, 1), std::pair(2, 2),
+                                                std::pair(1920, 1080), std::pair(8192, 8192), std::pair(16384, 2)}) {
+                picture.width = width;
+                picture.height = height;
+                for (const lineup::Rational rate : {lineup::Rational{25, 1}, {60, 1}, {997, 10}, {500, 1}}) {
+                    picture.frameRate = rate;
+                    for (const lineup::Scan scan : {lineup::Scan::Progressive, lineup::Scan::TopFieldFirst}) {
+                        picture.scan = scan;
+                        ask(picture);
+                    }
+                }
+            }
+        }
+        settings.monoTracks = true;
+        for (const std::string_view codec : format.audioCodecs) {
+            settings.audioCodec = codec;
+            ask(settings);
+        }
+    }
+    lineup::ExportSettings settings;
+    settings.target = "clip.mov";
+    ask(settings);
+    settings.target = "clip.xyz";
+    ask(settings);
+    return refusals;
+}
+
+TEST_F(StudioTexts, EveryRefusalOfAnExportIsSaidInTheLanguageInUse) {
+    const auto clip = [](double rateHz) {
+        return lineup::Clip(test::ThePlugin(), lineup::MakeSettings(*test::ThePlugin(), {.sampleRateHz = rateHz}));
+    };
+    std::set<std::string> refusals = RefusalsOf(clip(48000));
+    refusals.merge(RefusalsOf(clip(47952)));
+    ASSERT_GT(refusals.size(), 20U);
+    Speak("de");
+    const QString fields = studio::ProblemWords(lineup::UsageError("scan", "tff", "ffv1 has no fields; v210 have"));
+    EXPECT_TRUE(fields.startsWith("Abtastung Zeilensprung, oberes Halbbild zuerst: ")) << fields.toStdString();
+    EXPECT_TRUE(fields.endsWith(" hat keine Halbbilder.")) << fields.toStdString();
+    Speak("ja");
+    for (const std::string& refusal : refusals) {
+        const QString words = studio::WindowWords(QString::fromStdString(refusal));
+        const bool isJapanese =
+            std::ranges::any_of(words, [](QChar c) { return c.script() == QChar::Script_Hiragana; });
+        EXPECT_TRUE(isJapanese) << refusal;
     }
 }
 

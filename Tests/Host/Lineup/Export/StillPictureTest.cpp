@@ -52,11 +52,14 @@ TEST(StillPicture, ShowsTheHdCardInFullRangeRgb) {
     EXPECT_EQ(picture.At(868, 650), (Rgb{5, 5, 5}));        // Y 20: 4 / 219 * 255 = 4.66
 }
 
-/// The content of a PNG file's first chunk of a type; empty: it has none.
+/// The content of a PNG file's first chunk of a type; empty without one.
 std::vector<std::uint8_t> Chunk(const std::filesystem::path& file, std::string_view type) {
     const auto bytes = test::ReadBytes(file);
     for (std::size_t at = 8; at + 12 <= bytes.size();) {
-        const std::size_t length = bytes[at] << 24U | bytes[at + 1] << 16U | bytes[at + 2] << 8U | bytes[at + 3];
+        std::size_t length = 0;
+        for (std::size_t i = at; i < at + 4; ++i) {
+            length = length << 8U | bytes[i];
+        }
         const auto name = bytes.begin() + static_cast<std::ptrdiff_t>(at + 4);
         if (std::equal(type.begin(), type.end(), name)) {
             return {name + 4, name + 4 + static_cast<std::ptrdiff_t>(length)};

@@ -40,7 +40,7 @@ inline void PrintTo(const Writer& writer, std::ostream* stream) {
 inline const std::vector<Writer>& Writers() {
     static const std::vector<Writer> kWriters = {
         {"RenderMov", "out.mov", {"render", "out.mov", "--size", "320x180", "--duration", "4"}},
-        {"RenderWav", "out.wav", {"render", "out.wav", "--duration", "20"}},
+        {"RenderWav", "out.wav", {"render", "out.wav", "--duration", "20", "--reproducible"}},
         {"RenderMp4", "out.mp4", {"render", "out.mp4", "--size", "320x180", "--duration", "1"}},
         {"Frame", "out.png", {"frame", "out.png"}},
         {"Peaks", "out.svg", {"peaks", "out.svg"}},

@@ -179,22 +179,6 @@ void TargetFile::RequireRoom(std::int64_t bytes) const {
     }
 }
 
-void TargetFile::ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) const {
-    while (!bytes.empty()) {
-        const ssize_t got = pread(mPartial.Descriptor(), bytes.data(), bytes.size(), position);
-        if (got == 0) {
-            std::ranges::fill(bytes, std::uint8_t{0});
-            return;
-        }
-        if (got < 0 && errno != EINTR) {
-            throw Error(fmt::format("cannot read {}: {}", mGiven.string(), Describe(errno)));
-        }
-        const std::ptrdiff_t done = std::max<ssize_t>(got, 0);
-        position += done;
-        bytes = bytes.subspan(static_cast<std::size_t>(done));
-    }
-}
-
 void TargetFile::ThrowIfFailed() const {
     if (mErrno != 0) {
         throw Error(fmt::format("cannot write {}: {}", mGiven.string(), Describe(mErrno)));

@@ -44,9 +44,6 @@ public:
     /// Throws Error when `bytes` more are known not to fit on the disk.
     void RequireRoom(std::int64_t bytes) const;
 
-    /// Reads what lies from byte `position` on; zeros where the file has ended. Throws Error when that failed.
-    void ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) const;
-
     [[nodiscard]] std::int64_t Position() const noexcept { return mPosition; }
 
     /// Bytes in the file so far.

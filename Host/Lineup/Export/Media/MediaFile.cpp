@@ -2,7 +2,6 @@
 
 #include "Host/Lineup/Export/Media/Muxer.h"
 #include "Host/Lineup/Export/Media/SoundTracks.h"
-#include "Host/Lineup/Export/Media/TrackGroups.h"
 #include "Host/Lineup/Export/Media/VideoEncoder.h"
 #include "Host/Lineup/Export/Progress.h"
 #include "Host/Lineup/Values/FrameTimes.h"
@@ -62,9 +61,6 @@ void WriteMovieFile(const Clip& clip, const ExportPlan& plan, TargetFile& file, 
     ReportProgress(progress, 0, plan.picture->frames, plan);
     WriteStreams(video, sound, plan, progress);
     muxer.Finish();
-    if (plan.container->namesChannels && plan.sound->tracks.size() > 1) {
-        LeaveTrackGroups(file);
-    }
 }
 
 }  // namespace lineup

@@ -90,6 +90,13 @@ std::vector<Atom> WayToPictureDescription(const Bytes& bytes, const Atom& track)
     return way;
 }
 
+/// Where a track's header, "tkhd", has its group of alternatives, in two bytes: behind the version and flags, two
+/// dates, the track's number, four bytes, its duration, eight bytes and its layer.
+std::size_t GroupAt(const Bytes& bytes, const Atom& header) {
+    const std::size_t content = header.begin + kHeaderBytes;
+    return content + (bytes.at(content) == 0 ? 4 + 5 * 4 : 4 + 3 * 8 + 2 * 4) + 8 + 2;
+}
+
 /// Puts `bytes` in place of those of `old`, which lies in the last atom of `way`.
 void Replace(Bytes& head, const std::vector<Atom>& way, const Atom& old, const Bytes& bytes) {
     const auto begin = head.begin() + static_cast<std::ptrdiff_t>(old.begin);
@@ -116,6 +123,19 @@ Bytes CleanAperture(int width, int height) {
 }
 
 }  // namespace
+
+void LeaveTrackGroups(Bytes& head) {
+    const std::optional<Atom> movie = FindAtom(head, 0, head.size(), "moov");
+    if (!movie) {
+        return;
+    }
+    for (const Atom& track : AtomsIn(head, movie->begin + kHeaderBytes, movie->end)) {
+        if (const std::optional<Atom> header = FindIn(head, track, "tkhd")) {
+            const std::size_t group = GroupAt(head, *header);
+            head.at(group) = head.at(group + 1) = 0;
+        }
+    }
+}
 
 void SetCleanAperture(Bytes& head, int width, int height) {
     const std::optional<Atom> movie = FindAtom(head, 0, head.size(), "moov");

@@ -152,12 +152,20 @@ void Muxer::Finish() {
         mGatherer.Hold();
         WriteEnd();
         SetCleanAperture(mGatherer.Held(), mShape.cleanWidth, mShape.cleanHeight);
+        if (NumSounds() > 1) {  // or a player takes the first
+            LeaveTrackGroups(mGatherer.Held());
+        }
         mGatherer.Release();
     } else {
         WriteEnd();
     }
     mGatherer.Flush();
     Require(mIo->error);
+}
+
+std::ptrdiff_t Muxer::NumSounds() const {
+    return std::count_if(mContext->streams, mContext->streams + mContext->nb_streams,
+                         [](const AVStream* stream) { return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO; });
 }
 
 void Muxer::WriteEnd() {

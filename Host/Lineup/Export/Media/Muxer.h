@@ -49,6 +49,7 @@ public:
 
 private:
     void Require(int code);
+    [[nodiscard]] std::ptrdiff_t NumSounds() const;
     void WriteEnd();
 
     const Container* mContainer;

@@ -1,10 +1,10 @@
 #include "Host/Lineup/Check/Sound/CheckSound.h"
 
 #include <lineup/Exporter.h>
-#include "Host/Lineup/Check/Sound/Case.h"
-#include "Host/Lineup/Check/Sound/Listener.h"
-#include "Host/Lineup/Check/Sound/SoundReportOf.h"
-#include "Host/Lineup/Check/Sound/Speeds.h"
+#include "Host/Lineup/Check/Sound/Decide/Case.h"
+#include "Host/Lineup/Check/Sound/Decide/SoundReportOf.h"
+#include "Host/Lineup/Check/Sound/Find/Speeds.h"
+#include "Host/Lineup/Check/Sound/Follow/Listener.h"
 
 #include <algorithm>
 #include <cmath>

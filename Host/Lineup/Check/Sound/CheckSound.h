@@ -1,28 +1,19 @@
 #pragma once
 
 #include <lineup/Api.h>
-#include <lineup/CheckReport.h>
 #include <lineup/CheckSettings.h>
+#include "Host/Lineup/Check/Sound/Decide/SoundFindings.h"
 #include "Host/Lineup/Check/SoundSource.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace lineup {
 
 class Importer;
 
 inline namespace parts {
-
-/// What was found of the sound, and what is wrong with it.
-struct SoundFindings {
-    CheckVerdict verdict = CheckVerdict::kCannotTell;
-    SoundReport sound;
-    std::vector<CheckFault> faults;
-    std::vector<CheckNote> notes;
-};
 
 /// Called now and then with the samples read so far; false stops.
 using SoundProgress = std::function<bool(std::int64_t samples)>;

@@ -1,0 +1,73 @@
+#include "Host/Lineup/Check/Sound/Decide/Case.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr std::size_t kMostListed = 20;  // faults of events; more are counted in a note
+
+std::string Place(double seconds) {
+    return fmt::format("{:.3f} s", seconds);
+}
+
+// The inputs, where not all have it.
+std::string Where(const Case& check, const SoundEvent& event) {
+    const auto sounding = std::ranges::count_if(
+        check.lineup.inputs, [](const InputFindings& input) { return input.surveyed.arrival.sounds; });
+    return static_cast<std::ptrdiff_t>(event.inputs.size()) >= sounding
+               ? std::string()
+               : fmt::format(" at input{} {}", event.inputs.size() == 1 ? "" : "s", InputList(event.inputs));
+}
+
+void AddJump(Case& check, const SoundEvent& event, double at) {
+    const double samples = event.amount * check.facts.rate;
+    const bool lost = samples > 0;
+    check
+        .Add(lost ? "samples-lost" : "samples-repeated", {},
+             fmt::format("At {} {:.1f} samples {}{}.", Place(at), std::abs(samples), lost ? "are lost" : "come twice",
+                         event.sure ? "" : ", or whole periods of the tone more or fewer"))
+        .measured = std::abs(samples);
+}
+
+void AddFault(Case& check, const SoundEvent& event, double at) {
+    switch (event.kind) {
+        case SoundEvent::Kind::kDropout:
+            check
+                .Add("dropout", event.inputs,
+                     fmt::format("From {} on {:.1f} ms are silent or damaged{}.", Place(at), event.amount * 1000,
+                                 Where(check, event)))
+                .measured = event.amount;
+            break;
+        case SoundEvent::Kind::kJump:
+            AddJump(check, event, at);
+            break;
+        case SoundEvent::Kind::kClick:
+            check.Add("click", event.inputs, fmt::format("A click at {}{}.", Place(at), Where(check, event)));
+            break;
+        case SoundEvent::Kind::kLevelStep:
+            return;
+    }
+    check.findings.faults.back().at = at;
+}
+
+}  // namespace
+
+void DecideEvents(Case& check) {
+    std::vector<SoundEvent> events = check.lineup.events;
+    std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::kLevelStep; });
+    std::ranges::stable_sort(events, {}, &SoundEvent::at);
+    for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {
+        AddFault(check, events[i], check.facts.startSeconds + events[i].at);
+    }
+    const std::size_t more = events.size() - std::min(events.size(), kMostListed) + check.lineup.moreEvents;
+    if (more > 0) {
+        check.Note("more-events", fmt::format("{} more dropouts, jumps of time and clicks.", more));
+    }
+}
+
+}  // namespace lineup::sound

@@ -1,0 +1,187 @@
+#include <lineup/Level.h>
+#include "Host/Lineup/Check/Sound/Decide/Case.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <optional>
+#include <utility>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr double kWanderingLevel = 0.4;  // dB
+constexpr double kCodedLevel = 0.7;      // dB: by how much a codec moves levels by itself
+constexpr double kClippedDoubt = 0.3;    // dB
+constexpr double kBentBy = 2;            // times the harmonics' amplitude
+
+struct Deviation {
+    std::size_t input;
+    double db;  // over what was sent
+};
+
+// How loud an input's own channel is there, without what leaks into it.
+double OwnGain(const Case& check, std::size_t input) {
+    const Arrival& arrival = check.At(input);
+    return check.mixed[input] && arrival.channel ? std::abs(check.parts[input][*arrival.channel]) : arrival.gain;
+}
+
+// What an input's level was before the path moved it, or cut its tops off, dB.
+double LevelOf(const Case& check, const LevelChange& change, std::size_t input) {
+    const bool moved = change.kind == LevelChange::Kind::kStep && change.levels[input];
+    const double db = moved ? *change.levels[input] : DbFromGain(OwnGain(check, input));
+    return db - DbFromGain(ClippedGain(check.shapes[input].clipped));
+}
+
+std::vector<Deviation> Deviations(const Case& check, const LevelChange& change) {
+    const double sentDb = DbFromGain(check.Sent().Level());
+    const double offset = check.expected.levelDb ? *check.expected.levelDb - sentDb : 0;
+    std::vector<Deviation> deviations;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        if (check.At(input).sounds && !check.folded[input]) {
+            deviations.push_back({input, LevelOf(check, change, input) - offset});
+        }
+    }
+    return deviations;
+}
+
+// What most channels share; of several such, what is nearest to what was sent.
+double SharedDb(const std::vector<Deviation>& deviations, double tolerance) {
+    double best = 0;
+    std::ptrdiff_t most = 0;
+    for (const Deviation& deviation : deviations) {
+        const auto count = std::ranges::count_if(
+            deviations, [&](const Deviation& other) { return std::abs(other.db - deviation.db) <= tolerance; });
+        if (count > most || (count == most && std::abs(deviation.db) < std::abs(best))) {
+            most = count;
+            best = deviation.db;
+        }
+    }
+    double sum = 0;
+    for (const Deviation& deviation : deviations) {
+        sum += std::abs(deviation.db - best) <= tolerance ? deviation.db : 0;
+    }
+    return most > 0 ? sum / static_cast<double>(most) : 0;
+}
+
+std::string LouderOrSofter(double db) {
+    return fmt::format("{:.2f} dB too {}", std::abs(db), db > 0 ? "loud" : "soft");
+}
+
+// The line-up levels in use; the difference is that of the place's own.
+std::string AlignmentText(const Case& check, double db) {
+    const double level = DbFromGain(check.Sent().Level()) + db;
+    for (const double alignment : {-9.0, -12.0, -14.0, -15.0, -16.0, -20.0, -24.0}) {
+        if (std::abs(level - alignment) < 0.15) {
+            return fmt::format(", as for an alignment level of {:.0f} dBFS", alignment);
+        }
+    }
+    return {};
+}
+
+// What codec noise, harmonics and a wandering speed may have moved an input's level by, dB.
+double DoubtOf(const Case& check, std::size_t input) {
+    const ShapeOfInput& shape = check.shapes[input];
+    const double bent = shape.distorted ? kBentBy * std::sqrt(shape.harmonics) : 0;
+    const double cut = shape.clipped < 1 ? kClippedDoubt : 0;
+    return DbFromGain(1 + CodecNoise(check, input) + bent) + cut + (check.unsteady ? kWanderingLevel : 0);
+}
+
+// The same for what they share.
+double SharedDoubt(const Case& check) {
+    double doubt = 0;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const ShapeOfInput& shape = check.shapes[input];
+        doubt = std::max(doubt, shape.clipped < 1 || shape.distorted || check.unsteady ? DoubtOf(check, input) : 0);
+    }
+    return doubt;
+}
+
+void AddChange(Case& check, const LevelChange& change) {
+    std::string text;
+    std::optional<double> at;
+    switch (change.kind) {
+        case LevelChange::Kind::kNone:
+            return;
+        case LevelChange::Kind::kStep:
+            at = check.facts.startSeconds + change.at;
+            text = fmt::format("The level goes {} by {:.2f} dB at {:.3f} s.", change.db > 0 ? "up" : "down",
+                               std::abs(change.db), *at);
+            break;
+        case LevelChange::Kind::kParts:
+            text =
+                fmt::format("What is sent softer arrives {:.2f} dB too {} beside the rest: a limiter or a compressor.",
+                            std::abs(change.db), change.db > 0 ? "loud" : "soft");
+            break;
+        case LevelChange::Kind::kRiding:
+            text = fmt::format("The level moves by about {:.2f} dB.", change.db);
+            break;
+    }
+    CheckFault& fault = check.Add("level-changes", {}, std::move(text));
+    fault.measured = change.db;
+    fault.at = at;
+}
+
+}  // namespace
+
+LevelChange FindLevelChange(const Case& check) {
+    const bool clipped = std::ranges::any_of(check.shapes, [](const ShapeOfInput& shape) { return shape.clipped < 1; });
+    double doubt = check.facts.lossy.value_or(false) ? kCodedLevel : 0;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        doubt = std::max(doubt, DbFromGain(1 + CodecNoise(check, input)));
+    }
+    std::vector<LevelPoint> points = check.lineup.levels;
+    std::erase_if(points, [&](const LevelPoint& point) { return check.folded[point.input]; });
+    LevelChange change = ExplainLevels(points, check.Inputs(),
+                                       check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0));
+    double bent = 0;  // what harmonics cost the fundamental depends on the level
+    for (const ShapeOfInput& shape : check.shapes) {
+        bent = std::max(bent, shape.distorted ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
+    }
+    const bool isExplained = clipped || std::abs(change.db) < DbFromGain(1 + bent);
+    change.kind = isExplained ? LevelChange::Kind::kNone : change.kind;
+    return change;
+}
+
+void DecideLevels(Case& check) {
+    const double tolerance = check.Tolerance("level");
+    const LevelChange& change = check.change;
+    AddChange(check, change);
+    if (change.kind == LevelChange::Kind::kParts || change.kind == LevelChange::Kind::kRiding) {
+        return;  // which of the levels is the right one cannot be known
+    }
+    const std::vector<Deviation> deviations = Deviations(check, change);
+    const double shared = SharedDb(deviations, tolerance);
+    if (!check.Sent().levelKnown) {
+        check.Note("level-not-known", fmt::format("The tone arrives at {:.2f} dBFS; --level LEVEL says what was sent.",
+                                                  DbFromGain(check.Sent().Level()) + shared));
+    } else if (std::abs(shared) > tolerance + SharedDoubt(check)) {
+        CheckFault& fault =
+            check.Add("level-wrong", {},
+                      fmt::format("All channels are {}{}.", LouderOrSofter(shared), AlignmentText(check, shared)));
+        fault.measured = shared;
+        fault.expected = 0;
+    }
+    std::vector<std::size_t> others;
+    double furthest = 0;
+    for (const Deviation& deviation : deviations) {
+        const double off = deviation.db - shared;
+        const double doubt = DoubtOf(check, deviation.input);
+        if (std::abs(off) > tolerance + doubt) {
+            others.push_back(deviation.input);
+            furthest = std::abs(off) > std::abs(furthest) ? off : furthest;
+        }
+    }
+    if (!others.empty()) {
+        CheckFault& fault = check.Add("level-unbalanced", others,
+                                      fmt::format("{} {}{} beside the others.", Who(check, others),
+                                                  others.size() == 1 ? "is " : "are up to ", LouderOrSofter(furthest)));
+        fault.measured = furthest;
+        fault.expected = 0;
+    }
+}
+
+}  // namespace lineup::sound

@@ -1,0 +1,106 @@
+#include "Host/Lineup/Check/Sound/Decide/Case.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::sound {
+
+namespace {
+
+// Noise less hum, harmonics and what a wandering speed makes of tones, dBFS; what they leave of it is uncertain.
+double Unexplained(const Case& check, std::size_t input, double db) {
+    constexpr double kLeft = 0.3;  // of the power: more is not explained by them
+    const ShapeOfInput& shape = check.shapes[input];
+    const double tone = check.At(input).gain * check.Sent().Level();
+    const bool harmonics = shape.clipped < 1 || shape.distorted;
+    const double explained = shape.humPower + (harmonics ? shape.harmonics * tone * tone / 2 : 0);
+    const double power = std::pow(10, db / 10);
+    const bool isTheirs = shape.clipped < 1 || check.unsteady || power - explained < kLeft * power;
+    return isTheirs ? LevelTally::kLowestDb : db;
+}
+
+// What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
+void DecideNoise(Case& check) {
+    const double limit = check.Tolerance("noise");
+    const bool lossy = check.facts.lossy.value_or(false);
+    std::vector<std::size_t> inputs;
+    std::vector<std::size_t> coded;
+    double worst = LevelTally::kLowestDb;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const InputFindings& found = check.lineup.inputs[input];
+        const double gaps = found.gapNoise.QuantileDb(lossy ? 0.1 : 0.5);
+        const double tones = found.toneNoise.QuantileDb(0.5);
+        const double noise = Unexplained(check, input, lossy ? gaps : std::max(gaps, tones));
+        if (noise > limit) {
+            inputs.push_back(input);
+            worst = std::max(worst, noise);
+        } else if (tones > limit) {
+            coded.push_back(input);
+        }
+    }
+    if (!inputs.empty()) {
+        check
+            .Add("noise", inputs,
+                 fmt::format("Noise of {:.1f} dBFS at input{} {}.", worst, inputs.size() == 1 ? "" : "s",
+                             InputList(inputs)))
+            .measured = worst;
+    }
+    if (!coded.empty()) {
+        check.Note("codec-noise",
+                   fmt::format("The codec leaves more than {:.0f} dBFS of noise under the tones of input{} {}.", limit,
+                               coded.size() == 1 ? "" : "s", InputList(coded)));
+    }
+}
+
+void DecideDc(Case& check) {
+    std::vector<std::size_t> inputs;
+    double worst = 0;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const auto& dc = check.findings.sound.channels[input].dc;
+        if (dc && std::abs(*dc) > check.Tolerance("dc")) {
+            inputs.push_back(input);
+            worst = std::abs(*dc) > std::abs(worst) ? *dc : worst;
+        }
+    }
+    if (!inputs.empty()) {
+        CheckFault& fault = check.Add("dc-offset", inputs,
+                                      fmt::format("{} {} off zero by {:.4f} of full scale.", Who(check, inputs),
+                                                  inputs.size() == 1 ? "lies" : "lie", worst));
+        fault.measured = worst;
+        fault.expected = 0;
+    }
+}
+
+void DecideBits(Case& check) {
+    if (!check.facts.bits || check.facts.lossy.value_or(false)) {
+        return;
+    }
+    std::vector<std::size_t> inputs;
+    int least = *check.facts.bits;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const auto& bits = check.findings.sound.channels[input].effectiveBits;
+        if (bits && check.At(input).sounds && *bits < std::min(*check.facts.bits, 24)) {
+            inputs.push_back(input);
+            least = std::min(least, *bits);
+        }
+    }
+    if (!inputs.empty()) {
+        CheckFault& fault = check.Add("bits-truncated", inputs,
+                                      fmt::format("Only {} of {} bits are in use at input{} {}.", least,
+                                                  *check.facts.bits, inputs.size() == 1 ? "" : "s", InputList(inputs)));
+        fault.measured = least;
+        fault.expected = *check.facts.bits;
+    }
+}
+
+}  // namespace
+
+void DecideQuality(Case& check) {
+    DecideNoise(check);
+    DecideDc(check);
+    DecideBits(check);
+}
+
+}  // namespace lineup::sound

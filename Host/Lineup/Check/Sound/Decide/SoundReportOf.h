@@ -1,0 +1,12 @@
+#pragma once
+
+#include <lineup/CheckReport.h>
+#include "Host/Lineup/Check/Sound/Decide/Case.h"
+#include "Host/Lineup/Check/Sound/Follow/Lineup.h"
+
+namespace lineup::sound {
+
+/// What was measured of a line-up, as a report has it; without the lanes.
+[[nodiscard]] SoundReport SoundReportOf(const Lineup& lineup, const RecordingFacts& facts);
+
+}  // namespace lineup::sound

@@ -1,0 +1,77 @@
+#include "Host/Lineup/Check/Sound/Events/Across.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr double kAcrossReach = 0.142;  // s on both sides: blocks to compare with, and the guard
+constexpr double kSameEvent = 0.008;    // s
+
+const RefTone* Find(const RefSlot& slot, double frequency) {
+    const auto found = std::ranges::find(slot.tones, frequency, &RefTone::frequency);
+    return found == slot.tones.end() ? nullptr : &*found;
+}
+
+bool GoesOn(const RefSlot& slot, const RefSlot& next) {
+    return std::ranges::any_of(slot.tones, [&](const RefTone& tone) {
+        const RefTone* const after = Find(next, tone.frequency);
+        for (std::size_t channel = 0; after != nullptr && channel < tone.gain.size(); ++channel) {
+            if (tone.Amplitude(channel) > 0 && after->Amplitude(channel) > 0) {
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
+}  // namespace
+
+Across::Across(const History& history, const Reference& reference) : mHistory(&history), mReference(reference) {
+    for (std::size_t i = 0; i < reference.slots.size(); ++i) {
+        const RefSlot& slot = reference.slots[i];
+        const RefSlot& next = reference.slots[(i + 1) % reference.slots.size()];
+        mGoesOn.push_back(GoesOn(slot, next));
+        RefSlot& around = mReference.slots[i];
+        around.start = slot.end - std::min(kAcrossReach, slot.Length() / 2);
+        around.end = slot.end + std::min(kAcrossReach, next.Length() / 2);
+        for (const RefTone& tone : next.tones) {
+            if (Find(around, tone.frequency) == nullptr) {
+                around.tones.push_back(tone);
+            }
+        }
+        std::ranges::sort(around.tones, {}, &RefTone::frequency);
+    }
+}
+
+void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::span<const SoundEvent> known,
+                       std::vector<SoundEvent>& events) const {
+    if (!mGoesOn[number.slot]) {
+        return;
+    }
+    SlotMeter around(*mHistory, mReference);
+    std::vector<double> delays;
+    for (std::size_t input = 0; input < mHistory->Inputs(); ++input) {
+        delays.push_back(meter.Delay(input));
+    }
+    around.Place(meter.Where(), delays);
+    SlotSound sound = around.Measure(number);
+    for (const SoundEvent& event : FindEvents(*mHistory, mReference, around, sound)) {
+        // The edge of another channel's tone is no click where that one leaks.
+        const bool isEdge = event.kind == SoundEvent::Kind::kClick || event.kind == SoundEvent::Kind::kLevelStep;
+        if (!isEdge && !IsKnown(events, event.at) && !IsKnown(known, event.at)) {
+            events.push_back(event);
+        }
+    }
+}
+
+bool IsKnown(std::span<const SoundEvent> events, double at) {
+    return std::ranges::any_of(events, [at](const SoundEvent& known) {
+        const double end = known.at + (known.kind == SoundEvent::Kind::kDropout ? known.amount : 0);
+        return at > known.at - kSameEvent && at < end + kSameEvent;
+    });
+}
+
+}  // namespace lineup::sound

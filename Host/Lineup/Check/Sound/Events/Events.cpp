@@ -1,0 +1,298 @@
+#include "Host/Lineup/Check/Sound/Events/Events.h"
+
+#include "Host/Lineup/Check/Sound/Signal/Clusters.h"
+#include "Host/Lineup/Check/Sound/Signal/Turn.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr double kBadResidual = 50;       // times the usual one
+constexpr double kBadFloor = 3e-9;        // mean square: 85 dB below full scale
+constexpr double kBadOfTone = 3e-6;       // of the tone's power
+constexpr double kBadOfCodedTone = 0.05;  // the same after a lossy codec
+constexpr double kOtherCodedAmplitude = 0.4;
+constexpr double kLeastCodedTurn = 0.3;   // radians
+constexpr double kOtherAmplitude = 0.12;  // of the usual one
+constexpr double kEventSounds = 1e-4;     // full scale: a tone to compare with
+constexpr std::size_t kBlocksBeside = 3;  // that tell what the tone is before and after
+constexpr std::size_t kShortSlot = 12;    // blocks
+constexpr double kClearOfTone = 0.004;    // of the tone: what is no longer its own
+constexpr double kClearOfNoise = 6;       // times its r.m.s.
+constexpr double kClearAtLeast = 2e-4;
+constexpr double kClearOfPeak = 0.06;  // of the farthest from the tone: what filters make ring
+constexpr double kSilentOfTone = 0.3;
+constexpr double kShortestSilence = 0.004;  // s
+constexpr double kLongestClick = 0.004;     // s
+constexpr double kLeastTurn = 0.005;        // radians
+constexpr double kLeastStep = 0.01;         // of the amplitude
+constexpr double kOneEvent = 0.006;         // s: what happens at several inputs within that is one thing
+constexpr double kFilterReach = 0.001;      // s
+
+// Blocks [first, end) of an input that are not like the others.
+struct Stretch {
+    std::size_t first;
+    std::size_t end;
+};
+
+struct Usual {
+    double residual = 0;
+    double amplitude = 0;
+    std::size_t tone = 0;  // the loudest
+};
+
+double MedianWhereThere(const InputSlot& input, const auto& value) {
+    std::vector<double> values;
+    for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+        if (input.there[block]) {
+            values.push_back(value(block));
+        }
+    }
+    return MedianOf(std::move(values));
+}
+
+Usual UsualOf(const InputSlot& input) {
+    Usual usual;
+    usual.residual = MedianWhereThere(input, [&](std::size_t block) { return input.blocks[block].residual; });
+    for (std::size_t tone = 0; tone < input.gains.size(); ++tone) {
+        const double amplitude =
+            MedianWhereThere(input, [&](std::size_t block) { return std::abs(input.gains[tone][block]); });
+        if (amplitude > usual.amplitude) {
+            usual.amplitude = amplitude;
+            usual.tone = tone;
+        }
+    }
+    return usual;
+}
+
+bool IsBad(const InputSlot& input, std::size_t block, const Usual& usual, bool lossy) {
+    const double power = usual.amplitude * usual.amplitude;
+    const double leastResidual = kBadFloor + (lossy ? kBadOfCodedTone : kBadOfTone) * power;
+    const bool torn = input.blocks[block].residual > kBadResidual * usual.residual + leastResidual;
+    const bool sounds = usual.amplitude > kEventSounds && power > 4 * usual.residual;
+    return torn || (sounds && std::abs(std::abs(input.gains[usual.tone][block]) / usual.amplitude - 1) >
+                                  (lossy ? kOtherCodedAmplitude : kOtherAmplitude));
+}
+
+std::vector<Stretch> BadStretches(const InputSlot& input, const Usual& usual, bool lossy) {
+    std::vector<Stretch> stretches;
+    for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+        if (!input.there[block] || !IsBad(input, block, usual, lossy)) {
+            continue;
+        }
+        if (!stretches.empty() && block <= stretches.back().end + 1) {
+            stretches.back().end = block + 1;
+        } else {
+            stretches.push_back({block, block + 1});
+        }
+    }
+    return stretches;
+}
+
+// The tones of a slot as they sound beside a stretch.
+using Gains = std::vector<std::complex<double>>;
+
+// Of a slot of some length, several blocks must be as they should: programme beside a line-up does not do that.
+std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch, bool after, const auto& isGood) {
+    Gains gains(input.gains.size());
+    const std::size_t needed = input.blocks.size() < kShortSlot ? 1 : kBlocksBeside;
+    std::size_t count = 0;
+    std::size_t found = 0;
+    for (std::size_t away = 1; away <= kBlocksBeside; ++away) {
+        const std::size_t block = after ? stretch.end + away - 1 : stretch.first - away;
+        if (block >= input.blocks.size() || !isGood(block)) {
+            break;
+        }
+        ++found;
+        // The nearest one has something of what rings; it counts where there is no other.
+        if (away == 2) {
+            std::ranges::fill(gains, std::complex<double>());
+            count = 0;
+        }
+        for (std::size_t tone = 0; tone < gains.size(); ++tone) {
+            gains[tone] += input.gains[tone][block];
+        }
+        ++count;
+    }
+    for (auto& gain : gains) {
+        gain /= static_cast<double>(std::max<std::size_t>(count, 1));
+    }
+    return found < needed ? std::nullopt : std::optional(gains);
+}
+
+class Zoom {
+public:
+    Zoom(const History& history, const Reference& reference, const SlotMeter& meter, const SlotSound& sound,
+         std::size_t input)
+        : mNarrow(&history.narrow[input]),
+          mRate(history.grid.NarrowRate()),
+          mTones(&reference.slots[sound.number.slot].tones),
+          mPlacing(&meter.Where()),
+          mDelay(meter.Delay(input)) {}
+
+    /// Samples [first, end) s.
+    void Load(double first, double end) {
+        mFirst = std::max(mNarrow->First(), static_cast<std::int64_t>(std::ceil(first * mRate)));
+        const std::int64_t last = std::min(mNarrow->End(), static_cast<std::int64_t>(end * mRate));
+        mSamples = mNarrow->Get(mFirst, std::max(mFirst, last));
+    }
+
+    /// The first sample that is not of the tones, or the last, s.
+    [[nodiscard]] std::optional<double> Departs(const Gains& gains, double clear, bool last) const {
+        for (std::size_t i = 0; i < mSamples.size(); ++i) {
+            const std::size_t n = last ? mSamples.size() - 1 - i : i;
+            if (std::abs(static_cast<double>(mSamples[n]) - At(gains, n)) > clear) {
+                return SecondOf(n);
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// The mean square between two places.
+    [[nodiscard]] double PowerWithin(double first, double end) const {
+        double sum = 0;
+        double count = 0;
+        for (std::size_t n = 0; n < mSamples.size(); ++n) {
+            if (SecondOf(n) >= first && SecondOf(n) <= end) {
+                sum += static_cast<double>(mSamples[n]) * static_cast<double>(mSamples[n]);
+                ++count;
+            }
+        }
+        return count > 0 ? sum / count : 1;
+    }
+
+    [[nodiscard]] double FarthestFrom(const Gains& gains) const {
+        double farthest = 0;
+        for (std::size_t n = 0; n < mSamples.size(); ++n) {
+            farthest = std::max(farthest, std::abs(static_cast<double>(mSamples[n]) - At(gains, n)));
+        }
+        return farthest;
+    }
+
+private:
+    [[nodiscard]] double SecondOf(std::size_t n) const {
+        return static_cast<double>(mFirst + static_cast<std::int64_t>(n)) / mRate;
+    }
+
+    [[nodiscard]] double At(const Gains& gains, std::size_t n) const {
+        const double second = SecondOf(n);
+        double sum = 0;
+        for (std::size_t tone = 0; tone < gains.size(); ++tone) {
+            const double turns =
+                (*mTones)[tone].frequency * mPlacing->pitch * (second - mDelay - mPlacing->StartAt(second));
+            sum += (gains[tone] * std::polar(1.0, kTurn * std::remainder(turns, 1.0))).imag();
+        }
+        return sum;
+    }
+
+    const SlidingBuffer<float>* mNarrow;
+    double mRate;
+    const std::vector<RefTone>* mTones;
+    const Placing* mPlacing;
+    double mDelay;
+    std::int64_t mFirst = 0;
+    std::span<const float> mSamples;
+};
+
+// What happened between a tone before and the same tone after.
+std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gains& before, const Gains& after,
+                                 double frequency, bool lossy) {
+    const double farthest = std::min(zoom.FarthestFrom(before), zoom.FarthestFrom(after));
+    const double clear = std::max({kClearOfNoise * std::sqrt(usual.residual), kClearOfTone * usual.amplitude,
+                                   kClearAtLeast, kClearOfPeak * farthest});
+    const auto begins = zoom.Departs(before, clear, false);
+    const auto ends = zoom.Departs(after, clear, true);
+    if (!begins || !ends) {
+        return std::nullopt;
+    }
+    const double length = *ends - *begins;
+    const double middle = (*begins + *ends) / 2;
+    const bool sounds = usual.amplitude > kEventSounds && usual.amplitude * usual.amplitude > usual.residual;
+    if (!sounds) {
+        return length < kLongestClick
+                   ? std::optional(SoundEvent{SoundEvent::Kind::kClick, middle, zoom.FarthestFrom(before), {}})
+                   : std::nullopt;
+    }
+    const double tonePower = usual.amplitude * usual.amplitude / 2;
+    if (length > kShortestSilence &&
+        zoom.PowerWithin(*begins + kFilterReach, *ends - kFilterReach) < kSilentOfTone * kSilentOfTone * tonePower) {
+        return SoundEvent{SoundEvent::Kind::kDropout, *begins, length, {}};
+    }
+    const std::complex<double> change = after[usual.tone] / before[usual.tone];
+    const double doubt = std::sqrt(usual.residual) / usual.amplitude;
+    if (std::abs(std::arg(change)) > std::max(lossy ? kLeastCodedTurn : kLeastTurn, doubt)) {
+        const double lost = std::arg(change) / (kTurn * frequency);
+        return SoundEvent{SoundEvent::Kind::kJump, middle, lost, {}, {{lost, 1 / frequency}}};
+    }
+    if (std::abs(std::abs(change) - 1) > std::max(kLeastStep, doubt)) {
+        return SoundEvent{SoundEvent::Kind::kLevelStep, middle, 20 * std::log10(std::abs(change)), {}};
+    }
+    if (length < kLongestClick) {
+        return SoundEvent{SoundEvent::Kind::kClick, middle, zoom.FarthestFrom(before), {}};
+    }
+    return SoundEvent{SoundEvent::Kind::kDropout, *begins, length, {}};
+}
+
+// What happens at one place is one thing, at all inputs that have it; where one says more than another, that counts.
+void AddEvent(const SoundEvent& event, std::size_t input, std::vector<SoundEvent>& events) {
+    for (SoundEvent& known : events) {
+        const bool isSame = std::abs(known.at - event.at) < kOneEvent ||
+                            (known.kind == SoundEvent::Kind::kDropout && event.at > known.at &&
+                             event.at < known.at + known.amount + kOneEvent);
+        if (isSame) {
+            known.inputs.push_back(input);
+            if (event.kind < known.kind) {
+                known.kind = event.kind;
+                known.at = event.at;
+                known.amount = event.amount;
+            }
+            known.phases.insert(known.phases.end(), event.phases.begin(), event.phases.end());
+            return;
+        }
+    }
+    events.push_back(event);
+    events.back().inputs = {input};
+}
+
+}  // namespace
+
+std::vector<SoundEvent> FindEvents(const History& history, const Reference& reference, const SlotMeter& meter,
+                                   SlotSound& sound) {
+    std::vector<SoundEvent> events;
+    const double pitch = meter.Where().pitch;
+    for (std::size_t number = 0; number < sound.inputs.size(); ++number) {
+        InputSlot& input = sound.inputs[number];
+        const Usual usual = UsualOf(input);
+        const std::vector<Stretch> stretches = BadStretches(input, usual, history.lossy);
+        const std::vector<bool> there = input.there;
+        Zoom zoom(history, reference, meter, sound, number);
+        for (const Stretch& stretch : stretches) {
+            const auto isGood = [&](std::size_t block) {
+                return there[block] && !IsBad(input, block, usual, history.lossy);
+            };
+            const auto before = GainsBeside(input, stretch, false, isGood);
+            const auto after = GainsBeside(input, stretch, true, isGood);
+            // One that reaches an end of the slot is no event of it: the sequence itself may begin or end there.
+            if (before && after) {
+                const double first = input.firstMiddle + (static_cast<double>(stretch.first) - 1.5) * sound.step;
+                const double end = input.firstMiddle + (static_cast<double>(stretch.end) + 0.5) * sound.step;
+                zoom.Load(first, end);
+                const double frequency =
+                    input.gains.empty() ? 0 : reference.slots[sound.number.slot].tones[usual.tone].frequency * pitch;
+                if (const auto event = NameIt(zoom, usual, *before, *after, frequency, history.lossy)) {
+                    AddEvent(*event, number, events);
+                }
+            }
+            std::fill(input.there.begin() + static_cast<std::ptrdiff_t>(stretch.first),
+                      input.there.begin() + static_cast<std::ptrdiff_t>(stretch.end), false);
+        }
+    }
+    return events;
+}
+
+}  // namespace lineup::sound

@@ -1,0 +1,332 @@
+#include "Host/Lineup/Check/Sound/Follow/Survey.h"
+
+#include "Host/Lineup/Check/Sound/Events/Across.h"
+#include "Host/Lineup/Check/Sound/Events/Events.h"
+#include "Host/Lineup/Check/Sound/Events/Jumps.h"
+#include "Host/Lineup/Check/Sound/Measure/Tune.h"
+#include "Host/Lineup/Check/Sound/Signal/Clusters.h"
+#include "Host/Lineup/Check/Sound/Signal/PhaseLine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace lineup::sound {
+
+namespace {
+
+constexpr std::size_t kMostJumps = 8;
+constexpr std::size_t kFewJumps = 3;
+constexpr double kSightingOff = 0.006;   // s: what followed tones may be off
+constexpr double kSlack = 0.05;          // s: what a sighting may be off
+constexpr double kLateEnough = 0.008;    // s: an input that is measured again with its delay
+constexpr double kEdgesAgree = 0.00003;  // s
+constexpr double kPure = 0.5;            // of a block's energy
+
+std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
+    std::vector<SlotNumber> slots;
+    SlotNumber number{};
+    while (meter.StartOf(number) > first - kSlack) {
+        number = SlotBefore(reference, number);
+    }
+    for (; meter.StartOf(number) < last + kSlack; number = NextSlot(reference, number)) {
+        if (meter.StartOf(number) > first - kSlack && meter.EndOf(number) < last + kSlack) {
+            slots.push_back(number);
+        }
+    }
+    return slots;
+}
+
+// How loud a slot's tone is at the input where it is loudest, against what was sent; 0 where it is no clear tone.
+double LoudnessOf(const SlotSound& sound, const Reference& reference) {
+    double loudest = 0;
+    const std::vector<RefTone>& tones = reference.slots[sound.number.slot].tones;
+    for (std::size_t m = 0; m < tones.size(); ++m) {
+        double sent = 0;
+        for (std::size_t channel = 0; channel < reference.channels.size(); ++channel) {
+            sent = std::max(sent, tones[m].Amplitude(channel));
+        }
+        for (const InputSlot& input : sound.inputs) {
+            const auto line = FitPhaseLine(input.gains[m], input.there, sound.step);
+            double residual = 0;
+            for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+                residual += input.there[block]
+                                ? input.blocks[block].residual / static_cast<double>(line ? line->blocks : 1)
+                                : 0;
+            }
+            if (line && line->amplitude * line->amplitude / 2 > kPure / (1 - kPure) * residual) {
+                loudest = std::max(loudest, line->amplitude / sent);
+            }
+        }
+    }
+    return loudest;
+}
+
+// Goes on in one direction for as long as tones are where they are due.
+void Extend(SlotMeter& meter, const History& history, const Reference& reference, double typical, bool forwards,
+            std::vector<SlotNumber>& slots) {
+    std::vector<SlotNumber> silent;
+    SlotNumber number = forwards ? slots.back() : slots.front();
+    for (;;) {
+        number = forwards ? NextSlot(reference, number) : SlotBefore(reference, number);
+        if (meter.EndOf(number) < history.SecondsFirst() || meter.StartOf(number) > history.SecondsEnd()) {
+            return;
+        }
+        silent.push_back(number);
+        if (reference.slots[number.slot].tones.empty()) {
+            continue;
+        }
+        const double loudness = LoudnessOf(meter.Measure(number), reference);
+        if (loudness < 0.4 * typical || loudness > 2.5 * typical) {
+            return;
+        }
+        for (const SlotNumber& add : silent) {
+            slots.insert(forwards ? slots.end() : slots.begin(), add);
+        }
+        silent.clear();
+    }
+}
+
+double BeforeOf(std::span<const EdgeVote> edges, double at) {
+    std::vector<double> late;
+    for (const EdgeVote& edge : edges) {
+        if (edge.at < at) {
+            late.push_back(edge.late);
+        }
+    }
+    return MedianOf(std::move(late));
+}
+
+class Surveyor {
+public:
+    Surveyor(const History& history, const Sighting& sighting)
+        : mHistory(&history),
+          mReference(sighting.reference),
+          mPlacing(sighting.placing),
+          mMeter(history, *sighting.reference),
+          mDelays(history.Inputs()) {
+        mMeter.Place(mPlacing, mDelays);
+        mSlots = SlotsWithin(mMeter, *mReference, sighting.first, sighting.last);
+    }
+
+    [[nodiscard]] bool FindSlots() {
+        if (mSlots.empty()) {
+            return false;
+        }
+        mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        mMeter.Place(mPlacing, mDelays);
+        std::vector<double> loudness;
+        for (const SlotNumber& number : mSlots) {
+            const double loud = LoudnessOf(mMeter.Measure(number), *mReference);
+            if (loud > 0) {
+                loudness.push_back(loud);
+            }
+        }
+        const double typical = MedianOf(std::move(loudness));
+        Extend(mMeter, *mHistory, *mReference, typical, false, mSlots);
+        Extend(mMeter, *mHistory, *mReference, typical, true, mSlots);
+        mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        return typical > 0;
+    }
+
+    // Time that jumps within a slot shows there; how far, by the edges before and after. Elsewhere the edges alone know
+    // of it. How many there are.
+    std::size_t FindJumps(std::span<const ToneRun> runs) {
+        mMeter.Place(mPlacing, mDelays);
+        const Across across(*mHistory, *mReference);
+        for (const SlotNumber& number : mSlots) {
+            SlotSound sound = mMeter.Measure(number);
+            std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
+            across.AddEvents(mMeter, number, mJumps, events);
+            for (SoundEvent& event : events) {
+                if (event.kind == SoundEvent::Kind::kJump && mJumps.size() < kMostJumps) {
+                    TakeJump(event, runs);
+                }
+            }
+        }
+        if (const auto step = mJumps.empty() ? FindStep(RoughEdges(runs, *mReference, mPlacing)) : std::nullopt) {
+            SoundEvent event{SoundEvent::Kind::kJump, step->at, step->lost, {}};
+            TakeJump(event, runs);
+        }
+        std::ranges::sort(mPlacing.jumps, {}, &TimeJump::at);
+        mMeter.Place(mPlacing, mDelays);
+        return mJumps.size();
+    }
+
+    [[nodiscard]] bool GoesAsFast(std::span<const ToneRun> runs) const {
+        return !mSlots.empty() && LieOnOneLevel(RoughEdges(runs, *mReference, mPlacing));
+    }
+
+    [[nodiscard]] Survey Measure() {
+        Look();
+        if (std::ranges::any_of(mCoarse, [](const auto& late) { return late && std::abs(*late) > kLateEnough; })) {
+            for (std::size_t input = 0; input < mDelays.size(); ++input) {
+                mDelays[input] = mCoarse[input].value_or(0);
+            }
+            Look();
+        }
+        Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells, mJumps};
+        std::vector<double> delays;
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            if (mCoarse[input]) {
+                survey.inputs[input] = InputOf(input, *mCoarse[input]);
+                delays.push_back(survey.inputs[input].delay);
+            }
+        }
+        // A tone without edges is taken to be as late as the others, or as all edges together have it.
+        const bool known = !delays.empty() || EdgesKnowTogether();
+        const double usual = delays.empty() ? WeightedMedian(mEdges) : MedianOf(std::move(delays));
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            if (!mCoarse[input]) {
+                survey.inputs[input] = InputOf(input, usual - mDelays[input]);
+                survey.inputs[input].polarity = known ? survey.inputs[input].polarity : 0;
+                survey.inputs[input].exact = known && survey.inputs[input].exact;
+            }
+        }
+        return survey;
+    }
+
+private:
+    void TakeJump(SoundEvent& event, std::span<const ToneRun> runs) {
+        const std::vector<EdgeVote> rough = RoughEdges(runs, *mReference, mPlacing);
+        const TimeJump jump = ResolveJump(*mHistory, *mReference, mPlacing, rough, mSlots, event);
+        if (std::abs(jump.lost) * mHistory->grid.rate < kLeastJump) {
+            return;
+        }
+        // What lies before keeps its place, whichever side the sighting went by.
+        const double before = BeforeOf(rough, event.at);
+        mPlacing.start += std::abs(before) > kSightingOff ? before : 0;
+        mPlacing.jumps.push_back(jump);
+        mJumps.push_back(event);
+    }
+
+    // Measures the slots, and where each input's channel has its edges.
+    void Look() {
+        mMeter.Place(mPlacing, mDelays);
+        mCells = Cells(*mReference, mHistory->Inputs());
+        std::vector<SlotSound> sounds;
+        for (const SlotNumber& number : mSlots) {
+            sounds.push_back(mMeter.Measure(number));
+            const bool isOuter = number.slot == mSlots.front().slot || number.slot == mSlots.back().slot;
+            const auto extent = isOuter ? ExtentOfTone(sounds.back()) : std::nullopt;
+            if (extent) {
+                sounds.back().Keep(extent->first, extent->second);
+            }
+            if (mPlacing.tempo == mPlacing.pitch) {
+                static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sounds.back()));
+            }
+            mCells.Add(sounds.back());
+        }
+        mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
+        mCoarse.assign(mArrivals.size(), std::nullopt);
+        mEdges.clear();
+        for (std::size_t input = 0; input < mArrivals.size(); ++input) {
+            std::vector<Vote> late;
+            for (const SlotSound& sound : sounds) {
+                if (mArrivals[input].channel) {
+                    const auto more = EdgeDelays(*mHistory, *mReference, sound, mPlacing, mDelays[input], input,
+                                                 *mArrivals[input].channel);
+                    for (const LateEdge& edge : more) {
+                        late.push_back({edge.late, edge.weight});
+                    }
+                }
+            }
+            mEdges.insert(mEdges.end(), late.begin(), late.end());
+            // Edges that do not agree, as under a codec's noise, say too little about one input.
+            const double usual = WeightedMedian(late);
+            std::vector<double> off;
+            for (const Vote& vote : late) {
+                off.push_back(std::abs(vote.value - usual));
+            }
+            if (!late.empty() && MedianOf(std::move(off)) < kEdgesAgree) {
+                mCoarse[input] = usual;
+            }
+        }
+    }
+
+    // The median of all edges is off by far less than half a period.
+    [[nodiscard]] bool EdgesKnowTogether() const {
+        constexpr double kMostDoubt = 0.00006;  // s, standard deviation
+        const double middle = WeightedMedian(mEdges);
+        std::vector<double> off;
+        for (const Vote& edge : mEdges) {
+            off.push_back(std::abs(edge.value - middle));
+        }
+        const auto count = static_cast<double>(off.size());
+        return count > 0 && 1.85 * MedianOf(std::move(off)) / std::sqrt(count) < kMostDoubt;
+    }
+
+    [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
+        SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, mCoarse[input].has_value()};
+        if (surveyed.arrival.channel && mPlacing.tempo == mPlacing.pitch) {
+            const DelayAndPolarity found = DelayOf(mCells, *mReference, input, *surveyed.arrival.channel,
+                                                   mPlacing.pitch, around, surveyed.hasEdges);
+            surveyed.delay = mDelays[input] + found.delay;
+            surveyed.polarity = found.polarity;
+            surveyed.exact = found.exact;
+        }
+        return surveyed;
+    }
+
+    const History* mHistory;
+    const Reference* mReference;
+    Placing mPlacing;
+    SlotMeter mMeter;
+    std::vector<double> mDelays;
+    std::vector<SlotNumber> mSlots;
+    std::vector<SoundEvent> mJumps;
+    Cells mCells{{}, 0};
+    std::vector<Arrival> mArrivals;
+    std::vector<std::optional<double>> mCoarse;
+    std::vector<Vote> mEdges;  // of all inputs
+};
+
+}  // namespace
+
+std::vector<double> Survey::Delays() const {
+    std::vector<double> delays;
+    for (const SurveyedInput& input : inputs) {
+        delays.push_back(input.delay);
+    }
+    return delays;
+}
+
+SlotNumber NextSlot(const Reference& reference, SlotNumber number) {
+    ++number.slot;
+    if (number.slot == reference.slots.size()) {
+        return {number.cycle + 1, 0};
+    }
+    return number;
+}
+
+SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
+    if (number.slot == 0) {
+        return {number.cycle - 1, reference.slots.size() - 1};
+    }
+    --number.slot;
+    return number;
+}
+
+std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting, std::span<const ToneRun> runs) {
+    // A jump or two look like another tempo; retiming that keeps the pitch tears the tones all along.
+    if (sighting.placing.tempo != sighting.placing.pitch) {
+        Sighting asFast = sighting;
+        asFast.placing.tempo = sighting.placing.pitch;
+        asFast.placing.start += sighting.first - asFast.placing.ToRecording(sighting.placing.ToClip(sighting.first));
+        Surveyor surveyor(history, asFast);
+        const std::size_t jumps = surveyor.FindSlots() ? surveyor.FindJumps(runs) : 0;
+        if ((jumps > 0 && jumps <= kFewJumps) || (jumps == 0 && surveyor.GoesAsFast(runs))) {
+            return surveyor.Measure();
+        }
+    }
+    Surveyor surveyor(history, sighting);
+    if (!surveyor.FindSlots()) {
+        return std::nullopt;
+    }
+    if (sighting.placing.tempo == sighting.placing.pitch) {
+        surveyor.FindJumps(runs);
+    }
+    return surveyor.Measure();
+}
+
+}  // namespace lineup::sound

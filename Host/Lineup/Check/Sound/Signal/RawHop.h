@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Signal/History.h"
+
+#include <span>
+
+namespace lineup::sound {
+
+/// What a hop is like at the recording's own rate, without the high band. Samples that are no number, or beyond what
+/// a recording can hold, are made zeros.
+[[nodiscard]] HopFeatures ExamineHop(std::span<float> samples);
+
+}  // namespace lineup::sound

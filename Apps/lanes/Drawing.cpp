@@ -10,11 +10,11 @@ constexpr double kDigitHeight = 0.73;  // of the type's size
 
 double AnchoredShare(Anchor anchor) {
     switch (anchor) {
-        case Anchor::kLeft:
+        case Anchor::Left:
             return 0;
-        case Anchor::kCentre:
+        case Anchor::Centre:
             return 0.5;
-        case Anchor::kRight:
+        case Anchor::Right:
             break;
     }
     return 1;

@@ -54,7 +54,7 @@ struct Drawing {
 using Measure = std::function<double(const std::string& text, const TextStyle& style)>;
 
 /// Which part of a text stands at the given x.
-enum class Anchor { kLeft, kCentre, kRight };
+enum class Anchor { Left, Centre, Right };
 
 /// A label with its anchor at `x` and the middle of its digits at `y`, in smaller type if it would be wider than
 /// `room`.

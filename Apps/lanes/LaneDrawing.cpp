@@ -38,7 +38,7 @@ public:
             AddBox(lane, mColours.lane);
         }
         DrawTimes();
-        AddLabel("dBFS", {mSheet.levelSize, mColours.text}, Anchor::kLeft, mSheet.levelUnitX, mSheet.levelUnitY);
+        AddLabel("dBFS", {mSheet.levelSize, mColours.text}, Anchor::Left, mSheet.levelUnitX, mSheet.levelUnitY);
         for (std::size_t i = 0; i < mSheet.lanes.size(); ++i) {
             DrawLane(mSheet.lanes[i], order[i]);
         }
@@ -72,7 +72,7 @@ private:
                 AddColumn(x, lane);
             }
             if (x + mMeasure(mark.text, style) / 2 <= mSheet.width) {
-                AddLabel(mark.text, style, Anchor::kCentre, x, mSheet.timesY);
+                AddLabel(mark.text, style, Anchor::Centre, x, mSheet.timesY);
             }
         }
     }
@@ -89,7 +89,7 @@ private:
             AddRow(lane.x, lane.Middle() - offset(levelDb), lane.width);
             AddRow(lane.x, lane.Middle() + offset(levelDb), lane.width);
             AddLabel(levelDb == 0 ? "0" : fmt::format("\u2212{}", -levelDb), {mSheet.levelSize, mColours.text},
-                     Anchor::kRight, mSheet.levelsRight, lane.Middle() - offset(levelDb));
+                     Anchor::Right, mSheet.levelsRight, lane.Middle() - offset(levelDb));
         }
     }
 
@@ -99,7 +99,7 @@ private:
         AddWaveform(values,
                     {lane, mScale, mColours.Waveform(channel), mColours.noData, mSheet.unit, mOverview.showsWave},
                     mDrawing.boxes);
-        AddLabel(values.name, {mSheet.nameSize, mColours.Waveform(channel), true}, Anchor::kLeft, mSheet.namesX,
+        AddLabel(values.name, {mSheet.nameSize, mColours.Waveform(channel), true}, Anchor::Left, mSheet.namesX,
                  lane.Middle());
     }
 

@@ -184,10 +184,10 @@ void RequireNumber(const std::optional<double>& number) {
 }
 
 void RequireOrder(const lineup::SoundFindings& findings, int inputs) {
-    Require(findings.faults.empty() || findings.verdict == lineup::CheckVerdict::kFaults, "faults make the verdict");
-    Require(!findings.faults.empty() || findings.verdict != lineup::CheckVerdict::kFaults, "the verdict has faults");
+    Require(findings.faults.empty() || findings.verdict == lineup::CheckVerdict::Faults, "faults make the verdict");
+    Require(!findings.faults.empty() || findings.verdict != lineup::CheckVerdict::Faults, "the verdict has faults");
     for (const lineup::CheckFault& fault : findings.faults) {
-        Require(lineup::FindCheckFaultKind(fault.id, lineup::CheckPart::kSound) != nullptr, "a fault's id is known");
+        Require(lineup::FindCheckFaultKind(fault.id, lineup::CheckPart::Sound) != nullptr, "a fault's id is known");
         Require(std::ranges::is_sorted(fault.inputs), "inputs are in their order");
         Require(std::ranges::all_of(fault.inputs, [inputs](int input) { return input >= 0 && input < inputs; }),
                 "a fault is at inputs that there are");

@@ -24,7 +24,7 @@ using CheckProgress = std::function<bool(double seconds, std::optional<double> a
 /// Says what a path did to the line-up in a recording. `recording` is a file, "-" for standard input, or a URL that the
 /// FFmpeg libraries open; all its sound tracks count, in their order. What was sent is what the plug-in gives for the
 /// same clip. The recording is read once, in an amount of memory that does not grow with it, and decoded by a process
-/// without rights. One that cannot be read is no error: the report's verdict is kCannotTell, and a note says why.
+/// without rights. One that cannot be read is not an error: the report's verdict is CannotTell, and a note says why.
 /// Throws UsageError as ValidateCheckSettings does; Cancelled when `progress` returned false; Error when decoding
 /// cannot be started, and what the plug-in throws. Any thread.
 [[nodiscard]] LINEUP_API CheckReport Check(const std::string& recording,

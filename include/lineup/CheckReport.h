@@ -15,9 +15,9 @@ namespace lineup {
 
 /// How a check of a recording ended.
 enum class CheckVerdict : std::uint8_t {
-    kRight,       ///< "right": the line-up arrived as it was sent
-    kFaults,      ///< "faults"
-    kCannotTell,  ///< "cannot-tell": no line-up, too little of one, or nothing to read; a note says which
+    Right,       ///< "right": the line-up arrived as it was sent
+    Faults,      ///< "faults"
+    CannotTell,  ///< "cannot-tell": no line-up, too little of one, or nothing to read; a note says which
 };
 
 /// The verdict as the document has it.
@@ -25,9 +25,9 @@ enum class CheckVerdict : std::uint8_t {
 
 /// What a fault or a note is about.
 enum class CheckPart : std::uint8_t {
-    kSound,
-    kPicture,
-    kBoth,
+    Sound,
+    Picture,
+    Both,
 };
 
 /// The part as the document has it: "sound".
@@ -50,7 +50,7 @@ struct CheckFaultKind {
 /// One thing that the path did, by its cause.
 struct CheckFault {
     std::string id;  ///< of a CheckFaultKind
-    CheckPart part = CheckPart::kSound;
+    CheckPart part = CheckPart::Sound;
     std::vector<int> inputs;  ///< from 0, ascending
     /// As many as `inputs`: the channels that arrive there; empty where the fault is not one of channels.
     std::vector<std::string> channels;
@@ -61,10 +61,10 @@ struct CheckFault {
     std::string text;          ///< one sentence for a person; inputs count from 1 in it
 };
 
-/// What a person should know that is no fault, or why nothing can be told.
+/// What a person should know that is not a fault, or why nothing can be told.
 struct CheckNote {
     std::string id;  ///< kebab-case
-    CheckPart part = CheckPart::kSound;
+    CheckPart part = CheckPart::Sound;
     std::string text;
 };
 
@@ -150,7 +150,7 @@ struct PictureReport {
 /// What a check of a recording found.
 struct CheckReport {
     std::string source;  ///< as it was given
-    CheckVerdict verdict = CheckVerdict::kCannotTell;
+    CheckVerdict verdict = CheckVerdict::CannotTell;
     std::optional<SoundReport> sound;      ///< empty where the recording has none
     std::optional<PictureReport> picture;  ///< empty where the recording has none, or it was not looked at
     std::vector<CheckFault> faults;

@@ -85,10 +85,10 @@ void Print(const CheckReport& report, const CommandOptions& options, bool isFirs
 
 // Of all recordings: one with faults counts for more than one of which nothing can be told.
 Status Worse(Status before, CheckVerdict verdict) {
-    if (before == kFaults || verdict == CheckVerdict::kFaults) {
+    if (before == kFaults || verdict == CheckVerdict::Faults) {
         return kFaults;
     }
-    return verdict == CheckVerdict::kCannotTell ? kCannotTell : before;
+    return verdict == CheckVerdict::CannotTell ? kCannotTell : before;
 }
 
 std::string Label(const CommandOptions& options) {

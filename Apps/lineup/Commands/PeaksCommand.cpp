@@ -28,16 +28,16 @@ namespace {
 
 constexpr const char* kPictureOptions = "Picture";
 
-enum class Kind { kPng, kSvg, kJson };
+enum class Kind { Png, Svg, Json };
 struct KindName {
     std::string_view extension;
     std::string_view name;
     Kind kind;
 };
 constexpr std::array<KindName, 3> kKinds = {{
-    {".png", "PNG", Kind::kPng},
-    {".svg", "SVG", Kind::kSvg},
-    {".json", "JSON", Kind::kJson},
+    {".png", "PNG", Kind::Png},
+    {".svg", "SVG", Kind::Svg},
+    {".json", "JSON", Kind::Json},
 }};
 
 struct PeaksOptions {
@@ -105,7 +105,7 @@ std::vector<std::uint8_t> MakePicture(const PeaksOptions& options, const lineup:
                       .colours = options.dark ? lanes::LaneColours::Dark() : lanes::LaneColours::Light()};
     const auto columns = static_cast<int>(page.sheet.lanes.front().width);
     page.values = lineup::ReadOverview(clip, MakeSpan(options, clip, columns));
-    return kind == Kind::kPng ? OverviewPng(page) : OverviewSvg(page);
+    return kind == Kind::Png ? OverviewPng(page) : OverviewSvg(page);
 }
 
 std::vector<std::uint8_t> MakeJson(const PeaksOptions& options, const lineup::Clip& clip, int columns) {
@@ -120,7 +120,7 @@ void RunPeaks(const PeaksOptions& options) {
     const auto importer = options.common.LoadImporter();
     const lineup::Clip clip(importer, options.common.Settings(*importer));
     const auto bytes =
-        kind.kind == Kind::kJson ? MakeJson(options, clip, width) : MakePicture(options, clip, kind.kind, width);
+        kind.kind == Kind::Json ? MakeJson(options, clip, width) : MakePicture(options, clip, kind.kind, width);
     lineup::TargetFile file(options.target, options.overwrite);
     file.Write(bytes);
     file.Commit();

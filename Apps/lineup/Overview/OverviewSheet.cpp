@@ -87,7 +87,7 @@ lanes::Drawing DrawOverview(const OverviewPage& page, const lanes::Measure& meas
     lanes::Drawing drawing = DrawLanes(page.values, order, sheet, page.colours, measure);
     const double room = sheet.width - 2 * sheet.namesX;
     const auto add = [&](const std::string& text, const lanes::TextStyle& style, double y) {
-        drawing.labels.push_back(MakeLabel(measure, text, style, Anchor::kLeft, sheet.namesX, y * sheet.unit, room));
+        drawing.labels.push_back(MakeLabel(measure, text, style, Anchor::Left, sheet.namesX, y * sheet.unit, room));
     };
     add(page.title, {kTitleSize * sheet.unit, page.colours.title, true}, kTitleY);
     add(page.detail, {kDetailSize * sheet.unit, page.colours.text}, kDetailY);

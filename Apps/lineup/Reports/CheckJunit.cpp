@@ -24,8 +24,8 @@ struct Suite {
 
 // The parts of a recording that were looked at.
 bool WasLookedFor(const CheckReport& report, CheckPart part) {
-    const bool needsSound = part == CheckPart::kSound || part == CheckPart::kBoth;
-    const bool needsPicture = part == CheckPart::kPicture || part == CheckPart::kBoth;
+    const bool needsSound = part == CheckPart::Sound || part == CheckPart::Both;
+    const bool needsPicture = part == CheckPart::Picture || part == CheckPart::Both;
     return (!needsSound || report.sound) && (!needsPicture || report.picture);
 }
 
@@ -61,7 +61,7 @@ std::string NotesText(const CheckReport& report) {
 
 Suite MakeSuite(const CheckReport& report) {
     Suite suite;
-    if (report.verdict == CheckVerdict::kCannotTell) {
+    if (report.verdict == CheckVerdict::CannotTell) {
         suite.cases = suite.errors = 1;
         suite.text = fmt::format(
             "    <testcase classname=\"lineup.check\" name=\"line-up\">\n"

@@ -128,11 +128,11 @@ std::vector<lineup::CheckNote> FurtherNotes(const CheckReport& report) {
 
 std::string CheckOutcome(const CheckReport& report) {
     switch (report.verdict) {
-        case lineup::CheckVerdict::kRight:
+        case lineup::CheckVerdict::Right:
             return "nothing wrong";
-        case lineup::CheckVerdict::kCannotTell:
+        case lineup::CheckVerdict::CannotTell:
             return "cannot tell";
-        case lineup::CheckVerdict::kFaults:
+        case lineup::CheckVerdict::Faults:
             break;
     }
     return fmt::format("{} {}", report.faults.size(), report.faults.size() == 1 ? "fault" : "faults");

@@ -16,7 +16,7 @@ using lineup::CheckVerdict;
 
 constexpr const char* kGap = "  ";
 
-enum class Colour { kRed = 31, kGreen = 32, kYellow = 33 };
+enum class Colour { Red = 31, Green = 32, Yellow = 33 };
 
 std::string Coloured(const std::string& text, Colour colour, bool isColoured) {
     return isColoured && !text.empty() ? fmt::format("\033[{}m{}\033[0m", static_cast<int>(colour), text) : text;
@@ -57,15 +57,15 @@ std::string TableText(const CheckReport& report, bool isColoured) {
     const auto trimmed = [](std::string line) { return line.erase(line.find_last_not_of(' ') + 1) + "\n"; };
     std::string text = trimmed(head);
     for (std::size_t r = 0; r < lines.size(); ++r) {
-        text += trimmed(lines[r] + Coloured(table.remarks[r], Colour::kRed, isColoured));
+        text += trimmed(lines[r] + Coloured(table.remarks[r], Colour::Red, isColoured));
     }
     return text;
 }
 
 Colour ColourOf(CheckVerdict verdict) {
-    return verdict == CheckVerdict::kRight    ? Colour::kGreen
-           : verdict == CheckVerdict::kFaults ? Colour::kRed
-                                              : Colour::kYellow;
+    return verdict == CheckVerdict::Right    ? Colour::Green
+           : verdict == CheckVerdict::Faults ? Colour::Red
+                                             : Colour::Yellow;
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ std::string CheckComplaints(const CheckReport& report) {
     for (const lineup::CheckFault& fault : report.faults) {
         text += fmt::format("{}: {}\n", report.source, fault.text);
     }
-    if (report.verdict == CheckVerdict::kCannotTell) {
+    if (report.verdict == CheckVerdict::CannotTell) {
         text += fmt::format("{}: cannot tell: {}\n", report.source, CheckHeading(report));
     }
     return text;

@@ -35,13 +35,13 @@ private:
 };
 
 CheckNote WhyUnreadable(const Unreadable& unreadable) {
-    if (unreadable.Reason() == Unreadable::Why::kNoSound) {
+    if (unreadable.Reason() == Unreadable::Why::NoSound) {
         return {.id = "no-sound",
-                .part = CheckPart::kSound,
+                .part = CheckPart::Sound,
                 .text = fmt::format("There is no sound: {}.", unreadable.what())};
     }
     return {.id = "unreadable",
-            .part = CheckPart::kBoth,
+            .part = CheckPart::Both,
             .text = fmt::format("The recording cannot be read: {}.", unreadable.what())};
 }
 
@@ -62,7 +62,7 @@ void CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const Importer>
     report.sound = std::move(findings.sound);
     report.faults = std::move(findings.faults);
     Append(report.notes, std::move(findings.notes));
-    const bool isStream = ParseRecordingName(report.source).kind == RecordingName::Kind::kUrl;
+    const bool isStream = ParseRecordingName(report.source).kind == RecordingName::Kind::Url;
     AddReadingFaults(reader, isStream, read, report);
     Append(report.notes, reader.Notes());
 }

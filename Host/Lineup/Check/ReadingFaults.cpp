@@ -53,7 +53,7 @@ std::string Place(double seconds) {
 
 CheckFault Dropout(double at, std::optional<double> seconds, const std::string& text) {
     return {.id = "dropout",
-            .part = CheckPart::kSound,
+            .part = CheckPart::Sound,
             .inputs = {},
             .channels = {},
             .measured = seconds,
@@ -100,7 +100,7 @@ void AddDamage(const RecordingReader& reader, CheckReport& report) {
 
 void AddReadingFaults(const RecordingReader& reader, bool isStream, std::int64_t samples, CheckReport& report) {
     const double end = static_cast<double>(samples) / reader.SampleRate();
-    const bool isFound = report.verdict != CheckVerdict::kCannotTell;
+    const bool isFound = report.verdict != CheckVerdict::CannotTell;
     if (isFound) {
         AddDamage(reader, report);
     }
@@ -113,7 +113,7 @@ void AddReadingFaults(const RecordingReader& reader, bool isStream, std::int64_t
         }
     }
     if (isFound && !report.faults.empty()) {
-        report.verdict = CheckVerdict::kFaults;
+        report.verdict = CheckVerdict::Faults;
     }
 }
 

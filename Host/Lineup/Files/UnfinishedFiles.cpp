@@ -23,12 +23,12 @@ constexpr mode_t kReadWriteForAll = 0666;  // less what the process's umask take
 constexpr int kMostWaits = 1000;
 constexpr int kWaitMilliseconds = 1;
 
-enum class State : int { kFree, kOpening, kListed, kRemoved };
+enum class State : int { Free, Opening, Listed, Removed };
 
 // Never freed and never moved: a signal handler reads it at any moment. What was removed by a handler
 // stays so, for the process ends.
 struct Slot {
-    std::atomic<State> state{State::kFree};
+    std::atomic<State> state{State::Free};
     std::array<char, PATH_MAX> path{};
 };
 static_assert(std::atomic<State>::is_always_lock_free);
@@ -58,8 +58,8 @@ private:
 std::size_t TakeSlot() noexcept {
     std::size_t i = 0;
     for (; i < gSlots.size(); ++i) {
-        State expected = State::kFree;
-        if (gSlots[i].state.compare_exchange_strong(expected, State::kOpening)) {
+        State expected = State::Free;
+        if (gSlots[i].state.compare_exchange_strong(expected, State::Opening)) {
             break;
         }
     }
@@ -76,11 +76,11 @@ void RemoveUnfinishedFiles() noexcept {
     gEnding = true;
     int waits = 0;
     for (Slot& slot : gSlots) {
-        while (slot.state == State::kOpening && ++waits < kMostWaits) {
+        while (slot.state == State::Opening && ++waits < kMostWaits) {
             poll(nullptr, 0, kWaitMilliseconds);
         }
-        State expected = State::kListed;
-        if (slot.state.compare_exchange_strong(expected, State::kRemoved)) {
+        State expected = State::Listed;
+        if (slot.state.compare_exchange_strong(expected, State::Removed)) {
             unlink(slot.path.data());
         }
     }
@@ -95,25 +95,25 @@ int UnfinishedFile::Open(const std::string& path) noexcept {
     Slot& slot = gSlots[number];
     // Looked at after the slot was taken: a handler that is at work already waits for it.
     if (gEnding) {
-        slot.state = State::kFree;
+        slot.state = State::Free;
         errno = EINTR;
         return -1;
     }
     const int descriptor = Create(path);
     if (descriptor < 0) {
-        slot.state = State::kFree;
+        slot.state = State::Free;
         return -1;
     }
     *std::ranges::copy(path, slot.path.begin()).out = '\0';
-    slot.state = State::kListed;
+    slot.state = State::Listed;
     mSlot = number;
     return descriptor;
 }
 
 void UnfinishedFile::Forget() noexcept {
     if (mSlot != kUnlisted) {
-        State expected = State::kListed;
-        gSlots[mSlot].state.compare_exchange_strong(expected, State::kFree);
+        State expected = State::Listed;
+        gSlots[mSlot].state.compare_exchange_strong(expected, State::Free);
         mSlot = kUnlisted;
     }
 }

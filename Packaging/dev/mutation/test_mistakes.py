@@ -51,7 +51,7 @@ class Mistakes(unittest.TestCase):
         self.assertEqual(changed("    f(a);\n    g(b);", "statements swapped"), set())
 
     def test_a_neighbour_is_taken(self):
-        self.assertEqual(changed("    f(Kind::kOne);", "neighbour taken"), {"    f(Kind::kTwo);"})
+        self.assertEqual(changed("    f(Kind::One);", "neighbour taken"), {"    f(Kind::Two);"})
         self.assertEqual(changed("    f(kFirst);", "neighbour taken"), {"    f(kSecond);"})
         self.assertEqual(changed("    f(rate.num);", "another member"), {"    f(rate.den);"})
         self.assertEqual(changed("    f(std::min(a, b));", "another function"), {"    f(std::max(a, b));"})

@@ -27,17 +27,17 @@ RecordingName ParseRecordingName(const std::string& recording) {
     using Kind = RecordingName::Kind;
     constexpr std::string_view kLocal = "file:";
     if (recording == "-") {
-        return {.kind = Kind::kStandardInput, .text = {}};
+        return {.kind = Kind::StandardInput, .text = {}};
     }
     std::error_code error;
     if (std::filesystem::exists(recording, error)) {
-        return {.kind = Kind::kFile, .text = recording};
+        return {.kind = Kind::File, .text = recording};
     }
     if (recording.starts_with(kLocal)) {
         const std::string path = recording.substr(kLocal.size());
-        return {.kind = Kind::kFile, .text = path.starts_with("//") ? path.substr(2) : path};
+        return {.kind = Kind::File, .text = path.starts_with("//") ? path.substr(2) : path};
     }
-    return {.kind = IsUrl(recording) ? Kind::kUrl : Kind::kFile, .text = recording};
+    return {.kind = IsUrl(recording) ? Kind::Url : Kind::File, .text = recording};
 }
 
 }  // namespace parts

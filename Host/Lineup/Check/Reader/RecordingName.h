@@ -10,9 +10,9 @@ inline namespace parts {
 
 /// What a person named as a recording.
 struct RecordingName {
-    enum class Kind { kFile, kStandardInput, kUrl };
+    enum class Kind { File, StandardInput, Url };
 
-    Kind kind = Kind::kFile;
+    Kind kind = Kind::File;
     std::string text;  ///< the file's path, or the URL
 };
 

@@ -44,7 +44,7 @@ RecordingReader::RecordingReader(std::unique_ptr<ByteInput> input, std::function
     } catch (const Cancelled&) {
         throw;
     } catch (const Error& error) {
-        throw Unreadable(Unreadable::Why::kNoRecording, error.what());
+        throw Unreadable(Unreadable::Why::NoRecording, error.what());
     }
 }
 
@@ -60,7 +60,7 @@ void RecordingReader::ReadFacts() {
     while (!mTracks) {
         const std::optional<DecoderMessage> message = mMessages.Next();
         if (!message) {
-            throw Unreadable(Unreadable::Why::kNoRecording, WithCause("the decoder ended too early", mEnding()));
+            throw Unreadable(Unreadable::Why::NoRecording, WithCause("the decoder ended too early", mEnding()));
         }
         if (const auto* const hello = std::get_if<decoding::Hello>(&*message)) {
             mGivenUp = hello->givenUp;
@@ -69,8 +69,8 @@ void RecordingReader::ReadFacts() {
             mSeconds = begin->seconds > 0 ? std::optional(begin->seconds) : std::nullopt;
             mTracks.emplace(mMessages.Tracks());
         } else if (const auto* const end = std::get_if<decoding::End>(&*message)) {
-            const bool isSilent = end->cause == static_cast<std::uint32_t>(EndCause::kNoSound);
-            throw Unreadable(isSilent ? Unreadable::Why::kNoSound : Unreadable::Why::kNoRecording,
+            const bool isSilent = end->cause == static_cast<std::uint32_t>(EndCause::NoSound);
+            throw Unreadable(isSilent ? Unreadable::Why::NoSound : Unreadable::Why::NoRecording,
                              FieldText(end->reason));
         }
     }
@@ -89,11 +89,11 @@ void RecordingReader::TakeUp(const DecoderMessage& message) {
 void RecordingReader::Finish(const std::optional<decoding::End>& end) {
     const auto endsBy = [&end](EndCause cause) { return end && static_cast<EndCause>(end->cause) == cause; };
     mHasEnded = true;
-    mHasBrokenOff = !end || endsBy(EndCause::kCutShort) || endsBy(EndCause::kNoMemory);
+    mHasBrokenOff = !end || endsBy(EndCause::CutShort) || endsBy(EndCause::NoMemory);
     mTracks->PadAll();
     if (!end) {
         mEndedBecause = WithCause("the decoder ended too early", mEnding());
-    } else if (!endsBy(EndCause::kWhole)) {
+    } else if (!endsBy(EndCause::Whole)) {
         mEndedBecause = FieldText(end->reason);
     }
 }
@@ -144,7 +144,7 @@ std::vector<CheckNote> RecordingReader::Notes() const {
     std::vector<CheckNote> notes;
     if ((mGivenUp & decoding::kEverything) != decoding::kEverything) {
         notes.push_back({.id = "decoder-not-confined",
-                         .part = CheckPart::kBoth,
+                         .part = CheckPart::Both,
                          .text = fmt::format("The recording was decoded with rights that decoding does not need: {}.",
                                              MissingProtection(mGivenUp))});
     }

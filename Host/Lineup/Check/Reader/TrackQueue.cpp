@@ -21,7 +21,7 @@ bool IsNumber(float value) {
     return (bits & kInfinity) != kInfinity;
 }
 
-// Copies without branches, and counts what is no number in a second round that is hardly ever needed.
+// Copies without branches, and counts NaN and infinity in a second round that is hardly ever needed.
 std::int64_t CopyNumbers(std::span<const float> from, float* to) {
     bool allAreNumbers = true;
     for (std::size_t i = 0; i < from.size(); ++i) {

@@ -13,7 +13,7 @@ inline namespace parts {
 /// A recording whose sound cannot be read. The text says why.
 class LINEUP_API Unreadable : public Error {
 public:
-    enum class Why : std::uint8_t { kNoRecording, kNoSound };
+    enum class Why : std::uint8_t { NoRecording, NoSound };
 
     Unreadable(Why why, const std::string& text) : Error(text), mWhy(why) {}
 

@@ -87,13 +87,13 @@ SoundFindings NothingFound(const SoundSource& source, const CheckSettings& setti
     findings.sound.sampleRate = source.SampleRate();
     findings.sound.inputs = source.Inputs();
     if (settings.expect == "none") {
-        findings.verdict = CheckVerdict::kRight;
+        findings.verdict = CheckVerdict::Right;
     } else if (settings.expect == "tone") {
-        findings.notes.push_back({"no-line-up", CheckPart::kSound,
+        findings.notes.push_back({"no-line-up", CheckPart::Sound,
                                   "No steady tone was found. A second of one would settle what the path did."});
     } else {
         findings.notes.push_back(
-            {"no-line-up", CheckPart::kSound,
+            {"no-line-up", CheckPart::Sound,
              "No identification sequence and no steady tone was found. A whole cycle, or three seconds of tone, "
              "would settle what the path did."});
     }

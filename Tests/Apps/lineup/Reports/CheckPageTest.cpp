@@ -98,7 +98,7 @@ TEST_F(CheckPages, SayWhatTheTerminalSays) {
 TEST_F(CheckPages, ForServersCountFailuresAndErrors) {
     const std::string xml = cli::CheckJunit(kThree);
     const auto kinds = lineup::CheckFaultKinds();
-    const auto ofSound = std::ranges::count(kinds, lineup::CheckPart::kSound, &lineup::CheckFaultKind::part);
+    const auto ofSound = std::ranges::count(kinds, lineup::CheckPart::Sound, &lineup::CheckFaultKind::part);
     EXPECT_THAT(xml, HasSubstr("<testsuites name=\"lineup check\" tests=\"" + std::to_string(2 * ofSound + 1) +
                                "\" failures=\"2\" errors=\"1\">"));
     EXPECT_THAT(xml, HasSubstr("<testcase classname=\"lineup.check.sound\" name=\"polarity-inverted\">\n"

@@ -10,7 +10,7 @@ namespace test {
 inline lineup::CheckReport RightCheckReport() {
     lineup::CheckReport report;
     report.source = "take <1>.mov";
-    report.verdict = lineup::CheckVerdict::kRight;
+    report.verdict = lineup::CheckVerdict::Right;
     lineup::SoundReport& sound = report.sound.emplace();
     sound.expected = "blits";
     sound.sampleRate = 48000;
@@ -41,12 +41,12 @@ inline lineup::CheckReport RightCheckReport() {
 /// The same with the third input upside down and nothing at the fourth.
 inline lineup::CheckReport FaultyCheckReport() {
     lineup::CheckReport report = RightCheckReport();
-    report.verdict = lineup::CheckVerdict::kFaults;
+    report.verdict = lineup::CheckVerdict::Faults;
     report.sound->channels[2].polarity = -1;
     report.sound->channels[3] = lineup::ChannelReport();
     report.sound->channels[3].input = 3;
     report.faults.push_back({.id = "polarity-inverted",
-                             .part = lineup::CheckPart::kSound,
+                             .part = lineup::CheckPart::Sound,
                              .inputs = {2},
                              .channels = {"C"},
                              .measured = -1,
@@ -55,7 +55,7 @@ inline lineup::CheckReport FaultyCheckReport() {
                              .at = {},
                              .text = "C (input 3) is upside down."});
     report.faults.push_back({.id = "channel-missing",
-                             .part = lineup::CheckPart::kSound,
+                             .part = lineup::CheckPart::Sound,
                              .inputs = {3},
                              .channels = {"LFE"},
                              .measured = {},
@@ -72,7 +72,7 @@ inline lineup::CheckReport UnreadableCheckReport() {
     lineup::CheckReport report;
     report.source = "missing.wav";
     report.notes.push_back({.id = "unreadable",
-                            .part = lineup::CheckPart::kBoth,
+                            .part = lineup::CheckPart::Both,
                             .text = "cannot read missing.wav: there is no such file"});
     return report;
 }

@@ -22,12 +22,12 @@ enum ExitCode : int { kDone = 0, kNobodyListens = 1, kUsedWrongly = 2 };
 
 std::optional<InputKind> ParseKind(std::string_view word) {
     if (word == "file") {
-        return InputKind::kFile;
+        return InputKind::File;
     }
     if (word == "pipe") {
-        return InputKind::kPipe;
+        return InputKind::Pipe;
     }
-    return word == "url" ? std::optional(InputKind::kUrl) : std::nullopt;
+    return word == "url" ? std::optional(InputKind::Url) : std::nullopt;
 }
 
 std::chrono::milliseconds ParseStall(std::string_view word) {

@@ -41,7 +41,7 @@ std::string WithComplaint(const std::string& text) {
 MediaInput::MediaInput(InputKind kind, const std::string& name, std::chrono::milliseconds stall)
     : mKind(kind), mStall(stall), mFormat(RequireMemory(avformat_alloc_context())), mDeadline(Clock::now() + stall) {
     mFormat->opaque = this;
-    if (mKind == InputKind::kUrl) {
+    if (mKind == InputKind::Url) {
         mFormat->interrupt_callback = {.callback = OnWait, .opaque = this};
         Open(name);
     } else {
@@ -51,7 +51,7 @@ MediaInput::MediaInput(InputKind kind, const std::string& name, std::chrono::mil
 }
 
 void MediaInput::PrepareDescriptor() {
-    mIo = MakeDescriptorIo(mKind == InputKind::kFile);
+    mIo = MakeDescriptorIo(mKind == InputKind::File);
     mFormat->pb = mIo.get();
     mFormat->flags |= AVFMT_FLAG_CUSTOM_IO;
     mFormat->io_open = RefuseToOpen;
@@ -59,7 +59,7 @@ void MediaInput::PrepareDescriptor() {
 
 void MediaInput::Open(const std::string& name) {
     AVDictionary* options = nullptr;
-    av_dict_set(&options, "protocol_whitelist", mKind == InputKind::kUrl ? kProtocols : "none", 0);
+    av_dict_set(&options, "protocol_whitelist", mKind == InputKind::Url ? kProtocols : "none", 0);
     AVFormatContext* format = mFormat.release();  // which is freed when it cannot be opened
     const int opened = avformat_open_input(&format, name.c_str(), nullptr, &options);
     mFormat.reset(format);
@@ -72,19 +72,19 @@ void MediaInput::Open(const std::string& name) {
         throw std::bad_alloc();
     }
     if (mRefersToOthers) {
-        throw EarlyEnd(EndCause::kNotOpened, "it refers to other files, which are not opened");
+        throw EarlyEnd(EndCause::NotOpened, "it refers to other files, which are not opened");
     }
     if (known == AVERROR_EXIT) {
         EndForStall();
     }
     if (known == AVERROR_INVALIDDATA || known == AVERROR_EOF) {
-        throw EarlyEnd(EndCause::kNotOpened, WithComplaint("it is of no kind that the FFmpeg libraries know"));
+        throw EarlyEnd(EndCause::NotOpened, WithComplaint("it is of no kind that the FFmpeg libraries know"));
     }
-    throw EarlyEnd(EndCause::kNotOpened, WithComplaint(AvErrorText(known)));
+    throw EarlyEnd(EndCause::NotOpened, WithComplaint(AvErrorText(known)));
 }
 
 void MediaInput::EndForStall() const {
-    throw EarlyEnd(EndCause::kStalled,
+    throw EarlyEnd(EndCause::Stalled,
                    fmt::format("nothing has arrived for {} s", std::chrono::duration<double>(mStall).count()));
 }
 
@@ -128,10 +128,10 @@ bool MediaInput::Read(AVPacket& packet) {
             throw std::bad_alloc();
         }
         if (result != AVERROR_INVALIDDATA && result != AVERROR(EAGAIN)) {
-            throw EarlyEnd(EndCause::kCutShort, WithComplaint("reading failed: " + AvErrorText(result)));
+            throw EarlyEnd(EndCause::CutShort, WithComplaint("reading failed: " + AvErrorText(result)));
         }
     }
-    throw EarlyEnd(EndCause::kCutShort, WithComplaint("what follows cannot be made sense of"));
+    throw EarlyEnd(EndCause::CutShort, WithComplaint("what follows cannot be made sense of"));
 }
 
 }  // namespace lineup::decoding

@@ -11,7 +11,7 @@ void Require(int result) {
         throw std::bad_alloc();
     }
     if (result < 0) {
-        throw EarlyEnd(EndCause::kCutShort, "a track's sample rate cannot be converted: " + AvErrorText(result));
+        throw EarlyEnd(EndCause::CutShort, "a track's sample rate cannot be converted: " + AvErrorText(result));
     }
 }
 

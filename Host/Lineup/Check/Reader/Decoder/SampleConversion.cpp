@@ -62,7 +62,7 @@ void ConvertSamples(const AVFrame& frame, std::size_t first, std::size_t count, 
         case AV_SAMPLE_FMT_DBL:
             return Convert<double>(frame, range, to);
         default:
-            throw EarlyEnd(EndCause::kCutShort, "its samples are of an unknown format");
+            throw EarlyEnd(EndCause::CutShort, "its samples are of an unknown format");
     }
 }
 

@@ -101,7 +101,7 @@ private:
             chosen.push_back(index);
         }
         if (chosen.empty()) {
-            throw EarlyEnd(EndCause::kNoSound, mLeftOut > 0 ? "its tracks have too many channels" : "it has no sound");
+            throw EarlyEnd(EndCause::NoSound, mLeftOut > 0 ? "its tracks have too many channels" : "it has no sound");
         }
         return chosen;
     }
@@ -130,7 +130,7 @@ private:
     void RequireWholeTracks() const {
         for (const auto& track : mTracks) {
             if (!track->Trouble().empty()) {
-                throw EarlyEnd(EndCause::kRaggedEnd, "its end cannot be decoded: " + track->Trouble());
+                throw EarlyEnd(EndCause::RaggedEnd, "its end cannot be decoded: " + track->Trouble());
             }
         }
     }
@@ -151,14 +151,14 @@ End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds st
     };
     try {
         MediaInput input(kind, name, stall);
-        Session session(input, out, kind != InputKind::kFile);
+        Session session(input, out, kind != InputKind::File);
         session.OpenTracks();
         session.DecodeAll();
-        return end(EndCause::kWhole, "");
+        return end(EndCause::Whole, "");
     } catch (const EarlyEnd& early) {
         return end(early.Cause(), early.what());
     } catch (const std::bad_alloc&) {
-        return end(EndCause::kNoMemory, "decoding it takes more memory than it may");
+        return end(EndCause::NoMemory, "decoding it takes more memory than it may");
     }
 }
 

@@ -17,8 +17,8 @@ AvCodecContext OpenDecoder(const AVStream& stream) {
     const AVCodecParameters& parameters = *stream.codecpar;
     const AVCodec* const codec = avcodec_find_decoder(parameters.codec_id);
     if (codec == nullptr) {
-        throw EarlyEnd(EndCause::kNotOpened, fmt::format("the FFmpeg libraries here cannot decode {}",
-                                                         avcodec_get_name(parameters.codec_id)));
+        throw EarlyEnd(EndCause::NotOpened, fmt::format("the FFmpeg libraries here cannot decode {}",
+                                                        avcodec_get_name(parameters.codec_id)));
     }
     AvCodecContext decoder(RequireMemory(avcodec_alloc_context3(codec)));
     if (avcodec_parameters_to_context(decoder.get(), &parameters) < 0) {
@@ -28,7 +28,7 @@ AvCodecContext OpenDecoder(const AVStream& stream) {
     decoder->thread_count = 1;
     decoder->err_recognition = AV_EF_CRCCHECK | AV_EF_EXPLODE;  // what fails its own checksum is damaged
     if (const int result = avcodec_open2(decoder.get(), codec, nullptr); result < 0) {
-        throw EarlyEnd(EndCause::kNotOpened, fmt::format("{} cannot be decoded: {}", codec->name, AvErrorText(result)));
+        throw EarlyEnd(EndCause::NotOpened, fmt::format("{} cannot be decoded: {}", codec->name, AvErrorText(result)));
     }
     return decoder;
 }
@@ -118,13 +118,13 @@ void SoundTrack::RequireSameKind() const {
     if (mFrame->ch_layout.nb_channels != mChannels || mFrame->sample_rate != static_cast<int>(mOwnRate)) {
         const double seconds = static_cast<double>(mClock.End()) / mOwnRate;
         throw EarlyEnd(
-            EndCause::kCutShort,
+            EndCause::CutShort,
             fmt::format("at {:.3f} s track {} turns from {} channels at {} Hz into {} at {} Hz", seconds, mIndex + 1,
                         mChannels, mOwnRate, mFrame->ch_layout.nb_channels, mFrame->sample_rate));
     }
 }
 
-// A recording may begin in the midst of anything: what cannot be decoded before the first frame is no damage.
+// A recording may begin in the midst of anything: packets that fail before the first frame are not damage.
 void SoundTrack::TakeFrame(MessageWriter& out) {
     const bool isCorrupt = (mFrame->flags & AV_FRAME_FLAG_CORRUPT) != 0 || mFrame->decode_error_flags != 0;
     if (mFrame->nb_samples <= 0 || (isCorrupt && !mHasBegun)) {

@@ -19,7 +19,7 @@ namespace {
 constexpr int kFirstOutOfTheWay = 10;
 
 [[noreturn]] void Fail(const std::string& cause) {
-    throw Unreadable(Unreadable::Why::kNoRecording, cause);
+    throw Unreadable(Unreadable::Why::NoRecording, cause);
 }
 
 std::string Cause(int error) {
@@ -37,12 +37,12 @@ Descriptor OutOfTheWay(int number) {
 }
 
 RecordingInput OpenRecording(const RecordingName& name) {
-    if (name.kind == RecordingName::Kind::kUrl) {
+    if (name.kind == RecordingName::Kind::Url) {
         return {};
     }
     Descriptor opened;
     int number = STDIN_FILENO;
-    if (name.kind == RecordingName::Kind::kFile) {
+    if (name.kind == RecordingName::Kind::File) {
         number = open(name.text.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
         opened = Descriptor(number);
     }

@@ -44,7 +44,7 @@ std::vector<char*> Environment() {
 
 std::vector<std::string> Arguments(const RecordingName& recording, const RecordingInput& input,
                                    const DecoderSettings& settings) {
-    const bool isUrl = recording.kind == RecordingName::Kind::kUrl;
+    const bool isUrl = recording.kind == RecordingName::Kind::Url;
     const char* const kind = isUrl ? "url" : input.canSeek ? "file" : "pipe";
     return {settings.program.string(), kind, std::to_string(settings.stall.count()), recording.text};
 }

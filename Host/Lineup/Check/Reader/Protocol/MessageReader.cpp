@@ -73,7 +73,7 @@ std::optional<DecoderMessage> MessageReader::Next() {
     if (mBegin == mEnd) {
         mBegin = mEnd = 0;
     }
-    if (mStage == Stage::kEnded || !Fetch(sizeof(MessageHeader))) {
+    if (mStage == Stage::Ended || !Fetch(sizeof(MessageHeader))) {
         return std::nullopt;
     }
     const auto header = Head<MessageHeader>(std::span(mBytes).subspan(mBegin));
@@ -87,28 +87,28 @@ std::optional<DecoderMessage> MessageReader::Next() {
 }
 
 DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte> body) {
-    Require((kind == MessageKind::kHello) == (mStage == Stage::kStart), "it greets at the beginning, and only there");
+    Require((kind == MessageKind::Hello) == (mStage == Stage::Start), "it greets at the beginning, and only there");
     switch (kind) {
-        case MessageKind::kHello: {
+        case MessageKind::Hello: {
             const auto hello = Whole<Hello>(body);
             Require(hello.version == decoding::kProtocolVersion, "it is of another version");
-            mStage = Stage::kNaming;
+            mStage = Stage::Naming;
             return hello;
         }
-        case MessageKind::kTrack:
+        case MessageKind::Track:
             return ParseTrack(body);
-        case MessageKind::kBegin:
+        case MessageKind::Begin:
             return ParseBegin(body);
-        case MessageKind::kSamples:
+        case MessageKind::Samples:
             return ParseSamples(body);
-        case MessageKind::kDamage:
+        case MessageKind::Damage:
             return ParseDamage(body);
-        case MessageKind::kReading:
+        case MessageKind::Reading:
             return ParseReading(body);
-        case MessageKind::kEnd: {
+        case MessageKind::End: {
             const auto end = Whole<End>(body);
-            Require(end.cause <= static_cast<std::uint32_t>(EndCause::kRaggedEnd), "it ends for no known cause");
-            mStage = Stage::kEnded;
+            Require(end.cause <= static_cast<std::uint32_t>(EndCause::RaggedEnd), "it ends for no known cause");
+            mStage = Stage::Ended;
             return end;
         }
     }
@@ -118,7 +118,7 @@ DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte>
 
 DecoderMessage MessageReader::ParseTrack(std::span<const std::byte> body) {
     const auto track = Whole<Track>(body);
-    Require(mStage == Stage::kNaming && track.index == mTracks.size() && track.index < decoding::kMostTracks,
+    Require(mStage == Stage::Naming && track.index == mTracks.size() && track.index < decoding::kMostTracks,
             "tracks are named once, in their order");
     Require(track.channels >= 1 && track.channels <= decoding::kMostChannels - mChannels,
             "a track has no possible channels");
@@ -134,16 +134,16 @@ DecoderMessage MessageReader::ParseTrack(std::span<const std::byte> body) {
 
 DecoderMessage MessageReader::ParseBegin(std::span<const std::byte> body) {
     const auto begin = Whole<Begin>(body);
-    Require(mStage == Stage::kNaming && begin.tracks == mTracks.size() && !mTracks.empty(),
+    Require(mStage == Stage::Naming && begin.tracks == mTracks.size() && !mTracks.empty(),
             "it begins without the tracks that it counts");
-    Require(std::isfinite(begin.seconds) && begin.seconds >= 0, "a length is no number of seconds");
-    mStage = Stage::kRunning;
+    Require(std::isfinite(begin.seconds) && begin.seconds >= 0, "a length is not a finite number of seconds");
+    mStage = Stage::Running;
     return begin;
 }
 
 DecoderMessage MessageReader::ParseSamples(std::span<const std::byte> body) {
     const auto head = Head<Samples>(body);
-    Require(mStage == Stage::kRunning && head.track < mTracks.size(), "samples are of no track");
+    Require(mStage == Stage::Running && head.track < mTracks.size(), "samples are of no track");
     const Track& track = mTracks[head.track];
     Require(head.channels == track.channels && head.count >= 1, "samples are of other channels than their track");
     const std::uint64_t values = std::uint64_t{head.channels} * head.count;
@@ -161,7 +161,7 @@ DecoderMessage MessageReader::ParseSamples(std::span<const std::byte> body) {
 
 DecoderMessage MessageReader::ParseDamage(std::span<const std::byte> body) const {
     const auto damage = Whole<Damage>(body);
-    Require(mStage == Stage::kRunning && damage.track < mTracks.size(), "damage is of no track");
+    Require(mStage == Stage::Running && damage.track < mTracks.size(), "damage is of no track");
     Require(damage.position >= 0 && damage.position < decoding::kLastPosition && damage.count >= 0 &&
                 damage.count < decoding::kLastPosition,
             "damage is at no possible place");

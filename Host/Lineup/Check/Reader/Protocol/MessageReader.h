@@ -66,13 +66,13 @@ private:
     [[nodiscard]] DecoderMessage ParseDamage(std::span<const std::byte> body) const;
     [[nodiscard]] DecoderMessage ParseReading(std::span<const std::byte> body);
 
-    enum class Stage : std::uint8_t { kStart, kNaming, kRunning, kEnded };
+    enum class Stage : std::uint8_t { Start, Naming, Running, Ended };
 
     ByteInput* mInput;
     std::vector<std::byte> mBytes;
     std::size_t mBegin = 0;  // of what has not been taken apart
     std::size_t mEnd = 0;
-    Stage mStage = Stage::kStart;
+    Stage mStage = Stage::Start;
     std::vector<decoding::Track> mTracks;
     std::vector<std::int64_t> mEnds;  // one a track: where its samples end so far
     std::uint32_t mChannels = 0;

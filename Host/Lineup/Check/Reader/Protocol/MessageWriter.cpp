@@ -20,7 +20,7 @@ MessageWriter::MessageWriter(int descriptor) : mDescriptor(descriptor), mBytes(k
 
 std::span<float> MessageWriter::WriteSamples(const Samples& head) {
     const std::size_t values = std::size_t{head.count} * head.channels;
-    const auto room = PutBytes(MessageKind::kSamples, std::as_bytes(std::span(&head, 1)),
+    const auto room = PutBytes(MessageKind::Samples, std::as_bytes(std::span(&head, 1)),
                                std::min(values, kMostValues) * sizeof(float));
     // Every message is a whole number of floats long, so this one's samples lie where floats may.
     return {reinterpret_cast<float*>(room.data()), room.size() / sizeof(float)};

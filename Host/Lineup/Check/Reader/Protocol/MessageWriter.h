@@ -21,12 +21,12 @@ class MessageWriter {
 public:
     explicit MessageWriter(int descriptor);
 
-    void Write(const Hello& body) { Put(MessageKind::kHello, body); }
-    void Write(const Track& body) { Put(MessageKind::kTrack, body); }
-    void Write(const Begin& body) { Put(MessageKind::kBegin, body); }
-    void Write(const Damage& body) { Put(MessageKind::kDamage, body); }
-    void Write(const Reading& body) { Put(MessageKind::kReading, body); }
-    void Write(const End& body) { Put(MessageKind::kEnd, body); }
+    void Write(const Hello& body) { Put(MessageKind::Hello, body); }
+    void Write(const Track& body) { Put(MessageKind::Track, body); }
+    void Write(const Begin& body) { Put(MessageKind::Begin, body); }
+    void Write(const Damage& body) { Put(MessageKind::Damage, body); }
+    void Write(const Reading& body) { Put(MessageKind::Reading, body); }
+    void Write(const End& body) { Put(MessageKind::End, body); }
 
     /// Makes room for a message of samples and returns where they go, head.count * head.channels of them.
     [[nodiscard]] std::span<float> WriteSamples(const Samples& head);

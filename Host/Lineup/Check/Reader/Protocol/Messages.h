@@ -10,14 +10,14 @@
 ///   Hello, then Track for each track from 0 on, then Begin, then Samples, Damage and Reading as they come, then End.
 ///
 /// Reading may come anywhere after Hello. End may come at any time after Hello, and nothing after it. The program that
-/// listens believes none of it: MessageReader says what holds of what it lets through. Kinds above kEnd are left for
+/// listens believes none of it: MessageReader says what holds of what it lets through. Kinds above End are left for
 /// pictures.
 namespace lineup::decoding {
 
 inline constexpr std::uint32_t kProtocolVersion = 1;
 
 /// The descriptors that the decoding program is started with, beside standard error.
-inline constexpr int kInputDescriptor = 0;    ///< the recording, where it is no URL
+inline constexpr int kInputDescriptor = 0;    ///< the recording, unless it is a URL
 inline constexpr int kMessageDescriptor = 3;  ///< the pipe
 
 inline constexpr std::size_t kMostTracks = 64;
@@ -28,7 +28,7 @@ inline constexpr std::int64_t kLastPosition = std::int64_t{1} << 52;  ///< sampl
 inline constexpr double kLongestGapSeconds = 10;                      ///< within a track
 inline constexpr double kLatestStartSeconds = 86400;                  ///< of a track after the first
 
-enum class MessageKind : std::uint32_t { kHello = 1, kTrack, kBegin, kSamples, kDamage, kReading, kEnd };
+enum class MessageKind : std::uint32_t { Hello = 1, Track, Begin, Samples, Damage, Reading, End };
 
 struct MessageHeader {
     std::uint32_t kind;
@@ -59,7 +59,7 @@ struct Track {
     std::uint32_t index;         ///< from 0, in the order of the recording
     std::uint32_t sampleRate;    ///< Hz, 1 to kHighestRate, the same for all
     std::uint32_t channels;      ///< 1 to 64
-    std::uint32_t bits;          ///< of a whole-numbered sample, up to 64; 0 where there is no such number
+    std::uint32_t bits;          ///< of a whole-numbered sample, up to 64; 0 where the format has none
     std::uint32_t flags;         ///< TrackFlags; neither where it is not known
     std::uint32_t recordedRate;  ///< Hz, what the track has itself
     TextField<32> codec;
@@ -99,19 +99,19 @@ struct Reading {
 };
 
 enum class EndCause : std::uint32_t {
-    kWhole,      ///< the end of the recording
-    kNotOpened,  ///< what it is cannot be told, or it cannot be reached
-    kNoSound,
-    kCutShort,  ///< reading or decoding failed on the way
-    kStalled,   ///< nothing has arrived for too long
-    kNoMemory,
-    kRaggedEnd,  ///< its last packets cannot be decoded: it was cut off there
+    Whole,      ///< the end of the recording
+    NotOpened,  ///< what it is cannot be told, or it cannot be reached
+    NoSound,
+    CutShort,  ///< reading or decoding failed on the way
+    Stalled,   ///< nothing has arrived for too long
+    NoMemory,
+    RaggedEnd,  ///< its last packets cannot be decoded: it was cut off there
 };
 
 struct End {
     std::uint32_t cause;  ///< an EndCause
     std::uint32_t reserved;
-    TextField<192> reason;  ///< empty for kWhole
+    TextField<192> reason;  ///< empty for Whole
 };
 
 static_assert(sizeof(Hello) == 8 && sizeof(Track) == 120 && sizeof(Begin) == 80 && sizeof(Samples) == 24 &&

@@ -17,7 +17,7 @@ std::string Case::ChannelAt(std::size_t input) const {
 CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text) {
     CheckFault fault;
     fault.id = id;
-    fault.unit = FindCheckFaultKind(id, CheckPart::kSound)->unit;
+    fault.unit = FindCheckFaultKind(id, CheckPart::Sound)->unit;
     fault.text = std::move(text);
     for (const std::size_t input : inputs) {
         fault.inputs.push_back(static_cast<int>(input));
@@ -30,7 +30,7 @@ CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& input
 }
 
 void Case::Note(std::string_view id, std::string text) {
-    findings.notes.push_back({std::string(id), CheckPart::kSound, std::move(text)});
+    findings.notes.push_back({std::string(id), CheckPart::Sound, std::move(text)});
 }
 
 double CodecNoise(const Case& check, std::size_t input) {

@@ -115,7 +115,7 @@ void DecideMixed(Case& check) {
             const double leak = isMore ? heard / levels[channel] : 0;
             const bool own = check.At(input).channel == channel;
             // What never sounds alone is what others leave, and they are not what they were.
-            const bool changed = check.change.kind != LevelChange::Kind::kNone || check.facts.lossy.value_or(false);
+            const bool changed = check.change.kind != LevelChange::Kind::None || check.facts.lossy.value_or(false);
             const bool neverAlone = levels.size() == 2 && changed;
             const bool isExplained =
                 check.unsteady || check.shapes[input].mains || check.shapes[input].clipped < 1 || neverAlone;

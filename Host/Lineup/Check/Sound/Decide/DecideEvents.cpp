@@ -36,20 +36,20 @@ void AddJump(Case& check, const SoundEvent& event, double at) {
 
 void AddFault(Case& check, const SoundEvent& event, double at) {
     switch (event.kind) {
-        case SoundEvent::Kind::kDropout:
+        case SoundEvent::Kind::Dropout:
             check
                 .Add("dropout", event.inputs,
                      fmt::format("From {} on {:.1f} ms are silent or damaged{}.", Place(at), event.amount * 1000,
                                  Where(check, event)))
                 .measured = event.amount;
             break;
-        case SoundEvent::Kind::kJump:
+        case SoundEvent::Kind::Jump:
             AddJump(check, event, at);
             break;
-        case SoundEvent::Kind::kClick:
+        case SoundEvent::Kind::Click:
             check.Add("click", event.inputs, fmt::format("A click at {}{}.", Place(at), Where(check, event)));
             break;
-        case SoundEvent::Kind::kLevelStep:
+        case SoundEvent::Kind::LevelStep:
             return;
     }
     check.findings.faults.back().at = at;
@@ -59,7 +59,7 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
 
 void DecideEvents(Case& check) {
     std::vector<SoundEvent> events = check.lineup.events;
-    std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::kLevelStep; });
+    std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::LevelStep; });
     std::ranges::stable_sort(events, {}, &SoundEvent::at);
     for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {
         AddFault(check, events[i], check.facts.startSeconds + events[i].at);

@@ -31,7 +31,7 @@ double OwnGain(const Case& check, std::size_t input) {
 
 // What an input's level was before the path moved it, or cut its tops off, dB.
 double LevelOf(const Case& check, const LevelChange& change, std::size_t input) {
-    const bool moved = change.kind == LevelChange::Kind::kStep && change.levels[input];
+    const bool moved = change.kind == LevelChange::Kind::Step && change.levels[input];
     const double db = moved ? *change.levels[input] : DbFromGain(OwnGain(check, input));
     return db - DbFromGain(ClippedGain(check.shapes[input].clipped));
 }
@@ -104,19 +104,19 @@ void AddChange(Case& check, const LevelChange& change) {
     std::string text;
     std::optional<double> at;
     switch (change.kind) {
-        case LevelChange::Kind::kNone:
+        case LevelChange::Kind::None:
             return;
-        case LevelChange::Kind::kStep:
+        case LevelChange::Kind::Step:
             at = check.facts.startSeconds + change.at;
             text = fmt::format("The level goes {} by {:.2f} dB at {:.3f} s.", change.db > 0 ? "up" : "down",
                                std::abs(change.db), *at);
             break;
-        case LevelChange::Kind::kParts:
+        case LevelChange::Kind::Parts:
             text =
                 fmt::format("What is sent softer arrives {:.2f} dB too {} beside the rest: a limiter or a compressor.",
                             std::abs(change.db), change.db > 0 ? "loud" : "soft");
             break;
-        case LevelChange::Kind::kRiding:
+        case LevelChange::Kind::Riding:
             text = fmt::format("The level moves by about {:.2f} dB.", change.db);
             break;
     }
@@ -142,7 +142,7 @@ LevelChange FindLevelChange(const Case& check) {
         bent = std::max(bent, shape.distorted ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
     }
     const bool isExplained = clipped || std::abs(change.db) < DbFromGain(1 + bent);
-    change.kind = isExplained ? LevelChange::Kind::kNone : change.kind;
+    change.kind = isExplained ? LevelChange::Kind::None : change.kind;
     return change;
 }
 
@@ -150,7 +150,7 @@ void DecideLevels(Case& check) {
     const double tolerance = check.Tolerance("level");
     const LevelChange& change = check.change;
     AddChange(check, change);
-    if (change.kind == LevelChange::Kind::kParts || change.kind == LevelChange::Kind::kRiding) {
+    if (change.kind == LevelChange::Kind::Parts || change.kind == LevelChange::Kind::Riding) {
         return;  // which of the levels is the right one cannot be known
     }
     const std::vector<Deviation> deviations = Deviations(check, change);

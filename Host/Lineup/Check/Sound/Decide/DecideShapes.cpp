@@ -118,7 +118,7 @@ void DecideClipped(Case& check) {
 
 void DecideDistorted(Case& check) {
     // Gain that follows the sound bends it too.
-    if (check.change.kind == LevelChange::Kind::kParts) {
+    if (check.change.kind == LevelChange::Kind::Parts) {
         return;
     }
     const auto inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.distorted; });

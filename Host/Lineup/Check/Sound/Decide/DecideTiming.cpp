@@ -47,7 +47,7 @@ double CodecDoubt(const Case& check, std::size_t input) {
 double JumpDoubt(const Case& check, std::size_t input) {
     constexpr double kByEdges = 2;  // samples
     const bool rough = std::ranges::any_of(check.lineup.events, [](const SoundEvent& event) {
-        return event.kind == SoundEvent::Kind::kJump && event.phases.empty();
+        return event.kind == SoundEvent::Kind::Jump && event.phases.empty();
     });
     return rough && !check.lineup.inputs[input].surveyed.hasEdges ? kByEdges : 0;
 }

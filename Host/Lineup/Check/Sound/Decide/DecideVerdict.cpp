@@ -87,9 +87,9 @@ void DecideVerdict(Case& check) {
                                limited.empty() ? "a whole cycle" : "a recording from before the codec"));
     }
     const bool isSure = unheard.empty() && open.empty();
-    check.findings.verdict = !check.findings.faults.empty() ? CheckVerdict::kFaults
-                             : isSure                       ? CheckVerdict::kRight
-                                                            : CheckVerdict::kCannotTell;
+    check.findings.verdict = !check.findings.faults.empty() ? CheckVerdict::Faults
+                             : isSure                       ? CheckVerdict::Right
+                                                            : CheckVerdict::CannotTell;
 }
 
 }  // namespace lineup::sound

@@ -10,7 +10,7 @@ inline namespace parts {
 
 /// What was found of the sound, and what is wrong with it.
 struct SoundFindings {
-    CheckVerdict verdict = CheckVerdict::kCannotTell;
+    CheckVerdict verdict = CheckVerdict::CannotTell;
     SoundReport sound;
     std::vector<CheckFault> faults;
     std::vector<CheckNote> notes;

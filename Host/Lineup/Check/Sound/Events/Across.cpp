@@ -59,8 +59,8 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
     around.Place(meter.Where(), delays);
     SlotSound sound = around.Measure(number);
     for (const SoundEvent& event : FindEvents(*mHistory, mReference, around, sound)) {
-        // The edge of another channel's tone is no click where that one leaks.
-        const bool isEdge = event.kind == SoundEvent::Kind::kClick || event.kind == SoundEvent::Kind::kLevelStep;
+        // Where another channel leaks, the edge of its tone looks like a click.
+        const bool isEdge = event.kind == SoundEvent::Kind::Click || event.kind == SoundEvent::Kind::LevelStep;
         if (!isEdge && !IsKnown(events, event.at) && !IsKnown(known, event.at)) {
             events.push_back(event);
         }
@@ -69,7 +69,7 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
 
 bool IsKnown(std::span<const SoundEvent> events, double at) {
     return std::ranges::any_of(events, [at](const SoundEvent& known) {
-        const double end = known.at + (known.kind == SoundEvent::Kind::kDropout ? known.amount : 0);
+        const double end = known.at + (known.kind == SoundEvent::Kind::Dropout ? known.amount : 0);
         return at > known.at - kSameEvent && at < end + kSameEvent;
     });
 }

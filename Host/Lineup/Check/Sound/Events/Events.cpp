@@ -22,7 +22,7 @@ constexpr double kOtherAmplitude = 0.12;  // of the usual one
 constexpr double kEventSounds = 1e-4;     // full scale: a tone to compare with
 constexpr std::size_t kBlocksBeside = 3;  // that tell what the tone is before and after
 constexpr std::size_t kShortSlot = 12;    // blocks
-constexpr double kClearOfTone = 0.004;    // of the tone: what is no longer its own
+constexpr double kClearOfTone = 0.004;    // of the tone: more than its own noise
 constexpr double kClearOfNoise = 6;       // times its r.m.s.
 constexpr double kClearAtLeast = 2e-4;
 constexpr double kClearOfPeak = 0.06;  // of the farthest from the tone: what filters make ring
@@ -109,7 +109,7 @@ std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch,
             break;
         }
         ++found;
-        // The nearest one has something of what rings; it counts where there is no other.
+        // The nearest one has something of what rings; it counts where it is the only one.
         if (away == 2) {
             std::ranges::fill(gains, std::complex<double>());
             count = 0;
@@ -215,34 +215,34 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     const bool sounds = usual.amplitude > kEventSounds && usual.amplitude * usual.amplitude > usual.residual;
     if (!sounds) {
         return length < kLongestClick
-                   ? std::optional(SoundEvent{SoundEvent::Kind::kClick, middle, zoom.FarthestFrom(before), {}})
+                   ? std::optional(SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}})
                    : std::nullopt;
     }
     const double tonePower = usual.amplitude * usual.amplitude / 2;
     if (length > kShortestSilence &&
         zoom.PowerWithin(*begins + kFilterReach, *ends - kFilterReach) < kSilentOfTone * kSilentOfTone * tonePower) {
-        return SoundEvent{SoundEvent::Kind::kDropout, *begins, length, {}};
+        return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
     }
     const std::complex<double> change = after[usual.tone] / before[usual.tone];
     const double doubt = std::sqrt(usual.residual) / usual.amplitude;
     if (std::abs(std::arg(change)) > std::max(lossy ? kLeastCodedTurn : kLeastTurn, doubt)) {
         const double lost = std::arg(change) / (kTurn * frequency);
-        return SoundEvent{SoundEvent::Kind::kJump, middle, lost, {}, {{lost, 1 / frequency}}};
+        return SoundEvent{SoundEvent::Kind::Jump, middle, lost, {}, {{lost, 1 / frequency}}};
     }
     if (std::abs(std::abs(change) - 1) > std::max(kLeastStep, doubt)) {
-        return SoundEvent{SoundEvent::Kind::kLevelStep, middle, 20 * std::log10(std::abs(change)), {}};
+        return SoundEvent{SoundEvent::Kind::LevelStep, middle, 20 * std::log10(std::abs(change)), {}};
     }
     if (length < kLongestClick) {
-        return SoundEvent{SoundEvent::Kind::kClick, middle, zoom.FarthestFrom(before), {}};
+        return SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}};
     }
-    return SoundEvent{SoundEvent::Kind::kDropout, *begins, length, {}};
+    return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
 }
 
 // What happens at one place is one thing, at all inputs that have it; where one says more than another, that counts.
 void AddEvent(const SoundEvent& event, std::size_t input, std::vector<SoundEvent>& events) {
     for (SoundEvent& known : events) {
         const bool isSame = std::abs(known.at - event.at) < kOneEvent ||
-                            (known.kind == SoundEvent::Kind::kDropout && event.at > known.at &&
+                            (known.kind == SoundEvent::Kind::Dropout && event.at > known.at &&
                              event.at < known.at + known.amount + kOneEvent);
         if (isSame) {
             known.inputs.push_back(input);
@@ -277,7 +277,7 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
             };
             const auto before = GainsBeside(input, stretch, false, isGood);
             const auto after = GainsBeside(input, stretch, true, isGood);
-            // One that reaches an end of the slot is no event of it: the sequence itself may begin or end there.
+            // One that reaches an end of the slot is left out: the sequence itself may begin or end there.
             if (before && after) {
                 const double first = input.firstMiddle + (static_cast<double>(stretch.first) - 1.5) * sound.step;
                 const double end = input.firstMiddle + (static_cast<double>(stretch.end) + 0.5) * sound.step;

@@ -16,13 +16,13 @@ struct PhaseJump {
 struct SoundEvent {
     /// What says most comes first.
     enum class Kind : std::uint8_t {
-        kDropout,    ///< `amount` seconds are silent or damaged
-        kJump,       ///< time jumps: `amount` seconds were lost, or, below 0, came twice
-        kLevelStep,  ///< the level goes by `amount` dB and stays there
-        kClick,      ///< `amount` is its height
+        Dropout,    ///< `amount` seconds are silent or damaged
+        Jump,       ///< time jumps: `amount` seconds were lost, or, below 0, came twice
+        LevelStep,  ///< the level goes by `amount` dB and stays there
+        Click,      ///< `amount` is its height
     };
 
-    Kind kind = Kind::kClick;
+    Kind kind = Kind::Click;
     double at = 0;  ///< s from the start of the recording
     double amount = 0;
     std::vector<std::size_t> inputs;

@@ -11,7 +11,7 @@ namespace {
 using Complex = std::complex<double>;
 
 constexpr std::size_t kBlock = kShortestTone / 4;
-constexpr double kQuiet = 1e-6;                  // full scale: below it there is no tone
+constexpr double kQuiet = 1e-6;                  // full scale: below it is silence
 constexpr double kToneSegmentsSamePitch = 1e-3;  // relative, of neighbouring blocks
 constexpr double kOnTheSine = 2e-3;              // of the amplitude
 

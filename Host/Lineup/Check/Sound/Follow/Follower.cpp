@@ -116,7 +116,7 @@ void Follower::Take(const SlotNumber& number) {
         Measure(mMeter.Measure(silent));
     }
     for (SoundEvent& event : events) {
-        if (event.kind == SoundEvent::Kind::kJump && !TakeJump(event, sound)) {
+        if (event.kind == SoundEvent::Kind::Jump && !TakeJump(event, sound)) {
             continue;
         }
         Keep(event);

@@ -12,7 +12,7 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kOtherPitchHz = 0.3;   // what is no error of measuring
+constexpr double kOtherPitchHz = 0.3;   // beyond the error of measuring
 constexpr double kStraightPhase = 0.5;  // radians r.m.s.
 constexpr double kLowToneLoud = 0.3;    // of what was sent
 constexpr double kPitchStepHz = 0.1;    // pitches that are written down are multiples of this

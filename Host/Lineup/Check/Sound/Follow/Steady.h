@@ -29,7 +29,8 @@ struct SteadyTone {
 };
 
 /// Looks at the tone: its exact pitch, and each input's level and phase. The phases tell delays up to a quarter of the
-/// period, and beyond that what is upside down: against most inputs, or the first. Empty where it is no tone after all.
+/// period, and beyond that what is upside down: against most inputs, or the first. Empty where the tone turns out not
+/// to be steady.
 [[nodiscard]] std::optional<SteadyTone> SurveyTone(const History& history, const ToneSighting& sighting,
                                                    const Expectation& expected,
                                                    const std::shared_ptr<const Importer>& importer);

@@ -37,7 +37,7 @@ std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& ref
     return slots;
 }
 
-// How loud a slot's tone is at the input where it is loudest, against what was sent; 0 where it is no clear tone.
+// How loud a slot's tone is at the input where it is loudest, against what was sent; 0 unless it is a clear tone.
 double LoudnessOf(const SlotSound& sound, const Reference& reference) {
     double loudest = 0;
     const std::vector<RefTone>& tones = reference.slots[sound.number.slot].tones;
@@ -139,13 +139,13 @@ public:
             std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
             across.AddEvents(mMeter, number, mJumps, events);
             for (SoundEvent& event : events) {
-                if (event.kind == SoundEvent::Kind::kJump && mJumps.size() < kMostJumps) {
+                if (event.kind == SoundEvent::Kind::Jump && mJumps.size() < kMostJumps) {
                     TakeJump(event, runs);
                 }
             }
         }
         if (const auto step = mJumps.empty() ? FindStep(RoughEdges(runs, *mReference, mPlacing)) : std::nullopt) {
-            SoundEvent event{SoundEvent::Kind::kJump, step->at, step->lost, {}};
+            SoundEvent event{SoundEvent::Kind::Jump, step->at, step->lost, {}};
             TakeJump(event, runs);
         }
         std::ranges::sort(mPlacing.jumps, {}, &TimeJump::at);

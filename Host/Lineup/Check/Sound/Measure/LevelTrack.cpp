@@ -93,7 +93,7 @@ LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inp
     const auto parts = Fit(sorted, inputs, [](const LevelPoint& point) { return !point.full; });
     if (parts && std::abs(parts->change) > least && parts->cost < best) {
         best = parts->cost;
-        found.kind = LevelChange::Kind::kParts;
+        found.kind = LevelChange::Kind::Parts;
         found.db = parts->change;
         found.levels = parts->levels;
     }
@@ -106,11 +106,11 @@ LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inp
         const auto step = Fit(sorted, inputs, [at](const LevelPoint& point) { return point.at > at; });
         if (step && std::abs(step->change) > least && step->cost + kNoMatter < best) {
             best = step->cost;
-            found = {LevelChange::Kind::kStep, step->change, at, step->levels};
+            found = {LevelChange::Kind::Step, step->change, at, step->levels};
         }
     }
-    if (found.kind == LevelChange::Kind::kNone && plain > least) {
-        found.kind = LevelChange::Kind::kRiding;
+    if (found.kind == LevelChange::Kind::None && plain > least) {
+        found.kind = LevelChange::Kind::Riding;
         found.db = 2 * plain;
     }
     return found;

@@ -17,9 +17,9 @@ struct LevelPoint {
 
 /// How levels move.
 struct LevelChange {
-    enum class Kind : std::uint8_t { kNone, kStep, kParts, kRiding };
+    enum class Kind : std::uint8_t { None, Step, Parts, Riding };
 
-    Kind kind = Kind::kNone;
+    Kind kind = Kind::None;
     double db = 0;  ///< of a step; by how much the parts have come closer; how far it swings
     double at = 0;  ///< s: of a step
     /// Of each input: its level at first, or, where parts have come closer, that of the loud ones. Empty where it has

@@ -12,7 +12,7 @@ namespace {
 TEST(CheckingPage, ExplainsEveryFaultOfTheSound) {
     const std::string page = test::ReadFile(TEST_SOURCE_DIR "/Docs/checking.md");
     for (const lineup::CheckFaultKind& kind : lineup::CheckFaultKinds()) {
-        if (kind.part == lineup::CheckPart::kSound) {
+        if (kind.part == lineup::CheckPart::Sound) {
             EXPECT_THAT(page, testing::HasSubstr("\n| `" + std::string(kind.id) + "` | "));
         }
     }

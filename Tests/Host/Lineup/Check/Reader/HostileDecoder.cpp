@@ -138,7 +138,7 @@ constexpr std::array kDeeds = {
 };
 
 std::string WordOf(InputKind kind, std::string_view name) {
-    if (kind == InputKind::kUrl) {
+    if (kind == InputKind::Url) {
         return std::string(name.substr(name.rfind('/') + 1));
     }
     std::array<char, 64> text{};
@@ -176,9 +176,7 @@ void Flood(MessageWriter& out) {
 
 int main(int, char** argv) {
     const std::string_view kindWord = argv[1];
-    const InputKind kind = kindWord == "url"    ? InputKind::kUrl
-                           : kindWord == "pipe" ? InputKind::kPipe
-                                                : InputKind::kFile;
+    const InputKind kind = kindWord == "url" ? InputKind::Url : kindWord == "pipe" ? InputKind::Pipe : InputKind::File;
     const std::string word = WordOf(kind, argv[3]);
     const std::uint32_t givenUp = GiveUpRights(kind);
     MessageWriter out(kMessageDescriptor);
@@ -194,7 +192,7 @@ int main(int, char** argv) {
     }
     for (const Deed& deed : kDeeds) {
         if (deed.word == word) {
-            out.Write(End{.cause = static_cast<std::uint32_t>(EndCause::kNotOpened),
+            out.Write(End{.cause = static_cast<std::uint32_t>(EndCause::NotOpened),
                           .reserved = 0,
                           .reason = ToField<192>(deed.act())});
             out.Flush();

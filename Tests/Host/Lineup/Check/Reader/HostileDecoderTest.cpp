@@ -41,7 +41,7 @@ std::uint32_t CanGiveUp() {
     static const std::uint32_t givenUp = [] {
         const pid_t child = fork();
         if (child == 0) {
-            _exit(static_cast<int>(lineup::decoding::GiveUpRights(lineup::decoding::InputKind::kFile)));
+            _exit(static_cast<int>(lineup::decoding::GiveUpRights(lineup::decoding::InputKind::File)));
         }
         int status = 0;
         waitpid(child, &status, 0);

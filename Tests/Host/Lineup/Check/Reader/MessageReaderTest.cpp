@@ -107,9 +107,9 @@ TEST(MessageReader, TakesNoMessageOutOfItsPlace) {
 TEST(MessageReader, TakesNoMessageOfAnotherKindOrSize) {
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{8}, 0.0)), HasSubstr("of no known kind"));
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{0}, 0.0)), HasSubstr("of no known kind"));
-    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::kTrack, 0.0)), HasSubstr("another size"));
-    EXPECT_THAT(ReadAll(Words().Add(MessageKind::kHello, char{1})), HasSubstr("no possible size"));
-    EXPECT_THAT(ReadAll(Words().Hello().Header(MessageKind::kReading, 0xfffffffc)), HasSubstr("no possible size"));
+    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Track, 0.0)), HasSubstr("another size"));
+    EXPECT_THAT(ReadAll(Words().Add(MessageKind::Hello, char{1})), HasSubstr("no possible size"));
+    EXPECT_THAT(ReadAll(Words().Hello().Header(MessageKind::Reading, 0xfffffffc)), HasSubstr("no possible size"));
     std::vector<float> tooMany(lineup::decoding::kMostValues + 1);
     EXPECT_THAT(ReadAll(Started().Samples(0, 0, tooMany)), HasSubstr("no possible size"));
 }
@@ -117,14 +117,14 @@ TEST(MessageReader, TakesNoMessageOfAnotherKindOrSize) {
 TEST(MessageReader, TakesNoGreetingOfAnotherVersion) {
     auto hello = Words::RightHello();
     hello.version = 2;
-    EXPECT_THAT(ReadAll(Words().Add(MessageKind::kHello, hello)), HasSubstr("of another version"));
+    EXPECT_THAT(ReadAll(Words().Add(MessageKind::Hello, hello)), HasSubstr("of another version"));
 }
 
 TEST(MessageReader, TakesNoImpossibleTrack) {
     const auto withTrack = [](const std::function<void(lineup::decoding::Track&)>& change) {
         auto track = Words::RightTrack(0);
         change(track);
-        return ReadAll(Words().Hello().Add(MessageKind::kTrack, track));
+        return ReadAll(Words().Hello().Add(MessageKind::Track, track));
     };
     EXPECT_EQ(withTrack([](auto&) {}), "");
     EXPECT_THAT(withTrack([](auto& track) { track.channels = 0; }), HasSubstr("possible channels"));
@@ -143,7 +143,7 @@ TEST(MessageReader, TakesNoMoreChannelsThanThereMayBe) {
 TEST(MessageReader, TakesNoTracksOfDifferentRates) {
     auto other = Words::RightTrack(1);
     other.sampleRate = 44100;
-    EXPECT_THAT(ReadAll(Words().Hello().Track(0).Add(MessageKind::kTrack, other)), HasSubstr("different sample rates"));
+    EXPECT_THAT(ReadAll(Words().Hello().Track(0).Add(MessageKind::Track, other)), HasSubstr("different sample rates"));
 }
 
 TEST(MessageReader, TakesNoLengthThatIsNoNumber) {
@@ -151,7 +151,7 @@ TEST(MessageReader, TakesNoLengthThatIsNoNumber) {
          {-1.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
         auto begin = Words::RightBegin(1);
         begin.seconds = seconds;
-        EXPECT_THAT(ReadAll(Words().Hello().Track(0).Add(MessageKind::kBegin, begin)), HasSubstr("number of seconds"));
+        EXPECT_THAT(ReadAll(Words().Hello().Track(0).Add(MessageKind::Begin, begin)), HasSubstr("number of seconds"));
     }
 }
 
@@ -160,10 +160,10 @@ TEST(MessageReader, TakesNoSamplesOfOtherTracksOrChannels) {
     EXPECT_THAT(ReadAll(Started(2).Samples(0, 0, {1}, 1)), HasSubstr("other channels than their track"));
     EXPECT_THAT(ReadAll(Started().Samples(0, 0, {})), HasSubstr("other channels than their track"));
     lineup::decoding::Samples head{.track = 0, .channels = 1, .count = 3, .reserved = 0, .position = 0};
-    EXPECT_THAT(ReadAll(Started().Add(MessageKind::kSamples, head, std::vector<float>{1, 2})),
+    EXPECT_THAT(ReadAll(Started().Add(MessageKind::Samples, head, std::vector<float>{1, 2})),
                 HasSubstr("another size than it says"));
     head.count = 0xffffffff;
-    EXPECT_THAT(ReadAll(Started().Add(MessageKind::kSamples, head, std::vector<float>{1, 2})),
+    EXPECT_THAT(ReadAll(Started().Add(MessageKind::Samples, head, std::vector<float>{1, 2})),
                 HasSubstr("another size than it says"));
 }
 
@@ -181,28 +181,27 @@ TEST(MessageReader, TakesNoSamplesAtImpossiblePlaces) {
 
 TEST(MessageReader, TakesNoImpossibleDamage) {
     const lineup::decoding::Damage right{.track = 0, .reserved = 0, .position = 5, .count = 0, .reason = {}};
-    EXPECT_EQ(ReadAll(StartedWith(MessageKind::kDamage, right)), "");
+    EXPECT_EQ(ReadAll(StartedWith(MessageKind::Damage, right)), "");
     auto damage = right;
     damage.track = 1;
-    EXPECT_THAT(ReadAll(StartedWith(MessageKind::kDamage, damage)), HasSubstr("damage is of no track"));
+    EXPECT_THAT(ReadAll(StartedWith(MessageKind::Damage, damage)), HasSubstr("damage is of no track"));
     damage = right;
     damage.position = -1;
-    EXPECT_THAT(ReadAll(StartedWith(MessageKind::kDamage, damage)), HasSubstr("damage is at no possible place"));
+    EXPECT_THAT(ReadAll(StartedWith(MessageKind::Damage, damage)), HasSubstr("damage is at no possible place"));
     damage = right;
     damage.count = std::numeric_limits<std::int64_t>::min();
-    EXPECT_THAT(ReadAll(StartedWith(MessageKind::kDamage, damage)), HasSubstr("damage is at no possible place"));
+    EXPECT_THAT(ReadAll(StartedWith(MessageKind::Damage, damage)), HasSubstr("damage is at no possible place"));
 }
 
 TEST(MessageReader, TakesNoSignOfWorkWithoutWork) {
     using lineup::decoding::Reading;
-    EXPECT_EQ(ReadAll(Words().Hello().Add(MessageKind::kReading, Reading{1}).Add(MessageKind::kReading, Reading{2})),
-              "");
-    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::kReading, Reading{2}).Add(MessageKind::kReading, Reading{2})),
+    EXPECT_EQ(ReadAll(Words().Hello().Add(MessageKind::Reading, Reading{1}).Add(MessageKind::Reading, Reading{2})), "");
+    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Reading, Reading{2}).Add(MessageKind::Reading, Reading{2})),
                 HasSubstr("goes on without going on"));
 }
 
 TEST(MessageReader, TakesNoEndForAnUnknownCause) {
-    EXPECT_EQ(ReadAll(Words().Hello().End(EndCause::kRaggedEnd)), "");
+    EXPECT_EQ(ReadAll(Words().Hello().End(EndCause::RaggedEnd)), "");
     EXPECT_THAT(ReadAll(Words().Hello().End(EndCause{7})), HasSubstr("no known cause"));
 }
 

@@ -27,14 +27,14 @@ public:
         Append(&header, sizeof header);
         return *this;
     }
-    Words& Hello() { return Add(lineup::decoding::MessageKind::kHello, RightHello()); }
+    Words& Hello() { return Add(lineup::decoding::MessageKind::Hello, RightHello()); }
     Words& Track(std::uint32_t index, std::uint32_t channels = 1) {
-        return Add(lineup::decoding::MessageKind::kTrack, RightTrack(index, channels));
+        return Add(lineup::decoding::MessageKind::Track, RightTrack(index, channels));
     }
-    Words& Begin(std::uint32_t tracks) { return Add(lineup::decoding::MessageKind::kBegin, RightBegin(tracks)); }
+    Words& Begin(std::uint32_t tracks) { return Add(lineup::decoding::MessageKind::Begin, RightBegin(tracks)); }
     Words& Samples(std::uint32_t track, std::int64_t position, const std::vector<float>& values,
                    std::uint32_t channels = 1) {
-        return Add(lineup::decoding::MessageKind::kSamples,
+        return Add(lineup::decoding::MessageKind::Samples,
                    lineup::decoding::Samples{.track = track,
                                              .channels = channels,
                                              .count = static_cast<std::uint32_t>(values.size() / channels),
@@ -42,8 +42,8 @@ public:
                                              .position = position},
                    values);
     }
-    Words& End(lineup::decoding::EndCause cause = lineup::decoding::EndCause::kWhole) {
-        return Add(lineup::decoding::MessageKind::kEnd, RightEnd(cause));
+    Words& End(lineup::decoding::EndCause cause = lineup::decoding::EndCause::Whole) {
+        return Add(lineup::decoding::MessageKind::End, RightEnd(cause));
     }
 
     static lineup::decoding::Hello RightHello() {

@@ -13,7 +13,7 @@ class RecordingNames : public test::TestFolder {};
 
 TEST_F(RecordingNames, AreFilesUnlessTheySayOtherwise) {
     for (const char* const name : {"a.wav", "/b/c.mov", "1:2.wav", "a b://c", "://x", "-.wav", "", "C:\\take.wav"}) {
-        EXPECT_EQ(ParseRecordingName(name).kind, Kind::kFile) << name;
+        EXPECT_EQ(ParseRecordingName(name).kind, Kind::File) << name;
         EXPECT_EQ(ParseRecordingName(name).text, name);
     }
 }
@@ -21,26 +21,26 @@ TEST_F(RecordingNames, AreFilesUnlessTheySayOtherwise) {
 TEST_F(RecordingNames, AreUrlsWithASchemeInFront) {
     for (const char* const name : {"srt://host:1234?mode=caller", "rtp://239.0.0.1:5004", "http://h/x.ts",
                                    "unix:///run/x", "data:audio/wav;base64,UklGRg=="}) {
-        EXPECT_EQ(ParseRecordingName(name).kind, Kind::kUrl) << name;
+        EXPECT_EQ(ParseRecordingName(name).kind, Kind::Url) << name;
         EXPECT_EQ(ParseRecordingName(name).text, name);
     }
 }
 
 TEST_F(RecordingNames, AreStandardInputForADash) {
-    EXPECT_EQ(ParseRecordingName("-").kind, Kind::kStandardInput);
+    EXPECT_EQ(ParseRecordingName("-").kind, Kind::StandardInput);
 }
 
 TEST_F(RecordingNames, AreFilesWhereThereIsOneOfThatName) {
     const auto file = Folder() / "http:" / "take.wav";
     test::WriteFile(file, "x");
     const std::string name = Folder().string() + "/http://take.wav";
-    EXPECT_EQ(ParseRecordingName(name).kind, Kind::kFile);
+    EXPECT_EQ(ParseRecordingName(name).kind, Kind::File);
 }
 
 TEST_F(RecordingNames, MayNameAFileAsAUrl) {
     EXPECT_EQ(ParseRecordingName("file:take.wav").text, "take.wav");
     EXPECT_EQ(ParseRecordingName("file:///there/take.wav").text, "/there/take.wav");
-    EXPECT_EQ(ParseRecordingName("file:take.wav").kind, Kind::kFile);
+    EXPECT_EQ(ParseRecordingName("file:take.wav").kind, Kind::File);
 }
 
 }  // namespace

@@ -72,8 +72,8 @@ TEST(RecordingReader, TellsWhatWentWrongFromARecordingThatIsOver) {
         EndCause cause;
         bool isBroken;
     };
-    for (const Row& row : {Row{EndCause::kCutShort, true}, Row{EndCause::kNoMemory, true},
-                           Row{EndCause::kStalled, false}, Row{EndCause::kRaggedEnd, false}}) {
+    for (const Row& row : {Row{EndCause::CutShort, true}, Row{EndCause::NoMemory, true}, Row{EndCause::Stalled, false},
+                           Row{EndCause::RaggedEnd, false}}) {
         const auto reader = Reader(AfterTheStart().Samples(0, 0, kThree).End(row.cause));
         ReadToTheEnd(*reader);
         EXPECT_EQ(reader->EndedBecause(), "why");
@@ -86,15 +86,15 @@ TEST(RecordingReader, SaysWhyNothingCanBeRead) {
         try {
             static_cast<void>(Reader(words, "it crashed"));
         } catch (const lineup::Unreadable& unreadable) {
-            return (unreadable.Reason() == lineup::Unreadable::Why::kNoSound ? "no sound: " : "no recording: ") +
+            return (unreadable.Reason() == lineup::Unreadable::Why::NoSound ? "no sound: " : "no recording: ") +
                    std::string(unreadable.what());
         }
         return "";
     };
     EXPECT_EQ(why(Words()), "no recording: the decoder ended too early: it crashed");
     EXPECT_EQ(why(Words().Hello().Track(0)), "no recording: the decoder ended too early: it crashed");
-    EXPECT_EQ(why(Words().Hello().End(EndCause::kNotOpened)), "no recording: why");
-    EXPECT_EQ(why(Words().Hello().End(EndCause::kNoSound)), "no sound: why");
+    EXPECT_EQ(why(Words().Hello().End(EndCause::NotOpened)), "no recording: why");
+    EXPECT_EQ(why(Words().Hello().End(EndCause::NoSound)), "no sound: why");
     EXPECT_THAT(why(Words().Track(0)), HasSubstr("no recording: the decoder talks nonsense"));
 }
 
@@ -102,7 +102,7 @@ TEST(RecordingReader, KnowsTheBitsThatAllTracksShare) {
     auto other = Words::RightTrack(1);
     other.bits = 16;
     EXPECT_EQ(Reader(Words().Hello().Track(0).Track(1).Begin(2))->Bits(), 24);
-    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::kTrack, other).Begin(2))->Bits(), std::nullopt);
+    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::Track, other).Begin(2))->Bits(), std::nullopt);
 }
 
 TEST(RecordingReader, IsLossyWhereOneTrackIs) {
@@ -111,15 +111,15 @@ TEST(RecordingReader, IsLossyWhereOneTrackIs) {
     auto unknown = Words::RightTrack(1);
     unknown.flags = 0;
     EXPECT_EQ(Reader(AfterTheStart())->Lossy(), false);
-    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::kTrack, lossy).Begin(2))->Lossy(), true);
-    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::kTrack, unknown).Begin(2))->Lossy(), std::nullopt);
+    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::Track, lossy).Begin(2))->Lossy(), true);
+    EXPECT_EQ(Reader(Words().Hello().Track(0).Add(MessageKind::Track, unknown).Begin(2))->Lossy(), std::nullopt);
 }
 
 TEST(RecordingReader, SaysWhichRightsTheDecoderHasKept) {
     EXPECT_THAT(Reader(AfterTheStart())->Notes(), testing::IsEmpty());
     auto hello = Words::RightHello();
     hello.givenUp = lineup::decoding::kMemory;
-    const auto notes = Reader(Words().Add(MessageKind::kHello, hello).Track(0).Begin(1))->Notes();
+    const auto notes = Reader(Words().Add(MessageKind::Hello, hello).Track(0).Begin(1))->Notes();
     ASSERT_EQ(notes.size(), 1U);
     EXPECT_EQ(notes[0].id, "decoder-not-confined");
     EXPECT_THAT(notes[0].text, testing::AllOf(HasSubstr("seccomp"), HasSubstr("Landlock"),

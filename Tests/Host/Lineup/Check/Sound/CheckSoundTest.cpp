@@ -24,7 +24,7 @@ class CleanIdent : public testing::TestWithParam<const char*> {};
 TEST_P(CleanIdent, IsRightWhereverTheRecordingBegins) {
     for (const double first : {0.0, 1.37, 8.2}) {
         const auto findings = Check(Ident(GetParam(), 14.5, first));
-        EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kRight) << first;
+        EXPECT_EQ(findings.verdict, lineup::CheckVerdict::Right) << first;
         EXPECT_EQ(findings.sound.expected, GetParam()) << first;
         EXPECT_EQ(Ids(findings), Strings()) << first;
         ASSERT_TRUE(findings.sound.speed);
@@ -230,7 +230,7 @@ TEST(CheckSound, AnotherSequenceThanTheOneAskedForIsAFault) {
 TEST(CheckSound, IsNotCalledRightWhereAChannelWasNotHeard) {
     const auto findings = Check(Ident("blits", 4));
     EXPECT_EQ(Ids(findings), Strings());
-    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kCannotTell);
+    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::CannotTell);
     ASSERT_FALSE(findings.notes.empty());
     EXPECT_EQ(findings.notes[0].id, "channels-not-heard");
     EXPECT_NE(findings.notes[0].text.find("Rs"), std::string::npos) << findings.notes[0].text;
@@ -240,12 +240,12 @@ TEST(CheckSound, FindsNothingInNoiseAndSilence) {
     std::mt19937 random(3);
     std::normal_distribution<float> noise(0, 0.1F);
     Sound sound(2, std::vector<float>(static_cast<std::size_t>(20 * kRate)));
-    EXPECT_EQ(Check(sound).verdict, lineup::CheckVerdict::kCannotTell);
+    EXPECT_EQ(Check(sound).verdict, lineup::CheckVerdict::CannotTell);
     for (float& x : sound[0]) {
         x = noise(random);
     }
     const auto findings = Check(sound);
-    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kCannotTell);
+    EXPECT_EQ(findings.verdict, lineup::CheckVerdict::CannotTell);
     ASSERT_EQ(findings.notes.size(), 1U);
     EXPECT_EQ(findings.notes[0].id, "no-line-up");
 }

@@ -26,7 +26,7 @@ lineup::CheckSettings ExpectTone(double frequency, double levelDb) {
 TEST(SteadyTone, OfAnyMakerIsRightAndNamesNoChannel) {
     for (const double frequency : {100.0, 440.0, 997.0, 1000.0, 2000.0}) {
         const auto findings = Check(Tone(frequency, 0.1, 5));
-        EXPECT_EQ(findings.verdict, lineup::CheckVerdict::kRight) << frequency;
+        EXPECT_EQ(findings.verdict, lineup::CheckVerdict::Right) << frequency;
         EXPECT_EQ(findings.sound.expected, "tone");
         ASSERT_TRUE(findings.sound.speed) << frequency;
         EXPECT_NEAR(findings.sound.speed->ppm, 0, 0.1);
@@ -66,7 +66,7 @@ TEST(SteadyTone, IsNoSequenceAndAShortOneIsNothing) {
     lineup::CheckSettings settings;
     settings.expect = "blits";
     EXPECT_EQ(Ids(Check(Tone(1000, 0.125, 5), kRate, settings)), Strings{"sequence-other"});
-    EXPECT_EQ(Check(Tone(1000, 0.125, 0.6)).verdict, lineup::CheckVerdict::kCannotTell);
+    EXPECT_EQ(Check(Tone(1000, 0.125, 0.6)).verdict, lineup::CheckVerdict::CannotTell);
 }
 
 TEST(SteadyTone, IsWhatSettingsOfAClipSay) {

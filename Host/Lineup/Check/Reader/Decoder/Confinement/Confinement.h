@@ -6,9 +6,9 @@ namespace lineup::decoding {
 
 /// What is decoded, and so what the process still needs.
 enum class InputKind : std::uint8_t {
-    kFile,  ///< open already
-    kPipe,  ///< open already
-    kUrl,   ///< needs the network, and what the system says of it in files
+    File,  ///< open already
+    Pipe,  ///< open already
+    Url,   ///< needs the network, and what the system says of it in files
 };
 
 /// Gives up every right that decoding does not need, for good: processes, programs, files, signals to others, and for

@@ -35,7 +35,7 @@ constexpr int kFirstWithNetwork = 4;
 constexpr std::array kSystemFolders = {"/etc", "/usr", "/lib", "/lib64", "/run/systemd/resolve", "/dev/urandom"};
 
 Ruleset Everything(long version, InputKind kind) {
-    Ruleset rules{.files = kAllFirst, .network = kind == InputKind::kUrl ? 0 : kBindAndConnect};
+    Ruleset rules{.files = kAllFirst, .network = kind == InputKind::Url ? 0 : kBindAndConnect};
     rules.files |= version >= 2 ? kRefer : 0;
     rules.files |= version >= 3 ? kTruncate : 0;
     rules.files |= version >= 5 ? kDevices : 0;
@@ -67,7 +67,7 @@ bool GiveUpFiles(InputKind kind) {
     if (ruleset < 0) {
         return false;
     }
-    if (kind == InputKind::kUrl) {
+    if (kind == InputKind::Url) {
         for (const char* const folder : kSystemFolders) {
             AllowReading(ruleset, folder);
         }

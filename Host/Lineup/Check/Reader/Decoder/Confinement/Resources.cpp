@@ -49,8 +49,8 @@ bool LimitResources(InputKind kind) {
     Limit(RLIMIT_FSIZE, 0);
     Limit(RLIMIT_MSGQUEUE, 0);
     Limit(RLIMIT_MEMLOCK, 0);
-    Limit(RLIMIT_CPU, kind == InputKind::kFile ? kFileSeconds : kStreamSeconds);
-    Limit(RLIMIT_NOFILE, kind == InputKind::kUrl ? kUrlDescriptors : kFileDescriptors + 1);
+    Limit(RLIMIT_CPU, kind == InputKind::File ? kFileSeconds : kStreamSeconds);
+    Limit(RLIMIT_NOFILE, kind == InputKind::Url ? kUrlDescriptors : kFileDescriptors + 1);
     return isMemoryLimited;
 }
 

@@ -97,7 +97,7 @@ constexpr std::uint32_t kWholeWord = 0xffffffff;
 // Everything that will ever be executed is there already; names of hosts are looked up by libraries that are not.
 void AllowMapping(FilterProgram& filter, InputKind kind) {
     for (const long call : {SYS_mmap, SYS_mprotect}) {
-        if (kind == InputKind::kUrl) {
+        if (kind == InputKind::Url) {
             filter.Allow(call);
         } else {
             filter.AllowIf(call, 2, PROT_EXEC, 0);
@@ -133,7 +133,7 @@ bool GiveUpSystemCalls(InputKind kind) {
     }
     AllowMapping(filter, kind);
     AllowConditionally(filter);
-    if (kind == InputKind::kUrl) {
+    if (kind == InputKind::Url) {
         for (const long call : kForNetwork) {
             filter.Allow(call);
         }

@@ -5,7 +5,7 @@ import unittest
 from mistakes import mistakes_in
 from names import Names
 
-HEADER = """enum class Kind { kOne, kTwo };
+HEADER = """enum class Kind { One, Two };
 constexpr int kFirst = 1;
 constexpr int kSecond = 2;
 """

@@ -141,11 +141,13 @@ lineup::BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const Cli
                                      const Complain& complain) {
     lineup::ToneChoice tone = choice.tone;
     tone.sampleRateHz = rateHz;
-    const double highest = rateHz / 2.0;
-    if (tone.frequencyHz && *tone.frequencyHz > highest) {
-        complain(fmt::format("{} {}: must be {} to {} {} at a sample rate of {} Hz; {} is used", kFrequency.name,
-                             *tone.frequencyHz, kFrequency.lowest, highest, kFrequency.unit, rateHz, highest));
-        tone.frequencyHz = highest;
+    const double half = rateHz / 2.0;
+    if (tone.frequencyHz && static_cast<float>(*tone.frequencyHz) >= static_cast<float>(half)) {
+        complain(
+            fmt::format("{} {}: must be below {} {}, half the sample rate of {} Hz, where a sine is next to "
+                        "silent; {} is used",
+                        kFrequency.name, *tone.frequencyHz, half, kFrequency.unit, rateHz, half - 1));
+        tone.frequencyHz = half - 1;
     }
     return lineup::MakeSettings(importer, tone);
 }

@@ -36,8 +36,8 @@ bool UpdateTexts(mlt_properties properties, PropertyTexts& texts);
 /// a sentence that names the property and its range.
 [[nodiscard]] ClipChoice MakeChoice(const PropertyTexts& texts, const Complain& complain);
 
-/// The settings record of the chosen clip at `rateHz`. A frequency above half the rate is brought down to
-/// it, with a sentence.
+/// The settings record of the chosen clip at `rateHz`. A frequency of half the rate or more is brought
+/// down below it, with a sentence.
 [[nodiscard]] lineup::BarsAndToneInfo MakeSettings(const lineup::Importer& importer, const ClipChoice& choice,
                                                    int rateHz, const Complain& complain);
 

@@ -21,7 +21,7 @@ struct NameProperty {
     std::span<const std::string_view> names;  ///< the first is the default
 };
 
-/// Hz; at most half the sample rate that the sound is asked for at.
+/// Hz; below half the sample rate that the sound is asked for at.
 inline constexpr NumberProperty kFrequency{"frequency", 1, 24000, 1000, "Hz"};
 
 /// dBFS of the peak. When it is not set the gain is exactly 0.25, which this default stands for.

@@ -15,7 +15,7 @@ class Importer;
 struct ToneChoice {
     std::optional<std::string> channels = {};  ///< a ChannelLayout's name
     std::optional<double> sampleRateHz = {};   ///< kLowestSampleRateHz to kHighestSampleRateHz, whole
-    std::optional<double> frequencyHz = {};    ///< 1 to half the sample rate; steady tone only
+    std::optional<double> frequencyHz = {};    ///< from 1 on, below half the sample rate; steady tone only
     std::optional<double> levelDb = {};        ///< dBFS of the peak, -300 (silence) to 0; steady tone only
     std::optional<std::string> ident = {};     ///< an Ident's name
 };
@@ -24,5 +24,9 @@ struct ToneChoice {
 /// those, byte for byte. Throws UsageError
 /// for a value out of range or a combination that a clip cannot have.
 [[nodiscard]] LINEUP_API BarsAndToneInfo MakeSettings(const Importer& importer, const ToneChoice& choice);
+
+/// Throws UsageError (option "frequency") for a steady tone of half the sample rate, whose samples all lie where the
+/// sine crosses zero, or of more, which is heard as another one. A settings record may hold either.
+LINEUP_API void CheckTone(const BarsAndToneInfo& settings);
 
 }  // namespace lineup

@@ -3,6 +3,7 @@
 #include <lineup/DesktopToolkit.h>
 #include <lineup/Error.h>
 #include <lineup/SettingsFile.h>
+#include <lineup/ToneChoice.h>
 #include <lineup/UsageError.h>
 #include "Apps/lineup/Options/CommonOptions.h"
 #include "Host/Lineup/Files/TargetFile.h"
@@ -57,6 +58,15 @@ void WriteDefaults(const SettingsOptions& options) {
     Say(options, fmt::format("wrote {}: default settings", options.file));
 }
 
+// The plug-in's dialog allows half the sample rate too.
+void NoteTone(const lineup::BarsAndToneInfo& settings) {
+    try {
+        lineup::CheckTone(settings);
+    } catch (const lineup::UsageError& refusal) {
+        fmt::print(stderr, "lineup: note: no file can be made of these settings: {}\n", refusal.what());
+    }
+}
+
 void EditInDialog(const SettingsOptions& options) {
     const bool isThere = IsThere(options);
     if (isThere) {
@@ -72,6 +82,7 @@ void EditInDialog(const SettingsOptions& options) {
         case DialogOutcome::Accepted:
             WriteSettings(options.file, settings, isThere);
             Say(options, fmt::format("wrote {}", options.file));
+            NoteTone(settings);
             break;
         case DialogOutcome::Left:
             Say(options, fmt::format("cancelled: {} {}", options.file, isThere ? "is as it was" : "was not made"));

@@ -47,17 +47,6 @@ std::string GivenToneOption(const lineup::ToneChoice& tone) {
     return tone.ident ? "ident" : "";
 }
 
-// At half the sample rate every sample lies where the sine crosses zero.
-void RefuseHalfTheSampleRate(const lineup::BarsAndToneInfo& settings) {
-    if (settings.frequency * 2 >= settings.sampleRate) {
-        throw lineup::UsageError(
-            "frequency", fmt::format("{}", settings.frequency),
-            fmt::format("is half the sample rate, at which a sine is next to silent: must be below "
-                        "{} Hz",
-                        settings.sampleRate / 2));
-    }
-}
-
 }  // namespace
 
 std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
@@ -67,11 +56,7 @@ std::shared_ptr<const lineup::Importer> CommonOptions::LoadImporter() const {
 
 lineup::BarsAndToneInfo CommonOptions::Settings(const lineup::Importer& importer) const {
     if (settingsFile.empty()) {
-        const lineup::BarsAndToneInfo settings = MakeSettings(importer, tone);
-        if (tone.frequencyHz) {
-            RefuseHalfTheSampleRate(settings);
-        }
-        return settings;
+        return MakeSettings(importer, tone);
     }
     const std::string other = GivenToneOption(tone);
     if (!other.empty()) {

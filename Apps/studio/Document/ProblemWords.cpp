@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <functional>
 #include <string_view>
 
 namespace studio {
@@ -66,9 +66,9 @@ QString Sentence(QString text) {
     return text;
 }
 
-QString RefusalOf(const lineup::Importer& plugin, const lineup::ToneChoice& choice) {
+QString RefusalOf(const std::function<void()>& check) {
     try {
-        (void)lineup::MakeSettings(plugin, choice);
+        check();
         return {};
     } catch (const std::exception& error) {
         return ProblemWords(error);
@@ -86,15 +86,13 @@ QString ProblemWords(const std::exception& error) {
 }
 
 QString SampleRateProblem(const lineup::Importer& plugin, double rateHz) {
-    return RefusalOf(plugin, {.sampleRateHz = rateHz});
+    return RefusalOf([&] { static_cast<void>(lineup::MakeSettings(plugin, {.sampleRateHz = rateHz})); });
 }
 
-QString ToneProblem(const lineup::Importer& plugin, const lineup::BarsAndToneInfo& settings, double rateHz) {
-    const auto frequencyHz = static_cast<double>(settings.frequency);
-    if (settings.identifyChannels == 1 || std::abs(frequencyHz) <= rateHz / 2) {
-        return {};
-    }
-    return RefusalOf(plugin, {.sampleRateHz = rateHz, .frequencyHz = frequencyHz});
+QString ToneProblem(const lineup::BarsAndToneInfo& settings, double rateHz) {
+    lineup::BarsAndToneInfo atRate = settings;
+    atRate.sampleRate = static_cast<float>(rateHz);
+    return RefusalOf([&] { lineup::CheckTone(atRate); });
 }
 
 }  // namespace studio

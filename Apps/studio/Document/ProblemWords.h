@@ -15,7 +15,6 @@ namespace studio {
 [[nodiscard]] QString SampleRateProblem(const lineup::Importer& plugin, double rateHz);
 
 /// Why the settings' steady tone is refused at a valid sample rate; empty when it fits, and for an ident.
-[[nodiscard]] QString ToneProblem(const lineup::Importer& plugin, const lineup::BarsAndToneInfo& settings,
-                                  double rateHz);
+[[nodiscard]] QString ToneProblem(const lineup::BarsAndToneInfo& settings, double rateHz);
 
 }  // namespace studio

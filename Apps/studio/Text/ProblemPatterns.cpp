@@ -21,8 +21,9 @@ struct Pattern {
 constexpr std::array<Pattern, 49> kPatterns = {{
     {"must be a whole number of Hz from %1 to %2",
      QT_TRANSLATE_NOOP("Problem", "must be a whole number of Hz from %1 to %2")},
-    {"must be %1 to %2 Hz, half the sample rate of %3 Hz",
-     QT_TRANSLATE_NOOP("Problem", "must be %1 to %2 Hz, half the sample rate of %3 Hz")},
+    {"must be %1 Hz or more, and below %2 Hz: at half the sample rate a sine is next to silent",
+     QT_TRANSLATE_NOOP("Problem",
+                       "must be %1 Hz or more, and below %2 Hz: at half the sample rate a sine is next to silent")},
     {"the name must end in %1", QT_TRANSLATE_NOOP("Problem", "the name must end in %1")},
     {"must end in the name of a file", QT_TRANSLATE_NOOP("Problem", "must end in the name of a file")},
     {"exists already; choose another name, or allow it to be overwritten",

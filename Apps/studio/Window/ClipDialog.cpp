@@ -181,7 +181,7 @@ void ClipDialog::Check() {
     const double rateHz = isNumber ? typedHz : std::nan("");
     QString problem = SampleRateProblem(mPlugin, rateHz);
     // A rate too low for the tone is a question: what is to become of the tone?
-    const QString toneProblem = problem.isEmpty() ? ToneProblem(mPlugin, mBefore.settings, rateHz) : QString();
+    const QString toneProblem = problem.isEmpty() ? ToneProblem(mBefore.settings, rateHz) : QString();
     mMoveTone->setVisible(!toneProblem.isEmpty());
     if (!MovesTone()) {
         problem += toneProblem;

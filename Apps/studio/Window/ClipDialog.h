@@ -24,8 +24,8 @@ public:
                QWidget* parent);
 
     /// The values as they were chosen. What the dialog does not ask for stays as it was, and so does a tone
-    /// that goes with channels and rate chosen; an ident that does not is taken out, and a steady tone above half of
-    /// the sample rate is set to the plug-in's usual frequency if a person said so.
+    /// that goes with channels and rate chosen; an ident that does not is taken out, and a steady tone of half the
+    /// sample rate or more is set to the plug-in's usual frequency if a person said so.
     [[nodiscard]] lineup::ClipDocument Values() const;
 
 private:

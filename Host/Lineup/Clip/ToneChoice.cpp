@@ -32,14 +32,15 @@ float CheckSampleRate(double rateHz) {
 }
 
 float CheckFrequency(double frequencyHz, float sampleRateHz) {
-    const double highestHz = static_cast<double>(sampleRateHz) / 2;
-    const bool inRange = frequencyHz >= kLowestFrequencyHz && frequencyHz <= highestHz;
+    const auto frequency = static_cast<float>(frequencyHz);
+    const bool inRange = frequencyHz >= kLowestFrequencyHz && frequency < sampleRateHz / 2;  // false for not-a-number
     if (!inRange) {
         throw UsageError("frequency", fmt::format("{}", frequencyHz),
-                         fmt::format("must be {} to {} Hz, half the sample rate of {:g} Hz", kLowestFrequencyHz,
-                                     highestHz, sampleRateHz));
+                         fmt::format("must be {} Hz or more, and below {:g} Hz: at half the sample rate a sine is next "
+                                     "to silent",
+                                     kLowestFrequencyHz, sampleRateHz / 2));
     }
-    return static_cast<float>(frequencyHz);
+    return frequency;
 }
 
 float CheckLevel(double levelDb) {
@@ -100,6 +101,13 @@ void ApplyIdent(const ToneChoice& choice, BarsAndToneInfo& settings) {
 }
 
 }  // namespace
+
+void CheckTone(const BarsAndToneInfo& settings) {
+    const bool isSteady = settings.identifyChannels != 1;
+    if (isSteady && std::abs(settings.frequency) >= settings.sampleRate / 2) {
+        static_cast<void>(CheckFrequency(static_cast<double>(settings.frequency), settings.sampleRate));
+    }
+}
 
 BarsAndToneInfo MakeSettings(const Importer& importer, const ToneChoice& choice) {
     const float rateHz = choice.sampleRateHz ? CheckSampleRate(*choice.sampleRateHz) : Clip::kHostSampleRate;

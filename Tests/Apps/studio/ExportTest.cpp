@@ -134,7 +134,8 @@ TEST_F(StudioExport, RefusesAToneThatTheFileWouldNotHold) {
         hands.Find<QLineEdit>("exportFile").setText(InFolder("clip.wav"));
         EXPECT_FALSE(hands.IsEnabled("exportButton"));
         EXPECT_EQ(hands.Find<QLabel>("exportProblem").text(),
-                  "Frequency 10000 Hz: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
+                  "Frequency 10000 Hz: must be 1 Hz or more, and below 4000 Hz: at half the sample rate a sine is next "
+                  "to silent.");
         hands.Press(Qt::Key_Escape);
     });
 }

@@ -163,13 +163,17 @@ TEST_F(StudioTexts, ErrorsAreSaidInEachLanguageWithWhatTheyAreAbout) {
     };
     const std::array<Said, 4> kSaid = {
         {{"de", "lässt sich nicht öffnen: Datei oder Verzeichnis nicht gefunden.", "64 hexadezimalen Ziffern bestehen.",
-          "Frequenz 9000 Hz: muss zwischen 1 und 4000 Hz liegen, der halben Abtastrate von 8000 Hz."},
+          "Frequenz 9000 Hz: muss mindestens 1 Hz sein und unter 4000 Hz liegen: bei der halben Abtastrate ist ein "
+          "Sinus fast still."},
          {"fr", "Aucun fichier ou dossier de ce nom.", "64 chiffres hexadécimaux.",
-          "Fréquence 9000 Hz: doit être de 1 à 4000 Hz, la moitié de la fréquence d'échantillonnage de 8000 Hz."},
+          "Fréquence 9000 Hz: doit être d'au moins 1 Hz et inférieure à 4000 Hz : à la moitié de la fréquence "
+          "d'échantillonnage, un sinus est presque muet."},
          {"es", "No existe el archivo o el directorio.", "64 dígitos hexadecimales.",
-          "Frecuencia 9000 Hz: debe estar entre 1 y 4000 Hz, la mitad de la frecuencia de muestreo de 8000 Hz."},
+          "Frecuencia 9000 Hz: debe ser de 1 Hz como mínimo y menor que 4000 Hz: a la mitad de la frecuencia de "
+          "muestreo, un seno es casi silencio."},
          {"ja", "そのようなファイルやフォルダーはありません。", "16 進数 64 桁でなければなりません。",
-          "周波数 9000 Hz: 1 から 4000 Hz (サンプルレート 8000 Hz の半分) まででなければなりません。"}}};
+          "周波数 9000 Hz: 1 Hz 以上、4000 Hz 未満でなければなりません: "
+          "サンプルレートの半分では正弦波はほぼ無音です。"}}};
     lineup::BarsAndToneInfo high;
     high.frequency = 9000.0F;
     for (const Said& said : kSaid) {
@@ -178,7 +182,7 @@ TEST_F(StudioTexts, ErrorsAreSaidInEachLanguageWithWhatTheyAreAbout) {
         EXPECT_THAT(unfound, HasSubstr(said.missing));
         EXPECT_THAT(unfound, HasSubstr(missing.toStdString()));
         EXPECT_THAT(SaidBy([&] { Window().Open(InFolder("damaged.lineup")); }), HasSubstr(said.damaged));
-        EXPECT_EQ(studio::ToneProblem(*test::ThePlugin(), high, 8000).toStdString(), said.tone);
+        EXPECT_EQ(studio::ToneProblem(high, 8000).toStdString(), said.tone);
     }
 }
 

@@ -121,11 +121,14 @@ TEST_F(StudioWindowTest, ASampleRateTooLowForTheToneAsksWhatBecomesOfIt) {
         auto& move = hands.Find<QCheckBox>("moveTone");
         auto& rate = hands.Find<QComboBox>("sampleRate");
         EXPECT_FALSE(move.isVisible());
-        rate.setCurrentText("20000");
+        rate.setCurrentText("20001");
         EXPECT_TRUE(ok.isEnabled());  // just high enough
+        rate.setCurrentText("20000");
+        EXPECT_FALSE(ok.isEnabled());
         rate.setCurrentText("8000");
         EXPECT_EQ(hands.Find<QLabel>("clipProblem").text(),
-                  "Frequency 10000 Hz: must be 1 to 4000 Hz, half the sample rate of 8000 Hz.");
+                  "Frequency 10000 Hz: must be 1 Hz or more, and below 4000 Hz: at half the sample rate a sine is next "
+                  "to silent.");
         EXPECT_FALSE(ok.isEnabled());
         move.click();
         EXPECT_TRUE(ok.isEnabled());

@@ -62,7 +62,8 @@ TEST(Properties, MayBeWrittenWithADecimalComma) {
 TEST(Properties, AboveTheirRangeAreBroughtDownToIt) {
     const auto answer = Play({{"frequency", "30000"}});
     EXPECT_THAT(answer.log, HasSubstr("frequency 30000: must be 1 to 24000 Hz; 24000 is used"));
-    EXPECT_EQ(Difference(answer.planes, PlugInSound(ToneOf(24000.0F, 0.25F), 0, 19200)), "");
+    EXPECT_THAT(answer.log, HasSubstr("frequency 24000: must be below 24000 Hz, half the sample rate of 48000 Hz"));
+    EXPECT_EQ(Difference(answer.planes, PlugInSound(ToneOf(23999.0F, 0.25F), 0, 19200)), "");
     EXPECT_THAT(Play({{"level", "6"}}).log, HasSubstr("level 6: must be -300 to 0 dBFS; 0 is used"));
     EXPECT_EQ(Difference(Play({{"level", "6"}}).planes, PlugInSound(ToneOf(1000.0F, 1.0F), 0, 19200)), "");
     EXPECT_EQ(Difference(Play({{"level", "inf"}}).planes, PlugInSound(ToneOf(1000.0F, 1.0F), 0, 19200)), "");
@@ -97,9 +98,11 @@ TEST(Properties, AreComplainedOfOnceAndNotEveryFrame) {
     EXPECT_EQ(Count(Play({{"frequency", "30000"}}).log, "frequency 30000"), 1U);
 }
 
-TEST(Properties, OfAFrequencyAboveHalfTheRateAreBroughtDownToIt) {
-    const auto answer = Play({{"frequency", "20000"}}, 32000);
-    EXPECT_THAT(answer.log, HasSubstr("must be 1 to 16000 Hz at a sample rate of 32000 Hz; 16000 is used"));
+TEST(Properties, OfAFrequencyOfHalfTheRateOrMoreAreBroughtDownBelowIt) {
+    for (const char* const frequency : {"20000", "16000"}) {
+        EXPECT_THAT(Play({{"frequency", frequency}}, 32000).log, HasSubstr("15999 is used")) << frequency;
+    }
+    EXPECT_THAT(Play({{"frequency", "15999.5"}}, 32000).log, IsEmpty());
 }
 
 TEST(Properties, OfTheToneDoNotDisturbAnIdent) {

@@ -1,4 +1,5 @@
 #include <lineup/Exporter.h>
+#include <lineup/ToneChoice.h>
 #include "Host/Lineup/Export/Formats/SoundNames.h"
 #include "Host/Lineup/Export/Plan/CheckExport.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
@@ -52,6 +53,9 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
     SoundPlan sound;
     sound.encoding = &encoding;
     sound.sampleRateHz = CheckSampleRate(container.format, encoding.codec, clip.SampleRate());
+    if (clip.Settings()) {
+        CheckTone(*clip.Settings());
+    }
     const ChannelLayout& layout = CheckChannels(clip);
     CheckLayout(container, encoding, layout, monoTracks);
     CheckDither(settings.dither, encoding);

@@ -243,7 +243,7 @@ TEST_F(Program, AnExistingFileIsNeverTouchedWithoutConsent) {
 }
 
 TEST_F(Program, RefusalsNameTheOptionTheValueAndWhatIsRight) {
-    ExpectRefusal("render a.mov --frequency 30000", "--frequency 30000: must be 1 to 24000 Hz");
+    ExpectRefusal("render a.mov --frequency 30000", "--frequency 30000: must be 1 Hz or more, and below 24000 Hz");
     ExpectRefusal("render a.mov --frequency loud", "--frequency loud: must be a number of Hz");
     ExpectRefusal("render a.mov --level 3", "--level 3: must be -300 to 0 dBFS");
     ExpectRefusal("render a.mov --size 1921x1080", "--size 1921x1080");
@@ -257,7 +257,8 @@ TEST_F(Program, RefusalsNameTheOptionTheValueAndWhatIsRight) {
     ExpectRefusal("render a.mov --ident blits --channels stereo", "--channels stereo: the BLITS ident");
     ExpectRefusal("render a.mov --video-codec vhs", "--video-codec vhs");
     ExpectRefusal("render a.mov --timecode 25:00:00:00", "--timecode 25:00:00:00");
-    ExpectRefusal("render a.mov --frequency 24000", "--frequency 24000: is half the sample rate");
+    ExpectRefusal("render a.mov --frequency 24000",
+                  "--frequency 24000: must be 1 Hz or more, and below 24000 Hz: at half");
     ExpectRefusal("render a.wav --size 1x1", "--size 1x1: a .wav file has no picture");
     ExpectRefusal("render a.wav --card hd", "--card hd: a .wav file has no picture");
     ExpectRefusal("render a.wav --fps 7/3", "--fps 7/3: a .wav file has no picture");

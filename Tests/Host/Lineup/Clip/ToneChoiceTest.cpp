@@ -68,14 +68,16 @@ TEST(ToneChoice, OfAnIdentBringsItsChannels) {
     EXPECT_EQ(Make({.ident = "ebu-stereo-400"}).numChannels, 2U);
 }
 
-TEST(ToneChoice, AcceptsTheHighestFrequencyThereIs) {
-    EXPECT_EQ(Make({.frequencyHz = 24000}).frequency, 24000.0F);
-    EXPECT_EQ(Make({.sampleRateHz = 96000, .frequencyHz = 48000}).frequency, 48000.0F);
+TEST(ToneChoice, AcceptsTheHighestFrequencyThatIsHeard) {
+    EXPECT_EQ(Make({.frequencyHz = 23999.5}).frequency, 23999.5F);
+    EXPECT_EQ(Make({.sampleRateHz = 96000, .frequencyHz = 47999}).frequency, 47999.0F);
 }
 
 TEST(ToneChoice, RefusesFrequenciesThatTheSampleRateCannotHold) {
-    EXPECT_THAT(Refusal({.frequencyHz = 24001}), AllOf(HasSubstr("frequency 24001"), HasSubstr("1 to 24000 Hz")));
-    EXPECT_THAT(Refusal({.sampleRateHz = 8000, .frequencyHz = 5000}), HasSubstr("1 to 4000 Hz"));
+    EXPECT_THAT(Refusal({.frequencyHz = 24001}), AllOf(HasSubstr("frequency 24001"), HasSubstr("below 24000 Hz")));
+    EXPECT_THAT(Refusal({.frequencyHz = 24000}), HasSubstr("frequency 24000"));
+    EXPECT_THAT(Refusal({.frequencyHz = 23999.9999}), HasSubstr("frequency 23999.9999"));  // 24000 in a record
+    EXPECT_THAT(Refusal({.sampleRateHz = 8000, .frequencyHz = 5000}), HasSubstr("below 4000 Hz"));
     EXPECT_THAT(Refusal({.frequencyHz = 0}), HasSubstr("frequency 0"));
     EXPECT_THAT(Refusal({.frequencyHz = std::numeric_limits<double>::quiet_NaN()}), HasSubstr("frequency nan"));
 }

@@ -29,6 +29,17 @@ TEST(CheckExport, TakesWhatIsSound) {
     EXPECT_EQ(Refused([](ExportSettings&) {}), "");
 }
 
+// Settings files and documents hold any record; the plug-in's dialog allows half the rate.
+TEST(CheckExport, RefusesAToneOfHalfTheSampleRateAndMore) {
+    const auto refused = [](lineup::BarsAndToneInfo settings) {
+        return Refused([](ExportSettings&) {}, test::OpenClip(settings));
+    };
+    EXPECT_EQ(refused({.frequency = 23999.0F}), "");
+    EXPECT_EQ(refused({.frequency = 24000.0F}), "frequency");
+    EXPECT_EQ(refused({.frequency = 30000.0F}), "frequency");
+    EXPECT_EQ(refused({.identifyChannels = 1, .frequency = 30000.0F}), "");  // which an ident does not sound
+}
+
 TEST(CheckExport, RefusesAnExtensionThatItDoesNotKnow) {
     EXPECT_EQ(Refused([](auto& settings) { settings.target = "bars.avi"; }), "output");
     EXPECT_EQ(Refused([](auto& settings) { settings.target = "bars"; }), "output");

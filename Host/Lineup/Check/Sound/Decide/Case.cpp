@@ -41,6 +41,12 @@ double CodecNoise(const Case& check, std::size_t input) {
     return std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
 }
 
+bool HasLowTone(const Case& check, std::size_t channel) {
+    return std::ranges::any_of(check.Sent().bursts, [channel](const RefBurst& burst) {
+        return burst.channel == channel && burst.frequency < kLowTone;
+    });
+}
+
 bool WasDue(const Case& check, std::size_t channel, std::size_t input) {
     for (std::size_t slot = 0; slot < check.Sent().slots.size(); ++slot) {
         const auto& tones = check.Sent().slots[slot].tones;

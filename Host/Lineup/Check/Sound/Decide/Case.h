@@ -25,6 +25,7 @@ struct RecordingFacts {
 /// What the path has added to the tones of an input, or cut off.
 struct ShapeOfInput {
     double clipped = 1;    ///< the tops are cut off there, in parts of the tone's amplitude; 1 where they are not
+    double top = 0;        ///< where it is clipped: the height at which, full scale is 1
     double harmonics = 0;  ///< in parts of the tone's power
     double humPower = 0;   ///< mean square
     bool distorted = false;
@@ -69,8 +70,8 @@ struct Case {
 [[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
 [[nodiscard]] std::string Listed(const std::vector<std::string>& words);
 
-/// What the fundamental of a sine keeps where its tops are cut off at `part` of its amplitude.
-[[nodiscard]] double ClippedGain(double part);
+/// The channel has a tone as low as hum: what a codec leaves beside it, and what hum leaves of it, lie together.
+[[nodiscard]] bool HasLowTone(const Case& check, std::size_t channel);
 /// What levels do over time, where nothing else explains it.
 [[nodiscard]] LevelChange FindLevelChange(const Case& check);
 

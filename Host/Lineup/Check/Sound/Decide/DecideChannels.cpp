@@ -116,9 +116,9 @@ void DecideMixed(Case& check) {
             const bool own = check.At(input).channel == channel;
             // What never sounds alone is what others leave, and they are not what they were.
             const bool changed = check.change.kind != LevelChange::Kind::None || check.facts.lossy.value_or(false);
-            const bool neverAlone = levels.size() == 2 && changed;
-            const bool isExplained =
-                check.unsteady || check.shapes[input].mains || check.shapes[input].clipped < 1 || neverAlone;
+            const bool neverAlone = levels.size() == 2 && (changed || check.shapes[input].clipped < 1);
+            const bool isHum = check.shapes[input].mains && HasLowTone(check, channel);
+            const bool isExplained = check.unsteady || isHum || neverAlone;
             if (own || isExplained || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
                 continue;
             }

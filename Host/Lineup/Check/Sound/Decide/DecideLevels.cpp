@@ -1,5 +1,6 @@
 #include <lineup/Level.h>
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
+#include "Host/Lineup/Check/Sound/Measure/ClippedSine.h"
 
 #include <fmt/format.h>
 
@@ -16,7 +17,8 @@ namespace {
 constexpr double kWanderingLevel = 0.4;  // dB
 constexpr double kCodedLevel = 0.7;      // dB: by how much a codec moves levels by itself
 constexpr double kClippedDoubt = 0.3;    // dB
-constexpr double kBentBy = 2;            // times the harmonics' amplitude
+constexpr double kLeastClippedPart = 0.2;
+constexpr double kBentBy = 2;  // times the harmonics' amplitude
 
 struct Deviation {
     std::size_t input;
@@ -33,7 +35,7 @@ double OwnGain(const Case& check, std::size_t input) {
 double LevelOf(const Case& check, const LevelChange& change, std::size_t input) {
     const bool moved = change.kind == LevelChange::Kind::Step && change.levels[input];
     const double db = moved ? *change.levels[input] : DbFromGain(OwnGain(check, input));
-    return db - DbFromGain(ClippedGain(check.shapes[input].clipped));
+    return moved ? db : db - DbFromGain(ClippedGain(check.shapes[input].clipped));
 }
 
 std::vector<Deviation> Deviations(const Case& check, const LevelChange& change) {
@@ -128,20 +130,27 @@ void AddChange(Case& check, const LevelChange& change) {
 }  // namespace
 
 LevelChange FindLevelChange(const Case& check) {
-    const bool clipped = std::ranges::any_of(check.shapes, [](const ShapeOfInput& shape) { return shape.clipped < 1; });
     double doubt = check.facts.lossy.value_or(false) ? kCodedLevel : 0;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         doubt = std::max(doubt, DbFromGain(1 + CodecNoise(check, input)));
     }
     std::vector<LevelPoint> points = check.lineup.levels;
     std::erase_if(points, [&](const LevelPoint& point) { return check.folded[point.input]; });
+    for (LevelPoint& point : points) {
+        const ShapeOfInput& shape = check.shapes[point.input];
+        if (shape.clipped < 1) {  // as it was before
+            const double part = PartOfFundamental(point.sent * std::pow(10, point.db / 20) / shape.top);
+            point.db -= DbFromGain(ClippedGain(std::max(part, kLeastClippedPart)));
+        }
+        doubt = std::max(doubt, shape.clipped < 1 ? kClippedDoubt : 0);
+    }
     LevelChange change = ExplainLevels(points, check.Inputs(),
                                        check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0));
     double bent = 0;  // what harmonics cost the fundamental depends on the level
     for (const ShapeOfInput& shape : check.shapes) {
         bent = std::max(bent, shape.distorted ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
     }
-    const bool isExplained = clipped || std::abs(change.db) < DbFromGain(1 + bent);
+    const bool isExplained = std::abs(change.db) < DbFromGain(1 + bent);
     change.kind = isExplained ? LevelChange::Kind::None : change.kind;
     return change;
 }

@@ -9,16 +9,26 @@ namespace lineup::sound {
 
 namespace {
 
-// Noise less hum, harmonics and what a wandering speed makes of tones, dBFS; what they leave of it is uncertain.
+double NoisePower(double db) {
+    return std::pow(10, db / 10);
+}
+
+// Noise, dBFS, less what hum, harmonics and a wandering speed explain. Where they are most of it, what lies between the
+// lines tells the rest.
 double Unexplained(const Case& check, std::size_t input, double db) {
     constexpr double kLeft = 0.3;  // of the power: more is not explained by them
     const ShapeOfInput& shape = check.shapes[input];
     const double tone = check.At(input).gain * check.Sent().Level();
     const bool harmonics = shape.clipped < 1 || shape.distorted;
     const double explained = shape.humPower + (harmonics ? shape.harmonics * tone * tone / 2 : 0);
-    const double power = std::pow(10, db / 10);
-    const bool isTheirs = shape.clipped < 1 || check.unsteady || power - explained < kLeft * power;
-    return isTheirs ? LevelTally::kLowestDb : db;
+    if (check.unsteady) {
+        return LevelTally::kLowestDb;
+    }
+    if (shape.clipped == 1 && NoisePower(db) - explained >= kLeft * NoisePower(db)) {
+        return db;
+    }
+    const bool lossy = check.facts.lossy.value_or(false);
+    return lossy ? LevelTally::kLowestDb : std::min(db, check.lineup.inputs[input].lines.floor.QuantileDb(0.5));
 }
 
 // What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
@@ -36,7 +46,7 @@ void DecideNoise(Case& check) {
         if (noise > limit) {
             inputs.push_back(input);
             worst = std::max(worst, noise);
-        } else if (tones > limit) {
+        } else if (lossy && tones > limit) {
             coded.push_back(input);
         }
     }

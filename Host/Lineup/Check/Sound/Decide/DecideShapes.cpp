@@ -1,13 +1,13 @@
 #include <lineup/Level.h>
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
-#include "Host/Lineup/Check/Sound/Follow/LowTone.h"
+#include "Host/Lineup/Check/Sound/Measure/ClippedSine.h"
+#include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 
 namespace lineup::sound {
 
@@ -16,7 +16,7 @@ namespace {
 constexpr double kFlatTops = 0.07;      // of the samples: a sine has 0.02 so near to its extremes
 constexpr double kOverBeside = 8;       // in power: lines against what lies between them
 constexpr double kLeastClipped = 1e-5;  // power of harmonics: tops that are cut have some
-constexpr double kHumBeside = 2;
+constexpr double kMostOfHarmonics = 0.5;
 constexpr double kUnsteadyLeast = 20e-6;
 
 double PowerOf(double db) {
@@ -27,64 +27,74 @@ double PowerDb(double power) {
     return 10 * std::log10(std::max(power, 1e-18));
 }
 
-// Harmonics in parts of the tone's power, where they stand out of the noise.
-double HarmonicsOf(const InputFindings& found) {
-    if (found.lines.harmonics.Empty()) {
-        return 0;
-    }
-    const double power = PowerOf(found.lines.harmonics.QuantileDb(0.5));
-    return power > kOverBeside * PowerOf(found.lines.beside.QuantileDb(0.5)) ? power : 0;
+// Harmonics in parts of the tone's power, where they stand out of the noise and are not the mains'.
+double HarmonicsOf(const LineFindings& lines, bool hums) {
+    const LevelTally& heard = hums ? lines.clear : lines.harmonics;
+    const double power = heard.Empty() ? 0 : PowerOf(heard.QuantileDb(0.5));
+    return power > kOverBeside * PowerOf(lines.beside.QuantileDb(0.5)) ? power : 0;
 }
 
-// Where the tops are cut off, in parts of the amplitude that the tone would have: many samples lie by the extremes, and
-// the fundamental and the extremes tell how much is gone.
-double ClippedAt(const Case& check, std::size_t input) {
+// The amplitude of the input's tone where it is loudest: its level may have been moved.
+double LoudTone(const Case& check, std::size_t input) {
+    std::vector<double> amplitudes;
+    for (const LevelPoint& point : check.lineup.levels) {
+        if (point.input == input && point.full) {
+            amplitudes.push_back(point.sent * std::pow(10, point.db / 20));
+        }
+    }
+    if (amplitudes.empty()) {
+        return check.At(input).gain * check.Sent().Level();
+    }
+    const auto loud = amplitudes.begin() + static_cast<std::ptrdiff_t>(amplitudes.size() * 9 / 10);
+    std::ranges::nth_element(amplitudes, loud);
+    return *loud;
+}
+
+// Where the tops are cut off. Many samples lie by the extremes then, and the fundamental and the extremes tell how much
+// is gone; where something else lies over them, the harmonics tell it.
+void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {
     const InputFindings& found = check.lineup.inputs[input];
     const double flat = found.samples > 0 ? found.tops / found.samples / 2 : 0;
     const double top = std::max(-found.least, found.most);
-    const double fundamental = check.At(input).gain * check.Sent().Level();
-    if (flat <= kFlatTops || top <= 0 || fundamental <= top) {
-        return 1;
+    const double fundamental = LoudTone(check, input);
+    if (flat > kFlatTops && top > 0 && fundamental > top) {
+        shape.clipped = PartOfFundamental(fundamental / top);
+        shape.top = top;
+    } else if (const auto part = PartOfHarmonics(found.lines); part && !check.unsteady) {
+        shape.clipped = *part;
+        shape.top = fundamental / ClippedGain(*part) * *part;
     }
-    double least = 0.01;
-    double most = 1;
-    while (most - least > 1e-6) {
-        const double part = (least + most) / 2;
-        (ClippedGain(part) / part > fundamental / top ? least : most) = part;
-    }
-    return least;
 }
 
-// What a codec leaves beside a low tone lies where hum does.
-bool HasLowTone(const Case& check, std::size_t input) {
-    return std::ranges::any_of(check.Sent().bursts, [&](const RefBurst& burst) {
-        return burst.frequency < kLowTone && check.At(input).channel == burst.channel;
-    });
+void FindHum(const Case& check, std::size_t input, ShapeOfInput& shape) {
+    const auto& channel = check.At(input).channel;
+    if (check.facts.lossy.value_or(false) && channel && HasLowTone(check, *channel)) {
+        return;
+    }
+    const LineFindings& lines = check.lineup.inputs[input].lines;
+    const double least = PowerOf(check.Tolerance("hum"));
+    for (std::size_t mains = 0; mains < kMains.size(); ++mains) {
+        for (const HumTally* hum : {&lines.hum[mains], &lines.moved[mains]}) {
+            const double power = hum->power.Empty() ? 0 : PowerOf(hum->power.QuantileDb(0.5));
+            if (power > least && power > kOverBeside * PowerOf(hum->beside.QuantileDb(0.5)) && power > shape.humPower) {
+                shape.humPower = power;
+                shape.mains = mains;
+            }
+        }
+    }
 }
 
 ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
-    const InputFindings& found = check.lineup.inputs[input];
+    const LineFindings& lines = check.lineup.inputs[input].lines;
     ShapeOfInput shape;
-    shape.harmonics = HarmonicsOf(found);
-    const double limit = PowerOf(check.Tolerance("distortion"));
+    FindHum(check, input, shape);
+    shape.harmonics = HarmonicsOf(lines, shape.mains.has_value());
     if (shape.harmonics > kLeastClipped) {
-        shape.clipped = ClippedAt(check, input);
+        FindClipping(check, input, shape);
     }
-    shape.distorted = shape.clipped == 1 && shape.harmonics > limit;
-    const double leastHum = PowerOf(check.Tolerance("hum"));
-    for (std::size_t mains = 0; mains < kMains.size(); ++mains) {
-        const HumTally& hum = found.lines.hum[mains];
-        const double power = hum.power.Empty() ? 0 : PowerOf(hum.power.QuantileDb(0.5));
-        const bool isCodecs = check.facts.lossy.value_or(false) && HasLowTone(check, input);
-        if (!isCodecs && power > leastHum && power > kOverBeside * PowerOf(hum.beside.QuantileDb(0.5)) &&
-            power > shape.humPower) {
-            shape.humPower = power;
-            shape.mains = mains;
-        }
-    }
-    const double tone = check.At(input).gain * check.Sent().Level();
-    const bool isHum = shape.harmonics * tone * tone / 2 < kHumBeside * shape.humPower;  // under a low tone's harmonics
-    shape.distorted = shape.distorted && !isHum;
+    const double limit = PowerOf(check.Tolerance("distortion"));
+    shape.distorted =
+        shape.clipped < 1 ? std::pow(BesideClipped(lines, shape.clipped), 2) > limit : shape.harmonics > limit;
     return shape;
 }
 
@@ -106,8 +116,7 @@ void DecideClipped(Case& check) {
     }
     double top = 0;
     for (const std::size_t input : inputs) {
-        const InputFindings& found = check.lineup.inputs[input];
-        top = std::max({top, -found.least, found.most});
+        top = std::max(top, check.shapes[input].top);
     }
     check
         .Add("clipped", inputs,
@@ -121,7 +130,9 @@ void DecideDistorted(Case& check) {
     if (check.change.kind == LevelChange::Kind::Parts) {
         return;
     }
-    const auto inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.distorted; });
+    const bool moves = check.change.kind != LevelChange::Kind::None;  // what is cut off then differs
+    const auto inputs = InputsWhere(
+        check, [moves](const ShapeOfInput& shape) { return shape.distorted && (shape.clipped == 1 || !moves); });
     if (inputs.empty()) {
         return;
     }
@@ -162,11 +173,31 @@ void DecideUnsteady(Case& check) {
     }
 }
 
-}  // namespace
-
-double ClippedGain(double part) {
-    return 2 / std::numbers::pi * (std::asin(part) + part * std::sqrt(1 - part * part));
+// What is cut off at one input may be too at others, where noise or hum hides it: their tones are higher than the tops
+// may be, and have the harmonics.
+void FindSharedClipping(Case& check) {
+    std::vector<double> tops;
+    for (const ShapeOfInput& shape : check.shapes) {
+        if (shape.clipped < 1) {
+            tops.push_back(shape.top);
+        }
+    }
+    const double top = MedianOf(std::move(tops));
+    for (std::size_t input = 0; top > 0 && input < check.Inputs(); ++input) {
+        ShapeOfInput& shape = check.shapes[input];
+        const double part = PartOfFundamental(LoudTone(check, input) / top);
+        const LevelTally& harmonics = check.lineup.inputs[input].lines.harmonics;
+        const double heard = harmonics.Empty() ? 0 : PowerOf(harmonics.QuantileDb(0.9));
+        if (shape.clipped == 1 && part < 1 && check.At(input).sounds &&
+            heard > kMostOfHarmonics * std::pow(ClippedHarmonic(part, 3), 2)) {
+            shape.clipped = part;
+            shape.top = top;
+            shape.distorted = false;
+        }
+    }
 }
+
+}  // namespace
 
 void FindShapes(Case& check) {
     const double least = std::max(kUnsteadyLeast, 4e-6 * check.Tolerance("speed"));
@@ -178,6 +209,7 @@ void FindShapes(Case& check) {
             check.findings.sound.channels[input].distortion = lines.harmonics.QuantileDb(0.5);
         }
     }
+    FindSharedClipping(check);
 }
 
 void DecideShapes(Case& check) {

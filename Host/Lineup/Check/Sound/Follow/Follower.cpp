@@ -87,7 +87,10 @@ void Follower::Take(const SlotNumber& number) {
         }
         return;
     }
-    if (presence.present == 0) {
+    // Of a slot that the line-up's start or end cuts, the part that belongs to it.
+    const bool isCut = presence.present > 0 && (!presence.fromStart || !presence.toEnd);
+    const auto extent = isCut ? ExtentOfTone(sound) : std::nullopt;
+    if (presence.present == 0 || (isCut && !extent)) {
         mEnded = mStarted && sound.end - mLastPresent > kPatience;
         return;
     }
@@ -101,10 +104,8 @@ void Follower::Take(const SlotNumber& number) {
     }
     mLastPresent = presence.last;
     mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
-    if (!presence.fromStart || !presence.toEnd) {
-        if (const auto extent = ExtentOfTone(sound)) {
-            sound.Keep(extent->first, extent->second);
-        }
+    if (extent) {
+        sound.Keep(extent->first, extent->second);
     }
     std::vector<SoundEvent> events;
     if (mPlacing.tempo == mPlacing.pitch) {
@@ -223,7 +224,7 @@ void Follower::AddLevels(const SlotSound& sound, std::size_t input, std::size_t 
         }
         if (count > 0 && amplitude / count > kNotGone * sent && mLineup.levels.size() < kMostLevels) {
             const double at = slot.firstMiddle + (static_cast<double>(first) + count / 2) * sound.step;
-            mLineup.levels.push_back({at, 20 * std::log10(amplitude / count / sent), input, full});
+            mLineup.levels.push_back({at, 20 * std::log10(amplitude / count / sent), input, sent, full});
         }
     }
 }
@@ -243,7 +244,9 @@ void Follower::MeasureHops(const SlotSound& sound, std::size_t input, bool isFul
         const double begins = slot.firstMiddle + (static_cast<double>(block) - 0.5) * sound.step;
         const auto first = std::max(hops.First(), static_cast<std::int64_t>(std::ceil(begins / hopSeconds)));
         const auto end = std::min(hops.End(), static_cast<std::int64_t>(std::ceil((begins + sound.step) / hopSeconds)));
-        for (std::int64_t hop = first; slot.there[block] && hop < end; ++hop) {
+        const bool isNextThere = block + 1 == slot.there.size() || slot.there[block + 1];
+        const std::int64_t inside = isNextThere ? end : end - 1;  // the last hop reaches into the next block
+        for (std::int64_t hop = first; slot.there[block] && hop < inside; ++hop) {
             high.push_back(static_cast<double>(hops[hop].high));
             if (isFull) {
                 found.tops += hops[hop].atLeast + hops[hop].atMost;

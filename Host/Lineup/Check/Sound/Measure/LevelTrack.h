@@ -12,6 +12,7 @@ struct LevelPoint {
     double at = 0;  ///< s
     double db = 0;
     std::size_t input = 0;
+    double sent = 0;   ///< amplitude that was sent there
     bool full = true;  ///< the sequence's full level was due, not less
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <optional>
 #include <span>
 
@@ -11,9 +12,13 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr int kMostHarmonic = 5;
 constexpr double kBandEdge = 0.42;  // of the narrow rate: up to there it is unchanged
 constexpr int kHumLines = 6;
+constexpr double kMostMains = 10;         // of its lines are heard
+constexpr double kOtherSpeed = 0.005;     // what moves a line of hum by more than half its width
+constexpr double kClearOfFolding = 20;    // of harmonics: what those above half the sample rate fold onto
+constexpr double kFirstBetween = 325;     // Hz: halfway between lines of 50 Hz, and never at one of 60 Hz
+constexpr double kBetweenStep = 550;      // Hz
 constexpr double kShortestForHum = 0.42;  // s: shorter ones cannot tell 50 from 60 Hz
 constexpr double kShortestForLines = 0.18;
 constexpr double kLongestLook = 1;  // s
@@ -43,18 +48,47 @@ std::span<const float> Stretch(const History& history, const SlotSound& sound, s
     return end > first ? narrow.Get(first, end) : std::span<const float>();
 }
 
-void AddHarmonics(const LineSpectrum& spectrum, double frequency, double rate, LineFindings& lines) {
-    const double tone = spectrum.PowerAt(frequency);
+// Whether hum has a line there that may be heard.
+bool IsNearMains(double frequency, double pitch, double reach) {
+    return std::ranges::any_of(kMains, [&](double mains) {
+        for (const double line : {mains, mains * pitch}) {
+            const double number = std::round(frequency / line);
+            if (number <= kMostMains && std::abs(frequency - number * line) < reach) {
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
+void AddHarmonics(const LineSpectrum& spectrum, double frequency, double pitch, const Grid& grid, LineFindings& lines) {
+    const double rate = grid.NarrowRate();
+    const std::complex<double> fundamental = spectrum.SineAt(frequency);
+    const double tone = std::norm(fundamental) / 2;
+    if (tone <= 0) {
+        return;
+    }
     double harmonics = 0;
+    double clear = 0;
     double beside = 0;
-    for (int n = 2; n <= kMostHarmonic && frequency * n < kBandEdge * rate; ++n) {
-        harmonics += spectrum.PowerAt(frequency * n);
-        beside += spectrum.PowerAt(frequency * (n - 0.5));
+    for (std::size_t i = 0; i < kHarmonics && frequency * static_cast<double>(i + 2) < kBandEdge * rate; ++i) {
+        const auto n = static_cast<double>(i + 2);
+        const std::complex<double> line = spectrum.SineAt(frequency * n);
+        const double between = spectrum.PowerAt(frequency * (n - 0.5));
+        harmonics += std::norm(line) / 2;
+        beside += between;
+        clear += IsNearMains(frequency * n, pitch, spectrum.Reach() + 1) ? 0 : std::norm(line) / 2;
+        if (grid.rate / frequency - n < kClearOfFolding) {
+            continue;
+        }
+        HarmonicTally& tally = lines.harmonic[i];
+        tally.sum += line / fundamental * std::polar(1.0, -(n - 1) * std::arg(fundamental));
+        tally.weight += 1;
+        tally.doubts += between / tone;
     }
-    if (tone > 0) {
-        lines.harmonics.Add(harmonics / tone);
-        lines.beside.Add(beside / tone);
-    }
+    lines.harmonics.Add(harmonics / tone);
+    lines.clear.Add(clear / tone);
+    lines.beside.Add(beside / tone);
 }
 
 // Whether a tone of the slot, or one of its harmonics, lies too near.
@@ -66,31 +100,44 @@ bool IsNearTone(std::span<const RefTone> tones, double pitch, double frequency, 
     });
 }
 
-void AddHum(const LineSpectrum& spectrum, std::span<const RefTone> tones, double pitch, LineFindings& lines) {
+void AddHum(const LineSpectrum& spectrum, std::span<const RefTone> tones, double pitch, double mains, HumTally& hum) {
     const double reach = spectrum.Reach() + 1;
-    for (std::size_t i = 0; i < kMains.size(); ++i) {
-        double power = 0;
-        double beside = 0;
-        double lineCount = 0;
-        double besideCount = 0;
-        for (int n = 1; n <= kHumLines; ++n) {
-            const double line = kMains[i] * n;
-            const double between = line + kMains[i] / 2;
-            if (!IsNearTone(tones, pitch, line, reach)) {
-                power += spectrum.PowerAt(line);
-                ++lineCount;
-            }
-            if (!IsNearTone(tones, pitch, between, reach)) {
-                beside += spectrum.PowerAt(between);
-                ++besideCount;
-            }
+    double power = 0;
+    double beside = 0;
+    double lineCount = 0;
+    double besideCount = 0;
+    for (int n = 1; n <= kHumLines; ++n) {
+        const double line = mains * n;
+        const double between = line + mains / 2;
+        if (!IsNearTone(tones, pitch, line, reach)) {
+            power += spectrum.PowerAt(line);
+            ++lineCount;
         }
-        if (lineCount == 0 || besideCount == 0) {
-            continue;
+        if (!IsNearTone(tones, pitch, between, reach)) {
+            beside += spectrum.PowerAt(between);
+            ++besideCount;
         }
-        beside *= lineCount / besideCount;
-        lines.hum[i].power.Add(power);
-        lines.hum[i].beside.Add(beside);
+    }
+    if (lineCount > 0 && besideCount > 0) {
+        hum.power.Add(power);
+        hum.beside.Add(beside * lineCount / besideCount);
+    }
+}
+
+// Where neither the tones nor the mains have a line.
+void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, double pitch, double rate,
+              LineFindings& lines) {
+    double power = 0;
+    double count = 0;
+    for (double frequency = kFirstBetween; frequency < kBandEdge * rate; frequency += kBetweenStep) {
+        const double reach = spectrum.Reach() + 1;
+        if (!IsNearTone(tones, pitch, frequency, reach) && !IsNearMains(frequency, pitch, reach)) {
+            power += spectrum.PowerAt(frequency);
+            ++count;
+        }
+    }
+    if (count > 0) {
+        lines.floor.Add(spectrum.NoiseOf(power / count));
     }
 }
 
@@ -107,11 +154,17 @@ void AddLines(const History& history, const Reference& reference, const SlotSoun
     const LineSpectrum spectrum(samples, rate);
     const std::vector<RefTone>& tones = reference.slots[sound.number.slot].tones;
     if (tone < tones.size() && tones[tone].frequency * pitch > 1.5 * spectrum.Reach()) {
-        AddHarmonics(spectrum, tones[tone].frequency * pitch, rate, lines);
+        AddHarmonics(spectrum, tones[tone].frequency * pitch, pitch, history.grid, lines);
     }
     if (seconds > kShortestForHum) {
-        AddHum(spectrum, tones, pitch, lines);
+        for (std::size_t i = 0; i < kMains.size(); ++i) {
+            AddHum(spectrum, tones, pitch, kMains[i], lines.hum[i]);
+            if (std::abs(pitch - 1) > kOtherSpeed) {
+                AddHum(spectrum, tones, pitch, kMains[i] * pitch, lines.moved[i]);
+            }
+        }
     }
+    AddFloor(spectrum, tones, pitch, rate, lines);
 }
 
 }  // namespace lineup::sound

@@ -6,6 +6,8 @@
 #include "Host/Lineup/Check/Sound/Signal/Tally.h"
 
 #include <array>
+#include <cmath>
+#include <complex>
 #include <cstddef>
 
 namespace lineup::sound {
@@ -19,11 +21,29 @@ struct HumTally {
 /// The mains that there are, Hz.
 inline constexpr std::array<double, 2> kMains = {50, 60};
 
+/// Harmonics of a tone from the second on.
+inline constexpr std::size_t kHarmonics = 6;
+
+/// One harmonic against its tone: amplitude and phase, where the tone's own is a sine of phase 0.
+struct HarmonicTally {
+    std::complex<double> sum;
+    double weight = 0;
+    double doubts = 0;  ///< squares of what noise may have added
+
+    [[nodiscard]] std::complex<double> Mean() const { return weight > 0 ? sum / weight : 0; }
+    /// Standard deviation of the mean.
+    [[nodiscard]] double Doubt() const { return weight > 0 ? std::sqrt(doubts) / weight : 0; }
+};
+
 /// Lines that were not sent, at one input.
 struct LineFindings {
     LevelTally harmonics;  ///< of its tones, in parts of their power
     LevelTally beside;     ///< the same between the harmonics
-    std::array<HumTally, kMains.size()> hum;
+    LevelTally clear;      ///< of the harmonics that lie where mains have none
+    std::array<HarmonicTally, kHarmonics> harmonic;
+    std::array<HumTally, kMains.size()> hum;    ///< as they are
+    std::array<HumTally, kMains.size()> moved;  ///< as a recording has them that plays at another speed
+    LevelTally floor;                           ///< mean square of noise, after what lies between all lines
 };
 
 /// Adds what a slot holds at `input`; `tone` is the slot's tone that is the input's own, or one past the last.

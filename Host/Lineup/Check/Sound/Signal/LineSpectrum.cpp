@@ -22,12 +22,18 @@ LineSpectrum::LineSpectrum(std::span<const float> samples, double rate) : mRate(
     for (std::size_t n = 0; n < samples.size(); ++n) {
         const double weight = BlackmanHarris((static_cast<double>(n) + 0.5) / static_cast<double>(samples.size()));
         mSum += weight;
+        mSquares += weight * weight;
         mWindowed.push_back(static_cast<float>(weight) * samples[n]);
     }
 }
 
 double LineSpectrum::PowerAt(double frequency) const {
-    const double twice = 2 * std::cos(kTurn * frequency / mRate);  // Goertzel
+    return std::norm(SineAt(frequency)) / 2;
+}
+
+std::complex<double> LineSpectrum::SineAt(double frequency) const {
+    const double omega = kTurn * frequency / mRate;
+    const double twice = 2 * std::cos(omega);  // Goertzel
     double last = 0;
     double before = 0;
     for (const float x : mWindowed) {
@@ -35,7 +41,10 @@ double LineSpectrum::PowerAt(double frequency) const {
         before = last;
         last = next;
     }
-    return 2 * (last * last + before * before - twice * last * before) / (mSum * mSum);
+    // The sum of x[n] exp(i omega (N - 1 - n)), turned so that phases count from the middle.
+    const std::complex<double> sum = last - std::polar(before, -omega);
+    const double half = (static_cast<double>(mWindowed.size()) - 1) / 2;
+    return std::complex<double>(0, 2) * sum * std::polar(1.0, -omega * half) / mSum;
 }
 
 double LineSpectrum::Reach() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <complex>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -16,6 +17,12 @@ public:
     /// Mean square of a sine of that frequency, Hz.
     [[nodiscard]] double PowerAt(double frequency) const;
 
+    /// Amplitude and phase of a sine of that frequency: the phase counts from the middle of the samples.
+    [[nodiscard]] std::complex<double> SineAt(double frequency) const;
+
+    /// The mean square of white noise that has `power` at each frequency.
+    [[nodiscard]] double NoiseOf(double power) const { return power * mSum * mSum / (2 * mSquares); }
+
     /// Hz: half of a line's width.
     [[nodiscard]] double Reach() const;
 
@@ -23,6 +30,7 @@ private:
     std::vector<float> mWindowed;
     double mRate;
     double mSum = 0;  // of the window
+    double mSquares = 0;
 };
 
 }  // namespace lineup::sound

@@ -124,9 +124,14 @@ const std::vector<FolderRule> kFolderRules = {
     {"Bridges/MLT/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", kSettingsRecord},
      {"dlfcn.h", "fmt/", "framework/"}},
+    {"Bridges/GStreamer/", {"Host/Lineup/", kSettingsRecord}, {"fmt/", "gst/"}},
     {"Tests/Bridges/",
      {"Bridges/MLT/", "Host/Interface/Frame/", "Host/Lineup/Plugin/Importer.h", kSettingsRecord, "Tests/Support/"},
      {"dlfcn.h", "framework/", "gmock/", "gtest/", "yaml-cpp/"}},
+    {"Tests/Bridges/GStreamer/",
+     {"Host/Lineup/Clip/", "Host/Lineup/Export/Exporter.h", "Host/Lineup/Picture/", "Host/Lineup/Plugin/Importer.h",
+      "Host/Lineup/Files/", "Host/Lineup/Values/", kSettingsRecord, "Tests/Bridges/PlugInSound.h", "Tests/Support/"},
+     {"gmock/", "gst/", "gtest/"}},
 };
 
 // What only these files may mention, tests aside.

@@ -1,6 +1,6 @@
 // Consumers with threads of their own, in this process: the thread sanitizer sees what they do.
 #include "Tests/Bridges/MLT/MediaRun.h"
-#include "Tests/Bridges/MLT/PlugInSound.h"
+#include "Tests/Bridges/PlugInSound.h"
 #include "Tests/Support/OnAllThreads.h"
 #include "Tests/Support/TestFolder.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tests/Bridges/PlugInSound.h"
+
 #include <framework/mlt.h>
 #include <memory>
 #include <string>
@@ -55,9 +57,6 @@ Producer MakeWholeClip(mlt_profile_s& profile, const char* argument);
 
 /// The next frame of a service.
 Frame NextFrame(mlt_service service);
-
-/// Sound, a plane a channel.
-using Planes = std::vector<std::vector<float>>;
 
 /// What a frame gives when asked for `count` samples.
 struct FrameSound {

@@ -1,6 +1,6 @@
 // The renderer as a person runs it. Every run has a hard limit of time, after which it is killed.
 #include "Tests/Bridges/MLT/MediaRun.h"
-#include "Tests/Bridges/MLT/PlugInSound.h"
+#include "Tests/Bridges/PlugInSound.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 

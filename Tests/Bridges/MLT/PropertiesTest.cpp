@@ -1,5 +1,5 @@
 #include "Bridges/MLT/Properties.h"
-#include "Tests/Bridges/MLT/PlugInSound.h"
+#include "Tests/Bridges/PlugInSound.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

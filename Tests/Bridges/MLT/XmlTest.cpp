@@ -1,4 +1,4 @@
-#include "Tests/Bridges/MLT/PlugInSound.h"
+#include "Tests/Bridges/PlugInSound.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <lineup/BarsAndToneInfo.h>
-#include "Tests/Bridges/MLT/Framework.h"
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace test {
+
+/// Sound, a plane a channel.
+using Planes = std::vector<std::vector<float>>;
 
 /// What the plug-in itself gives for `settings` from sample `start` on, asked for in blocks of a millisecond,
 /// or of ten where one is no whole number of samples; its channels in the order of files: L, R, C, LFE, Ls, Rs. The

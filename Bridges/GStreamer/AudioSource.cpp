@@ -82,10 +82,9 @@ void DescribeAudio(GstElementClass& type) {
     InstallProperty(object, kIdent,
                     g_param_spec_enum("ident", "Ident", "Which sequence says what the channels are; tone: none",
                                       SoundEnum(), 0, kReadWrite));
-    InstallProperty(
-        object, kFrequency,
-        g_param_spec_double("frequency", "Frequency", "Of the steady tone, Hz; at most half the sample rate", 1,
-                            lineup::kHighestSampleRateHz / 2.0, kDefaults.frequency, kReadWrite));
+    InstallProperty(object, kFrequency,
+                    g_param_spec_double("frequency", "Frequency", "Of the steady tone, Hz; below half the sample rate",
+                                        1, lineup::kHighestSampleRateHz / 2.0, kDefaults.frequency, kReadWrite));
     InstallProperty(object, kLevel,
                     g_param_spec_double("level", "Level", "Of the steady tone's peak, dBFS; -300 is silence",
                                         lineup::kSilenceDb, 0, lineup::DbFromGain(kDefaults.amplitude), kReadWrite));
@@ -221,6 +220,7 @@ Caps AudioSource::Chosen(Caps caps) const {
 
 lineup::BarsAndToneInfo AudioSource::SettingsFor(int rateHz, int channels) const {
     if (mSettings) {
+        lineup::CheckTone(*mSettings);
         return *mSettings;
     }
     lineup::ToneChoice choice{.sampleRateHz = rateHz, .frequencyHz = mFrequencyHz, .levelDb = mLevelDb};

@@ -83,8 +83,20 @@ gboolean IsSeekable(GstBaseSrc*) {
     return TRUE;
 }
 
+// Backwards it does not play. A seek that DoSeek refuses would have thrown away what is on its way by then.
+gboolean OnEvent(GstBaseSrc* element, GstEvent* event) {
+    if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
+        gdouble rate = 0;
+        gst_event_parse_seek(event, &rate, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+        if (rate <= 0) {
+            return FALSE;
+        }
+    }
+    return ParentClass().event(element, event);
+}
+
 gboolean DoSeek(GstBaseSrc* element, GstSegment* segment) {
-    if (segment->format != GST_FORMAT_TIME || segment->rate <= 0) {
+    if (segment->format != GST_FORMAT_TIME) {
         return FALSE;
     }
     segment->time = segment->start;
@@ -221,6 +233,7 @@ void InitCommonClass(gpointer type, gpointer) {
     base.fixate = Fixate;
     base.set_caps = SetCaps;
     base.is_seekable = IsSeekable;
+    base.event = OnEvent;
     base.do_seek = DoSeek;
     base.query = Query;
     base.get_times = GetTimes;

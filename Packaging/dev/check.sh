@@ -86,9 +86,9 @@ check_mac() {
 verb_check() {
     local lint=changed_sources
     case ${1:-} in
-        '') need product desktop tests mlt mlt-tests benchmarks check ;;
+        '') need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check ;;
         --all)
-            need product desktop tests mlt mlt-tests benchmarks check packages packages-tests
+            need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check packages packages-tests
             lint=compiled_sources
             ;;
         *) fail "check takes --all, or nothing" ;;

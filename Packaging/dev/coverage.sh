@@ -44,7 +44,7 @@ verb_coverage() {
 # mutate [N] [OPTIONS]: N mistakes drawn at random, 100 unless told otherwise; mutate.py --help lists the options.
 verb_mutate() {
     local -a sample=(--sample 100)
-    need product desktop tests mlt mlt-tests
+    need product desktop tests mlt mlt-tests gstreamer gstreamer-tests
     if [ "$#" != 0 ] && [[ $1 =~ ^[0-9]+$ ]]; then
         sample=(--sample "$1")
         shift

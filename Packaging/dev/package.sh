@@ -3,7 +3,7 @@
 # verb_package: the Debian packages, in build/packages.
 verb_package() {
     [ "$#" = 0 ] || fail "package takes no arguments"
-    need product desktop mlt packages
+    need product desktop mlt gstreamer packages
     configure release-packages
     build release-packages
     rm -rf "$root/build/packages"

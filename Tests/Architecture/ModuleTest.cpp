@@ -53,6 +53,13 @@ TEST(MltModule, ExportsItsRegistrationAndNothingElse) {
 }
 #endif
 
+#ifdef TEST_GSTREAMER_MODULE
+TEST(GStreamerModule, ExportsItsDescriptionAndNothingElse) {
+    EXPECT_THAT(test::ExportedNames(test::DynamicSymbols(TEST_GSTREAMER_MODULE)),
+                ElementsAre("gst_plugin_lineup_get_desc", "gst_plugin_lineup_register"));
+}
+#endif
+
 TEST(ModuleSymbols, ExportsAreWhatAFileDefines) {
     EXPECT_THAT(test::ExportedNames({{"b", "", 'T'}, {"needed", "", 'U'}, {"optional", "", 'w'}, {"a", "", 'D'}}),
                 ElementsAre("a", "b"));

@@ -21,7 +21,8 @@ TEST_F(Errors, NameWhatIsWrongAndWhatWouldBeRight) {
     };
     const std::string missing = (Folder() / "none.bundle").string();
     const std::vector<Mistake> mistakes = {
-        {"lineupaudiosrc frequency=5000 ! audio/x-raw,rate=8000", "5000: must be 1 to 4000 Hz"},
+        {"lineupaudiosrc frequency=5000 ! audio/x-raw,rate=8000",
+         "frequency 5000: must be 1 Hz or more, and below 4000 Hz"},
         {"lineupaudiosrc ident=blits level=-20", "level -20: has no effect on the BLITS ident"},
         {"lineupaudiosrc plugin=" + missing, "none.bundle"},
         {"lineupaudiosrc settings=" + (Folder() / "none.batn").string(), "none.batn"},

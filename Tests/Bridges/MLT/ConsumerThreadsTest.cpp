@@ -1,4 +1,5 @@
 // Consumers with threads of their own, in this process: the thread sanitizer sees what they do.
+#include "Tests/Bridges/MLT/Framework.h"
 #include "Tests/Bridges/MLT/MediaRun.h"
 #include "Tests/Bridges/PlugInSound.h"
 #include "Tests/Support/OnAllThreads.h"

@@ -1,4 +1,5 @@
 // The renderer as a person runs it. Every run has a hard limit of time, after which it is killed.
+#include "Tests/Bridges/MLT/Framework.h"
 #include "Tests/Bridges/MLT/MediaRun.h"
 #include "Tests/Bridges/PlugInSound.h"
 #include "Tests/Support/RunProgram.h"

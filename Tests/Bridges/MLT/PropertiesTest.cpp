@@ -1,4 +1,5 @@
 #include "Bridges/MLT/Properties.h"
+#include "Tests/Bridges/MLT/Framework.h"
 #include "Tests/Bridges/PlugInSound.h"
 
 #include <gmock/gmock.h>

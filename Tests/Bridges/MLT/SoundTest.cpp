@@ -1,3 +1,4 @@
+#include "Tests/Bridges/MLT/Framework.h"
 #include "Tests/Bridges/PlugInSound.h"
 
 #include <gtest/gtest.h>

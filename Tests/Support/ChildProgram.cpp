@@ -38,8 +38,16 @@ std::string Contents(int reading) {
     return text;
 }
 
+// As from a terminal. A shell that runs the tests in the background has INT and QUIT ignored, which a program inherits.
+void TakeSignals() {
+    for (const int ending : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM}) {
+        std::signal(ending, SIG_DFL);
+    }
+}
+
 [[noreturn]] void Become(std::vector<char*>& arguments, const std::filesystem::path& folder,
                          const ChildProgram::Preparation& preparation) {
+    TakeSignals();
     if (chdir(folder.c_str()) != 0 || (preparation && !preparation())) {
         _exit(kNotPrepared);
     }

@@ -77,8 +77,11 @@ class Tests:
         for entry in results:
             if entry["outcome"] == "noticed":
                 self.remember(entry["file"], entry["by"])
-        self.objects = tree.objects_by_header()
+        self.objects = tree.objects_by_file()
         self.all = found_tests()
+        for test in self.all:  # sources that are compiled several at once are named by their objects alone
+            test.inputs |= {file for file, objects in self.objects.items()
+                            if file.startswith("Tests/") and not test.inputs.isdisjoint(objects)}
 
     def remember(self, file, by):
         name, _, case = by.partition(" ")

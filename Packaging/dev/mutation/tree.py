@@ -66,16 +66,16 @@ def inputs_of(target):
     return {in_tree(line) for line in quietly("ninja", "-C", BUILD, "-t", "inputs", target).stdout.splitlines()}
 
 
-def objects_by_header():
-    """{header of the sources: the objects that included it when they were compiled last}"""
+def objects_by_file():
+    """{file of the sources: the objects that it was compiled into, or included by, when they were made last}"""
     found, current = {}, None
     for line in quietly("ninja", "-C", BUILD, "-t", "deps").stdout.splitlines():
         if line and not line.startswith(" "):
             current = in_tree(line.split(":")[0])
         elif line:
-            header = in_tree(line.strip())
-            if header.endswith(".h") and not header.startswith(".."):
-                found.setdefault(header, set()).add(current)
+            file = in_tree(line.strip())
+            if not file.startswith(("..", "build/")):
+                found.setdefault(file, set()).add(current)
     return found
 
 

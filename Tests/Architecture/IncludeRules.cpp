@@ -30,6 +30,7 @@ const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
     {"Host/Lineup/Validation/", {"Validation.h"}},
     {"Host/Lineup/Check/", {"Check.h", "CheckReport.h", "CheckSettings.h"}},
+    {"Host/Lineup/Send/", {"Send.h", "SendClock.h", "SendSettings.h"}},
 };
 
 // What the files of a folder may include beside their own folder and the C++ standard library. A name that
@@ -114,6 +115,13 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Lineup/Check/Reader/Decoder/",
      {"Host/Lineup/Check/Reader/Protocol/"},
      {"fmt/", "libav", "libsw", "linux/", "fcntl.h", "sys/", "unistd.h"}},
+    {"Host/Lineup/Send/",
+     {"Host/Interface/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/DynamicLibrary.h",
+      "Host/Lineup/Clip/", "Host/Lineup/Export/"},
+     {"fmt/", "fcntl.h", "netdb.h", "netinet/", "sys/", "unistd.h"}},
+    {"Host/Lineup/Send/Media/",
+     {"Host/Lineup/Values/", "Host/Lineup/Clip/", "Host/Lineup/Export/", "Host/Lineup/Send/"},
+     {"fmt/", "libav", "libsw"}},
     {"Apps/",
      {"Host/Interface/", "Host/Services/", "Host/Lineup/", kSettingsRecord},
      {"boost/", "cairo", "CLI/", "fmt/", "nlohmann/", "fcntl.h", "poll.h", "signal.h", "sys/", "unistd.h"}},

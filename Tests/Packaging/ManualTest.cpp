@@ -34,8 +34,9 @@ TEST_P(Manual, IsFoundByName) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachProgramAndCommand, Manual,
-                         testing::Values("lineup", "lineup-render", "lineup-frame", "lineup-peaks", "lineup-info",
-                                         "lineup-settings", "lineup-check", "lineup-validate", "lineup-studio"));
+                         testing::Values("lineup", "lineup-render", "lineup-send", "lineup-frame", "lineup-peaks",
+                                         "lineup-info", "lineup-settings", "lineup-check", "lineup-validate",
+                                         "lineup-studio"));
 
 TEST(ManualReaders, DoWarn) {
     const test::TemporaryFolder folder;

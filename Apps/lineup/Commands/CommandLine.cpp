@@ -6,6 +6,7 @@
 #include "Apps/lineup/Commands/InfoCommand.h"
 #include "Apps/lineup/Commands/PeaksCommand.h"
 #include "Apps/lineup/Commands/RenderCommand.h"
+#include "Apps/lineup/Commands/SendCommand.h"
 #include "Apps/lineup/Commands/SettingsCommand.h"
 #include "Apps/lineup/Commands/ValidateCommand.h"
 
@@ -24,6 +25,7 @@ constexpr const char* kMoreHelp =
     "  lineup peaks ident.png --ident blits                 its waveform overview\n"
     "  lineup settings tone.batn                            choose the tone in a dialog\n"
     "  lineup render tone.mov --settings tone.batn          and use what was chosen\n"
+    "  lineup send udp://239.1.2.3:5000                     a stream that keeps running\n"
     "  lineup check from-truck.mxf                          what the path did to it\n"
     "  lineup validate My.bundle                            put another plug-in to the test\n"
     "  lineup COMMAND --help                                the options of one command\n"
@@ -41,6 +43,7 @@ std::unique_ptr<CLI::App> MakeCommandLine() {
     app->set_version_flag("--version", "lineup " LINEUP_VERSION);
     app->footer(kMoreHelp);
     AddRenderCommand(*app);
+    AddSendCommand(*app);
     AddFrameCommand(*app);
     AddPeaksCommand(*app);
     AddInfoCommand(*app);

@@ -1,15 +1,13 @@
 #include "Host/Lineup/Export/Media/SoundEncoder.h"
 
+#include "Host/Lineup/Export/Media/OpenSoundEncoder.h"
 #include "Host/Lineup/Export/Samples/SamplePacking.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 extern "C" {
-#include <libavutil/channel_layout.h>
 #include <libavutil/samplefmt.h>
 }
 
@@ -17,38 +15,11 @@ namespace lineup {
 
 namespace {
 
-constexpr int kBitsOf24 = 24;
-
 // How the encoders' names begin that write samples as PackFrames packs them.
 constexpr std::string_view kUncompressed = "pcm_";
 
 // How muxers and players know the title of a track.
 constexpr std::array<std::string_view, 2> kTitleKeys = {"title", "handler_name"};
-
-AVSampleFormat InterleavedFormat(SampleFormat samples) {
-    switch (samples) {
-        case SampleFormat::S16:
-            return AV_SAMPLE_FMT_S16;
-        case SampleFormat::S24:  // in the upper bytes of 32 bits
-        case SampleFormat::S32:
-            return AV_SAMPLE_FMT_S32;
-        case SampleFormat::F32:
-            break;
-    }
-    return AV_SAMPLE_FMT_FLT;
-}
-
-/// The encoder's own form of these samples: all channels in one buffer, or a buffer a channel.
-AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
-    const AVSampleFormat interleaved = InterleavedFormat(samples);
-    for (const AVSampleFormat* format = encoder.sample_fmts; format != nullptr && *format != AV_SAMPLE_FMT_NONE;
-         ++format) {
-        if (av_get_packed_sample_fmt(*format) == interleaved) {
-            return *format;
-        }
-    }
-    throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));
-}
 
 /// The atom "chan" that names a layout by its tag alone: a size, the name, version and flags, the tag, no bitmap and no
 /// descriptions.
@@ -61,33 +32,13 @@ std::array<std::uint8_t, 24> ChannelAtom(std::uint32_t tag) {
     return atom;
 }
 
-AvCodecContext Open(const SoundPlan& plan, const TrackPlan& track, const Muxer& muxer) {
-    const AudioEncoding& encoding = *plan.encoding;
-    AvCodecContext encoder = NewEncoder(encoding.encoder);
-    encoder->sample_fmt = FormatFor(*encoder->codec, encoding.samples);
-    encoder->sample_rate = plan.sampleRateHz;
-    encoder->time_base = {1, plan.sampleRateHz};
-    encoder->bit_rate = std::int64_t{encoding.bitRatePerChannel} * static_cast<std::int64_t>(track.channels.size());
-    if (encoding.samples == SampleFormat::S24) {
-        encoder->bits_per_raw_sample = kBitsOf24;
-    }
-    RequireAv(av_channel_layout_from_string(&encoder->ch_layout, track.layout.c_str()),
-              "cannot name the sound's channels");
-    if (muxer.WantsGlobalHeaders()) {
-        encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    }
-    AvOptions options;
-    OpenEncoder(*encoder, options);
-    return encoder;
-}
-
 }  // namespace
 
 SoundEncoder::SoundEncoder(const SoundPlan& plan, const TrackPlan& track, Muxer& muxer)
     : mSamples(plan.encoding->samples),
       mChannels(track.channels),
       mMuxer(&muxer),
-      mEncoder(Open(plan, track, muxer)),
+      mEncoder(OpenSoundEncoder(plan, track, muxer.WantsGlobalHeaders())),
       mFrame(NewAvFrame()),
       mPacket(NewAvPacket()),
       mStream(muxer.AddStream(*mEncoder)),

@@ -1,0 +1,54 @@
+#include "Host/Lineup/Send/Clocks.h"
+
+#include <algorithm>
+#include <ctime>
+
+namespace lineup {
+
+SendClock::~SendClock() = default;
+
+inline namespace parts {
+
+namespace {
+
+constexpr std::int64_t kNsASecond = 1'000'000'000;
+
+class SystemClock final : public SendClock {
+public:
+    explicit SystemClock(clockid_t clock) : mClock(clock) {}
+
+    [[nodiscard]] std::int64_t NowNs() override {
+        timespec now{};
+        clock_gettime(mClock, &now);
+        return now.tv_sec * kNsASecond + now.tv_nsec;
+    }
+
+    void WaitUntilNs(std::int64_t ns) override {
+        const timespec until{.tv_sec = ns / kNsASecond, .tv_nsec = ns % kNsASecond};
+        clock_nanosleep(mClock, TIMER_ABSTIME, &until, nullptr);
+    }
+
+private:
+    clockid_t mClock;
+};
+
+class FreeClock final : public SendClock {
+public:
+    [[nodiscard]] std::int64_t NowNs() override { return mNow; }
+    void WaitUntilNs(std::int64_t ns) override { mNow = std::max(mNow, ns); }
+
+private:
+    std::int64_t mNow = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<SendClock> MakeClock(SendTiming timing) {
+    if (timing == SendTiming::Free) {
+        return std::make_unique<FreeClock>();
+    }
+    return std::make_unique<SystemClock>(timing == SendTiming::Wall ? CLOCK_REALTIME : CLOCK_MONOTONIC);
+}
+
+}  // namespace parts
+}  // namespace lineup

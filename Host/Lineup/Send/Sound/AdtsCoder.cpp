@@ -1,0 +1,49 @@
+#include "Host/Lineup/Send/Sound/AdtsCoder.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace lineup {
+inline namespace parts {
+
+namespace {
+
+// In the order of their numbers in a head.
+constexpr std::array<int, 12> kAdtsRatesHz = {96000, 88200, 64000, 48000, 44100, 32000,
+                                              24000, 22050, 16000, 12000, 11025, 8000};
+constexpr std::size_t kAdtsHead = 7;
+constexpr std::size_t kBufferBytes = 6144 / 8;
+
+}  // namespace
+
+AdtsCoder::AdtsCoder(std::unique_ptr<SoundCoder> coder, int sampleRateHz, std::size_t channels)
+    : mCoder(std::move(coder)),
+      mRateIndex(static_cast<unsigned>(std::ranges::find(kAdtsRatesHz, sampleRateHz) - kAdtsRatesHz.begin())),
+      mChannels(static_cast<unsigned>(channels)) {}
+
+std::size_t AdtsCoder::MostBytes(std::size_t channels) {
+    return kBufferBytes * channels + kAdtsHead;
+}
+
+void AdtsCoder::Code(std::span<float* const> samples, std::vector<std::uint8_t>& packet) {
+    mCoder->Code(samples, packet);
+    if (packet.empty()) {
+        return;
+    }
+    constexpr unsigned kLowComplexity = 1;
+    const auto length = static_cast<unsigned>(packet.size() + kAdtsHead);
+    const std::array<unsigned, kAdtsHead> head = {0xFF,
+                                                  0xF1,  // MPEG-4, no checksum
+                                                  kLowComplexity << 6U | mRateIndex << 2U | mChannels >> 2U,
+                                                  (mChannels & 3U) << 6U | length >> 11U,
+                                                  length >> 3U & 0xFFU,
+                                                  (length & 7U) << 5U | 0x1FU,  // a variable rate
+                                                  0xFC};
+    std::array<std::uint8_t, kAdtsHead> bytes{};
+    std::ranges::transform(head, bytes.begin(), [](unsigned value) { return static_cast<std::uint8_t>(value); });
+    packet.insert(packet.begin(), bytes.begin(), bytes.end());
+}
+
+}  // namespace parts
+}  // namespace lineup

@@ -1,0 +1,81 @@
+#include "Host/Lineup/Send/Sound/CodedSound.h"
+
+#include "Host/Lineup/Send/Sound/ClipCycle.h"
+#include "Host/Lineup/Send/Transport/WideMath.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace lineup {
+inline namespace parts {
+
+SoundCoder::~SoundCoder() = default;
+
+CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t mostBytes, Stretches stretches)
+    : mReader(clip),
+      mOpen(std::move(open)),
+      mStretches(stretches),
+      mCycle(CycleSamples(clip)),
+      mCoder(mOpen()),
+      mBlock(mCoder->BlockSamples()),
+      mPadding(mCoder->PaddingSamples()),
+      mFrames(mCycle / std::gcd(mCycle, std::int64_t{mBlock})) {
+    if (mFrames <= kMostKept / static_cast<std::int64_t>(mostBytes)) {
+        mKept.resize(static_cast<std::size_t>(mFrames));
+    }
+    const auto channels = static_cast<std::size_t>(clip.NumChannels());
+    mSamples.resize(channels * static_cast<std::size_t>(mBlock));
+    for (std::size_t c = 0; c < channels; ++c) {
+        mChannels.push_back(mSamples.data() + c * static_cast<std::size_t>(mBlock));
+    }
+}
+
+std::span<const std::uint8_t> CodedSound::Frame(std::int64_t index) {
+    const std::int64_t frame = Modulo(index, mFrames);
+    if (Keeps() && !mKept[static_cast<std::size_t>(frame)].empty()) {
+        return mKept[static_cast<std::size_t>(frame)];
+    }
+    const std::int64_t stretch = frame / mStretches.frames * mStretches.frames;
+    if (mStretch != stretch || mNextFrame > frame + 1) {
+        Begin(stretch);
+    }
+    while (mNextFrame <= frame) {
+        CodeNext();
+    }
+    return mPacket;
+}
+
+void CodedSound::Begin(std::int64_t stretch) {
+    mCoder = mOpen();
+    mStretch = stretch;
+    mNextFrame = stretch - mStretches.warmUp;
+    mNextBlock = mNextFrame;
+}
+
+void CodedSound::CodeNext() {
+    mPacket.clear();
+    while (mPacket.empty()) {
+        ReadBlock(mNextBlock++);
+        mCoder->Code(mChannels, mPacket);
+    }
+    const std::int64_t frame = mNextFrame++;
+    if (Keeps() && frame >= mStretch) {
+        mKept[static_cast<std::size_t>(frame)] = mPacket;
+    }
+}
+
+void CodedSound::ReadBlock(std::int64_t block) {
+    std::int64_t position = Modulo(block * mBlock, mCycle);
+    std::vector<float*> channels = mChannels;
+    for (std::int64_t left = mBlock; left > 0;) {
+        const std::int64_t count = std::min(left, mCycle - position);
+        mReader.Read(position, count, channels);
+        std::ranges::for_each(channels, [count](float*& channel) { channel += count; });
+        left -= count;
+        position = 0;
+    }
+}
+
+}  // namespace parts
+}  // namespace lineup

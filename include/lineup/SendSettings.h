@@ -1,0 +1,67 @@
+#pragma once
+
+#include <lineup/Card.h>
+#include <lineup/PictureAspect.h>
+#include <lineup/Rational.h>
+#include <lineup/Scan.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace lineup {
+
+class SendClock;
+
+/// What says when each packet leaves, and which clip time it carries.
+enum class SendTiming {
+    Steady,  ///< clip time runs from the start, by the machine's monotonic clock
+    Wall,    ///< clip time is the system's clock, the time since 1970: two senders send the same bytes at the same time
+    Free,    ///< as fast as the receiver takes it: a file or a pipe
+};
+
+/// Of what is wrong, instead of a codec's name: there is none of that kind in the stream.
+inline constexpr const char* kNoCodec = "none";
+
+/// What to send, and where.
+struct SendSettings {
+    std::string target;  ///< a URL, or a file's name
+
+    /// A pipe to write to instead of the target, which then only names it in errors. It stays open.
+    std::optional<int> pipe;
+
+    bool overwrite = false;  ///< replace a file that is there already
+
+    int width = 1920;
+    int height = 1080;
+    Card card = Card::Auto;
+    PictureAspect aspect = PictureAspect::Auto;
+    Scan scan = Scan::Progressive;
+    Rational frameRate{25, 1};
+
+    /// Names out of StreamTable.h; empty for the first, kNoCodec for none.
+    std::string videoCodec;
+    std::string audioCodec;
+
+    /// From one picture that stands alone to the next; 1: all do; 0: half a second's.
+    int groupFrames = 0;
+
+    /// Of the whole stream, stuffing included; 0: as few as its delay allows.
+    std::int64_t bitsPerSecond = 0;
+
+    /// The clip's first sample in the stream, and how many are sent; without a number, for ever. With SendTiming::Wall
+    /// the first is whatever the clock says.
+    std::int64_t startSample = 0;
+    std::optional<std::int64_t> samples;
+
+    SendTiming timing = SendTiming::Steady;
+
+    /// Instead of the machine's clock; it must outlive the call. Null: the machine's.
+    SendClock* clock = nullptr;
+
+    /// Told what happens to the stream on its way that ends nothing: "nobody receives at ...". May be empty.
+    std::function<void(const std::string&)> notice;
+};
+
+}  // namespace lineup

@@ -24,7 +24,7 @@ constexpr double kShortestForLines = 0.18;
 constexpr double kLongestLook = 1;  // s
 
 // The samples of the longest stretch of blocks that are there.
-std::span<const float> Stretch(const History& history, const SlotSound& sound, std::size_t input) {
+std::span<const float> StretchOf(const History& history, const SlotSound& sound, std::size_t input) {
     const InputSlot& slot = sound.inputs[input];
     std::size_t bestFirst = 0;
     std::size_t bestCount = 0;
@@ -145,7 +145,7 @@ void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, doub
 
 void AddLines(const History& history, const Reference& reference, const SlotSound& sound, double pitch,
               std::size_t input, std::size_t tone, LineFindings& lines) {
-    const std::span<const float> samples = Stretch(history, sound, input);
+    const std::span<const float> samples = StretchOf(history, sound, input);
     const double rate = history.grid.NarrowRate();
     const double seconds = static_cast<double>(samples.size()) / rate;
     if (seconds < kShortestForLines) {

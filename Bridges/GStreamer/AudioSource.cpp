@@ -24,7 +24,17 @@ constexpr int kUsualRateHz = 48000;
 constexpr int kUsualChannels = 2;
 constexpr int kMostSamplesPerBuffer = 1 << 20;
 
-const lineup::BarsAndToneInfo kDefaults;
+constexpr double kUsualFrequencyHz = lineup::BarsAndToneInfo().frequency;
+
+// That of the gain that a new clip has, which is exact only when nobody asks for it in decibels.
+double UsualLevelDb() {
+    return lineup::DbFromGain(lineup::BarsAndToneInfo().amplitude);
+}
+
+std::optional<double> UnlessUsual(const GValue& value, double usual) {
+    const double asked = g_value_get_double(&value);
+    return asked == usual ? std::nullopt : std::optional(asked);
+}
 
 const lineup::Ident* IdentOf(int value) {
     return value == 0 ? nullptr : &lineup::Idents()[static_cast<std::size_t>(value) - 1];
@@ -74,8 +84,7 @@ void DescribeAudio(GstElementClass& type) {
                                           "Computes the sound of a line-up clip: a steady tone, or an ident of EBU "
                                           "stereo, EBU 5.1 or BLITS",
                                           "Bars and Tone");
-    Caps caps(gst_caps_new_empty());
-    AppendChannels(*caps, 1, kMostChannels);
+    const Caps caps = AudioSource::Possible();
     gst_element_class_add_pad_template(&type, gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, caps.get()));
     GObjectClass& object = type.parent_class.parent_class;
     gst_type_mark_as_plugin_api(SoundEnum(), GstPluginAPIFlags{});
@@ -84,10 +93,10 @@ void DescribeAudio(GstElementClass& type) {
                                       SoundEnum(), 0, kReadWrite));
     InstallProperty(object, kFrequency,
                     g_param_spec_double("frequency", "Frequency", "Of the steady tone, Hz; below half the sample rate",
-                                        1, lineup::kHighestSampleRateHz / 2.0, kDefaults.frequency, kReadWrite));
+                                        1, lineup::kHighestSampleRateHz / 2.0, kUsualFrequencyHz, kReadWrite));
     InstallProperty(object, kLevel,
                     g_param_spec_double("level", "Level", "Of the steady tone's peak, dBFS; -300 is silence",
-                                        lineup::kSilenceDb, 0, lineup::DbFromGain(kDefaults.amplitude), kReadWrite));
+                                        lineup::kSilenceDb, 0, UsualLevelDb(), kReadWrite));
     InstallProperty(object, kSettings,
                     g_param_spec_string("settings", "Settings",
                                         "A settings file (.batn) or document (.lineup) that says all of the sound: "
@@ -113,6 +122,12 @@ struct AudioSource::Playing {
     std::int64_t samplesPerBuffer = 0;
 };
 
+Caps AudioSource::Possible() {
+    Caps caps(gst_caps_new_empty());
+    AppendChannels(*caps, 1, kMostChannels);
+    return caps;
+}
+
 AudioSource::AudioSource() = default;
 AudioSource::~AudioSource() = default;
 
@@ -122,10 +137,10 @@ void AudioSource::Set(guint property, const GValue& value) {
             mIdent = g_value_get_enum(&value);
             break;
         case kFrequency:
-            mFrequencyHz = g_value_get_double(&value);
+            mFrequencyHz = UnlessUsual(value, kUsualFrequencyHz);
             break;
         case kLevel:
-            mLevelDb = g_value_get_double(&value);
+            mLevelDb = UnlessUsual(value, UsualLevelDb());
             break;
         case kSettings:
             mSettingsFile = g_value_get_string(&value) == nullptr ? "" : g_value_get_string(&value);
@@ -141,10 +156,10 @@ void AudioSource::Get(guint property, GValue& value) const {
             g_value_set_enum(&value, mIdent);
             break;
         case kFrequency:
-            g_value_set_double(&value, mFrequencyHz.value_or(static_cast<double>(kDefaults.frequency)));
+            g_value_set_double(&value, mFrequencyHz.value_or(kUsualFrequencyHz));
             break;
         case kLevel:
-            g_value_set_double(&value, mLevelDb.value_or(lineup::DbFromGain(static_cast<double>(kDefaults.amplitude))));
+            g_value_set_double(&value, mLevelDb.value_or(UsualLevelDb()));
             break;
         case kSettings:
             g_value_set_string(&value, mSettingsFile.c_str());
@@ -184,12 +199,11 @@ int AudioSource::NumChannels() const {
 
 // A steady tone is the same in all channels, whatever speakers they are for. Otherwise each has its own.
 Caps AudioSource::Offered() const {
-    Caps caps(gst_caps_new_empty());
     const int channels = NumChannels();
     if (channels == 0) {
-        AppendChannels(*caps, 1, kMostChannels);
-        return caps;
+        return Possible();
     }
+    Caps caps(gst_caps_new_empty());
     AppendChannels(*caps, channels, channels);
     if (channels > 1) {
         SetSpeakers(*caps, SpeakersOf(channels, false));

@@ -18,6 +18,9 @@ public:
     /// `lineupaudiosrc`.
     static const ElementKind kElement;
 
+    /// Caps of everything that the sound of a clip can be.
+    [[nodiscard]] static Caps Possible();
+
     AudioSource();
     ~AudioSource() override;
 

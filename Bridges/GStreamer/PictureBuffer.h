@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Card.h>
 #include <lineup/Clip.h>
 #include "Bridges/GStreamer/Handles.h"
 

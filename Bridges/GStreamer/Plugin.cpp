@@ -1,5 +1,6 @@
 // What the framework finds in this module: its name, and a function that registers the elements.
 #include "Bridges/GStreamer/AudioSource.h"
+#include "Bridges/GStreamer/LineupBin.h"
 #include "Bridges/GStreamer/VideoSource.h"
 
 #include <gst/gst.h>
@@ -12,7 +13,8 @@ gboolean Register(GstPlugin* plugin) {
                                                 RegisterElement(gstreamer::VideoSource::kElement));
     const gboolean audio = gst_element_register(plugin, "lineupaudiosrc", GST_RANK_NONE,
                                                 RegisterElement(gstreamer::AudioSource::kElement));
-    return video != FALSE && audio != FALSE ? TRUE : FALSE;
+    const gboolean both = gst_element_register(plugin, "lineupsrc", GST_RANK_PRIMARY, gstreamer::LineupBinType());
+    return video != FALSE && audio != FALSE && both != FALSE ? TRUE : FALSE;
 }
 
 }  // namespace

@@ -25,25 +25,12 @@ constexpr lineup::PictureFormat kUsual;
 // Fields of 4:2:0 have chroma of their own lines: two a field.
 constexpr int kInterlaced420Step = 4;
 
-Caps AnyPicture() {
-    const auto formats = VideoFormats();
-    Caps caps(gst_video_make_raw_caps(formats.data(), static_cast<guint>(formats.size())));
-    gst_caps_set_simple(caps.get(), "width", GST_TYPE_INT_RANGE, 1, lineup::PictureFormat::kMostSize, "height",
-                        GST_TYPE_INT_RANGE, 1, lineup::PictureFormat::kMostSize, "framerate", GST_TYPE_FRACTION_RANGE,
-                        lineup::kLowestFrameRate, 1, lineup::kHighestFrameRate, 1, nullptr);
-    const Caps interlaced(gst_caps_copy(caps.get()));
-    gst_caps_set_simple(caps.get(), "interlace-mode", G_TYPE_STRING, "progressive", nullptr);
-    gst_caps_set_simple(interlaced.get(), "interlace-mode", G_TYPE_STRING, "interleaved", nullptr);
-    gst_caps_append(caps.get(), gst_caps_copy(interlaced.get()));
-    return caps;
-}
-
 void DescribeVideo(GstElementClass& type) {
     gst_element_class_set_static_metadata(&type, "Colour bars", "Source/Video",
                                           "Draws the card of a line-up clip: colour bars for high and standard "
                                           "definition",
                                           "Bars and Tone");
-    const Caps caps = AnyPicture();
+    const Caps caps = VideoSource::Possible();
     gst_element_class_add_pad_template(&type, gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, caps.get()));
     gst_type_mark_as_plugin_api(CardEnum(), GstPluginAPIFlags{});
     InstallProperty(type.parent_class.parent_class, kCard,
@@ -85,6 +72,19 @@ void ChooseShape(GstStructure& structure, int width, int height) {
 
 }  // namespace
 
+Caps VideoSource::Possible() {
+    const auto formats = VideoFormats();
+    Caps caps(gst_video_make_raw_caps(formats.data(), static_cast<guint>(formats.size())));
+    gst_caps_set_simple(caps.get(), "width", GST_TYPE_INT_RANGE, 1, lineup::PictureFormat::kMostSize, "height",
+                        GST_TYPE_INT_RANGE, 1, lineup::PictureFormat::kMostSize, "framerate", GST_TYPE_FRACTION_RANGE,
+                        lineup::kLowestFrameRate, 1, lineup::kHighestFrameRate, 1, nullptr);
+    const Caps interlaced(gst_caps_copy(caps.get()));
+    gst_caps_set_simple(caps.get(), "interlace-mode", G_TYPE_STRING, "progressive", nullptr);
+    gst_caps_set_simple(interlaced.get(), "interlace-mode", G_TYPE_STRING, "interleaved", nullptr);
+    gst_caps_append(caps.get(), gst_caps_copy(interlaced.get()));
+    return caps;
+}
+
 void VideoSource::Set(guint, const GValue& value) {
     mCard = static_cast<lineup::Card>(g_value_get_enum(&value));
 }
@@ -103,7 +103,7 @@ void VideoSource::Close() noexcept {
 }
 
 Caps VideoSource::Offered() const {
-    return AnyPicture();
+    return Possible();
 }
 
 Caps VideoSource::Chosen(Caps caps) const {

@@ -15,6 +15,9 @@ public:
     /// `lineupvideosrc`.
     static const ElementKind kElement;
 
+    /// Caps of everything that the picture of a clip can be.
+    [[nodiscard]] static Caps Possible();
+
     void Set(guint property, const GValue& value) override;
     void Get(guint property, GValue& value) const override;
     void Open(const std::string& plugin) override;

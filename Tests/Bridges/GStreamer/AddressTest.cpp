@@ -1,0 +1,102 @@
+// Addresses "lineup://?...", and the element that opens them.
+#include "Tests/Bridges/GStreamer/Framework.h"
+#include "Tests/Bridges/PlugInSound.h"
+
+#include <gmock/gmock.h>
+
+#include <cstring>
+
+namespace {
+
+using testing::HasSubstr;
+
+// What is said of an address that no element takes; empty when one does.
+std::string MistakeIn(const std::string& address) {
+    test::StartFramework();
+    GError* error = nullptr;
+    const test::Element element(gst_element_make_from_uri(GST_URI_SRC, address.c_str(), nullptr, &error));
+    std::string text;
+    if (error != nullptr) {
+        text = error->message;
+        g_error_free(error);
+    }
+    return text;
+}
+
+TEST(Address, MayHaveEveryKey) {
+    EXPECT_EQ(MistakeIn("lineup://"), "");
+    EXPECT_EQ(MistakeIn("lineup://?ident=ebu-5.1&sample-rate=44100&sample-format=S24BE&size=720x576&rate=29.97&card=hd"
+                        "&scan=tff&aspect=16:9&format=v210&live=true&duration=13.4"),
+              "");
+    EXPECT_EQ(MistakeIn("lineup://?frequency=440&level=-20&channels=5.1&settings=news.batn"), "");
+}
+
+TEST(Address, NamesTheKeyThatIsWrongAndWhatWouldBeRight) {
+    const std::vector<std::pair<std::string, std::string>> mistakes = {
+        {"sise=1x1", "there is no key sise in an address; there are ident, frequency, level"},
+        {"plugin=evil.bundle", "there is no key plugin"},
+        {"ident=blitz", "ident blitz: must be tone, ebu-stereo-1000, ebu-stereo-400, ebu-5.1, blits"},
+        {"frequency=0", "frequency 0: must be 1 to 192000"},
+        {"level=3", "level 3: must be -300 to 0"},
+        {"channels=7", "channels 7: must be 1 to 6, or mono, stereo, 5.1"},
+        {"sample-rate=1", "sample-rate 1: must be 8000 to 384000 Hz"},
+        {"size=1920", "size 1920: must be WIDTHxHEIGHT"},
+        {"size=0x9", "size 0x9: must be WIDTHxHEIGHT, each 1 to 8192"},
+        {"rate=29.9", "rate 29.9: must be frames a second"},
+        {"scan=i", "scan i: must be progressive, tff, bff"},
+        {"aspect=1:1&size=9x9", "aspect 1:1: must be auto, 4:3, 16:9, square"},
+        {"aspect=4:3", "aspect 4:3: must be with a size"},
+        {"live=maybe", "live maybe: must be true or false"},
+        {"duration=0", "duration 0: must be seconds, more than 0"},
+    };
+    for (const auto& [address, text] : mistakes) {
+        EXPECT_THAT(MistakeIn("lineup://?" + address), HasSubstr(text));
+    }
+    EXPECT_THAT(MistakeIn("lineup://blits"), HasSubstr("must be lineup://?KEY=VALUE"));
+    EXPECT_THAT(test::PlayOnce("lineupsrc uri=lineup://?sise=1").error, HasSubstr("there is no key sise"));
+}
+
+TEST(Address, IsOpenedByAnyPlayer) {
+    for (const char* const player : {"uridecodebin", "uridecodebin3", "lineupsrc"}) {
+        const auto played =
+            test::PlayOnce(player + std::string(" uri=lineup://?ident=blits&size=64x36&duration=0.1 name=s "
+                                                "s. ! video/x-raw ! fakesink sync=false s. ! audio/x-raw ! queue"));
+        EXPECT_EQ(played.error, "") << player;
+        test::Planes planes(6, std::vector<float>(4800));
+        const std::string bytes = played.Bytes();
+        ASSERT_EQ(bytes.size(), std::size_t{4800} * 6 * sizeof(float)) << player;
+        for (std::size_t value = 0; value < std::size_t{4800} * 6; ++value) {
+            std::memcpy(&planes[value % 6][value / 6], bytes.data() + value * sizeof(float), sizeof(float));
+        }
+        EXPECT_EQ(test::Difference(planes, test::PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 4800)), "");
+    }
+}
+
+TEST(Address, SaysWhatThePictureIs) {
+    const auto played = test::PlayOnce(
+        "lineupsrc uri=lineup://?size=720x576&aspect=16:9&scan=bff&rate=29.97&format=v210&duration=0.1 name=s "
+        "s.audio ! fakesink sync=false s.video ! queue");
+    EXPECT_THAT(played.caps, testing::AllOf(HasSubstr("format=(string)v210"), HasSubstr("width=(int)720"),
+                                            HasSubstr("framerate=(fraction)30000/1001"),
+                                            HasSubstr("field-order=(string)bottom-field-first"),
+                                            HasSubstr("pixel-aspect-ratio=(fraction)16/11")));
+    EXPECT_EQ(played.buffers.size(), 3U);
+}
+
+TEST(Address, ThatFollowsAnotherForgetsIt) {
+    test::StartFramework();
+    const test::Element element(gst_element_factory_make("lineupsrc", nullptr));
+    for (const char* const address : {"lineup://?ident=blits&card=sd&live=true", "lineup://"}) {
+        g_object_set(element.get(), "uri", address, nullptr);
+    }
+    gint ident = -1;
+    gint card = -1;
+    gboolean live = TRUE;
+    gst_child_proxy_get(GST_CHILD_PROXY(element.get()), "audio::ident", &ident, "video::card", &card, "audio::is-live",
+                        &live, nullptr);
+    EXPECT_EQ(ident, 0);
+    EXPECT_EQ(card, 0);
+    EXPECT_EQ(live, FALSE);
+}
+
+}  // namespace

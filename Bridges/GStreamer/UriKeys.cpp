@@ -210,7 +210,7 @@ void SetPixelShape(Wanted& wanted) {
     if (gst_structure_get(picture, "width", G_TYPE_INT, &width, "height", G_TYPE_INT, &height, nullptr) == FALSE) {
         Refuse("aspect", wanted.aspect, "with a size");
     }
-    const auto* const row = 
+    const auto* const row =
         std::ranges::find(lineup::kPictureAspectNames, wanted.aspect, &lineup::PictureAspectName::name);
     const lineup::Rational pixel = lineup::ShapeOf(width, height, row->aspect).sampleAspect;
     SetField(wanted.pictureCaps, "pixel-aspect-ratio", GST_TYPE_FRACTION, pixel.num, pixel.den);

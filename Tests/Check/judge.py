@@ -51,9 +51,10 @@ class Outcome:
         return pairs or [(NOTHING, NOTHING)]
 
 
-def either_way(fault, due):
-    """A jump's id; the one that is due where the check says that it may be either."""
-    jumps = [name for name in JUMPS if name in due]
+def either_way(fault, due, sure):
+    """A jump's id; the one that is due, and not named for sure, where the check says that it may be either: a tone goes
+    on in the same way after so many samples more or fewer, and no edge follows that would tell."""
+    jumps = [name for name in JUMPS if name in due and name not in sure]
     return jumps[0] if fault["id"] in JUMPS and PERIODS in fault["text"] and len(jumps) == 1 else fault["id"]
 
 
@@ -61,9 +62,10 @@ def outcome_of(case, report, unknown):
     """`unknown` are faults that may be there or not: they are neither due nor wrong."""
     got = {}
     due = case.draft.expected()
+    sure = {fault["id"] for fault in report["faults"] if PERIODS not in fault["text"]}
     for fault in report["faults"]:
         if fault["id"] not in unknown:
-            got.setdefault(either_way(fault, due), set()).update(fault["inputs"])
+            got.setdefault(either_way(fault, due, sure), set()).update(fault["inputs"])
     expected = {name: inputs for name, inputs in due.items() if name not in unknown}
     open_ids = {fault for note in report["notes"] for fault in OPEN_BY_NOTE.get(note["id"], ())}
     untold = [name for name in expected if name not in got and name in open_ids]

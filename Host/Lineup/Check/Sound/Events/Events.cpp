@@ -12,7 +12,9 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kBadResidual = 50;       // times the usual one
+constexpr double kBadResidual = 2;        // times the usual one
+constexpr double kBadCodedResidual = 50;  // the same after a lossy codec, whose noise comes and goes
+constexpr double kBadSpread = 12;         // times what usual ones lie apart
 constexpr double kBadFloor = 3e-9;        // mean square: 85 dB below full scale
 constexpr double kBadOfTone = 3e-6;       // of the tone's power
 constexpr double kBadOfCodedTone = 0.05;  // the same after a lossy codec
@@ -21,7 +23,6 @@ constexpr double kLeastCodedTurn = 0.3;   // radians
 constexpr double kOtherAmplitude = 0.12;  // of the usual one
 constexpr double kEventSounds = 1e-4;     // full scale: a tone to compare with
 constexpr std::size_t kBlocksBeside = 3;  // that tell what the tone is before and after
-constexpr std::size_t kShortSlot = 12;    // blocks
 constexpr double kClearOfTone = 0.004;    // of the tone: more than its own noise
 constexpr double kClearOfNoise = 6;       // times its r.m.s.
 constexpr double kClearAtLeast = 2e-4;
@@ -42,6 +43,7 @@ struct Stretch {
 
 struct Usual {
     double residual = 0;
+    double spread = 0;  // of residuals
     double amplitude = 0;
     std::size_t tone = 0;  // the loudest
 };
@@ -59,6 +61,8 @@ double MedianWhereThere(const InputSlot& input, const auto& value) {
 Usual UsualOf(const InputSlot& input) {
     Usual usual;
     usual.residual = MedianWhereThere(input, [&](std::size_t block) { return input.blocks[block].residual; });
+    usual.spread = MedianWhereThere(
+        input, [&](std::size_t block) { return std::abs(input.blocks[block].residual - usual.residual); });
     for (std::size_t tone = 0; tone < input.gains.size(); ++tone) {
         const double amplitude =
             MedianWhereThere(input, [&](std::size_t block) { return std::abs(input.gains[tone][block]); });
@@ -73,7 +77,10 @@ Usual UsualOf(const InputSlot& input) {
 bool IsBad(const InputSlot& input, std::size_t block, const Usual& usual, bool lossy) {
     const double power = usual.amplitude * usual.amplitude;
     const double leastResidual = kBadFloor + (lossy ? kBadOfCodedTone : kBadOfTone) * power;
-    const bool torn = input.blocks[block].residual > kBadResidual * usual.residual + leastResidual;
+    const double mostUsual = lossy
+                                 ? kBadCodedResidual * usual.residual
+                                 : std::max(kBadResidual * usual.residual, usual.residual + kBadSpread * usual.spread);
+    const bool torn = input.blocks[block].residual > mostUsual + leastResidual;
     const bool sounds = usual.amplitude > kEventSounds && power > 4 * usual.residual;
     return torn || (sounds && std::abs(std::abs(input.gains[usual.tone][block]) / usual.amplitude - 1) >
                                   (lossy ? kOtherCodedAmplitude : kOtherAmplitude));
@@ -97,10 +104,8 @@ std::vector<Stretch> BadStretches(const InputSlot& input, const Usual& usual, bo
 // The tones of a slot as they sound beside a stretch.
 using Gains = std::vector<std::complex<double>>;
 
-// Of a slot of some length, several blocks must be as they should: programme beside a line-up does not do that.
 std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch, bool after, const auto& isGood) {
     Gains gains(input.gains.size());
-    const std::size_t needed = input.blocks.size() < kShortSlot ? 1 : kBlocksBeside;
     std::size_t count = 0;
     std::size_t found = 0;
     for (std::size_t away = 1; away <= kBlocksBeside; ++away) {
@@ -122,7 +127,7 @@ std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch,
     for (auto& gain : gains) {
         gain /= static_cast<double>(std::max<std::size_t>(count, 1));
     }
-    return found < needed ? std::nullopt : std::optional(gains);
+    return found == 0 ? std::nullopt : std::optional(gains);
 }
 
 class Zoom {

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Sound/Follow/Follower.h"
 
+#include "Host/Lineup/Check/Sound/Events/Clicks.h"
 #include "Host/Lineup/Check/Sound/Events/Events.h"
 #include "Host/Lineup/Check/Sound/Events/Jumps.h"
 #include "Host/Lineup/Check/Sound/Follow/Presence.h"
@@ -109,8 +110,11 @@ void Follower::Take(const SlotNumber& number) {
     }
     std::vector<SoundEvent> events;
     if (mPlacing.tempo == mPlacing.pitch) {
+        const std::vector<SoundEvent> clicks =
+            mHistory->lossy ? std::vector<SoundEvent>() : FindClicks(*mHistory, sound);
         events = FindEvents(*mHistory, *mReference, mMeter, sound);
         mAcross.AddEvents(mMeter, number, mLineup.events, events);
+        AddClicks(clicks, mLineup.events, events);
     }
     // Silence is the line-up's where it goes on after it.
     for (const SlotNumber& silent : std::exchange(mSilent, {})) {

@@ -135,7 +135,7 @@ public:
         mMeter.Place(mPlacing, mDelays);
         const Across across(*mHistory, *mReference);
         for (const SlotNumber& number : mSlots) {
-            SlotSound sound = mMeter.Measure(number);
+            SlotSound sound = MeasureOwn(number);
             std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
             across.AddEvents(mMeter, number, mJumps, events);
             for (SoundEvent& event : events) {
@@ -200,18 +200,35 @@ private:
         mJumps.push_back(event);
     }
 
+    // What is heard of it so far may break in what is not; a cycle before has it whole.
+    [[nodiscard]] bool IsNeedless(const SlotNumber& number) const {
+        const bool isWhole = mMeter.EndOf(number) < mHistory->SecondsEnd();
+        return !isWhole && std::ranges::any_of(mSlots, [&](const SlotNumber& other) {
+            return other.slot == number.slot && other.cycle < number.cycle && mMeter.StartOf(other) > 0;
+        });
+    }
+
+    // A slot; of one that the line-up's start or end cuts, the part that belongs to it.
+    [[nodiscard]] SlotSound MeasureOwn(const SlotNumber& number) {
+        SlotSound sound = mMeter.Measure(number);
+        const bool isOuter = number.slot == mSlots.front().slot || number.slot == mSlots.back().slot;
+        const auto extent = isOuter ? ExtentOfTone(sound) : std::nullopt;
+        if (extent) {
+            sound.Keep(extent->first, extent->second);
+        }
+        return sound;
+    }
+
     // Measures the slots, and where each input's channel has its edges.
     void Look() {
         mMeter.Place(mPlacing, mDelays);
         mCells = Cells(*mReference, mHistory->Inputs());
         std::vector<SlotSound> sounds;
         for (const SlotNumber& number : mSlots) {
-            sounds.push_back(mMeter.Measure(number));
-            const bool isOuter = number.slot == mSlots.front().slot || number.slot == mSlots.back().slot;
-            const auto extent = isOuter ? ExtentOfTone(sounds.back()) : std::nullopt;
-            if (extent) {
-                sounds.back().Keep(extent->first, extent->second);
+            if (IsNeedless(number)) {
+                continue;
             }
+            sounds.push_back(MeasureOwn(number));
             if (mPlacing.tempo == mPlacing.pitch) {
                 static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sounds.back()));
             }

@@ -13,6 +13,8 @@ namespace {
 
 constexpr double kDelaysSounds = 1e-6;  // full scale
 constexpr double kReach = 0.08;         // s on both sides of an edge
+constexpr double kLeastReach = 0.01;
+constexpr double kClearOfJump = 0.004;  // s
 constexpr double kWorstFit = 0.35;      // of the weight: 1 - cos of what a phase is off
 constexpr double kClearlyBetter = 0.1;
 constexpr double kFloatingWeight = 1e-3;
@@ -118,7 +120,13 @@ std::vector<LateEdge> EdgeDelays(const History& history, const Reference& refere
                 line->mean * std::polar(1.0, -kTurn * std::remainder(frequency * (placing.StartAt(edge) + delay), 1.0));
             const double clip =
                 static_cast<double>(sound.number.cycle) * reference.cycle + (after ? slot.end : slot.start);
-            const double reach = std::min(kReach, 0.45 * std::min(slot.Length(), beside.Length()) / placing.tempo);
+            double reach = std::min(kReach, 0.45 * std::min(slot.Length(), beside.Length()) / placing.tempo);
+            for (const TimeJump& jump : placing.jumps) {
+                reach = std::min(reach, std::abs(edge + delay - jump.at) - kClearOfJump);
+            }
+            if (reach < kLeastReach) {
+                continue;
+            }
             const auto late = EdgeDelay(
                 history, {input, edge + delay, !after, frequency, gain,
                           kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});

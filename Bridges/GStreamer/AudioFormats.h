@@ -12,9 +12,9 @@ namespace gstreamer {
 
 /// A format of the framework's, and how it is made of a file's samples.
 struct AudioFormat {
-    GstAudioFormat format;
-    lineup::SampleFormat samples;  ///< rounded as in files
-    std::size_t widenedBytes = 0;  ///< S24 in 4 bytes, F32 as 8; 0: as packed
+    GstAudioFormat format = GST_AUDIO_FORMAT_UNKNOWN;
+    lineup::SampleFormat samples = lineup::SampleFormat::F32;  ///< rounded as in files
+    std::size_t widenedBytes = 0;                              ///< S24 in 4 bytes, F32 as 8; 0: as packed
     bool bigEndian = false;
 };
 

@@ -296,7 +296,7 @@ Buffer AudioSource::Make(std::int64_t first, std::int64_t count) {
     return buffer;
 }
 
-const ElementKind AudioSource::kElement = {"LineupAudioSrc", DescribeAudio,
-                                           [] { return std::unique_ptr<Source>(new AudioSource); }};
+constexpr ElementKind AudioSource::kElement = {"LineupAudioSrc", DescribeAudio,
+                                               [] { return std::unique_ptr<Source>(new AudioSource); }};
 
 }  // namespace gstreamer

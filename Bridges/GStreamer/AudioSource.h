@@ -23,6 +23,8 @@ public:
 
     AudioSource();
     ~AudioSource() override;
+    AudioSource(const AudioSource&) = delete;
+    AudioSource& operator=(const AudioSource&) = delete;
 
     void Set(guint property, const GValue& value) override;
     void Get(guint property, GValue& value) const override;

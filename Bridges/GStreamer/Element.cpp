@@ -21,10 +21,8 @@ struct ElementClass {
 
 enum CommonProperty : guint { kIsLive = 1, kDuration, kPlugin };
 
-GObjectClass* gParent = nullptr;  // of the common type, set when it is first used
-
-GstBaseSrcClass& ParentClass() {
-    return *reinterpret_cast<GstBaseSrcClass*>(gParent);
+const GstBaseSrcClass& ParentClass() {
+    return *static_cast<const GstBaseSrcClass*>(g_type_class_peek(GST_TYPE_PUSH_SRC));
 }
 
 Playback& PlaybackOf(gpointer element) {
@@ -206,11 +204,10 @@ void GetProperty(GObject* object, guint property, GValue* value, GParamSpec* spe
 
 void Finalize(GObject* object) {
     delete static_cast<ElementObject*>(static_cast<gpointer>(object))->playback;
-    gParent->finalize(object);
+    ParentClass().parent_class.parent_class.parent_class.finalize(object);
 }
 
 void InitCommonClass(gpointer type, gpointer) {
-    gParent = static_cast<GObjectClass*>(g_type_class_peek_parent(type));
     auto& object = *static_cast<GObjectClass*>(type);
     object.set_property = SetProperty;
     object.get_property = GetProperty;

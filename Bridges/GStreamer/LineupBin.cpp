@@ -40,7 +40,9 @@ struct BinObject {
 
 enum BinProperty : guint { kUri = 1 };
 
-GstElementClass* gBinParent = nullptr;
+const GstElementClass& BinParent() {
+    return *static_cast<const GstElementClass*>(g_type_class_peek(GST_TYPE_BIN));
+}
 
 BinState& StateOf(gpointer bin) {
     return *static_cast<BinObject*>(bin)->state;
@@ -160,7 +162,7 @@ GstStateChangeReturn ChangeState(GstElement* element, GstStateChange change) {
         Expose(element, state.sound);
         gst_element_no_more_pads(element);
     }
-    const GstStateChangeReturn result = gBinParent->change_state(element, change);
+    const GstStateChangeReturn result = BinParent().change_state(element, change);
     if (change == GST_STATE_CHANGE_PAUSED_TO_READY || (starts && result == GST_STATE_CHANGE_FAILURE)) {
         Withdraw(element, state.picture);
         Withdraw(element, state.sound);
@@ -172,7 +174,7 @@ GstStateChangeReturn ChangeState(GstElement* element, GstStateChange change) {
 
 void FinalizeBin(GObject* object) {
     delete &StateOf(object);
-    gBinParent->parent_class.parent_class.finalize(object);
+    BinParent().parent_class.parent_class.finalize(object);
 }
 
 void AddPad(GstElementClass& element, const char* name, const Caps& caps) {
@@ -181,7 +183,6 @@ void AddPad(GstElementClass& element, const char* name, const Caps& caps) {
 }
 
 void InitBinClass(gpointer type, gpointer) {
-    gBinParent = static_cast<GstElementClass*>(g_type_class_peek_parent(type));
     auto& object = *static_cast<GObjectClass*>(type);
     object.set_property = SetBinProperty;
     object.get_property = GetBinProperty;

@@ -67,7 +67,8 @@ bool Playback::IsFresh() const {
 
 void Playback::JoinAt(GstClockTime time) {
     const std::scoped_lock lock(mMutex);
-    mNext = mSource->Units().At(time);
+    const std::int64_t perBuffer = mSource->UnitsPerBuffer();
+    mNext = mSource->Units().At(time) / perBuffer * perBuffer;
 }
 
 Buffer Playback::Next(GstClockTime stop) {

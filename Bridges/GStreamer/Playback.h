@@ -40,7 +40,7 @@ public:
     /// Whether it is still where it was opened, at the beginning.
     [[nodiscard]] bool IsFresh() const;
 
-    /// Has what stream time `time` falls into for its first.
+    /// Has the buffer that stream time `time` falls into for its first, of whole buffers from the beginning on.
     void JoinAt(GstClockTime time);
 
     /// The next buffer with its times; empty when stream time `stop` (kEndless for none) or the end has come.

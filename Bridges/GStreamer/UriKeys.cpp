@@ -64,6 +64,7 @@ std::optional<lineup::Rational> FrameRateIn(std::string_view text) {
 template <class Rows>
 std::string NamesOf(const Rows& rows) {
     std::vector<std::string_view> names;
+    names.reserve(rows.size());
     for (const auto& row : rows) {
         names.push_back(row.name);
     }
@@ -154,7 +155,8 @@ void TakeChannels(Wanted& wanted, const std::string& value) {
 void TakeDuration(Wanted& wanted, const std::string& value) {
     constexpr double kMostSeconds = 1e9;
     const double seconds = NumberIn<double>(value).value_or(0);
-    if (!(seconds > 0 && seconds <= kMostSeconds)) {
+    const bool isLength = seconds > 0 && seconds <= kMostSeconds;  // false for not-a-number
+    if (!isLength) {
         Refuse("duration", value, "seconds, more than 0");
     }
     const std::string nanoseconds = std::to_string(std::llround(seconds * static_cast<double>(GST_SECOND)));
@@ -263,6 +265,7 @@ GParamSpec& SpecOf(GObject* object, const std::string& property) {
 
 std::string KeysText() {
     std::vector<std::string> texts;
+    texts.reserve(kKeys.size());
     for (const Key& key : kKeys) {
         texts.push_back(fmt::format("{} ({})", key.name, key.text));
     }

@@ -154,7 +154,7 @@ Buffer VideoSource::Make(std::int64_t, std::int64_t) {
     return Buffer(gst_buffer_copy(mPicture.get()));
 }
 
-const ElementKind VideoSource::kElement = {"LineupVideoSrc", DescribeVideo,
-                                           [] { return std::unique_ptr<Source>(new VideoSource); }};
+constexpr ElementKind VideoSource::kElement = {"LineupVideoSrc", DescribeVideo,
+                                               [] { return std::unique_ptr<Source>(new VideoSource); }};
 
 }  // namespace gstreamer

@@ -6,6 +6,7 @@
 #   program      lineup
 #   studio       lineup-studio, and the dialogs
 #   mlt          the producer for the MLT framework
+#   gstreamer    the elements for the GStreamer framework
 #   mlt-run      a program that runs others with the producer, for a prefix that is not the framework's own
 #
 # A package is a part; see Packaging/debian.

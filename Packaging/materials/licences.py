@@ -22,6 +22,9 @@ OF_PACKAGES = {
     "libxcb": "X11",
     "ffmpeg": "GPL-2.0-or-later",  # Debian builds it with its parts under the GPL
     "mlt": "LGPL-2.1-or-later",
+    "glib2.0": "LGPL-2.1-or-later",
+    "gst-plugins-base1.0": "LGPL-2.0-or-later",
+    "gstreamer1.0": "LGPL-2.0-or-later",
     "icu": "ICU",
     "qt6-tools": "LGPL-3.0-only OR GPL-2.0-only",  # its libraries; its programs are under the GPL
 }

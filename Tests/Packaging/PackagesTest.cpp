@@ -42,8 +42,8 @@ protected:
 };
 
 const std::string kLibrary = "liblineup" TEST_SOVERSION;
-const std::vector<std::string> kAll = {kLibrary,        "liblineup-dev", "lineup",
-                                       "lineup-plugin", "lineup-studio", "mlt-lineup"};
+const std::vector<std::string> kAll = {kLibrary,     "liblineup-dev",      "lineup", "lineup-plugin", "lineup-studio",
+                                       "mlt-lineup", "gstreamer1.0-lineup"};
 
 TEST_F(DebianPackages, AreAsDebianWantsThem) {
     const auto result =
@@ -79,6 +79,7 @@ TEST_F(DebianPackages, TakeWhatTheirProgramsLinkTo) {
     EXPECT_THAT(Field(kLibrary, "Depends"), testing::AllOf(HasSubstr("libavformat"), HasSubstr("libplist")));
     EXPECT_THAT(Field("lineup-studio", "Depends"), HasSubstr("libqt6multimedia6"));
     EXPECT_THAT(Field("mlt-lineup", "Depends"), HasSubstr("libmlt7"));
+    EXPECT_THAT(Field("gstreamer1.0-lineup", "Depends"), HasSubstr("libgstreamer-plugins-base1.0-0"));
     EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
 }
 
@@ -125,6 +126,7 @@ TEST_F(DebianPackages, HaveWhatBelongsToThem) {
     EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));
     EXPECT_THAT(Contents("lineup-studio"), Contains("/usr/bin/lineup-studio"));
     EXPECT_THAT(Contents("mlt-lineup"), Contains("/usr/share/mlt-7/lineup/producer_barsandtone.yml"));
+    EXPECT_THAT(Contents("gstreamer1.0-lineup"), Contains("/usr/" TEST_LIBDIR "/gstreamer-1.0/libgstlineup.so"));
 }
 
 }  // namespace

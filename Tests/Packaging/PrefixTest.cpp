@@ -43,6 +43,14 @@ TEST_F(InstalledPrefix, HasAProducerThatTheFrameworkFinds) {
     EXPECT_THAT(Say("lineup-mlt melt -query producer=barsandtone"), HasSubstr("title: Bars and Tone"));
 }
 
+TEST_F(InstalledPrefix, HasElementsThatTheFrameworkFinds) {
+    const std::string environment = "env GST_REGISTRY_1_0=registry.bin GST_PLUGIN_PATH_1_0='" +
+                                    (kPrefix / TEST_LIBDIR / "gstreamer-1.0").string() + "' ";
+    EXPECT_THAT(Output(environment + "gst-inspect-1.0 lineup"), HasSubstr("lineupsrc: Line-up clip"));
+    // With the plug-in of the same prefix.
+    EXPECT_THAT(Output(environment + "gst-launch-1.0 lineupvideosrc num-buffers=2 ! fakesink"), HasSubstr("Got EOS"));
+}
+
 TEST_F(InstalledPrefix, LeadsFromFileToFileByPathsRelativeToThem) {
     int libraries = 0;
     for (const fs::path& file : test::FilesBelow(kPrefix)) {

@@ -15,7 +15,8 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::string kAll = "liblineup" TEST_SOVERSION " liblineup-dev lineup lineup-plugin lineup-studio mlt-lineup";
+const std::string kAll =
+    "liblineup" TEST_SOVERSION " liblineup-dev lineup lineup-plugin lineup-studio mlt-lineup gstreamer1.0-lineup";
 
 // The tests run one after the other in one root; the last one empties it.
 class InstalledPackages : public testing::Test {
@@ -80,7 +81,7 @@ TEST_F(InstalledPackages, FindEverythingTheyDependOnAmongTheSystemsOwn) {
     (void)Output("dpkg -i /tmp/packages/*.deb");
     EXPECT_THAT(Output("dpkg --audit " + kAll), IsEmpty());
     EXPECT_EQ(Output("dpkg-query -W -f '${db:Status-Status} ' " + kAll),
-              "installed installed installed installed installed installed ");
+              "installed installed installed installed installed installed installed ");
 }
 
 TEST_F(InstalledPackages, MakeClips) {
@@ -121,6 +122,13 @@ TEST_F(InstalledPackages, AddTheProducerToTheFramework) {
     EXPECT_THAT(Output("timeout 60 melt -query producer=barsandtone"),
                 AllOf(HasSubstr("title: Bars and Tone"), HasSubstr("identifier: frequency")));
     EXPECT_TRUE(Exists("usr/share/kdenlive/generators/barsandtone.xml"));
+}
+
+TEST_F(InstalledPackages, AddTheElementsToTheFramework) {
+    EXPECT_THAT(Output("timeout 60 gst-inspect-1.0 lineup"), HasSubstr("lineupsrc: Line-up clip"));
+    (void)Output(
+        "timeout 60 gst-launch-1.0 playbin uri='lineup://?ident=blits&size=320x180&duration=0.2' "
+        "video-sink=fakesink audio-sink=fakesink");
 }
 
 TEST_F(InstalledPackages, AreKnownToShellsReadersAndDesktops) {

@@ -29,13 +29,15 @@ protected:
             sWhyNot = error.what();
             return;
         }
-        (void)sRoot->Run("dpkg --purge lineup-studio mlt-lineup " + kPrograms + " " + kThis + " " + kNext);
+        (void)sRoot->Run("dpkg --purge lineup-studio mlt-lineup gstreamer1.0-lineup " + kPrograms + " " + kThis + " " +
+                         kNext);
         sBefore = Named();
         const fs::path packages = sRoot->Path() / "tmp/packages";
         fs::create_directories(packages / "this");
         for (const auto& entry : fs::directory_iterator(TEST_PACKAGES)) {
             const std::string name = entry.path().filename().string();
-            if (name.ends_with(".deb") && !name.starts_with("lineup-studio") && !name.starts_with("mlt")) {
+            const bool isBridge = name.starts_with("mlt") || name.starts_with("gstreamer");
+            if (name.ends_with(".deb") && !name.starts_with("lineup-studio") && !isBridge) {
                 fs::copy(entry.path(), packages / "this");
             }
         }

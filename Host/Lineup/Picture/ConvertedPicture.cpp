@@ -38,7 +38,7 @@ std::optional<FloatPicture> Padded(const FloatPicture& picture, const PlaneForma
 }  // namespace
 
 ConvertedPicture::ConvertedPicture(const FloatPicture& picture, const PlaneFormat& format)
-    : mValueBytes(format.bits > 8 ? 2 : 1), mStride(0) {
+    : mValueBytes(format.bits > 8 ? 2 : 1) {
     const std::optional<FloatPicture> padded = Padded(picture, format);
     const FloatPicture& whole = padded ? *padded : picture;
     const std::size_t lineBytes = static_cast<std::size_t>(whole.Width()) * mValueBytes;

@@ -28,7 +28,7 @@ public:
 
 private:
     std::size_t mValueBytes;
-    std::size_t mStride;
+    std::size_t mStride = 0;
     std::array<zelcore::FrameMemory, kPlanes> mPlanes;
 };
 

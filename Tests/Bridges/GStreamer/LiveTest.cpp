@@ -52,9 +52,9 @@ TEST(Live, GivesEachBufferWhenItBegins) {
 }
 
 TEST(Live, JoinsTheTimeOfAPipelineThatPlays) {
-    const Harness sound = Started(kSound, 10 * GST_SECOND + 200'000);  // within sample 480,009
-    ExpectNow(*sound, 480'009 * GST_SECOND / 48000);
-    ExpectNext(*sound, 480'489 * GST_SECOND / 48000);
+    const Harness sound = Started(kSound, 10 * GST_SECOND + 200'000);  // within buffer 1000
+    ExpectNow(*sound, 10 * GST_SECOND);
+    ExpectNext(*sound, 10 * GST_SECOND + 10'000'000);
     const Harness frames = Started(kFrames, 10 * GST_SECOND);  // within frame 299
     ExpectNow(*frames, 299 * 1001 * GST_SECOND / 30000);
     ExpectNext(*frames, 300 * 1001 * GST_SECOND / 30000);

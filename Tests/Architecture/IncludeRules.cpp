@@ -30,7 +30,7 @@ const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
     {"Host/Lineup/Validation/", {"Validation.h"}},
     {"Host/Lineup/Check/", {"Check.h", "CheckReport.h", "CheckSettings.h"}},
-    {"Host/Lineup/Send/", {"Send.h", "SendClock.h", "SendSettings.h"}},
+    {"Host/Lineup/Send/", {"Send.h", "SendClock.h", "SendSettings.h", "StreamTable.h"}},
 };
 
 // What the files of a folder may include beside their own folder and the C++ standard library. A name that

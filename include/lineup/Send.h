@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace lineup {
 
@@ -35,6 +36,10 @@ using SendProgress = std::function<bool(const SendStatus& status)>;
 
 /// Throws UsageError when `settings` cannot be sent from `clip` as they stand. Opens nothing.
 LINEUP_API void CheckSend(const Clip& clip, const SendSettings& settings);
+
+/// What a receiver of rtp:// has to be told beforehand: a session description (RFC 4566). Throws UsageError as
+/// CheckSend does, and for another target.
+[[nodiscard]] LINEUP_API std::string DescribeSession(const Clip& clip, const SendSettings& settings);
 
 /// Sends `clip` as a stream of constant bit rate, each datagram at its time, until the samples that were asked for are
 /// sent or `progress` returns false, and says how it went. The picture is encoded once; so is the sound where a cycle

@@ -21,7 +21,13 @@ enum class SendTiming {
     Free,    ///< as fast as the receiver takes it: a file or a pipe
 };
 
-/// Of what is wrong, instead of a codec's name: there is none of that kind in the stream.
+/// What a stream is made of.
+enum class StreamFormat {
+    TransportStream,  ///< picture and sound as MPEG-2 transport packets
+    Linear24,         ///< sound alone, uncompressed, 24 bits: L24 over RTP
+};
+
+/// Instead of a codec's name: the stream has nothing of that kind.
 inline constexpr const char* kNoCodec = "none";
 
 /// What to send, and where.
@@ -32,6 +38,11 @@ struct SendSettings {
     std::optional<int> pipe;
 
     bool overwrite = false;  ///< replace a file that is there already
+
+    StreamFormat format = StreamFormat::TransportStream;
+
+    /// How much sound a packet of StreamFormat::Linear24 has, in microseconds.
+    int packetUs = 1000;
 
     int width = 1920;
     int height = 1080;

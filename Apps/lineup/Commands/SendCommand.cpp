@@ -2,20 +2,22 @@
 
 #include <lineup/Clip.h>
 #include <lineup/Send.h>
+#include <lineup/StreamTable.h>
 #include "Apps/lineup/Options/CommonOptions.h"
 #include "Apps/lineup/Options/PictureOptions.h"
 #include "Apps/lineup/Options/TimeOptions.h"
 #include "Apps/lineup/Options/Values.h"
 #include "Apps/lineup/Terminal/Interrupt.h"
 #include "Apps/lineup/Terminal/StatusLine.h"
-#include "Host/Lineup/Send/StreamCodecs.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +40,9 @@ struct SendOptions {
     std::optional<std::string> length;
     std::string videoCodec;
     std::string audioCodec;
+    std::string format = "ts";
+    std::optional<double> packetMs;
+    std::string session;
     std::optional<double> group;
     std::optional<std::string> bitRate;
     std::string clock = "steady";
@@ -45,6 +50,13 @@ struct SendOptions {
     bool quiet = false;
     bool json = false;
 };
+
+lineup::StreamFormat ParseStreamFormat(const std::string& text) {
+    if (text != "ts" && text != "l24") {
+        throw lineup::UsageError("format", text, "must be ts or l24");
+    }
+    return text == "ts" ? lineup::StreamFormat::TransportStream : lineup::StreamFormat::Linear24;
+}
 
 struct ClockName {
     std::string_view name;
@@ -112,6 +124,11 @@ lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::
         settings.pipe = STDOUT_FILENO;
     }
     settings.overwrite = options.overwrite;
+    settings.format = ParseStreamFormat(options.format);
+    if (options.packetMs) {
+        constexpr double kMostMs = 1000;
+        settings.packetUs = static_cast<int>(std::lround(std::clamp(*options.packetMs, 0.0, kMostMs) * 1000));
+    }
     settings.width = size.width;
     settings.height = size.height;
     settings.card = options.picture.card;
@@ -203,10 +220,26 @@ private:
     double mNext = 1;
 };
 
+void WriteSession(const std::string& target, const std::string& text) {
+    if (target == kToStandardOutput) {
+        fmt::print("{}", text);
+        std::fflush(stdout);
+        return;
+    }
+    std::ofstream file(target, std::ios::binary);
+    file << text << std::flush;
+    if (!file) {
+        throw lineup::Error(fmt::format("cannot write the session description {}", target));
+    }
+}
+
 void RunSend(const SendOptions& options) {
     const auto importer = options.common.LoadImporter();
     const lineup::Clip clip(importer, options.common.Settings(*importer));
     lineup::SendSettings settings = MakeSendSettings(options, clip);
+    if (!options.session.empty()) {
+        WriteSession(options.session, DescribeSession(clip, settings));
+    }
     SendTalk talk(options, settings.pipe.has_value());
     settings.notice = [&talk](const std::string& text) { talk.Notice(text); };
     constexpr int kSecondsToEnd = 2;
@@ -218,6 +251,17 @@ void RunSend(const SendOptions& options) {
 }
 
 void AddStreamOptions(CLI::App& command, SendOptions& options) {
+    command
+        .add_option("--format", options.format,
+                    "ts: an MPEG-2 transport stream; l24: sound alone, uncompressed, over rtp")
+        ->type_name("ts|l24")
+        ->capture_default_str()
+        ->group(kStream);
+    AddNumber(command, "packet-time", options.packetMs, "Sound in a packet of l24: 1, or 0.125 [1]", "ms")
+        ->group(kStream);
+    command.add_option("--sdp", options.session, "Write what receivers of rtp need to know beforehand; - prints it")
+        ->type_name("FILE")
+        ->group(kStream);
     command.add_option("--video-codec", options.videoCodec, "Picture codec, or none; see below [h264]")
         ->type_name("NAME")
         ->group(kStream);
@@ -258,19 +302,20 @@ void AddSendTimeOptions(CLI::App& command, SendOptions& options) {
 
 std::string SendHelp() {
     std::string text =
-        "Where to: udp://HOST:PORT, a unicast or multicast address; a file; - for standard output.\n"
+        "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; a file; - for standard output.\n"
         "Behind a URL: ?ttl=N, &localaddr=ADDRESS, &localport=PORT.\n\nPicture codecs:\n";
-    for (const lineup::StreamPictureCodec& row : lineup::StreamPictureCodecs()) {
-        text += fmt::format("  {:<12}{}\n", row.encoding.codec.name, row.encoding.codec.description);
+    for (const lineup::VideoCodec& codec : lineup::StreamVideoCodecs()) {
+        text += fmt::format("  {:<12}{}\n", codec.name, codec.description);
     }
     text += "\nSound codecs:\n";
-    for (const lineup::StreamSoundCodec& row : lineup::StreamSoundCodecs()) {
-        text += fmt::format("  {:<12}{}\n", row.encoding.codec.name, row.encoding.codec.description);
+    for (const lineup::AudioCodec& codec : lineup::StreamAudioCodecs()) {
+        text += fmt::format("  {:<12}{}\n", codec.name, codec.description);
     }
     return text +
            "\nExamples:\n"
            "  lineup send udp://239.1.2.3:5000?ttl=4 --ident blits     until Ctrl-C\n"
            "  lineup send udp://10.0.0.7:5000 --bitrate 8M --audio-codec s302m\n"
+           "  lineup send rtp://239.1.2.3:5004 --format l24 --packet-time 0.125 --sdp tone.sdp\n"
            "  lineup send - --for 60 --clock free | ffprobe -";
 }
 

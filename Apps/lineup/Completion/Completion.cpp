@@ -2,6 +2,8 @@
 
 #include <lineup/CheckSettings.h>
 #include <lineup/FormatTable.h>
+#include <lineup/SendSettings.h>
+#include <lineup/StreamTable.h>
 #include <lineup/Validation.h>
 
 #include <fmt/format.h>
@@ -67,11 +69,32 @@ Candidates CodecNames(std::span<const Codec> codecs, const Line& line,
     return names;
 }
 
+// A stream is no file.
+template <class Codec>
+Candidates StreamCodecNames(std::span<const Codec> codecs) {
+    Candidates names;
+    for (const Codec& codec : codecs) {
+        names.push_back({std::string(codec.name), std::string(codec.description)});
+    }
+    names.push_back({lineup::kNoCodec, ""});
+    return names;
+}
+
+bool IsStream(const Line& line) {
+    return line.command->get_name() == "send";
+}
+
 Candidates VideoCodecNames(const Line& line) {
+    if (IsStream(line)) {
+        return StreamCodecNames(lineup::StreamVideoCodecs());
+    }
     return CodecNames(lineup::VideoCodecs(), line, &lineup::FileFormat::videoCodecs);
 }
 
 Candidates AudioCodecNames(const Line& line) {
+    if (IsStream(line)) {
+        return StreamCodecNames(lineup::StreamAudioCodecs());
+    }
     return CodecNames(lineup::AudioCodecs(), line, &lineup::FileFormat::audioCodecs);
 }
 

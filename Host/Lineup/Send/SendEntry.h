@@ -2,6 +2,7 @@
 
 #include <lineup/Clip.h>
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
+#include "Host/Lineup/Send/Output/StreamOutput.h"
 
 #include <cstdint>
 #include <memory>
@@ -40,6 +41,10 @@ public:
 /// Opens the plan's encoder, for its only track.
 using OpenSoundCoderFunction = void(const SoundPlan& plan, std::unique_ptr<SoundCoder>& coder);
 inline constexpr const char* kOpenSoundCoderName = "lineupOpenSoundCoder";
+
+/// Opens a connection by one of the library's protocols, which is kept up.
+using OpenConnectionFunction = void(const SendSettings& settings, std::unique_ptr<StreamOutput>& output);
+inline constexpr const char* kOpenConnectionName = "lineupOpenConnection";
 
 }  // namespace parts
 }  // namespace lineup

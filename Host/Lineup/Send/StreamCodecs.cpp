@@ -1,5 +1,7 @@
 #include "Host/Lineup/Send/StreamCodecs.h"
 
+#include <lineup/StreamTable.h>
+
 #include <algorithm>
 #include <array>
 
@@ -191,4 +193,23 @@ const StreamSoundCodec* FindStreamSoundCodec(std::string_view name) {
 }
 
 }  // namespace parts
+
+std::span<const VideoCodec> StreamVideoCodecs() {
+    static const auto codecs = [] {
+        std::array<VideoCodec, kStreamPictures.size()> offered;
+        std::ranges::transform(kStreamPictures, offered.begin(), [](const auto& row) { return row.encoding.codec; });
+        return offered;
+    }();
+    return codecs;
+}
+
+std::span<const AudioCodec> StreamAudioCodecs() {
+    static const auto codecs = [] {
+        std::array<AudioCodec, kStreamSounds.size()> offered;
+        std::ranges::transform(kStreamSounds, offered.begin(), [](const auto& row) { return row.encoding.codec; });
+        return offered;
+    }();
+    return codecs;
+}
+
 }  // namespace lineup

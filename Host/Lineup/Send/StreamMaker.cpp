@@ -1,8 +1,7 @@
 #include "Host/Lineup/Send/StreamMaker.h"
 
 #include <lineup/UsageError.h>
-#include "Host/Lineup/Export/MediaEntry.h"
-#include "Host/Lineup/Plugin/DynamicLibrary.h"
+#include "Host/Lineup/Send/MediaFunctions.h"
 #include "Host/Lineup/Send/Sound/AdtsCoder.h"
 #include "Host/Lineup/Send/Sound/Aes3Coder.h"
 
@@ -23,17 +22,6 @@ constexpr std::int64_t kUsualDelayMs = 400;
 constexpr std::int64_t kUsualRateStep = 100'000;
 
 constexpr std::int64_t kHighestBitRate = 1'000'000'000;
-
-template <class Function>
-Function& FromMediaLibrary(const char* name) {
-    // Never unloaded: what it made may outlive every stream.
-    static const auto* const library = new DynamicLibrary(DynamicLibrary::Beside(kMediaLibraryName));
-    void* const symbol = library->Find(name);
-    if (symbol == nullptr) {
-        throw Error(fmt::format("cannot send: {} has no {}", kMediaLibraryName, name));
-    }
-    return *reinterpret_cast<Function*>(symbol);
-}
 
 // The most bytes that a codec makes of a frame.
 std::size_t MostBytes(const StreamSoundPlan& plan, int blockSamples) {

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Send/SendEntry.h"
 
+#include "Host/Lineup/Send/Media/AvOutput.h"
 #include "Host/Lineup/Send/Media/CodedGroup.h"
 
 #include <type_traits>
@@ -17,9 +18,14 @@ LINEUP_API void lineupCodeGroup(const Clip& clip, const PicturePlan& plan, int f
 LINEUP_API void lineupOpenSoundCoder(const SoundPlan& plan, std::unique_ptr<SoundCoder>& coder) {
     coder = OpenSoundCoder(plan);
 }
+
+LINEUP_API void lineupOpenConnection(const SendSettings& settings, std::unique_ptr<StreamOutput>& output) {
+    output = std::make_unique<AvOutput>(settings);
+}
 }
 
 static_assert(std::is_same_v<decltype(lineupCodeGroup), CodeGroupFunction>);
 static_assert(std::is_same_v<decltype(lineupOpenSoundCoder), OpenSoundCoderFunction>);
+static_assert(std::is_same_v<decltype(lineupOpenConnection), OpenConnectionFunction>);
 
 }  // namespace lineup

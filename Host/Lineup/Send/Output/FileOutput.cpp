@@ -47,7 +47,7 @@ FileOutput::~FileOutput() {
     }
 }
 
-bool FileOutput::Write(std::span<const std::uint8_t> bytes) {
+bool FileOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*moment*/) {
     while (!bytes.empty()) {
         const ssize_t written = write(mFile, bytes.data(), bytes.size());
         if (written >= 0) {

@@ -15,7 +15,7 @@ public:
     explicit FileOutput(const SendSettings& settings);
     ~FileOutput() override;
 
-    [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes) override;
+    [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
 
 private:
     std::string mName;

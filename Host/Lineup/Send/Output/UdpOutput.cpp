@@ -129,7 +129,7 @@ void UdpOutput::Say(const std::string& text) const {
     }
 }
 
-bool UdpOutput::Write(std::span<const std::uint8_t> bytes) {
+bool UdpOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*moment*/) {
     ssize_t sent = send(mSocket, bytes.data(), bytes.size(), 0);
     // What comes back is about the datagram before: this one has not been tried.
     const bool refused = sent < 0 && errno == ECONNREFUSED;

@@ -19,7 +19,7 @@ public:
     UdpOutput(const StreamUrl& url, std::function<void(const std::string&)> notice);
     ~UdpOutput() override;
 
-    [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes) override;
+    [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
 
 private:
     void Say(const std::string& text) const;

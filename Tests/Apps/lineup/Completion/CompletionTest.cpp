@@ -35,7 +35,8 @@ Words WordsFor(const Words& words) {
 }
 
 TEST(Completion, BeginsWithTheCommands) {
-    EXPECT_THAT(WordsFor({""}), ElementsAre("render", "frame", "peaks", "info", "settings", "check", "validate"));
+    EXPECT_THAT(WordsFor({""}),
+                ElementsAre("render", "send", "frame", "peaks", "info", "settings", "check", "validate"));
     EXPECT_THAT(WordsFor({"re"}), ElementsAre("render"));
     EXPECT_THAT(WordsFor({"--"}), ElementsAre("--help", "--version"));
 }
@@ -44,6 +45,11 @@ TEST(Completion, KnowsTheOptionsOfACommand) {
     EXPECT_THAT(WordsFor({"info", "--"}),
                 AllOf(IsSupersetOf({"--ident", "--json", "--plugin", "--help"}), Not(Contains("--timecode"))));
     EXPECT_THAT(WordsFor({"render", "a.mov", "--time"}), ElementsAre("--timecode"));
+}
+
+TEST(Completion, KnowsWhatAStreamCarries) {
+    EXPECT_THAT(WordsFor({"send", "a.mov", "--audio-codec", ""}), ElementsAre("aac", "ac3", "mp2", "s302m", "none"));
+    EXPECT_THAT(WordsFor({"send", "--video-codec", "m"}), ElementsAre("mpeg2", "mpeg2-422"));
 }
 
 TEST(Completion, OffersNoHiddenOption) {

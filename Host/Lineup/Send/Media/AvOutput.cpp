@@ -1,0 +1,160 @@
+#include "Host/Lineup/Send/Media/AvOutput.h"
+
+#include <lineup/Error.h>
+#include "Host/Lineup/Export/Media/FfmpegHandles.h"
+#include "Host/Lineup/Send/Output/StreamUrl.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <chrono>
+#include <string_view>
+#include <utility>
+
+namespace lineup {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// What a connection may lag behind: some seconds of a usual stream.
+constexpr std::size_t kMostQueued = 4096;
+
+constexpr milliseconds kRetryAfter{1000};
+constexpr milliseconds kLongestEnd{1000};
+
+struct CloseIo {
+    void operator()(AVIOContext* io) const noexcept { avio_close(io); }
+};
+using Connection = std::unique_ptr<AVIOContext, CloseIo>;
+
+bool KnowsProtocol(std::string_view name) {
+    void* state = nullptr;
+    while (const char* const protocol = avio_enum_protocols(&state, /*output=*/1)) {
+        if (name == protocol) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string CauseOf(int code) {
+    std::array<char, AV_ERROR_MAX_STRING_SIZE> cause{};
+    av_strerror(code, cause.data(), cause.size());
+    return cause.data();
+}
+
+}  // namespace
+
+AvOutput::AvOutput(const SendSettings& settings) : mUrl(settings.target), mNotice(settings.notice) {
+    const std::string scheme = SchemeOf(mUrl);
+    if (!KnowsProtocol(scheme)) {
+        throw Error(
+            fmt::format("cannot send to {}: this system's FFmpeg libraries were built without {}", mUrl, scheme));
+    }
+    av_log_set_level(AV_LOG_QUIET);  // what goes wrong is said in notices
+    mThread = std::thread([this] { Run(); });
+}
+
+AvOutput::~AvOutput() {
+    {
+        std::unique_lock lock(mMutex);
+        mEnding = true;
+        mChanged.notify_all();
+        mChanged.wait_for(lock, kLongestEnd, [this] { return mQueue.empty() || !mConnected; });
+        mStopped = true;
+    }
+    mChanged.notify_all();
+    mThread.join();
+}
+
+int AvOutput::IsStopped(void* output) {
+    return static_cast<AvOutput*>(output)->mStopped ? 1 : 0;
+}
+
+// Said by the thread that sends; the same thing once.
+void AvOutput::Note(const std::string& text) {
+    if (text != mLastNote) {
+        mNotes.push_back(text);
+        mLastNote = text;
+    }
+}
+
+void AvOutput::SayNotes() {
+    std::vector<std::string> notes;
+    {
+        const std::lock_guard lock(mMutex);
+        notes.swap(mNotes);
+    }
+    for (const std::string& note : notes) {
+        if (mNotice) {
+            mNotice(note);
+        }
+    }
+}
+
+bool AvOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*moment*/) {
+    bool taken = false;
+    {
+        const std::lock_guard lock(mMutex);
+        const bool full = mQueue.size() >= kMostQueued;
+        if (full && !mFull) {
+            Note(fmt::format("{} does not take the stream as fast as it is sent; some of it is lost", mUrl));
+        }
+        mFull = full;
+        taken = mConnected && !full;
+        if (taken) {
+            mQueue.emplace_back(bytes.begin(), bytes.end());
+        }
+    }
+    mChanged.notify_all();
+    SayNotes();
+    return taken;
+}
+
+bool AvOutput::WaitForRetry() {
+    std::unique_lock lock(mMutex);
+    return !mChanged.wait_for(lock, kRetryAfter, [this] { return mEnding || mStopped; });
+}
+
+void AvOutput::Run() {
+    do {
+        SendWhileConnected();
+    } while (WaitForRetry());
+}
+
+void AvOutput::SendWhileConnected() {
+    AVIOContext* opened = nullptr;
+    const AVIOInterruptCB interrupt = {.callback = &IsStopped, .opaque = this};
+    if (const int code = avio_open2(&opened, mUrl.c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr); code < 0) {
+        const std::lock_guard lock(mMutex);
+        Note(fmt::format("cannot reach {}: {}; trying on, and clip time goes on", mUrl, CauseOf(code)));
+        return;
+    }
+    const Connection connection(opened);
+    std::unique_lock lock(mMutex);
+    Note(fmt::format("connected to {}", mUrl));
+    mConnected = true;
+    for (;;) {
+        mChanged.wait(lock, [this] { return mStopped || mEnding || !mQueue.empty(); });
+        if (mStopped || mQueue.empty()) {
+            break;
+        }
+        const std::vector<std::uint8_t> bytes = std::move(mQueue.front());
+        lock.unlock();
+        avio_write(connection.get(), bytes.data(), static_cast<int>(bytes.size()));
+        avio_flush(connection.get());
+        lock.lock();
+        if (connection->error < 0) {
+            Note(fmt::format("lost {}: {}; trying on, and clip time goes on", mUrl, CauseOf(connection->error)));
+            break;
+        }
+        mQueue.pop_front();
+        mChanged.notify_all();
+    }
+    mConnected = false;
+    mQueue.clear();
+    mChanged.notify_all();
+}
+
+}  // namespace lineup

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Host/Lineup/Send/Output/StreamOutput.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace lineup {
+
+/// A connection by one of the media library's protocols, kept up on a thread of its own: neither a receiver that has
+/// gone away nor a slow one holds the stream up. What is sent meanwhile is lost.
+class AvOutput final : public StreamOutput {
+public:
+    /// Throws Error when this system's media libraries do not know the protocol.
+    explicit AvOutput(const SendSettings& settings);
+    ~AvOutput() override;
+
+    [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
+
+private:
+    void Run();
+    void SendWhileConnected();
+    void Note(const std::string& text);
+    void SayNotes();
+    bool WaitForRetry();
+    static int IsStopped(void* output);
+
+    std::string mUrl;
+    std::function<void(const std::string&)> mNotice;
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    std::deque<std::vector<std::uint8_t>> mQueue;
+    std::vector<std::string> mNotes;  // not said yet
+    std::string mLastNote;
+    bool mConnected = false;
+    bool mFull = false;
+    std::atomic<bool> mEnding = false;   // what is in the queue is still sent
+    std::atomic<bool> mStopped = false;  // at once
+    std::thread mThread;
+};
+
+}  // namespace lineup

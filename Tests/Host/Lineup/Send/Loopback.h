@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// A receiver of datagrams on 127.0.0.1, on a port that the system chooses.
+class Loopback {
+public:
+    Loopback();
+    ~Loopback();
+    Loopback(const Loopback&) = delete;
+    Loopback& operator=(const Loopback&) = delete;
+
+    /// "127.0.0.1:PORT".
+    [[nodiscard]] const std::string& Address() const { return mAddress; }
+
+    /// Takes what has come so far.
+    void Drain();
+
+    std::vector<std::vector<std::uint8_t>> datagrams;
+
+private:
+    int mSocket;
+    std::string mAddress;
+};
+
+}  // namespace test

@@ -82,7 +82,8 @@ def duplicated(draft):
     # Without its left channel, the EBU stereo ident is a steady tone; so only its copy can be told.
     over = draft.take(draft.unmoved, 1, set(over) - spoken_for)
     source = over and draft.take(draft.unmoved)
-    if not source:
+    # Where all channels become the one that is too loud, the samples are those of a line-up that is too loud.
+    if not source or (draft.stereo and "level-unbalanced" in {due.id for due in draft.dues}):
         return False
     draft.untouched = [name for name in draft.untouched if name != over[0]]
     draft.matrix[draft.number(over[0])] = draft.matrix[draft.number(source[0])]

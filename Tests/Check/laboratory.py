@@ -18,10 +18,10 @@ import judge
 import orders
 import other_sound
 import page
+import reached
 from workshop import Workshop
 
 CHUNK = 10  # cases of a worker's turn
-RIGHT_AT_LEAST = 0.999
 SEED = 1
 EVERYTHING = {"cases": 2000, "orders": 720, "hours": 10.0}
 
@@ -63,11 +63,6 @@ def run_cases(options, folder, pool):
     return sorted(outcomes, key=lambda outcome: outcome.number)
 
 
-def cases_hold(outcomes, at_least=RIGHT_AT_LEAST):
-    score = judge.score(outcomes)
-    return score["right"] >= at_least * score["told"] and score["undamaged wrong"] == 0
-
-
 def show_cases(options, folder, pool):
     if options.case is not None:
         return show_case(options, folder)
@@ -81,7 +76,7 @@ def show_cases(options, folder, pool):
                   f"{outcome.verdict} {outcome.got}")
     print(judge.matrix(outcomes))
     print(", ".join(f"{name} {count}" for name, count in judge.score(outcomes).items()))
-    return options.not_yet or cases_hold(outcomes, options.at_least)
+    return options.not_yet or reached.holds(judge.score(outcomes), options.at_least)
 
 
 def show_case(options, folder):
@@ -127,7 +122,7 @@ def write_page(options, folder, pool):
     text = page.page(command, outcomes, measured, tallies, other_sound.told(heard))
     with open(options.page, "w", encoding="utf-8") as file:
         file.write(text)
-    return (cases_hold(outcomes) and all(figure.holds for figure in measured)
+    return (reached.holds(judge.score(outcomes)) and all(figure.holds for figure in measured)
             and all(tally.holds for tally in tallies) and not any(found for _, _, found in heard))
 
 
@@ -138,8 +133,8 @@ def main():
     what = parser.add_subparsers(required=True, metavar="WHAT")
     some = what.add_parser("cases", help="damages, and what is named")
     some.add_argument("--cases", type=int, default=200, help="how many [200]")
-    some.add_argument("--at-least", type=float, default=RIGHT_AT_LEAST, metavar="PART",
-                      help=f"how many must be right [{RIGHT_AT_LEAST}]")
+    some.add_argument("--at-least", type=float, default=reached.REACHED, metavar="PART",
+                      help=f"how many must be right [{reached.REACHED}]")
     some.add_argument("--first", type=int, default=0, help="the first one's number")
     some.add_argument("--not-yet", action="store_true", help="families that do not count yet")
     some.add_argument("--case", type=int, help="this one alone, with all that was done")

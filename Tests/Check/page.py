@@ -6,6 +6,7 @@ import damages
 import figures
 import judge
 import orders
+import reached
 
 TOP = """# The laboratory
 
@@ -27,7 +28,7 @@ Everything below was written by the program: `{command}`.
 RULE = """## What is named
 
 A case is right when exactly the faults that are due are named, at the inputs at which they are. Of the cases in which
-something was told, at least 99.9 % must be right, and no undamaged one may be called damaged. Where a codec alone moves
+something was told, 99.9 % are to be right, and no undamaged one may be called damaged. Where a codec alone moves
 a level or turns a phase by more than a fault's size, which is measured without the product, that is left out of the
 case. Where the check says of a polarity, a delay or the way of a jump that it cannot be known, that counts as told apart.
 
@@ -47,7 +48,7 @@ def named(outcomes):
     wrong = [f"- case {outcome.number} ({', '.join(outcome.families) or 'undamaged'}; {outcome.chain}): due "
              f"{', '.join(outcome.expected) or 'nothing'}; named {', '.join(outcome.got) or 'nothing'}"
              for outcome in outcomes if not outcome.right and not outcome.cannot_tell]
-    return "\n".join([text, "", "Rows are what was due, columns what was named.", "", judge.matrix(outcomes)] +
+    return "\n".join([text, reached.told(score), "", "Rows are what was due, columns what was named.", "", judge.matrix(outcomes)] +
                      (["", "Those that are wrong:", "", *wrong] if wrong else []))
 
 

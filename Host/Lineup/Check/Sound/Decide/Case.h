@@ -51,6 +51,7 @@ struct Case {
     /// What else explains what is heard at an input.
     std::vector<ShapeOfInput> shapes = {};
     LevelChange change = {};
+    double wander = 0;      ///< of the speed, relative, r.m.s.
     bool unsteady = false;  ///< the speed wanders: phases say nothing
 
     [[nodiscard]] const Reference& Sent() const { return *lineup.reference; }

@@ -17,6 +17,7 @@ constexpr double kFlatTops = 0.07;      // of the samples: a sine has 0.02 so ne
 constexpr double kOverBeside = 8;       // in power: lines against what lies between them
 constexpr double kLeastClipped = 1e-5;  // power of harmonics: tops that are cut have some
 constexpr double kMostOfHarmonics = 0.5;
+constexpr double kLeftOfSwing = 0.1;  // of a swing: what goes with it
 constexpr double kUnsteadyLeast = 20e-6;
 
 double PowerOf(double db) {
@@ -165,9 +166,17 @@ void DecideHum(Case& check) {
     }
 }
 
+// What was found of the speed's swing, r.m.s., relative.
+double SwingOf(const Placing& placing) {
+    double squares = 0;
+    for (const Wander& wander : placing.wanders) {
+        squares += wander.Depth() * wander.Depth() / 2;
+    }
+    return std::sqrt(squares);
+}
+
 void DecideUnsteady(Case& check) {
-    if (check.unsteady) {
-        const double wander = check.lineup.steadiness.Wander();
+    if (const double wander = check.wander; wander > 0) {
         check.Add("speed-unsteady", {}, fmt::format("The speed wanders by {:.3g} %.", wander * 100)).measured =
             wander * 1e6;
     }
@@ -201,7 +210,10 @@ void FindSharedClipping(Case& check) {
 
 void FindShapes(Case& check) {
     const double least = std::max(kUnsteadyLeast, 4e-6 * check.Tolerance("speed"));
-    check.unsteady = !check.facts.lossy.value_or(false) && check.lineup.steadiness.Wander() > least;
+    const double taken = SwingOf(check.lineup.placing);
+    check.unsteady =
+        !check.facts.lossy.value_or(false) && check.lineup.steadiness.Wander() > std::max(least, kLeftOfSwing * taken);
+    check.wander = std::hypot(check.unsteady ? check.lineup.steadiness.Wander() : 0, taken);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         check.shapes.push_back(ShapeOf(check, input));
         const LineFindings& lines = check.lineup.inputs[input].lines;

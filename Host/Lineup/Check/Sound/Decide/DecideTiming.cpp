@@ -92,12 +92,15 @@ void DecideDelay(Case& check) {
     }
 }
 
+// A swing that was not heard for whole turns leaves some of it.
+constexpr double kOfSwing = 0.05;
+
 void DecideSpeed(Case& check) {
     if (!check.findings.sound.speed) {
         return;
     }
     const SpeedReport& speed = *check.findings.sound.speed;
-    const double wander = check.unsteady ? check.lineup.steadiness.Wander() * 1e6 : 0;
+    const double wander = check.unsteady ? check.lineup.steadiness.Wander() * 1e6 : kOfSwing * check.wander * 1e6;
     if (std::abs(speed.ppm) <= check.Tolerance("speed") + wander) {
         return;
     }

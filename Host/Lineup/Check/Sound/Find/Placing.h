@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Host/Lineup/Check/Sound/Find/Wander.h"
+
 #include <vector>
 
 namespace lineup::sound {
@@ -17,10 +19,20 @@ struct Placing {
     double tempo = 1;
     double pitch = 1;
     std::vector<TimeJump> jumps = {};  ///< in their order
+    std::vector<Wander> wanders = {};  ///< of the speed; together
+
+    /// By how much what sounds at second `recording` is late for the speed that swings.
+    [[nodiscard]] double LateAt(double recording) const {
+        double late = 0;
+        for (const Wander& wander : wanders) {
+            late += wander.Late(recording);
+        }
+        return late;
+    }
 
     /// Where the clip would have begun for what sounds at second `recording`.
     [[nodiscard]] double StartAt(double recording) const {
-        double from = start;
+        double from = start + LateAt(recording);
         for (const TimeJump& jump : jumps) {
             from -= jump.at <= recording ? jump.lost : 0;
         }
@@ -35,7 +47,7 @@ struct Placing {
                 recording = jump.at;  // it was lost
             }
         }
-        return recording;
+        return recording + (wanders.empty() ? 0 : LateAt(recording + LateAt(recording)));
     }
     [[nodiscard]] double ToClip(double recording) const { return (recording - StartAt(recording)) * tempo; }
     /// Whether time jumps between two places.

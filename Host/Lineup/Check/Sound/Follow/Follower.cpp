@@ -206,7 +206,7 @@ void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     }
     // All of them at first; of a long line-up one in so many.
     if (mMeasured < kLinesAtFirst || mMeasured % kLinesOneIn == 0) {
-        AddLines(*mHistory, *mReference, sound, mPlacing.pitch, input, isFull ? tone : slot.gains.size(), found.lines);
+        AddLines(*mHistory, *mReference, sound, mPlacing, input, isFull ? tone : slot.gains.size(), found.lines);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <lineup/ToneChoice.h>
 #include "Host/Lineup/Check/Sound/Find/Speeds.h"
 #include "Host/Lineup/Check/Sound/Measure/Tune.h"
+#include "Host/Lineup/Check/Sound/Measure/WanderFit.h"
 #include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 #include "Host/Lineup/Check/Sound/Signal/Turn.h"
 
@@ -105,6 +106,13 @@ public:
         const Reference plain = PlainReference(rough);
         const Placing tuned = TunePitch(*mHistory, plain, mPlacing, mDelays, mSlots);
         return rough * tuned.pitch;
+    }
+
+    // What its speed swings by.
+    void FindWander(const Reference& reference, double pitch) {
+        mPlacing.pitch = pitch;
+        mPlacing.tempo = pitch;
+        mPlacing = TuneWander(*mHistory, reference, mPlacing, mDelays, mSlots);
     }
 
     [[nodiscard]] std::vector<Cell> Look(const Reference& reference, double pitch) {
@@ -231,7 +239,9 @@ std::optional<ToneSighting> FindSteadyTone(std::span<const ToneRun> runs, const 
 std::optional<SteadyTone> SurveyTone(const History& history, const ToneSighting& sighting, const Expectation& expected,
                                      const std::shared_ptr<const Importer>& importer) {
     ToneSurveyor surveyor(history, sighting);
-    const double frequency = surveyor.ExactFrequency(sighting.frequency);
+    double frequency = surveyor.ExactFrequency(sighting.frequency);
+    surveyor.FindWander(PlainReference(frequency), 1);
+    frequency = surveyor.ExactFrequency(frequency);
     const auto [nominal, isKnown] = NominalFrequency(frequency, expected);
     const std::vector<Cell> cells = surveyor.Look(PlainReference(nominal), frequency / nominal);
     if (!IsPure(cells, expected)) {

@@ -4,6 +4,7 @@
 #include "Host/Lineup/Check/Sound/Events/Events.h"
 #include "Host/Lineup/Check/Sound/Events/Jumps.h"
 #include "Host/Lineup/Check/Sound/Measure/Tune.h"
+#include "Host/Lineup/Check/Sound/Measure/WanderFit.h"
 #include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 #include "Host/Lineup/Check/Sound/Signal/PhaseLine.h"
 
@@ -126,6 +127,10 @@ public:
         Extend(mMeter, *mHistory, *mReference, typical, false, mSlots);
         Extend(mMeter, *mHistory, *mReference, typical, true, mSlots);
         mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        mPlacing = TuneWander(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        if (!mPlacing.wanders.empty()) {
+            mPlacing = TunePitch(*mHistory, *mReference, mPlacing, mDelays, mSlots);
+        }
         return typical > 0;
     }
 

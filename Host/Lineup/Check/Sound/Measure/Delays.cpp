@@ -127,9 +127,10 @@ std::vector<LateEdge> EdgeDelays(const History& history, const Reference& refere
             if (reach < kLeastReach) {
                 continue;
             }
-            const auto late = EdgeDelay(
-                history, {input, edge + delay, !after, frequency, gain,
-                          kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});
+            const auto late =
+                EdgeDelay(history, placing,
+                          {input, edge + delay, !after, frequency, gain,
+                           kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});
             if (late) {
                 delays.push_back({edge, *late, tone.floating ? kFloatingWeight : 1});
             }

@@ -1,9 +1,11 @@
 #include "Host/Lineup/Check/Sound/Measure/Edges.h"
 
+#include "Host/Lineup/Check/Sound/Find/SteadySamples.h"
 #include "Host/Lineup/Check/Sound/Signal/Turn.h"
 
 #include <cmath>
 #include <span>
+#include <vector>
 
 namespace lineup::sound {
 
@@ -25,7 +27,7 @@ double TimeOfTone(std::span<const float> samples, double firstPhase, double omeg
 
 }  // namespace
 
-std::optional<double> EdgeDelay(const History& history, const EdgeSought& edge) {
+std::optional<double> EdgeDelay(const History& history, const Placing& placing, const EdgeSought& edge) {
     const double rate = history.grid.NarrowRate();
     const std::int64_t first = std::llround((edge.at - edge.reach) * rate);
     const std::int64_t end = std::llround((edge.at + edge.reach) * rate);
@@ -38,8 +40,9 @@ std::optional<double> EdgeDelay(const History& history, const EdgeSought& edge) 
     const auto phaseAt = [&](double sample) {
         return phase + kTurn * std::remainder(edge.frequency * (sample / rate), 1.0);
     };
-    const double sum =
-        TimeOfTone(narrow.Get(first, end), phaseAt(static_cast<double>(first)), omega, std::abs(edge.gain));
+    std::vector<float> buffer;
+    const std::span<const float> samples = SteadySamples(history, placing, edge.input, first, end, buffer);
+    const double sum = TimeOfTone(samples, phaseAt(static_cast<double>(first)), omega, std::abs(edge.gain));
     // The square of a sine runs through half a period beside its mean; where it begins and ends is known.
     const double outer = edge.rises ? static_cast<double>(end) - 0.5 : static_cast<double>(first) - 0.5;
     const double ripple = (std::sin(2 * phaseAt(outer)) - std::sin(2 * edge.phase)) / (2 * omega);

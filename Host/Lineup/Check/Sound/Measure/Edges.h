@@ -23,6 +23,6 @@ struct EdgeSought {
 /// How many seconds late the edge is. The tone is multiplied with itself and summed: the sum is the time for which it
 /// sounds, whatever a filter has made of the edge, and noise adds nothing to it. Empty where the tone sounds all
 /// along, or not at all, or where the recording does not reach.
-[[nodiscard]] std::optional<double> EdgeDelay(const History& history, const EdgeSought& edge);
+[[nodiscard]] std::optional<double> EdgeDelay(const History& history, const Placing& placing, const EdgeSought& edge);
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Sound/Measure/SlotLines.h"
 
+#include "Host/Lineup/Check/Sound/Find/SteadySamples.h"
 #include "Host/Lineup/Check/Sound/Signal/LineSpectrum.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@ constexpr double kShortestForLines = 0.18;
 constexpr double kLongestLook = 1;  // s
 
 // The samples of the longest stretch of blocks that are there.
-std::span<const float> StretchOf(const History& history, const SlotSound& sound, std::size_t input) {
+std::span<const float> StretchOf(const History& history, const SlotSound& sound, const Placing& placing,
+                                 std::size_t input, std::vector<float>& buffer) {
     const InputSlot& slot = sound.inputs[input];
     std::size_t bestFirst = 0;
     std::size_t bestCount = 0;
@@ -45,7 +47,7 @@ std::span<const float> StretchOf(const History& history, const SlotSound& sound,
     const SlidingBuffer<float>& narrow = history.narrow[input];
     const std::int64_t first = std::max<std::int64_t>(narrow.First(), std::llround(begins * rate));
     const std::int64_t end = std::min<std::int64_t>(narrow.End(), std::llround((begins + seconds) * rate));
-    return end > first ? narrow.Get(first, end) : std::span<const float>();
+    return end > first ? SteadySamples(history, placing, input, first, end, buffer) : std::span<const float>();
 }
 
 // Whether hum has a line there that may be heard.
@@ -143,9 +145,11 @@ void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, doub
 
 }  // namespace
 
-void AddLines(const History& history, const Reference& reference, const SlotSound& sound, double pitch,
+void AddLines(const History& history, const Reference& reference, const SlotSound& sound, const Placing& placing,
               std::size_t input, std::size_t tone, LineFindings& lines) {
-    const std::span<const float> samples = StretchOf(history, sound, input);
+    const double pitch = placing.pitch;
+    std::vector<float> buffer;
+    const std::span<const float> samples = StretchOf(history, sound, placing, input, buffer);
     const double rate = history.grid.NarrowRate();
     const double seconds = static_cast<double>(samples.size()) / rate;
     if (seconds < kShortestForLines) {

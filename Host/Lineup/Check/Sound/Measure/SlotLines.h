@@ -47,7 +47,7 @@ struct LineFindings {
 };
 
 /// Adds what a slot holds at `input`; `tone` is the slot's tone that is the input's own, or one past the last.
-void AddLines(const History& history, const Reference& reference, const SlotSound& sound, double pitch,
+void AddLines(const History& history, const Reference& reference, const SlotSound& sound, const Placing& placing,
               std::size_t input, std::size_t tone, LineFindings& lines);
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Sound/Measure/SlotSound.h"
 
+#include "Host/Lineup/Check/Sound/Find/SteadySamples.h"
 #include "Host/Lineup/Check/Sound/Signal/Turn.h"
 
 #include <algorithm>
@@ -150,7 +151,7 @@ void SlotMeter::MeasureInput(const SlotSound& sound, std::size_t input, std::siz
             continue;
         }
         into.there[block] = true;
-        into.blocks[block] = fit.Fit(narrow.Get(at, at + length), gains);
+        into.blocks[block] = fit.Fit(SteadySamples(*mHistory, mPlacing, input, at, at + length, mSteady), gains);
         const double middle = into.firstMiddle + static_cast<double>(block) * sound.step - mDelays[input];
         const double from = mPlacing.StartAt(middle + mDelays[input]);
         for (std::size_t m = 0; m < tones.size(); ++m) {

@@ -74,6 +74,7 @@ private:
     const Reference* mReference;
     Placing mPlacing;
     std::vector<double> mDelays;
+    std::vector<float> mSteady;             // samples of one block
     std::map<std::size_t, BlockFit> mFits;  // of slots, at the present pitch
 };
 

@@ -102,6 +102,7 @@ verb_check() {
         step "Laboratory, 2,000 damaged line-ups" check_laboratory
         step "macOS bundle" check_mac
         step "Packages" check_packages
+        step "Packages, made twice" check_reproducible
     fi
     # Last, so that the run ends with the tally of every test.
     say "== Address and undefined-behaviour sanitizers"

@@ -17,3 +17,6 @@ check_packages() {
     build release-package-tests
     run_tests release-package-tests
 }
+
+# Twice, on two sides of everything that a build may take up from where it runs.
+check_reproducible() { sh "$root/Packaging/dev/reproducible.sh" "$root/build/reproducible" release-packages; }

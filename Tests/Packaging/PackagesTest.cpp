@@ -19,7 +19,7 @@ class DebianPackages : public test::InFolder {
 protected:
     [[nodiscard]] static fs::path File(const std::string& package) {
         for (const auto& entry : fs::directory_iterator(TEST_PACKAGES)) {
-            if (entry.path().filename().string().starts_with(package + "_")) {
+            if (entry.path().filename().string().starts_with(package + "_") && entry.path().extension() == ".deb") {
                 return entry.path();
             }
         }

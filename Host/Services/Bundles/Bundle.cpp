@@ -43,7 +43,9 @@ Plist ReadPlist(const fs::path& file) {
     }
     plist_t root = nullptr;
     if (check == PlistCheck::Sound) {
-        plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
+        // Of both forms that an Info.plist has; newer libraries would take others too.
+        const auto length = static_cast<std::uint32_t>(text.size());
+        (plist_is_binary(text.data(), length) != 0 ? plist_from_bin : plist_from_xml)(text.data(), length, &root);
     }
     Plist plist(root);
     if (!plist || plist_get_node_type(root) != PLIST_DICT) {

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Export/Media/Muxer.h"
 
+#include "Host/Lineup/Export/Media/FfmpegVersions.h"
 #include "Host/Lineup/Export/Media/MovieHead.h"
 
 #include <fmt/format.h>
@@ -20,7 +21,7 @@ WriteGatherer& FileOf(void* opaque) {
     return *static_cast<WriteGatherer*>(opaque);
 }
 
-int WriteBytes(void* opaque, std::uint8_t* bytes, int count) {
+int WriteBytes(void* opaque, BytesToWrite bytes, int count) {
     WriteGatherer& file = FileOf(opaque);
     if (file.Write({bytes, static_cast<std::size_t>(count)})) {
         return count;

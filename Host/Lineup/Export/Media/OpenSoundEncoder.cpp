@@ -1,5 +1,7 @@
 #include "Host/Lineup/Export/Media/OpenSoundEncoder.h"
 
+#include "Host/Lineup/Export/Media/FfmpegVersions.h"
+
 #include <fmt/format.h>
 
 extern "C" {
@@ -29,10 +31,9 @@ AVSampleFormat InterleavedFormat(SampleFormat samples) {
 /// The encoder's own form of these samples: all channels in one buffer, or a buffer a channel.
 AVSampleFormat FormatFor(const AVCodec& encoder, SampleFormat samples) {
     const AVSampleFormat interleaved = InterleavedFormat(samples);
-    for (const AVSampleFormat* format = encoder.sample_fmts; format != nullptr && *format != AV_SAMPLE_FMT_NONE;
-         ++format) {
-        if (av_get_packed_sample_fmt(*format) == interleaved) {
-            return *format;
+    for (const AVSampleFormat format : SampleFormatsOf(encoder)) {
+        if (av_get_packed_sample_fmt(format) == interleaved) {
+            return format;
         }
     }
     throw Error(fmt::format("cannot encode with {}: it does not take these samples", encoder.name));

@@ -1,6 +1,7 @@
 #include "Host/Lineup/Export/Media/VideoFrame.h"
 
 #include "Host/Lineup/Export/Media/ColourTags.h"
+#include "Host/Lineup/Export/Media/FfmpegVersions.h"
 #include "Host/Lineup/Picture/ColourConversion.h"
 #include "Host/Lineup/Picture/FloatPicture.h"
 
@@ -99,8 +100,7 @@ void Tag(AVFrame& frame, const PicturePlan& plan) {
     frame.color_range = tags.range;
     frame.chroma_location = tags.chroma;
     frame.sample_aspect_ratio = {plan.shape.sampleAspect.num, plan.shape.sampleAspect.den};
-    frame.interlaced_frame = plan.scan == Scan::Progressive ? 0 : 1;
-    frame.top_field_first = plan.scan == Scan::TopFieldFirst ? 1 : 0;
+    SetFields(frame, {.isInterlaced = plan.scan != Scan::Progressive, .isTopFirst = plan.scan == Scan::TopFieldFirst});
     TagCleanPart(frame, plan.shape);
 }
 
@@ -146,11 +146,12 @@ void DescribeFrame(AVCodecContext& encoder, const AVFrame& frame) {
     encoder.color_range = frame.color_range;
     encoder.chroma_sample_location = frame.chroma_location;
     encoder.sample_aspect_ratio = frame.sample_aspect_ratio;
-    if (frame.interlaced_frame == 0) {
+    const FrameFields fields = FieldsOf(frame);
+    if (!fields.isInterlaced) {
         encoder.field_order = AV_FIELD_PROGRESSIVE;
     } else {
         // Lines of both fields lie in a frame by turns. The names say which field is coded first and which is on top.
-        encoder.field_order = frame.top_field_first != 0 ? AV_FIELD_TB : AV_FIELD_BT;
+        encoder.field_order = fields.isTopFirst ? AV_FIELD_TB : AV_FIELD_BT;
         encoder.flags |= AV_CODEC_FLAG_INTERLACED_DCT | AV_CODEC_FLAG_INTERLACED_ME;
     }
 }

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <cmath>
 
 namespace gstreamer {
 
@@ -177,6 +178,13 @@ void AudioSource::Open(const std::string& plugin) {
             throw lineup::Error("settings says all of the sound: leave out ident, frequency and level");
         }
         mSettings = lineup::ReadSettings(mSettingsFile);
+        const float rate = mSettings->sampleRate;
+        const bool isRate = rate >= lineup::kLowestSampleRateHz && rate <= lineup::kHighestSampleRateHz;
+        if (!isRate || rate != std::floor(rate)) {  // not-a-number is no rate
+            throw lineup::Error(fmt::format("{} has a sample rate of {} Hz: must be a whole number from {} to {}",
+                                            mSettingsFile, rate, lineup::kLowestSampleRateHz,
+                                            lineup::kHighestSampleRateHz));
+        }
         if (mSettings->numChannels < 1 || mSettings->numChannels > kMostChannels) {
             throw lineup::Error(fmt::format("{} has {} channels: must be 1 to {}", mSettingsFile,
                                             mSettings->numChannels, kMostChannels));

@@ -6,7 +6,9 @@
 #include <lineup/PictureAspect.h>
 #include <lineup/PictureFormat.h>
 #include <lineup/Scan.h>
+#include "Bridges/GStreamer/AudioFormats.h"
 #include "Bridges/GStreamer/Channels.h"
+#include "Bridges/GStreamer/VideoFormats.h"
 #include "Host/Lineup/Values/PictureShape.h"
 
 #include <fmt/format.h>
@@ -126,10 +128,16 @@ void TakeAspect(Wanted& wanted, const std::string& value) {
 }
 
 void TakeFormat(Wanted& wanted, const std::string& value) {
+    if (std::ranges::find(VideoFormats(), gst_video_format_from_string(value.c_str())) == VideoFormats().end()) {
+        Refuse("format", value, "one of those that gst-inspect-1.0 lineupvideosrc shows");
+    }
     SetField(wanted.pictureCaps, "format", G_TYPE_STRING, value.c_str());
 }
 
 void TakeSampleFormat(Wanted& wanted, const std::string& value) {
+    if (FindAudioFormat(gst_audio_format_from_string(value.c_str())) == nullptr) {
+        Refuse("sample-format", value, "one of those that gst-inspect-1.0 lineupaudiosrc shows");
+    }
     SetField(wanted.soundCaps, "format", G_TYPE_STRING, value.c_str());
 }
 

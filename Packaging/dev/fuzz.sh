@@ -4,7 +4,7 @@
 fuzz_targets() { (cd "$root/Tests/Fuzz/seeds" && printf '%s\n' *); }
 
 build_fuzzers() {
-    need product desktop tests check
+    need product desktop tests gstreamer check
     configure fuzz
     build fuzz
 }

@@ -56,6 +56,16 @@ lineup::BarsAndToneInfo IdentSettings(lineup::IdentifierFormat format, float rat
     return settings;
 }
 
+Planes PlanesOf(const std::string& interleaved, std::size_t channels) {
+    const std::size_t values = interleaved.size() / sizeof(float);
+    Planes planes(channels, std::vector<float>(values / channels));
+    for (std::size_t value = 0; value < values; ++value) {
+        std::memcpy(&planes[value % channels][value / channels], interleaved.data() + value * sizeof(float),
+                    sizeof(float));
+    }
+    return planes;
+}
+
 std::string Difference(const Planes& planes, const Planes& expected) {
     if (planes.size() != expected.size()) {
         return std::to_string(planes.size()) + " channels instead of " + std::to_string(expected.size());

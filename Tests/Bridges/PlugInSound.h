@@ -22,6 +22,9 @@ lineup::BarsAndToneInfo Tone(std::uint32_t numChannels, float rateHz = 48000.0F)
 /// An ident in the channels that it is made for.
 lineup::BarsAndToneInfo IdentSettings(lineup::IdentifierFormat format, float rateHz = 48000.0F);
 
+/// The planes of floats that lie side by side.
+Planes PlanesOf(const std::string& interleaved, std::size_t channels);
+
 /// The first sample at which the two differ, as text; empty when they are the same to the bit.
 std::string Difference(const Planes& planes, const Planes& expected);
 

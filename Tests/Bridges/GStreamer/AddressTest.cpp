@@ -4,8 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstring>
-
 namespace {
 
 using testing::HasSubstr;
@@ -46,6 +44,8 @@ TEST(Address, NamesTheKeyThatIsWrongAndWhatWouldBeRight) {
         {"scan=i", "scan i: must be progressive, tff, bff"},
         {"aspect=1:1&size=9x9", "aspect 1:1: must be auto, 4:3, 16:9, square"},
         {"aspect=4:3", "aspect 4:3: must be with a size"},
+        {"format=UYV", "format UYV: must be one of those"},
+        {"sample-format=S20LE", "sample-format S20LE: must be one of those"},
         {"live=maybe", "live maybe: must be true or false"},
         {"duration=0", "duration 0: must be seconds, more than 0"},
     };
@@ -62,13 +62,9 @@ TEST(Address, IsOpenedByAnyPlayer) {
             test::PlayOnce(player + std::string(" uri=lineup://?ident=blits&size=64x36&duration=0.1 name=s "
                                                 "s. ! video/x-raw ! fakesink sync=false s. ! audio/x-raw ! queue"));
         EXPECT_EQ(played.error, "") << player;
-        test::Planes planes(6, std::vector<float>(4800));
-        const std::string bytes = played.Bytes();
-        ASSERT_EQ(bytes.size(), std::size_t{4800} * 6 * sizeof(float)) << player;
-        for (std::size_t value = 0; value < std::size_t{4800} * 6; ++value) {
-            std::memcpy(&planes[value % 6][value / 6], bytes.data() + value * sizeof(float), sizeof(float));
-        }
-        EXPECT_EQ(test::Difference(planes, test::PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 4800)), "");
+        EXPECT_EQ(test::Difference(test::PlanesOf(played.Bytes(), 6),
+                                   test::PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 4800)),
+                  "");
     }
 }
 

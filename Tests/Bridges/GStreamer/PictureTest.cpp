@@ -108,6 +108,22 @@ TEST(Picture, IsTheCardInEveryFormat) {
     }
 }
 
+TEST(Picture, HasChromaOfEachFieldsOwnLinesIn420) {
+    const auto progressive = FrameOf("format=I420,width=64,height=40");
+    const auto played = FrameOf("format=I420,width=64,height=40,interlace-mode=interleaved");
+    EXPECT_NE(played.buffers.at(0).bytes, progressive.buffers.at(0).bytes);
+    const lineup::ConvertedPicture fields(lineup::ReadPicture(TheClip(), 64, 40, lineup::Card::Auto),
+                                          {.coding = lineup::ColourCoding::Ycc601,
+                                           .bits = 8,
+                                           .subsampleWidth = 1,
+                                           .subsampleHeight = 1,
+                                           .interlaced = true});
+    for (std::size_t line = 0; line < 20; ++line) {
+        const auto* const expected = reinterpret_cast<const char*>(fields.Line(1, line));
+        EXPECT_EQ(played.buffers[0].bytes.substr(64 * 40 + line * 32, 32), std::string(expected, 32)) << line;
+    }
+}
+
 class RenderedPicture : public test::TestFolder {
 protected:
     // Whether the frame's bytes stand in a movie that was rendered with this codec.

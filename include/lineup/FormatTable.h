@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <span>
 #include <string_view>
+#include <vector>
 
 /// What a person chooses from: the kinds of file, what each can hold, and what each codec can have. CheckExport says
 /// whether choices go together.
@@ -23,9 +24,10 @@ struct VideoCodec {
     int minHeight = PictureFormat::kLeastSize;
     int maxWidth = PictureFormat::kMostSize;
     int maxHeight = PictureFormat::kMostSize;
-    std::int64_t maxPixelsPerSecond = 0;  ///< 0: any number
-    bool interlaced = false;              ///< Scan may be other than progressive
-    int interlacedHeightStep = 2;         ///< the height of an interlaced picture is a multiple of it
+    std::int64_t maxPixelsPerSecond = 0;               ///< 0: any number
+    bool interlaced = false;                           ///< Scan may be other than progressive
+    int interlacedHeightStep = 2;                      ///< the height of an interlaced picture is a multiple of it
+    std::span<const Rational> interlacedFrameRates{};  ///< those of frames with fields; empty: any that it can have
 };
 
 /// An audio codec that files can be written in.
@@ -46,12 +48,16 @@ struct FileFormat {
     bool holdsTimecode = false;
     bool offersMonoTracks = false;  ///< ExportSettings::monoTracks may be set
     bool onlyMonoTracks = false;    ///< and is, whether it is set or not
+    bool streams = false;           ///< can be written from front to back, and so into a pipe
 };
 
 /// Every kind of file and every codec, in the order a help text lists them. Static data; any thread.
 LINEUP_API std::span<const FileFormat> FileFormats();
 LINEUP_API std::span<const VideoCodec> VideoCodecs();
 LINEUP_API std::span<const AudioCodec> AudioCodecs();
+
+/// The extensions of the formats that can be written into a pipe.
+LINEUP_API std::vector<std::string_view> StreamedFormats();
 
 /// The entry that `name` names, or null. A file's format goes by its extension in either case.
 LINEUP_API const FileFormat* FindFileFormat(const std::filesystem::path& target);

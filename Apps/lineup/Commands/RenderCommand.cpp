@@ -12,6 +12,7 @@
 #include "Apps/lineup/Terminal/ProgressBar.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <charconv>
 #include <cstdlib>
@@ -73,7 +74,8 @@ lineup::Dither ParseDither(const std::string& text) {
 
 int RequirePipe(const RenderOptions& options) {
     if (options.format.empty()) {
-        throw lineup::UsageError("output", kStandardOutput, "needs --format wav or --format mkv");
+        throw lineup::UsageError("output", kStandardOutput,
+                                 fmt::format("needs --format {}", fmt::join(lineup::StreamedFormats(), ", ")));
     }
     if (isatty(STDOUT_FILENO) != 0) {
         throw lineup::UsageError("output", kStandardOutput, "is a terminal here: send it into a pipe or a file");
@@ -175,7 +177,9 @@ void AddFrameTimeOptions(CLI::App& command, RenderOptions& options) {
 
 void AddFileOptions(CLI::App& command, RenderOptions& options) {
     command
-        .add_option("--format", options.format, "Kind of file, as an extension says it; for standard output: wav, mkv")
+        .add_option("--format", options.format,
+                    fmt::format("Kind of file, as an extension says it; for standard output: {}",
+                                fmt::join(lineup::StreamedFormats(), ", ")))
         ->type_name("EXTENSION")
         ->group(kFile);
     command.add_option("--video-codec", options.videoCodec, "Picture codec; see below")

@@ -73,15 +73,17 @@ enum class FileKind {
 struct Container {
     FileFormat format;
     FileKind kind = FileKind::Movie;
-    std::string_view muxer{};                ///< of a movie: the FFmpeg muxer
-    std::span<const CodecOption> options{};  ///< set on the muxer
-    std::string_view timescaleOption{};      ///< the muxer's option for the unit of the whole file's times
-    bool uniqueIdentifiers = false;          ///< no two files are alike, even of the same settings
-    bool needsLayoutInCodec = false;         ///< cannot say itself which channel is which
-    bool describesCleanPart = false;         ///< of the picture, in its head, which is written last
-    bool streams = false;                    ///< is written from front to back, and so into a pipe
-    bool namesChannels = false;              ///< says itself which channel is which, of a mono track too
-    bool takesSurroundTags = false;          ///< beside a codec's own data
+    std::string_view muxer{};                    ///< of a movie: the FFmpeg muxer
+    std::span<const CodecOption> options{};      ///< set on the muxer
+    std::span<const CodecOption> pipeOptions{};  ///< instead, for a file that is written from front to back
+    std::span<const CodecOption> tags{};         ///< what the file says of itself
+    std::string_view timescaleOption{};          ///< the muxer's option for the unit of the whole file's times
+    bool uniqueIdentifiers = false;              ///< no two files are alike, even of the same settings
+    bool needsLayoutInCodec = false;             ///< cannot say itself which channel is which
+    bool describesCleanPart = false;             ///< of the picture, in its head
+    bool describesFields = false;                ///< there too, of every codec
+    bool namesChannels = false;                  ///< says itself which channel is which, of a mono track too
+    bool takesSurroundTags = false;              ///< beside a codec's own data
 };
 
 /// As FindVideoCodec and its siblings.

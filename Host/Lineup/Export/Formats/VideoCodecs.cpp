@@ -29,8 +29,9 @@ constexpr const CodecLevel& kMpeg2Highest = kMpeg2Levels.back();
 constexpr CodecOption kThreads = {"threads", "auto"};
 constexpr CodecOption kThreadType = {"thread_type", "slice"};
 
-// The finest quantiser and the finest matrix in every profile: the card takes a seventh of the bits that there are.
-constexpr CodecOption kFinestMatrix = {"quant_mat", "hq"};
+// The finest quantiser and the finest matrix in every profile, the one that the format goes by unless told: the card
+// takes a seventh of the bits that there are.
+constexpr CodecOption kFinestMatrix = {"quant_mat", "default"};
 constexpr CodecOption kConstantQuantiser = {"flags", "+qscale"};
 constexpr CodecOption kFinestProresQuantiser = {"global_quality", "118"};
 constexpr std::array<CodecOption, 6> kProresHq = {
@@ -41,6 +42,11 @@ constexpr std::array<CodecOption, 6> kProres4444 = {
     {{"profile", "4444"}, kFinestMatrix, kConstantQuantiser, kFinestProresQuantiser, kThreads, kThreadType}};
 // The encoder makes room for every quantiser up to the coarsest in every block; the card never needs one so coarse.
 constexpr std::array<CodecOption, 4> kDnxhrHqx = {{{"profile", "dnxhr_hqx"}, {"qmax", "64"}, kThreads, kThreadType}};
+// The bit rate chooses the table of 917,504 bytes a frame, whatever the frame rate.
+constexpr std::array<CodecOption, 4> kDnxhd = {{{"b", "185000000"}, {"qmax", "64"}, kThreads, kThreadType}};
+constexpr std::array<Rational, 7> kDnxhdFrameRates = {
+    {{24000, 1001}, {24, 1}, {25, 1}, {30000, 1001}, {50, 1}, {60000, 1001}, {60, 1}}};
+constexpr std::array<Rational, 2> kDnxhdInterlacedFrameRates = {{{25, 1}, {30000, 1001}}};
 constexpr std::array<CodecOption, 1> kOneThread = {{{"threads", "1"}}};
 // FFV1 has 2^27 bits at most for a slice, as its encoder counts: each value of three planes in one bit more than it
 // has.
@@ -75,19 +81,20 @@ constexpr std::array<CodecOption, 10> kMpeg2 = {{
 }};
 
 // No B frames: every decoder then shows the first frame at time 0, with or without an edit list.
-constexpr std::array<CodecOption, 6> kH264 = {{
+constexpr std::array<CodecOption, 7> kH264 = {{
     {"profile", "high"},
     {"preset", "medium"},
     {"crf", "8"},
     {"bf", "0"},
     {"g", "50"},
     {"threads", "2"},
+    {"x264-params", "force-cfr=1"},  // and says that the frame rate is fixed
 }};
 
 // The encoder's own headers say which field is first before it sees one.
-constexpr std::array<CodecOption, 1> kH264BottomFirst = {{{"x264-params", "bff=1"}}};
+constexpr std::array<CodecOption, 1> kH264BottomFirst = {{{"x264-params", "force-cfr=1:bff=1"}}};
 
-constexpr std::array<VideoEncoding, 11> kVideoEncodings = {{
+constexpr std::array<VideoEncoding, 12> kVideoEncodings = {{
     {.codec = {.name = "prores-hq", .description = "ProRes 422 HQ, 10 bits", .interlaced = true},
      .encoder = "prores_ks",
      .pixelFormat = "yuv422p10le",
@@ -111,6 +118,19 @@ constexpr std::array<VideoEncoding, 11> kVideoEncodings = {{
      .pixelFormat = "yuv422p10le",
      .framesStandAlone = true,
      .options = kDnxhrHqx},
+    {.codec = {.name = "dnxhd",
+               .description = "DNxHD, 4:2:2, 10 bits, 185 Mbit/s at 25 frames a second, 220 at 29.97; 1920x1080",
+               .frameRates = kDnxhdFrameRates,
+               .minWidth = 1920,
+               .minHeight = 1080,
+               .maxWidth = 1920,
+               .maxHeight = 1080,
+               .interlaced = true,
+               .interlacedFrameRates = kDnxhdInterlacedFrameRates},
+     .encoder = "dnxhd",
+     .pixelFormat = "yuv422p10le",
+     .framesStandAlone = true,
+     .options = kDnxhd},
     {.codec = {.name = "v210", .description = "uncompressed 4:2:2, 10 bits", .interlaced = true},
      .encoder = "v210",
      .pixelFormat = "yuv422p10le",

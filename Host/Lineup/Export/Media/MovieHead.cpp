@@ -11,6 +11,8 @@ namespace lineup {
 
 namespace {
 
+using namespace std::string_view_literals;
+
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kNumberBytes = 4;
@@ -71,15 +73,24 @@ std::optional<Atom> FindIn(const Bytes& bytes, const Atom& parent, std::string_v
     return FindAtom(bytes, parent.begin + kHeaderBytes, parent.end, type);
 }
 
-/// The atoms on the way from a track to the description of its pictures, outermost first; empty: it has none.
-std::vector<Atom> WayToPictureDescription(const Bytes& bytes, const Atom& track) {
+/// The atoms on the way from a track to one of the tables of its samples, outermost first; empty: it has none.
+std::vector<Atom> WayToTable(const Bytes& bytes, const Atom& track, std::string_view table) {
     std::vector<Atom> way = {track};
-    for (const std::string_view type : {"mdia", "minf", "stbl", "stsd"}) {
+    for (const std::string_view type : {"mdia"sv, "minf"sv, "stbl"sv, table}) {
         const std::optional<Atom> next = FindIn(bytes, way.back(), type);
         if (!next) {
             return {};
         }
         way.push_back(*next);
+    }
+    return way;
+}
+
+/// The same, and the description of its pictures.
+std::vector<Atom> WayToPictureDescription(const Bytes& bytes, const Atom& track) {
+    std::vector<Atom> way = WayToTable(bytes, track, "stsd");
+    if (way.empty()) {
+        return {};
     }
     const std::optional<Atom> handler = FindIn(bytes, way.at(1), "hdlr");
     const auto descriptions = AtomsIn(bytes, way.back().begin + kFirstDescription, way.back().end);
@@ -106,6 +117,41 @@ void Replace(Bytes& head, const std::vector<Atom>& way, const Atom& old, const B
         SetNumber(head, atom.begin,
                   static_cast<std::uint32_t>(atom.end - atom.begin + bytes.size() - (old.end - old.begin)));
     }
+}
+
+/// The ways to the descriptions of pictures, from the movie on; none without a picture track.
+std::vector<Atom> WayToPicture(const Bytes& head) {
+    const std::optional<Atom> movie = FindAtom(head, 0, head.size(), "moov");
+    if (!movie) {
+        return {};
+    }
+    for (const Atom& track : AtomsIn(head, movie->begin + kHeaderBytes, movie->end)) {
+        std::vector<Atom> way = WayToPictureDescription(head, track);
+        if (!way.empty()) {
+            way.insert(way.begin(), *movie);
+            return way;
+        }
+    }
+    return {};
+}
+
+/// The atom `type` of a picture's description; where it would go, if it is not there.
+Atom ExtensionOf(const Bytes& head, const Atom& description, std::string_view type) {
+    const std::size_t first = description.begin + kFirstPictureExtension;
+    return FindAtom(head, first, description.end, type).value_or(Atom{first, first});
+}
+
+/// How many fields a frame has, and which is first.
+Bytes FieldOrder(Scan scan) {
+    constexpr std::array<std::uint8_t, 10> kProgressive = {0, 0, 0, 10, 'f', 'i', 'e', 'l', 1, 0};
+    Bytes atom(kProgressive.begin(), kProgressive.end());
+    if (scan != Scan::Progressive) {
+        constexpr std::uint8_t kTopFirst = 1;
+        constexpr std::uint8_t kBottomFirst = 6;
+        atom.at(kHeaderBytes) = 2;
+        atom.back() = scan == Scan::TopFieldFirst ? kTopFirst : kBottomFirst;
+    }
+    return atom;
 }
 
 /// Width, height and the centre's place, right and down of the middle, as fractions.
@@ -138,20 +184,38 @@ void LeaveTrackGroups(Bytes& head) {
 }
 
 void SetCleanAperture(Bytes& head, int width, int height) {
-    const std::optional<Atom> movie = FindAtom(head, 0, head.size(), "moov");
-    if (movie) {
-        for (const Atom& track : AtomsIn(head, movie->begin + kHeaderBytes, movie->end)) {
-            std::vector<Atom> way = WayToPictureDescription(head, track);
-            if (!way.empty()) {
-                const std::size_t first = way.back().begin + kFirstPictureExtension;
-                const Atom old = FindAtom(head, first, way.back().end, "clap").value_or(Atom{first, first});
-                way.insert(way.begin(), *movie);
-                Replace(head, way, old, CleanAperture(width, height));
-                return;
-            }
+    const std::vector<Atom> way = WayToPicture(head);
+    if (way.empty()) {
+        throw Error("cannot say which part of the picture is clean: the movie's head has no picture track");
+    }
+    Replace(head, way, ExtensionOf(head, way.back(), "clap"), CleanAperture(width, height));
+}
+
+void ForgetSampleTimes(Bytes& head) {
+    constexpr std::array<std::uint8_t, 16> kNone = {0, 0, 0, 16, 's', 't', 't', 's'};
+    const Bytes none(kNone.begin(), kNone.end());
+    const std::size_t begin = FindAtom(head, 0, head.size(), "moov").value_or(Atom{}).begin;
+    for (std::size_t i = 0;; ++i) {
+        const Atom movie{begin, begin + NumberAt(head, begin)};  // which each table makes smaller
+        const auto children = AtomsIn(head, movie.begin + kHeaderBytes, movie.end);
+        if (i == children.size()) {
+            return;
+        }
+        std::vector<Atom> way = WayToTable(head, children.at(i), "stts");
+        if (!way.empty()) {
+            const Atom table = way.back();
+            way.back() = movie;
+            Replace(head, way, table, none);
         }
     }
-    throw Error("cannot say which part of the picture is clean: the movie's head has no picture track");
+}
+
+void AddFieldOrder(Bytes& head, Scan scan) {
+    const std::vector<Atom> way = WayToPicture(head);
+    const Atom old = way.empty() ? Atom{} : ExtensionOf(head, way.back(), "fiel");
+    if (!way.empty() && old.begin == old.end) {
+        Replace(head, way, old, FieldOrder(scan));
+    }
 }
 
 }  // namespace lineup

@@ -48,17 +48,18 @@ std::int64_t SeekTo(void* opaque, std::int64_t offset, int whence) {
     return file.Seek(offset) ? offset : AVERROR(file.Errno());
 }
 
-AvIoContext OpenIo(WriteGatherer& file, bool canSeek) {
+AvIoContext OpenIo(WriteGatherer& file, bool canSeek, bool isHeld) {
     auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
     if (buffer == nullptr) {
         throw std::bad_alloc();
     }
     AVIOContext* const io = avio_alloc_context(buffer, kBufferBytes, /*write_flag=*/1, &file, nullptr, &WriteBytes,
-                                               canSeek ? &SeekTo : nullptr);
+                                               canSeek || isHeld ? &SeekTo : nullptr);
     if (io == nullptr) {
         av_free(buffer);
         throw std::bad_alloc();
     }
+    io->seekable = canSeek ? AVIO_SEEKABLE_NORMAL : 0;
     io->direct = 1;  // packets come to WriteBytes in their own memory
     return AvIoContext(io);
 }
@@ -78,7 +79,8 @@ Muxer::Muxer(const Container& container, TargetFile& file, bool reproducible)
     : mContainer(&container),
       mFile(&file),
       mGatherer(file),
-      mIo(OpenIo(mGatherer, file.CanSeek())),
+      mInPieces(container.describesCleanPart && !file.CanSeek()),
+      mIo(OpenIo(mGatherer, file.CanSeek(), mInPieces)),
       mContext(OpenContext(container, *mIo)) {
     // The same settings make the same bytes, but where a format's identifiers must be unique in the world.
     if (!container.uniqueIdentifiers || reproducible) {
@@ -132,8 +134,12 @@ void Muxer::Tag(int stream, std::string_view key, std::string_view value) {
 }
 
 void Muxer::Begin(AvOptions& options) {
-    for (const CodecOption& option : mContainer->options) {
-        options.Set(option.name, option.value);
+    options.Set(mFile->CanSeek() ? mContainer->options : mContainer->pipeOptions);
+    for (const CodecOption& tag : mContainer->tags) {
+        Require(av_dict_set(&mContext->metadata, std::string(tag.name).c_str(), std::string(tag.value).c_str(), 0));
+    }
+    if (mInPieces) {
+        mGatherer.Hold();
     }
     Require(avformat_write_header(mContext.get(), options.Address()));
     options.RequireAllUsed(mContainer->muxer);
@@ -143,25 +149,55 @@ void Muxer::Write(AVPacket& packet, int stream, AVRational timeBase) {
     packet.stream_index = stream;
     av_packet_rescale_ts(&packet, timeBase, mContext->streams[stream]->time_base);
     Require(av_interleaved_write_frame(mContext.get(), &packet));
+    if (mInPieces) {
+        PassOn();
+    }
+}
+
+// The muxer goes back to a head's or a fragment's fields until it has written the whole of it.
+void Muxer::PassOn() {
+    avio_flush(mIo.get());
+    if (mGatherer.Held().empty()) {
+        return;
+    }
+    if (!mHeadIsComplete) {
+        CompleteHead();
+        ForgetSampleTimes(mGatherer.Held());  // which are in the fragments
+    }
+    mGatherer.Release();
+    mGatherer.Hold();
+    mIo->pos = mGatherer.Position();  // which the head's completion has moved
 }
 
 void Muxer::Finish() {
-    if (mContainer->describesCleanPart) {
+    if (mInPieces) {
+        WriteEnd();
+        PassOn();
+    } else if (mContainer->describesCleanPart) {
         // What interleaving still holds back belongs to the pictures and sounds, not to what follows them.
         Require(av_interleaved_write_frame(mContext.get(), nullptr));
         avio_flush(mIo.get());
         mGatherer.Hold();
         WriteEnd();
-        SetCleanAperture(mGatherer.Held(), mShape.cleanWidth, mShape.cleanHeight);
-        if (NumSounds() > 1) {  // or a player takes the first
-            LeaveTrackGroups(mGatherer.Held());
-        }
+        CompleteHead();
         mGatherer.Release();
     } else {
         WriteEnd();
     }
     mGatherer.Flush();
     Require(mIo->error);
+}
+
+// The head is among what is kept.
+void Muxer::CompleteHead() {
+    SetCleanAperture(mGatherer.Held(), mShape.cleanWidth, mShape.cleanHeight);
+    if (mContainer->describesFields) {
+        AddFieldOrder(mGatherer.Held(), mScan);
+    }
+    if (NumSounds() > 1) {  // or a player takes the first
+        LeaveTrackGroups(mGatherer.Held());
+    }
+    mHeadIsComplete = true;
 }
 
 std::ptrdiff_t Muxer::NumSounds() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Scan.h>
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
 #include "Host/Lineup/Export/Media/FfmpegHandles.h"
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
@@ -35,8 +36,11 @@ public:
     /// Tags a stream, before Begin.
     void Tag(int stream, std::string_view key, std::string_view value);
 
-    /// Says which part of the picture is to be shown, where the container can.
-    void SetShape(const PictureShape& shape) { mShape = shape; }
+    /// Says which part of the picture is to be shown and which fields it has, where the container can.
+    void Describe(const PictureShape& shape, Scan scan) {
+        mShape = shape;
+        mScan = scan;
+    }
 
     /// Writes the file's head; all streams are there by now. `options` go to the muxer beside the container's own.
     void Begin(AvOptions& options);
@@ -49,15 +53,20 @@ public:
 
 private:
     void Require(int code);
+    void PassOn();
+    void CompleteHead();
     [[nodiscard]] std::ptrdiff_t NumSounds() const;
     void WriteEnd();
 
     const Container* mContainer;
     TargetFile* mFile;
     WriteGatherer mGatherer;
+    bool mInPieces;  // of which each is kept until it is whole: a movie that is written from front to back
     AvIoContext mIo;
     AvFormatContext mContext;
     PictureShape mShape;
+    Scan mScan = Scan::Progressive;
+    bool mHeadIsComplete = false;
 };
 
 }  // namespace lineup

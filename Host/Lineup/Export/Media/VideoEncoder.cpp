@@ -23,7 +23,7 @@ VideoEncoder::VideoEncoder(const Clip& clip, const PicturePlan& plan, Muxer& mux
       mPacket(NewAvPacket()),
       mTimeBase(mEncoder->time_base),
       mStream(muxer.AddStream(*mEncoder)) {
-    muxer.SetShape(plan.shape);
+    muxer.Describe(plan.shape, plan.scan);
     if (plan.encoding->constantBitsPerSecond != 0) {
         mRate.emplace(plan.encoding->constantBitsPerSecond, plan.frameRate);
     }

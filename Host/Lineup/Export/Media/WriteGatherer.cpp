@@ -51,6 +51,7 @@ bool WriteGatherer::Flush() noexcept {
 bool WriteGatherer::Hold() noexcept {
     mHeldFrom = Position();
     mHeldAt = 0;
+    mHeld.clear();
     return Flush();
 }
 

@@ -75,8 +75,9 @@ const Container& CheckContainer(const ExportSettings& settings) {
                     : UsageError("output", settings.target.string(),
                                  fmt::format("the name must end in .{}", fmt::join(extensions, ", .")));
     }
-    Require(!settings.pipe || container->streams, "format", std::string(container->format.extension),
-            "is not written from front to back, as a pipe needs it: choose wav or mkv");
+    Require(!settings.pipe || container->format.streams, "format", std::string(container->format.extension),
+            fmt::format("is not written from front to back, as a pipe needs it: choose {}",
+                        fmt::join(StreamedFormats(), ", ")));
     return *container;
 }
 
@@ -109,14 +110,17 @@ void CheckBlack(const ExportSettings& settings, const Container& container) {
             "black", fmt::format("{} frames", settings.blackFrames), "must be 0 or more, and end in this age");
 }
 
-void CheckFrameRate(const VideoCodec& codec, Rational rate) {
+void CheckFrameRate(const VideoCodec& codec, const ExportSettings& settings) {
+    const Rational rate = settings.frameRate;
+    const bool hasOwn = settings.scan != Scan::Progressive && !codec.interlacedFrameRates.empty();
+    const auto taken = hasOwn ? codec.interlacedFrameRates : codec.frameRates;
     Require(IsFrameRate(rate), "fps", Text(rate),
             fmt::format("must be from {} to {}", kLowestFrameRate, kHighestFrameRate));
-    if (!codec.frameRates.empty()) {
+    if (!taken.empty()) {
         std::vector<std::string> rates;
-        std::ranges::transform(codec.frameRates, std::back_inserter(rates), Text);
-        Require(std::ranges::any_of(codec.frameRates, [rate](Rational row) { return SameRatio(row, rate); }), "fps",
-                Text(rate), fmt::format("{} takes {}", codec.name, fmt::join(rates, ", ")));
+        std::ranges::transform(taken, std::back_inserter(rates), Text);
+        Require(std::ranges::any_of(taken, [rate](Rational row) { return SameRatio(row, rate); }), "fps", Text(rate),
+                fmt::format("{} takes {}", codec.name, fmt::join(rates, ", ")));
     }
 }
 
@@ -175,6 +179,9 @@ void CheckPictureSize(const VideoCodec& codec, int width, int height) {
     const std::string value = fmt::format("{}x{}", width, height);
     Require(width % codec.sizeStep == 0 && height % codec.sizeStep == 0, "size", value,
             "must be even numbers of pixels");
+    const bool isOne = codec.minWidth == codec.maxWidth && codec.minHeight == codec.maxHeight;
+    Require(!isOne || (width == codec.minWidth && height == codec.minHeight), "size", value,
+            fmt::format("{} takes {}x{}", codec.name, codec.minWidth, codec.minHeight));
     Require(width >= codec.minWidth && height >= codec.minHeight, "size", value,
             fmt::format("{} takes {}x{} at least", codec.name, codec.minWidth, codec.minHeight));
     Require(width <= codec.maxWidth && height <= codec.maxHeight, "size", value,

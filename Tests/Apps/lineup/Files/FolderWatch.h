@@ -3,6 +3,7 @@
 #include "Tests/Support/ChildProgram.h"
 
 #include <array>
+#include <cstring>
 #include <filesystem>
 #include <poll.h>
 #include <stdexcept>
@@ -43,6 +44,23 @@ public:
             }
         }
         WaitForAWrite();
+    }
+
+    /// How often something was written since this or another of these returned last.
+    [[nodiscard]] int CountWrites() const {
+        pollfd queue{.fd = mQueue, .events = POLLIN, .revents = 0};
+        int writes = 0;
+        while (poll(&queue, 1, 0) > 0) {
+            alignas(inotify_event) std::array<char, 4096> events{};
+            const ssize_t size = read(mQueue, events.data(), events.size());
+            for (ssize_t at = 0; at < size;) {
+                inotify_event event{};
+                std::memcpy(&event, events.data() + at, sizeof(event));
+                writes += (event.mask & IN_MODIFY) != 0 ? 1 : 0;
+                at += static_cast<ssize_t>(sizeof(event) + event.len);
+            }
+        }
+        return writes;
     }
 
 private:

@@ -191,8 +191,8 @@ TEST_F(Program, WritesIntoAPipeWhatGoesFromFrontToBack) {
         Folder());
     EXPECT_THAT(probe.err, IsEmpty());
     EXPECT_THAT(probe.out, HasSubstr("5\n"));
-    EXPECT_THAT(Lineup("render - --format mov").err, HasSubstr("--format mov: is not written from front to back"));
-    EXPECT_THAT(Lineup("render -").err, HasSubstr("output -: needs --format wav or --format mkv"));
+    EXPECT_THAT(Lineup("render - --format mxf").err, HasSubstr("--format mxf: is not written from front to back"));
+    EXPECT_THAT(Lineup("render -").err, HasSubstr("output -: needs --format mov, mkv, mp4, ts, wav"));
 }
 
 TEST_F(Program, AReproducibleFileHasTheSameBytesEachTime) {

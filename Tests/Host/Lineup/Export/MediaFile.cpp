@@ -1,5 +1,7 @@
 #include "Tests/Host/Lineup/Export/MediaFile.h"
 
+#include <lineup/FormatTable.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -66,6 +68,19 @@ lineup::ExportSettings SmallExport(const fs::path& target, std::int64_t length) 
     settings.frames = length;
     settings.samples = length;
     return settings;
+}
+
+void FitTo(std::string_view codec, lineup::ExportSettings& settings) {
+    const lineup::VideoCodec& row = *lineup::FindVideoCodec(codec);
+    if (settings.width < row.minWidth || settings.height < row.minHeight) {
+        settings.width = row.minWidth;
+        settings.height = row.minHeight;
+    }
+}
+
+std::string RunShell(const std::string& command) {
+    const auto text = Run(command);
+    return {text.begin(), text.end()};
 }
 
 nlohmann::json Probe(const fs::path& file, bool counted) {

@@ -22,6 +22,12 @@ lineup::Clip OpenClip(std::uint32_t channels = 2);
 /// Settings for a small quick file: of `length` frames, or samples where it has sound alone.
 lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int64_t length);
 
+/// Makes the settings' picture large enough for a codec.
+void FitTo(std::string_view codec, lineup::ExportSettings& settings);
+
+/// What a shell's command prints. Throws std::runtime_error when it fails.
+std::string RunShell(const std::string& command);
+
 /// What ffprobe says of a file.
 nlohmann::json Probe(const std::filesystem::path& file, bool counted = true);
 

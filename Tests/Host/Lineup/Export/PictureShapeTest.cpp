@@ -78,6 +78,9 @@ TEST(PictureShapes, AreInTheHeadOfEveryMovie) {
     const lineup::Clip clip = test::OpenClip();
     for (const std::string_view extension : {"mov", "mp4", "mkv"}) {
         for (const auto codec : lineup::FindFileFormat(fmt::format("a.{}", extension))->videoCodecs) {
+            if (lineup::FindVideoCodec(codec)->minHeight > kShapeCases.at(9).height) {
+                continue;  // HD alone, which has square pixels
+            }
             SCOPED_TRACE(fmt::format(".{} {}", extension, codec));
             const auto settings = OneFrame(folder / fmt::format("a.{}", extension), kShapeCases.at(9), codec);
             EXPECT_EQ(Export(clip, settings).video->sampleAspect, (lineup::Rational{16, 11}));

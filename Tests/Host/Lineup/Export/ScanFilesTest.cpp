@@ -71,10 +71,13 @@ void ExpectScan(const std::filesystem::path& file, const ScannedRaster& raster) 
     EXPECT_TRUE(IsOrder(order, raster) || (topCodedFirst && order == "tb")) << order;
 }
 
-// One raster of either order in every codec, all of them in the one that a format prefers.
+// One raster of either order in every codec, all of them in the one that a format prefers and in that of HD alone.
 bool IsTried(const lineup::FileFormat& format, std::string_view codec, const ScannedRaster& raster) {
     const auto& offered = *lineup::FindVideoCodec(codec);
     const bool hasFields = offered.interlaced && raster.height % offered.interlacedHeightStep == 0;
+    if (offered.minHeight > 576) {
+        return hasFields && raster.height == offered.minHeight;
+    }
     return hasFields && (codec == format.videoCodecs.front() || &raster < &kScannedRasters.at(2));
 }
 
@@ -101,7 +104,7 @@ TEST(ScanFiles, AreRefusedInEveryCodecWithoutFields) {
     const lineup::Clip clip = test::OpenClip();
     for (const auto& format : lineup::FileFormats()) {
         for (const auto codec : format.videoCodecs) {
-            auto settings = Settings(fmt::format("a.{}", format.extension), kScannedRasters.front(), codec);
+            auto settings = Settings(fmt::format("a.{}", format.extension), kScannedRasters.at(3), codec);
             if (lineup::FindVideoCodec(codec)->interlaced) {
                 EXPECT_NO_THROW(CheckExport(clip, settings)) << codec;
             } else {
@@ -116,6 +119,11 @@ TEST(ScanFiles, AreRefusedWhereFieldsWouldBeTooManyOrUneven) {
     auto settings = Settings("a.mov", kScannedRasters.front(), "prores");
     settings.frameRate = {50, 1};
     EXPECT_THROW(CheckExport(clip, settings), lineup::UsageError);
+    settings = Settings("a.mov", kScannedRasters.at(3), "dnxhd");
+    settings.frameRate = {24, 1};  // of which DNxHD has frames alone
+    EXPECT_THROW(CheckExport(clip, settings), lineup::UsageError);
+    settings.scan = Scan::Progressive;
+    EXPECT_NO_THROW(CheckExport(clip, settings));
     settings = Settings("a.mp4", kScannedRasters.at(2), "h264");  // 243 lines a field
     EXPECT_THROW(CheckExport(clip, settings), lineup::UsageError);
 }

@@ -88,8 +88,8 @@ TEST_F(SoundTable, WhatIsOfferedIsWrittenOrRefusedInAdvance) {
             }
         }
     }
-    // mov 6 x 3, mkv 5 x 3 but four without a layout, mp4 2 x 2, mxf 2 x 3, wav 4 x 2
-    EXPECT_EQ(written, 18 + 11 + 4 + 6 + 8);
+    // mov 6 x 3, mkv 5 x 3 but four without a layout, mp4 2 x 2, ts 1 x 2, mxf 2 x 3, wav 4 x 2
+    EXPECT_EQ(written, 18 + 11 + 4 + 2 + 6 + 8);
 }
 
 TEST_F(SoundTable, AMoviesMonoTracksAllPlay) {

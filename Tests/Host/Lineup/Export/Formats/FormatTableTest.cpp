@@ -51,8 +51,7 @@ TEST(FormatTable, EveryVideoCodecCanBeWrittenInEveryFormatThatListsIt) {
     for (const auto& format : lineup::FileFormats()) {
         for (const auto name : format.videoCodecs) {
             auto settings = test::SmallExport(folder / ("a." + std::string(format.extension)), 2);
-            settings.width = 256;
-            settings.height = 120;
+            test::FitTo(name, settings);
             settings.videoCodec = name;
             settings.overwrite = true;
             const auto report = Export(clip, settings);
@@ -116,10 +115,13 @@ TEST(FormatTable, EveryAudioCodecCanBeWrittenInEveryFormatThatListsIt) {
             settings.samples = 3840;
             const auto report = Export(clip, settings);
             EXPECT_EQ(report.samples, 3840);
-            // Lossy blocks are whole ones: three of AAC's 1024 samples end after this file does, at 4096.
+            // Lossy blocks are whole ones: three of AAC's 1024 samples end after this file does, at 4096. A transport
+            // stream has one more in front, and no way to say that it does not count.
             const auto channels = static_cast<std::size_t>(report.audio.at(0).channels);
             EXPECT_EQ(test::DecodeFloats(settings.target, "a:0").size() / channels,
-                      lineup::FindAudioCodec(name)->lossless ? 3840U : 4096U)
+                      lineup::FindAudioCodec(name)->lossless ? 3840U
+                      : format.extension == "ts"             ? 5120U
+                                                             : 4096U)
                 << format.extension << ' ' << name;
         }
     }

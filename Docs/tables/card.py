@@ -21,10 +21,12 @@ RAMP = "ramp"
 MATRICES = {"hd": (0.2126, 0.0722), "sd": (0.299, 0.114)}
 PRIMARIES = {"white": "RGB", "grey": "RGB", "yellow": "RG", "cyan": "GB", "green": "G", "magenta": "RB", "red": "R",
              "blue": "B"}
-# What SMPTE RP 219 prints for the colours of the HD card that no percentage of R'G'B' makes, in 10 bits, by the codes
-# they have here.
-PUBLISHED = {(58, 156, 98): (244, 612, 395), (44, 171, 148): (141, 697, 606), (16, 128, 128): (64, 512, 512),
-             (12, 128, 128): (46, 512, 512), (20, 128, 128): (82, 512, 512), (25, 128, 128): (99, 512, 512)}
+# What is published for the colours that no percentage of R'G'B' makes, in 10 bits, by the codes they have here: RP 219-2
+# for the HD card, EG 1 in digital form for the SD card, as other open programs have them in their tables.
+PUBLISHED = {"hd": {(58, 156, 98): (244, 612, 395), (44, 171, 148): (141, 697, 606), (16, 128, 128): (64, 512, 512),
+                    (12, 128, 128): (46, 512, 512), (20, 128, 128): (82, 512, 512), (25, 128, 128): (99, 512, 512)},
+             "sd": {(58, 156, 97): (64, 633, 380), (44, 171, 148): (64, 698, 598), (16, 128, 128): (64, 512, 512),
+                    (7, 128, 128): (29, 512, 512), (25, 128, 128): (99, 512, 512)}}
 MAP_WIDTH = 96
 
 
@@ -170,13 +172,12 @@ class Maker:
         read = self.in_file(card, card)
         rows = []
         for key, patch in self.widest(card).items():
-            exact, found = nominal(patch.name, card) or (PUBLISHED.get(key) if card == "hd" else None), read(patch)
+            exact, found = nominal(patch.name, card) or PUBLISHED[card].get(key), read(patch)
             if exact:
                 rows.append((patch.name, together(exact), together(found),
                              " ".join(f"{b - a:+d}".replace("+0", "0").replace("-", "−")
                                       for a, b in zip(exact, found))))
-        heading = "published" if card == "hd" else "of exactly that"
-        return table(("colour", heading, "in the file", "difference"), rows)
+        return table(("colour", "published", "in the file", "difference"), rows)
 
     def make(self, name):
         what, card = name.split()

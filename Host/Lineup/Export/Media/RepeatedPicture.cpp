@@ -7,7 +7,7 @@ namespace lineup {
 
 RepeatedPicture::RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode,
                                  std::optional<ConstantRate> rate)
-    : mTimecode(timecode), mRate(rate) {
+    : mDelay(picture->dts == AV_NOPTS_VALUE ? 0 : picture->pts - picture->dts), mTimecode(timecode), mRate(rate) {
     mCopies.push_back(std::move(picture));
 }
 
@@ -21,7 +21,7 @@ void RepeatedPicture::Fill(AVPacket& packet, std::int64_t index) {
         packet.size = static_cast<int>(mRate->BytesOf(index));
     }
     packet.pts = index;
-    packet.dts = index;
+    packet.dts = index - mDelay;
     packet.duration = 1;
 }
 

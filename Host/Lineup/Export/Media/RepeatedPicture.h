@@ -26,6 +26,7 @@ public:
 private:
     AVPacket& FreeCopy();
 
+    std::int64_t mDelay;            // frames from decoding to showing, as the encoder has it
     std::vector<AvPacket> mCopies;  // the first is the picture itself
     std::optional<GopTimecode> mTimecode;
     std::optional<ConstantRate> mRate;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -13,8 +14,9 @@ namespace {
 /// The luma and chroma of a file's first picture in 4:2:2, plane by plane.
 class Picture422 {
 public:
-    Picture422(const std::filesystem::path& file, int bits) : mBits(bits) {
-        const std::string format = bits == 8 ? "yuv422p" : "yuv422p10le";
+    Picture422(const std::filesystem::path& file, int bits)
+        : Picture422(file, bits, bits == 8 ? "yuv422p" : "yuv422p10le") {}
+    Picture422(const std::filesystem::path& file, int bits, const std::string& format) : mBits(bits) {
         mBytes = test::Decode(file, "v:0", "-frames:v 1 -f rawvideo -pix_fmt " + format);
     }
 
@@ -130,6 +132,21 @@ TEST(RampFiles, NeverFallInAnyCodecOf422AndPatchesAreExact) {
         EXPECT_EQ(SteepestFall(picture, kRampTop, kRampBottom), codec.mostFall);
         EXPECT_EQ(FurthestOff(picture, exact), codec.mostAtEdges);
     }
+}
+
+// In full range, 255 codes to 1028 columns. Blocks have their means in whole codes.
+TEST(RampFiles, OfMotionJpegFallByACodeAtMost) {
+    const test::TemporaryFolder folder;
+    Export(test::OpenClip(), HdFrame(folder / "a.mov", "mjpeg"));
+    const Picture422 picture(folder / "a.mov", 8, "yuvj422p");
+    EXPECT_EQ(SteepestFall(picture, kRampTop, kRampBottom), 1);
+    double furthest = 0;
+    for (int y = kRampTop; y < kRampBottom; ++y) {
+        for (int x = kRampLeft; x < kRampRight; ++x) {
+            furthest = std::max(furthest, std::abs(picture.At(0, x, y) - 255.0 * (x - kRampLeft) / 1028));
+        }
+    }
+    EXPECT_LT(furthest, 1.5);
 }
 
 }  // namespace

@@ -110,9 +110,8 @@ void CheckBlack(const ExportSettings& settings, const Container& container) {
             "black", fmt::format("{} frames", settings.blackFrames), "must be 0 or more, and end in this age");
 }
 
-void CheckFrameRate(const VideoCodec& codec, const ExportSettings& settings) {
-    const Rational rate = settings.frameRate;
-    const bool hasOwn = settings.scan != Scan::Progressive && !codec.interlacedFrameRates.empty();
+void CheckFrameRate(const VideoCodec& codec, Rational rate, Scan scan) {
+    const bool hasOwn = scan != Scan::Progressive && !codec.interlacedFrameRates.empty();
     const auto taken = hasOwn ? codec.interlacedFrameRates : codec.frameRates;
     Require(IsFrameRate(rate), "fps", Text(rate),
             fmt::format("must be from {} to {}", kLowestFrameRate, kHighestFrameRate));

@@ -23,7 +23,7 @@ void CheckDither(Dither dither, const AudioEncoding& encoding);
 void CheckBlack(const ExportSettings& settings, const Container& container);
 void CheckTimecode(const ExportSettings& settings, const FileFormat& format);
 void CheckPictureSize(const VideoCodec& codec, int width, int height);
-void CheckFrameRate(const VideoCodec& codec, const ExportSettings& settings);
+void CheckFrameRate(const VideoCodec& codec, Rational rate, Scan scan = Scan::Progressive);
 void CheckScan(const VideoCodec& codec, const ExportSettings& settings);
 
 /// Whether a level of the codec allows the size at the frame rate, and there are no more fields than in television.

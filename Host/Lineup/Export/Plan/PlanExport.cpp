@@ -70,7 +70,7 @@ SoundPlan PlanSound(const Clip& clip, const ExportSettings& settings, const Cont
 
 // Picture and sound end together.
 void PlanMovieLength(const ExportSettings& settings, PicturePlan& picture, SoundPlan& sound) {
-    CheckFrameRate(picture.encoding->codec, settings);
+    CheckFrameRate(picture.encoding->codec, settings.frameRate, settings.scan);
     CheckPixelRate(picture.encoding->codec, settings);
     picture.frames = settings.frames + settings.blackFrames;
     picture.blackFrames = settings.blackFrames;

@@ -33,7 +33,7 @@ void PictureLoader::Run(const std::stop_token& stop) {
         Answer answer = Serve(wish);
         lock.lock();
         mAnswer = std::move(answer);
-        Q_EMIT Answered({});
+        Q_EMIT Answered(QPrivateSignal());
     }
 }
 

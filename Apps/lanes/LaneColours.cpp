@@ -7,7 +7,7 @@ namespace lanes {
 namespace {
 
 // In the plug-in's order of channels: L, R, Ls, Rs, C, LFE.
-constexpr std::array<Rgb, 6> kOnLight = {0x2563EB, 0xD9480F, 0x0E8A7D, 0xB8327F, 0x6D3FD1, 0x5B6675};
+constexpr std::array<Rgb, 6> kOnLight = {0x2158DB, 0xB83C0A, 0x0B7468, 0xB8327F, 0x6D3FD1, 0x5B6675};
 constexpr std::array<Rgb, 6> kOnDark = {0x6EA8FF, 0xFF9557, 0x45D2C0, 0xF77FBE, 0xB39BFF, 0xA9B4C2};
 
 }  // namespace

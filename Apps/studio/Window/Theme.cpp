@@ -18,7 +18,7 @@ const Theme& Light() {
         .text = 0x15191F,
         .dim = 0x5A6472,
         .line = 0xC6CCD4,
-        .accent = 0x2563EB,
+        .accent = 0x2158DB,
         .onAccent = 0xFFFFFF,
         .warning = 0x9A5B00,
         .error = 0xB3261E,
@@ -26,10 +26,10 @@ const Theme& Light() {
         .lane = 0xFFFFFF,
         .laneGrid = 0xDFE3E8,
         .playhead = 0xD92D20,
-        .meterOff = 0xB9C0C9,
-        .meterLow = 0x16A34A,
-        .meterMid = 0xD9A800,
-        .meterHigh = 0xDC2626,
+        .meterOff = 0xCCD2D9,
+        .meterLow = 0x0B5E30,
+        .meterMid = 0x724800,
+        .meterHigh = 0xA61818,
         .scopeBackground = 0x0C0F0E,
         .scopeGrid = 0x2A332F,
         .scopeStrong = 0x8A8360,
@@ -49,17 +49,17 @@ const Theme& Dark() {
         .dim = 0x98A2AF,
         .line = 0x383F49,
         .accent = 0x3B82F6,
-        .onAccent = 0xFFFFFF,
+        .onAccent = 0x10141A,
         .warning = 0xF5B84B,
         .error = 0xFF8A80,
         .surround = 0x0E0F10,
         .lane = 0x121418,
         .laneGrid = 0x2A3038,
         .playhead = 0xFF5A4D,
-        .meterOff = 0x363D47,
+        .meterOff = 0x31373F,
         .meterLow = 0x2FBF71,
         .meterMid = 0xF2C037,
-        .meterHigh = 0xF4503F,
+        .meterHigh = 0xFF7A6B,
         .scopeBackground = 0x0A0D0C,
         .scopeGrid = 0x26302B,
         .scopeStrong = 0x8A8360,
@@ -80,7 +80,7 @@ QPalette PaletteOf(const Theme& theme) {
     set(QPalette::PlaceholderText, theme.dim);
     set(QPalette::Button, theme.button);
     set(QPalette::ButtonText, theme.text);
-    set(QPalette::BrightText, theme.onAccent);
+    set(QPalette::BrightText, Qt::white);
     set(QPalette::Light, theme.isDark ? theme.button.lighter(120) : QColor(Qt::white));
     set(QPalette::Midlight, theme.button);
     set(QPalette::Mid, theme.line);

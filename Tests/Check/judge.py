@@ -59,7 +59,8 @@ def either_way(fault, due, sure):
 
 
 def outcome_of(case, report, unknown):
-    """`unknown` are faults that may be there or not: they are neither due nor wrong."""
+    """`unknown` are faults that may be there or not, as those that the draft leaves open: neither due nor wrong."""
+    unknown = {*unknown, *case.draft.either}
     got = {}
     due = case.draft.expected()
     sure = {fault["id"] for fault in report["faults"] if PERIODS not in fault["text"]}

@@ -12,6 +12,9 @@ namespace lineup::sound {
 namespace {
 
 constexpr double kMostOfReach = 0.85;
+constexpr double kOuterPart = 0.3;  // of what lies beside the edge: a channel may be late
+constexpr double kSameShare = 0.1;  // relative
+constexpr double kMostShare = 0.3;  // of the tone: what sounds as high is the tone itself
 
 // The sum over samples of x * sine * 2 / amplitude, in samples.
 double TimeOfTone(std::span<const float> samples, double firstPhase, double omega, double amplitude) {
@@ -23,6 +26,26 @@ double TimeOfTone(std::span<const float> samples, double firstPhase, double omeg
         now *= turn;
     }
     return 2 * sum / amplitude;
+}
+
+// What is left of the tone where it should be silent, in parts of it, as another channel leaves it that leaks. Noise is
+// not the same in both halves of that stretch.
+double LeftBeside(std::span<const float> samples, double firstPhase, double omega, double amplitude, bool before) {
+    const auto period = kTurn / omega;
+    const std::size_t half = samples.size() / 2;
+    const auto periods = std::floor(kOuterPart * static_cast<double>(half) / period);
+    const auto count = static_cast<std::size_t>(std::lround(periods * period));
+    if (periods < 1 || 2 * count >= half) {
+        return 0;
+    }
+    const auto share = [&](std::size_t begin) {
+        const double phase = firstPhase + omega * static_cast<double>(begin);
+        return TimeOfTone(samples.subspan(begin, count), phase, omega, amplitude) / static_cast<double>(count);
+    };
+    const double outer = share(before ? 0 : samples.size() - count);
+    const double inner = share(before ? count : samples.size() - 2 * count);
+    const bool agree = std::abs(outer - inner) < kSameShare * std::abs(outer + inner) / 2;
+    return agree && std::abs(outer) < kMostShare ? (outer + inner) / 2 : 0;
 }
 
 }  // namespace
@@ -43,10 +66,13 @@ std::optional<double> EdgeDelay(const History& history, const Placing& placing, 
     std::vector<float> buffer;
     const std::span<const float> samples = SteadySamples(history, placing, edge.input, first, end, buffer);
     const double sum = TimeOfTone(samples, phaseAt(static_cast<double>(first)), omega, std::abs(edge.gain));
+    const double rest =
+        LeftBeside(samples, phaseAt(static_cast<double>(first)), omega, std::abs(edge.gain), edge.rises);
     // The square of a sine runs through half a period beside its mean; where it begins and ends is known.
     const double outer = edge.rises ? static_cast<double>(end) - 0.5 : static_cast<double>(first) - 0.5;
     const double ripple = (std::sin(2 * phaseAt(outer)) - std::sin(2 * edge.phase)) / (2 * omega);
-    const double length = sum + (edge.rises ? ripple : -ripple);
+    const double whole = static_cast<double>(samples.size());
+    const double length = (sum + (edge.rises ? ripple : -ripple) - whole * rest) / (1 - rest);
     const double at = edge.rises ? outer - length : outer + length;
     const double delay = (at + 0.5) / rate - edge.at;
     return std::abs(delay) > kMostOfReach * edge.reach ? std::nullopt : std::optional(delay);

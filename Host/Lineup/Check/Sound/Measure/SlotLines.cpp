@@ -8,6 +8,8 @@
 #include <complex>
 #include <optional>
 #include <span>
+#include <utility>
+#include <vector>
 
 namespace lineup::sound {
 
@@ -64,8 +66,16 @@ bool IsNearMains(double frequency, double pitch, double reach) {
 }
 
 void AddHarmonics(const LineSpectrum& spectrum, double frequency, double pitch, const Grid& grid, LineFindings& lines) {
-    const double rate = grid.NarrowRate();
-    const std::complex<double> fundamental = spectrum.SineAt(frequency);
+    std::vector<double> frequencies = {frequency};
+    for (std::size_t i = 0; i < kHarmonics; ++i) {
+        const auto n = static_cast<double>(i + 2);
+        if (frequency * n < kBandEdge * grid.NarrowRate()) {
+            frequencies.push_back(frequency * n);
+            frequencies.push_back(frequency * (n - 0.5));
+        }
+    }
+    const std::vector<std::complex<double>> sines = spectrum.SinesAt(frequencies);
+    const std::complex<double> fundamental = sines.front();
     const double tone = std::norm(fundamental) / 2;
     if (tone <= 0) {
         return;
@@ -73,10 +83,10 @@ void AddHarmonics(const LineSpectrum& spectrum, double frequency, double pitch, 
     double harmonics = 0;
     double clear = 0;
     double beside = 0;
-    for (std::size_t i = 0; i < kHarmonics && frequency * static_cast<double>(i + 2) < kBandEdge * rate; ++i) {
+    for (std::size_t i = 0; 2 * i + 2 < sines.size(); ++i) {
         const auto n = static_cast<double>(i + 2);
-        const std::complex<double> line = spectrum.SineAt(frequency * n);
-        const double between = spectrum.PowerAt(frequency * (n - 0.5));
+        const std::complex<double> line = sines[2 * i + 1];
+        const double between = std::norm(sines[2 * i + 2]) / 2;
         harmonics += std::norm(line) / 2;
         beside += between;
         clear += IsNearMains(frequency * n, pitch, spectrum.Reach() + 1) ? 0 : std::norm(line) / 2;
@@ -102,44 +112,46 @@ bool IsNearTone(std::span<const RefTone> tones, double pitch, double frequency, 
     });
 }
 
+double PowerAtAll(const LineSpectrum& spectrum, std::span<const double> frequencies) {
+    double power = 0;
+    for (const std::complex<double>& sine : spectrum.SinesAt(frequencies)) {
+        power += std::norm(sine) / 2;
+    }
+    return power;
+}
+
 void AddHum(const LineSpectrum& spectrum, std::span<const RefTone> tones, double pitch, double mains, HumTally& hum) {
     const double reach = spectrum.Reach() + 1;
-    double power = 0;
-    double beside = 0;
-    double lineCount = 0;
-    double besideCount = 0;
+    std::vector<double> lines;
+    std::vector<double> between;
     for (int n = 1; n <= kHumLines; ++n) {
-        const double line = mains * n;
-        const double between = line + mains / 2;
-        if (!IsNearTone(tones, pitch, line, reach)) {
-            power += spectrum.PowerAt(line);
-            ++lineCount;
-        }
-        if (!IsNearTone(tones, pitch, between, reach)) {
-            beside += spectrum.PowerAt(between);
-            ++besideCount;
+        for (auto& [frequencies, frequency] :
+             {std::pair(&lines, mains * n), std::pair(&between, mains * n + mains / 2)}) {
+            if (!IsNearTone(tones, pitch, frequency, reach)) {
+                frequencies->push_back(frequency);
+            }
         }
     }
-    if (lineCount > 0 && besideCount > 0) {
-        hum.power.Add(power);
-        hum.beside.Add(beside * lineCount / besideCount);
+    if (!lines.empty() && !between.empty()) {
+        hum.power.Add(PowerAtAll(spectrum, lines));
+        hum.beside.Add(PowerAtAll(spectrum, between) * static_cast<double>(lines.size()) /
+                       static_cast<double>(between.size()));
     }
 }
 
 // Where neither the tones nor the mains have a line.
 void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, double pitch, double rate,
               LineFindings& lines) {
-    double power = 0;
-    double count = 0;
+    const double reach = spectrum.Reach() + 1;
+    std::vector<double> frequencies;
     for (double frequency = kFirstBetween; frequency < kBandEdge * rate; frequency += kBetweenStep) {
-        const double reach = spectrum.Reach() + 1;
         if (!IsNearTone(tones, pitch, frequency, reach) && !IsNearMains(frequency, pitch, reach)) {
-            power += spectrum.PowerAt(frequency);
-            ++count;
+            frequencies.push_back(frequency);
         }
     }
-    if (count > 0) {
-        lines.floor.Add(spectrum.NoiseOf(power / count));
+    if (!frequencies.empty()) {
+        const double power = PowerAtAll(spectrum, frequencies);
+        lines.floor.Add(spectrum.NoiseOf(power / static_cast<double>(frequencies.size())));
     }
 }
 

@@ -20,6 +20,9 @@ public:
     /// Amplitude and phase of a sine of that frequency: the phase counts from the middle of the samples.
     [[nodiscard]] std::complex<double> SineAt(double frequency) const;
 
+    /// The same of several frequencies: faster than one after the other.
+    [[nodiscard]] std::vector<std::complex<double>> SinesAt(std::span<const double> frequencies) const;
+
     /// The mean square of white noise that has `power` at each frequency.
     [[nodiscard]] double NoiseOf(double power) const { return power * mSum * mSum / (2 * mSquares); }
 
@@ -27,6 +30,8 @@ public:
     [[nodiscard]] double Reach() const;
 
 private:
+    [[nodiscard]] std::complex<double> SineOf(double frequency, double last, double before) const;
+
     std::vector<float> mWindowed;
     double mRate;
     double mSum = 0;  // of the window

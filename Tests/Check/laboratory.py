@@ -18,10 +18,12 @@ import judge
 import orders
 import other_sound
 import page
+import pictures
 import reached
 from workshop import Workshop
 
 CHUNK = 10  # cases of a worker's turn
+PICTURES_RIGHT_AT_LEAST = 0.995
 SEED = 1
 EVERYTHING = {"cases": 2000, "orders": 720, "hours": 10.0}
 
@@ -112,6 +114,12 @@ def show_other(options, folder, pool):
     return not any(found for _, _, found in heard)
 
 
+def show_pictures(options, folder, pool):
+    if options.case is not None:
+        return pictures.show_one(options, folder)
+    return pictures.show(options, folder, pool)
+
+
 def write_page(options, folder, pool):
     """Everything, as a release has it; the page says what came of it."""
     outcomes = run_cases(options, folder, pool)
@@ -147,6 +155,15 @@ def main():
     some = what.add_parser("other-sound", help="sound that is no line-up")
     some.add_argument("--hours", type=float, default=0.14)
     some.set_defaults(show=show_other)
+    some = what.add_parser("pictures", help="damaged pictures, and what is named")
+    some.add_argument("--cases", type=int, default=200, help="how many [200]")
+    some.add_argument("--at-least", type=float, default=PICTURES_RIGHT_AT_LEAST, metavar="PART",
+                      help=f"how many must be right [{PICTURES_RIGHT_AT_LEAST}]")
+    some.add_argument("--first", type=int, default=0, help="the first one's number")
+    some.add_argument("--large", action="store_true", help="some in HD and UHD")
+    some.add_argument("--case", type=int, help="this one alone, with all that was done")
+    some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")
+    some.set_defaults(show=show_pictures)
     some = what.add_parser("all", help="everything, and the page about it")
     for name, value in EVERYTHING.items():
         some.add_argument(f"--{name}", type=type(value), default=value, help=f"[{value}]")

@@ -133,6 +133,10 @@ struct PatchReport {
     std::string name;
     std::vector<double> expected;
     std::vector<double> measured;
+    double left = 0;  ///< where it lies on the card, as fractions of its sides
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
 };
 
 /// What was found of the picture.

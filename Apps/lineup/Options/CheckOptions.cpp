@@ -61,9 +61,6 @@ lineup::CheckSettings CheckOptions::Settings() const {
     settings.frequencyHz = frequencyHz;
     settings.levelDb = levelDb;
     settings.channels = channels;
-    if (card == "hd" || card == "sd") {
-        throw lineup::UsageError("card", card, "is not looked at yet, the sound alone is: leave it out");
-    }
     if (!settingsFile.empty()) {
         settings.settings = lineup::ReadSettings(settingsFile);
     }
@@ -94,8 +91,9 @@ void AddCheckOptions(CLI::App& command, CheckOptions& options) {
     command.add_option("--settings", options.settingsFile, "Take all of this from a file that lineup settings made")
         ->type_name("FILE")
         ->group(kExpected);
-    command.add_option("--card", options.card, "The colour bars that were sent; pictures are not looked at yet")
-        ->type_name("auto|none")
+    command
+        .add_option("--card", options.card, "The colour bars that were sent; auto finds out, none looks at no pictures")
+        ->type_name("auto|hd|sd|none")
         ->capture_default_str()
         ->group(kExpected);
     command.add_option("--from", options.from, "Begin to look here: seconds, MM:SS or HH:MM:SS [the start]")

@@ -1,8 +1,10 @@
 #include "Apps/lineup/Reports/CheckPage.h"
 
 #include "Apps/lineup/Reports/CheckLanes.h"
+#include "Apps/lineup/Reports/CheckScopes.h"
 #include "Apps/lineup/Reports/CheckTable.h"
 #include "Apps/lineup/Reports/Markup.h"
+#include "Apps/lineup/Reports/PatchTable.h"
 
 #include <fmt/format.h>
 
@@ -18,8 +20,7 @@ constexpr const char* kStyle =
     "td.number,th.number{text-align:right}.faults{color:#a01010}.right{color:#106010}.cannot-tell{color:#705000}"
     "svg{max-width:100%}";
 
-std::string HtmlTable(const CheckReport& report) {
-    const CheckTable table = MakeCheckTable(report, true);
+std::string HtmlTable(const CheckTable& table) {
     std::string text = "<table>\n<tr>";
     const auto mark = [](const CheckColumn& column) { return column.isNumber ? " class=\"number\"" : ""; };
     for (const CheckColumn& column : table.columns) {
@@ -60,7 +61,14 @@ std::string HtmlSection(const CheckReport& report) {
             kCheckLanesWidth, height, CheckLanes(report));
     }
     if (report.sound && !report.sound->channels.empty()) {
-        text += HtmlTable(report);
+        text += HtmlTable(MakeCheckTable(report, true));
+    }
+    if (const int height = CheckScopesHeight(report); height > 0) {
+        text += fmt::format(
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" height=\"{1}\" "
+            "role=\"img\" aria-label=\"the card, a vectorscope and a waveform monitor\">\n{2}</svg>\n",
+            kCheckLanesWidth, height, CheckScopes(report));
+        text += HtmlTable(MakePatchTable(report, true));
     }
     return text + "</section>\n";
 }
@@ -101,8 +109,7 @@ private:
 constexpr const char* kInk = "#202020";
 constexpr const char* kRed = "#a01010";
 
-void WriteTable(const CheckReport& report, Sheet& sheet) {
-    const CheckTable table = MakeCheckTable(report, true);
+void WriteTable(const CheckTable& table, Sheet& sheet) {
     const auto place = [](std::size_t c) { return kMargin + static_cast<int>(c) * kColumn; };
     for (std::size_t c = 0; c < table.columns.size(); ++c) {
         sheet.Write(place(c), std::string(table.columns[c].name), kInk, true);
@@ -135,7 +142,12 @@ void WriteReport(const CheckReport& report, Sheet& sheet) {
         sheet.NextLine();
     }
     if (report.sound && !report.sound->channels.empty()) {
-        WriteTable(report, sheet);
+        WriteTable(MakeCheckTable(report, true), sheet);
+    }
+    if (const int height = CheckScopesHeight(report); height > 0) {
+        sheet.Insert(CheckScopes(report), height);
+        sheet.NextLine();
+        WriteTable(MakePatchTable(report, true), sheet);
     }
 }
 

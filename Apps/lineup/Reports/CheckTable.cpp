@@ -102,11 +102,9 @@ std::string PlaceText(double seconds) {
                         : fmt::format("{}:{:02}:{:06.3f}", minutes / 60, minutes % 60, rest);
 }
 
-std::string CheckHeading(const CheckReport& report) {
-    if (!report.sound || report.sound->expected.empty()) {
-        return report.notes.empty() ? "no line-up was found" : report.notes.front().text;
-    }
-    const lineup::SoundReport& sound = *report.sound;
+namespace {
+
+std::string SoundHeading(const lineup::SoundReport& sound) {
     std::string text = LineupName(sound.expected);
     if (sound.startsAt) {
         text += fmt::format(", from {} on", PlaceText(*sound.startsAt));
@@ -120,6 +118,23 @@ std::string CheckHeading(const CheckReport& report) {
     return text;
 }
 
+// "HD card, 1920x1080, 10 bits, bt709, limited range"
+std::string CardHeading(const lineup::PictureReport& picture) {
+    return fmt::format("{} card, {}x{}, {} bits, {}, {} range", picture.card == "hd" ? "HD" : "SD", picture.width,
+                       picture.height, picture.bits, picture.codes.matrix, picture.codes.range);
+}
+
+}  // namespace
+
+std::string CheckHeading(const CheckReport& report) {
+    const bool hasSound = report.sound && !report.sound->expected.empty();
+    const bool hasCard = report.picture && !report.picture->card.empty();
+    if (!hasSound && !hasCard) {
+        return report.notes.empty() ? "no line-up was found" : report.notes.front().text;
+    }
+    return (hasSound ? SoundHeading(*report.sound) : "") + (hasSound && hasCard ? "; " : "") +
+           (hasCard ? CardHeading(*report.picture) : "");
+}
 std::vector<lineup::CheckNote> FurtherNotes(const CheckReport& report) {
     std::vector<lineup::CheckNote> notes = report.notes;
     std::erase_if(notes, [heading = CheckHeading(report)](const auto& note) { return note.text == heading; });

@@ -9,7 +9,8 @@
 /// What all reports of a check say alike, in words: on a terminal, on a page, in a drawing.
 namespace cli {
 
-/// "BLITS ident, 5.1, from 0:03.214 on, 4 cycles, 48 kHz"; what a note says where no line-up was found.
+/// "BLITS ident, 5.1, from 0:03.214 on, 4 cycles, 48 kHz; HD card, 1920x1080, 10 bits, bt709, limited range"; what a
+/// note says where no line-up was found.
 [[nodiscard]] std::string CheckHeading(const lineup::CheckReport& report);
 
 /// The notes that the heading does not say already.

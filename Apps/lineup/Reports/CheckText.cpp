@@ -1,6 +1,7 @@
 #include "Apps/lineup/Reports/CheckText.h"
 
 #include "Apps/lineup/Reports/CheckTable.h"
+#include "Apps/lineup/Reports/PatchTable.h"
 
 #include <fmt/format.h>
 
@@ -34,8 +35,7 @@ std::string Padded(const std::string& text, std::size_t width, bool toTheRight) 
 }
 
 // Numbers stand above each other; units follow those of the first row.
-std::string TableText(const CheckReport& report, bool isColoured) {
-    const CheckTable table = MakeCheckTable(report, false);
+std::string TableText(const CheckTable& table, bool isColoured) {
     std::string head;
     std::vector<std::string> lines(table.rows.size());
     for (std::size_t c = 0; c < table.columns.size(); ++c) {
@@ -74,7 +74,10 @@ std::string CheckText(const CheckReport& report, const CheckTextStyle& style) {
     std::string text = style.namesRecording ? fmt::format("{}\n", report.source) : "";
     text += CheckHeading(report) + "\n";
     if (report.sound && !report.sound->channels.empty() && !report.sound->expected.empty()) {
-        text += "\n" + TableText(report, style.isColoured);
+        text += "\n" + TableText(MakeCheckTable(report, false), style.isColoured);
+    }
+    if (const CheckTable patches = MakePatchTable(report, false); !patches.rows.empty()) {
+        text += "\n" + TableText(patches, style.isColoured);
     }
     text += "\n" + Coloured(CheckOutcome(report), ColourOf(report.verdict), style.isColoured) + "\n";
     for (const lineup::CheckFault& fault : report.faults) {

@@ -1,4 +1,6 @@
 #include <lineup/Check.h>
+#include "Host/Lineup/Check/Lengths.h"
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
 #include "Host/Lineup/Check/Reader/RecordingName.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
 #include "Host/Lineup/Check/ReadingFaults.h"
@@ -49,8 +51,9 @@ void Append(std::vector<CheckNote>& notes, std::vector<CheckNote> more) {
     std::ranges::move(more, std::back_inserter(notes));
 }
 
-void CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const Importer>& importer,
-                  const CheckSettings& settings, Watch& watch, CheckReport& report) {
+// How many samples there were.
+std::int64_t CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const Importer>& importer,
+                          const CheckSettings& settings, Watch& watch, CheckReport& report) {
     watch.SetAll(reader.Seconds());
     const double rate = reader.SampleRate();
     std::int64_t read = 0;
@@ -64,6 +67,52 @@ void CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const Importer>
     Append(report.notes, std::move(findings.notes));
     const bool isStream = ParseRecordingName(report.source).kind == RecordingName::Kind::Url;
     AddReadingFaults(reader, isStream, read, report);
+    return read;
+}
+
+// Both parts together: what is right of the one stands although nothing can be told of the other, unless that was asked
+// for.
+CheckVerdict Together(const CheckReport& report, bool isCardFound, const CheckSettings& settings) {
+    if (!report.faults.empty()) {
+        return CheckVerdict::Faults;
+    }
+    const bool wantsSound = settings.expect != "auto" && settings.expect != "none";
+    const bool isSoundRight = report.verdict == CheckVerdict::Right;
+    return isSoundRight || (isCardFound && !wantsSound) ? CheckVerdict::Right : CheckVerdict::CannotTell;
+}
+
+void AddPictures(const picture::PictureFindings& findings, const CheckSettings& settings, CheckReport& report) {
+    report.picture = findings.picture;
+    std::ranges::copy(findings.faults, std::back_inserter(report.faults));
+    // Nobody asked for a card in a recording of sound.
+    if (findings.isCardFound || report.verdict == CheckVerdict::CannotTell) {
+        Append(report.notes, findings.notes);
+    }
+    report.verdict = Together(report, findings.isCardFound, settings);
+}
+
+void CheckBoth(RecordingReader& reader, picture::PictureExaminer* examiner,
+               const std::shared_ptr<const Importer>& importer, const CheckSettings& settings, Watch& watch,
+               CheckReport& report) {
+    std::int64_t samples = 0;
+    if (reader.HasSound()) {
+        samples = CheckSoundOf(reader, importer, settings, watch, report);
+    }
+    if (examiner != nullptr) {
+        reader.ReadPictures();
+        const picture::PictureFindings findings = examiner->Findings();
+        if (!reader.HasSound() && settings.expect != "none" && !findings.isStill) {
+            report.notes.push_back({.id = "no-sound", .part = CheckPart::Sound, .text = "There is no sound."});
+        }
+        const bool isFound = findings.isCardFound || report.verdict != CheckVerdict::CannotTell;
+        AddPictures(findings, settings, report);
+        const auto lengths =
+            reader.HasSound() && isFound ? LengthFault(reader, samples, findings, settings) : std::nullopt;
+        if (lengths) {
+            report.faults.push_back(*lengths);
+            report.verdict = CheckVerdict::Faults;
+        }
+    }
     Append(report.notes, reader.Notes());
 }
 
@@ -75,9 +124,18 @@ CheckReport Check(const std::string& recording, const std::shared_ptr<const Impo
     Watch watch(progress);
     CheckReport report;
     report.source = recording;
+    std::optional<Clip> clip;
+    std::optional<picture::PictureExaminer> examiner;
+    DecoderSettings decoder;
+    decoder.wantsPicture = settings.card != "none";
+    if (decoder.wantsPicture) {
+        clip.emplace(importer);
+        examiner.emplace(*clip, settings);
+    }
     try {
-        const auto reader = RecordingReader::Open(recording, {}, [&watch] { return watch.Ask(); });
-        CheckSoundOf(*reader, importer, settings, watch, report);
+        const auto reader = RecordingReader::Open(
+            recording, decoder, [&watch] { return watch.Ask(); }, examiner ? &*examiner : nullptr);
+        CheckBoth(*reader, examiner ? &*examiner : nullptr, importer, settings, watch, report);
     } catch (const Unreadable& unreadable) {
         report.notes.push_back(WhyUnreadable(unreadable));
     }

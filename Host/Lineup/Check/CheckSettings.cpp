@@ -27,6 +27,8 @@ constexpr std::array kTolerances = {
     CheckTolerance{"dc", 0.001, "full scale", "how far from zero the signal may lie"},
     CheckTolerance{"patches", 2, "codes", "how far the mean of a patch may be off"},
     CheckTolerance{"place", 1, "pixels", "how far an edge of the card may be off"},
+    CheckTolerance{"picture-noise", 1, "codes", "noise that may lie in the patches"},
+    CheckTolerance{"softness", 2.6, "pixels", "how wide an edge may be"},
     CheckTolerance{"lengths", 0.5, "frames", "how much longer the sound may be than the picture, or shorter"},
 };
 

@@ -35,8 +35,9 @@ std::string MissingProtection(std::uint32_t givenUp) {
 
 }  // namespace
 
-RecordingReader::RecordingReader(std::unique_ptr<ByteInput> input, std::function<std::string()> ending)
-    : mInput(std::move(input)), mEnding(std::move(ending)), mMessages(*mInput) {
+RecordingReader::RecordingReader(std::unique_ptr<ByteInput> input, std::function<std::string()> ending,
+                                 PictureListener* pictures)
+    : mInput(std::move(input)), mEnding(std::move(ending)), mMessages(*mInput), mPictures(pictures) {
     try {
         ReadFacts();
     } catch (const Unreadable&) {
@@ -49,15 +50,17 @@ RecordingReader::RecordingReader(std::unique_ptr<ByteInput> input, std::function
 }
 
 std::unique_ptr<RecordingReader> RecordingReader::Open(const std::string& recording, const DecoderSettings& settings,
-                                                       const DecoderProcess::KeepGoing& keepGoing) {
+                                                       const DecoderProcess::KeepGoing& keepGoing,
+                                                       PictureListener* pictures) {
     auto process = std::make_unique<DecoderProcess>(ParseRecordingName(recording), settings, keepGoing);
     DecoderProcess* const decoder = process.get();
-    return std::make_unique<RecordingReader>(std::move(process), [decoder] { return decoder->End(); });
+    return std::make_unique<RecordingReader>(
+        std::move(process), [decoder] { return decoder->End(); }, pictures);
 }
 
 // Up to the first sample, or to the reason why none comes.
 void RecordingReader::ReadFacts() {
-    while (!mTracks) {
+    while (!mHasBegun) {
         const std::optional<DecoderMessage> message = mMessages.Next();
         if (!message) {
             throw Unreadable(Unreadable::Why::NoRecording, WithCause("the decoder ended too early", mEnding()));
@@ -67,12 +70,20 @@ void RecordingReader::ReadFacts() {
         } else if (const auto* const begin = std::get_if<decoding::Begin>(&*message)) {
             mBegin = *begin;
             mSeconds = begin->seconds > 0 ? std::optional(begin->seconds) : std::nullopt;
-            mTracks.emplace(mMessages.Tracks());
+            mHasBegun = true;
+            if (!mMessages.Tracks().empty()) {
+                mTracks.emplace(mMessages.Tracks());
+            }
         } else if (const auto* const end = std::get_if<decoding::End>(&*message)) {
             const bool isSilent = end->cause == static_cast<std::uint32_t>(EndCause::NoSound);
             throw Unreadable(isSilent ? Unreadable::Why::NoSound : Unreadable::Why::NoRecording,
                              FieldText(end->reason));
+        } else {
+            mPictures.TakeUp(*message);
         }
+    }
+    if (!mTracks && !mPictures.WantsMore()) {
+        throw Unreadable(Unreadable::Why::NoSound, "it has no sound");
     }
 }
 
@@ -83,6 +94,8 @@ void RecordingReader::TakeUp(const DecoderMessage& message) {
         mTracks->Add(*damage);
     } else if (const auto* const end = std::get_if<decoding::End>(&message)) {
         Finish(*end);
+    } else {
+        mPictures.TakeUp(message);
     }
 }
 
@@ -90,7 +103,9 @@ void RecordingReader::Finish(const std::optional<decoding::End>& end) {
     const auto endsBy = [&end](EndCause cause) { return end && static_cast<EndCause>(end->cause) == cause; };
     mHasEnded = true;
     mHasBrokenOff = !end || endsBy(EndCause::CutShort) || endsBy(EndCause::NoMemory);
-    mTracks->PadAll();
+    if (mTracks) {
+        mTracks->PadAll();
+    }
     if (!end) {
         mEndedBecause = WithCause("the decoder ended too early", mEnding());
     } else if (!endsBy(EndCause::Whole)) {
@@ -124,6 +139,22 @@ std::size_t RecordingReader::Read(std::span<float* const> inputs, std::size_t mo
     return count;
 }
 
+void RecordingReader::ReadPictures() {
+    constexpr std::size_t kAtOnce = 4096;
+    std::vector<std::vector<float>> dropped(HasSound() ? static_cast<std::size_t>(Inputs()) : 0,
+                                            std::vector<float>(kAtOnce));
+    std::vector<float*> pointers;
+    for (std::vector<float>& input : dropped) {
+        pointers.push_back(input.data());
+    }
+    while (!mHasEnded && mPictures.WantsMore()) {
+        Pump();
+        while (HasSound() && mTracks->Waiting() > 0) {
+            mTracks->Take(pointers, std::min(mTracks->Waiting(), kAtOnce));
+        }
+    }
+}
+
 std::optional<int> RecordingReader::Bits() const {
     const std::uint32_t bits = mTracks->Facts().front().bits;
     const bool isSame = std::ranges::all_of(mTracks->Facts(), [bits](const auto& track) { return track.bits == bits; });
@@ -153,7 +184,7 @@ std::vector<CheckNote> RecordingReader::Notes() const {
                          .text = fmt::format("The recording has {} channels more than the {} that are looked at.",
                                              mBegin.leftOut, decoding::kMostChannels)});
     }
-    for (const decoding::Track& track : mTracks->Facts()) {
+    for (const decoding::Track& track : mMessages.Tracks()) {
         if (track.recordedRate != track.sampleRate) {
             notes.push_back({.id = "track-resampled",
                              .text = fmt::format("Track {} was converted from {} Hz to {} Hz, the rate of the first.",

@@ -3,6 +3,7 @@
 #include <lineup/Api.h>
 #include <lineup/CheckReport.h>
 #include "Host/Lineup/Check/Reader/DecodedTracks.h"
+#include "Host/Lineup/Check/Reader/PictureAssembly.h"
 #include "Host/Lineup/Check/Reader/Process/DecoderProcess.h"
 #include "Host/Lineup/Check/Reader/Protocol/MessageReader.h"
 #include "Host/Lineup/Check/Reader/Unreadable.h"
@@ -24,12 +25,22 @@ inline namespace parts {
 class LINEUP_API RecordingReader : public SoundSource {
 public:
     /// Takes the decoder's words from anywhere: what a process says, or a file that holds what one said. `ending` is
-    /// asked how the process ended when they stop without an end.
-    RecordingReader(std::unique_ptr<ByteInput> input, std::function<std::string()> ending);
+    /// asked how the process ended when they stop without an end. Pictures go to `pictures` on the way, which may be
+    /// null.
+    RecordingReader(std::unique_ptr<ByteInput> input, std::function<std::string()> ending,
+                    PictureListener* pictures = nullptr);
 
     /// Starts decoding. Throws Unreadable, Cancelled, and Error when decoding cannot be started.
     static std::unique_ptr<RecordingReader> Open(const std::string& recording, const DecoderSettings& settings = {},
-                                                 const DecoderProcess::KeepGoing& keepGoing = {});
+                                                 const DecoderProcess::KeepGoing& keepGoing = {},
+                                                 PictureListener* pictures = nullptr);
+
+    /// Without sound, nothing but ReadPictures, Seconds, EndedBecause and Notes may be asked for.
+    [[nodiscard]] bool HasSound() const noexcept { return mTracks.has_value(); }
+    [[nodiscard]] bool HasPictures() const noexcept { return mPictures.HasPictures(); }
+
+    /// Reads on, and drops what comes of sound, until the end or until no more pictures are wanted.
+    void ReadPictures();
 
     [[nodiscard]] double SampleRate() const override { return mTracks->SampleRate(); }
     [[nodiscard]] int Inputs() const override { return mTracks->Inputs(); }
@@ -62,6 +73,8 @@ private:
     decoding::Begin mBegin{};
     std::optional<DecodedTracks> mTracks;
     std::optional<double> mSeconds;
+    PictureAssembly mPictures;
+    bool mHasBegun = false;
     bool mHasEnded = false;
     bool mHasBrokenOff = false;
     std::optional<std::string> mEndedBecause;

@@ -124,7 +124,7 @@ TEST(Completion, GoesOnWithNamesWhereThereMayBeSeveral) {
 
 TEST(Completion, KnowsTheLineupsAndTolerancesOfACheck) {
     EXPECT_THAT(WordsFor({"check", "--expect", "ebu-5"}), ElementsAre("ebu-5.1"));
-    EXPECT_THAT(WordsFor({"check", "--card", ""}), ElementsAre("auto", "none"));
+    EXPECT_THAT(WordsFor({"check", "--card", ""}), ElementsAre("auto", "hd", "sd", "none"));
     EXPECT_THAT(WordsFor({"check", "--tolerance", "le"}), ElementsAre("level=0.1", "lengths=0.5"));
     EXPECT_THAT(WordsFor({"check", "--tolerance", "level=0.2", "--toler"}), ElementsAre("--tolerance"));
 }

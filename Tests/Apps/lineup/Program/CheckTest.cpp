@@ -99,7 +99,7 @@ TEST_F(Check, EndsWithTwoWhereItIsUsedWrongly) {
     for (const char* const arguments :
          {"check", "check sent.wav --expect blitz", "check sent.wav --tolerance level",
           "check sent.wav --tolerance x=1", "check sent.wav --tolerance level=much", "check sent.wav --from never",
-          "check sent.wav --for 0", "check sent.wav --report page.txt", "check sent.wav --card hd",
+          "check sent.wav --for 0", "check sent.wav --report page.txt", "check sent.wav --card 4k",
           "check sent.wav --channels 7.1", "check sent.wav --frequency high",
           "check sent.wav --expect blits --frequency 1000"}) {
         const auto result = Lineup(arguments);

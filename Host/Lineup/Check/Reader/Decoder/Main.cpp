@@ -1,5 +1,5 @@
-// lineup-decode file|pipe|url STALL NAME: decodes a recording for liblineup, which starts it. A person has no use for
-// it.
+// lineup-decode file|pipe|url STALL NAME WHAT: decodes a recording for liblineup, which starts it. A person has no use
+// for it.
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
 #include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
 #include "Host/Lineup/Check/Reader/Decoder/Session.h"
@@ -46,27 +46,32 @@ std::uint32_t GiveUpRightsUnlessCounting(InputKind kind) {
 #endif
 }
 
-int Decode(InputKind kind, std::chrono::milliseconds stall, const std::string& name) {
+lineup::decoding::Wanted ParseWanted(std::string_view word) {
+    return {.sound = word != "picture", .picture = word != "sound"};
+}
+
+int Decode(InputKind kind, std::chrono::milliseconds stall, const std::string& name,
+           const lineup::decoding::Wanted& wanted) {
     const std::uint32_t givenUp = GiveUpRightsUnlessCounting(kind);
     lineup::decoding::ListenToLibraries();
     lineup::decoding::MessageWriter out(lineup::decoding::kMessageDescriptor);
     out.Write(lineup::decoding::Hello{.version = lineup::decoding::kProtocolVersion, .givenUp = givenUp});
     out.Flush();
-    lineup::decoding::DecodeRecording(kind, name, stall, out);
+    lineup::decoding::DecodeRecording(kind, name, stall, wanted, out);
     return kDone;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    constexpr int kWords = 4;
+    constexpr int kWords = 5;
     const auto kind = argc == kWords ? ParseKind(argv[1]) : std::nullopt;
     if (!kind) {
         std::fputs("lineup-decode is for the library of lineup, which starts it.\n", stderr);
         return kUsedWrongly;
     }
     try {
-        return Decode(*kind, ParseStall(argv[2]), argv[3]);
+        return Decode(*kind, ParseStall(argv[2]), argv[3], ParseWanted(argv[4]));
     } catch (const std::exception&) {
         return kNobodyListens;
     }

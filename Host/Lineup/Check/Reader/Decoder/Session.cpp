@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
 #include "Host/Lineup/Check/Reader/Decoder/MediaInput.h"
+#include "Host/Lineup/Check/Reader/Decoder/PictureTrack.h"
 #include "Host/Lineup/Check/Reader/Decoder/SoundTrack.h"
 
 #include <algorithm>
@@ -9,6 +10,8 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 namespace lineup::decoding {
@@ -17,6 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr int kNoStream = -1;
 constexpr auto kSayEvery = std::chrono::seconds(1);
 
 bool IsSound(const AVStream& stream) {
@@ -25,7 +29,25 @@ bool IsSound(const AVStream& stream) {
            parameters.sample_rate > 0 && parameters.sample_rate <= static_cast<int>(kHighestRate);
 }
 
-// The first time stamp of all sound, s.
+// The first track of pictures that is no cover of an album.
+int FindPictures(const AVFormatContext& format) {
+    for (unsigned index = 0; index < format.nb_streams; ++index) {
+        const AVStream& stream = *format.streams[index];
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+            (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0) {
+            return static_cast<int>(index);
+        }
+    }
+    return kNoStream;
+}
+
+// A file that is one picture, and no recording.
+bool IsStill(const AVFormatContext& format) {
+    const std::string_view name = format.iformat->name;
+    return format.nb_streams == 1 && (name == "image2" || name.ends_with("_pipe"));
+}
+
+// The first time stamp of all these tracks, s.
 double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound) {
     double origin = std::numeric_limits<double>::infinity();
     for (const unsigned index : sound) {
@@ -39,17 +61,28 @@ double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound)
 
 class Session {
 public:
-    Session(MediaInput& input, MessageWriter& out, bool isLive) : mInput(&input), mOut(&out), mIsLive(isLive) {}
+    Session(MediaInput& input, MessageWriter& out, const Wanted& wanted, bool isLive)
+        : mInput(&input), mOut(&out), mWanted(wanted), mIsLive(isLive) {}
 
     void OpenTracks() {
-        const std::vector<unsigned> sound = ChooseTracks();
-        const double origin = Origin(mInput->Format(), sound);
-        const auto rate = static_cast<std::uint32_t>(mInput->Stream(sound.front()).codecpar->sample_rate);
+        const int pictures = mWanted.picture ? FindPictures(mInput->Format()) : kNoStream;
+        const std::vector<unsigned> sound = ChooseTracks(pictures >= 0);
         mTrackOfStream.resize(mInput->Format().nb_streams);
         for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
             mInput->Stream(index).discard = AVDISCARD_ALL;
         }
+        const double origin =
+            Origin(mInput->Format(), sound.empty() ? std::vector{static_cast<unsigned>(pictures)} : sound);
+        OpenSound(sound, origin);
+        if (pictures >= 0) {
+            OpenPictures(static_cast<unsigned>(pictures), origin);
+        }
+        WriteBegin();
+    }
+
+    void OpenSound(const std::vector<unsigned>& sound, double origin) {
         for (const unsigned index : sound) {
+            const auto rate = static_cast<std::uint32_t>(mInput->Stream(sound.front()).codecpar->sample_rate);
             mInput->Stream(index).discard = AVDISCARD_DEFAULT;
             auto track = std::make_unique<SoundTrack>(mInput->Stream(index), static_cast<std::uint32_t>(mTracks.size()),
                                                       rate, origin);
@@ -57,7 +90,21 @@ public:
             mTrackOfStream[index] = track.get();
             mTracks.push_back(std::move(track));
         }
-        WriteBegin();
+    }
+
+    // Where there is sound, it can be checked without its pictures.
+    void OpenPictures(unsigned index, double origin) {
+        try {
+            mPictures.emplace(mInput->Stream(index), origin, Length(), IsStill(mInput->Format()));
+        } catch (const EarlyEnd&) {
+            if (mTracks.empty()) {
+                throw;
+            }
+            return;
+        }
+        mInput->Stream(index).discard = AVDISCARD_DEFAULT;
+        mPictureStream = static_cast<int>(index);
+        mOut->Write(mPictures->Facts());
     }
 
     void DecodeAll() {
@@ -65,7 +112,10 @@ public:
         while (mInput->Read(*packet)) {
             const auto index = static_cast<std::size_t>(packet->stream_index);
             SoundTrack* const track = index < mTrackOfStream.size() ? mTrackOfStream[index] : nullptr;
-            if (track != nullptr) {
+            if (packet->stream_index == mPictureStream) {
+                mPictures->Decode(packet.get(), *mOut);
+                SayWhetherReading();
+            } else if (track != nullptr) {
                 track->Decode(packet.get(), *mOut);
                 mNextReading = Clock::now() + kSayEvery;
             } else {
@@ -79,17 +129,21 @@ public:
         for (const auto& track : mTracks) {
             track->Decode(nullptr, *mOut);
         }
+        if (mPictures) {
+            mPictures->Decode(nullptr, *mOut);
+            mOut->Write(mPictures->Length());
+        }
         RequireWholeTracks();
     }
 
 private:
     // As many as fit, in the order of the recording.
-    std::vector<unsigned> ChooseTracks() {
+    std::vector<unsigned> ChooseTracks(bool hasPictures) {
         std::vector<unsigned> chosen;
         std::size_t channels = 0;
         for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
             const AVStream& stream = mInput->Stream(index);
-            if (!IsSound(stream)) {
+            if (!mWanted.sound || !IsSound(stream)) {
                 continue;
             }
             const auto more = static_cast<std::size_t>(stream.codecpar->ch_layout.nb_channels);
@@ -100,18 +154,26 @@ private:
             channels += more;
             chosen.push_back(index);
         }
-        if (chosen.empty()) {
-            throw EarlyEnd(EndCause::NoSound, mLeftOut > 0 ? "its tracks have too many channels" : "it has no sound");
+        if (chosen.empty() && !hasPictures) {
+            throw EarlyEnd(EndCause::NoSound, !mWanted.sound ? "it has no pictures"
+                                              : mLeftOut > 0 ? "its tracks have too many channels"
+                                                             : "it has no sound");
         }
         return chosen;
     }
 
-    void WriteBegin() {
+    // As the recording says itself, s.
+    [[nodiscard]] std::optional<double> Length() const {
         const AVFormatContext& format = mInput->Format();
         const bool isKnown = format.duration != AV_NOPTS_VALUE && format.duration > 0;
+        return isKnown ? std::optional(static_cast<double>(format.duration) / AV_TIME_BASE) : std::nullopt;
+    }
+
+    void WriteBegin() {
+        const AVFormatContext& format = mInput->Format();
         mOut->Write(decoding::Begin{.tracks = static_cast<std::uint32_t>(mTracks.size()),
                                     .leftOut = mLeftOut,
-                                    .seconds = isKnown ? static_cast<double>(format.duration) / AV_TIME_BASE : 0,
+                                    .seconds = Length().value_or(0),
                                     .container = ToField<64>(format.iformat->name)});
         mOut->Flush();
     }
@@ -137,7 +199,10 @@ private:
 
     MediaInput* mInput;
     MessageWriter* mOut;
+    Wanted mWanted;
     bool mIsLive;
+    std::optional<PictureTrack> mPictures;
+    int mPictureStream = kNoStream;
     std::uint32_t mLeftOut = 0;
     std::vector<std::unique_ptr<SoundTrack>> mTracks;
     std::vector<SoundTrack*> mTrackOfStream;
@@ -145,13 +210,14 @@ private:
     std::int64_t mSaidBytes = 0;
 };
 
-End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out) {
+End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds stall, const Wanted& wanted,
+           MessageWriter& out) {
     const auto end = [](EndCause cause, std::string_view reason) {
         return End{.cause = static_cast<std::uint32_t>(cause), .reserved = 0, .reason = ToField<192>(reason)};
     };
     try {
         MediaInput input(kind, name, stall);
-        Session session(input, out, kind != InputKind::File);
+        Session session(input, out, wanted, kind != InputKind::File);
         session.OpenTracks();
         session.DecodeAll();
         return end(EndCause::Whole, "");
@@ -164,8 +230,9 @@ End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds st
 
 }  // namespace
 
-void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out) {
-    out.Write(Decode(kind, name, stall, out));
+void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, const Wanted& wanted,
+                     MessageWriter& out) {
+    out.Write(Decode(kind, name, stall, wanted, out));
     out.Flush();
 }
 

@@ -8,8 +8,15 @@
 
 namespace lineup::decoding {
 
-/// Decodes one recording, and says all there is to say of it but the greeting: its tracks, their samples, and how it
-/// ended. Throws std::system_error when nobody listens any more.
-void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, MessageWriter& out);
+/// What of a recording is decoded.
+struct Wanted {
+    bool sound = true;
+    bool picture = false;
+};
+
+/// Decodes one recording, and says all there is to say of it but the greeting: its tracks, their samples, its pictures,
+/// and how it ended. Throws std::system_error when nobody listens any more.
+void DecodeRecording(InputKind kind, const std::string& name, std::chrono::milliseconds stall, const Wanted& wanted,
+                     MessageWriter& out);
 
 }  // namespace lineup::decoding

@@ -16,7 +16,9 @@ struct LINEUP_API DecoderSettings {
 
     DecoderSettings();
 
-    std::filesystem::path program;           ///< ours
+    std::filesystem::path program;  ///< ours
+    bool wantsSound = true;
+    bool wantsPicture = false;
     std::chrono::milliseconds stall{15000};  ///< how long a URL may send nothing
     std::chrono::milliseconds silence{
         30000};  ///< how long the program may say nothing while there is something to read

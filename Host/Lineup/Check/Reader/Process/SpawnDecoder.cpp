@@ -46,7 +46,8 @@ std::vector<std::string> Arguments(const RecordingName& recording, const Recordi
                                    const DecoderSettings& settings) {
     const bool isUrl = recording.kind == RecordingName::Kind::Url;
     const char* const kind = isUrl ? "url" : input.canSeek ? "file" : "pipe";
-    return {settings.program.string(), kind, std::to_string(settings.stall.count()), recording.text};
+    const char* const wanted = !settings.wantsPicture ? "sound" : settings.wantsSound ? "both" : "picture";
+    return {settings.program.string(), kind, std::to_string(settings.stall.count()), recording.text, wanted};
 }
 
 std::pair<Descriptor, Descriptor> MakePipe() {

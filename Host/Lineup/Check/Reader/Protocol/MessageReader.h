@@ -41,8 +41,21 @@ struct DecodedSamples {
     std::span<const float> values;
 };
 
-using DecoderMessage = std::variant<decoding::Hello, decoding::Track, decoding::Begin, DecodedSamples, decoding::Damage,
-                                    decoding::Reading, decoding::End>;
+/// Some lines of the frame that was named last: codes[l * width + x], width that of the plane; none above the frame's
+/// bits.
+struct DecodedLines {
+    decoding::Lines head{};
+    std::span<const std::uint16_t> codes;
+    bool isLast = false;  ///< the frame is whole
+};
+
+using DecoderMessage =
+    std::variant<decoding::Hello, decoding::Track, decoding::Begin, DecodedSamples, decoding::Damage, decoding::Reading,
+                 decoding::End, decoding::Picture, decoding::Frame, DecodedLines, decoding::PictureEnd>;
+
+/// The size of a plane of `frame`.
+[[nodiscard]] LINEUP_API std::size_t PlaneWidth(const decoding::Frame& frame, std::uint32_t plane);
+[[nodiscard]] LINEUP_API std::size_t PlaneHeight(const decoding::Frame& frame, std::uint32_t plane);
 
 /// Takes messages of the decoding program apart, and lets nothing through that does not keep to decoding/Messages.h:
 /// kinds, sizes, order, numbers and ranges. Memory does not grow with what comes in.
@@ -64,6 +77,10 @@ private:
     [[nodiscard]] DecoderMessage ParseBegin(std::span<const std::byte> body);
     [[nodiscard]] DecoderMessage ParseSamples(std::span<const std::byte> body);
     [[nodiscard]] DecoderMessage ParseDamage(std::span<const std::byte> body) const;
+    [[nodiscard]] DecoderMessage ParsePicture(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseFrame(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParseLines(std::span<const std::byte> body);
+    [[nodiscard]] DecoderMessage ParsePictureEnd(std::span<const std::byte> body) const;
     [[nodiscard]] DecoderMessage ParseReading(std::span<const std::byte> body);
 
     enum class Stage : std::uint8_t { Start, Naming, Running, Ended };
@@ -76,6 +93,10 @@ private:
     std::vector<decoding::Track> mTracks;
     std::vector<std::int64_t> mEnds;  // one a track: where its samples end so far
     std::uint32_t mChannels = 0;
+    bool mHasPicture = false;
+    decoding::Frame mFrame{};
+    std::uint32_t mNextPlane = 0;  // of the frame, as are the lines; all planes are there where no frame is under way
+    std::uint32_t mNextLine = 0;
     std::int64_t mBytesRead = 0;
 };
 

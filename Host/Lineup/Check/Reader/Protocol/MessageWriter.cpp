@@ -26,6 +26,14 @@ std::span<float> MessageWriter::WriteSamples(const Samples& head) {
     return {reinterpret_cast<float*>(room.data()), room.size() / sizeof(float)};
 }
 
+std::span<std::uint16_t> MessageWriter::WriteLines(const Lines& head, std::size_t codes) {
+    const std::size_t padded = (std::min(codes, MostCodes()) + 1) / 2 * 2;
+    const auto room = PutBytes(MessageKind::Lines, std::as_bytes(std::span(&head, 1)), padded * sizeof(std::uint16_t));
+    const std::span<std::uint16_t> all(reinterpret_cast<std::uint16_t*>(room.data()), padded);
+    all.back() = 0;
+    return all.first(std::min(codes, MostCodes()));
+}
+
 std::span<std::byte> MessageWriter::PutBytes(MessageKind kind, std::span<const std::byte> body, std::size_t more) {
     if (mFilled >= kHandOverBytes) {
         Flush();

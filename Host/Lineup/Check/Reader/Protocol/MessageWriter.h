@@ -27,9 +27,17 @@ public:
     void Write(const Damage& body) { Put(MessageKind::Damage, body); }
     void Write(const Reading& body) { Put(MessageKind::Reading, body); }
     void Write(const End& body) { Put(MessageKind::End, body); }
+    void Write(const Picture& body) { Put(MessageKind::Picture, body); }
+    void Write(const Frame& body) { Put(MessageKind::Frame, body); }
+    void Write(const PictureEnd& body) { Put(MessageKind::PictureEnd, body); }
 
     /// Makes room for a message of samples and returns where they go, head.count * head.channels of them.
     [[nodiscard]] std::span<float> WriteSamples(const Samples& head);
+
+    /// Makes room for a message of lines and returns where their `codes` codes go, at most MostCodes().
+    [[nodiscard]] std::span<std::uint16_t> WriteLines(const Lines& head, std::size_t codes);
+
+    [[nodiscard]] static constexpr std::size_t MostCodes() { return kMostValues * 2; }
 
     /// Hands over what has been put together. Throws std::system_error when nobody listens any more.
     void Flush();

@@ -105,7 +105,7 @@ TEST(MessageReader, TakesNoMessageOutOfItsPlace) {
 }
 
 TEST(MessageReader, TakesNoMessageOfAnotherKindOrSize) {
-    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{8}, 0.0)), HasSubstr("of no known kind"));
+    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{12}, 0.0)), HasSubstr("of no known kind"));
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{0}, 0.0)), HasSubstr("of no known kind"));
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Track, 0.0)), HasSubstr("another size"));
     EXPECT_THAT(ReadAll(Words().Add(MessageKind::Hello, char{1})), HasSubstr("no possible size"));
@@ -116,7 +116,7 @@ TEST(MessageReader, TakesNoMessageOfAnotherKindOrSize) {
 
 TEST(MessageReader, TakesNoGreetingOfAnotherVersion) {
     auto hello = Words::RightHello();
-    hello.version = 2;
+    hello.version = lineup::decoding::kProtocolVersion + 1;
     EXPECT_THAT(ReadAll(Words().Add(MessageKind::Hello, hello)), HasSubstr("of another version"));
 }
 

@@ -8,7 +8,8 @@ namespace lineup::decoding {
 
 namespace {
 
-// Sound takes a few megabytes. Libraries that are mapped count too, and are there before the limit.
+// Sound takes a few megabytes, pictures a few dozen frames. Libraries that are mapped count too, and are there before
+// the limit.
 constexpr rlim_t kMemoryBytes = rlim_t{1} << 30;
 
 // At a hundred times real time these are four days of sound, and a year of a stream.

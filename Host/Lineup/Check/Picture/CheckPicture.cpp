@@ -1,0 +1,142 @@
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
+
+#include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+#include "Host/Lineup/Check/Picture/Find/FindCard.h"
+#include "Host/Lineup/Check/Picture/Raster.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr int kMostTries = 60;  // frames that are searched for a card
+constexpr int kLeastSide = 64;  // pixels of a frame
+constexpr double kReach = 3;    // pixels of the small picture that was searched
+constexpr int kSearchedWidth = 320;
+
+std::string TextOf(const decoding::TextField<16>& field) {
+    return std::string(field.begin(), std::ranges::find(field, '\0'));
+}
+
+// As reports name them.
+std::string MatrixTag(const std::string& name) {
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kNames = {
+        {{"smpte170m", "bt601"}, {"bt470bg", "bt601"}, {"bt2020nc", "bt2020"}, {"gbr", "rgb"}, {"reserved", ""}}};
+    const auto* const found = std::ranges::find(kNames, name, &std::pair<std::string_view, std::string_view>::first);
+    return found == kNames.end() ? name : std::string(found->second);
+}
+
+PictureReport Facts(const decoding::Frame& head) {
+    PictureReport report;
+    report.width = static_cast<int>(head.width);
+    report.height = static_cast<int>(head.height);
+    report.bits = static_cast<int>(head.bits);
+    report.tags = {.matrix = MatrixTag(TextOf(head.matrix)),
+                   .primaries = TextOf(head.primaries),
+                   .transfer = TextOf(head.transfer),
+                   .range = TextOf(head.range)};
+    return report;
+}
+
+}  // namespace
+
+PictureExaminer::PictureExaminer(const Clip& clip, const CheckSettings& settings)
+    : mClip(&clip), mSettings(&settings) {}
+
+void PictureExaminer::OnFacts(const decoding::Picture& facts) {
+    mFacts = facts;
+}
+
+void PictureExaminer::OnEnd(const decoding::PictureEnd& end) {
+    mLength = end;
+}
+
+// Both cards, whichever is asked for: another one is a fault. Drawn for the size of the frame, the likelier one first.
+std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
+    const bool isKnown = !mModels.empty() && mModels.front().width == width && mModels.front().height == height;
+    if (!isKnown) {
+        const Card due = height < kFewestHdLines ? Card::SD : Card::HD;
+        mModels.clear();
+        mModels.push_back(ReadCardModel(*mClip, due, width, height));
+        mModels.push_back(ReadCardModel(*mClip, due == Card::HD ? Card::SD : Card::HD, width, height));
+    }
+    return mModels;
+}
+
+void PictureExaminer::Look(const DecodedPicture& picture) {
+    const Raster raster = MakeRaster(picture);
+    const std::vector<CardModel>& models = ModelsFor(raster.width, raster.height);
+    const auto found = FindCard(raster, models);
+    if (!found) {
+        return;
+    }
+    const double reach = kReach * std::max(1.0, static_cast<double>(raster.width) / kSearchedWidth);
+    mFoundModel = *found->model;
+    mFound = Examine(picture, raster, mFoundModel, found->place, reach);
+    if (mFound) {
+        mSeries.SetReference(picture);
+    }
+}
+
+bool PictureExaminer::OnPicture(const DecodedPicture& picture) {
+    const double seconds = picture.head.seconds;
+    const double from = mSettings->fromSeconds.value_or(0);
+    const bool isStill = mFacts.isStill != 0;
+    if (!isStill && mSettings->fromSeconds && seconds < from) {
+        return true;
+    }
+    if (!isStill && mSettings->forSeconds && seconds >= from + *mSettings->forSeconds) {
+        return false;
+    }
+    if (!mFirst) {
+        mFirst = picture.head;
+    }
+    mIsUnreadable = mIsUnreadable || picture.head.planes == 0;
+    if (picture.head.planes == 0 || std::min(picture.head.width, picture.head.height) < kLeastSide) {
+        return true;
+    }
+    if (mFound) {
+        mSeries.Add(picture);
+    } else if (++mTries <= kMostTries) {
+        Look(picture);
+    }
+    return true;
+}
+
+PictureFindings PictureExaminer::Findings() const {
+    PictureFindings findings;
+    findings.length = mLength;
+    findings.frameRate = mFacts.frameRate;
+    findings.isStill = mFacts.isStill != 0;
+    if (!mFirst) {
+        if (mSettings->card != "auto") {
+            findings.faults.push_back(
+                MakePictureFault("card-missing", {}, {}, "There are no pictures to find a card in."));
+        }
+        return findings;
+    }
+    findings.picture = Facts(mFound ? mFound->head : *mFirst);
+    if (mFound) {
+        findings.isCardFound = true;
+        Decide({*mFound, mSeries, mFacts, *mSettings}, findings);
+    } else if (mSettings->card != "auto") {
+        findings.faults.push_back(
+            MakePictureFault("card-missing", {}, {},
+                             fmt::format("There is no card in the picture, where the {} card is due.",
+                                         mSettings->card == "hd" ? "HD" : "SD")));
+    } else if (mIsUnreadable) {
+        findings.notes.push_back(
+            {.id = "picture-not-read",
+             .part = CheckPart::Picture,
+             .text = "The pictures are of a kind whose codes cannot be read: " + TextOf(mFirst->format) + "."});
+    } else {
+        findings.notes.push_back({.id = "no-card", .part = CheckPart::Picture, .text = "The picture shows no card."});
+    }
+    return findings;
+}
+
+}  // namespace lineup::picture

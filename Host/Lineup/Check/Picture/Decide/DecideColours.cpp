@@ -1,0 +1,255 @@
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
+#include "Host/Lineup/Check/Picture/Decide/ChainFaults.h"
+#include "Host/Lineup/Check/Picture/Decide/FitChain.h"
+#include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr double kOtherMakers = 4;    // codes that -I or +Q may be elsewhere on the clip's own card
+constexpr double kUnexplained = 3;    // codes r.m.s. that are left of the best explanation
+constexpr double kCrushed = 0.6;      // of the way from below black to black
+constexpr double kLeastStep = 2;      // codes between the two
+constexpr std::size_t kCovered = 10;  // one patch in so many may be covered by something
+
+bool IsSmallOrOdd(const CardPatch& patch) {
+    return patch.name.starts_with("below") || patch.name.starts_with("above") || patch.name.starts_with("-I") ||
+           patch.name.starts_with("+Q") || patch.name.starts_with("colour");
+}
+
+bool IsOdd(const CardPatch& patch) {
+    return patch.name.starts_with("-I") || patch.name.starts_with("+Q");
+}
+
+class Colours {
+public:
+    Colours(const PictureCase& known, PictureFindings& findings)
+        : mKnown(&known), mFindings(&findings), mReport(&*findings.picture) {
+        mDue = mReport->height < kFewestHdLines ? "bt601" : "bt709";
+        mScale.isRgb = (known.seen.head.flags & decoding::kRgbFrame) != 0;
+        mScale.isRangeFull = !mScale.isRgb && mReport->tags.range == "full";
+        mScale.top = mScale.isRgb ? 255 : 256 - std::ldexp(1.0, 8 - mReport->bits);
+        mScale.due = MatrixOf(mDue);
+        for (const MeasuredPatch& patch : known.seen.patches) {
+            if (!IsSmallOrOdd(*patch.patch)) {
+                mPairs.push_back({patch.patch->rgb, patch.codes});
+            }
+        }
+    }
+
+    bool Work() {
+        mChains = FitAllChains(mScale, mPairs);
+        mBest = Choose();
+        TellCodes();
+        TellPatches();
+        if (!mIsWithin) {
+            mFindings->faults = Joined(std::move(mFindings->faults), FaultsOf(Unplanned(), mScale, mDue));
+            TellOthers();
+        }
+        TellTags();
+        const bool isOther = IsOtherMakers();
+        if (isOther) {
+            mFindings->notes.push_back(
+                {.id = "other-bars",
+                 .part = CheckPart::Picture,
+                 .text = "The bars are laid out like the card, and come from another generator."});
+        } else {
+            TellCrushed();
+        }
+        return isOther;
+    }
+
+private:
+    static std::vector<CheckFault> Joined(std::vector<CheckFault> all, std::vector<CheckFault> more) {
+        std::ranges::move(more, std::back_inserter(all));
+        return all;
+    }
+
+    [[nodiscard]] bool IsWithinTolerance(const Chain& chain) const {
+        const double tolerance = ToleranceOf(mKnown->settings, "patches");
+        std::size_t off = 0;
+        for (const ColourPair& pair : mPairs) {
+            const Triple codes = chain.Codes(mScale, pair.sent);
+            double most = 0;
+            for (std::size_t i = 0; i < 3; ++i) {
+                most = std::max(most, std::abs(codes.at(i) - pair.found.at(i)));
+            }
+            off += most > tolerance ? 1 : 0;
+        }
+        return off * kCovered <= mPairs.size();
+    }
+
+    // The tags name a matrix that a report can hold the numbers against.
+    [[nodiscard]] bool IsTagKnown() const {
+        return !mScale.isRgb && std::ranges::any_of(NamedMatrices(), [&](const auto& named) {
+            return named.name == mReport->tags.matrix;
+        });
+    }
+
+    [[nodiscard]] FittedChain Choose() {
+        std::vector<Chain> plain{Chain{}};
+        if (IsTagKnown() && mReport->tags.matrix != mDue) {
+            plain.insert(plain.begin(), {.matrix = MatrixStep::NotConverted, .other = mReport->tags.matrix});
+        }
+        for (const Chain& chain : plain) {
+            if (IsWithinTolerance(chain)) {
+                mIsWithin = true;
+                return {chain, ChainError(mScale, chain, mPairs)};
+            }
+        }
+        return Simplest(mChains);
+    }
+
+    [[nodiscard]] bool IsNumbersOfTags() const {
+        return mBest.chain.matrix == MatrixStep::NotConverted && mBest.chain.other == mReport->tags.matrix;
+    }
+
+    // Without the matrix where the file says that it has that one.
+    [[nodiscard]] Chain Unplanned() const {
+        Chain chain = mBest.chain;
+        if (IsNumbersOfTags()) {
+            chain.matrix = MatrixStep::None;
+        }
+        return chain;
+    }
+
+    void TellCodes() {
+        PictureCodes& codes = mReport->codes;
+        codes.matrix = mScale.isRgb ? "rgb" : mBest.chain.matrix == MatrixStep::NotConverted ? mBest.chain.other : mDue;
+        const bool isStretched =
+            mBest.chain.range == RangeStep::Stretched || mBest.chain.range == RangeStep::StretchedTwice;
+        const bool isSqueezed =
+            mBest.chain.range == RangeStep::Squeezed || mBest.chain.range == RangeStep::SqueezedTwice;
+        const bool isMeantFull = mScale.isRgb || mScale.isRangeFull;
+        codes.range = (isMeantFull && !isSqueezed) || (!isMeantFull && isStretched) ? "full" : "limited";
+    }
+
+    [[nodiscard]] Chain PlainChain() const {
+        Chain chain;
+        if (IsNumbersOfTags()) {
+            chain.matrix = MatrixStep::NotConverted;
+            chain.other = mReport->tags.matrix;
+        }
+        return chain;
+    }
+
+    // Of R'G'B' too as codes of Y'CbCr, by the matrix that is due.
+    void TellPatches() {
+        const auto told = [this](const Triple& codes) {
+            if (!mScale.isRgb) {
+                return std::vector<double>(codes.begin(), codes.end());
+            }
+            const Triple value = mScale.FromCodes(codes);
+            return std::vector{16 + 219 * value[0], 128 + 224 * value[1], 128 + 224 * value[2]};
+        };
+        for (const MeasuredPatch& patch : mKnown->seen.patches) {
+            mReport->patches.push_back({.name = patch.patch->name,
+                                        .expected = told(PlainChain().Codes(mScale, patch.patch->rgb)),
+                                        .measured = told(patch.codes),
+                                        .left = patch.patch->box.left,
+                                        .top = patch.patch->box.top,
+                                        .right = patch.patch->box.right,
+                                        .bottom = patch.patch->box.bottom});
+        }
+    }
+
+    void TellOthers() {
+        if (mBest.chain.Cost() == 0) {
+            return;
+        }
+        if (mBest.error > kUnexplained) {
+            mFindings->notes.push_back(
+                {.id = "colours-unexplained",
+                 .part = CheckPart::Picture,
+                 .text = fmt::format("Patches are off by {:.1f} codes more, r.m.s., than what is "
+                                     "named explains.",
+                                     mBest.error)});
+        }
+        const std::string own = WordsFor(mBest.chain, mDue);
+        for (const FittedChain* const other : AsGood(mChains, mBest)) {
+            const std::string words = WordsFor(other->chain, mDue);
+            if (!words.empty() && words != own) {
+                mFindings->notes.push_back(
+                    {.id = "other-explanation",
+                     .part = CheckPart::Picture,
+                     .text = fmt::format("The patches can be explained as well so: {}.", words)});
+                return;
+            }
+        }
+    }
+
+    void TellTags() {
+        const PictureCodes& tags = mReport->tags;
+        const bool isAsDue = mBest.chain.matrix == MatrixStep::None;
+        // JPEG has BT.601 by its own rules, whatever its maker put in; nobody wrote that into the file.
+        const bool isJpeg = std::string_view(mKnown->facts.codec.data()) == "mjpeg";
+        if (!isJpeg && IsTagKnown() && isAsDue && tags.matrix != mDue) {
+            mFindings->faults.push_back(
+                MakePictureFault("tags-wrong", {}, {},
+                                 fmt::format("The numbers are those of {}, and the file says {}.", mDue, tags.matrix)));
+        }
+    }
+
+    [[nodiscard]] bool IsOtherMakers() const {
+        return std::ranges::any_of(mKnown->seen.patches, [this](const MeasuredPatch& patch) {
+            if (!IsOdd(*patch.patch)) {
+                return false;
+            }
+            const Triple codes = mBest.chain.Codes(mScale, patch.patch->rgb);
+            double most = 0;
+            for (std::size_t i = 0; i < 3; ++i) {
+                most = std::max(most, std::abs(codes.at(i) - patch.codes.at(i)));
+            }
+            return most > kOtherMakers + 2 * mBest.error;
+        });
+    }
+
+    // The patch below black, against black beside it.
+    void TellCrushed() {
+        if (mScale.isRgb || mBest.chain.tone == ToneStep::BlackClipped) {
+            return;
+        }
+        const auto named = [this](const char* name) {
+            return std::ranges::find_if(mKnown->seen.patches,
+                                        [name](const auto& patch) { return patch.patch->name == name; });
+        };
+        const auto below = named("below black");
+        if (below == mKnown->seen.patches.end()) {
+            return;
+        }
+        const double due = mBest.chain.Codes(mScale, below->patch->rgb)[0];
+        const double black = mBest.chain.Codes(mScale, {0, 0, 0})[0];
+        const double share = black - due > 0 ? (below->codes[0] - due) / (black - due) : 0;
+        if (black - due >= kLeastStep && due >= 1 && share > kCrushed) {
+            const double code = below->codes[0];
+            mFindings->faults.push_back(MakePictureFault(
+                "blacks-crushed", code, due,
+                fmt::format("What lies below black is gone: code {:.1f} is there in place of {:.1f}.", code, due)));
+        }
+    }
+
+    const PictureCase* mKnown;
+    PictureFindings* mFindings;
+    PictureReport* mReport;
+    std::string mDue;
+    CodeScale mScale;
+    std::vector<ColourPair> mPairs;
+    std::vector<FittedChain> mChains;
+    FittedChain mBest;
+    bool mIsWithin = false;
+};
+
+}  // namespace
+
+bool DecideColours(const PictureCase& known, PictureFindings& findings) {
+    return Colours(known, findings).Work();
+}
+
+}  // namespace lineup::picture

@@ -1,0 +1,85 @@
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
+#include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr double kErrors = 2;           // times what is left of the edges
+constexpr double kOthersEdges = 0.015;  // of the width: other generators round their edges another way
+
+std::string PlaceText(const Place& place) {
+    return fmt::format("{:.1f} by {:.1f} pixels at {:.1f}, {:.1f}", place.width, place.height, place.x, place.y);
+}
+
+void DecideTurns(const Place& place, PictureFindings& findings) {
+    if (place.mirrored) {
+        findings.faults.push_back(MakePictureFault("mirrored", {}, {}, "Left and right are turned over."));
+    }
+    if (place.flipped) {
+        findings.faults.push_back(MakePictureFault("flipped", {}, {}, "Top and bottom are turned over."));
+    }
+}
+
+}  // namespace
+
+void DecideCard(const PictureCase& known, PictureFindings& findings) {
+    PictureReport& report = *findings.picture;
+    const bool isHd = known.seen.model->card == Card::HD;
+    report.card = isHd ? "hd" : "sd";
+    if (known.settings.card != "auto" && known.settings.card != report.card) {
+        findings.faults.push_back(MakePictureFault(
+            "card-other", {}, {},
+            fmt::format("This is the {} card, where the {} card is due.", isHd ? "HD" : "SD", isHd ? "SD" : "HD")));
+    }
+}
+
+void DecidePlace(const PictureCase& known, bool isOtherMakers, PictureFindings& findings) {
+    const Place& place = known.seen.geometry.place;
+    PictureReport& report = *findings.picture;
+    report.place = CardPlace{place.x, place.y, place.width, place.height, place.mirrored, place.flipped};
+    DecideTurns(place, findings);
+    const double width = report.width;
+    const double height = report.height;
+    const double tolerance =
+        ToleranceOf(known.settings, "place") +
+        (isOtherMakers ? kOthersEdges * width : kErrors * std::max(0.0, known.seen.geometry.error - 0.1));
+    // By how much each edge of the card lies within the frame's; below 0 it lies outside.
+    const double left = place.x;
+    const double top = place.y;
+    const double right = width - place.x - place.width;
+    const double bottom = height - place.y - place.height;
+    const double most = std::max({std::abs(left), std::abs(top), std::abs(right), std::abs(bottom)});
+    if (most <= tolerance) {
+        if (isOtherMakers) {
+            report.place = CardPlace{0, 0, width, height, place.mirrored, place.flipped};
+        }
+        return;
+    }
+    const double gone = -std::min({left, top, right, bottom});
+    const bool isWhole = std::abs(left + right) <= tolerance && std::abs(top + bottom) <= tolerance;
+    if (isWhole) {
+        const double off = std::hypot(place.x, place.y);
+        findings.faults.push_back(MakePictureFault(
+            "shifted", off, 0,
+            fmt::format("The card lies {:.1f} pixels to the {} and {:.1f} {} of its place.", std::abs(place.x),
+                        place.x < 0 ? "left" : "right", std::abs(place.y), place.y < 0 ? "above" : "below")));
+    } else if (gone > tolerance) {
+        findings.faults.push_back(MakePictureFault(
+            "cropped", gone, 0,
+            fmt::format(
+                "Up to {:.1f} pixels of the card's edges lie outside of the frame: it is {}, in a frame of {} by {}.",
+                gone, PlaceText(place), width, height)));
+    } else {
+        findings.faults.push_back(MakePictureFault(
+            "scaled", place.width, width,
+            fmt::format("The card does not fill the frame of {} by {}: it is {}.", width, height, PlaceText(place))));
+    }
+}
+
+}  // namespace lineup::picture

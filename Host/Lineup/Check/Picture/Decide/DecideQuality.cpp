@@ -1,0 +1,90 @@
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
+#include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr int kDeepest = 12;           // bits: files of more hold pictures of fewer as a matter of course
+constexpr double kCoarserThan = 2.9;   // samples of colour, and a pixel
+constexpr double kShifted = 1.0;       // pixels: what is said of where colour lies is not always true
+constexpr double kShiftOfBlur = 0.35;  // of an edge of colour
+constexpr double kOwnScale = 1.15;
+
+// A card that was made larger is soft, and its colour coarse, for that reason.
+bool IsEnlarged(const PictureCase& known) {
+    const Place& place = known.seen.geometry.place;
+    return place.width > known.seen.head.width * kOwnScale || place.height > known.seen.head.height * kOwnScale;
+}
+
+void DecideBits(const PictureCase& known, PictureFindings& findings) {
+    const auto& ramp = known.seen.ramp;
+    if (!ramp || ramp->bits > kDeepest || ramp->used >= ramp->bits) {
+        return;
+    }
+    findings.faults.push_back(
+        MakePictureFault("bits-truncated", ramp->used, ramp->bits,
+                         fmt::format("The ramp has no more than {} bits, in a file of {}.", ramp->used, ramp->bits)));
+}
+
+void DecideSoftness(const PictureCase& known, PictureFindings& findings) {
+    const double across = known.seen.softAcross.value_or(0);
+    const double down = known.seen.softDown.value_or(0);
+    const double widest = std::max(across, down);
+    if (widest > ToleranceOf(known.settings, "softness") && !IsEnlarged(known)) {
+        findings.faults.push_back(MakePictureFault(
+            "soft", widest, 1, fmt::format("Edges are {:.1f} pixels wide across and {:.1f} down.", across, down)));
+    }
+}
+
+void DecideChroma(const PictureCase& known, PictureFindings& findings) {
+    const ChromaShape& chroma = known.seen.chroma;
+    const double stepX = 1U << known.seen.head.subsampleWidth;
+    const double stepY = 1U << known.seen.head.subsampleHeight;
+    // Where a codec left little of the edges, their middles say little.
+    const double blur = std::max(chroma.widthAcross.value_or(0) / stepX, chroma.widthDown.value_or(0) / stepY);
+    const auto isShifted = [blur](const std::optional<double>& off, double step) {
+        return off && std::abs(*off) > std::max(kShifted, step * std::max(0.6, kShiftOfBlur * blur));
+    };
+    if (isShifted(chroma.right, stepX) || isShifted(chroma.down, stepY)) {
+        const double off =
+            std::abs(chroma.right.value_or(0)) > std::abs(chroma.down.value_or(0)) ? *chroma.right : *chroma.down;
+        findings.faults.push_back(
+            MakePictureFault("chroma-shifted", off, 0,
+                             fmt::format("Colour lies {:.1f} pixels to the right of its luma and {:.1f} below it.",
+                                         chroma.right.value_or(0), chroma.down.value_or(0))));
+    }
+    const double softAcross = std::max(1.0, known.seen.softAcross.value_or(1));
+    const double softDown = std::max(1.0, known.seen.softDown.value_or(1));
+    const bool isCoarse = chroma.widthAcross.value_or(0) > kCoarserThan * stepX * softAcross ||
+                          chroma.widthDown.value_or(0) > kCoarserThan * stepY * softDown;
+    if (isCoarse && !IsEnlarged(known)) {
+        findings.faults.push_back(MakePictureFault(
+            "chroma-subsampled", std::max(chroma.widthAcross.value_or(0), chroma.widthDown.value_or(0)), {},
+            fmt::format(
+                "Colour is coarser than the file's format: its edges are {:.1f} pixels wide across, {:.1f} down.",
+                chroma.widthAcross.value_or(0), chroma.widthDown.value_or(0))));
+    }
+}
+
+}  // namespace
+
+void DecideQuality(const PictureCase& known, bool isOtherMakers, PictureFindings& findings) {
+    if (!isOtherMakers) {
+        DecideBits(known, findings);
+    }
+    DecideSoftness(known, findings);
+    DecideChroma(known, findings);
+    if (known.seen.noise > ToleranceOf(known.settings, "picture-noise")) {
+        findings.faults.push_back(
+            MakePictureFault("picture-noise", known.seen.noise, 0,
+                             fmt::format("There is noise of {:.1f} codes in the patches, r.m.s.", known.seen.noise)));
+    }
+}
+
+}  // namespace lineup::picture

@@ -1,0 +1,50 @@
+#include "Host/Lineup/Check/Picture/Examination.h"
+
+#include <algorithm>
+
+namespace lineup::picture {
+
+namespace {
+
+// Patches of a picture that is no card are full of things.
+bool IsEven(const MeasuredPatch& patch) {
+    constexpr double kEven = 6;  // codes
+    return patch.uneven < kEven && patch.noise < 2 * kEven;
+}
+
+double MedianNoise(const std::vector<MeasuredPatch>& patches) {
+    std::vector<double> noises;
+    for (const MeasuredPatch& patch : patches) {
+        noises.push_back(patch.noise);
+    }
+    const auto middle = noises.begin() + static_cast<std::ptrdiff_t>(noises.size() / 2);
+    std::ranges::nth_element(noises, middle);
+    return *middle;
+}
+
+}  // namespace
+
+std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& raster, const CardModel& model,
+                                   const Place& rough, double reach) {
+    Examination seen;
+    seen.model = &model;
+    seen.head = picture.head;
+    seen.geometry = RefinePlace(raster, model, rough, reach);
+    if (!seen.geometry.isExact) {
+        return std::nullopt;
+    }
+    const Place& place = seen.geometry.place;
+    seen.patches = MeasurePatches(raster, model, place);
+    const auto even = static_cast<std::size_t>(std::ranges::count_if(seen.patches, IsEven));
+    if (seen.patches.size() * 2 < model.patches.size() || even * 4 < seen.patches.size() * 3) {
+        return std::nullopt;
+    }
+    seen.ramp = MeasureRamp(picture, model, place);
+    seen.chroma = MeasureChroma(raster, model, place);
+    seen.softAcross = MeasureSoftness(raster, model, place, true);
+    seen.softDown = MeasureSoftness(raster, model, place, false);
+    seen.noise = MedianNoise(seen.patches);
+    return seen;
+}
+
+}  // namespace lineup::picture

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Host/Lineup/Check/Picture/CardModel.h"
+#include "Host/Lineup/Check/Picture/Measure/Chroma.h"
+#include "Host/Lineup/Check/Picture/Measure/Geometry.h"
+#include "Host/Lineup/Check/Picture/Measure/Patches.h"
+#include "Host/Lineup/Check/Picture/Measure/Ramp.h"
+
+#include <optional>
+#include <vector>
+
+namespace lineup::picture {
+
+/// Everything that was measured in one frame. Patches and edges point into `model`, which must outlive it.
+struct Examination {
+    const CardModel* model = nullptr;
+    decoding::Frame head{};
+    Geometry geometry;
+    std::vector<MeasuredPatch> patches;
+    std::optional<RampSteps> ramp;
+    ChromaShape chroma;
+    std::optional<double> softAcross;  ///< how wide luma's edges are, pixels
+    std::optional<double> softDown;
+    double noise = 0;  ///< codes
+};
+
+/// Measures a card that was found roughly, `reach` pixels off at most; nothing where it turns out to be none.
+[[nodiscard]] std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& raster,
+                                                 const CardModel& model, const Place& rough, double reach);
+
+}  // namespace lineup::picture

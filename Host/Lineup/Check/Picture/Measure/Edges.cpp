@@ -1,0 +1,133 @@
+#include "Host/Lineup/Check/Picture/Measure/Edges.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr double kLeastStepOfEdge = 6;  // codes
+constexpr double kAlong = 0.6;          // the middle of an edge that is looked at
+constexpr double kRoom = 0.42;          // of the distance to the next edge
+constexpr double kBumps = 0.35;         // of the step
+
+// A line through an edge, averaged along it, in pixels of its plane; the first value's middle lies at `first`.
+struct Section {
+    double first = 0;
+    double step = 1;
+    std::vector<double> values;
+};
+
+struct Axis {
+    int count;  // values across
+    int lines;  // along
+    double step;
+    double offset;
+    double alongStep;
+};
+
+Axis AxisOf(const Plane& plane, bool upright) {
+    return upright ? Axis{plane.width, plane.height, static_cast<double>(plane.stepX), plane.offsetX,
+                          static_cast<double>(plane.stepY)}
+                   : Axis{plane.height, plane.width, static_cast<double>(plane.stepY), plane.offsetY,
+                          static_cast<double>(plane.stepX)};
+}
+
+std::optional<Section> Cut(const Plane& plane, bool upright, double at, double reach, double from, double to) {
+    const Axis axis = AxisOf(plane, upright);
+    // Positions count from the edge of the first pixel; values stand in the middle of theirs.
+    const auto index = [&](double position) { return (position - 0.5 - axis.offset) / axis.step; };
+    const int first = static_cast<int>(std::ceil(index(at - reach)));
+    const int last = static_cast<int>(std::floor(index(at + reach)));
+    const double middle = (from + to) / 2;
+    const double half = (to - from) / 2 * kAlong;
+    const int top = std::max(0, static_cast<int>(std::ceil((middle - half) / axis.alongStep)));
+    const int bottom = std::min(axis.lines, static_cast<int>(std::floor((middle + half) / axis.alongStep)));
+    if (first < 0 || last >= axis.count || last - first < 5 || bottom <= top) {
+        return std::nullopt;
+    }
+    Section section{.first = first * axis.step + axis.offset + 0.5, .step = axis.step, .values = {}};
+    for (int a = first; a <= last; ++a) {
+        double sum = 0;
+        for (int l = top; l < bottom; ++l) {
+            sum += static_cast<double>(upright ? plane.At(a, l) : plane.At(l, a));
+        }
+        section.values.push_back(sum / (bottom - top));
+    }
+    return section;
+}
+
+// Where a step lies by its area: blur and ringing that are alike at both sides do not move it.
+std::optional<MeasuredEdge> StepIn(const Section& section) {
+    const auto& values = section.values;
+    const std::size_t flat = std::max<std::size_t>(1, values.size() / 5);
+    double before = 0;
+    double after = 0;
+    for (std::size_t i = 0; i < flat; ++i) {
+        before += values[i] / static_cast<double>(flat);
+        after += values[values.size() - 1 - i] / static_cast<double>(flat);
+    }
+    const double step = after - before;
+    if (std::abs(step) < kLeastStepOfEdge) {
+        return std::nullopt;
+    }
+    double area = 0;
+    double steepest = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double share = (values[i] - before) / step;
+        if (share < -kBumps || share > 1 + kBumps) {
+            return std::nullopt;
+        }
+        area += 1 - share;
+        if (i > 0) {
+            steepest = std::max(steepest, (values[i] - values[i - 1]) / step);
+        }
+    }
+    MeasuredEdge edge;
+    edge.at = section.first - section.step / 2 + area * section.step;
+    edge.width = steepest > 0 ? section.step / steepest : 0;
+    edge.contrast = std::abs(step);
+    return edge;
+}
+
+}  // namespace
+
+std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& model, const Place& place, double reach,
+                                       int plane) {
+    std::vector<MeasuredEdge> measured;
+    for (const CardEdge& edge : model.edges) {
+        const Box box = place.Of(edge.isUpright ? Box{edge.at, edge.from, edge.at, edge.to}
+                                                : Box{edge.from, edge.at, edge.to, edge.at});
+        const double at = edge.isUpright ? box.left : box.top;
+        const double room = edge.room * (edge.isUpright ? place.width : place.height) * kRoom;
+        const double from = edge.isUpright ? box.top : box.left;
+        const double to = edge.isUpright ? box.bottom : box.right;
+        std::optional<MeasuredEdge> best;
+        for (std::size_t p = 0; p < raster.planes.size(); ++p) {
+            if (plane >= 0 && p != static_cast<std::size_t>(plane)) {
+                continue;
+            }
+            const double step = edge.isUpright ? raster.planes[p].stepX : raster.planes[p].stepY;
+            const double window = std::min(room, std::max(reach, 3.5) * std::max(1.0, step * 0.75));
+            const auto section = Cut(raster.planes[p], edge.isUpright, at, window, from, to);
+            auto found = section ? StepIn(*section) : std::nullopt;
+            if (!found) {
+                continue;
+            }
+            found->edge = &edge;
+            found->plane = p;
+            // Colour may lie beside its luma, or be coarser: it counts where luma shows nothing.
+            if (!best || (raster.isRgb && found->contrast > best->contrast)) {
+                best = found;
+            }
+        }
+        if (best) {
+            measured.push_back(*best);
+        }
+    }
+    return measured;
+}
+
+}  // namespace lineup::picture

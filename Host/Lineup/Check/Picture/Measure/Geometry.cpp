@@ -1,0 +1,153 @@
+#include "Host/Lineup/Check/Picture/Measure/Geometry.h"
+
+#include "Host/Lineup/Check/Picture/Measure/Edges.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <vector>
+
+namespace lineup::picture {
+
+namespace {
+
+constexpr double kOutlier = 1.2;         // pixels
+constexpr std::size_t kFewestEdges = 3;  // along an axis
+constexpr double kSimpler = 0.2;         // pixels of error that a place without unknowns may have more
+
+// A place on the card, as a fraction, and where it was found.
+struct Mark {
+    double sent;
+    double found;
+    double weight;
+};
+
+struct Line {
+    double start = 0;
+    double length = 1;
+    double error = 0;
+    int count = 0;
+};
+
+double Error(const std::vector<Mark>& marks, double start, double length) {
+    double sum = 0;
+    double weights = 0;
+    for (const Mark& mark : marks) {
+        const double off = mark.found - start - mark.sent * length;
+        sum += mark.weight * off * off;
+        weights += mark.weight;
+    }
+    return weights > 0 ? std::sqrt(sum / weights) : 0;
+}
+
+std::optional<Line> Fit(const std::vector<Mark>& marks) {
+    double w = 0;
+    double x = 0;
+    double y = 0;
+    double xx = 0;
+    double xy = 0;
+    for (const Mark& mark : marks) {
+        w += mark.weight;
+        x += mark.weight * mark.sent;
+        y += mark.weight * mark.found;
+        xx += mark.weight * mark.sent * mark.sent;
+        xy += mark.weight * mark.sent * mark.found;
+    }
+    const double spread = w * xx - x * x;
+    if (spread <= 1e-9 * w * w) {
+        return std::nullopt;
+    }
+    const double length = (w * xy - x * y) / spread;
+    const double start = (y - length * x) / w;
+    return Line{start, length, Error(marks, start, length), static_cast<int>(marks.size())};
+}
+
+// Without those that lie elsewhere than most do.
+std::optional<Line> FitMost(std::vector<Mark>& marks) {
+    std::optional<Line> line = Fit(marks);
+    for (int pass = 0; pass < 4 && line; ++pass) {
+        std::vector<double> off;
+        for (const Mark& mark : marks) {
+            off.push_back(std::abs(mark.found - line->start - mark.sent * line->length));
+        }
+        std::vector<double> sorted = off;
+        std::ranges::nth_element(sorted, sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2));
+        const double most = std::max(kOutlier, 4 * sorted[sorted.size() / 2]);
+        std::vector<Mark> kept;
+        for (std::size_t i = 0; i < marks.size(); ++i) {
+            if (off[i] <= most) {
+                kept.push_back(marks[i]);
+            }
+        }
+        if (kept.size() == marks.size() || kept.size() < kFewestEdges) {
+            break;
+        }
+        marks = std::move(kept);
+        line = Fit(marks);
+    }
+    return line;
+}
+
+std::vector<Mark> MarksOf(const std::vector<MeasuredEdge>& edges, bool upright, bool turned) {
+    std::vector<Mark> marks;
+    for (const MeasuredEdge& measured : edges) {
+        if (measured.edge->isUpright == upright) {
+            const double at = measured.edge->at;
+            marks.push_back({turned ? 1 - at : at, measured.at, measured.edge->to - measured.edge->from});
+        }
+    }
+    return marks;
+}
+
+// Of two explanations that are as good, the one that says less: the card fills the frame, or is as high as it is wide.
+Line Simplest(const Line& free, const std::vector<Mark>& marks, double side, std::optional<double> length) {
+    const double whole = Error(marks, 0, side);
+    if (whole <= free.error + kSimpler) {
+        return {0, side, whole, free.count};
+    }
+    if (length) {
+        double start = 0;
+        double weights = 0;
+        for (const Mark& mark : marks) {
+            start += mark.weight * (mark.found - mark.sent * *length);
+            weights += mark.weight;
+        }
+        start /= weights;
+        const double error = Error(marks, start, *length);
+        if (error <= free.error + kSimpler) {
+            return {start, *length, error, free.count};
+        }
+    }
+    return free;
+}
+
+}  // namespace
+
+Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& rough, double reach) {
+    Geometry geometry{.place = rough};
+    for (const double within : {reach, std::max(4.0, reach / 2), 4.0, 4.0}) {
+        const auto edges = MeasureEdges(raster, model, geometry.place, within);
+        std::vector<Mark> across = MarksOf(edges, true, geometry.place.mirrored);
+        std::vector<Mark> down = MarksOf(edges, false, geometry.place.flipped);
+        const auto x = FitMost(across);
+        const auto y = FitMost(down);
+        if (!x || !y) {
+            return geometry;
+        }
+        const Line wide = Simplest(*x, across, raster.width, std::nullopt);
+        // A card that was made bigger or smaller as a whole keeps its shape.
+        const double square = wide.length * model.height / model.width;
+        const Line high = Simplest(*y, down, raster.height, square);
+        geometry.place.x = wide.start;
+        geometry.place.width = wide.length;
+        geometry.place.y = high.start;
+        geometry.place.height = high.length;
+        geometry.edgesAcross = wide.count;
+        geometry.edgesDown = high.count;
+        geometry.error = std::max(wide.error, high.error);
+    }
+    geometry.isExact = geometry.edgesAcross >= 6 && geometry.edgesDown >= 4 && geometry.error < 1.5;
+    return geometry;
+}
+
+}  // namespace lineup::picture

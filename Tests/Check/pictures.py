@@ -1,0 +1,221 @@
+"""Pictures that were damaged in known ways, and what `lineup check` says of them. Case N is always the same."""
+
+import json
+import os
+import random
+import shutil
+import subprocess
+from dataclasses import dataclass
+
+import picture_damages
+from picture_chains import LOSSLESS, LOSSY, RGB
+from picture_damages import FAMILIES, Sheet
+from sound_files import run
+
+FRAMES = 6
+SIZES = ((640, 360), (1280, 720), (720, 576))
+LARGE = ((1920, 1080), (3840, 2160))  # seldom: they take their time
+ROUND = 20
+CODES_OFF = 1.0  # patch means of undamaged pictures
+# What a lossy codec leaves as it was.
+ROBUST = ("matrix-missing", "matrix-again", "stretched", "squeezed", "brightness", "gain", "setup", "saturation", "hue",
+          "swapped", "grey", "mirrored", "flipped", "cropped", "letterboxed", "windowed", "shifted", "black-frames")
+COLOURS = ("matrix-missing", "matrix-again", "stretched", "brightness", "gain", "setup", "saturation", "swapped")
+PLACES = ("mirrored", "flipped", "cropped", "letterboxed", "windowed", "shifted")
+OTHERS = ("testsrc=size=640x360", "mandelbrot=size=640x360", "color=white:size=640x360", "color=black:size=640x360",
+          "rgbtestsrc=size=640x360", "pal75bars=size=720x576", "pal100bars=size=720x576", "yuvtestsrc=size=640x360",
+          "testsrc2=size=640x360", "gradients=size=640x360", "life=size=640x360:mold=10:life_color=white",
+          "nullsrc=size=640x360,geq=random(1)*255:128:128", "allrgb=rate=1", "haldclutsrc", "cellauto=size=640x360",
+          "sierpinski=size=640x360", "color=blue:size=640x360,drawgrid=w=64:h=36:c=white",
+          "gradients=size=640x360:nb_colors=7:type=linear")
+
+
+@dataclass
+class Picture:
+    number: int
+    families: tuple
+    sheet: Sheet
+    bars: bool = False  # FFmpeg's, in place of the clip's card
+
+    @property
+    def name(self):
+        return f"{', '.join(self.families) or 'undamaged'}; {self.sheet.codec.name} {self.sheet.width}x{self.sheet.height}"
+
+
+def draw(number, large=False):
+    generator = random.Random(number)
+    place = number % ROUND
+    names = list(FAMILIES)
+    if place < 6:
+        families, codecs = (), (LOSSLESS, LOSSY, LOSSY, LOSSY, RGB, LOSSLESS)[place]
+    elif place < 15:
+        families, codecs = (names[(number // ROUND * 9 + place - 6) % len(names)],), LOSSLESS
+    elif place < 18:
+        families, codecs = (generator.choice(ROBUST),), LOSSY
+    else:
+        families, codecs = (generator.choice(COLOURS), generator.choice(PLACES)), LOSSLESS
+    codec = generator.choice(codecs)
+    if families and "matrix" in families[0]:
+        codec = codec if "Motion" not in codec.name else LOSSY[0]
+    if families and families[0] == "tags-rewritten":
+        codec = LOSSLESS[generator.choice((0, 1, 2, 3))]
+    if families and families[0] in ("stretched", "squeezed", "squeezed-twice", "tags-full"):
+        codec = LOSSLESS[generator.choice((0, 1, 2))] if codecs is LOSSLESS else LOSSY[generator.choice((0, 2, 3, 6))]
+    if families and families[0] == "four-one-one":
+        codec = LOSSLESS[generator.choice((0, 1, 4))]
+    if families and families[0] == "truncated":
+        codec = LOSSLESS[generator.choice((0, 4))]
+    if families and families[0] == "chroma-late":
+        codec = LOSSLESS[generator.choice((0, 1, 2, 4))]
+    size = generator.choice(LARGE if large and generator.random() < 0.1 else SIZES)
+    if codec.extension == "mxf" or codec.name == "DNxHR":
+        size = (1280, 720)  # those encoders cannot say BT.601
+    bars = place == 5 and size != (720, 576)
+    if families and families[0] == "truncated":
+        size = (1280, 720)  # the ramp is of the HD card
+    sheet = Sheet(generator, *size, codec, size[1] >= 720)
+    for name in families:
+        FAMILIES[name](sheet)
+    return Picture(number, families, sheet, bars)
+
+
+def source(lineup, folder, size, bars):
+    path = os.path.join(folder, f"{'bars' if bars else 'card'}-{size[0]}x{size[1]}.mkv")
+    if os.path.exists(path):
+        return path
+    unfinished = f"{path}.{os.getpid()}.mkv"
+    if bars:
+        run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", f"smptehdbars=size={size[0]}x{size[1]}:rate=25",
+             "-frames:v", str(FRAMES), "-pix_fmt", "yuv422p10le", "-c:v", "ffv1", unfinished])
+    else:
+        run([lineup, "render", unfinished, "--size", f"{size[0]}x{size[1]}", "--card", card_of(size), "--frames",
+             str(FRAMES), "--video-codec", "ffv1", "--quiet", "--no-sync", "--overwrite"])
+    os.replace(unfinished, path)
+    return path
+
+
+def card_of(size):
+    return "sd" if size == (720, 576) else "hd"
+
+
+def make(picture, lineup, folder):
+    """The file of a case."""
+    sheet, codec = picture.sheet, picture.sheet.codec
+    size = draw_size(picture)
+    # smptehdbars holds BT.709, of whatever size it is.
+    matrix = "bt709" if picture.bars else sheet.matrix
+    own = {"bt709": "bt709", "smpte170m": "bt601"}[matrix]
+    filters = [f"setparams=range=tv:colorspace={matrix}", *sheet.filters]
+    if codec in RGB:
+        filters.append(f"scale=in_color_matrix={own}:in_range=limited:out_range=full:flags=accurate_rnd+full_chroma_int")
+    elif codec.pixels.startswith("yuvj"):
+        filters.append("scale=in_range=limited:out_range=full")
+    filters.append(f"format={codec.pixels}")
+    tagged, span = sheet.tags or (matrix, "pc" if codec.pixels.startswith("yuvj") else "tv")
+    if codec not in RGB:
+        filters.append(f"setparams=range={span}:colorspace={tagged}:color_primaries={tagged}:color_trc=bt709")
+    path = os.path.join(folder, f"picture-{picture.number}.{codec.extension}")
+    tags = [] if codec in RGB else ["-colorspace", tagged, "-color_range", span, "-color_primaries", tagged]
+    run(["ffmpeg", "-v", "error", "-y", "-i", source(lineup, folder, size, picture.bars), "-an", "-vf",
+         ",".join(filters), *codec.arguments.split(), *tags, path])
+    return path
+
+
+def draw_size(picture):
+    """The size that was sent: cropping changes that of the file."""
+    sheet = picture.sheet
+    sizes = (*SIZES, *LARGE)
+    return min(sizes, key=lambda size: abs(size[0] - sheet.width) + abs(size[1] - sheet.height))
+
+
+def arguments_of(picture):
+    return ["--card", "sd" if draw_size(picture) == (720, 576) else "hd", "--expect", "none"]
+
+
+@dataclass
+class Result:
+    picture: Picture
+    verdict: str
+    got: dict
+    texts: list
+    off: float  # the farthest patch of an undamaged picture, codes
+    wrong_numbers: list
+
+    @property
+    def right(self):
+        sheet = self.picture.sheet
+        due = set(sheet.due)
+        return (set(self.got) - set(sheet.open) == due - set(sheet.open) and not self.wrong_numbers
+                and self.verdict == ("faults" if self.got else "right"))
+
+
+def judge(picture, report):
+    got = {fault["id"]: fault["measured"] for fault in report["faults"]}
+    wrong = [f"{name} {got[name]}, not {value}" for name, (value, tolerance) in picture.sheet.measured.items()
+             if name in got and (got[name] is None or abs(got[name] - value) > tolerance)]
+    patches = (report["picture"] or {}).get("patches", [])
+    solid = [patch for patch in patches if not patch["name"].startswith(("-I", "+Q", "below"))]
+    off = max((abs(a - b) for patch in solid for a, b in zip(patch["expected"], patch["measured"])), default=0)
+    texts = [f"{fault['id']}: {fault['text']}" for fault in report["faults"] + report["notes"]]
+    return Result(picture, report["verdict"], got, texts, off, wrong)
+
+
+def check_pictures(lineup, paths, arguments):
+    done = subprocess.run([lineup, "check", "--json", *arguments, *paths], capture_output=True, check=False)
+    if done.returncode not in (0, 1, 3):
+        raise RuntimeError(f"lineup check: exit status {done.returncode}: {done.stderr.decode()}")
+    return [json.loads(line) for line in done.stdout.splitlines()]
+
+
+def judge_pictures(work):
+    lineup, folder, numbers, large = work
+    results = []
+    for number in numbers:
+        picture = draw(number, large)
+        path = make(picture, lineup, folder)
+        results.append(judge(picture, check_pictures(lineup, [path], arguments_of(picture))[0]))
+        os.remove(path)
+    return results
+
+
+def judge_other(work):
+    """What is found in a picture that is no card: the id of the first fault or the card, or nothing."""
+    lineup, folder, index = work
+    path = os.path.join(folder, f"other-{index}.mkv")
+    run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", OTHERS[index], "-frames:v", "3", "-pix_fmt", "yuv422p",
+         "-c:v", "ffv1", path])
+    report = check_pictures(lineup, [path], ["--expect", "none"])[0]
+    os.remove(path)
+    return OTHERS[index], (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
+
+
+def show(options, folder, pool):
+    numbers = range(options.first, options.first + options.cases)
+    chunks = [(options.lineup, folder, numbers[i:i + 2], options.large) for i in range(0, len(numbers), 2)]
+    results = [result for some in pool.imap(judge_pictures, chunks) for result in some]
+    for result in results:
+        if not result.right:
+            print(f"case {result.picture.number} ({result.picture.name}): due {result.picture.sheet.due}, "
+                  f"{result.verdict} {result.got} {result.wrong_numbers}")
+    undamaged = [result for result in results if not result.picture.families]
+    wrong = [result for result in undamaged if result.got]
+    right = sum(result.right for result in results)
+    print(f"pictures {len(results)}, right {right}, undamaged {len(undamaged)}, undamaged wrong {len(wrong)}, "
+          f"patches off by {max((result.off for result in undamaged), default=0):.2f} codes at most")
+    found = [entry for entry in pool.imap(judge_other, [(options.lineup, folder, i) for i in range(len(OTHERS))])
+             if entry[1] or entry[2]]
+    for entry in found:
+        print(f"found in what is no card: {entry}")
+    return right >= options.at_least * len(results) and not wrong and not found
+
+
+def show_one(options, folder):
+    picture = draw(options.case, options.large)
+    path = make(picture, options.lineup, folder)
+    print(picture.name, picture.sheet.filters)
+    result = judge(picture, check_pictures(options.lineup, [path], arguments_of(picture))[0])
+    print(f"due {picture.sheet.due}, open {picture.sheet.open}; {result.verdict} {result.got} {result.wrong_numbers}\n"
+          + "\n".join(result.texts))
+    if options.keep:
+        shutil.move(path, options.keep)
+    return result.right

@@ -1,0 +1,159 @@
+// Frames of the card whose codes were changed, one way each, and what is said of them.
+#include <lineup/Clip.h>
+#include "Host/Lineup/Check/Picture/CheckPicture.h"
+#include "Host/Lineup/Picture/FloatPicture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using lineup::DecodedPicture;
+using lineup::picture::PictureExaminer;
+using lineup::picture::PictureFindings;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int kWidth = 640;
+constexpr int kHeight = 360;
+constexpr unsigned kBits = 10;
+
+using Codes = std::array<double, 3>;  // 8-bit, with fractions
+
+const lineup::Clip& TheClip() {
+    static const lineup::Clip clip(std::make_shared<lineup::Importer>(TEST_BUNDLE));
+    return clip;
+}
+
+std::uint16_t Stored(double code) {
+    return static_cast<std::uint16_t>(std::clamp(std::lround(code * 4), 0L, (1L << kBits) - 1));
+}
+
+// The HD card in BT.601, which is due at this size, 4:4:4; `change` gets each pixel's codes.
+DecodedPicture Frame(const std::function<void(Codes&)>& change = {}) {
+    const lineup::FloatPicture card = lineup::ReadPicture(TheClip(), kWidth, kHeight, lineup::Card::HD);
+    DecodedPicture picture;
+    picture.head.width = kWidth;
+    picture.head.height = kHeight;
+    picture.head.bits = kBits;
+    picture.head.planes = 3;
+    for (int y = 0; y < kHeight; ++y) {
+        for (std::size_t x = 0; x < kWidth; ++x) {
+            Codes codes{16 + 219 * static_cast<double>(card.Line(0, y)[x]),
+                        128 + 224 * static_cast<double>(card.Line(1, y)[x]),
+                        128 + 224 * static_cast<double>(card.Line(2, y)[x])};
+            if (change) {
+                change(codes);
+            }
+            for (std::size_t plane = 0; plane < 3; ++plane) {
+                picture.planes.at(plane).push_back(Stored(codes.at(plane)));
+            }
+        }
+    }
+    return picture;
+}
+
+PictureFindings Examine(const std::vector<DecodedPicture>& frames, const std::string& card = "auto") {
+    lineup::CheckSettings settings;
+    settings.card = card;
+    PictureExaminer examiner(TheClip(), settings);
+    examiner.OnFacts({.frameRate = 25, .flags = 0, .isStill = 0, .codec = {}});
+    double seconds = 0;
+    for (DecodedPicture frame : frames) {
+        frame.head.seconds = seconds;
+        seconds += 0.04;
+        examiner.OnPicture(frame);
+    }
+    return examiner.Findings();
+}
+
+std::vector<std::string> IdsOf(const PictureFindings& findings) {
+    std::vector<std::string> ids;
+    for (const lineup::CheckFault& fault : findings.faults) {
+        ids.push_back(fault.id);
+    }
+    return ids;
+}
+
+struct Damage {
+    const char* id;
+    std::function<void(Codes&)> change;
+};
+
+TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
+    const std::vector<Damage> damages = {
+        {"range-wrong",
+         [](Codes& c) {
+             c = {(c[0] - 16) * 255 / 219, 128 + (c[1] - 128) * 255 / 224, 128 + (c[2] - 128) * 255 / 224};
+         }},
+        {"gain-wrong", [](Codes& c) { c[0] = 16 + (c[0] - 16) * 0.9; }},
+        {"lift-wrong", [](Codes& c) { c[0] = 16 + 219 * 0.075 + (c[0] - 16) * 0.925; }},
+        {"saturation-wrong",
+         [](Codes& c) {
+             c = {c[0], 128 + (c[1] - 128) * 0.9, 128 + (c[2] - 128) * 0.9};
+         }},
+        {"chroma-swapped", [](Codes& c) { std::swap(c[1], c[2]); }},
+        {"chroma-missing", [](Codes& c) { c[1] = c[2] = 128; }},
+        {"blacks-crushed", [](Codes& c) { c[0] = std::max(c[0], 16.0); }},
+        {"whites-clipped", [](Codes& c) { c[0] = std::min(c[0], 200.0); }},
+        {"bits-truncated",
+         [](Codes& c) {
+             c = {std::floor(c[0]), std::floor(c[1]), std::floor(c[2])};
+         }},
+    };
+    for (const Damage& damage : damages) {
+        EXPECT_THAT(IdsOf(Examine({Frame(damage.change)})), ElementsAre(damage.id));
+    }
+}
+
+TEST(CheckPicture, FindsNothingWrongWithTheCardItself) {
+    const PictureFindings findings = Examine({Frame(), Frame()});
+    EXPECT_TRUE(findings.isCardFound);
+    EXPECT_THAT(IdsOf(findings), IsEmpty());
+    ASSERT_TRUE(findings.picture->place);
+    EXPECT_NEAR(findings.picture->place->width, kWidth, 0.25);
+    for (const lineup::PatchReport& patch : findings.picture->patches) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(patch.measured.at(i), patch.expected.at(i), 0.2) << patch.name;
+        }
+    }
+}
+
+TEST(CheckPicture, FindsNoCardInWhite) {
+    const PictureFindings findings = Examine({Frame([](Codes& c) { c = {235, 128, 128}; })});
+    EXPECT_FALSE(findings.isCardFound);
+    EXPECT_THAT(IdsOf(findings), IsEmpty());
+}
+
+TEST(CheckPicture, ACardThatIsAskedForMustBeThere) {
+    EXPECT_THAT(IdsOf(Examine({Frame()}, "sd")), ElementsAre("card-other"));
+    EXPECT_THAT(IdsOf(Examine({Frame([](Codes& c) { c = {16, 128, 128}; })}, "hd")), ElementsAre("card-missing"));
+}
+
+TEST(CheckPicture, FramesThatDifferAreCountedUpToTheLastOfTheCard) {
+    const DecodedPicture card = Frame();
+    const DecodedPicture black = Frame([](Codes& c) { c = {16, 128, 128}; });
+    EXPECT_THAT(IdsOf(Examine({card, card, black, black})), IsEmpty());
+    const PictureFindings findings = Examine({card, black, black, card, black});
+    ASSERT_THAT(IdsOf(findings), ElementsAre("picture-changes"));
+    EXPECT_EQ(findings.faults.front().measured, 2);
+    EXPECT_NEAR(*findings.faults.front().at, 0.04, 1e-9);
+}
+
+TEST(CheckPicture, TagsThatNameAnotherMatrixAreWrongAndNotTheNumbers) {
+    DecodedPicture frame = Frame();
+    frame.head.matrix = {'b', 't', '7', '0', '9'};
+    EXPECT_THAT(IdsOf(Examine({frame})), ElementsAre("tags-wrong"));
+    frame.head.matrix = {'s', 'm', 'p', 't', 'e', '1', '7', '0', 'm'};
+    EXPECT_THAT(IdsOf(Examine({frame})), IsEmpty());
+}
+
+}  // namespace

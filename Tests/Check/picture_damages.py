@@ -68,6 +68,15 @@ def matrix_again(sheet):
     sheet.is_due("matrix-wrong")
 
 
+def green_coefficient(sheet):
+    """A digit of the green one is wrong, in somebody's table."""
+    cb, cr = (0.1873, 0.4681) if sheet.hd else (0.3441, 0.7141)
+    green = f"(lum(X,Y)-64)-{cb}*219/224*(cb(X,Y)-512)-{cr}*219/224*(cr(X,Y)-512)"
+    sheet.add("format=yuv444p10le", f"geq=lum='lum(X,Y)+0.005*({green})':cb='cb(X,Y)':cr='cr(X,Y)'")
+    sheet.arguments += ["--tolerance", "patches=0.3"]
+    sheet.is_due("matrix-wrong")
+
+
 def stretched(sheet):
     sheet.add("scale=in_range=limited:out_range=full", "setparams=range=tv")
     sheet.is_due("range-wrong")
@@ -258,7 +267,7 @@ def tags_full(sheet):
 
 # What goes with what: a family may follow another of a later group.
 FAMILIES = {function.__name__.replace("_", "-"): function for function in (
-    matrix_missing, matrix_again, stretched, squeezed, squeezed_twice, brightness, gain, contrast, setup, gamma,
+    matrix_missing, matrix_again, green_coefficient, stretched, squeezed, squeezed_twice, brightness, gain, contrast, setup, gamma,
     gamma_rgb, srgb_once_more, saturation, hue, swapped, grey, crushed, clipped, truncated, chroma_late, four_one_one,
     mirrored, flipped, cropped, zoomed, letterboxed, windowed, shifted, noisy, soft, black_frames, tags_rewritten,
     tags_full)}

@@ -63,6 +63,8 @@ def draw(number, large=False):
         codec = LOSSLESS[generator.choice((0, 1, 2))] if codecs is LOSSLESS else LOSSY[generator.choice((0, 2, 3, 6))]
     if families and families[0] == "four-one-one":
         codec = LOSSLESS[generator.choice((0, 1, 4))]
+    if families and families[0] == "green-coefficient":
+        codec = LOSSLESS[generator.choice((0, 3, 4))]
     if families and families[0] == "truncated":
         codec = LOSSLESS[generator.choice((0, 4))]
     if families and families[0] == "chroma-late":
@@ -129,7 +131,7 @@ def draw_size(picture):
 
 
 def arguments_of(picture):
-    return ["--card", "sd" if draw_size(picture) == (720, 576) else "hd", "--expect", "none"]
+    return ["--card", "sd" if draw_size(picture) == (720, 576) else "hd", "--expect", "none", *picture.sheet.arguments]
 
 
 @dataclass

@@ -11,6 +11,8 @@
 
 namespace cli {
 
+namespace scopes {
+
 namespace {
 
 using lineup::PatchReport;
@@ -28,7 +30,7 @@ constexpr const char* kDue = "#e0e0e0";
 constexpr const char* kOff = "#ff4040";
 
 // As a screen shows codes of BT.709, limited range: near enough for a drawing of any matrix.
-std::string Colour(const std::vector<double>& codes) {
+std::string ScreenColour(const std::vector<double>& codes) {
     const double y = (codes[0] - 16) / 219;
     const double cb = (codes[1] - 128) / 224;
     const double cr = (codes[2] - 128) / 224;
@@ -53,7 +55,7 @@ std::string CardDrawing(const PictureReport& picture) {
         const std::string box = fmt::format(
             "x=\"{:.1f}\" y=\"{:.1f}\" width=\"{:.1f}\" height=\"{:.1f}\"", patch.left * kCardWidth,
             kTop + patch.top * shown, (patch.right - patch.left) * kCardWidth, (patch.bottom - patch.top) * shown);
-        text += fmt::format("<rect {} fill=\"{}\"><title>{}</title></rect>\n", box, Colour(patch.measured),
+        text += fmt::format("<rect {} fill=\"{}\"><title>{}</title></rect>\n", box, ScreenColour(patch.measured),
                             Escaped(patch.name));
         if (PatchOff(patch) > kPatchOff) {
             outlines +=
@@ -82,7 +84,7 @@ std::string Pair(const PatchReport& patch, std::array<double, 2> due, std::array
     return text + fmt::format(
                       "<circle class=\"found\" cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"3\" fill=\"{}\" stroke=\"{}\">"
                       "<title>{}</title></circle>\n",
-                      found[0], found[1], Colour(patch.measured), isOff ? kOff : kDue, Escaped(patch.name));
+                      found[0], found[1], ScreenColour(patch.measured), isOff ? kOff : kDue, Escaped(patch.name));
 }
 
 std::string Vectorscope(const PictureReport& picture) {
@@ -120,15 +122,18 @@ std::string Waveform(const PictureReport& picture) {
 
 }  // namespace
 
+}  // namespace scopes
+
 int CheckScopesHeight(const lineup::CheckReport& report) {
-    return report.picture && !report.picture->patches.empty() ? kTop + kHeight + kTop : 0;
+    return report.picture && !report.picture->patches.empty() ? scopes::kTop + scopes::kHeight + scopes::kTop : 0;
 }
 
 std::string CheckScopes(const lineup::CheckReport& report) {
     if (CheckScopesHeight(report) == 0) {
         return "";
     }
-    return CardDrawing(*report.picture) + Vectorscope(*report.picture) + Waveform(*report.picture);
+    return scopes::CardDrawing(*report.picture) + scopes::Vectorscope(*report.picture) +
+           scopes::Waveform(*report.picture);
 }
 
 }  // namespace cli

@@ -13,9 +13,10 @@ namespace lineup::picture {
 
 namespace {
 
-constexpr int kMostTries = 60;  // frames that are searched for a card
-constexpr int kLeastSide = 64;  // pixels of a frame
-constexpr double kReach = 3;    // pixels of the small picture that was searched
+constexpr int kThoroughTries = 6;   // frames that are searched everywhere, one after the other
+constexpr int kThoroughEvery = 40;  // and then one in so many
+constexpr int kLeastSide = 64;      // pixels of a frame
+constexpr double kReach = 3;        // pixels of the small picture that was searched
 constexpr int kSearchedWidth = 320;
 
 std::string TextOf(const decoding::TextField<16>& field) {
@@ -70,7 +71,8 @@ std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
 void PictureExaminer::Look(const DecodedPicture& picture) {
     const Raster raster = MakeRaster(picture);
     const std::vector<CardModel>& models = ModelsFor(raster.width, raster.height);
-    const auto found = FindCard(raster, models);
+    const bool everywhere = mTries <= kThoroughTries || mTries % kThoroughEvery == 0;
+    const auto found = FindCard(raster, models, everywhere);
     if (!found) {
         return;
     }
@@ -101,7 +103,8 @@ bool PictureExaminer::OnPicture(const DecodedPicture& picture) {
     }
     if (mFound) {
         mSeries.Add(picture);
-    } else if (++mTries <= kMostTries) {
+    } else {
+        ++mTries;
         Look(picture);
     }
     return true;

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
 #include "Host/Lineup/Check/Picture/Decide/ChainFaults.h"
+#include "Host/Lineup/Check/Picture/Decide/Coefficients.h"
 #include "Host/Lineup/Check/Picture/Decide/FitChain.h"
 #include "Host/Lineup/Check/Picture/Decide/Verdict.h"
 
@@ -52,6 +53,7 @@ public:
         if (!mIsWithin) {
             mFindings->faults = Joined(std::move(mFindings->faults), FaultsOf(Unplanned(), mScale, mDue));
             TellOthers();
+            TellCoefficients();
         }
         TellTags();
         const bool isOther = IsOtherMakers();
@@ -182,6 +184,18 @@ private:
                      .text = fmt::format("The patches can be explained as well so: {}.", words)});
                 return;
             }
+        }
+    }
+
+    void TellCoefficients() {
+        const auto shares = mBest.chain.Cost() == 0 && !mScale.isRgb ? OddCoefficients(mScale, mPairs) : std::nullopt;
+        if (shares) {
+            mFindings->faults.push_back(
+                MakePictureFault("matrix-wrong", {}, {},
+                                 fmt::format("Luma has {:.4f}, {:.4f} and {:.4f} of red, green and blue, where {} has "
+                                             "{:.4f}, {:.4f} and {:.4f}.",
+                                             (*shares)[0], (*shares)[1], (*shares)[2], mDue, mScale.due[0][0],
+                                             mScale.due[0][1], mScale.due[0][2])));
         }
     }
 

@@ -66,12 +66,12 @@ private:
 
 }  // namespace
 
-std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models) {
+std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models, bool everywhere) {
     Search search(raster);
     for (const CardModel& model : models) {
         search.TryWholeFrame(model);
     }
-    if (!search.IsDone()) {
+    if (everywhere && !search.IsDone()) {
         for (const CardModel& model : models) {
             search.TryEverywhere(model);
         }

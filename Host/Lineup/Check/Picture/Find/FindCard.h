@@ -16,8 +16,9 @@ struct FoundCard {
     double explained = 0;
 };
 
-/// Looks for these cards: in the whole frame first, then at any place and scale from a fifth to two and a half times
-/// the frame, mirrored and flipped too. Nothing where there is none.
-[[nodiscard]] std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models);
+/// Looks for these cards: in the whole frame first, then if `everywhere` at any place and scale from a fifth to two and
+/// a half times the frame, mirrored and flipped too. Nothing where there is none.
+[[nodiscard]] std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models,
+                                                bool everywhere);
 
 }  // namespace lineup::picture

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Host/Lineup/Check/Picture/Decide/FitChain.h"
+
+#include <optional>
+#include <span>
+
+namespace lineup::picture {
+
+/// The shares of red, green and blue in luma that the patches have, where they differ from those of the matrix that is
+/// due and explain the patches several times better than it does: a digit is wrong in somebody's table.
+[[nodiscard]] std::optional<Triple> OddCoefficients(const CodeScale& scale, std::span<const ColourPair> pairs);
+
+}  // namespace lineup::picture

@@ -133,3 +133,14 @@ MEMORY = (
     ("memory: ProRes 422 HQ", "{lineup} render {folder}/out.mov --duration {seconds} -y -q {sync}", 60, 3600, 600, ""),
     ("memory: check", "{lineup} check -q {given}", 60, 3600, 600, RECORDING),
 )
+
+# Processor time of two streams that run side by side, ours and FFmpeg's of a finished file. {port} has a receiver that
+# reads nothing.
+STREAM = "--ident blits --audio-codec ac3 --bitrate 3M"
+STREAMS = (
+    ("stream: H.264 and AC-3",
+     f"{{lineup}} send udp://127.0.0.1:{{port}} {STREAM} -q",
+     "ffmpeg -nostdin -v error -re -stream_loop -1 -i {given} -c copy -f mpegts -muxrate 3000000 "
+     "'udp://127.0.0.1:{port}?pkt_size=1316&bitrate=3000000'",
+     f"{{lineup}} send {{given}} {STREAM} --for 134 --clock free -y -q", 60, 15),
+)

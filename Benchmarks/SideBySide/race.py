@@ -1,6 +1,8 @@
 """Paired runs: ours and each rival by turns, so that all meet the same machine in the same minutes."""
 
 import os
+import shlex
+import socket
 import statistics
 import subprocess
 import time
@@ -130,3 +132,47 @@ class Runner:
             "unit": "MiB",
             "rounds": 1,
         }
+
+    def stream(self, name, ours, theirs, given, seconds):
+        """Milliseconds of processor time that a second of a stream takes, of two that run at the same time. What they
+        do to begin with is not counted."""
+        settle = 5
+        given_file = os.path.join(self.given, "given.ts")
+        places = {"lineup": self.lineup, "given": given_file}
+        subprocess.run(shlex.split(given.format(port=0, **places)), check=True)
+        receivers = [socket.socket(socket.AF_INET, socket.SOCK_DGRAM) for _ in range(2)]
+        processes = []
+        try:
+            for receiver, command in zip(receivers, (ours, theirs)):
+                receiver.bind(("127.0.0.1", 0))
+                line = shlex.split(command.format(port=receiver.getsockname()[1], **places))
+                processes.append(subprocess.Popen(line, stdin=subprocess.DEVNULL))
+            time.sleep(settle)
+            before = [processor_seconds(process.pid) for process in processes]
+            time.sleep(seconds)
+            taken = [1000 * (processor_seconds(process.pid) - was) / seconds
+                     for process, was in zip(processes, before)]
+        finally:
+            for process in processes:
+                process.terminate()
+                process.wait()
+            for receiver in receivers:
+                receiver.close()
+        return {
+            "contest": name,
+            "rival": "ffmpeg -c copy",
+            "mediaSeconds": seconds,
+            "ours": taken[0],
+            "theirs": taken[1],
+            "ratio": taken[1] / max(taken[0], 1e-9),
+            "goal": ">= 1",
+            "unit": "ms/s",
+            "rounds": 1,
+        }
+
+
+def processor_seconds(process):
+    """What a process that runs has taken so far, by the system's accounts."""
+    with open(f"/proc/{process}/stat", encoding="ascii", errors="replace") as file:
+        user, system = file.read().rpartition(")")[2].split()[11:13]
+    return (int(user) + int(system)) / os.sysconf("SC_CLK_TCK")

@@ -85,6 +85,9 @@ def side_by_side(options, folder):
     for name, command, shorter, longer, quick_longer, given in contests.MEMORY:
         if options.only in name:
             add(runner.memory(name, command, shorter, quick_longer if options.quick else longer, given))
+    for name, ours, theirs, given, seconds, quick_seconds in contests.STREAMS:
+        if options.only in name:
+            add(runner.stream(name, ours, theirs, given, quick_seconds if options.quick else seconds))
     return rows
 
 

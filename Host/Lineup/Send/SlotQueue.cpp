@@ -7,7 +7,10 @@ inline namespace parts {
 
 namespace {
 
-constexpr std::size_t kSlotsAhead = 12;
+// Slots are made several at a time, from the fewest that are left to the most: a change of threads costs more than a
+// slot.
+constexpr std::size_t kFewest = 6;
+constexpr std::size_t kMost = 18;
 
 }  // namespace
 
@@ -19,48 +22,54 @@ SlotQueue::~SlotQueue() {
         const std::lock_guard lock(mMutex);
         mStopped = true;
     }
-    mChanged.notify_all();
+    mRoom.notify_one();
     mThread.join();
+}
+
+bool SlotQueue::WaitForRoom(bool filling, std::vector<std::uint8_t>& bytes) {
+    std::unique_lock lock(mMutex);
+    if (!filling || mMade.size() >= kMost) {
+        mRoom.wait(lock, [this] { return mStopped || mMade.size() <= kFewest; });
+    }
+    if (!mSpare.empty()) {
+        bytes = std::move(mSpare.back());
+        mSpare.pop_back();
+    }
+    return !mStopped;
 }
 
 void SlotQueue::Run(std::int64_t slot) {
     try {
-        for (;; ++slot) {
-            std::vector<std::uint8_t> bytes;
-            {
-                std::unique_lock lock(mMutex);
-                mChanged.wait(lock, [this] { return mStopped || mMade.size() < kSlotsAhead; });
-                if (mStopped) {
-                    return;
-                }
-                if (!mSpare.empty()) {
-                    bytes = std::move(mSpare.back());
-                    mSpare.pop_back();
-                }
-            }
+        std::vector<std::uint8_t> bytes;
+        for (bool filling = false; WaitForRoom(filling, bytes); ++slot) {
+            filling = true;
             bytes.clear();
             mMake(slot, bytes);
             const std::lock_guard lock(mMutex);
             mMade.push_back(std::move(bytes));
-            mChanged.notify_all();
+            if (mMade.size() == 1) {
+                mFilled.notify_one();
+            }
         }
     } catch (...) {
         const std::lock_guard lock(mMutex);
         mError = std::current_exception();
-        mChanged.notify_all();
+        mFilled.notify_one();
     }
 }
 
 void SlotQueue::Take(std::vector<std::uint8_t>& bytes) {
     std::unique_lock lock(mMutex);
-    mChanged.wait(lock, [this] { return !mMade.empty() || mError != nullptr; });
+    mFilled.wait(lock, [this] { return !mMade.empty() || mError != nullptr; });
     if (mMade.empty()) {
         std::rethrow_exception(mError);
     }
     mSpare.push_back(std::move(bytes));
     bytes = std::move(mMade.front());
     mMade.pop_front();
-    mChanged.notify_all();
+    if (mMade.size() <= kFewest) {
+        mRoom.notify_one();
+    }
 }
 
 }  // namespace parts

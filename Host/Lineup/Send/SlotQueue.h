@@ -28,10 +28,12 @@ public:
 
 private:
     void Run(std::int64_t slot);
+    [[nodiscard]] bool WaitForRoom(bool filling, std::vector<std::uint8_t>& bytes);
 
     MakeSlot mMake;
     std::mutex mMutex;
-    std::condition_variable mChanged;
+    std::condition_variable mRoom;
+    std::condition_variable mFilled;
     std::deque<std::vector<std::uint8_t>> mMade;
     std::vector<std::vector<std::uint8_t>> mSpare;  // memory to use again
     std::exception_ptr mError;

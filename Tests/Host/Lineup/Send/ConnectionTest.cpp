@@ -1,0 +1,135 @@
+#include <lineup/Send.h>
+#include "Tests/Host/Lineup/Export/MediaFile.h"
+#include "Tests/Host/Lineup/Send/SimulatedClock.h"
+#include "Tests/Host/Lineup/Send/TransportReader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <array>
+#include <netinet/in.h>
+#include <stdexcept>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// A receiver on a port that the system chooses. It takes one caller at a time, and what has come so far.
+class TcpReceiver {
+public:
+    TcpReceiver() : mListener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof(address);
+        if (bind(mListener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(mListener, 1) != 0 ||
+            getsockname(mListener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+            throw std::runtime_error("cannot listen on 127.0.0.1");
+        }
+        url = "tcp://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    }
+    ~TcpReceiver() {
+        HangUp();
+        close(mListener);
+    }
+    TcpReceiver(const TcpReceiver&) = delete;
+    TcpReceiver& operator=(const TcpReceiver&) = delete;
+
+    void Take() {
+        if (mCaller < 0) {
+            mCaller = accept4(mListener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+            if (mCaller < 0) {
+                return;
+            }
+            calls.emplace_back();
+        }
+        std::array<std::uint8_t, 4096> bytes{};
+        ssize_t size = 0;
+        while ((size = recv(mCaller, bytes.data(), bytes.size(), 0)) > 0) {
+            calls.back().insert(calls.back().end(), bytes.begin(), bytes.begin() + size);
+        }
+    }
+
+    void HangUp() {
+        if (mCaller >= 0) {
+            close(mCaller);
+        }
+        mCaller = -1;
+    }
+
+    std::string url;
+    std::vector<std::vector<std::uint8_t>> calls;  // what came in each
+
+private:
+    int mListener;
+    int mCaller = -1;
+};
+
+// Until then the clock stands still for nobody: what is due meanwhile is lost, and clip time goes on.
+TEST(Connection, IsMadeAgainWhenAReceiverHasGoneAway) {
+    constexpr std::size_t kEnough = 500'000;
+    const lineup::Clip clip = test::OpenClip(2);
+    TcpReceiver receiver;
+    test::SimulatedClock clock;
+    lineup::SendSettings settings;
+    settings.target = receiver.url;
+    settings.width = 320;
+    settings.height = 240;
+    settings.audioCodec = "mp2";
+    settings.clock = &clock;
+    std::vector<std::string> notices;
+    settings.notice = [&notices](const std::string& text) { notices.push_back(text); };
+    bool hungUp = false;
+    const lineup::SendStatus status = Send(clip, settings, [&](const lineup::SendStatus&) {
+        receiver.Take();
+        if (!hungUp && !receiver.calls.empty() && receiver.calls[0].size() > kEnough) {
+            receiver.HangUp();
+            hungUp = true;
+        }
+        return receiver.calls.size() < 2 || receiver.calls[1].size() < kEnough;
+    });
+    // Simulated time may be faster than the connection.
+    std::erase_if(notices,
+                  [](const std::string& text) { return text.find("as fast as it is sent") != std::string::npos; });
+    ASSERT_EQ(notices.size(), 3U);
+    EXPECT_EQ(notices[0], "connected to " + receiver.url);
+    EXPECT_THAT(notices[1], HasSubstr("lost " + receiver.url));
+    EXPECT_EQ(notices[2], "connected to " + receiver.url);
+    EXPECT_GT(status.lostDatagrams, 0);
+    std::vector<std::int64_t> firstClock;
+    for (const auto& call : receiver.calls) {  // each is whole datagrams in their order, but for those a slow one loses
+        const auto stream = test::ReadTransport(std::span(call).first(call.size() / 188 * 188));
+        ASSERT_FALSE(stream.clocks.empty());
+        firstClock.push_back(stream.clocks.front().pcr);
+        EXPECT_EQ(call[0], 0x47);
+    }
+    EXPECT_GT(firstClock[1] - firstClock[0], 27'000'000);  // a second at least: that long it waits before it tries
+}
+
+TEST(Connection, SaysThatNobodyIsThereAndTriesOn) {
+    std::string url;
+    {
+        const TcpReceiver gone;
+        url = gone.url;
+    }
+    const lineup::Clip clip = test::OpenClip(2);
+    test::SimulatedClock clock;
+    lineup::SendSettings settings;
+    settings.target = url;
+    settings.videoCodec = lineup::kNoCodec;
+    settings.audioCodec = "mp2";
+    settings.clock = &clock;
+    std::vector<std::string> notices;
+    settings.notice = [&notices](const std::string& text) { notices.push_back(text); };
+    const lineup::SendStatus status = Send(clip, settings, [&](const lineup::SendStatus&) { return notices.empty(); });
+    EXPECT_EQ(notices.front(), "cannot reach " + url + ": Connection refused; trying on, and clip time goes on");
+    EXPECT_EQ(status.lostDatagrams, status.datagrams);
+}
+
+}  // namespace

@@ -82,6 +82,7 @@ TEST(SendProgram, SaysWhatIsWrong) {
         {{"x.ts", "--bitrate", "90k"}, 2, "which this picture and sound need"},
         {{"x.ts", "--gop", "0.5"}, 2, "must be a whole number of frames"},
         {{"x.ts", "--clock", "sand"}, 2, "must be steady, wall or free"},
+        {{"udp://127.0.0.1:9", "--clock", "free"}, 2, "is for a file or a pipe"},
         {{"x.ts", "--format", "l24"}, 2, "is for rtp:// alone"},
     };
     for (const Row& row : rows) {

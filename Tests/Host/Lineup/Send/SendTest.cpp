@@ -161,7 +161,12 @@ TEST(Send, MakesTwoSendersByTheSystemsClockAlike) {
     }
     const auto begin = std::ranges::search(sent[0], std::span(sent[1]).first(188));
     ASSERT_FALSE(begin.empty());
-    EXPECT_TRUE(std::ranges::equal(std::span(begin.begin(), sent[0].end()), sent[1]));
+    const std::span late(begin.begin(), sent[0].end());
+    ASSERT_EQ(late.size(), sent[1].size());
+    for (std::size_t at = 0; at < late.size(); at += 188) {  // which packet, of what, tells where the difference began
+        ASSERT_TRUE(std::ranges::equal(late.subspan(at, 188), std::span(sent[1]).subspan(at, 188)))
+            << "packet " << at / 188 << " of PID " << (NumberAt(sent[1], at + 1, 2) & 0x1FFFU);
+    }
     EXPECT_GT(sent[0].size(), sent[1].size());
     EXPECT_GT(sent[1].size(), sent[0].size() / 2);
 }

@@ -11,16 +11,17 @@ namespace gstreamer {
 
 namespace {
 
-/// The values of an enumeration as the framework keeps them: for ever. `gst-inspect-1.0` shows the titles.
+/// The values of an enumeration. `gst-inspect-1.0` shows the titles.
 class EnumValues {
 public:
     void Add(int value, std::string_view name, std::string_view title) {
         const auto keep = [](std::string_view text) { return g_intern_string(std::string(text).c_str()); };
         mValues.push_back({value, keep(title), keep(name)});
     }
+    /// The type refers to these values for ever.
     [[nodiscard]] GType Register(const char* typeName) {
         mValues.push_back({0, nullptr, nullptr});
-        return g_enum_register_static(typeName, (new std::vector<GEnumValue>(std::move(mValues)))->data());
+        return g_enum_register_static(typeName, mValues.data());
     }
 
 private:
@@ -31,7 +32,7 @@ private:
 
 GType SoundEnum() {
     static const GType type = [] {
-        EnumValues values;
+        static EnumValues& values = *new EnumValues;  // outlives whatever is used when the process ends
         values.Add(0, "tone", "Steady tone");
         int number = 0;
         for (const lineup::Ident& ident : lineup::Idents()) {
@@ -47,7 +48,7 @@ GType CardEnum() {
         static constexpr std::array<std::string_view, 3> kTitles = {"The card for the picture's height", "The HD card",
                                                                     "The SD card"};
         static_assert(kTitles.size() == lineup::kCardNames.size());
-        EnumValues values;
+        static EnumValues& values = *new EnumValues;  // outlives whatever is used when the process ends
         for (std::size_t i = 0; i < kTitles.size(); ++i) {
             values.Add(static_cast<int>(lineup::kCardNames.at(i).card), lineup::kCardNames.at(i).name, kTitles.at(i));
         }

@@ -57,13 +57,13 @@ TEST(Address, NamesTheKeyThatIsWrongAndWhatWouldBeRight) {
 }
 
 TEST(Address, IsOpenedByAnyPlayer) {
-    for (const char* const player : {"uridecodebin", "uridecodebin3", "lineupsrc"}) {
+    for (const char* const player : {"uridecodebin", "lineupsrc"}) {
         const auto played =
-            test::PlayOnce(player + std::string(" uri=lineup://?ident=blits&size=64x36&duration=0.1 name=s "
+            test::PlayOnce(player + std::string(" uri=lineup://?ident=blits&size=64x36&duration=1 name=s "
                                                 "s. ! video/x-raw ! fakesink sync=false s. ! audio/x-raw ! queue"));
         EXPECT_EQ(played.error, "") << player;
         EXPECT_EQ(test::Difference(test::PlanesOf(played.Bytes(), 6),
-                                   test::PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 4800)),
+                                   test::PlugInSound(test::IdentSettings(lineup::BLITS5_1), 0, 48000)),
                   "");
     }
 }

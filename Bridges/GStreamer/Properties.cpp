@@ -3,7 +3,9 @@
 #include <lineup/Card.h>
 #include <lineup/Idents.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,10 +20,11 @@ public:
         const auto keep = [](std::string_view text) { return g_intern_string(std::string(text).c_str()); };
         mValues.push_back({value, keep(title), keep(name)});
     }
-    /// The type refers to these values for ever.
-    [[nodiscard]] GType Register(const char* typeName) {
-        mValues.push_back({0, nullptr, nullptr});
-        return g_enum_register_static(typeName, mValues.data());
+    /// The type refers to its values for ever.
+    [[nodiscard]] GType Register(const char* typeName) const {
+        auto kept = std::make_unique<GEnumValue[]>(mValues.size() + 1);  // the last one is zeros
+        std::ranges::copy(mValues, kept.get());
+        return g_enum_register_static(typeName, kept.release());
     }
 
 private:
@@ -32,7 +35,7 @@ private:
 
 GType SoundEnum() {
     static const GType type = [] {
-        static EnumValues& values = *new EnumValues;  // outlives whatever is used when the process ends
+        EnumValues values;
         values.Add(0, "tone", "Steady tone");
         int number = 0;
         for (const lineup::Ident& ident : lineup::Idents()) {
@@ -48,7 +51,7 @@ GType CardEnum() {
         static constexpr std::array<std::string_view, 3> kTitles = {"The card for the picture's height", "The HD card",
                                                                     "The SD card"};
         static_assert(kTitles.size() == lineup::kCardNames.size());
-        static EnumValues& values = *new EnumValues;  // outlives whatever is used when the process ends
+        EnumValues values;
         for (std::size_t i = 0; i < kTitles.size(); ++i) {
             values.Add(static_cast<int>(lineup::kCardNames.at(i).card), lineup::kCardNames.at(i).name, kTitles.at(i));
         }

@@ -64,7 +64,7 @@ std::vector<SoundEvent> FindClicks(const History& history, const SlotSound& soun
         }
         const double usual = MedianOf(std::move(peaks));
         for (std::int64_t hop = first; hop < end; ++hop) {
-            const double peak = static_cast<double>(hops[hop].highPeak);
+            const auto peak = static_cast<double>(hops[hop].highPeak);
             if (peak > kClickOverUsual * usual + kLeastClick && GoesOnAround(hops, hop)) {
                 clicks.push_back(
                     {SoundEvent::Kind::Click, (static_cast<double>(hop) + 0.5) * hopSeconds, peak, {number}});

@@ -26,6 +26,7 @@ constexpr double kPhaseKnown = 0.01;     // of a period
 constexpr int kMostPeriods = 30;
 constexpr double kOneTime = 0.03;          // s
 constexpr double kEvenPiece = 0.002;       // s
+constexpr double kFarPiece = 0.008;        // s
 constexpr double kCutEdge = 0.008;         // s
 constexpr double kClearStep = 0.012;       // s
 constexpr double kFlatPiece = 0.004;       // s
@@ -201,6 +202,10 @@ std::vector<EdgeVote> RoughEdges(std::span<const ToneRun> runs, const Reference&
 
 bool LieOnOneLevel(std::span<const EdgeVote> edges) {
     return edges.size() >= kEdgesOnSide && Scatter({edges.begin(), edges.end()}, 0, 0) < kEvenPiece;
+}
+
+bool LieApart(std::span<const EdgeVote> edges) {
+    return edges.size() >= kEdgesOnSide && Scatter({edges.begin(), edges.end()}, 0, 0) > kFarPiece;
 }
 
 std::optional<double> LostBetween(std::span<const EdgeVote> edges, double at) {

@@ -31,6 +31,8 @@ struct EdgeVote {
 
 /// Whether the edges are all as late as each other: time neither jumps nor goes at another tempo.
 [[nodiscard]] bool LieOnOneLevel(std::span<const EdgeVote> edges);
+/// They are so far apart that the placing cannot be right.
+[[nodiscard]] bool LieApart(std::span<const EdgeVote> edges);
 
 /// How much was lost at `at`, by the edges before and after: those of inputs that have both, else all. Empty where one
 /// side has none.

@@ -9,6 +9,7 @@ namespace lineup::sound {
 namespace {
 
 constexpr std::size_t kTaps = 24;
+constexpr double kBefore = 11;       // taps before the sample
 constexpr std::size_t kParts = 128;  // of a sample: between them weights lie on a line
 
 using Weights = std::array<float, kTaps>;
@@ -18,7 +19,7 @@ std::vector<Weights> MakeWeights() {
     std::vector<Weights> weights(kParts + 1);
     for (std::size_t part = 0; part <= kParts; ++part) {
         for (std::size_t tap = 0; tap < kTaps; ++tap) {
-            const double away = static_cast<double>(part) / kParts + kTaps / 2 - 1 - static_cast<double>(tap);
+            const double away = static_cast<double>(part) / kParts + kBefore - static_cast<double>(tap);
             const double window = std::cos(std::numbers::pi * away / (kTaps + 2));
             const double angle = std::numbers::pi * away;
             const double sinc = std::abs(angle) < 1e-9 ? 1 : std::sin(angle) / angle;

@@ -162,6 +162,10 @@ public:
         return !mSlots.empty() && LieOnOneLevel(RoughEdges(runs, *mReference, mPlacing));
     }
 
+    [[nodiscard]] bool EdgesLieApart(std::span<const ToneRun> runs) const {
+        return LieApart(RoughEdges(runs, *mReference, mPlacing));
+    }
+
     [[nodiscard]] Survey Measure() {
         Look();
         if (std::ranges::any_of(mCoarse, [](const auto& late) { return late && std::abs(*late) > kLateEnough; })) {
@@ -337,7 +341,8 @@ std::optional<Survey> MakeSurvey(const History& history, const Sighting& sightin
         asFast.placing.start += sighting.first - asFast.placing.ToRecording(sighting.placing.ToClip(sighting.first));
         Surveyor surveyor(history, asFast);
         const std::size_t jumps = surveyor.FindSlots() ? surveyor.FindJumps(runs) : 0;
-        if ((jumps > 0 && jumps <= kFewJumps) || (jumps == 0 && surveyor.GoesAsFast(runs))) {
+        if ((jumps > 0 && jumps <= kFewJumps && !surveyor.EdgesLieApart(runs)) ||
+            (jumps == 0 && surveyor.GoesAsFast(runs))) {
             return surveyor.Measure();
         }
     }

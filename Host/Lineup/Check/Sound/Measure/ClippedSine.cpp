@@ -68,7 +68,8 @@ std::optional<double> PartOfHarmonics(const LineFindings& lines) {
         return std::nullopt;
     }
     double best = kMostPart;
-    for (double part = kLeastPart; part < kMostPart; part += kPartStep) {
+    for (int step = 0; kLeastPart + step * kPartStep < kMostPart; ++step) {
+        const double part = kLeastPart + step * kPartStep;
         best = Misfit(lines, part) < Misfit(lines, best) ? part : best;
     }
     const double height = std::abs(third.Mean());

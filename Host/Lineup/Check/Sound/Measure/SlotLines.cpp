@@ -144,7 +144,9 @@ void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, doub
               LineFindings& lines) {
     const double reach = spectrum.Reach() + 1;
     std::vector<double> frequencies;
-    for (double frequency = kFirstBetween; frequency < kBandEdge * rate; frequency += kBetweenStep) {
+    const auto count = static_cast<int>(std::ceil((kBandEdge * rate - kFirstBetween) / kBetweenStep));
+    for (int number = 0; number < count; ++number) {
+        const double frequency = kFirstBetween + number * kBetweenStep;
         if (!IsNearTone(tones, pitch, frequency, reach) && !IsNearMains(frequency, pitch, reach)) {
             frequencies.push_back(frequency);
         }

@@ -20,6 +20,7 @@ constexpr double kLeastDepth = 150e-6;  // the same, of one frequency
 constexpr double kLowestHertz = 0.2;
 constexpr double kHighestHertz = 8;
 constexpr double kHertzStep = 0.04;
+constexpr double kLeastHertzStep = 2e-6;
 constexpr double kExplained = 0.5;  // of the squares
 constexpr std::size_t kFewestTurns = 40;
 constexpr int kWanderRounds = 4;
@@ -132,12 +133,14 @@ Swing FitSwing(std::span<const SpeedAt> speeds, double hertz) {
 
 Swing BestSwing(std::span<const SpeedAt> speeds) {
     Swing best = FitSwing(speeds, kLowestHertz);
-    for (double hertz = kLowestHertz; hertz < kHighestHertz; hertz += kHertzStep) {
-        const Swing swing = FitSwing(speeds, hertz);
+    for (int step = 0; kLowestHertz + step * kHertzStep < kHighestHertz; ++step) {
+        const Swing swing = FitSwing(speeds, kLowestHertz + step * kHertzStep);
         best = swing.squares < best.squares ? swing : best;
     }
     // Between the steps.
-    for (double step = kHertzStep / 2; step > 1e-6; step /= 2) {
+    double step = kHertzStep;
+    while (step > kLeastHertzStep) {
+        step /= 2;
         for (const double hertz : {best.hertz - step, best.hertz + step}) {
             const Swing swing = FitSwing(speeds, hertz);
             best = swing.squares < best.squares ? swing : best;

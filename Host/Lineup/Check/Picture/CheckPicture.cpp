@@ -71,14 +71,17 @@ std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
 void PictureExaminer::Look(const DecodedPicture& picture) {
     const Raster raster = MakeRaster(picture);
     const std::vector<CardModel>& models = ModelsFor(raster.width, raster.height);
-    const bool everywhere = mTries <= kThoroughTries || mTries % kThoroughEvery == 0;
-    const auto found = FindCard(raster, models, everywhere);
-    if (!found) {
-        return;
-    }
     const double reach = kReach * std::max(1.0, static_cast<double>(raster.width) / kSearchedWidth);
-    mFoundModel = *found->model;
-    mFound = Examine(picture, raster, mFoundModel, found->place, reach);
+    const auto take = [&](const std::optional<FoundCard>& found) {
+        if (found) {
+            mFoundModel = *found->model;
+            mFound = Examine(picture, raster, mFoundModel, found->place, reach);
+        }
+    };
+    take(FindInWholeFrame(raster, models));
+    if (!mFound && (mTries <= kThoroughTries || mTries % kThoroughEvery == 0)) {
+        take(FindAnywhere(raster, models));
+    }
     if (mFound) {
         mSeries.SetReference(picture);
     }

@@ -7,8 +7,7 @@ namespace lineup::picture {
 
 namespace {
 
-constexpr int kSmall = 320;              // pixels
-constexpr double kWellExplained = 0.97;  // of the whole frame: no other place is looked for
+constexpr int kSmall = 320;  // pixels
 constexpr double kExplained = 0.9;
 constexpr double kLeastContrast = 8;  // codes
 constexpr std::size_t kSpans = 24;    // along each axis
@@ -37,8 +36,6 @@ public:
         }
     }
 
-    [[nodiscard]] bool IsDone() const { return mBest.explained >= kWellExplained; }
-
     [[nodiscard]] std::optional<FoundCard> Result() const {
         if (mBest.explained < kExplained) {
             return std::nullopt;
@@ -66,15 +63,18 @@ private:
 
 }  // namespace
 
-std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models, bool everywhere) {
+std::optional<FoundCard> FindInWholeFrame(const Raster& raster, std::span<const CardModel> models) {
     Search search(raster);
     for (const CardModel& model : models) {
         search.TryWholeFrame(model);
     }
-    if (everywhere && !search.IsDone()) {
-        for (const CardModel& model : models) {
-            search.TryEverywhere(model);
-        }
+    return search.Result();
+}
+
+std::optional<FoundCard> FindAnywhere(const Raster& raster, std::span<const CardModel> models) {
+    Search search(raster);
+    for (const CardModel& model : models) {
+        search.TryEverywhere(model);
     }
     return search.Result();
 }

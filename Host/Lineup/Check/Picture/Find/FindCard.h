@@ -16,9 +16,11 @@ struct FoundCard {
     double explained = 0;
 };
 
-/// Looks for these cards: in the whole frame first, then if `everywhere` at any place and scale from a fifth to two and
-/// a half times the frame, mirrored and flipped too. Nothing where there is none.
-[[nodiscard]] std::optional<FoundCard> FindCard(const Raster& raster, std::span<const CardModel> models,
-                                                bool everywhere);
+/// Looks for these cards in the whole frame, mirrored and flipped too; nothing where there is none. One that lies a
+/// little beside its place may look like one that does not.
+[[nodiscard]] std::optional<FoundCard> FindInWholeFrame(const Raster& raster, std::span<const CardModel> models);
+
+/// The same at any place and scale, from a fifth to two and a half times the frame.
+[[nodiscard]] std::optional<FoundCard> FindAnywhere(const Raster& raster, std::span<const CardModel> models);
 
 }  // namespace lineup::picture

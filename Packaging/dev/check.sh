@@ -88,7 +88,7 @@ verb_check() {
     case ${1:-} in
         '') need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check ;;
         --all)
-            need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check packages packages-tests
+            need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check packages packages-tests roots
             lint=compiled_sources
             ;;
         *) fail "check takes --all, or nothing" ;;
@@ -103,6 +103,8 @@ verb_check() {
         step "macOS bundle" check_mac
         step "Packages" check_packages
         step "Packages, made twice" check_reproducible
+        step "Debian 12, in a root of its own" check_root bookworm
+        step "Debian 13, in a root of its own" check_root trixie
     fi
     # Last, so that the run ends with the tally of every test.
     say "== Address and undefined-behaviour sanitizers"

@@ -20,3 +20,12 @@ check_packages() {
 
 # Twice, on two sides of everything that a build may take up from where it runs.
 check_reproducible() { sh "$root/Packaging/dev/reproducible.sh" "$root/build/reproducible" release-packages; }
+
+# check_root SUITE: everything built and tested with what that release of Debian has.
+check_root() {
+    local -a as_root=()
+    if [ "$(id -u)" != 0 ]; then
+        as_root=(sudo)
+    fi
+    "${as_root[@]}" sh "$root/Packaging/dev/in_root.sh" "$root/build/roots" "$1"
+}

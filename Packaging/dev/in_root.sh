@@ -1,0 +1,42 @@
+#!/bin/sh
+# in_root.sh FOLDER SUITE [TARGET...]: builds the product with its tests in a minimal root of a release of Debian that lies
+# in FOLDER/SUITE and is made there at first, warnings as errors, and runs the tests; with TARGETs, builds those alone. Takes
+# the rights of root, debootstrap and a mirror (MIRROR). The source tree is seen there read-only, and nothing else of this
+# machine.
+set -eu
+source=$(cd "$(dirname "$0")/../.." && pwd)
+suite=$2
+mkdir -p "$1"
+root=$(cd "$1" && pwd)/$suite
+shift 2
+
+if [ ! -e "$root/etc/debian_version" ]; then
+    printf '%s\n' "Making a root of Debian $suite ..." >&2
+    debootstrap --variant=minbase "$suite" "$root" "${MIRROR:-http://deb.debian.org/debian}" >"$root.log" 2>&1 || {
+        cat "$root.log" >&2
+        exit 1
+    }
+fi
+mkdir -p "$root/source" "$root/build"
+
+# A mount namespace of its own: what is mounted in it goes when it ends.
+exec unshare --mount sh -euc '
+    root=$1 source=$2
+    shift 2
+    mount --bind "$source" "$root/source"
+    mount -o remount,bind,ro "$root/source"
+    mount -t proc proc "$root/proc"
+    mount --bind /dev "$root/dev"
+    exec chroot "$root" env -i HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
+        PATH=/usr/sbin:/usr/bin:/sbin:/bin sh -euc '\''
+        cd /source/Packaging/dependencies
+        needed=$(cat product.txt desktop.txt mlt.txt mlt-tests.txt gstreamer.txt gstreamer-tests.txt packages.txt tests.txt | sed "s/#.*//" | sort -u)
+        dpkg-query -W $needed >/dev/null 2>&1 || {
+            apt-get -q update
+            apt-get -q install -y --no-install-recommends $needed
+        } >&2
+        umask o-w
+        cmake -S /source --preset release-tests -B /build -Wno-dev -D CMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
+        cmake --build /build --target "${@:-all}" -- --quiet
+        [ "$#" != 0 ] || ctest --test-dir /build --output-on-failure --parallel "$(nproc)" --timeout 300
+    '\'' sh "$@"' sh "$root" "$source" "$@"

@@ -45,6 +45,7 @@ function(product target)
     endforeach()
     list(REMOVE_DUPLICATES paths)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "${paths}" BUILD_WITH_INSTALL_RPATH ON)
+    set_property(GLOBAL APPEND PROPERTY LINEUP_PRODUCTS ${target})
 endfunction()
 
 # public_library(TARGET): a library that other programs link to. It offers what exports.map.in beside its CMakeLists.txt

@@ -71,7 +71,7 @@ std::optional<double> EdgeDelay(const History& history, const Placing& placing, 
     // The square of a sine runs through half a period beside its mean; where it begins and ends is known.
     const double outer = edge.rises ? static_cast<double>(end) - 0.5 : static_cast<double>(first) - 0.5;
     const double ripple = (std::sin(2 * phaseAt(outer)) - std::sin(2 * edge.phase)) / (2 * omega);
-    const double whole = static_cast<double>(samples.size());
+    const auto whole = static_cast<double>(samples.size());
     const double length = (sum + (edge.rises ? ripple : -ripple) - whole * rest) / (1 - rest);
     const double at = edge.rises ? outer - length : outer + length;
     const double delay = (at + 0.5) / rate - edge.at;

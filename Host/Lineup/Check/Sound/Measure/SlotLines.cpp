@@ -125,7 +125,7 @@ void AddHum(const LineSpectrum& spectrum, std::span<const RefTone> tones, double
     std::vector<double> lines;
     std::vector<double> between;
     for (int n = 1; n <= kHumLines; ++n) {
-        for (auto& [frequencies, frequency] :
+        for (const auto& [frequencies, frequency] :
              {std::pair(&lines, mains * n), std::pair(&between, mains * n + mains / 2)}) {
             if (!IsNearTone(tones, pitch, frequency, reach)) {
                 frequencies->push_back(frequency);

@@ -47,11 +47,13 @@ std::vector<Piece> Pieces(const std::vector<PhaseAt>& points) {
     constexpr double kBreak = 0.03;  // radians
     constexpr double kBeyondOthers = 8;
     std::vector<double> turns;
+    turns.reserve(points.size());
     for (std::size_t i = 1; i < points.size(); ++i) {
         turns.push_back((points[i].phase - points[i - 1].phase) / (points[i].time - points[i - 1].time));
     }
     const double usual = MedianOf(turns);
     std::vector<double> off;
+    off.reserve(turns.size());
     for (const double turn : turns) {
         off.push_back(std::abs(turn - usual));
     }

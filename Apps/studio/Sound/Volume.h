@@ -31,7 +31,8 @@ public:
         const std::size_t frames = interleaved.size() / outputs;
         const float step = (wanted - mApplied) / static_cast<float>(frames);
         for (std::size_t i = 0; i < interleaved.size(); ++i) {
-            interleaved[i] *= mApplied + step * static_cast<float>(i / outputs + 1);
+            const std::size_t frame = i / outputs + 1;
+            interleaved[i] *= mApplied + step * static_cast<float>(frame);
         }
         mApplied = wanted;
     }

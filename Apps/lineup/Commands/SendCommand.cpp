@@ -302,8 +302,10 @@ void AddSendTimeOptions(CLI::App& command, SendOptions& options) {
 
 std::string SendHelp() {
     std::string text =
-        "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; a file; - for standard output.\n"
-        "Behind a URL: ?ttl=N, &localaddr=ADDRESS, &localport=PORT.\n\nPicture codecs:\n";
+        "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; srt://, rist:// or tcp://HOST:PORT,\n"
+        "a connection that is made again when it breaks; a file; - for standard output.\n"
+        "Behind udp and rtp: ?ttl=N, &localaddr=ADDRESS, &localport=PORT; behind the others, what FFmpeg takes there.\n"
+        "\nPicture codecs:\n";
     for (const lineup::VideoCodec& codec : lineup::StreamVideoCodecs()) {
         text += fmt::format("  {:<12}{}\n", codec.name, codec.description);
     }

@@ -1,6 +1,7 @@
 #include "Host/Lineup/Send/StreamCodecs.h"
 
 #include <lineup/StreamTable.h>
+#include "Host/Lineup/Export/Formats/Mpeg2.h"
 
 #include <algorithm>
 #include <array>
@@ -14,30 +15,22 @@ namespace {
 // One thread: its bytes do not depend on the machine's processors. No look ahead, and nothing that comes of it: in one
 // of twenty processes it leads to other bytes, as it reads memory that the encoder has not written, and two senders are
 // to be alike; of a picture that does not move it knows nothing new.
-constexpr std::array<CodecOption, 10> kStreamH264 = {{
-    {"preset", "medium"},
-    {"crf", "14"},
-    {"bf", "0"},
-    {"sc_threshold", "0"},
-    {"aud", "1"},
-    {"mbtree", "0"},
-    {"rc-lookahead", "0"},
-    {"weightp", "none"},
-    {"threads", "1"},
-    {"profile", "high"},
-}};
-constexpr std::array<CodecOption, 10> kStreamH264Of422 = {{
-    {"preset", "medium"},
-    {"crf", "14"},
-    {"bf", "0"},
-    {"sc_threshold", "0"},
-    {"aud", "1"},
-    {"mbtree", "0"},
-    {"rc-lookahead", "0"},
-    {"weightp", "none"},
-    {"threads", "1"},
-    {"profile", "high422"},
-}};
+constexpr std::array<CodecOption, 10> StreamH264Options(std::string_view profile) {
+    return {{
+        {"preset", "medium"},
+        {"crf", "14"},
+        {"bf", "0"},
+        {"sc_threshold", "0"},
+        {"aud", "1"},
+        {"mbtree", "0"},
+        {"rc-lookahead", "0"},
+        {"weightp", "none"},
+        {"threads", "1"},
+        {"profile", profile},
+    }};
+}
+constexpr auto kStreamH264 = StreamH264Options("high");
+constexpr auto kStreamH264Of422 = StreamH264Options("high422");
 constexpr std::array<CodecOption, 1> kStreamBottomFirst = {{{"x264-params", "bff=1"}}};
 
 // A constant quantiser, fine for a card. Headers announce what the level allows.
@@ -60,64 +53,37 @@ constexpr std::array<CodecOption, 8> kStreamMpeg2Of422 = {{
     {"threads", "1"},
 }};
 
-constexpr std::array<Rational, 8> kStreamMpeg2Rates = {{
-    {24000, 1001},
-    {24, 1},
-    {25, 1},
-    {30000, 1001},
-    {30, 1},
-    {50, 1},
-    {60000, 1001},
-    {60, 1},
-}};
-constexpr int kMpeg2Width = 1920;
-constexpr int kMpeg2Height = 1088;
-constexpr std::int64_t kMpeg2Pixels = 62'668'800;  // a second, at High level
+constexpr StreamPictureCodec H264Row(std::string_view name, std::string_view description, std::string_view pixelFormat,
+                                     std::span<const CodecOption> options) {
+    return {
+        .encoding = {.codec = {.name = name, .description = description, .interlaced = true, .interlacedHeightStep = 4},
+                     .encoder = "libx264",
+                     .pixelFormat = pixelFormat,
+                     .options = options,
+                     .bottomFirstOptions = kStreamBottomFirst},
+        .entry = {.type = 0x1B}};
+}
 
-constexpr TableEntry kH264Entry = {.type = 0x1B};
-constexpr TableEntry kMpeg2Entry = {.type = 0x02};
+constexpr StreamPictureCodec Mpeg2Row(std::string_view name, std::string_view description, std::string_view pixelFormat,
+                                      std::span<const CodecOption> options) {
+    return {.encoding = {.codec = {.name = name,
+                                   .description = description,
+                                   .frameRates = kMpeg2FrameRates,
+                                   .maxWidth = kMpeg2Highest.maxWidth,
+                                   .maxHeight = kMpeg2Highest.maxHeight,
+                                   .maxPixelsPerSecond = kMpeg2Highest.maxPixelsPerSecond,
+                                   .interlaced = true},
+                         .encoder = "mpeg2video",
+                         .pixelFormat = pixelFormat,
+                         .options = options},
+            .entry = {.type = 0x02}};
+}
 
 constexpr std::array<StreamPictureCodec, 4> kStreamPictures = {{
-    {.encoding = {.codec = {.name = "h264",
-                            .description = "H.264 High, 4:2:0, 8 bits",
-                            .interlaced = true,
-                            .interlacedHeightStep = 4},
-                  .encoder = "libx264",
-                  .pixelFormat = "yuv420p",
-                  .options = kStreamH264,
-                  .bottomFirstOptions = kStreamBottomFirst},
-     .entry = kH264Entry},
-    {.encoding = {.codec = {.name = "h264-422",
-                            .description = "H.264 High 4:2:2, 10 bits",
-                            .interlaced = true,
-                            .interlacedHeightStep = 4},
-                  .encoder = "libx264",
-                  .pixelFormat = "yuv422p10le",
-                  .options = kStreamH264Of422,
-                  .bottomFirstOptions = kStreamBottomFirst},
-     .entry = kH264Entry},
-    {.encoding = {.codec = {.name = "mpeg2",
-                            .description = "MPEG-2 Main, 4:2:0, 8 bits; up to 1920x1088",
-                            .frameRates = kStreamMpeg2Rates,
-                            .maxWidth = kMpeg2Width,
-                            .maxHeight = kMpeg2Height,
-                            .maxPixelsPerSecond = kMpeg2Pixels,
-                            .interlaced = true},
-                  .encoder = "mpeg2video",
-                  .pixelFormat = "yuv420p",
-                  .options = kStreamMpeg2},
-     .entry = kMpeg2Entry},
-    {.encoding = {.codec = {.name = "mpeg2-422",
-                            .description = "MPEG-2 4:2:2, 8 bits; up to 1920x1088",
-                            .frameRates = kStreamMpeg2Rates,
-                            .maxWidth = kMpeg2Width,
-                            .maxHeight = kMpeg2Height,
-                            .maxPixelsPerSecond = kMpeg2Pixels,
-                            .interlaced = true},
-                  .encoder = "mpeg2video",
-                  .pixelFormat = "yuv422p",
-                  .options = kStreamMpeg2Of422},
-     .entry = kMpeg2Entry},
+    H264Row("h264", "H.264 High, 4:2:0, 8 bits", "yuv420p", kStreamH264),
+    H264Row("h264-422", "H.264 High 4:2:2, 10 bits", "yuv422p10le", kStreamH264Of422),
+    Mpeg2Row("mpeg2", "MPEG-2 Main, 4:2:0, 8 bits; up to 1920x1088", "yuv420p", kStreamMpeg2),
+    Mpeg2Row("mpeg2-422", "MPEG-2 4:2:2, 8 bits; up to 1920x1088", "yuv422p", kStreamMpeg2Of422),
 }};
 
 constexpr std::array<int, 8> kStreamAacRates = {96000, 48000, 44100, 32000, 24000, 22050, 16000, 8000};

@@ -1,4 +1,5 @@
 #include "Host/Lineup/Export/Formats/EncoderTable.h"
+#include "Host/Lineup/Export/Formats/Mpeg2.h"
 
 #include <algorithm>
 #include <array>
@@ -6,23 +7,6 @@
 namespace lineup {
 
 namespace {
-
-// The rates of MPEG-2 video at High level, and what each level of its 4:2:2 profile allows.
-constexpr std::array<Rational, 8> kMpeg2FrameRates = {{
-    {24000, 1001},
-    {24, 1},
-    {25, 1},
-    {30000, 1001},
-    {30, 1},
-    {50, 1},
-    {60000, 1001},
-    {60, 1},
-}};
-constexpr std::array<CodecLevel, 2> kMpeg2Levels = {{
-    {5, 720, 608, 11'059'200, 9'437'184},     // Main
-    {2, 1920, 1088, 62'668'800, 17'825'792},  // High, which could have a larger buffer
-}};
-constexpr const CodecLevel& kMpeg2Highest = kMpeg2Levels.back();
 
 // These encoders make the same bytes with any number of threads, one for each processor: threads share a picture's
 // slices.

@@ -1,9 +1,7 @@
 #include "Host/Lineup/Check/Reader/Decoder/PictureTrack.h"
 
-#include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
+#include "Host/Lineup/Check/Reader/Decoder/OpenDecoder.h"
 #include "Host/Lineup/Check/Reader/Decoder/PictureCodes.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,22 +12,9 @@ namespace {
 
 // A recording may begin in the midst of a group of pictures, and a decoder that only complains goes on.
 AvCodecContext OpenPictureDecoder(const AVStream& stream) {
-    const AVCodecParameters& parameters = *stream.codecpar;
-    const AVCodec* const codec = avcodec_find_decoder(parameters.codec_id);
-    if (codec == nullptr) {
-        throw EarlyEnd(EndCause::NotOpened, fmt::format("the FFmpeg libraries here cannot decode {}",
-                                                        avcodec_get_name(parameters.codec_id)));
-    }
-    AvCodecContext decoder(RequireMemory(avcodec_alloc_context3(codec)));
-    if (avcodec_parameters_to_context(decoder.get(), &parameters) < 0) {
-        throw std::bad_alloc();
-    }
-    decoder->pkt_timebase = stream.time_base;
-    decoder->thread_count = 1;
+    AvCodecContext decoder = DecoderFor(stream);
     decoder->max_pixels = kMostPicturePixels;
-    if (const int result = avcodec_open2(decoder.get(), codec, nullptr); result < 0) {
-        throw EarlyEnd(EndCause::NotOpened, fmt::format("{} cannot be decoded: {}", codec->name, AvErrorText(result)));
-    }
+    OpenDecoder(*decoder);
     return decoder;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
 #include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
+#include "Host/Lineup/Check/Reader/Decoder/OpenDecoder.h"
 #include "Host/Lineup/Check/Reader/Decoder/SampleConversion.h"
 
 #include <fmt/format.h>
@@ -13,23 +14,10 @@ namespace lineup::decoding {
 
 namespace {
 
-AvCodecContext OpenDecoder(const AVStream& stream) {
-    const AVCodecParameters& parameters = *stream.codecpar;
-    const AVCodec* const codec = avcodec_find_decoder(parameters.codec_id);
-    if (codec == nullptr) {
-        throw EarlyEnd(EndCause::NotOpened, fmt::format("the FFmpeg libraries here cannot decode {}",
-                                                        avcodec_get_name(parameters.codec_id)));
-    }
-    AvCodecContext decoder(RequireMemory(avcodec_alloc_context3(codec)));
-    if (avcodec_parameters_to_context(decoder.get(), &parameters) < 0) {
-        throw std::bad_alloc();
-    }
-    decoder->pkt_timebase = stream.time_base;
-    decoder->thread_count = 1;
+AvCodecContext OpenSoundDecoder(const AVStream& stream) {
+    AvCodecContext decoder = DecoderFor(stream);
     decoder->err_recognition = AV_EF_CRCCHECK | AV_EF_EXPLODE;  // what fails its own checksum is damaged
-    if (const int result = avcodec_open2(decoder.get(), codec, nullptr); result < 0) {
-        throw EarlyEnd(EndCause::NotOpened, fmt::format("{} cannot be decoded: {}", codec->name, AvErrorText(result)));
-    }
+    OpenDecoder(*decoder);
     return decoder;
 }
 
@@ -66,7 +54,7 @@ SoundTrack::SoundTrack(const AVStream& stream, std::uint32_t index, std::uint32_
       mRate(rate),
       mOwnRate(static_cast<std::uint32_t>(stream.codecpar->sample_rate)),
       mChannels(stream.codecpar->ch_layout.nb_channels),
-      mDecoder(OpenDecoder(stream)),
+      mDecoder(OpenSoundDecoder(stream)),
       mFrame(RequireMemory(av_frame_alloc())),
       mClock(mOwnRate, origin) {}
 

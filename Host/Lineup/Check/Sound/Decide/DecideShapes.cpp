@@ -110,15 +110,21 @@ std::vector<std::size_t> InputsWhere(const Case& check, const Takes& takes) {
     return inputs;
 }
 
+// The most of a figure, at these inputs.
+double MostOf(const Case& check, const std::vector<std::size_t>& inputs, double ShapeOfInput::*figure) {
+    double most = 0;
+    for (const std::size_t input : inputs) {
+        most = std::max(most, check.shapes[input].*figure);
+    }
+    return most;
+}
+
 void DecideClipped(Case& check) {
     const auto inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.clipped < 1; });
     if (inputs.empty()) {
         return;
     }
-    double top = 0;
-    for (const std::size_t input : inputs) {
-        top = std::max(top, check.shapes[input].top);
-    }
+    const double top = MostOf(check, inputs, &ShapeOfInput::top);
     check
         .Add("clipped", inputs,
              fmt::format("{} {} cut off at {:.2f} dBFS.", Who(check, inputs), inputs.size() == 1 ? "is" : "are",
@@ -137,10 +143,7 @@ void DecideDistorted(Case& check) {
     if (inputs.empty()) {
         return;
     }
-    double worst = 0;
-    for (const std::size_t input : inputs) {
-        worst = std::max(worst, check.shapes[input].harmonics);
-    }
+    const double worst = MostOf(check, inputs, &ShapeOfInput::harmonics);
     check
         .Add("distorted", inputs,
              fmt::format("{} {} harmonics of {:.1f} dB.", Who(check, inputs), inputs.size() == 1 ? "has" : "have",
@@ -154,10 +157,7 @@ void DecideHum(Case& check) {
         if (inputs.empty()) {
             continue;
         }
-        double worst = 0;
-        for (const std::size_t input : inputs) {
-            worst = std::max(worst, check.shapes[input].humPower);
-        }
+        const double worst = MostOf(check, inputs, &ShapeOfInput::humPower);
         check
             .Add("hum", inputs,
                  fmt::format("Hum of {:g} Hz, {:.1f} dBFS, at input{} {}.", kMains[mains], PowerDb(worst),

@@ -42,8 +42,9 @@ public:
 
     void Require(std::int64_t position, std::int64_t count, std::span<float* const> buffers) const;
 
-    /// Reads `count` samples from `position` on, no further than the block's end, into buffers[c] + offset.
-    void Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers, std::int64_t offset);
+    /// Reads `count` samples of a block from `position` on into buffers[c] + offset.
+    void Read(const BlockGrid::Block& block, std::int64_t position, std::int64_t count, std::span<float* const> buffers,
+              std::int64_t offset);
 
 private:
     [[nodiscard]] std::size_t NumChannels() const noexcept { return static_cast<std::size_t>(mClip->NumChannels()); }
@@ -90,10 +91,10 @@ void AudioReader::Blocks::Request(std::int64_t blockStart, std::int64_t count, s
 }
 
 // Of a block that is read in part the whole is made and kept: reading on in it costs no more than the copy.
-void AudioReader::Blocks::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers,
-                               std::int64_t offset) {
-    const std::int64_t start = mGrid.BlockStart(position);
-    const std::int64_t length = mGrid.NextBlockStart(position) - start;
+void AudioReader::Blocks::Read(const BlockGrid::Block& block, std::int64_t position, std::int64_t count,
+                               std::span<float* const> buffers, std::int64_t offset) {
+    const std::int64_t start = block.start;
+    const std::int64_t length = block.end - start;
     if (position == start && count == length) {
         Request(start, count, buffers, offset);
         return;
@@ -121,15 +122,17 @@ AudioReader::AudioReader(AudioReader&&) noexcept = default;
 AudioReader& AudioReader::operator=(AudioReader&&) noexcept = default;
 
 std::int64_t AudioReader::BlockEnd(std::int64_t position) const noexcept {
-    return mBlocks->Grid().NextBlockStart(position);
+    return mBlocks->Grid().BlockAt(position).end;
 }
 
 void AudioReader::Read(std::int64_t position, std::int64_t count, std::span<float* const> buffers) {
     mBlocks->Require(position, count, buffers);
-    for (std::int64_t done = 0; done < count;) {
+    const BlockGrid& grid = mBlocks->Grid();
+    BlockGrid::Block block = grid.BlockAt(position);
+    for (std::int64_t done = 0; done < count; block = grid.BlockAfter(block)) {
         const std::int64_t at = position + done;
-        const std::int64_t end = std::min(mBlocks->Grid().NextBlockStart(at), position + count);
-        mBlocks->Read(at, end - at, buffers, done);
+        const std::int64_t end = std::min(block.end, position + count);
+        mBlocks->Read(block, at, end - at, buffers, done);
         done += end - at;
     }
 }

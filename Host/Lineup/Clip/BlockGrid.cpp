@@ -51,14 +51,17 @@ BlockGrid::BlockGrid(float sampleRateHz) noexcept
     }
 }
 
-std::int64_t BlockGrid::BlockStart(std::int64_t position) const noexcept {
+BlockGrid::Block BlockGrid::BlockAt(std::int64_t position) const noexcept {
     const Int128 block = FloorDivide(Int128{position} * mSampleLength, mBlockLength);
-    return Narrow(-FloorDivide(-block * mBlockLength, mSampleLength));
+    return {.start = Narrow(-FloorDivide(-block * mBlockLength, mSampleLength)),
+            .end = Narrow(-FloorDivide(-(block + 1) * mBlockLength, mSampleLength))};
 }
 
-std::int64_t BlockGrid::NextBlockStart(std::int64_t position) const noexcept {
-    const Int128 block = FloorDivide(Int128{position} * mSampleLength, mBlockLength) + 1;
-    return Narrow(-FloorDivide(-block * mBlockLength, mSampleLength));
+BlockGrid::Block BlockGrid::BlockAfter(const Block& block) const noexcept {
+    if (mSampleLength == 1 && block.end <= std::numeric_limits<std::int64_t>::max() - mBlockLength) {
+        return {.start = block.end, .end = block.end + mBlockLength};
+    }
+    return BlockAt(block.end);
 }
 
 std::int64_t BlockGrid::LongestBlock() const noexcept {

@@ -17,11 +17,17 @@ class LINEUP_API BlockGrid {
 public:
     explicit BlockGrid(float sampleRateHz) noexcept;
 
-    /// The start of the block that holds sample `position`.
-    [[nodiscard]] std::int64_t BlockStart(std::int64_t position) const noexcept;
+    /// From `start` on, up to `end`.
+    struct Block {
+        std::int64_t start;
+        std::int64_t end;
+    };
 
-    /// The start of the block after the one that holds sample `position`.
-    [[nodiscard]] std::int64_t NextBlockStart(std::int64_t position) const noexcept;
+    /// The block that holds sample `position`.
+    [[nodiscard]] Block BlockAt(std::int64_t position) const noexcept;
+
+    /// The block that begins where `block`, one of this grid, ends; far quicker than to ask for the block there.
+    [[nodiscard]] Block BlockAfter(const Block& block) const noexcept;
 
     /// No block is longer, in samples.
     [[nodiscard]] std::int64_t LongestBlock() const noexcept;

@@ -128,7 +128,7 @@ PictureFindings PictureExaminer::Findings() const {
     findings.picture = Facts(mFound ? mFound->head : *mFirst);
     if (mFound) {
         findings.isCardFound = true;
-        Decide({*mFound, mSeries, mFacts, *mSettings}, findings);
+        Decide({&*mFound, &mSeries, &mFacts, mSettings}, findings);
     } else if (mSettings->card != "auto") {
         findings.faults.push_back(
             MakePictureFault("card-missing", {}, {},

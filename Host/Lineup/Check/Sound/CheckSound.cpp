@@ -127,7 +127,7 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     const sound::RecordingFacts facts{source.SampleRate(), source.Bits(), source.Lossy(), startSeconds};
     findings.sound = SoundReportOf(*lineup, facts);
     findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
-    sound::Case check{*lineup, settings, expected, facts, findings, {}, {}, {}, {}};
+    sound::Case check{&*lineup, &settings, &expected, &facts, &findings, {}, {}, {}, {}};
     FindShapes(check);
     DecideSequence(check);
     if (lineup->reference->Steady()) {

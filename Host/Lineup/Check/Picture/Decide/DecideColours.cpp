@@ -34,11 +34,11 @@ public:
     Colours(const PictureCase& known, PictureFindings& findings)
         : mKnown(&known), mFindings(&findings), mReport(&*findings.picture) {
         mDue = mReport->height < kFewestHdLines ? "bt601" : "bt709";
-        mScale.isRgb = (known.seen.head.flags & decoding::kRgbFrame) != 0;
+        mScale.isRgb = (known.seen->head.flags & decoding::kRgbFrame) != 0;
         mScale.isRangeFull = !mScale.isRgb && mReport->tags.range == "full";
         mScale.top = mScale.isRgb ? 255 : 256 - std::ldexp(1.0, 8 - mReport->bits);
         mScale.due = MatrixOf(mDue);
-        for (const MeasuredPatch& patch : known.seen.patches) {
+        for (const MeasuredPatch& patch : known.seen->patches) {
             if (!IsSmallOrOdd(*patch.patch)) {
                 mPairs.push_back({patch.patch->rgb, patch.codes});
             }
@@ -75,7 +75,7 @@ private:
     }
 
     [[nodiscard]] bool IsWithinTolerance(const Chain& chain) const {
-        const double tolerance = ToleranceOf(mKnown->settings, "patches");
+        const double tolerance = ToleranceOf(*mKnown->settings, "patches");
         std::size_t off = 0;
         for (const ColourPair& pair : mPairs) {
             const Triple codes = chain.Codes(mScale, pair.sent);
@@ -151,7 +151,7 @@ private:
             const Triple value = mScale.FromCodes(codes);
             return std::vector{16 + 219 * value[0], 128 + 224 * value[1], 128 + 224 * value[2]};
         };
-        for (const MeasuredPatch& patch : mKnown->seen.patches) {
+        for (const MeasuredPatch& patch : mKnown->seen->patches) {
             mReport->patches.push_back({.name = patch.patch->name,
                                         .expected = told(PlainChain().Codes(mScale, patch.patch->rgb)),
                                         .measured = told(patch.codes),
@@ -203,7 +203,7 @@ private:
         const PictureCodes& tags = mReport->tags;
         const bool isAsDue = mBest.chain.matrix == MatrixStep::None;
         // JPEG has BT.601 by its own rules, whatever its maker put in; nobody wrote that into the file.
-        const bool isJpeg = std::string_view(mKnown->facts.codec.data()) == "mjpeg";
+        const bool isJpeg = std::string_view(mKnown->facts->codec.data()) == "mjpeg";
         if (!isJpeg && IsTagKnown() && isAsDue && tags.matrix != mDue) {
             mFindings->faults.push_back(
                 MakePictureFault("tags-wrong", {}, {},
@@ -212,7 +212,7 @@ private:
     }
 
     [[nodiscard]] bool IsOtherMakers() const {
-        return std::ranges::any_of(mKnown->seen.patches, [this](const MeasuredPatch& patch) {
+        return std::ranges::any_of(mKnown->seen->patches, [this](const MeasuredPatch& patch) {
             if (!IsOdd(*patch.patch)) {
                 return false;
             }
@@ -231,11 +231,11 @@ private:
             return;
         }
         const auto named = [this](const char* name) {
-            return std::ranges::find_if(mKnown->seen.patches,
+            return std::ranges::find_if(mKnown->seen->patches,
                                         [name](const auto& patch) { return patch.patch->name == name; });
         };
         const auto below = named("below black");
-        if (below == mKnown->seen.patches.end()) {
+        if (below == mKnown->seen->patches.end()) {
             return;
         }
         const double due = mBest.chain.Codes(mScale, below->patch->rgb)[0];

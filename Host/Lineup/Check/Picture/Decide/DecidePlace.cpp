@@ -30,9 +30,9 @@ void DecideTurns(const Place& place, PictureFindings& findings) {
 
 void DecideCard(const PictureCase& known, PictureFindings& findings) {
     PictureReport& report = *findings.picture;
-    const bool isHd = known.seen.model->card == Card::HD;
+    const bool isHd = known.seen->model->card == Card::HD;
     report.card = isHd ? "hd" : "sd";
-    if (known.settings.card != "auto" && known.settings.card != report.card) {
+    if (known.settings->card != "auto" && known.settings->card != report.card) {
         findings.faults.push_back(MakePictureFault(
             "card-other", {}, {},
             fmt::format("This is the {} card, where the {} card is due.", isHd ? "HD" : "SD", isHd ? "SD" : "HD")));
@@ -40,15 +40,15 @@ void DecideCard(const PictureCase& known, PictureFindings& findings) {
 }
 
 void DecidePlace(const PictureCase& known, bool isOtherMakers, PictureFindings& findings) {
-    const Place& place = known.seen.geometry.place;
+    const Place& place = known.seen->geometry.place;
     PictureReport& report = *findings.picture;
     report.place = CardPlace{place.x, place.y, place.width, place.height, place.mirrored, place.flipped};
     DecideTurns(place, findings);
     const double width = report.width;
     const double height = report.height;
     const double tolerance =
-        ToleranceOf(known.settings, "place") +
-        (isOtherMakers ? kOthersEdges * width : kErrors * std::max(0.0, known.seen.geometry.error - 0.1));
+        ToleranceOf(*known.settings, "place") +
+        (isOtherMakers ? kOthersEdges * width : kErrors * std::max(0.0, known.seen->geometry.error - 0.1));
     // By how much each edge of the card lies within the frame's; below 0 it lies outside.
     const double left = place.x;
     const double top = place.y;

@@ -18,12 +18,12 @@ constexpr double kOwnScale = 1.15;
 
 // A card that was made larger is soft, and its colour coarse, for that reason.
 bool IsEnlarged(const PictureCase& known) {
-    const Place& place = known.seen.geometry.place;
-    return place.width > known.seen.head.width * kOwnScale || place.height > known.seen.head.height * kOwnScale;
+    const Place& place = known.seen->geometry.place;
+    return place.width > known.seen->head.width * kOwnScale || place.height > known.seen->head.height * kOwnScale;
 }
 
 void DecideBits(const PictureCase& known, PictureFindings& findings) {
-    const auto& ramp = known.seen.ramp;
+    const auto& ramp = known.seen->ramp;
     if (!ramp || ramp->bits > kDeepest || ramp->used >= ramp->bits) {
         return;
     }
@@ -33,19 +33,19 @@ void DecideBits(const PictureCase& known, PictureFindings& findings) {
 }
 
 void DecideSoftness(const PictureCase& known, PictureFindings& findings) {
-    const double across = known.seen.softAcross.value_or(0);
-    const double down = known.seen.softDown.value_or(0);
+    const double across = known.seen->softAcross.value_or(0);
+    const double down = known.seen->softDown.value_or(0);
     const double widest = std::max(across, down);
-    if (widest > ToleranceOf(known.settings, "softness") && !IsEnlarged(known)) {
+    if (widest > ToleranceOf(*known.settings, "softness") && !IsEnlarged(known)) {
         findings.faults.push_back(MakePictureFault(
             "soft", widest, 1, fmt::format("Edges are {:.1f} pixels wide across and {:.1f} down.", across, down)));
     }
 }
 
 void DecideChroma(const PictureCase& known, PictureFindings& findings) {
-    const ChromaShape& chroma = known.seen.chroma;
-    const double stepX = 1U << known.seen.head.subsampleWidth;
-    const double stepY = 1U << known.seen.head.subsampleHeight;
+    const ChromaShape& chroma = known.seen->chroma;
+    const double stepX = 1U << known.seen->head.subsampleWidth;
+    const double stepY = 1U << known.seen->head.subsampleHeight;
     // Where a codec left little of the edges, their middles say little.
     const double blur = std::max(chroma.widthAcross.value_or(0) / stepX, chroma.widthDown.value_or(0) / stepY);
     const auto isShifted = [blur](const std::optional<double>& off, double step) {
@@ -59,8 +59,8 @@ void DecideChroma(const PictureCase& known, PictureFindings& findings) {
                              fmt::format("Colour lies {:.1f} pixels to the right of its luma and {:.1f} below it.",
                                          chroma.right.value_or(0), chroma.down.value_or(0))));
     }
-    const double softAcross = std::max(1.0, known.seen.softAcross.value_or(1));
-    const double softDown = std::max(1.0, known.seen.softDown.value_or(1));
+    const double softAcross = std::max(1.0, known.seen->softAcross.value_or(1));
+    const double softDown = std::max(1.0, known.seen->softDown.value_or(1));
     const bool isCoarse = chroma.widthAcross.value_or(0) > kCoarserThan * stepX * softAcross ||
                           chroma.widthDown.value_or(0) > kCoarserThan * stepY * softDown;
     if (isCoarse && !IsEnlarged(known)) {
@@ -80,10 +80,10 @@ void DecideQuality(const PictureCase& known, bool isOtherMakers, PictureFindings
     }
     DecideSoftness(known, findings);
     DecideChroma(known, findings);
-    if (known.seen.noise > ToleranceOf(known.settings, "picture-noise")) {
+    if (known.seen->noise > ToleranceOf(*known.settings, "picture-noise")) {
         findings.faults.push_back(
-            MakePictureFault("picture-noise", known.seen.noise, 0,
-                             fmt::format("There is noise of {:.1f} codes in the patches, r.m.s.", known.seen.noise)));
+            MakePictureFault("picture-noise", known.seen->noise, 0,
+                             fmt::format("There is noise of {:.1f} codes in the patches, r.m.s.", known.seen->noise)));
     }
 }
 

@@ -23,7 +23,7 @@ CheckFault MakePictureFault(const std::string& id, std::optional<double> measure
 }
 
 void DecideFrames(const PictureCase& known, PictureFindings& findings) {
-    const auto changes = known.series.Changes();
+    const auto changes = known.series->Changes();
     if (changes.empty()) {
         return;
     }
@@ -31,11 +31,11 @@ void DecideFrames(const PictureCase& known, PictureFindings& findings) {
     const auto damaged = std::ranges::count_if(changes, &FrameSeries::Change::isDamaged);
     const auto all = static_cast<std::ptrdiff_t>(changes.size());
     const char* const how = black == all ? " black" : damaged == all ? " damaged" : " unlike the others";
-    const bool isSampled = findings.length && findings.length->frames > known.series.Frames();
+    const bool isSampled = findings.length && findings.length->frames > known.series->Frames();
     findings.faults.push_back(MakePictureFault(
         "picture-changes", static_cast<double>(all), 0,
         fmt::format("{}{} of {} frames that were looked at {}{}, the first at {:.3f} s.", isSampled ? "At least " : "",
-                    all, known.series.Frames(), all == 1 ? "is" : "are", how, std::max(0.0, changes.front().seconds)),
+                    all, known.series->Frames(), all == 1 ? "is" : "are", how, std::max(0.0, changes.front().seconds)),
         std::max(0.0, changes.front().seconds)));
 }
 

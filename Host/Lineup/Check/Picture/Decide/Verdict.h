@@ -14,10 +14,10 @@ struct PictureFindings;
 
 /// What there is to decide on.
 struct PictureCase {
-    const Examination& seen;
-    const FrameSeries& series;
-    const decoding::Picture& facts;
-    const CheckSettings& settings;
+    const Examination* seen;
+    const FrameSeries* series;
+    const decoding::Picture* facts;
+    const CheckSettings* settings;
 };
 
 /// A fault of the picture, with the unit of its kind.

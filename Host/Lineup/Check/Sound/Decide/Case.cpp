@@ -25,20 +25,20 @@ CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& input
             fault.channels.push_back(ChannelAt(input));
         }
     }
-    findings.faults.push_back(std::move(fault));
-    return findings.faults.back();
+    findings->faults.push_back(std::move(fault));
+    return findings->faults.back();
 }
 
 void Case::Note(std::string_view id, std::string text) {
-    findings.notes.push_back({std::string(id), CheckPart::Sound, std::move(text)});
+    findings->notes.push_back({std::string(id), CheckPart::Sound, std::move(text)});
 }
 
 double CodecNoise(const Case& check, std::size_t input) {
     const double tone = check.At(input).gain * check.Sent().Level() / std::numbers::sqrt2;
-    if (!check.facts.lossy.value_or(false) || !check.At(input).sounds || tone <= 0) {
+    if (!check.facts->lossy.value_or(false) || !check.At(input).sounds || tone <= 0) {
         return 0;
     }
-    return std::pow(10, check.lineup.inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
+    return std::pow(10, check.lineup->inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
 }
 
 bool HasLowTone(const Case& check, std::size_t channel) {
@@ -51,7 +51,7 @@ bool WasDue(const Case& check, std::size_t channel, std::size_t input) {
     for (std::size_t slot = 0; slot < check.Sent().slots.size(); ++slot) {
         const auto& tones = check.Sent().slots[slot].tones;
         for (std::size_t tone = 0; tone < tones.size(); ++tone) {
-            if (tones[tone].Amplitude(channel) > 0 && check.lineup.cells.At(slot, tone, input).Seen()) {
+            if (tones[tone].Amplitude(channel) > 0 && check.lineup->cells.At(slot, tone, input).Seen()) {
                 return true;
             }
         }

@@ -34,11 +34,11 @@ struct ShapeOfInput {
 
 /// A line-up on its way to a verdict: what was found, what was asked for, and what is said of it.
 struct Case {
-    const Lineup& lineup;
-    const CheckSettings& settings;
-    const Expectation& expected;
-    const RecordingFacts& facts;
-    SoundFindings& findings;
+    const Lineup* lineup;
+    const CheckSettings* settings;
+    const Expectation* expected;
+    const RecordingFacts* facts;
+    SoundFindings* findings;
 
     /// The channel that an input should hold, of those that belong to the line-up.
     std::vector<std::optional<std::size_t>> home;
@@ -54,11 +54,11 @@ struct Case {
     double wander = 0;      ///< of the speed, relative, r.m.s.
     bool unsteady = false;  ///< the speed wanders: phases say nothing
 
-    [[nodiscard]] const Reference& Sent() const { return *lineup.reference; }
-    [[nodiscard]] const Arrival& At(std::size_t input) const { return lineup.inputs[input].surveyed.arrival; }
-    [[nodiscard]] std::size_t Inputs() const { return lineup.inputs.size(); }
+    [[nodiscard]] const Reference& Sent() const { return *lineup->reference; }
+    [[nodiscard]] const Arrival& At(std::size_t input) const { return lineup->inputs[input].surveyed.arrival; }
+    [[nodiscard]] std::size_t Inputs() const { return lineup->inputs.size(); }
     [[nodiscard]] std::string ChannelAt(std::size_t input) const;
-    [[nodiscard]] double Tolerance(std::string_view name) const { return ToleranceOf(settings, name); }
+    [[nodiscard]] double Tolerance(std::string_view name) const { return ToleranceOf(*settings, name); }
 
     /// Adds a fault of the sound at these inputs; those that are empty are faults of the whole.
     CheckFault& Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text);

@@ -74,7 +74,7 @@ void FindParts(Case& check) {
     check.folded.assign(check.Inputs(), false);
     check.mixed.assign(check.Inputs(), false);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        check.parts.push_back(PartsOf(check.lineup.cells, check.Sent(), input));
+        check.parts.push_back(PartsOf(check.lineup->cells, check.Sent(), input));
         const auto& parts = check.parts.back();
         double strongest = 0;
         for (const auto& part : parts) {
@@ -108,14 +108,14 @@ void DecideMixed(Case& check) {
         if (check.folded[input]) {
             folded.push_back(input);
         }
-        const std::vector<double> doubts = PartDoubts(check.lineup.cells, check.Sent(), input);
+        const std::vector<double> doubts = PartDoubts(check.lineup->cells, check.Sent(), input);
         for (std::size_t channel = 0; channel < levels.size(); ++channel) {
             const double heard = std::abs(check.parts[input][channel]);
             const bool isMore = levels[channel] > least && heard > kBeyondDoubt * doubts[channel];
             const double leak = isMore ? heard / levels[channel] : 0;
             const bool own = check.At(input).channel == channel;
             // What never sounds alone is what others leave, and they are not what they were.
-            const bool changed = check.change.kind != LevelChange::Kind::None || check.facts.lossy.value_or(false);
+            const bool changed = check.change.kind != LevelChange::Kind::None || check.facts->lossy.value_or(false);
             const bool neverAlone = levels.size() == 2 && (changed || check.shapes[input].clipped < 1);
             const bool isHum = check.shapes[input].mains && HasLowTone(check, channel);
             const bool isExplained = check.unsteady || isHum || neverAlone;
@@ -276,7 +276,7 @@ void DecideMissing(Case& check) {
 }  // namespace
 
 void DecideSequence(Case& check) {
-    const std::string& asked = check.expected.sequence;
+    const std::string& asked = check.expected->sequence;
     if (asked != "auto" && asked != check.Sent().name) {
         check.Add("sequence-other", {}, fmt::format("This is {}, not {}.", check.Sent().name, asked));
     }

@@ -18,14 +18,14 @@ std::string Place(double seconds) {
 // The inputs, where not all have it.
 std::string Where(const Case& check, const SoundEvent& event) {
     const auto sounding = std::ranges::count_if(
-        check.lineup.inputs, [](const InputFindings& input) { return input.surveyed.arrival.sounds; });
+        check.lineup->inputs, [](const InputFindings& input) { return input.surveyed.arrival.sounds; });
     return static_cast<std::ptrdiff_t>(event.inputs.size()) >= sounding
                ? std::string()
                : fmt::format(" at input{} {}", event.inputs.size() == 1 ? "" : "s", InputList(event.inputs));
 }
 
 void AddJump(Case& check, const SoundEvent& event, double at) {
-    const double samples = event.amount * check.facts.rate;
+    const double samples = event.amount * check.facts->rate;
     const bool lost = samples > 0;
     check
         .Add(lost ? "samples-lost" : "samples-repeated", {},
@@ -52,19 +52,19 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
         case SoundEvent::Kind::LevelStep:
             return;
     }
-    check.findings.faults.back().at = at;
+    check.findings->faults.back().at = at;
 }
 
 }  // namespace
 
 void DecideEvents(Case& check) {
-    std::vector<SoundEvent> events = check.lineup.events;
+    std::vector<SoundEvent> events = check.lineup->events;
     std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::LevelStep; });
     std::ranges::stable_sort(events, {}, &SoundEvent::at);
     for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {
-        AddFault(check, events[i], check.facts.startSeconds + events[i].at);
+        AddFault(check, events[i], check.facts->startSeconds + events[i].at);
     }
-    const std::size_t more = events.size() - std::min(events.size(), kMostListed) + check.lineup.moreEvents;
+    const std::size_t more = events.size() - std::min(events.size(), kMostListed) + check.lineup->moreEvents;
     if (more > 0) {
         check.Note("more-events", fmt::format("{} more dropouts, jumps of time and clicks.", more));
     }

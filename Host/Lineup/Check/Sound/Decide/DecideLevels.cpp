@@ -40,7 +40,7 @@ double LevelOf(const Case& check, const LevelChange& change, std::size_t input) 
 
 std::vector<Deviation> Deviations(const Case& check, const LevelChange& change) {
     const double sentDb = DbFromGain(check.Sent().Level());
-    const double offset = check.expected.levelDb ? *check.expected.levelDb - sentDb : 0;
+    const double offset = check.expected->levelDb ? *check.expected->levelDb - sentDb : 0;
     std::vector<Deviation> deviations;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         if (check.At(input).sounds && !check.folded[input]) {
@@ -109,7 +109,7 @@ void AddChange(Case& check, const LevelChange& change) {
         case LevelChange::Kind::None:
             return;
         case LevelChange::Kind::Step:
-            at = check.facts.startSeconds + change.at;
+            at = check.facts->startSeconds + change.at;
             text = fmt::format("The level goes {} by {:.2f} dB at {:.3f} s.", change.db > 0 ? "up" : "down",
                                std::abs(change.db), *at);
             break;
@@ -130,11 +130,11 @@ void AddChange(Case& check, const LevelChange& change) {
 }  // namespace
 
 LevelChange FindLevelChange(const Case& check) {
-    double doubt = check.facts.lossy.value_or(false) ? kCodedLevel : 0;
+    double doubt = check.facts->lossy.value_or(false) ? kCodedLevel : 0;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         doubt = std::max(doubt, DbFromGain(1 + CodecNoise(check, input)));
     }
-    std::vector<LevelPoint> points = check.lineup.levels;
+    std::vector<LevelPoint> points = check.lineup->levels;
     std::erase_if(points, [&](const LevelPoint& point) { return check.folded[point.input]; });
     for (LevelPoint& point : points) {
         const ShapeOfInput& shape = check.shapes[point.input];

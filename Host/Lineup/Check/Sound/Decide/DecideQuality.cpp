@@ -27,19 +27,19 @@ double Unexplained(const Case& check, std::size_t input, double db) {
     if (shape.clipped == 1 && NoisePower(db) - explained >= kLeft * NoisePower(db)) {
         return db;
     }
-    const bool lossy = check.facts.lossy.value_or(false);
-    return lossy ? LevelTally::kLowestDb : std::min(db, check.lineup.inputs[input].lines.floor.QuantileDb(0.5));
+    const bool lossy = check.facts->lossy.value_or(false);
+    return lossy ? LevelTally::kLowestDb : std::min(db, check.lineup->inputs[input].lines.floor.QuantileDb(0.5));
 }
 
 // What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
 void DecideNoise(Case& check) {
     const double limit = check.Tolerance("noise");
-    const bool lossy = check.facts.lossy.value_or(false);
+    const bool lossy = check.facts->lossy.value_or(false);
     std::vector<std::size_t> inputs;
     std::vector<std::size_t> coded;
     double worst = LevelTally::kLowestDb;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const InputFindings& found = check.lineup.inputs[input];
+        const InputFindings& found = check.lineup->inputs[input];
         const double gaps = found.gapNoise.QuantileDb(lossy ? 0.1 : 0.5);
         const double tones = found.toneNoise.QuantileDb(0.5);
         const double noise = Unexplained(check, input, lossy ? gaps : std::max(gaps, tones));
@@ -68,7 +68,7 @@ void DecideDc(Case& check) {
     std::vector<std::size_t> inputs;
     double worst = 0;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const auto& dc = check.findings.sound.channels[input].dc;
+        const auto& dc = check.findings->sound.channels[input].dc;
         if (dc && std::abs(*dc) > check.Tolerance("dc")) {
             inputs.push_back(input);
             worst = std::abs(*dc) > std::abs(worst) ? *dc : worst;
@@ -84,24 +84,25 @@ void DecideDc(Case& check) {
 }
 
 void DecideBits(Case& check) {
-    if (!check.facts.bits || check.facts.lossy.value_or(false)) {
+    if (!check.facts->bits || check.facts->lossy.value_or(false)) {
         return;
     }
     std::vector<std::size_t> inputs;
-    int least = *check.facts.bits;
+    int least = *check.facts->bits;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const auto& bits = check.findings.sound.channels[input].effectiveBits;
-        if (bits && check.At(input).sounds && *bits < std::min(*check.facts.bits, 24)) {
+        const auto& bits = check.findings->sound.channels[input].effectiveBits;
+        if (bits && check.At(input).sounds && *bits < std::min(*check.facts->bits, 24)) {
             inputs.push_back(input);
             least = std::min(least, *bits);
         }
     }
     if (!inputs.empty()) {
-        CheckFault& fault = check.Add("bits-truncated", inputs,
-                                      fmt::format("Only {} of {} bits are in use at input{} {}.", least,
-                                                  *check.facts.bits, inputs.size() == 1 ? "" : "s", InputList(inputs)));
+        CheckFault& fault =
+            check.Add("bits-truncated", inputs,
+                      fmt::format("Only {} of {} bits are in use at input{} {}.", least, *check.facts->bits,
+                                  inputs.size() == 1 ? "" : "s", InputList(inputs)));
         fault.measured = least;
-        fault.expected = *check.facts.bits;
+        fault.expected = *check.facts->bits;
     }
 }
 

@@ -38,7 +38,7 @@ double HarmonicsOf(const LineFindings& lines, bool hums) {
 // The amplitude of the input's tone where it is loudest: its level may have been moved.
 double LoudTone(const Case& check, std::size_t input) {
     std::vector<double> amplitudes;
-    for (const LevelPoint& point : check.lineup.levels) {
+    for (const LevelPoint& point : check.lineup->levels) {
         if (point.input == input && point.full) {
             amplitudes.push_back(point.sent * std::pow(10, point.db / 20));
         }
@@ -54,7 +54,7 @@ double LoudTone(const Case& check, std::size_t input) {
 // Where the tops are cut off. Many samples lie by the extremes then, and the fundamental and the extremes tell how much
 // is gone; where something else lies over them, the harmonics tell it.
 void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {
-    const InputFindings& found = check.lineup.inputs[input];
+    const InputFindings& found = check.lineup->inputs[input];
     const double flat = found.samples > 0 ? found.tops / found.samples / 2 : 0;
     const double top = std::max(-found.least, found.most);
     const double fundamental = LoudTone(check, input);
@@ -69,10 +69,10 @@ void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {
 
 void FindHum(const Case& check, std::size_t input, ShapeOfInput& shape) {
     const auto& channel = check.At(input).channel;
-    if (check.facts.lossy.value_or(false) && channel && HasLowTone(check, *channel)) {
+    if (check.facts->lossy.value_or(false) && channel && HasLowTone(check, *channel)) {
         return;
     }
-    const LineFindings& lines = check.lineup.inputs[input].lines;
+    const LineFindings& lines = check.lineup->inputs[input].lines;
     const double least = PowerOf(check.Tolerance("hum"));
     for (std::size_t mains = 0; mains < kMains.size(); ++mains) {
         for (const HumTally* hum : {&lines.hum[mains], &lines.moved[mains]}) {
@@ -86,7 +86,7 @@ void FindHum(const Case& check, std::size_t input, ShapeOfInput& shape) {
 }
 
 ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
-    const LineFindings& lines = check.lineup.inputs[input].lines;
+    const LineFindings& lines = check.lineup->inputs[input].lines;
     ShapeOfInput shape;
     FindHum(check, input, shape);
     shape.harmonics = HarmonicsOf(lines, shape.mains.has_value());
@@ -195,7 +195,7 @@ void FindSharedClipping(Case& check) {
     for (std::size_t input = 0; top > 0 && input < check.Inputs(); ++input) {
         ShapeOfInput& shape = check.shapes[input];
         const double part = PartOfFundamental(LoudTone(check, input) / top);
-        const LevelTally& harmonics = check.lineup.inputs[input].lines.harmonics;
+        const LevelTally& harmonics = check.lineup->inputs[input].lines.harmonics;
         const double heard = harmonics.Empty() ? 0 : PowerOf(harmonics.QuantileDb(0.9));
         if (shape.clipped == 1 && part < 1 && check.At(input).sounds &&
             heard > kMostOfHarmonics * std::pow(ClippedHarmonic(part, 3), 2)) {
@@ -210,15 +210,15 @@ void FindSharedClipping(Case& check) {
 
 void FindShapes(Case& check) {
     const double least = std::max(kUnsteadyLeast, 4e-6 * check.Tolerance("speed"));
-    const double taken = SwingOf(check.lineup.placing);
-    check.unsteady =
-        !check.facts.lossy.value_or(false) && check.lineup.steadiness.Wander() > std::max(least, kLeftOfSwing * taken);
-    check.wander = std::hypot(check.unsteady ? check.lineup.steadiness.Wander() : 0, taken);
+    const double taken = SwingOf(check.lineup->placing);
+    check.unsteady = !check.facts->lossy.value_or(false) &&
+                     check.lineup->steadiness.Wander() > std::max(least, kLeftOfSwing * taken);
+    check.wander = std::hypot(check.unsteady ? check.lineup->steadiness.Wander() : 0, taken);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         check.shapes.push_back(ShapeOf(check, input));
-        const LineFindings& lines = check.lineup.inputs[input].lines;
+        const LineFindings& lines = check.lineup->inputs[input].lines;
         if (!lines.harmonics.Empty()) {
-            check.findings.sound.channels[input].distortion = lines.harmonics.QuantileDb(0.5);
+            check.findings->sound.channels[input].distortion = lines.harmonics.QuantileDb(0.5);
         }
     }
     FindSharedClipping(check);

@@ -16,7 +16,7 @@ namespace {
 void DecidePolarity(Case& check) {
     std::vector<std::size_t> inverted;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        if (check.lineup.inputs[input].surveyed.polarity < 0 && !check.folded[input]) {
+        if (check.lineup->inputs[input].surveyed.polarity < 0 && !check.folded[input]) {
             inverted.push_back(input);
         }
     }
@@ -32,7 +32,7 @@ void DecidePolarity(Case& check) {
 // What a codec's noise may have turned the phase of an input's tones by, in samples of delay.
 double CodecDoubt(const Case& check, std::size_t input) {
     const Arrival& arrival = check.At(input);
-    if (!check.facts.lossy.value_or(false) || !arrival.channel) {
+    if (!check.facts->lossy.value_or(false) || !arrival.channel) {
         return 0;
     }
     double lowest = 0;
@@ -40,16 +40,16 @@ double CodecDoubt(const Case& check, std::size_t input) {
         const bool lower = lowest == 0 || burst.frequency < lowest;
         lowest = burst.channel == *arrival.channel && lower ? burst.frequency : lowest;
     }
-    return lowest > 0 ? CodecNoise(check, input) / (2 * std::numbers::pi * lowest) * check.facts.rate : 0;
+    return lowest > 0 ? CodecNoise(check, input) / (2 * std::numbers::pi * lowest) * check.facts->rate : 0;
 }
 
 // A jump that edges alone know is known to some samples; an input without edges is off by as much.
 double JumpDoubt(const Case& check, std::size_t input) {
     constexpr double kByEdges = 2;  // samples
-    const bool rough = std::ranges::any_of(check.lineup.events, [](const SoundEvent& event) {
+    const bool rough = std::ranges::any_of(check.lineup->events, [](const SoundEvent& event) {
         return event.kind == SoundEvent::Kind::Jump && event.phases.empty();
     });
-    return rough && !check.lineup.inputs[input].surveyed.hasEdges ? kByEdges : 0;
+    return rough && !check.lineup->inputs[input].surveyed.hasEdges ? kByEdges : 0;
 }
 
 // The others' doubt is that of the delay that all count from.
@@ -68,7 +68,7 @@ void DecideDelay(Case& check) {
     const double tolerance = check.Tolerance("delay");
     std::vector<std::pair<double, std::size_t>> late;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        const auto& delay = check.findings.sound.channels[input].delay;
+        const auto& delay = check.findings->sound.channels[input].delay;
         if (delay &&
             std::abs(*delay) > tolerance + std::max(usual, CodecDoubt(check, input)) + JumpDoubt(check, input) &&
             !check.folded[input]) {
@@ -86,7 +86,7 @@ void DecideDelay(Case& check) {
         CheckFault& fault = check.Add(
             "delay", inputs,
             fmt::format("{} {} {:.2f} samples ({:.3f} ms) {}.", Who(check, inputs), inputs.size() == 1 ? "is" : "are",
-                        std::abs(delay), std::abs(delay) / check.facts.rate * 1000, delay > 0 ? "late" : "early"));
+                        std::abs(delay), std::abs(delay) / check.facts->rate * 1000, delay > 0 ? "late" : "early"));
         fault.measured = delay;
         fault.expected = 0;
     }
@@ -96,15 +96,15 @@ void DecideDelay(Case& check) {
 constexpr double kOfSwing = 0.05;
 
 void DecideSpeed(Case& check) {
-    if (!check.findings.sound.speed) {
+    if (!check.findings->sound.speed) {
         return;
     }
-    const SpeedReport& speed = *check.findings.sound.speed;
-    const double wander = check.unsteady ? check.lineup.steadiness.Wander() * 1e6 : kOfSwing * check.wander * 1e6;
+    const SpeedReport& speed = *check.findings->sound.speed;
+    const double wander = check.unsteady ? check.lineup->steadiness.Wander() * 1e6 : kOfSwing * check.wander * 1e6;
     if (std::abs(speed.ppm) <= check.Tolerance("speed") + wander) {
         return;
     }
-    const bool corrected = check.lineup.placing.tempo != check.lineup.placing.pitch;
+    const bool corrected = check.lineup->placing.tempo != check.lineup->placing.pitch;
     const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? 3000 : 60);
     std::string text =
         fmt::format("It plays {:.4g} % too {}", std::abs(speed.ratio - 1) * 100, speed.ratio > 1 ? "fast" : "slowly");

@@ -12,8 +12,8 @@ namespace {
 
 // How many inputs a tone is due at: as many as were sent, or all where a layout has as many.
 std::size_t InputsDue(const Case& check) {
-    if (check.expected.channels) {
-        return *check.expected.channels;
+    if (check.expected->channels) {
+        return *check.expected->channels;
     }
     return FindChannelLayout(static_cast<int>(check.Inputs())) != nullptr ? check.Inputs() : 0;
 }

@@ -33,7 +33,7 @@ bool LacksItsHighTones(const Case& check, std::size_t input) {
         const auto& tones = check.Sent().slots[slot].tones;
         for (std::size_t tone = 0; tone < tones.size(); ++tone) {
             const double due = tones[tone].Amplitude(*arrival.channel) * arrival.gain;
-            const Cell& cell = check.lineup.cells.At(slot, tone, input);
+            const Cell& cell = check.lineup->cells.At(slot, tone, input);
             if (due <= 0 || !cell.Seen()) {
                 continue;
             }
@@ -52,7 +52,7 @@ bool LacksItsHighTones(const Case& check, std::size_t input) {
 std::vector<std::size_t> WithoutPolarity(const Case& check) {
     std::vector<std::size_t> inputs;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        if (check.At(input).channel && check.lineup.inputs[input].surveyed.polarity == 0 && !check.folded[input]) {
+        if (check.At(input).channel && check.lineup->inputs[input].surveyed.polarity == 0 && !check.folded[input]) {
             inputs.push_back(input);
         }
     }
@@ -87,9 +87,9 @@ void DecideVerdict(Case& check) {
                                limited.empty() ? "a whole cycle" : "a recording from before the codec"));
     }
     const bool isSure = unheard.empty() && open.empty();
-    check.findings.verdict = !check.findings.faults.empty() ? CheckVerdict::Faults
-                             : isSure                       ? CheckVerdict::Right
-                                                            : CheckVerdict::CannotTell;
+    check.findings->verdict = !check.findings->faults.empty() ? CheckVerdict::Faults
+                              : isSure                        ? CheckVerdict::Right
+                                                              : CheckVerdict::CannotTell;
 }
 
 }  // namespace lineup::sound

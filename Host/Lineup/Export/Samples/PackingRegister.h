@@ -51,11 +51,22 @@ static inline Integers Squeezed(Integers a) {
     const __m128i pairs = _mm_or_si128(first, second);
     return _mm_or_si128(_mm_move_epi64(pairs), _mm_slli_si128(_mm_srli_si128(pairs, 8), 6));
 }
+// Of each lane: its lower or upper two integers, one of each register in turn.
 static inline Integers LowPairs(Integers a, Integers b) {
     return _mm_unpacklo_epi32(a, b);
 }
 static inline Integers HighPairs(Integers a, Integers b) {
     return _mm_unpackhi_epi32(a, b);
+}
+// Of each lane: a half of the one register and a half of the other, side by side.
+static inline Integers LowHalves(Integers a, Integers b) {
+    return _mm_unpacklo_epi64(a, b);
+}
+static inline Integers HighHalves(Integers a, Integers b) {
+    return _mm_unpackhi_epi64(a, b);
+}
+static inline Integers LowAndHighHalves(Integers a, Integers b) {
+    return _mm_castpd_si128(_mm_shuffle_pd(_mm_castsi128_pd(a), _mm_castsi128_pd(b), 0b10));
 }
 static inline Integers Narrowed(Integers a, Integers b) {
     return _mm_packs_epi32(a, b);
@@ -103,6 +114,15 @@ static inline Integers LowPairs(Integers a, Integers b) {
 }
 static inline Integers HighPairs(Integers a, Integers b) {
     return _mm256_unpackhi_epi32(a, b);
+}
+static inline Integers LowHalves(Integers a, Integers b) {
+    return _mm256_unpacklo_epi64(a, b);
+}
+static inline Integers HighHalves(Integers a, Integers b) {
+    return _mm256_unpackhi_epi64(a, b);
+}
+static inline Integers LowAndHighHalves(Integers a, Integers b) {
+    return _mm256_castpd_si256(_mm256_shuffle_pd(_mm256_castsi256_pd(a), _mm256_castsi256_pd(b), 0b1010));
 }
 static inline Integers Narrowed(Integers a, Integers b) {
     return _mm256_packs_epi32(a, b);

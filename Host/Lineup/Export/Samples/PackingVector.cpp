@@ -15,6 +15,9 @@ constexpr std::size_t kSlack = 16;
 
 constexpr std::size_t kMostChannels = 64;
 
+// Registers of six channels, kWidth samples of each.
+constexpr int kSixes = 6;
+
 // --- float to integer: what Quantise does, in floats. The scale is a power of two, so the product is exact. ---
 
 // Clipped before it is rounded: both limits are floats, so that what is rounded stays within them.
@@ -33,11 +36,22 @@ Integers Convert<32>(Floats value) {
     return Xor(Rounded(steps), Reaches(steps, kFullScale));
 }
 
-// --- one form for each sample format: kWidth samples of one channel, or of two side by side ---
+// --- one form for each sample format: kWidth samples of one channel, or of two or six side by side ---
+
+// Six takes a register's lanes one behind the other: those of all `values`, in their order, are four moments.
 
 struct S16 {
     static constexpr std::size_t kBytes = 2;
     static PackFunction* Plain() { return kPackingPlain.s16; }
+    static Integers Steps(const float* samples) { return Convert<16>(Load(samples)); }
+    static void Six(const Integers (&values)[kSixes], std::uint8_t* packed) {
+        for (int i = 0; i < kSixes / 2; ++i) {
+            const Integers narrow = Narrowed(values[2 * i], values[2 * i + 1]);
+            for (int lane = 0; lane < kLanes; ++lane) {
+                Store(packed + std::ptrdiff_t{48} * lane + std::ptrdiff_t{16} * i, Lane(narrow, lane));
+            }
+        }
+    }
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers steps = Convert<16>(Load(samples));
         const Integers narrow = Narrowed(steps, steps);
@@ -59,6 +73,18 @@ struct S16 {
 struct S24 {
     static constexpr std::size_t kBytes = 3;
     static PackFunction* Plain() { return kPackingPlain.s24; }
+    static Integers Steps(const float* samples) { return Convert<24>(Load(samples)); }
+    static void Six(const Integers (&values)[kSixes], std::uint8_t* packed) {
+        Integers squeezed[kSixes];
+        for (int i = 0; i < kSixes; ++i) {
+            squeezed[i] = Squeezed(values[i]);
+        }
+        for (int lane = 0; lane < kLanes; ++lane) {  // in the order of the bytes: each store's last four go
+            for (int i = 0; i < kSixes; ++i) {
+                Store(packed + std::ptrdiff_t{72} * lane + std::ptrdiff_t{12} * i, Lane(squeezed[i], lane));
+            }
+        }
+    }
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers squeezed = Squeezed(Convert<24>(Load(samples)));
         for (int lane = 0; lane < kLanes; ++lane) {
@@ -80,6 +106,14 @@ struct S24 {
 template <Integers (*kConvert)(Floats)>
 struct Of32 {
     static constexpr std::size_t kBytes = 4;
+    static Integers Steps(const float* samples) { return kConvert(Load(samples)); }
+    static void Six(const Integers (&values)[kSixes], std::uint8_t* packed) {
+        for (int i = 0; i < kSixes; ++i) {
+            for (int lane = 0; lane < kLanes; ++lane) {
+                Store(packed + std::ptrdiff_t{96} * lane + std::ptrdiff_t{16} * i, Lane(values[i], lane));
+            }
+        }
+    }
     static void One(const float* samples, std::uint8_t* packed) {
         const Integers values = kConvert(Load(samples));
         for (int lane = 0; lane < kLanes; ++lane) {
@@ -104,15 +138,26 @@ struct F32 : Of32<Bits> {
 
 // --- any number of channels ---
 
-template <std::size_t kValue>
-struct Constant {
-    constexpr operator std::size_t() const { return kValue; }  // NOLINT(google-explicit-constructor): it is one
-};
+/// Six channels of 5.1, side by side without leaving the registers.
+template <class Format>
+void PackSix(const float* const* channels, std::size_t at, std::uint8_t* packed) {
+    const Integers a = Format::Steps(channels[0] + at);
+    const Integers b = Format::Steps(channels[1] + at);
+    const Integers c = Format::Steps(channels[2] + at);
+    const Integers d = Format::Steps(channels[3] + at);
+    const Integers e = Format::Steps(channels[4] + at);
+    const Integers f = Format::Steps(channels[5] + at);
+    const Integers values[kSixes] = {
+        LowHalves(LowPairs(a, b), LowPairs(c, d)),          LowAndHighHalves(LowPairs(e, f), LowPairs(a, b)),
+        HighHalves(LowPairs(c, d), LowPairs(e, f)),         LowHalves(HighPairs(a, b), HighPairs(c, d)),
+        LowAndHighHalves(HighPairs(e, f), HighPairs(a, b)), HighHalves(HighPairs(c, d), HighPairs(e, f)),
+    };
+    Format::Six(values, packed);
+}
 
-/// Several pairs of channels: each pair by itself, then moment by moment side by side. `pairs` is a number or a
-/// constant: a constant unrolls the innermost loop.
-template <class Format, class Pairs>
-void PackPairs(const float* const* channels, Pairs pairs, std::size_t at, std::uint8_t* packed) {
+/// Several pairs of channels: each pair by itself, then moment by moment side by side.
+template <class Format>
+void PackPairs(const float* const* channels, std::size_t pairs, std::size_t at, std::uint8_t* packed) {
     constexpr std::size_t kPairBytes = 2 * Format::kBytes;
     // Six bytes are copied as eight: the next pair, or the plain form, writes over the two behind.
     constexpr std::size_t kCopiedBytes = kPairBytes == 6 ? 8 : kPairBytes;
@@ -135,7 +180,7 @@ void PackFull(const float* const* channels, std::size_t numChannels, std::size_t
     } else if (numChannels == 2) {
         Format::Two(channels[0] + at, channels[1] + at, packed);
     } else if (numChannels == 6) {
-        PackPairs<Format>(channels, Constant<3>{}, at, packed);
+        PackSix<Format>(channels, at, packed);
     } else {
         PackPairs<Format>(channels, numChannels / 2, at, packed);
     }

@@ -4,8 +4,8 @@
 #include <lineup/Error.h>
 #include <lineup/UsageError.h>
 #include "Host/Lineup/Export/Media/WriteGatherer.h"
-#include "Host/Lineup/Files/FileQueue.h"
 #include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Files/WriteInTurns.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -28,9 +28,10 @@
 
 namespace {
 
-using lineup::FileQueue;
+using lineup::kPieceBytes;
 using lineup::TargetFile;
 using lineup::WriteGatherer;
+using lineup::WriteInTurns;
 using test::ReadFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -272,25 +273,23 @@ TEST_F(FailingSystem, IsNotWaitedForWhereThatIsNotAskedFor) {
     }
 }
 
-// The queue's thread meets the full disk while the next blocks are filled, or after the last one.
-TEST_F(FailingSystem, ThatFillsUpUnderAQueueIsSaid) {
-    constexpr int kBlocks = 12;
-    for (const int good : {0, 1, 3, kBlocks - 2, kBlocks - 1}) {
+// Whichever thread meets the full disk, and while others make or wait.
+TEST_F(FailingSystem, ThatFillsUpUnderPiecesWrittenInTurnsIsSaid) {
+    constexpr int kPieces = 12;
+    for (const int good : {0, 1, 3, kPieces - 2, kPieces - 1}) {
         TargetFile file(Target(), false);
         gRefusals = {};
         gRefusals.goodWrites = good;
         gRefusals.write = ENOSPC;
         const auto fill = [&] {
-            FileQueue queue(file);
-            for (std::size_t written = 0; written < kBlocks * FileQueue::kBlockBytes;) {
-                std::fill_n(queue.Room(), FileQueue::kRoomBytes, std::uint8_t{7});
-                queue.Add(FileQueue::kRoomBytes);
-                written += FileQueue::kRoomBytes;
-            }
-            queue.Finish();
+            WriteInTurns(
+                file, kPieces * static_cast<std::int64_t>(kPieceBytes),
+                [] { return [](std::int64_t /*at*/, std::span<std::uint8_t> piece) { std::ranges::fill(piece, 7); }; },
+                [](std::int64_t /*written*/) {});
         };
-        EXPECT_THROW(fill(), lineup::Error) << good << " blocks fit";
+        EXPECT_THROW(fill(), lineup::Error) << good << " pieces fit";
         EXPECT_EQ(file.Errno(), ENOSPC);
+        EXPECT_EQ(file.Size(), good * static_cast<std::int64_t>(kPieceBytes));
     }
     EXPECT_THAT(Names(), IsEmpty());
 }

@@ -1,3 +1,5 @@
+#include <lineup/AudioReader.h>
+#include "Host/Lineup/Export/Samples/Dither.h"
 #include "Host/Lineup/Export/Samples/SamplePacking.h"
 #include "Host/Lineup/Export/Wave/WaveHeader.h"
 #include "Tests/Host/Lineup/Export/MediaFile.h"
@@ -5,10 +7,13 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -164,5 +169,60 @@ INSTANTIATE_TEST_SUITE_P(Formats, WaveFiles,
                          testing::Combine(testing::Values(SampleFormat::S16, SampleFormat::S24, SampleFormat::S32,
                                                           SampleFormat::F32),
                                           testing::Values(1, 2, 6), testing::Values(48000, 96000)));
+
+// A file is made in pieces, whose ends lie within a sample's bytes, a block of clip time or the header's last stretch.
+TEST(LongWaveFiles, OfManyPiecesAreTheClipsSamplesPackedInOneGo) {
+    struct Case {
+        std::uint32_t channels;
+        const char* codec;
+        SampleFormat samples;
+        int rateHz;
+        lineup::Dither dither;
+    };
+    for (const Case& of : {Case{1, "pcm-s24", SampleFormat::S24, 48000, lineup::Dither::None},
+                           {2, "pcm-s24", SampleFormat::S24, 44100, lineup::Dither::None},
+                           {2, "pcm-s16", SampleFormat::S16, 11025, lineup::Dither::Triangular},
+                           {6, "pcm-s24", SampleFormat::S24, 48000, lineup::Dither::None}}) {
+        const test::TemporaryFolder folder;
+        lineup::BarsAndToneInfo tone;
+        tone.numChannels = of.channels;
+        tone.sampleRate = static_cast<float>(of.rateHz);
+        const lineup::Clip clip = test::OpenClip(tone);
+        constexpr std::int64_t kSamples = 900'001;
+        constexpr std::int64_t kBlack = 100'003;
+        auto settings = test::SmallExport(folder / "a.wav", kSamples);
+        settings.audioCodec = of.codec;
+        settings.dither = of.dither;
+        settings.startSample = 12345;
+        settings.blackSamples = kBlack;
+        Export(clip, settings);
+
+        std::vector<std::vector<float>> sound(of.channels, std::vector<float>(kSamples + kBlack));
+        std::vector<float*> buffers;
+        for (auto& channel : sound) {
+            buffers.push_back(channel.data());
+        }
+        lineup::AudioReader(clip).Read(12345, kSamples, buffers);
+        // Files order the channels of 5.1 as L R C LFE Ls Rs.
+        const std::vector<std::size_t> order =
+            of.channels == 6 ? std::vector<std::size_t>{0, 1, 4, 5, 2, 3} : std::vector<std::size_t>{0, 1};
+        std::vector<const float*> inFileOrder;
+        for (std::size_t c = 0; c < sound.size(); ++c) {
+            if (of.dither == lineup::Dither::Triangular) {
+                lineup::AddDither(sound[c], 12345, static_cast<int>(c));
+            }
+            inFileOrder.push_back(sound[order[c]].data());
+        }
+        std::vector<std::uint8_t> packed((kSamples + kBlack) * of.channels * lineup::PackedBytes(of.samples));
+        PackFrames(inFileOrder, kSamples + kBlack, of.samples, packed.data());
+
+        const auto file = test::ReadBytes(folder / "a.wav");
+        const std::size_t data = Content(file, "data");
+        ASSERT_EQ(Number(file, data - 4, 4), packed.size());
+        ASSERT_EQ(file.size(), data + packed.size() + packed.size() % 2);
+        const auto differs = std::ranges::mismatch(packed, std::span(file).subspan(data)).in1 - packed.begin();
+        EXPECT_EQ(static_cast<std::size_t>(differs), packed.size()) << of.channels << " channels, " << of.codec;
+    }
+}
 
 }  // namespace

@@ -31,10 +31,10 @@ class Turns {
 public:
     explicit Turns(std::int64_t pieces) : mPieces(pieces) {}
 
-    /// The next piece that nobody makes; none when all are being made, or something has failed.
+    /// The next piece that nobody makes; none when all are being made.
     std::optional<std::int64_t> Next() {
         const std::lock_guard lock(mMutex);
-        return mFailure || mNext == mPieces ? std::nullopt : std::optional(mNext++);
+        return mNext == mPieces ? std::nullopt : std::optional(mNext++);
     }
 
     /// Waits until all pieces before `piece` are written. False when something has failed.

@@ -189,7 +189,7 @@ TEST(LongWaveFiles, OfManyPiecesAreTheClipsSamplesPackedInOneGo) {
         tone.sampleRate = static_cast<float>(of.rateHz);
         const lineup::Clip clip = test::OpenClip(tone);
         constexpr std::int64_t kSamples = 900'001;
-        constexpr std::int64_t kBlack = 100'003;
+        constexpr std::int64_t kBlack = 100'002;
         auto settings = test::SmallExport(folder / "a.wav", kSamples);
         settings.audioCodec = of.codec;
         settings.dither = of.dither;

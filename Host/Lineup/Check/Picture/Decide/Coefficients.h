@@ -8,7 +8,9 @@
 namespace lineup::picture {
 
 /// The shares of red, green and blue in luma that the patches have, where they differ from those of the matrix that is
-/// due and explain the patches several times better than it does: a digit is wrong in somebody's table.
-[[nodiscard]] std::optional<Triple> OddCoefficients(const CodeScale& scale, std::span<const ColourPair> pairs);
+/// due, explain the patches several times better than it does, and move a patch by `least` codes: a digit is wrong in
+/// somebody's table.
+[[nodiscard]] std::optional<Triple> OddCoefficients(const CodeScale& scale, std::span<const ColourPair> pairs,
+                                                    double least);
 
 }  // namespace lineup::picture

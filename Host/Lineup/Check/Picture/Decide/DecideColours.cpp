@@ -1,6 +1,7 @@
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
 #include "Host/Lineup/Check/Picture/Decide/ChainFaults.h"
 #include "Host/Lineup/Check/Picture/Decide/Coefficients.h"
+#include "Host/Lineup/Check/Picture/Decide/DecideEnds.h"
 #include "Host/Lineup/Check/Picture/Decide/FitChain.h"
 #include "Host/Lineup/Check/Picture/Decide/Verdict.h"
 
@@ -15,9 +16,8 @@ namespace lineup::picture {
 namespace {
 
 constexpr double kOtherMakers = 4;    // codes that -I or +Q may be elsewhere on the clip's own card
+constexpr double kSureShare = 0.2;    // of the patches' tolerance, that a cause without doubt must move one by
 constexpr double kUnexplained = 3;    // codes r.m.s. that are left of the best explanation
-constexpr double kCrushed = 0.6;      // of the way from below black to black
-constexpr double kLeastStep = 2;      // codes between the two
 constexpr std::size_t kCovered = 10;  // one patch in so many may be covered by something
 
 bool IsSmallOrOdd(const CardPatch& patch) {
@@ -53,8 +53,8 @@ public:
         if (!mIsWithin) {
             mFindings->faults = Joined(std::move(mFindings->faults), FaultsOf(Unplanned(), mScale, mDue));
             TellOthers();
-            TellCoefficients();
         }
+        TellCoefficients();
         TellTags();
         const bool isOther = IsOtherMakers();
         if (isOther) {
@@ -62,8 +62,8 @@ public:
                 {.id = "other-bars",
                  .part = CheckPart::Picture,
                  .text = "The bars are laid out like the card, and come from another generator."});
-        } else {
-            TellCrushed();
+        } else if (!mScale.isRgb) {
+            DecideEnds(*mKnown, mBest.chain, mScale, *mFindings);
         }
         return isOther;
     }
@@ -188,7 +188,9 @@ private:
     }
 
     void TellCoefficients() {
-        const auto shares = mBest.chain.Cost() == 0 && !mScale.isRgb ? OddCoefficients(mScale, mPairs) : std::nullopt;
+        const double least = kSureShare * ToleranceOf(*mKnown->settings, "patches");
+        const bool isPlain = mBest.chain.Cost() == 0 && !mScale.isRgb;
+        const auto shares = isPlain ? OddCoefficients(mScale, mPairs, least) : std::nullopt;
         if (shares) {
             mFindings->faults.push_back(
                 MakePictureFault("matrix-wrong", {}, {},
@@ -223,30 +225,6 @@ private:
             }
             return most > kOtherMakers + 2 * mBest.error;
         });
-    }
-
-    // The patch below black, against black beside it.
-    void TellCrushed() {
-        if (mScale.isRgb || mBest.chain.tone == ToneStep::BlackClipped) {
-            return;
-        }
-        const auto named = [this](const char* name) {
-            return std::ranges::find_if(mKnown->seen->patches,
-                                        [name](const auto& patch) { return patch.patch->name == name; });
-        };
-        const auto below = named("below black");
-        if (below == mKnown->seen->patches.end()) {
-            return;
-        }
-        const double due = mBest.chain.Codes(mScale, below->patch->rgb)[0];
-        const double black = mBest.chain.Codes(mScale, {0, 0, 0})[0];
-        const double share = black - due > 0 ? (below->codes[0] - due) / (black - due) : 0;
-        if (black - due >= kLeastStep && due >= 1 && share > kCrushed) {
-            const double code = below->codes[0];
-            mFindings->faults.push_back(MakePictureFault(
-                "blacks-crushed", code, due,
-                fmt::format("What lies below black is gone: code {:.1f} is there in place of {:.1f}.", code, due)));
-        }
     }
 
     const PictureCase* mKnown;

@@ -48,16 +48,18 @@ void DecideChroma(const PictureCase& known, PictureFindings& findings) {
     const double stepY = 1U << known.seen->head.subsampleHeight;
     // Where a codec left little of the edges, their middles say little.
     const double blur = std::max(chroma.widthAcross.value_or(0) / stepX, chroma.widthDown.value_or(0) / stepY);
-    const auto isShifted = [blur](const std::optional<double>& off, double step) {
-        return off && std::abs(*off) > std::max(kShifted, step * std::max(0.6, kShiftOfBlur * blur));
+    const auto isShifted = [blur](double off, double step) {
+        return std::abs(off) > std::max(kShifted, step * std::max(0.6, kShiftOfBlur * blur));
     };
-    if (isShifted(chroma.right, stepX) || isShifted(chroma.down, stepY)) {
-        const double off =
-            std::abs(chroma.right.value_or(0)) > std::abs(chroma.down.value_or(0)) ? *chroma.right : *chroma.down;
-        findings.faults.push_back(
-            MakePictureFault("chroma-shifted", off, 0,
-                             fmt::format("Colour lies {:.1f} pixels to the right of its luma and {:.1f} below it.",
-                                         chroma.right.value_or(0), chroma.down.value_or(0))));
+    // Samples that were turned over with the picture lie on the other one of their pixels.
+    const double turned = known.seen->geometry.place.mirrored ? stepX - 1 : 0;
+    const double down = chroma.down.value_or(0);
+    const double seen = chroma.right.value_or(0);
+    const double right = seen < 0 ? std::min(seen + turned, 0.0) : seen;
+    if (isShifted(right, stepX) || isShifted(down, stepY)) {
+        findings.faults.push_back(MakePictureFault(
+            "chroma-shifted", std::abs(right) > std::abs(down) ? right : down, 0,
+            fmt::format("Colour lies {:.1f} pixels to the right of its luma and {:.1f} below it.", right, down)));
     }
     const double softAcross = std::max(1.0, known.seen->softAcross.value_or(1));
     const double softDown = std::max(1.0, known.seen->softDown.value_or(1));

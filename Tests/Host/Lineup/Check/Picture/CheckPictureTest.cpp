@@ -37,9 +37,9 @@ std::uint16_t Stored(double code) {
     return static_cast<std::uint16_t>(std::clamp(std::lround(code * 4), 0L, (1L << kBits) - 1));
 }
 
-// The HD card in BT.601, which is due at this size, 4:4:4; `change` gets each pixel's codes.
-DecodedPicture Frame(const std::function<void(Codes&)>& change = {}) {
-    const lineup::FloatPicture card = lineup::ReadPicture(TheClip(), kWidth, kHeight, lineup::Card::HD);
+// The card in BT.601, which is due at this size, 4:4:4; `change` gets each pixel's codes.
+DecodedPicture Frame(const std::function<void(Codes&)>& change = {}, lineup::Card which = lineup::Card::HD) {
+    const lineup::FloatPicture card = lineup::ReadPicture(TheClip(), kWidth, kHeight, which);
     DecodedPicture picture;
     picture.head.width = kWidth;
     picture.head.height = kHeight;
@@ -104,6 +104,8 @@ TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
         {"chroma-missing", [](Codes& c) { c[1] = c[2] = 128; }},
         {"blacks-crushed", [](Codes& c) { c[0] = std::max(c[0], 16.0); }},
         {"whites-clipped", [](Codes& c) { c[0] = std::min(c[0], 200.0); }},
+        {"matrix-wrong",  // a coefficient of green is wrong in the third digit
+         [](Codes& c) { c[0] += 0.005 * (c[0] - 16 - 0.3441 * (c[1] - 128) - 0.7141 * (c[2] - 128)); }},
         {"bits-truncated",
          [](Codes& c) {
              c = {std::floor(c[0]), std::floor(c[1]), std::floor(c[2])};
@@ -112,6 +114,13 @@ TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
     for (const Damage& damage : damages) {
         EXPECT_THAT(IdsOf(Examine({Frame(damage.change)})), ElementsAre(damage.id));
     }
+}
+
+TEST(CheckPicture, SeesTheOneWhiteOfTheSdCardCutOff) {
+    const auto clipped = [](Codes& c) { c[0] = std::min(c[0], 210.0); };
+    const PictureFindings findings = Examine({Frame(clipped, lineup::Card::SD)});
+    ASSERT_THAT(IdsOf(findings), ElementsAre("whites-clipped"));
+    EXPECT_NEAR(*findings.faults.front().measured, 210, 0.5);
 }
 
 TEST(CheckPicture, FindsNothingWrongWithTheCardItself) {

@@ -2,11 +2,15 @@
 import pathlib
 import re
 
+import copyright
+
 # Debian's short names; GPL, LGPL and AGPL are put together from their parts below.
 SPDX_NAMES = {
     "expat": "MIT", "mit": "MIT", "x11": "X11", "isc": "ISC", "zlib": "Zlib", "bsd-2-clause": "BSD-2-Clause",
     "bsd-3-clause": "BSD-3-Clause", "bsd-4-clause": "BSD-4-Clause", "apache-2.0": "Apache-2.0", "apache-2": "Apache-2.0",
     "bsl-1.0": "BSL-1.0", "wtfpl-2": "WTFPL", "mpl-1.1": "MPL-1.1", "mpl-2.0": "MPL-2.0", "ftl": "FTL", "curl": "curl",
+    "cc0": "CC0-1.0", "bsd-2": "BSD-2-Clause", "bsd-3": "BSD-3-Clause",
+    "bsd-3-clause-clear": "BSD-3-Clause-Clear", "isc-license": "ISC", "afl-2.1": "AFL-2.1", "tu-berlin-2.0": "TU-Berlin-2.0",
     "libpng": "Libpng", "openssl": "OpenSSL", "artistic": "Artistic-1.0", "cc0-1.0": "CC0-1.0", "ofl-1.1": "OFL-1.1",
     # fmt's exception is part of no list: object code needs no notice.
     "expat with embedded exception": "MIT",
@@ -42,32 +46,64 @@ def spdx_name(name):
     return SPDX_NAMES.get(name)
 
 
-def expression(text):
-    """Debian's "LGPL-3 or GPL-2" as an SPDX expression; None when a name in it is unknown."""
-    if spdx_name(text):
-        return spdx_name(text)
-    words = re.split(r"(?:,\s*)?\b(and|or)\b", text)
-    names = [spdx_name(word) for word in words[::2]]
-    if None in names:
-        return None
-    operators = [word.upper() for word in words[1::2]]
-    return " ".join(part for pair in zip(names, operators + [""]) for part in pair).strip()
+def operators_between(parts, operators):
+    """a, "and", b as one text."""
+    return " ".join(part for pair in zip(parts, [word.upper() for word in operators] + [""]) for part in pair).strip()
+
+
+def expression(text, name_of=spdx_name):
+    """Debian's "LGPL-3 or GPL-2, and Expat" as an SPDX expression, names as name_of gives them; None when it gives one as
+    None. A comma binds less than the words."""
+    groups = re.split(r",\s*(and|or)\s+", text)
+    parts = []
+    for group in groups[::2]:
+        words = re.split(r"\s+(and|or)\s+", group)
+        names = [name_of(word) for word in words[::2]]
+        if None in names:
+            return None
+        parts.append(operators_between(names, words[1::2]))
+        if len(groups) > 1 and len(names) > 1:
+            parts[-1] = f"({parts[-1]})"
+    return operators_between(parts, groups[1::2])
 
 
 def copyright_file(package):
     return pathlib.Path("/usr/share/doc", package.split(":")[0], "copyright")
 
 
-def of_package(package, source):
-    """The licence of most of a package's files as an SPDX expression, NOASSERTION when it cannot be told."""
-    if source in OF_PACKAGES:
-        return OF_PACKAGES[source]
-    file = copyright_file(package)
-    text = file.read_text(errors="replace") if file.exists() else ""
-    if not text.startswith("Format:"):
-        return "NOASSERTION"
-    for paragraph in re.split(r"\n\s*\n", text):
-        fields = dict(re.findall(r"^([A-Za-z-]+):[ \t]*(.*)$", paragraph, re.MULTILINE))
-        if fields.get("Files", "").split()[:1] == ["*"]:
-            return expression(fields.get("License", "")) or "NOASSERTION"
-    return "NOASSERTION"
+class Licence:
+    """What is said of a package: an SPDX expression of the licences of most of its files; the texts of those that SPDX has no
+    name for, reference -> (name, text); and where the expression is NOASSERTION, why."""
+
+    def __init__(self, package, source):
+        self.expression, self.texts, self.why_not = "NOASSERTION", {}, ""
+        if source in OF_PACKAGES:
+            self.expression = OF_PACKAGES[source]
+            return
+        file = copyright_file(package)
+        text = file.read_text(errors="replace") if file.exists() else ""
+        self.why_not = self._read(text, source, file)
+
+    def _read(self, text, source, file):
+        if not text:
+            return f"there is no {file}"
+        if not copyright.is_readable(text):
+            return f"{file} is written for people: it has no field Format"
+        synopses = copyright.main_licences(text)
+        if not synopses:
+            return f"{file} describes the licence of most files without naming it"
+        found = [expression(synopsis, lambda name: spdx_name(name) or self._reference(text, source, name))
+                 for synopsis in synopses]
+        if None in found:
+            return f"{file} names a licence whose text it does not have: {synopses[found.index(None)]}"
+        self.expression = found[0] if len(found) == 1 else " AND ".join(
+            f"({part})" if " OR " in part else part for part in found)
+        return ""
+
+    def _reference(self, text, source, name):
+        body = copyright.licence_text(text, name)
+        if not body:
+            return None
+        reference = "LicenseRef-" + re.sub(r"[^A-Za-z0-9.]+", "-", f"{source}-{name}").strip("-")
+        self.texts[reference] = (name, body)
+        return reference

@@ -31,7 +31,7 @@ def digest(path, kind):
 
 class Document:
     def __init__(self):
-        self.packages, self.files, self.relations = {}, [], set()
+        self.packages, self.files, self.relations, self.licences = {}, [], set(), {}
 
     def relate(self, one, kind, other, comment=""):
         self.relations.add((one, kind, other, comment))
@@ -67,16 +67,19 @@ class Document:
     def add_system(self, package, facts, is_compiled_in):
         version, source, homepage = facts
         own = identity("Debian", package)
-        licence = licences.of_package(package, source)
+        licence = licences.Licence(package, source)
+        self.licences.update(licence.texts)
         entry = self.packages.setdefault(own, {
             "name": package.split(":")[0], "versionInfo": version, "supplier": "Organization: Debian",
             "downloadLocation": f"https://snapshot.debian.org/package/{source}/", "filesAnalyzed": False,
-            "licenseConcluded": "NOASSERTION", "licenseDeclared": licence, "copyrightText": "NOASSERTION",
+            "licenseConcluded": "NOASSERTION", "licenseDeclared": licence.expression, "copyrightText": "NOASSERTION",
             "comment": f"Debian source package {source}; its licences: {licences.copyright_file(package)}"})
+        if licence.why_not:
+            entry["licenseComments"] = licence.why_not
         if homepage:
             entry["homepage"] = homepage
         file = licences.copyright_file(package)
-        if is_compiled_in and licence in NOTICE_ASKED_FOR and file.exists():
+        if is_compiled_in and licence.expression in NOTICE_ASKED_FOR and file.exists():
             entry["attributionTexts"] = [file.read_text(errors="replace")]
         return own
 
@@ -86,7 +89,9 @@ class Document:
             "files": sorted(self.files, key=lambda file: file["SPDXID"]),
             "relationships": [{"spdxElementId": one, "relationshipType": kind, "relatedSpdxElement": other,
                                **({"comment": comment} if comment else {})}
-                              for one, kind, other, comment in sorted(self.relations)]}
+                              for one, kind, other, comment in sorted(self.relations)],
+            "hasExtractedLicensingInfos": [{"licenseId": reference, "name": name, "extractedText": text}
+                                           for reference, (name, text) in sorted(self.licences.items())]}
         namespace = uuid.uuid5(uuid.NAMESPACE_OID, json.dumps(body, sort_keys=True))
         head = {
             "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT", "name": name,

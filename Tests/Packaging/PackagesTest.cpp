@@ -83,6 +83,16 @@ TEST_F(DebianPackages, TakeWhatTheirProgramsLinkTo) {
     EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
 }
 
+// So that another package depends on the oldest version that has what it uses, and on this very one when it uses a part.
+TEST_F(DebianPackages, SayOfEverySymbolOfTheLibrariesSinceWhenItIsThere) {
+    const std::string symbols =
+        Output("dpkg-deb --ctrl-tarfile '" + File(kLibrary).string() + "' | tar -xO ./symbols | c++filt");
+    EXPECT_THAT(symbols, HasSubstr("\n lineup::Clip::Clip("));
+    EXPECT_THAT(symbols, HasSubstr("\n| " + kLibrary + " (= " TEST_BUILD_VERSION ")\n"));
+    EXPECT_THAT(symbols, testing::ContainsRegex("lineup::parts::[^\n]* 1\n"));
+    EXPECT_THAT(symbols, HasSubstr("libzelcore.so." TEST_SOVERSION " " + kLibrary + " #MINVER#\n"));
+}
+
 TEST_F(DebianPackages, CanBeReadByEverybodyWhoeverMadeThem) {
     for (const std::string& package : kAll) {
         for (const std::string part : {"--fsys-tarfile", "--ctrl-tarfile"}) {

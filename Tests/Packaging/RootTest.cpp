@@ -31,6 +31,7 @@ protected:
         (void)sRoot->Run("dpkg --purge " + kAll);  // where they are installed on this machine
         sBefore = Named();
         fs::copy(TEST_PACKAGES, sRoot->Path() / "tmp/packages");
+        fs::copy(TEST_SOURCE_DIR "/Packaging/debian/tests", sRoot->Path() / "tmp/tests");
     }
     void SetUp() override {
         if (!sRoot) {
@@ -84,51 +85,12 @@ TEST_F(InstalledPackages, FindEverythingTheyDependOnAmongTheSystemsOwn) {
               "installed installed installed installed installed installed installed ");
 }
 
-TEST_F(InstalledPackages, MakeClips) {
-    EXPECT_THAT(Output("lineup info"), HasSubstr("Bundle        /usr/lib/lineup/BarsAndTone.bundle\n"));
-    EXPECT_THAT(Output("lineup render bars.mov --duration 1"), AllOf(HasSubstr("prores-hq"), HasSubstr("25 frames")));
-    EXPECT_THAT(Output("ffprobe -v error -show_entries stream=codec_name -of csv=p=0 bars.mov"), "prores\npcm_s24le\n");
-    EXPECT_THAT(Output("lineup peaks tone.png"), HasSubstr("PNG"));
-}
-
-TEST_F(InstalledPackages, PassTheirOwnValidation) {
-    EXPECT_THAT(Output("lineup validate /usr/lib/lineup/BarsAndTone.bundle"), EndsWith(" passed\n"));
-}
-
-TEST_F(InstalledPackages, OpenADocumentInTheStudio) {
-    WriteDocument();
-    // It runs until it is told to end, and remembers by then which document it has shown.
-    const auto result =
-        Run("QT_QPA_PLATFORM=offscreen lineup-studio news.lineup >studio.log 2>&1 & studio=$!\n"
-            "for i in $(seq 100); do grep -qs news.lineup -r .config && break; sleep 0.1; done\n"
-            "grep -o '/usr/lib/lineup/BarsAndTone[^ ]*so' /proc/$studio/maps | sort -u\n"
-            "kill $studio; wait $studio; grep -rl news.lineup .config; cat studio.log >&2");
-    EXPECT_THAT(result.out,
-                AllOf(HasSubstr("/usr/lib/lineup/BarsAndTone.bundle/Contents/"), HasSubstr("lineup-studio")))
-        << result.err;
-}
-
-TEST_F(InstalledPackages, LetOthersBuildWithTheLibrary) {
-    const std::string examples = "/usr/share/doc/liblineup-dev/examples";
-    const std::string said =
-        "2 channels at 48000 Hz, peak 0.25\n1920x1080, luma of yellow 161\ntone.wav: 48000 samples\n";
-    (void)Output("g++ -std=c++20 " + examples + "/embed/embed.cpp -o embed $(pkg-config --cflags --libs lineup)");
-    EXPECT_EQ(Output("./embed"), said);
-    (void)Output("cmake -G Ninja -S " + examples + "/embed -B build && cmake --build build");
-    EXPECT_EQ(Output("build/embed"), said);
-}
-
-TEST_F(InstalledPackages, AddTheProducerToTheFramework) {
-    EXPECT_THAT(Output("timeout 60 melt -query producer=barsandtone"),
-                AllOf(HasSubstr("title: Bars and Tone"), HasSubstr("identifier: frequency")));
-    EXPECT_TRUE(Exists("usr/share/kdenlive/generators/barsandtone.xml"));
-}
-
-TEST_F(InstalledPackages, AddTheElementsToTheFramework) {
-    EXPECT_THAT(Output("timeout 60 gst-inspect-1.0 lineup"), HasSubstr("lineupsrc: Line-up clip"));
-    (void)Output(
-        "timeout 60 gst-launch-1.0 playbin uri='lineup://?ident=blits&size=320x180&duration=0.2' "
-        "video-sink=fakesink audio-sink=fakesink");
+// Packaging/debian/tests, each with what its package depends on, on the system as it stands.
+TEST_F(InstalledPackages, PassTheTestsThatADistributionRunsOnThem) {
+    const std::string tests = Output("sh /tmp/tests/run.sh /tmp/packages 2>&1");
+    for (const std::string& test : {"program", "plug-in", "studio", "development", "mlt", "gstreamer"}) {
+        EXPECT_THAT(tests, testing::ContainsRegex(test + " +PASS\n"));
+    }
 }
 
 TEST_F(InstalledPackages, AreKnownToShellsReadersAndDesktops) {

@@ -3,10 +3,12 @@ import hashlib
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "Packaging/materials"))
 import licences  # noqa: E402
@@ -62,10 +64,45 @@ class Materials(unittest.TestCase):
         for one in used:
             self.assertNotIn(self.packages[one]["licenseDeclared"], ("", "NOASSERTION"), self.packages[one]["name"])
 
+    def test_says_the_licence_wherever_a_machine_can_read_it_and_elsewhere_why_not(self):
+        texts = {info["licenseId"]: info["extractedText"] for info in self.document["hasExtractedLicensingInfos"]}
+        told = [package for package in self.packages.values() if package["licenseDeclared"] != "NOASSERTION"]
+        for package in self.packages.values():
+            file = licences.copyright_file(package["name"])
+            if package not in told:
+                self.assertIn(str(file), package["licenseComments"])
+                self.assertFalse(file.read_text(errors="replace").startswith("Format:"), package["licenseComments"])
+        references = {word for package in told for word in re.findall(r"LicenseRef-[\w.-]+", package["licenseDeclared"])}
+        self.assertEqual(references, set(texts))
+        self.assertTrue(all(texts.values()))
+
+
+class Licences(unittest.TestCase):
     def test_debians_names_of_licences_are_understood(self):
         for text, expected in (("Expat", "MIT"), ("LGPL-2.1+", "LGPL-2.1-or-later"), ("GPL-3", "GPL-3.0-only"),
-                               ("LGPL-3 or GPL-2", "LGPL-3.0-only OR GPL-2.0-only"), ("my own", None)):
+                               ("LGPL-3 or GPL-2", "LGPL-3.0-only OR GPL-2.0-only"), ("my own", None),
+                               ("GPL-2 or AFL-2.1, and Expat", "(GPL-2.0-only OR AFL-2.1) AND MIT")):
             self.assertEqual(licences.expression(text), expected)
+
+    def test_copyright_files_are_read_as_debian_writes_them(self):
+        head, own = "Format: https://example.org\n\n", "\n\nFiles: debian/*\nLicense: GPL-3"
+        for text, expected, texts, why_not in (
+                (head + "Files:\n *\nLicense: Expat\n free" + own, "MIT", [], ""),
+                (head + "Files: src/*\nLicense: Expat\n\nFiles: doc/*\nLicense: GPL-2 or ISC" + own,
+                 "MIT AND (GPL-2.0-only OR ISC)", [], ""),
+                (head + "Files: *\nLicense: Ours\n\nLicense: ours\n Do as\n .\n you like.", "LicenseRef-source-Ours",
+                 [("Ours", "Do as\n\nyou like.")], ""),
+                (head + "Files: *\nLicense: Ours", "NOASSERTION", [], "whose text it does not have: Ours"),
+                (head + "Files: *\nLicense:\n free", "NOASSERTION", [], "without naming it"),
+                ("It is free.", "NOASSERTION", [], "written for people"), ("", "NOASSERTION", [], "there is no ")):
+            with tempfile.TemporaryDirectory() as folder:
+                file = pathlib.Path(folder, "copyright")
+                file.write_text(text)
+                with unittest.mock.patch("licences.copyright_file", return_value=file):
+                    licence = licences.Licence("package", "source")
+            self.assertEqual((licence.expression, list(licence.texts.values())), (expected, texts))
+            self.assertIn(why_not, licence.why_not)
+            self.assertEqual(bool(why_not), bool(licence.why_not))
 
 
 class Sums(unittest.TestCase):

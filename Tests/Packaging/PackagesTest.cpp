@@ -83,7 +83,8 @@ TEST_F(DebianPackages, TakeWhatTheirProgramsLinkTo) {
     EXPECT_THAT(Field("lineup", "Depends"), testing::Not(HasSubstr("libqt6")));
 }
 
-// So that another package depends on the oldest version that has what it uses, and on this very one when it uses a part.
+// So that another package depends on the oldest version that has what it uses, and on this very one when it uses a
+// part.
 TEST_F(DebianPackages, SayOfEverySymbolOfTheLibrariesSinceWhenItIsThere) {
     const std::string symbols =
         Output("dpkg-deb --ctrl-tarfile '" + File(kLibrary).string() + "' | tar -xO ./symbols | c++filt");

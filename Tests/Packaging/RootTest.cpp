@@ -88,7 +88,7 @@ TEST_F(InstalledPackages, FindEverythingTheyDependOnAmongTheSystemsOwn) {
 // Packaging/debian/tests, each with what its package depends on, on the system as it stands.
 TEST_F(InstalledPackages, PassTheTestsThatADistributionRunsOnThem) {
     const std::string tests = Output("sh /tmp/tests/run.sh /tmp/packages 2>&1");
-    for (const std::string& test : {"program", "plug-in", "studio", "development", "mlt", "gstreamer"}) {
+    for (const std::string test : {"program", "plug-in", "studio", "development", "mlt", "gstreamer"}) {
         EXPECT_THAT(tests, testing::ContainsRegex(test + " +PASS\n"));
     }
 }

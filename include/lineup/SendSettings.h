@@ -25,6 +25,7 @@ enum class SendTiming {
 enum class StreamFormat {
     TransportStream,  ///< picture and sound as MPEG-2 transport packets
     Linear24,         ///< sound alone, uncompressed, 24 bits: L24 over RTP
+    Flv,              ///< H.264 and AAC as FLV: what RTMP carries
 };
 
 /// Instead of a codec's name: the stream has nothing of that kind.

@@ -40,7 +40,7 @@ struct SendOptions {
     std::optional<std::string> length;
     std::string videoCodec;
     std::string audioCodec;
-    std::string format = "ts";
+    std::string format;
     std::optional<double> packetMs;
     std::string session;
     std::optional<double> group;
@@ -51,11 +51,25 @@ struct SendOptions {
     bool json = false;
 };
 
-lineup::StreamFormat ParseStreamFormat(const std::string& text) {
-    if (text != "ts" && text != "l24") {
-        throw lineup::UsageError("format", text, "must be ts or l24");
+struct FormatName {
+    std::string_view name;
+    lineup::StreamFormat format;
+};
+constexpr std::array<FormatName, 3> kFormatNames = {{
+    {"ts", lineup::StreamFormat::TransportStream},
+    {"flv", lineup::StreamFormat::Flv},
+    {"l24", lineup::StreamFormat::Linear24},
+}};
+
+lineup::StreamFormat ParseStreamFormat(const std::string& text, const std::string& target) {
+    if (text.empty()) {
+        return lineup::UsualFormat(target);
     }
-    return text == "ts" ? lineup::StreamFormat::TransportStream : lineup::StreamFormat::Linear24;
+    const auto* const found = std::ranges::find(kFormatNames, text, &FormatName::name);
+    if (found == kFormatNames.end()) {
+        throw lineup::UsageError("format", text, "must be ts, flv or l24");
+    }
+    return found->format;
 }
 
 struct ClockName {
@@ -124,7 +138,7 @@ lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::
         settings.pipe = STDOUT_FILENO;
     }
     settings.overwrite = options.overwrite;
-    settings.format = ParseStreamFormat(options.format);
+    settings.format = ParseStreamFormat(options.format, options.target);
     if (options.packetMs) {
         constexpr double kMostMs = 1000;
         settings.packetUs = static_cast<int>(std::lround(std::clamp(*options.packetMs, 0.0, kMostMs) * 1000));
@@ -253,9 +267,9 @@ void RunSend(const SendOptions& options) {
 void AddStreamOptions(CLI::App& command, SendOptions& options) {
     command
         .add_option("--format", options.format,
-                    "ts: an MPEG-2 transport stream; l24: sound alone, uncompressed, over rtp")
-        ->type_name("ts|l24")
-        ->capture_default_str()
+                    "ts: an MPEG-2 transport stream; flv: H.264 and AAC for rtmp; l24: sound alone, uncompressed,\n"
+                    "over rtp [flv for rtmp and NAME.flv, else ts]")
+        ->type_name("ts|flv|l24")
         ->group(kStream);
     AddNumber(command, "packet-time", options.packetMs, "Sound in a packet of l24: 1, or 0.125 [1]", "ms")
         ->group(kStream);
@@ -273,7 +287,7 @@ void AddStreamOptions(CLI::App& command, SendOptions& options) {
         ->group(kStream);
     command
         .add_option("--bitrate", options.bitRate,
-                    "Constant rate of the whole stream, stuffing included: 8M, 2500k [as pictures need within 0.4 s]")
+                    "Constant rate of the whole ts, stuffing included: 8M, 2500k [as pictures need within 0.4 s]")
         ->type_name("RATE")
         ->group(kStream);
     command.add_flag("-y,--overwrite", options.overwrite, "Replace the file if it is there already")->group(kStream);
@@ -302,8 +316,8 @@ void AddSendTimeOptions(CLI::App& command, SendOptions& options) {
 
 std::string SendHelp() {
     std::string text =
-        "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; srt://, rist:// or tcp://HOST:PORT,\n"
-        "a connection that is made again when it breaks; a file; - for standard output.\n"
+        "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; srt://, rist:// or tcp://HOST:PORT\n"
+        "or rtmp://HOST/APP/KEY, a connection that is made again when it breaks; a file; - for standard output.\n"
         "Behind udp and rtp: ?ttl=N, &localaddr=ADDRESS, &localport=PORT; behind the others, what FFmpeg takes there.\n"
         "\nPicture codecs:\n";
     for (const lineup::VideoCodec& codec : lineup::StreamVideoCodecs()) {
@@ -317,6 +331,7 @@ std::string SendHelp() {
            "\nExamples:\n"
            "  lineup send udp://239.1.2.3:5000?ttl=4 --ident blits     until Ctrl-C\n"
            "  lineup send udp://10.0.0.7:5000 --bitrate 8M --audio-codec s302m\n"
+           "  lineup send rtmp://live.example/app/key                  H.264 and AAC as FLV\n"
            "  lineup send rtp://239.1.2.3:5004 --format l24 --packet-time 0.125 --sdp tone.sdp\n"
            "  lineup send - --for 60 --clock free | ffprobe -";
 }

@@ -1,4 +1,5 @@
 #include <lineup/Send.h>
+#include "Host/Lineup/Send/Flv/FlvMaker.h"
 #include "Host/Lineup/Send/LinearPlan.h"
 #include "Host/Lineup/Send/Output/StreamUrl.h"
 #include "Host/Lineup/Send/SendPlan.h"
@@ -18,11 +19,20 @@ void CheckTiming(const SendSettings& settings) {
 
 }  // namespace
 
+StreamFormat UsualFormat(const std::string& target) {
+    const std::string scheme = SchemeOf(target);
+    const bool flv = scheme == "rtmp" || scheme == "rtmps" || (scheme.empty() && target.ends_with(".flv"));
+    return flv ? StreamFormat::Flv : StreamFormat::TransportStream;
+}
+
 void CheckSend(const Clip& clip, const SendSettings& settings) {
     CheckTiming(settings);
     if (settings.format == StreamFormat::Linear24) {
         static_cast<void>(PlanLinear(clip, settings));
         return;
+    }
+    if (settings.format == StreamFormat::Flv) {
+        CheckFlv(settings);
     }
     SendPlan plan;
     PlanSend(clip, settings, plan);
@@ -30,8 +40,15 @@ void CheckSend(const Clip& clip, const SendSettings& settings) {
 
 SendStatus Send(const Clip& clip, const SendSettings& settings, const SendProgress& progress) {
     CheckTiming(settings);
-    const bool linear = settings.format == StreamFormat::Linear24;
-    return (linear ? SendLinearSound : SendTransportStream)(clip, settings, progress);
+    switch (settings.format) {
+        case StreamFormat::Linear24:
+            return SendLinearSound(clip, settings, progress);
+        case StreamFormat::Flv:
+            return SendFlv(clip, settings, progress);
+        case StreamFormat::TransportStream:
+            break;
+    }
+    return SendTransportStream(clip, settings, progress);
 }
 
 }  // namespace lineup

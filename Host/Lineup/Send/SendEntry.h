@@ -42,8 +42,10 @@ public:
 using OpenSoundCoderFunction = void(const SoundPlan& plan, std::unique_ptr<SoundCoder>& coder);
 inline constexpr const char* kOpenSoundCoderName = "lineupOpenSoundCoder";
 
-/// Opens a connection by one of the library's protocols, which is kept up.
-using OpenConnectionFunction = void(const SendSettings& settings, std::unique_ptr<StreamOutput>& output);
+/// Opens a connection by one of the library's protocols, which is kept up. Each time it is made it begins with `head`,
+/// if that has anything, and then an entry.
+using OpenConnectionFunction = void(const SendSettings& settings, const std::vector<std::uint8_t>& head,
+                                    std::unique_ptr<StreamOutput>& output);
 inline constexpr const char* kOpenConnectionName = "lineupOpenConnection";
 
 }  // namespace parts

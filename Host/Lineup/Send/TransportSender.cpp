@@ -81,7 +81,7 @@ private:
             if (!sent) {
                 return true;
             }
-            mStatus.seconds += Seconds(1);
+            mStatus.seconds = Seconds(++mSentSlots);
             mStatus.clipSeconds = Seconds(slot + 1);
             if (progress && !progress(mStatus)) {
                 return false;
@@ -108,6 +108,7 @@ private:
     SendClock* mClock;
     std::unique_ptr<StreamOutput> mOutput;
     std::optional<std::int64_t> mEnd;  // the slot that is not sent any more
+    std::int64_t mSentSlots = 0;
     SendStatus mStatus;
     std::int64_t mSaidJumps = 0;
 };

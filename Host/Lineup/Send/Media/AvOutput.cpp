@@ -7,7 +7,10 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <cctype>
+#include <cerrno>
 #include <chrono>
+#include <cstdarg>
 #include <string_view>
 #include <utility>
 
@@ -38,7 +41,31 @@ bool KnowsProtocol(std::string_view name) {
     return false;
 }
 
+// What the library said last on this thread of what went wrong.
+thread_local std::string
+    lastSaid;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): the library's callback has no place for it
+
+void KeepErrors(void* context, int level, const char* format, va_list arguments) {
+    if (level > AV_LOG_ERROR) {
+        return;
+    }
+    constexpr std::size_t kLongestLine = 512;
+    std::array<char, kLongestLine> line{};
+    int prefix = 0;
+    av_log_format_line2(context, level, format, arguments, line.data(), static_cast<int>(line.size()), &prefix);
+    std::string_view text = line.data();
+    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())) != 0) {
+        text.remove_suffix(1);
+    }
+    const std::size_t behindContext = text.starts_with('[') ? text.find("] ") : std::string_view::npos;
+    lastSaid = behindContext == std::string_view::npos ? text : text.substr(behindContext + 2);
+}
+
+// The system's word, or where the protocol has none the library's own.
 std::string CauseOf(int code) {
+    if (code == AVERROR(EIO) && !lastSaid.empty()) {
+        return lastSaid;
+    }
     std::array<char, AV_ERROR_MAX_STRING_SIZE> cause{};
     av_strerror(code, cause.data(), cause.size());
     return cause.data();
@@ -46,13 +73,14 @@ std::string CauseOf(int code) {
 
 }  // namespace
 
-AvOutput::AvOutput(const SendSettings& settings) : mUrl(settings.target), mNotice(settings.notice) {
+AvOutput::AvOutput(const SendSettings& settings, std::vector<std::uint8_t> head)
+    : mUrl(settings.target), mNotice(settings.notice), mHead(std::move(head)) {
     const std::string scheme = SchemeOf(mUrl);
     if (!KnowsProtocol(scheme)) {
         throw Error(
             fmt::format("cannot send to {}: this system's FFmpeg libraries were built without {}", mUrl, scheme));
     }
-    av_log_set_level(AV_LOG_QUIET);  // what goes wrong is said in notices
+    av_log_set_callback(&KeepErrors);  // what goes wrong is said in notices
     mThread = std::thread([this] { Run(); });
 }
 
@@ -93,7 +121,7 @@ void AvOutput::SayNotes() {
     }
 }
 
-bool AvOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*moment*/) {
+bool AvOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) {
     bool taken = false;
     {
         const std::lock_guard lock(mMutex);
@@ -102,10 +130,11 @@ bool AvOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*
             Note(fmt::format("{} does not take the stream as fast as it is sent; some of it is lost", mUrl));
         }
         mFull = full;
-        taken = mConnected && !full;
+        taken = mConnected && !full && (!mNeedsEntry || moment.isEntry);
         if (taken) {
             mQueue.emplace_back(bytes.begin(), bytes.end());
         }
+        mNeedsEntry = !taken && !mHead.empty();
     }
     mChanged.notify_all();
     SayNotes();
@@ -124,6 +153,7 @@ void AvOutput::Run() {
 }
 
 void AvOutput::SendWhileConnected() {
+    lastSaid.clear();
     AVIOContext* opened = nullptr;
     const AVIOInterruptCB interrupt = {.callback = &IsStopped, .opaque = this};
     if (const int code = avio_open2(&opened, mUrl.c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr); code < 0) {
@@ -135,6 +165,10 @@ void AvOutput::SendWhileConnected() {
     std::unique_lock lock(mMutex);
     Note(fmt::format("connected to {}", mUrl));
     mConnected = true;
+    mNeedsEntry = !mHead.empty();
+    if (!mHead.empty()) {
+        mQueue.push_back(mHead);
+    }
     for (;;) {
         mChanged.wait(lock, [this] { return mStopped || mEnding || !mQueue.empty(); });
         if (mStopped || mQueue.empty()) {

@@ -18,7 +18,8 @@ namespace lineup {
 class AvOutput final : public StreamOutput {
 public:
     /// Throws Error when this system's media libraries do not know the protocol.
-    explicit AvOutput(const SendSettings& settings);
+    /// Behind `head`, with which each connection begins, and behind what is lost, the stream goes on with an entry.
+    AvOutput(const SendSettings& settings, std::vector<std::uint8_t> head);
     ~AvOutput() override;
 
     [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
@@ -38,7 +39,9 @@ private:
     std::deque<std::vector<std::uint8_t>> mQueue;
     std::vector<std::string> mNotes;  // not said yet
     std::string mLastNote;
+    std::vector<std::uint8_t> mHead;
     bool mConnected = false;
+    bool mNeedsEntry = false;
     bool mFull = false;
     std::atomic<bool> mEnding = false;   // what is in the queue is still sent
     std::atomic<bool> mStopped = false;  // at once

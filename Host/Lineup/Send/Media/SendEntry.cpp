@@ -19,8 +19,9 @@ LINEUP_API void lineupOpenSoundCoder(const SoundPlan& plan, std::unique_ptr<Soun
     coder = OpenSoundCoder(plan);
 }
 
-LINEUP_API void lineupOpenConnection(const SendSettings& settings, std::unique_ptr<StreamOutput>& output) {
-    output = std::make_unique<AvOutput>(settings);
+LINEUP_API void lineupOpenConnection(const SendSettings& settings, const std::vector<std::uint8_t>& head,
+                                     std::unique_ptr<StreamOutput>& output) {
+    output = std::make_unique<AvOutput>(settings, head);
 }
 }
 

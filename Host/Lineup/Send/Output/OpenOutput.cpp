@@ -11,6 +11,7 @@
 #include <array>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace lineup {
 inline namespace parts {
@@ -21,6 +22,12 @@ namespace {
 
 // What the media library's protocols carry as a stream of bytes or datagrams.
 constexpr std::array<std::string_view, 3> kConnections = {"srt", "rist", "tcp"};
+
+std::unique_ptr<StreamOutput> OpenConnection(const SendSettings& settings, const std::vector<std::uint8_t>& head) {
+    std::unique_ptr<StreamOutput> connection;
+    FromMediaLibrary<OpenConnectionFunction>(kOpenConnectionName)(settings, head, connection);
+    return connection;
+}
 
 }  // namespace
 
@@ -37,12 +44,21 @@ std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, RtpPayloa
         return std::make_unique<RtpOutput>(std::move(datagrams), payload);
     }
     if (std::ranges::find(kConnections, scheme) != kConnections.end()) {
-        std::unique_ptr<StreamOutput> connection;
-        FromMediaLibrary<OpenConnectionFunction>(kOpenConnectionName)(settings, connection);
-        return connection;
+        return OpenConnection(settings, {});
     }
     throw UsageError("output", settings.target,
-                     "must begin with udp://, rtp://, srt://, rist:// or tcp://, or be a file");
+                     scheme.starts_with("rtmp")
+                         ? "carries flv: choose --format flv"
+                         : "must begin with udp://, rtp://, srt://, rist://, rtmp:// or tcp://, or be a file");
+}
+
+std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, const std::vector<std::uint8_t>& head) {
+    if (!settings.pipe && !SchemeOf(settings.target).empty()) {
+        return OpenConnection(settings, head);
+    }
+    auto file = std::make_unique<FileOutput>(settings);
+    static_cast<void>(file->Write(head, {}));  // which throws where it cannot
+    return file;
 }
 
 }  // namespace parts

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace lineup {
 inline namespace parts {
@@ -14,6 +15,7 @@ inline namespace parts {
 struct StreamMoment {
     std::int64_t datagram = 0;   ///< its number in the stream
     std::int64_t timestamp = 0;  ///< in the units of what is sent: 90 kHz of a transport stream, samples of sound
+    bool isEntry = true;         ///< whoever begins to receive can begin with it
 };
 
 /// How RTP numbers what it carries.
@@ -37,6 +39,10 @@ public:
 
 /// Opens what the settings' target names. Throws UsageError for one that cannot be, and Error.
 [[nodiscard]] LINEUP_API std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, RtpPayload payload);
+
+/// The same for a stream that begins with a head, on every connection; behind it an entry follows.
+[[nodiscard]] LINEUP_API std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings,
+                                                                  const std::vector<std::uint8_t>& head);
 
 }  // namespace parts
 }  // namespace lineup

@@ -15,15 +15,24 @@ constexpr std::array<int, 12> kAdtsRatesHz = {96000, 88200, 64000, 48000, 44100,
 constexpr std::size_t kAdtsHead = 7;
 constexpr std::size_t kBufferBytes = 6144 / 8;
 
+unsigned RateIndexOf(int sampleRateHz) {
+    return static_cast<unsigned>(std::ranges::find(kAdtsRatesHz, sampleRateHz) - kAdtsRatesHz.begin());
+}
+
 }  // namespace
 
 AdtsCoder::AdtsCoder(std::unique_ptr<SoundCoder> coder, int sampleRateHz, std::size_t channels)
-    : mCoder(std::move(coder)),
-      mRateIndex(static_cast<unsigned>(std::ranges::find(kAdtsRatesHz, sampleRateHz) - kAdtsRatesHz.begin())),
-      mChannels(static_cast<unsigned>(channels)) {}
+    : mCoder(std::move(coder)), mRateIndex(RateIndexOf(sampleRateHz)), mChannels(static_cast<unsigned>(channels)) {}
 
 std::size_t AdtsCoder::MostBytes(std::size_t channels) {
     return kBufferBytes * channels + kAdtsHead;
+}
+
+std::vector<std::uint8_t> AdtsCoder::Config(int sampleRateHz, std::size_t channels) {
+    constexpr unsigned kObjectType = 2;  // low complexity
+    const unsigned rate = RateIndexOf(sampleRateHz);
+    return {static_cast<std::uint8_t>(kObjectType << 3U | rate >> 1U),
+            static_cast<std::uint8_t>((rate & 1U) << 7U | static_cast<unsigned>(channels) << 3U)};
 }
 
 void AdtsCoder::Code(std::span<float* const> samples, std::vector<std::uint8_t>& packet) {

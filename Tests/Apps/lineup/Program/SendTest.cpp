@@ -84,6 +84,9 @@ TEST(SendProgram, SaysWhatIsWrong) {
         {{"x.ts", "--clock", "sand"}, 2, "must be steady, wall or free"},
         {{"udp://127.0.0.1:9", "--clock", "free"}, 2, "is for a file or a pipe"},
         {{"x.ts", "--format", "l24"}, 2, "is for rtp:// alone"},
+        {{"x.ts", "--format", "avi"}, 2, "must be ts, flv or l24"},
+        {{"x.flv"}, 2, "--audio-codec mp2: is not for flv"},  // by its name
+        {{"rtmp://127.0.0.1:9/a/b"}, 2, "--audio-codec mp2: is not for flv"},
     };
     for (const Row& row : rows) {
         const test::Ending ending = test::RunChild(

@@ -148,7 +148,8 @@ LevelChange FindLevelChange(const Case& check) {
                                        check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0));
     double bent = 0;  // what harmonics cost the fundamental depends on the level
     for (const ShapeOfInput& shape : check.shapes) {
-        bent = std::max(bent, shape.distorted ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
+        const bool isBent = shape.distorted && shape.clipped == 1;  // of what is cut off, the levels are as before
+        bent = std::max(bent, isBent ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
     }
     const bool isExplained = std::abs(change.db) < DbFromGain(1 + bent);
     change.kind = isExplained ? LevelChange::Kind::None : change.kind;

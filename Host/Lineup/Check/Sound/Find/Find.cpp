@@ -5,6 +5,7 @@
 #include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <set>
 #include <utility>
@@ -23,6 +24,9 @@ constexpr double kCorrected = 0.0015;  // a tempo this far from the pitch is ano
 constexpr int kFewest = 3;             // stretches that name a sequence of several pitches or channels
 constexpr std::size_t kMostPitches = 6;
 constexpr std::size_t kMostTempos = 4;
+constexpr std::array kCorrectedSpeeds = {25.0 / 24, 24.0 / 25};  // at which the pitch is kept on purpose
+constexpr double kOfMissed = 0.3;  // what is not where it is due, beside what is
+constexpr double kOfTorn = 0.5;    // what is there but for a jump of time
 
 // A stretch that was found beside one of the sequence that it may be.
 struct Pair {
@@ -71,14 +75,17 @@ std::vector<double> TemposOf(std::span<const Pair> pairs, double pitch) {
         }
     }
     std::vector<double> tempos = Clusters(std::move(votes), 0.006, kMostTempos);
+    for (const double speed : kCorrectedSpeeds) {  // lengths of short bursts say too little then
+        tempos.push_back(speed * pitch);
+    }
     tempos.insert(tempos.begin(), pitch);
     return tempos;
 }
 
-std::vector<Pair> SameLengths(std::span<const Pair> pairs, double tempo) {
+std::vector<Pair> SameLengths(std::span<const Pair> pairs, double tempo, double reach = kSameLength) {
     std::vector<Pair> same;
     for (const Pair& pair : pairs) {
-        if (std::abs(pair.found->Length() - pair.sent->Length() / tempo) < kSameLength) {
+        if (std::abs(pair.found->Length() - pair.sent->Length() / tempo) < reach) {
             same.push_back(pair);
         }
     }
@@ -159,6 +166,7 @@ public:
         const double off = std::abs(Tempo() / pitch - 1);
         return off > kCorrected && (mLine.Slope() <= 0 || off > kBeyondDoubt * mLine.Doubt());
     }
+    [[nodiscard]] bool Explains(const Interval* found) const { return mFound.contains(found); }
     [[nodiscard]] bool Has(const Interval* sent, double start) const {
         return std::ranges::any_of(mSeen, [&](const auto& seen) {
             return seen.first == sent && std::abs(static_cast<double>(seen.second) * kBucket - start) < 2 * kBucket;
@@ -170,6 +178,7 @@ private:
 
     void Count(const Pair& pair, double off) {
         const double start = pair.found->start - off;
+        mFound.insert(pair.found);
         if (!Has(pair.sent, start)) {
             mSeen.emplace(pair.sent, std::lround(start / kBucket));
         }
@@ -186,6 +195,7 @@ private:
     double mCycle;
     double mPhase;
     std::set<std::pair<const Interval*, long>> mSeen;
+    std::set<const Interval*> mFound;
     Line mLine;
     double mFirst = 0;
     double mLast = 0;
@@ -206,13 +216,9 @@ int CountMissed(const Tally& tally, std::span<const Interval> sent, double cycle
     return missed;
 }
 
+// The cycle that begins about `roughPhase`, at `tempo`.
 Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, const Reference& reference, double pitch,
-               double roughTempo, double roughPhase, double reach) {
-    const Tally rough(pairs, reference, roughTempo, roughPhase, reach);
-    if (rough.Matched() == 0) {
-        return {};
-    }
-    const double tempo = rough.IsCorrected(pitch) ? rough.Tempo() : pitch;
+               double tempo, const Tally& rough, double roughTempo, double roughPhase, double reach) {
     const double cycle = reference.cycle / tempo;
     // A turn about the first of what was found.
     const double number = std::floor((rough.First() - roughPhase) / (reference.cycle / roughTempo));
@@ -226,6 +232,22 @@ Sighting Judge(std::span<const Pair> pairs, std::span<const Interval> sent, cons
     const Placing placing{start, tempo, pitch};
     return {&reference,    placing,     tally.Matched(), CountMissed(tally, sent, cycle, placing),
             tally.First(), tally.Last()};
+}
+
+// As fast as the pitch, and with it corrected where what was found looks like that: time that jumps does too.
+std::vector<Sighting> JudgeTempos(std::span<const Pair> pairs, std::span<const Interval> sent,
+                                  const Reference& reference, double pitch, double roughTempo, double roughPhase,
+                                  double reach) {
+    const Tally rough(pairs, reference, roughTempo, roughPhase, reach);
+    if (rough.Matched() == 0) {
+        return {};
+    }
+    std::vector<Sighting> sightings = {
+        Judge(pairs, sent, reference, pitch, pitch, rough, roughTempo, roughPhase, reach)};
+    if (rough.IsCorrected(pitch)) {
+        sightings.push_back(Judge(pairs, sent, reference, pitch, rough.Tempo(), rough, roughTempo, roughPhase, reach));
+    }
+    return sightings;
 }
 
 // One gap names a sequence of one pitch only where all about it is as it should be.
@@ -247,14 +269,43 @@ bool IsEnough(const Sighting& sighting, std::span<const Pair> pairs) {
     return sighting.missed <= mostMissed * sighting.matched;
 }
 
-// How good a sighting is beside others.
-double Worth(const Sighting& sighting) {
-    return sighting.matched - 0.3 * sighting.missed;
+// Tones of the sequence's pitches that it does not explain; the same at several inputs is one.
+int CountUnexplained(const Tally& tally, std::span<const Pair> pairs) {
+    constexpr double kOneTone = 0.25;  // s
+    std::set<long> unexplained;
+    for (const Pair& pair : pairs) {
+        if (!pair.found->gap && !tally.Explains(pair.found)) {
+            unexplained.insert(std::lround(pair.found->start / kOneTone));
+        }
+    }
+    return static_cast<int>(unexplained.size());
 }
 
-std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const Interval> found,
-                                const Reference& reference, double reach) {
-    std::optional<Sighting> best;
+// How good a sighting is beside others: what it explains, also where time has jumped, less what it does not.
+double Worth(const Sighting& sighting, std::span<const Pair> pairs, std::span<const Interval> sent) {
+    const Placing& placing = sighting.placing;
+    const double cycle = sighting.reference->cycle / placing.tempo;
+    const std::vector<Pair> alike = SameLengths(pairs, placing.tempo, kTornPlace);
+    const double phase = placing.start - std::floor(placing.start / cycle) * cycle;
+    const Tally torn(alike, *sighting.reference, placing.tempo, phase, kTornPlace);
+    const int missed = CountMissed(torn, sent, cycle, placing) + CountUnexplained(torn, pairs);
+    return sighting.matched + kOfTorn * (torn.Matched() - sighting.matched) - kOfMissed * missed;
+}
+
+struct Candidate {
+    Sighting sighting;
+    double worth = 0;
+};
+
+void KeepBetter(const Candidate& candidate, std::optional<Candidate>& best) {
+    if (!best || candidate.worth > best->worth) {
+        best = candidate;
+    }
+}
+
+std::optional<Candidate> FindOne(std::span<const ToneRun> runs, std::span<const Interval> found,
+                                 const Reference& reference, double reach) {
+    std::optional<Candidate> best;
     const std::vector<Interval> sent = IntervalsOf(reference);
     for (const double pitch : PitchesOf(runs, reference)) {
         const std::vector<Pair> pairs = PairsOf(found, sent, pitch);
@@ -265,9 +316,10 @@ std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const I
                 votes.push_back({PhaseOf(pair, tempo, reference.cycle / tempo), 1});
             }
             for (const double phase : Clusters(std::move(votes), reach, 3)) {
-                const Sighting sighting = Judge(same, sent, reference, pitch, tempo, phase, reach);
-                if (sighting.matched > 0 && IsEnough(sighting, same) && (!best || Worth(sighting) > Worth(*best))) {
-                    best = sighting;
+                for (const Sighting& sighting : JudgeTempos(same, sent, reference, pitch, tempo, phase, reach)) {
+                    if (sighting.matched > 0 && IsEnough(sighting, same)) {
+                        KeepBetter({sighting, Worth(sighting, pairs, sent)}, best);
+                    }
                 }
             }
         }
@@ -280,15 +332,14 @@ std::optional<Sighting> FindOne(std::span<const ToneRun> runs, std::span<const I
 std::optional<Sighting> FindIdent(std::span<const ToneRun> runs, std::span<const Reference> references) {
     const std::vector<Interval> found = IntervalsOf(runs);
     for (const double reach : {kSamePlace, kTornPlace}) {
-        std::optional<Sighting> best;
+        std::optional<Candidate> best;
         for (const Reference& reference : references) {
-            const auto sighting = FindOne(runs, found, reference, reach);
-            if (sighting && (!best || Worth(*sighting) > Worth(*best))) {
-                best = sighting;
+            if (const auto candidate = FindOne(runs, found, reference, reach)) {
+                KeepBetter(*candidate, best);
             }
         }
         if (best) {
-            return best;
+            return best->sighting;
         }
     }
     return std::nullopt;

@@ -144,7 +144,8 @@ public:
             std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
             across.AddEvents(mMeter, number, mJumps, events);
             for (SoundEvent& event : events) {
-                if (event.kind == SoundEvent::Kind::Jump && mJumps.size() < kMostJumps) {
+                const bool isJump = event.kind == SoundEvent::Kind::Jump && !IsKnown(mJumps, event.at);
+                if (isJump && mJumps.size() < kMostJumps) {
                     TakeJump(event, runs);
                 }
             }

@@ -7,9 +7,8 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kAcrossReach = 0.142;  // s on both sides: blocks to compare with, and the guard
-constexpr double kAcrossSteady = 0.3;   // the same of a tone that never ends: a dropout as long as that
-constexpr double kSameEvent = 0.008;    // s
+constexpr double kAcrossReach = 0.3;  // s on both sides: a dropout as long as that, blocks to compare with, the guard
+constexpr double kSameEvent = 0.008;  // s
 
 const RefTone* Find(const RefSlot& slot, double frequency) {
     const auto found = std::ranges::find(slot.tones, frequency, &RefTone::frequency);
@@ -36,9 +35,8 @@ Across::Across(const History& history, const Reference& reference) : mHistory(&h
         const RefSlot& next = reference.slots[(i + 1) % reference.slots.size()];
         mGoesOn.push_back(GoesOn(slot, next));
         RefSlot& around = mReference.slots[i];
-        const double reach = reference.Steady() ? kAcrossSteady : kAcrossReach;
-        around.start = slot.end - std::min(reach, slot.Length() / 2);
-        around.end = slot.end + std::min(reach, next.Length() / 2);
+        around.start = slot.end - std::min(kAcrossReach, slot.Length() / 2);
+        around.end = slot.end + std::min(kAcrossReach, next.Length() / 2);
         for (const RefTone& tone : next.tones) {
             if (Find(around, tone.frequency) == nullptr) {
                 around.tones.push_back(tone);

@@ -12,8 +12,9 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kClearOfEdge = 0.01;  // s: of a slot, where bursts may begin and end
-constexpr float kSameHeight = 0.1F;    // of the swing
+constexpr double kWholeBut = 0.03;    // s: blocks leave out so much at the ends of a slot that is whole
+constexpr double kClearOfCut = 0.01;  // s: of one that is not
+constexpr float kSameHeight = 0.1F;   // of the swing
 constexpr double kClickOverUsual = 4;
 constexpr double kLeastClick = 0.01;  // full scale
 constexpr double kNearClick = 0.03;   // s
@@ -31,7 +32,8 @@ bool GoesOnAround(const SlidingBuffer<HopFeatures>& hops, std::int64_t hop) {
            std::abs(before.least - after.least) <= kSameHeight * height;
 }
 
-// From where to where blocks of a slot are there at any input, s.
+// From where to where to look, s: to the ends of a slot that is whole, for bursts that begin and end there are not as
+// high before as after; of one that is cut, where blocks are there at any input.
 std::pair<double, double> Heard(const SlotSound& sound) {
     std::pair<double, double> heard(sound.end, sound.start);
     for (const InputSlot& input : sound.inputs) {
@@ -43,16 +45,16 @@ std::pair<double, double> Heard(const SlotSound& sound) {
             }
         }
     }
-    return heard;
+    const bool isFromStart = heard.first < sound.start + kWholeBut;
+    const bool isToEnd = heard.second > sound.end - kWholeBut;
+    return {isFromStart ? sound.start : heard.first + kClearOfCut, isToEnd ? sound.end : heard.second - kClearOfCut};
 }
 
 }  // namespace
 
 std::vector<SoundEvent> FindClicks(const History& history, const SlotSound& sound) {
-    const std::pair<double, double> heard = Heard(sound);
+    const auto [begins, ends] = Heard(sound);
     const double hopSeconds = history.grid.HopSeconds();
-    const double begins = std::max(heard.first, sound.start) + kClearOfEdge;
-    const double ends = std::min(heard.second, sound.end) - kClearOfEdge;
     std::vector<SoundEvent> clicks;
     for (std::size_t number = 0; number < sound.inputs.size(); ++number) {
         const auto& hops = history.hops[number];

@@ -25,8 +25,8 @@ constexpr int kFewest = 3;             // stretches that name a sequence of seve
 constexpr std::size_t kMostPitches = 6;
 constexpr std::size_t kMostTempos = 4;
 constexpr std::array kCorrectedSpeeds = {25.0 / 24, 24.0 / 25};  // at which the pitch is kept on purpose
-constexpr double kOfMissed = 0.3;  // what is not where it is due, beside what is
-constexpr double kOfTorn = 0.5;    // what is there but for a jump of time
+constexpr double kOfMissed = 0.3;                                // what is not where it is due, beside what is
+constexpr double kOfTorn = 0.5;                                  // what is there but for a jump of time
 
 // A stretch that was found beside one of the sequence that it may be.
 struct Pair {

@@ -27,6 +27,18 @@ bool GoesOn(const RefSlot& slot, const RefSlot& next) {
     });
 }
 
+// Whether a tone is as loud in the last block as in the first, more or less.
+bool GoesOnAt(const InputSlot& input) {
+    constexpr double kAsLoud = 0.5;
+    const auto first = std::ranges::find(input.there, true);
+    const auto last = std::find(input.there.rbegin(), input.there.rend(), true);
+    return first != input.there.end() && std::ranges::any_of(input.gains, [&](const auto& gains) {
+               const double before = std::abs(gains[static_cast<std::size_t>(first - input.there.begin())]);
+               const double after = std::abs(gains[static_cast<std::size_t>(input.there.rend() - last) - 1]);
+               return std::min(before, after) > kAsLoud * std::max(before, after);
+           });
+}
+
 }  // namespace
 
 Across::Across(const History& history, const Reference& reference) : mHistory(&history), mReference(reference) {
@@ -58,6 +70,11 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
     }
     around.Place(meter.Where(), delays);
     SlotSound sound = around.Measure(number);
+    for (InputSlot& input : sound.inputs) {
+        if (!GoesOnAt(input)) {
+            input.there.assign(input.there.size(), false);
+        }
+    }
     for (const SoundEvent& event : FindEvents(*mHistory, mReference, around, sound)) {
         // Where another channel leaks, the edge of its tone looks like a click.
         const bool isEdge = event.kind == SoundEvent::Kind::Click || event.kind == SoundEvent::Kind::LevelStep;

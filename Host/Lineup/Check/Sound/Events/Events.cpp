@@ -28,6 +28,9 @@ constexpr double kClearOfNoise = 6;       // times its r.m.s.
 constexpr double kClearAtLeast = 2e-4;
 constexpr double kClearOfPeak = 0.06;  // of the farthest from the tone: what filters make ring
 constexpr double kSilentOfTone = 0.3;
+constexpr double kSoundsAgain = 0.5;        // of the tone: gain that follows the sound may have moved it
+constexpr double kSilenceWindow = 2.5;      // periods
+constexpr double kSurelySilent = 0.01;      // s
 constexpr double kShortestSilence = 0.004;  // s
 constexpr double kLongestClick = 0.004;     // s
 constexpr double kLeastTurn = 0.005;        // radians
@@ -171,6 +174,30 @@ public:
         return count > 0 ? sum / count : 1;
     }
 
+    /// Silence between sound, from its start to its end, s: windows of `window` s in which the tone of `amplitude` is
+    /// not there, after one and before one in which it is, more or less.
+    [[nodiscard]] std::optional<std::pair<double, double>> SilenceWithin(double amplitude, double window) const {
+        const auto length = static_cast<std::size_t>(window * mRate);
+        bool sounded = false;
+        std::optional<double> begins;
+        for (std::size_t n = 0; n + length <= mSamples.size(); n += length) {
+            double squares = 0;
+            for (const float x : mSamples.subspan(n, length)) {
+                squares += static_cast<double>(x) * static_cast<double>(x);
+            }
+            const double level = std::sqrt(2 * squares / static_cast<double>(length)) / amplitude;
+            if (sounded && level < kSilentOfTone / 2) {
+                begins = begins.value_or(SecondOf(n));
+            } else if (level > kSoundsAgain) {
+                if (begins) {
+                    return std::pair(*begins, SecondOf(n));
+                }
+                sounded = true;
+            }
+        }
+        return std::nullopt;
+    }
+
     [[nodiscard]] double FarthestFrom(const Gains& gains) const {
         double farthest = 0;
         for (std::size_t n = 0; n < mSamples.size(); ++n) {
@@ -243,6 +270,19 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
 }
 
+// A tone that stops and comes back, at whatever level, before its slot ends. A channel that begins late, or ends early,
+// does not come back.
+std::optional<SoundEvent> FindSilence(const Zoom& zoom, const Usual& usual, double frequency) {
+    if (usual.amplitude < kEventSounds || frequency <= 0) {
+        return std::nullopt;
+    }
+    const auto silence = zoom.SilenceWithin(usual.amplitude, kSilenceWindow / frequency);
+    if (!silence || silence->second - silence->first < std::max(kSurelySilent, 2 * kSilenceWindow / frequency)) {
+        return std::nullopt;
+    }
+    return SoundEvent{SoundEvent::Kind::Dropout, silence->first, silence->second - silence->first, {}};
+}
+
 // What happens at one place is one thing, at all inputs that have it; where one says more than another, that counts.
 void AddEvent(const SoundEvent& event, std::size_t input, std::vector<SoundEvent>& events) {
     for (SoundEvent& known : events) {
@@ -282,16 +322,18 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
             };
             const auto before = GainsBeside(input, stretch, false, isGood);
             const auto after = GainsBeside(input, stretch, true, isGood);
-            // One that reaches an end of the slot is left out: the sequence itself may begin or end there.
-            if (before && after) {
-                const double first = input.firstMiddle + (static_cast<double>(stretch.first) - 1.5) * sound.step;
-                const double end = input.firstMiddle + (static_cast<double>(stretch.end) + 0.5) * sound.step;
-                zoom.Load(first, end);
-                const double frequency =
-                    input.gains.empty() ? 0 : reference.slots[sound.number.slot].tones[usual.tone].frequency * pitch;
-                if (const auto event = NameIt(zoom, usual, *before, *after, frequency, history.lossy)) {
-                    AddEvent(*event, number, events);
-                }
+            const double frequency =
+                input.gains.empty() ? 0 : reference.slots[sound.number.slot].tones[usual.tone].frequency * pitch;
+            const double first = input.firstMiddle + (static_cast<double>(stretch.first) - 1.5) * sound.step;
+            const double end = input.firstMiddle + (static_cast<double>(stretch.end) + 0.5) * sound.step;
+            zoom.Load(std::max(first, sound.start), std::min(end, sound.end));
+            // Of one that reaches an end of the slot, silence within alone is told: the sequence itself may begin or
+            // end there.
+            const auto event = before && after ? NameIt(zoom, usual, *before, *after, frequency, history.lossy)
+                               : before        ? FindSilence(zoom, usual, frequency)
+                                               : std::nullopt;
+            if (event) {
+                AddEvent(*event, number, events);
             }
             std::fill(input.there.begin() + static_cast<std::ptrdiff_t>(stretch.first),
                       input.there.begin() + static_cast<std::ptrdiff_t>(stretch.end), false);

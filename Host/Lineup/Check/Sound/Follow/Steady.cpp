@@ -2,6 +2,7 @@
 
 #include <lineup/Level.h>
 #include <lineup/ToneChoice.h>
+#include "Host/Lineup/Check/Sound/Events/Events.h"
 #include "Host/Lineup/Check/Sound/Find/Speeds.h"
 #include "Host/Lineup/Check/Sound/Measure/Tune.h"
 #include "Host/Lineup/Check/Sound/Measure/WanderFit.h"
@@ -122,7 +123,9 @@ public:
         meter.Place(mPlacing, mDelays);
         mCells = Cells(reference, mHistory->Inputs());
         for (const SlotNumber& number : mSlots) {
-            mCells.Add(meter.Measure(number));
+            SlotSound sound = meter.Measure(number);
+            static_cast<void>(FindEvents(*mHistory, reference, meter, sound));  // what is damaged has no level
+            mCells.Add(sound);
         }
         std::vector<Cell> cells;
         for (std::size_t input = 0; input < mHistory->Inputs(); ++input) {

@@ -189,8 +189,10 @@ public:
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (!mCoarse[input]) {
                 survey.inputs[input] = InputOf(input, usual - mDelays[input]);
-                survey.inputs[input].polarity = known ? survey.inputs[input].polarity : 0;
-                survey.inputs[input].exact = known && survey.inputs[input].exact;
+                if (!known || LiesElsewhere(input, usual)) {
+                    survey.inputs[input].polarity = 0;
+                    survey.inputs[input].exact = false;
+                }
             }
         }
         return survey;
@@ -246,6 +248,7 @@ private:
         }
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
         mCoarse.assign(mArrivals.size(), std::nullopt);
+        mRough.assign(mArrivals.size(), std::nullopt);
         mEdges.clear();
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             std::vector<Vote> late;
@@ -265,10 +268,20 @@ private:
             for (const Vote& vote : late) {
                 off.push_back(std::abs(vote.value - usual));
             }
-            if (!late.empty() && MedianOf(std::move(off)) < kEdgesAgree) {
+            if (late.empty()) {
+                continue;
+            }
+            mRough[input] = usual;
+            if (MedianOf(std::move(off)) < kEdgesAgree) {
                 mCoarse[input] = usual;
             }
         }
+    }
+
+    // Its own edges do not agree well enough to say where, but surely not there.
+    [[nodiscard]] bool LiesElsewhere(std::size_t input, double usual) const {
+        constexpr double kElsewhere = 0.003;  // s
+        return mRough[input] && std::abs(*mRough[input] + mDelays[input] - usual) > kElsewhere;
     }
 
     // The median of all edges is off by far less than half a period.
@@ -304,8 +317,9 @@ private:
     std::vector<SoundEvent> mJumps;
     Cells mCells{{}, 0};
     std::vector<Arrival> mArrivals;
-    std::vector<std::optional<double>> mCoarse;
-    std::vector<Vote> mEdges;  // of all inputs
+    std::vector<std::optional<double>> mCoarse;  // how late each input's edges are, where they agree
+    std::vector<std::optional<double>> mRough;   // the same, whether they agree or not
+    std::vector<Vote> mEdges;                    // of all inputs
 };
 
 }  // namespace

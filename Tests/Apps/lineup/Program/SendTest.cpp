@@ -8,6 +8,7 @@
 
 #include <array>
 #include <csignal>
+#include <sched.h>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
@@ -93,6 +94,27 @@ TEST(SendProgram, SaysWhatIsWrong) {
             SmallSend(row.arguments[0], {row.arguments.begin() + 1, row.arguments.end()}), folder.Path());
         EXPECT_EQ(ending.exitCode, row.exitCode) << ending.err;
         EXPECT_THAT(ending.err, HasSubstr(row.text));
+    }
+}
+
+// In a network of its own, in which not even the loopback is up.
+TEST(SendProgram, SaysThatThereIsNoNetwork) {
+    constexpr int kNotPrepared = 126;
+    const test::TemporaryFolder folder;
+    const auto leave = [] { return unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0; };
+    struct Row {
+        const char* target;
+        int exitCode;
+        const char* text;
+    };
+    for (const Row& row : {Row{"udp://127.0.0.1:9", 1, "cannot send to 127.0.0.1:9: Network is unreachable"},
+                           Row{"tcp://127.0.0.1:9", 0, "tcp://127.0.0.1:9: Network is unreachable; trying on"}}) {
+        const test::Ending ending = test::RunChild(SmallSend(row.target, {"--for", "0.2"}), folder.Path(), leave);
+        if (ending.exitCode == kNotPrepared) {
+            GTEST_SKIP() << "this system lets nobody leave the network";
+        }
+        EXPECT_EQ(ending.exitCode, row.exitCode) << ending.err;
+        EXPECT_THAT(ending.err + ending.out, HasSubstr(row.text));
     }
 }
 

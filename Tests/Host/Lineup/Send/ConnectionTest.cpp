@@ -112,24 +112,74 @@ TEST(Connection, IsMadeAgainWhenAReceiverHasGoneAway) {
     EXPECT_GT(firstClock[1] - firstClock[0], 27'000'000);  // a second at least: that long it waits before it tries
 }
 
-TEST(Connection, SaysThatNobodyIsThereAndTriesOn) {
-    std::string url;
-    {
-        const TcpReceiver gone;
-        url = gone.url;
-    }
+// Sound alone, until something is said.
+std::string FirstNotice(const std::string& target, lineup::SendStatus& status) {
     const lineup::Clip clip = test::OpenClip(2);
     test::SimulatedClock clock;
     lineup::SendSettings settings;
-    settings.target = url;
+    settings.target = target;
+    settings.format = lineup::UsualFormat(target);
     settings.videoCodec = lineup::kNoCodec;
-    settings.audioCodec = "mp2";
+    settings.clock = &clock;
+    std::string notice;
+    settings.notice = [&notice](const std::string& text) { notice = notice.empty() ? text : notice; };
+    status = Send(clip, settings, [&](const lineup::SendStatus&) { return notice.empty(); });
+    return notice;
+}
+
+TEST(Connection, SaysWhyItCannotBeMadeAndTriesOn) {
+    std::string gone;
+    {
+        const TcpReceiver receiver;
+        gone = receiver.url;
+    }
+    const TcpReceiver taken;
+    const std::string noHost = "no-such-host.invalid";
+    struct Row {
+        std::string url;
+        std::string cause;
+    };
+    const Row rows[] = {
+        {gone, "Connection refused"},
+        {taken.url + "?listen=1", "Address already in use"},
+        {"tcp://" + noHost + ":1", "Failed to resolve hostname " + noHost},
+        {"rtmp://" + noHost + "/live/tone", noHost},
+    };
+    for (const Row& row : rows) {
+        lineup::SendStatus status;
+        const std::string notice = FirstNotice(row.url, status);
+        EXPECT_THAT(notice, AllOf(HasSubstr("cannot reach " + row.url + ": "), HasSubstr(row.cause),
+                                  HasSubstr("; trying on, and clip time goes on")));
+        EXPECT_EQ(status.lostDatagrams, status.datagrams);
+    }
+}
+
+// It takes nothing at all, while simulated time runs on: what is lost is lost by whole datagrams, and the end comes.
+TEST(Connection, LosesWhatASlowReceiverDoesNotTake) {
+    const lineup::Clip clip = test::OpenClip(2);
+    TcpReceiver receiver;
+    test::SimulatedClock clock;
+    lineup::SendSettings settings;
+    settings.target = receiver.url;
+    settings.videoCodec = lineup::kNoCodec;
+    settings.bitsPerSecond = 50'000'000;  // soon too much
     settings.clock = &clock;
     std::vector<std::string> notices;
     settings.notice = [&notices](const std::string& text) { notices.push_back(text); };
-    const lineup::SendStatus status = Send(clip, settings, [&](const lineup::SendStatus&) { return notices.empty(); });
-    EXPECT_EQ(notices.front(), "cannot reach " + url + ": Connection refused; trying on, and clip time goes on");
-    EXPECT_EQ(status.lostDatagrams, status.datagrams);
+    bool takes = false;
+    const lineup::SendStatus status = Send(clip, settings, [&](const lineup::SendStatus& now) {
+        takes = takes || (now.lostDatagrams > 0 && notices.size() > 1);
+        if (takes) {
+            receiver.Take();
+        }
+        return receiver.calls.empty() || receiver.calls[0].size() < 1'000'000;
+    });
+    ASSERT_EQ(notices.size(), 2U);
+    EXPECT_EQ(notices[1], receiver.url + " does not take the stream as fast as it is sent; some of it is lost");
+    EXPECT_GT(status.lostDatagrams, 0);
+    for (std::size_t at = 0; at < 1'000'000; at += 188) {
+        ASSERT_EQ(receiver.calls[0][at], 0x47) << at;
+    }
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ public:
             ++mStream.packets;
         }
         for (auto& [pid, open] : mOpen) {
-            if (Number(std::span(open.pes).subspan(4, 2)) != 0) {
+            if (open.pes.size() == Number(std::span(open.pes).subspan(4, 2)) + 6) {
                 Close(pid, open);
             }
         }

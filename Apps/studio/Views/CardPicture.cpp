@@ -14,7 +14,7 @@ int Code8(float value) {
     return static_cast<int>(std::lround(std::clamp(value, 0.0F, 1.0F) * 255.0F));
 }
 
-QImage ToScreen(const lineup::FloatPicture& frame) {
+QImage ToScreen(const lineup::FloatPicture& frame, Matrix matrix) {
     QImage image(frame.Width(), frame.Height(), QImage::Format_RGB32);
     for (int line = 0; line < frame.Height(); ++line) {
         const auto y = frame.Line(0, line);
@@ -22,7 +22,7 @@ QImage ToScreen(const lineup::FloatPicture& frame) {
         const auto cr = frame.Line(2, line);
         auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(line));
         for (std::size_t x = 0; x < y.size(); ++x) {
-            const Rgb colour = ToRgb({y[x], cb[x], cr[x]}, Matrix::Bt601);
+            const Rgb colour = ToRgb({y[x], cb[x], cr[x]}, matrix);
             pixels[x] = qRgb(Code8(colour.r), Code8(colour.g), Code8(colour.b));
         }
     }
@@ -63,8 +63,20 @@ CardPicture::CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& 
     : mMatrix(matrix),
       mFrame(lineup::ReadPicture(clip, format.width, format.height, format.card)),
       mPixelAspect(PixelAspectOf(format.width, format.height)),
-      mScreen(ToScreen(mFrame)) {
+      mScreen(ToScreen(mFrame, Matrix::Bt601)) {
     Convert(mFrame, mMatrix);
+    Count();
+}
+
+CardPicture::CardPicture(lineup::FloatPicture frame, Matrix matrix)
+    : mMatrix(matrix),
+      mFrame(std::move(frame)),
+      mPixelAspect(PixelAspectOf(mFrame.Width(), mFrame.Height())),
+      mScreen(ToScreen(mFrame, matrix)) {
+    Count();
+}
+
+void CardPicture::Count() {
     const std::vector<Band> bands = FindBands();
     for (std::size_t component = 0; component < mColumns.size(); ++component) {
         mColumns[component] = CountLevels(static_cast<Component>(component), bands);

@@ -37,13 +37,16 @@ struct ChromaCount {
     int pixels;
 };
 
-/// A clip's frame, made ready to be looked at: its values by a matrix, the picture for the screen, and what the
+/// A frame, made ready to be looked at: its values by a matrix, the picture for the screen, and what the
 /// scopes show. Never changes once made.
 class CardPicture {
 public:
     /// Asks the plug-in for the frame, whose numbers are BT.601, and converts those to `matrix`. Throws lineup::Error
     /// when it refuses. Any thread.
     CardPicture(const lineup::Clip& clip, const lineup::PictureFormat& format, Matrix matrix);
+
+    /// A frame whose numbers are `matrix`'s already. Any thread.
+    CardPicture(lineup::FloatPicture frame, Matrix matrix);
 
     [[nodiscard]] Matrix ShownMatrix() const noexcept { return mMatrix; }
 
@@ -74,6 +77,7 @@ private:
         int line;
         int lines;
     };
+    void Count();
     [[nodiscard]] std::vector<Band> FindBands() const;
     [[nodiscard]] Columns CountLevels(Component component, const std::vector<Band>& bands) const;
     [[nodiscard]] std::vector<ChromaCount> CountChroma(const std::vector<Band>& bands) const;

@@ -1,6 +1,5 @@
 #include "Apps/studio/Views/LanePainter.h"
 
-#include <lineup/WaveformOverview.h>
 #include "Apps/lanes/LaneDrawing.h"
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Window/Theme.h"
@@ -97,6 +96,11 @@ lanes::LaneSheet Sheet(const LaneView& view, std::size_t lanes, double plotWidth
     return sheet;
 }
 
+// Of pixels.
+double PlotWidth(const LaneSpan& span, const LaneView& view) {
+    return std::round(span.Width() * view.pixelRatio);
+}
+
 lineup::WaveformOverview Read(const lineup::Clip& clip, const LaneSpan& span, double plotWidth) {
     const double seconds = span.Visible() / static_cast<double>(clip.SampleRate());
     const auto ticks = std::llround(seconds * static_cast<double>(kTicksPerSecond));
@@ -124,21 +128,33 @@ QImage Paint(const lanes::Drawing& drawing, QSize size, const QFont& font) {
     return image;
 }
 
-QPixmap DrawClip(const lineup::Clip& clip, const LaneSpan& span, const LaneView& view) {
-    const double plotWidth = std::round(span.Width() * view.pixelRatio);
-    const auto overview = Read(clip, span, plotWidth);
-    std::vector<std::size_t> order;
-    for (const ShownChannel& channel : ShownChannels(clip)) {
-        order.push_back(channel.index);
+std::vector<QRectF> LaneRects(const LaneSpan& span, const LaneView& view, std::size_t lanes) {
+    const double ratio = view.pixelRatio;
+    std::vector<QRectF> rects;
+    for (const lanes::Rectangle& lane : Sheet(view, lanes, PlotWidth(span, view)).lanes) {
+        rects.emplace_back(lane.x / ratio, lane.y / ratio, lane.width / ratio, lane.height / ratio);
     }
+    return rects;
+}
+
+QPixmap DrawOverview(const lineup::WaveformOverview& overview, const std::vector<std::size_t>& order,
+                     const LaneSpan& span, const LaneView& view) {
     const auto measure = [&view](const std::string& text, const lanes::TextStyle& style) {
         return QFontMetricsF(FontOf(view.font, style)).horizontalAdvance(QString::fromStdString(text));
     };
     const auto drawing =
-        DrawLanes(overview, order, Sheet(view, order.size(), plotWidth), Theme::Current().Lanes(), measure);
+        DrawLanes(overview, order, Sheet(view, order.size(), PlotWidth(span, view)), Theme::Current().Lanes(), measure);
     QPixmap pixmap = QPixmap::fromImage(Paint(drawing, view.size * view.pixelRatio, view.font));
     pixmap.setDevicePixelRatio(view.pixelRatio);
     return pixmap;
+}
+
+QPixmap DrawClip(const lineup::Clip& clip, const LaneSpan& span, const LaneView& view) {
+    std::vector<std::size_t> order;
+    for (const ShownChannel& channel : ShownChannels(clip)) {
+        order.push_back(channel.index);
+    }
+    return DrawOverview(Read(clip, span, PlotWidth(span, view)), order, span, view);
 }
 
 }  // namespace studio

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <lineup/Clip.h>
+#include <lineup/WaveformOverview.h>
 #include "Apps/lanes/Drawing.h"
 #include "Apps/studio/Views/LaneSpan.h"
 
 #include <QFont>
 #include <QPixmap>
+#include <QRectF>
+#include <cstddef>
+#include <vector>
 
 namespace studio {
 
@@ -24,6 +28,13 @@ struct LaneView {
     /// Above the lanes: the times.
     static constexpr int kRulerHeight = 22;
 };
+
+/// Where the lanes of so many channels stand in a view that shows `span`, from the top down, in points.
+[[nodiscard]] std::vector<QRectF> LaneRects(const LaneSpan& span, const LaneView& view, std::size_t lanes);
+
+/// Draws the channels `order` of an overview of what is visible, one a lane.
+[[nodiscard]] QPixmap DrawOverview(const lineup::WaveformOverview& overview, const std::vector<std::size_t>& order,
+                                   const LaneSpan& span, const LaneView& view);
 
 /// Asks the plug-in for what is visible, a column a pixel, and draws a lane a channel, in the order of files. Throws
 /// lineup::Error.

@@ -1,7 +1,6 @@
 #include "Apps/studio/Views/LanesView.h"
 
 #include "Apps/studio/Document/ProblemWords.h"
-#include "Apps/studio/Views/LanePainter.h"
 #include "Apps/studio/Window/Theme.h"
 
 #include <QMouseEvent>
@@ -11,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 namespace studio {
 
@@ -49,8 +49,7 @@ int LanesView::Gutter() const {
 }
 
 int LanesView::HeightFor(int laneHeight) const {
-    const int lanes = mClip == nullptr ? 2 : mClip->NumChannels();
-    return LaneView::kRulerHeight + lanes * laneHeight + mScroll->sizeHint().height();
+    return LaneView::kRulerHeight + mNumLanes * laneHeight + mScroll->sizeHint().height();
 }
 
 QSize LanesView::sizeHint() const {
@@ -58,7 +57,7 @@ QSize LanesView::sizeHint() const {
 }
 
 QSize LanesView::minimumSizeHint() const {
-    return {300, HeightFor(std::min(kLeastLane, kMostLanesHeight / (mClip == nullptr ? 2 : mClip->NumChannels())))};
+    return {300, HeightFor(std::min(kLeastLane, kMostLanesHeight / mNumLanes))};
 }
 
 int LanesView::LanesHeight() const {
@@ -66,8 +65,16 @@ int LanesView::LanesHeight() const {
 }
 
 void LanesView::SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples) {
-    const bool isOther = mClip == nullptr || lengthSamples != mSpan.Length();
-    mClip = std::move(clip);
+    const int lanes = clip->NumChannels();
+    SetDrawing(
+        [clip = std::move(clip)](const LaneSpan& span, const LaneView& view) { return DrawClip(*clip, span, view); },
+        lanes, lengthSamples);
+}
+
+void LanesView::SetDrawing(Draw draw, int lanes, std::int64_t lengthSamples) {
+    const bool isOther = !mDraw || lengthSamples != mSpan.Length();
+    mDraw = std::move(draw);
+    mNumLanes = std::max(1, lanes);
     if (isOther) {
         mSpan.SetClip(lengthSamples);
     }
@@ -152,12 +159,12 @@ void LanesView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
 }
 
-void LanesView::Draw() {
+void LanesView::DrawAnew() {
     const QSize size(width(), LanesHeight());
     mProblem.clear();
     try {
         ++mRequests;
-        mLanes = DrawClip(*mClip, mSpan, {size, Gutter(), devicePixelRatioF(), font()});
+        mLanes = mDraw(mSpan, {size, Gutter(), devicePixelRatioF(), font()});
     } catch (const std::exception& error) {
         mProblem = ProblemWords(error);
         mLanes = QPixmap(size * devicePixelRatioF());
@@ -169,12 +176,12 @@ void LanesView::Draw() {
 void LanesView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const Theme& theme = Theme::Current();
-    if (mClip == nullptr || height() < 2 * LaneView::kRulerHeight) {
+    if (!mDraw || height() < 2 * LaneView::kRulerHeight) {
         painter.fillRect(rect(), theme.window);
         return;
     }
     if (mLanes.isNull() || mLanes.devicePixelRatio() != devicePixelRatioF()) {
-        Draw();
+        DrawAnew();
     }
     const double ratio = mLanes.devicePixelRatio();
     const QRectF part = event->rect();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lineup/Clip.h>
+#include "Apps/studio/Views/LanePainter.h"
 #include "Apps/studio/Views/LaneSpan.h"
 
 #include <QPixmap>
@@ -8,6 +9,7 @@
 #include <QString>
 #include <QWidget>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace studio {
@@ -20,6 +22,11 @@ class LanesView : public QWidget {
 
 public:
     explicit LanesView(QWidget* parent = nullptr);
+
+    /// Draws what is visible, or throws.
+    using Draw = std::function<QPixmap(const LaneSpan& span, const LaneView& view)>;
+
+    void SetDrawing(Draw draw, int lanes, std::int64_t lengthSamples);
 
     void SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples);
 
@@ -61,9 +68,10 @@ private:
     void SpanChanged();
     [[nodiscard]] int HeightFor(int laneHeight) const;
     [[nodiscard]] int LanesHeight() const;
-    void Draw();
+    void DrawAnew();
 
-    std::shared_ptr<const lineup::Clip> mClip;
+    Draw mDraw;  // empty: nothing to show
+    int mNumLanes = 2;
     LaneSpan mSpan;
     QScrollBar* mScroll;
     std::int64_t mPlayhead = 0;

@@ -71,6 +71,12 @@ void MeterView::Advance(PeakBank* peaks, double seconds) {
     }
 }
 
+void MeterView::Show(PeakBank& peaks) {
+    mBars.assign(mChannels.size(), {});
+    Advance(&peaks, kDescribedEverySeconds);
+    update();
+}
+
 bool MeterView::IsAtRest() const {
     return std::ranges::all_of(mBars, [](const MeterBallistics& bar) {
         return bar.LevelDb() <= MeterBallistics::kLowestDb && bar.HoldDb() <= MeterBallistics::kLowestDb;

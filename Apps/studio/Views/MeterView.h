@@ -23,6 +23,9 @@ public:
     /// Takes what was heard in the last `seconds`; null when nothing plays.
     void Advance(PeakBank* peaks, double seconds);
 
+    /// Shows these levels and no others, at rest.
+    void Show(PeakBank& peaks);
+
     /// Nothing moves any more.
     [[nodiscard]] bool IsAtRest() const;
 

@@ -3,6 +3,7 @@
 #include "Apps/studio/Document/ProblemWords.h"
 
 #include <exception>
+#include <utility>
 
 namespace studio {
 
@@ -16,12 +17,18 @@ PictureLoader::~PictureLoader() {
     mThread.join();
 }
 
-void PictureLoader::Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format, Matrix matrix) {
+void PictureLoader::Load(Maker make) {
     {
         const std::lock_guard lock(mMutex);
-        mWish = Wish{std::move(clip), format, matrix, ++mLastNumber};
+        mWish = Wish{std::move(make), ++mLastNumber};
     }
     mWake.notify_one();
+}
+
+void PictureLoader::Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format, Matrix matrix) {
+    Load([clip = std::move(clip), format, matrix](const IsWanted& /*isWanted*/) {
+        return std::make_shared<const CardPicture>(*clip, format, matrix);
+    });
 }
 
 void PictureLoader::Run(const std::stop_token& stop) {
@@ -30,17 +37,18 @@ void PictureLoader::Run(const std::stop_token& stop) {
         const Wish wish = std::move(*mWish);
         mWish.reset();
         lock.unlock();
-        Answer answer = Serve(wish);
+        Answer answer = Serve(wish, stop);
         lock.lock();
         mAnswer = std::move(answer);
         Q_EMIT Answered(QPrivateSignal());
     }
 }
 
-PictureLoader::Answer PictureLoader::Serve(const Wish& wish) {
+PictureLoader::Answer PictureLoader::Serve(const Wish& wish, const std::stop_token& stop) const {
     Answer answer{.number = wish.number, .picture = {}, .problem = {}};
     try {
-        answer.picture = std::make_shared<CardPicture>(*wish.clip, wish.format, wish.matrix);
+        answer.picture =
+            wish.make([this, &wish, &stop] { return !stop.stop_requested() && wish.number == mLastNumber; });
     } catch (const std::exception& error) {
         answer.problem = ProblemWords(error);
     }

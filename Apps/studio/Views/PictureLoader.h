@@ -4,7 +4,9 @@
 
 #include <QObject>
 #include <QString>
+#include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,16 +15,26 @@
 
 namespace studio {
 
-/// Asks for frames in a thread of its own, so that a large one keeps nobody waiting. Of several wishes the
-/// last one counts.
+/// Makes pictures in a thread of its own, so that a large one keeps nobody waiting. Of several wishes the last one
+/// counts.
 class PictureLoader : public QObject {
     Q_OBJECT
 
 public:
+    /// Makes a picture, or throws. `isWanted` turns false once another picture is wished for, or none.
+    using IsWanted = std::function<bool()>;
+    using Maker = std::function<std::shared_ptr<const CardPicture>(const IsWanted& isWanted)>;
+
     explicit PictureLoader(QObject* parent = nullptr);
     ~PictureLoader() override;
 
+    void Load(Maker make);
+
+    /// The clip's frame.
     void Load(std::shared_ptr<const lineup::Clip> clip, const lineup::PictureFormat& format, Matrix matrix);
+
+    /// Nothing that was wished for is delivered any more.
+    void Forget() { ++mLastNumber; }
 
 Q_SIGNALS:
     /// In the thread of this object.
@@ -33,9 +45,7 @@ Q_SIGNALS:
 
 private:
     struct Wish {
-        std::shared_ptr<const lineup::Clip> clip;
-        lineup::PictureFormat format;
-        Matrix matrix = Matrix::Bt601;
+        Maker make;
         std::uint64_t number = 0;
     };
     struct Answer {
@@ -44,10 +54,10 @@ private:
         QString problem;
     };
     void Run(const std::stop_token& stop);
-    static Answer Serve(const Wish& wish);
+    Answer Serve(const Wish& wish, const std::stop_token& stop) const;
     void Deliver();
 
-    std::uint64_t mLastNumber = 0;  // of the UI thread
+    std::atomic<std::uint64_t> mLastNumber{0};  // set by the UI thread
     std::mutex mMutex;
     std::condition_variable_any mWake;
     std::optional<Wish> mWish;      // behind the mutex

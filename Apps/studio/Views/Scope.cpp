@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kProbeRing = 4;
 constexpr int kReadoutPadding = 3;
+constexpr double kPatchBox = 4;  // half of its side
 
 }  // namespace
 
@@ -31,6 +32,11 @@ void Scope::SetPicture(std::shared_ptr<const CardPicture> picture) {
 
 void Scope::SetProbes(std::vector<QPoint> probes) {
     mProbes = std::move(probes);
+    update();
+}
+
+void Scope::SetPatches(std::vector<ScopePatch> patches) {
+    mPatches = std::move(patches);
     update();
 }
 
@@ -59,6 +65,7 @@ void Scope::paintEvent(QPaintEvent* /*event*/) {
             mTrace = DrawTrace(pixels);
         }
         painter.drawImage(plot, mTrace);
+        DrawPatches(painter);
         DrawProbes(painter);
         DrawReadout(painter);
     }
@@ -68,10 +75,28 @@ void Scope::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+void Scope::DrawPatches(QPainter& painter) const {
+    const Theme& theme = Theme::Current();
+    const QPointF half(kPatchBox, kPatchBox);
+    for (const ScopePatch& patch : mPatches) {
+        const auto due = PlacesOf(patch.due, patch.column);
+        const auto found = PlacesOf(patch.found, patch.column);
+        for (std::size_t i = 0; i < due.size(); ++i) {
+            painter.setPen(QPen(theme.scopeText, 1));
+            painter.drawRect(QRectF(due[i] - half, due[i] + half));
+            if (patch.isOff) {
+                painter.setPen(QPen(theme.scopeFault, 1.5));
+                painter.drawLine(due[i], found[i]);
+                painter.drawEllipse(found[i], kPatchBox - 1, kPatchBox - 1);
+            }
+        }
+    }
+}
+
 void Scope::DrawProbes(QPainter& painter) const {
     painter.setPen(Theme::Current().scopeText);
     for (std::size_t i = 0; i < mProbes.size(); ++i) {
-        for (const QPointF place : PlacesOf(mProbes[i])) {
+        for (const QPointF place : PlacesOf(mPicture->At(mProbes[i].x(), mProbes[i].y()), mProbes[i].x())) {
             painter.drawEllipse(place, kProbeRing, kProbeRing);
             painter.drawText(place + QPointF(kProbeRing + 2, -kProbeRing), QString::number(i + 1));
         }

@@ -12,6 +12,14 @@
 
 namespace studio {
 
+/// A patch of the picture: what it should be and what it is.
+struct ScopePatch {
+    int column = 0;  ///< of the picture, its middle
+    Ycc due;
+    Ycc found;
+    bool isOff = false;  ///< further than is tolerated
+};
+
 /// What the scopes share: the picture they look at, its trace over a graticule, the points that were pinned, and a
 /// readout of the place under the pointer, or where the arrow keys have led.
 class Scope : public QWidget {
@@ -25,6 +33,9 @@ public:
 
     /// Pixels of the picture that are marked, with their numbers from 1.
     void SetProbes(std::vector<QPoint> probes);
+
+    /// A box where each patch should be, and a line to where it is when that is elsewhere.
+    void SetPatches(std::vector<ScopePatch> patches);
 
     /// What stands at the place that is pointed at; empty without one.
     [[nodiscard]] QString Readout() const;
@@ -40,8 +51,8 @@ protected:
     [[nodiscard]] virtual QImage DrawTrace(QSize pixels) const = 0;
     /// What a place of the plot stands for. There is a picture.
     [[nodiscard]] virtual QString Read(QPointF place) const = 0;
-    /// Where a pixel of the picture shows. There is a picture.
-    [[nodiscard]] virtual std::vector<QPointF> PlacesOf(QPoint pixel) const = 0;
+    /// Where a colour in a column of the picture shows. There is a picture.
+    [[nodiscard]] virtual std::vector<QPointF> PlacesOf(const Ycc& colour, int column) const = 0;
 
     [[nodiscard]] const CardPicture* Picture() const noexcept { return mPicture.get(); }
 
@@ -55,12 +66,14 @@ protected:
 
 private:
     void PointAt(std::optional<QPointF> place);
+    void DrawPatches(QPainter& painter) const;
     void DrawProbes(QPainter& painter) const;
     void DrawReadout(QPainter& painter) const;
 
     std::shared_ptr<const CardPicture> mPicture;
     QImage mTrace;
     std::vector<QPoint> mProbes;
+    std::vector<ScopePatch> mPatches;
     std::optional<QPointF> mPlace;
 };
 

@@ -24,6 +24,12 @@ void ScopePanel::SetProbes(const std::vector<QPoint>& probes) {
     }
 }
 
+void ScopePanel::SetPatches(const std::vector<ScopePatch>& patches) {
+    for (Scope* const scope : mScopes) {
+        scope->SetPatches(patches);
+    }
+}
+
 void ScopePanel::ShowScopes(bool waveform, bool parade, bool vectorscope) {
     mScopes[0]->setVisible(waveform);
     mScopes[1]->setVisible(parade);

@@ -19,6 +19,7 @@ public:
 
     void SetPicture(const std::shared_ptr<const CardPicture>& picture);
     void SetProbes(const std::vector<QPoint>& probes);
+    void SetPatches(const std::vector<ScopePatch>& patches);
     void ShowScopes(bool waveform, bool parade, bool vectorscope);
 
 private:

@@ -126,8 +126,7 @@ QString VectorscopeView::Read(QPointF place) const {
         .arg(std::lround(degrees < 0 ? degrees + 360 : degrees) % 360);
 }
 
-std::vector<QPointF> VectorscopeView::PlacesOf(QPoint pixel) const {
-    const Ycc colour = Picture()->At(pixel.x(), pixel.y());
+std::vector<QPointF> VectorscopeView::PlacesOf(const Ycc& colour, int /*column*/) const {
     return {Place(static_cast<double>(colour.cb), static_cast<double>(colour.cr))};
 }
 

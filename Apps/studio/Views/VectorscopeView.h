@@ -23,7 +23,7 @@ protected:
     void DrawGraticule(QPainter& painter) const override;
     [[nodiscard]] QImage DrawTrace(QSize pixels) const override;
     [[nodiscard]] QString Read(QPointF place) const override;
-    [[nodiscard]] std::vector<QPointF> PlacesOf(QPoint pixel) const override;
+    [[nodiscard]] std::vector<QPointF> PlacesOf(const Ycc& colour, int column) const override;
 
 private:
     void DrawTargets(QPainter& painter, double amplitude) const;

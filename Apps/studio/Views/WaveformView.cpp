@@ -142,12 +142,11 @@ QString WaveformView::Read(QPointF place) const {
         .arg(LumaCode10(level));
 }
 
-std::vector<QPointF> WaveformView::PlacesOf(QPoint pixel) const {
+std::vector<QPointF> WaveformView::PlacesOf(const Ycc& colour, int column) const {
     std::vector<QPointF> places;
-    const Ycc colour = Picture()->At(pixel.x(), pixel.y());
     for (std::size_t part = 0; part < mParts.size(); ++part) {
         const float level = ValueOf(mParts[part].component, colour, Picture()->ShownMatrix());
-        places.emplace_back(X(part, pixel.x()), Y(static_cast<double>(level)));
+        places.emplace_back(X(part, column), Y(static_cast<double>(level)));
     }
     return places;
 }

@@ -35,6 +35,7 @@ const Theme& Light() {
         .scopeStrong = 0x8A8360,
         .scopeNumber = 0x8A958F,
         .scopeText = 0xE3EAE6,
+        .scopeFault = 0xFF7A6B,
     };
     return kLight;
 }
@@ -65,6 +66,7 @@ const Theme& Dark() {
         .scopeStrong = 0x8A8360,
         .scopeNumber = 0x8A958F,
         .scopeText = 0xE3EAE6,
+        .scopeFault = 0xFF7A6B,
     };
     return kDark;
 }

@@ -34,7 +34,8 @@ struct Theme {
     QColor scopeGrid;
     QColor scopeStrong;
     QColor scopeNumber;
-    QColor scopeText;  ///< what is read
+    QColor scopeText;   ///< what is read
+    QColor scopeFault;  ///< what is elsewhere than it should be
 
     /// Those of a drawing of lanes.
     [[nodiscard]] lanes::LaneColours Lanes() const;

@@ -61,6 +61,7 @@ constexpr std::array kDrawn = {
     Pair{"what a meter held", &Theme::text, &Theme::meterOff},
     Pair{"scope numbers", &Theme::scopeNumber, &Theme::scopeBackground},
     Pair{"scope limits", &Theme::scopeStrong, &Theme::scopeBackground},
+    Pair{"fault in a scope", &Theme::scopeFault, &Theme::scopeBackground},
     Pair{"scope readout", &Theme::scopeText, &Theme::scopeBackground},
 };
 

@@ -20,6 +20,7 @@ public:
     explicit StudioDocument(std::shared_ptr<const lineup::Importer> importer, QObject* parent = nullptr);
 
     [[nodiscard]] const lineup::Importer& Plugin() const noexcept { return *mImporter; }
+    [[nodiscard]] const std::shared_ptr<const lineup::Importer>& Importer() const noexcept { return mImporter; }
     [[nodiscard]] const lineup::ClipDocument& Values() const noexcept { return mValues; }
 
     /// The clip that the values stand for. It stays as it is; a change of the document makes another one.

@@ -30,6 +30,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Act::Count)> kRows = {{
     {Act::Save, kFile, "save", QT_TRANSLATE_NOOP("Actions", "&Save"), "Ctrl+S", false, true},
     {Act::SaveAs, kFile, "saveAs", QT_TRANSLATE_NOOP("Actions", "Save &As\u2026"), "Ctrl+Shift+S"},
     {Act::Export, kFile, "export", QT_TRANSLATE_NOOP("Actions", "&Export\u2026"), "Ctrl+E", false, true},
+    {Act::Check, kFile, "check", QT_TRANSLATE_NOOP("Actions", "&Check Recording\u2026"), "Ctrl+K"},
     {Act::Quit, kFile, "quit", QT_TRANSLATE_NOOP("Actions", "&Quit"), "Ctrl+Q", false, true},
     {Act::ClipSettings, kEdit, "clipSettings", QT_TRANSLATE_NOOP("Actions", "&Clip Settings\u2026"), "Ctrl+I", false,
      true},

@@ -15,6 +15,7 @@ enum class Act : std::size_t {
     Save,
     SaveAs,
     Export,
+    Check,
     Quit,
     ClipSettings,
     EditTone,

@@ -5,6 +5,7 @@
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Export/ExportDialog.h"
+#include "Apps/studio/Window/DroppedFile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -43,9 +44,9 @@ QString ExportFolder() {
     return QDir::homePath();
 }
 
-QString DroppedFile(const QMimeData& data) {
-    return data.urls().size() == 1 && data.urls().constFirst().isLocalFile() ? data.urls().constFirst().toLocalFile()
-                                                                             : QString();
+bool IsDocument(const QString& file) {
+    return file.endsWith(QString::fromUtf8(lineup::kDocumentExtension.data(), lineup::kDocumentExtension.size()),
+                         Qt::CaseInsensitive);
 }
 
 }  // namespace
@@ -134,6 +135,7 @@ void StudioWindow::ConnectActions() {
     on(Act::Save, [this] { mFlow.Save(); });
     on(Act::SaveAs, [this] { mFlow.SaveAs(); });
     on(Act::Export, [this] { Export(); });
+    on(Act::Check, [this] { Checks().Ask(); });
     on(Act::Quit, [this] { close(); });
     on(Act::ClipSettings, [this] { mFlow.EditClip(); });
     on(Act::EditTone, [this] { EditTone(); });
@@ -335,6 +337,13 @@ void StudioWindow::Export() {
     mExportPanel->Start(mDocument.Clip(), exported);
 }
 
+CheckWindow& StudioWindow::Checks() {
+    if (mChecks == nullptr) {
+        mChecks = new CheckWindow(mDocument.Importer(), this);
+    }
+    return *mChecks;
+}
+
 bool StudioWindow::MayStopExport() {
     if (!mExportPanel->IsRunning()) {
         return true;
@@ -358,6 +367,9 @@ void StudioWindow::closeEvent(QCloseEvent* event) {
     if (mFlow.MayLeave() && MayStopExport()) {
         Remember();
         mFullScreen->close();
+        if (mChecks != nullptr) {
+            mChecks->close();
+        }
         mPlayer.Pause();
         mExportPanel->Abandon();
         event->accept();
@@ -380,14 +392,17 @@ void StudioWindow::dragEnterEvent(QDragEnterEvent* event) {
     }
 }
 
-// What was dropped is opened once the drop is over: a question in between would hold up the program it came from.
+// A document is opened and a recording is checked once the drop is over: a question in between would hold up the
+// program it came from.
 void StudioWindow::dropEvent(QDropEvent* event) {
     const QString file = DroppedFile(*event->mimeData());
     event->acceptProposedAction();
     QMetaObject::invokeMethod(
         this,
         [this, file] {
-            if (mFlow.MayLeave()) {
+            if (!IsDocument(file)) {
+                Checks().Check(file);
+            } else if (mFlow.MayLeave()) {
                 mFlow.OpenFile(file);
             }
         },

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Apps/studio/Check/CheckWindow.h"
 #include "Apps/studio/Document/StudioDocument.h"
 #include "Apps/studio/Export/ExportChoice.h"
 #include "Apps/studio/Export/ExportPanel.h"
@@ -71,6 +72,7 @@ private:
     void Dress(Appearance appearance);
     void Restore();
     void Remember() const;
+    [[nodiscard]] CheckWindow& Checks();
     [[nodiscard]] bool MayStopExport();
 
     StudioDocument mDocument;
@@ -97,6 +99,7 @@ private:
     ExportPanel* mExportPanel;
     FullScreenPicture* mFullScreen;
     DeviceMenu* mDevices;
+    CheckWindow* mChecks = nullptr;  // until the first check
 };
 
 }  // namespace studio

@@ -6,6 +6,7 @@
 #include "Apps/studio/Sound/PeakBank.h"
 #include "Apps/studio/Window/ClipDialog.h"
 #include "Apps/studio/Window/StudioWindow.h"
+#include "Tests/Apps/studio/Check/Recordings.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -142,6 +143,43 @@ void TakeDialogs(const std::shared_ptr<const lineup::Importer>& importer, const 
     Save(clip, target.arg("clip"));
 }
 
+// A damaged recording in the window of checks, which has gone to one of its faults.
+class CheckScene {
+public:
+    explicit CheckScene(std::shared_ptr<const lineup::Importer> importer) : mImporter(std::move(importer)) {
+        constexpr QSize kSize(1280, 720);
+        test::RecordLineup(mImporter, mFolder.filePath("sent.mov"), kSize);
+        test::DamageRecording(mFolder.filePath("sent.mov"), mFolder.filePath("take-2.mkv"), kSize);
+    }
+
+    void Take(Act theme, const QString& target) const {
+        studio::StudioWindow window(mImporter);
+        window.Commands()[theme].trigger();
+        studio::CheckWindow checks(mImporter, &window);
+        checks.Check(mFolder.filePath("take-2.mkv"));
+        auto* const faults = checks.findChild<studio::FaultList*>();
+        auto* const picture = checks.findChild<studio::PictureView*>("foundPicture");
+        auto* const expected = checks.findChild<studio::PictureView*>("expectedPicture");
+        const auto isThere = [&] {
+            return !checks.IsRunning() && !picture->Frame().isEmpty() && !expected->Frame().isEmpty();
+        };
+        if (!QTest::qWaitFor(isThere, 60000)) {
+            throw std::runtime_error("the check never ended");
+        }
+        faults->setCurrentItem(faults->topLevelItem(kFault));
+        picture->SetPicture(nullptr);
+        if (!QTest::qWaitFor(isThere, 30000)) {
+            throw std::runtime_error("the fault was never shown");
+        }
+        Save(checks, target);
+    }
+
+private:
+    static constexpr int kFault = 2;  // the dropout
+    std::shared_ptr<const lineup::Importer> mImporter;
+    QTemporaryDir mFolder;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -160,6 +198,9 @@ int main(int argc, char** argv) {
             Take(importer, scene, target.arg(scene.name));
         }
         TakeDialogs(importer, target);
+        const CheckScene check(importer);
+        check.Take(Act::ThemeLight, target.arg("check"));
+        check.Take(Act::ThemeDark, target.arg("check-dark"));
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "studio_screenshots: %s\n", error.what());

@@ -1,0 +1,76 @@
+#include "Apps/studio/Check/FaultList.h"
+
+#include "Apps/studio/Check/CheckWords.h"
+#include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Text/ProblemPatterns.h"
+#include "Apps/studio/Window/Theme.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+
+namespace studio {
+
+namespace {
+
+enum Column : int { kKind, kWhere, kMeasured, kDue, kPlace, kWords, kColumns };
+
+constexpr int kNoFault = -1;
+
+QString Text(const std::string& text) {
+    return WindowWords(QString::fromStdString(text));
+}
+
+}  // namespace
+
+FaultList::FaultList(QWidget* parent) : QTreeWidget(parent) {
+    setObjectName("faults");
+    setAccessibleName(tr("Faults"));
+    setAccessibleDescription(tr("What the check found. A fault that is chosen is shown at its place."));
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setColumnCount(kColumns);
+    setHeaderLabels({tr("Fault"), tr("Where"), tr("Measured"), tr("Expected"), tr("Time"), tr("In words")});
+    header()->setStretchLastSection(true);
+    header()->setSectionsMovable(false);
+    connect(this, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) { Choose(item); });
+    connect(this, &QTreeWidget::itemClicked, this, [this](const QTreeWidgetItem* item) { Choose(item); });
+}
+
+void FaultList::Choose(const QTreeWidgetItem* item) {
+    const int fault = item == nullptr ? kNoFault : item->data(kKind, Qt::UserRole).toInt();
+    if (fault != kNoFault) {
+        Q_EMIT Chosen(static_cast<std::size_t>(fault));
+    }
+}
+
+void FaultList::AddFault(const lineup::CheckFault& fault) {
+    auto* const item =
+        new QTreeWidgetItem(this, {KindWords(fault), WhereWords(fault), MeasuredWords(fault), DueWords(fault),
+                                   fault.at ? TimeWords(*fault.at) : QString(), Text(fault.text)});
+    item->setData(kKind, Qt::UserRole, topLevelItemCount() - 1);
+    item->setForeground(kKind, Theme::Current().error);
+    item->setToolTip(kWords, Text(fault.text));
+}
+
+void FaultList::AddNote(const lineup::CheckNote& note) {
+    auto* const item = new QTreeWidgetItem(this, {tr("Note"), {}, {}, {}, {}, Text(note.text)});
+    item->setData(kKind, Qt::UserRole, kNoFault);
+    item->setToolTip(kWords, Text(note.text));
+}
+
+void FaultList::Show(const lineup::CheckReport& report) {
+    const QSignalBlocker quiet(this);
+    clear();
+    for (const lineup::CheckFault& fault : report.faults) {
+        AddFault(fault);
+    }
+    for (const lineup::CheckNote& note : report.notes) {
+        AddNote(note);
+    }
+    for (int column = 0; column < kWords; ++column) {
+        resizeColumnToContents(column);
+    }
+}
+
+}  // namespace studio

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QMimeData>
+#include <QString>
+#include <QUrl>
+
+namespace studio {
+
+/// The file that was dropped; empty where it is none of this machine's, or more than one.
+[[nodiscard]] inline QString DroppedFile(const QMimeData& data) {
+    return data.urls().size() == 1 && data.urls().constFirst().isLocalFile() ? data.urls().constFirst().toLocalFile()
+                                                                             : QString();
+}
+
+}  // namespace studio

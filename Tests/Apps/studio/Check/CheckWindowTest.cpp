@@ -1,0 +1,216 @@
+#include "Apps/studio/Check/CheckWindow.h"
+#include "Apps/studio/Check/CheckWords.h"
+#include "Apps/studio/Check/FaultKindWords.h"
+#include "Tests/Apps/studio/Check/Recordings.h"
+#include "Tests/Apps/studio/StudioHands.h"
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using studio::CheckWindow;
+using test::DialogHands;
+using test::StudioTest;
+using test::WaitFor;
+using testing::HasSubstr;
+
+constexpr QSize kSize{320, 180};
+
+// A recording as it was sent and as it came, made once.
+class Recordings {
+public:
+    Recordings() {
+        test::RecordLineup(test::ThePlugin(), Sent(), kSize);
+        test::DamageRecording(Sent(), Came(), kSize);
+    }
+    [[nodiscard]] QString Sent() const { return mFolder.filePath("sent.mov"); }
+    [[nodiscard]] QString Came() const { return mFolder.filePath("came.mkv"); }
+
+private:
+    QTemporaryDir mFolder;
+};
+
+// A file that nothing ever arrives from.
+class SilentPipe {
+public:
+    explicit SilentPipe(const std::string& file) {
+        EXPECT_EQ(mkfifo(file.c_str(), 0600), 0);
+        mEnd = open(file.c_str(), O_RDWR | O_CLOEXEC);
+    }
+    ~SilentPipe() { close(mEnd); }
+    SilentPipe(const SilentPipe&) = delete;
+    SilentPipe& operator=(const SilentPipe&) = delete;
+
+private:
+    int mEnd = -1;
+};
+
+void Drop(QWidget& target, const QString& file) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(file)});
+    QDragEnterEvent enter(QPoint(90, 90), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(90, 90), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &drop);
+}
+
+class CheckRecording : public StudioTest {
+protected:
+    static const Recordings& Files() {
+        static const Recordings kFiles;
+        return kFiles;
+    }
+
+    [[nodiscard]] CheckWindow& Checks() { return Find<CheckWindow>("checkWindow"); }
+    template <class Widget = QWidget>
+    [[nodiscard]] Widget& Part(const char* name) {
+        auto* const part = Checks().findChild<Widget*>(name);
+        if (part == nullptr) {
+            throw std::runtime_error(std::string("the window of checks has no ") + name);
+        }
+        return *part;
+    }
+    [[nodiscard]] std::string Says(const char* label) { return Part<QLabel>(label).text().toStdString(); }
+
+    // What is dropped is taken up once the drop is over.
+    void DropOnStudio(const QString& file) {
+        Drop(Window(), file);
+        QCoreApplication::sendPostedEvents();
+    }
+
+    void DropAndWait(const QString& file) {
+        DropOnStudio(file);
+        WaitFor([&] { return !Checks().IsRunning(); }, "the check ends");
+    }
+
+    void ClickFault(const QString& kind) {
+        auto& list = Part<studio::FaultList>("faults");
+        const auto found = list.findItems(kind, Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1) << kind.toStdString();
+        list.scrollToItem(found.front());
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(found.front()).center());
+    }
+
+    [[nodiscard]] QColor MiddleOf(const char* picture) {
+        auto& view = Part<studio::PictureView>(picture);
+        WaitFor([&] { return !view.Frame().isEmpty(); }, "the picture comes");
+        const QRectF frame = view.Frame();
+        return view.grab().toImage().pixelColor(
+            QPointF(frame.x() + frame.width() * 0.5, frame.y() + frame.height() * 0.3).toPoint());
+    }
+};
+
+TEST_F(CheckRecording, FromTheMenuShowsWhatThePathDid) {
+    PressFor(Qt::Key_K, Qt::ControlModifier, [&](DialogHands& hands) {
+        hands.Find<QLineEdit>("fileNameEdit").setText(Files().Came());
+        hands.Press(Qt::Key_Return);
+    });
+    WaitFor([&] { return !Checks().IsRunning(); }, "the check ends");
+    EXPECT_THAT(Says("verdict"), HasSubstr("came.mkv: "));
+    EXPECT_THAT(Says("found"), HasSubstr("48 kHz \u00B7 Inputs: 6 \u00B7 HD card \u00B7 320 \u00D7 180"));
+    EXPECT_EQ(Says("codes"), "Codes: BT.709, limited range; the file says: BT.601, limited range");
+    auto& list = Part<studio::FaultList>("faults");
+    for (const char* const kind :
+         {"Channels swapped", "Polarity inverted", "Dropout", "Wrong matrix", "Frames differ"}) {
+        EXPECT_EQ(list.findItems(kind, Qt::MatchExactly).size(), 1) << kind;
+    }
+    EXPECT_FALSE(Part("checkFoot").isVisible());
+    EXPECT_TRUE(Part("checkLanes").isVisible() && Part("checkMeters").isVisible());
+    EXPECT_NE(MiddleOf("foundPicture"), MiddleOf("expectedPicture"));
+}
+
+TEST_F(CheckRecording, AFaultThatIsChosenIsShownAtItsPlace) {
+    DropAndWait(Files().Came());
+    const QColor lit = MiddleOf("foundPicture");
+    EXPECT_GT(lit.green(), 100);
+    ClickFault("Frames differ");
+    EXPECT_NEAR(Checks().Place(), 8, 0.01);
+    EXPECT_EQ(Says("foundTitle"), "Found at 0:08.000");
+    WaitFor([&] { return MiddleOf("foundPicture").lightness() < 10; }, "the black frame comes");
+    ClickFault("Dropout");
+    EXPECT_NEAR(Checks().Place(), 5, 0.01);
+    WaitFor([&] { return MiddleOf("foundPicture") == lit; }, "the card comes back");
+    EXPECT_THAT(Part("checkMeters").accessibleDescription().toStdString(), HasSubstr("1 R "));
+}
+
+TEST_F(CheckRecording, WhatIsUnreadableIsSaidAndLeavesWhatWasFound) {
+    DropAndWait(Files().Sent());
+    EXPECT_EQ(Says("verdict"), "sent.mov: Nothing wrong");
+    test::WriteFile(Folder() / "text.mov", "no recording");
+    DropAndWait(InFolder("text.mov"));
+    EXPECT_THAT(Says("checkProblem"), HasSubstr("text.mov: The recording cannot be read: "));
+    EXPECT_TRUE(Part("checkProblem").isVisible());
+    EXPECT_EQ(Says("verdict"), "sent.mov: Nothing wrong");
+    QTest::mouseClick(&Part("checkDismiss"), Qt::LeftButton);
+    EXPECT_FALSE(Part("checkFoot").isVisible());
+}
+
+TEST_F(CheckRecording, CancellingSaysSo) {
+    const SilentPipe pipe((Folder() / "pipe.mov").string());
+    DropOnStudio(InFolder("pipe.mov"));
+    EXPECT_TRUE(Checks().IsRunning());
+    EXPECT_TRUE(Part("checkBar").isVisible());
+    QTest::mouseClick(&Part("checkCancel"), Qt::LeftButton);
+    WaitFor([&] { return !Checks().IsRunning(); }, "the check stops");
+    EXPECT_EQ(Says("checkText"), "Cancelled: pipe.mov was not checked");
+    EXPECT_FALSE(Part("checkBar").isVisible());
+}
+
+TEST_F(CheckRecording, ASecondOneTakesThePlaceOfTheFirst) {
+    const SilentPipe pipe((Folder() / "pipe.mov").string());
+    DropOnStudio(InFolder("pipe.mov"));
+    Drop(Checks(), Files().Sent());
+    WaitFor([&] { return !Checks().IsRunning(); }, "both have ended");
+    EXPECT_EQ(Says("verdict"), "sent.mov: Nothing wrong");
+    EXPECT_FALSE(Part("checkFoot").isVisible());
+    DropAndWait(Files().Came());
+    EXPECT_THAT(Says("verdict"), HasSubstr("came.mkv: "));
+}
+
+TEST_F(CheckRecording, StopsWhenItsWindowOrTheStudioIsClosed) {
+    const SilentPipe pipe((Folder() / "pipe.mov").string());
+    DropOnStudio(InFolder("pipe.mov"));
+    Checks().close();
+    WaitFor([&] { return !Checks().IsRunning(); }, "the check stops");
+    DropOnStudio(InFolder("pipe.mov"));
+    EXPECT_TRUE(Checks().IsRunning());
+    EXPECT_TRUE(CloseWindow());
+    EXPECT_FALSE(Checks().isVisible());
+    DestroyWindow();
+}
+
+TEST_F(CheckRecording, WhatCanHaveTheFocusHasAnAccessibleName) {
+    DropAndWait(Files().Came());
+    for (QWidget* const widget : Checks().findChildren<QWidget*>()) {
+        if (widget->focusPolicy() != Qt::NoFocus && widget->isVisible()) {
+            const auto* const interface = QAccessible::queryAccessibleInterface(widget);
+            EXPECT_FALSE(interface == nullptr || interface->text(QAccessible::Name).isEmpty())
+                << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+        }
+    }
+}
+
+TEST(FaultKinds, EachHasItsWords) {
+    EXPECT_EQ(studio::FaultKindTable().size(), lineup::CheckFaultKinds().size());
+    for (const lineup::CheckFaultKind& kind : lineup::CheckFaultKinds()) {
+        lineup::CheckFault fault;
+        fault.id = kind.id;
+        fault.part = kind.part;
+        EXPECT_NE(studio::KindWords(fault).toStdString(), kind.id);
+    }
+}
+
+}  // namespace

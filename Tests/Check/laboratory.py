@@ -160,7 +160,6 @@ def main():
     some.add_argument("--at-least", type=float, default=PICTURES_RIGHT_AT_LEAST, metavar="PART",
                       help=f"how many must be right [{PICTURES_RIGHT_AT_LEAST}]")
     some.add_argument("--first", type=int, default=0, help="the first one's number")
-    some.add_argument("--large", action="store_true", help="some in HD and UHD")
     some.add_argument("--case", type=int, help="this one alone, with all that was done")
     some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")
     some.set_defaults(show=show_pictures)

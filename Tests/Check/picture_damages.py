@@ -1,4 +1,4 @@
-"""What is done to a picture, all of it by FFmpeg, and what is then to be said of it. A family draws its numbers, adds
+"""What is done to a picture, here by FFmpeg, and what is then to be said of it. A family draws its numbers, adds
 filters (or arguments of the muxer, or a bit stream filter) and names the faults that are due."""
 
 from dataclasses import dataclass, field
@@ -14,12 +14,16 @@ class Sheet:
     codec: object  # of picture_chains
     hd: bool  # by the number of its lines when it was sent
     filters: list = field(default_factory=list)
-    bitstream: str = ""
+    remux: str = ""  # arguments of a copy of the finished file
+    gstreamer: tuple = None  # (format, colorimetry before, after, elements) behind the filters
     tags: tuple = None  # (matrix, range) that the file is to name instead of the right ones
     due: list = field(default_factory=list)
     open: list = field(default_factory=list)  # faults that may be named or not
     measured: dict = field(default_factory=dict)  # {id: (value, tolerance)}
     arguments: list = field(default_factory=list)  # of the check
+
+    def __post_init__(self):
+        self.sent = (self.width, self.height)
 
     @property
     def matrix(self):
@@ -265,7 +269,6 @@ def tags_full(sheet):
     sheet.is_due("tags-wrong")
 
 
-# What goes with what: a family may follow another of a later group.
 FAMILIES = {function.__name__.replace("_", "-"): function for function in (
     matrix_missing, matrix_again, green_coefficient, stretched, squeezed, squeezed_twice, brightness, gain, contrast, setup, gamma,
     gamma_rgb, srgb_once_more, saturation, hue, swapped, grey, crushed, clipped, truncated, chroma_late, four_one_one,

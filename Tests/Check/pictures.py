@@ -7,14 +7,16 @@ import shutil
 import subprocess
 from dataclasses import dataclass
 
-import picture_damages
-from picture_chains import LOSSLESS, LOSSY, RGB
+from picture_chains import FOR_LOSSLESS, FOR_LOSSY, LOSSLESS, LOSSY, RGB
+from picture_converters import CONVERTERS, remuxed, through_gstreamer
 from picture_damages import FAMILIES, Sheet
 from sound_files import run
 
+ALL_FAMILIES = FAMILIES | CONVERTERS
 FRAMES = 6
-SIZES = ((640, 360), (1280, 720), (720, 576))
-LARGE = ((1920, 1080), (3840, 2160))  # seldom: they take their time
+SIZES = ((640, 360), (1280, 720), (720, 576), (720, 480))
+LARGE = ((1920, 1080), (3840, 2160))  # they take their time: one case in so many, and of these one in five the larger
+LARGE_EVERY = 23
 ROUND = 20
 CODES_OFF = 1.0  # patch means of undamaged pictures
 # What a lossy codec leaves as it was.
@@ -25,7 +27,7 @@ PLACES = ("mirrored", "flipped", "cropped", "letterboxed", "windowed", "shifted"
 OTHERS = ("testsrc=size=640x360", "mandelbrot=size=640x360", "color=white:size=640x360", "color=black:size=640x360",
           "rgbtestsrc=size=640x360", "pal75bars=size=720x576", "pal100bars=size=720x576", "yuvtestsrc=size=640x360",
           "testsrc2=size=640x360", "gradients=size=640x360", "life=size=640x360:mold=10:life_color=white",
-          "nullsrc=size=640x360,geq=random(1)*255:128:128", "allrgb=rate=1", "haldclutsrc", "cellauto=size=640x360",
+          "nullsrc=size=640x360,geq=random(1)*255:128:128", "allrgb=rate=1,scale=640:360:flags=neighbor", "haldclutsrc", "cellauto=size=640x360",
           "sierpinski=size=640x360", "color=blue:size=640x360,drawgrid=w=64:h=36:c=white",
           "gradients=size=640x360:nb_colors=7:type=linear")
 
@@ -35,17 +37,37 @@ class Picture:
     number: int
     families: tuple
     sheet: Sheet
-    bars: bool = False  # FFmpeg's, in place of the clip's card
+    bars: str = ""  # another generator's, in place of the clip's card: "ffmpeg" or "gstreamer"
 
     @property
     def name(self):
-        return f"{', '.join(self.families) or 'undamaged'}; {self.sheet.codec.name} {self.sheet.width}x{self.sheet.height}"
+        whose = f"{self.bars}'s bars" if self.bars else "undamaged"
+        return f"{', '.join(self.families) or whose}; {self.sheet.codec.name} {self.sheet.width}x{self.sheet.height}"
 
 
-def draw(number, large=False):
+def codec_of(generator, families, codecs):
+    codec = generator.choice(codecs)
+    for name in families:
+        some = (FOR_LOSSLESS if codecs is LOSSLESS else FOR_LOSSY).get(name)
+        codec = generator.choice(some) if some else codec
+        if "matrix" in name and "Motion" in codec.name:
+            codec = LOSSY[0]
+    return codec
+
+
+def size_of(generator, number, families, codec):
+    if number % LARGE_EVERY == LARGE_EVERY // 2:
+        return LARGE[number // LARGE_EVERY % 5 == 1]
+    # Those encoders cannot say BT.601, and the ramp is of the HD card.
+    if codec.extension == "mxf" or codec.name == "DNxHR" or "truncated" in families:
+        return (1280, 720)
+    return generator.choice(SIZES)
+
+
+def draw(number):
     generator = random.Random(number)
     place = number % ROUND
-    names = list(FAMILIES)
+    names = list(ALL_FAMILIES)
     if place < 6:
         families, codecs = (), (LOSSLESS, LOSSY, LOSSY, LOSSY, RGB, LOSSLESS)[place]
     elif place < 15:
@@ -54,41 +76,30 @@ def draw(number, large=False):
         families, codecs = (generator.choice(ROBUST),), LOSSY
     else:
         families, codecs = (generator.choice(COLOURS), generator.choice(PLACES)), LOSSLESS
-    codec = generator.choice(codecs)
-    if families and "matrix" in families[0]:
-        codec = codec if "Motion" not in codec.name else LOSSY[0]
-    if families and families[0] == "tags-rewritten":
-        codec = LOSSLESS[generator.choice((0, 1, 2, 3))]
-    if families and families[0] in ("stretched", "squeezed", "squeezed-twice", "tags-full"):
-        codec = LOSSLESS[generator.choice((0, 1, 2))] if codecs is LOSSLESS else LOSSY[generator.choice((0, 2, 3, 6))]
-    if families and families[0] == "four-one-one":
-        codec = LOSSLESS[generator.choice((0, 1, 4))]
-    if families and families[0] == "green-coefficient":
-        codec = LOSSLESS[generator.choice((0, 3, 4))]
-    if families and families[0] == "truncated":
-        codec = LOSSLESS[generator.choice((0, 4))]
-    if families and families[0] == "chroma-late":
-        codec = LOSSLESS[generator.choice((0, 1, 2, 4))]
-    size = generator.choice(LARGE if large and generator.random() < 0.1 else SIZES)
-    if codec.extension == "mxf" or codec.name == "DNxHR":
-        size = (1280, 720)  # those encoders cannot say BT.601
-    bars = place == 5 and size != (720, 576)
-    if families and families[0] == "truncated":
-        size = (1280, 720)  # the ramp is of the HD card
+    codec = codec_of(generator, families, codecs)
+    size = size_of(generator, number, families, codec)
     sheet = Sheet(generator, *size, codec, size[1] >= 720)
     for name in families:
-        FAMILIES[name](sheet)
+        ALL_FAMILIES[name](sheet)
+    bars = generator.choice(("ffmpeg", "gstreamer")) if place == 5 and card_of(size) == "hd" else ""
     return Picture(number, families, sheet, bars)
 
 
 def source(lineup, folder, size, bars):
-    path = os.path.join(folder, f"{'bars' if bars else 'card'}-{size[0]}x{size[1]}.mkv")
+    path = os.path.join(folder, f"{bars or 'card'}-{size[0]}x{size[1]}.mkv")
     if os.path.exists(path):
         return path
     unfinished = f"{path}.{os.getpid()}.mkv"
-    if bars:
-        run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", f"smptehdbars=size={size[0]}x{size[1]}:rate=25",
-             "-frames:v", str(FRAMES), "-pix_fmt", "yuv422p10le", "-c:v", "ffv1", unfinished])
+    ffv1 = ["-frames:v", str(FRAMES), "-pix_fmt", "yuv422p10le", "-c:v", "ffv1", unfinished]
+    if bars == "ffmpeg":
+        run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", f"smptehdbars=size={size[0]}x{size[1]}:rate=25", *ffv1])
+    elif bars == "gstreamer":
+        raw = f"{unfinished}.raw"
+        run(["gst-launch-1.0", "-q", "videotestsrc", "pattern=smpte-rp-219", f"num-buffers={FRAMES}", "!",
+             f"video/x-raw,format=I422_10LE,width={size[0]},height={size[1]}", "!", "filesink", f"location={raw}"])
+        run(["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pixel_format", "yuv422p10le", "-video_size",
+             f"{size[0]}x{size[1]}", "-framerate", "25", "-i", raw, *ffv1])
+        os.remove(raw)
     else:
         run([lineup, "render", unfinished, "--size", f"{size[0]}x{size[1]}", "--card", card_of(size), "--frames",
              str(FRAMES), "--video-codec", "ffv1", "--quiet", "--no-sync", "--overwrite"])
@@ -97,17 +108,22 @@ def source(lineup, folder, size, bars):
 
 
 def card_of(size):
-    return "sd" if size == (720, 576) else "hd"
+    return "sd" if size[1] in (480, 576) else "hd"
 
 
 def make(picture, lineup, folder):
     """The file of a case."""
     sheet, codec = picture.sheet, picture.sheet.codec
-    size = draw_size(picture)
-    # smptehdbars holds BT.709, of whatever size it is.
+    # Other generators' bars hold BT.709, of whatever size they are.
     matrix = "bt709" if picture.bars else sheet.matrix
     own = {"bt709": "bt709", "smpte170m": "bt601"}[matrix]
+    given = ["ffmpeg", "-v", "error", "-y", "-i", source(lineup, folder, sheet.sent, picture.bars), "-an"]
     filters = [f"setparams=range=tv:colorspace={matrix}", *sheet.filters]
+    done = ""
+    if sheet.gstreamer:
+        read, done = through_gstreamer(folder, sheet, picture.number, given)
+        given = ["ffmpeg", "-v", "error", "-y", *read]
+        filters = [f"setparams=range=tv:colorspace={matrix}"]
     if codec in RGB:
         filters.append(f"scale=in_color_matrix={own}:in_range=limited:out_range=full:flags=accurate_rnd+full_chroma_int")
     elif codec.pixels.startswith("yuvj"):
@@ -118,20 +134,16 @@ def make(picture, lineup, folder):
         filters.append(f"setparams=range={span}:colorspace={tagged}:color_primaries={tagged}:color_trc=bt709")
     path = os.path.join(folder, f"picture-{picture.number}.{codec.extension}")
     tags = [] if codec in RGB else ["-colorspace", tagged, "-color_range", span, "-color_primaries", tagged]
-    run(["ffmpeg", "-v", "error", "-y", "-i", source(lineup, folder, size, picture.bars), "-an", "-vf",
-         ",".join(filters), *codec.arguments.split(), *tags, path])
+    run([*given, "-vf", ",".join(filters), *codec.arguments.split(), *tags, path])
+    if done:
+        os.remove(done)
+    if sheet.remux:
+        remuxed(sheet, path)
     return path
 
 
-def draw_size(picture):
-    """The size that was sent: cropping changes that of the file."""
-    sheet = picture.sheet
-    sizes = (*SIZES, *LARGE)
-    return min(sizes, key=lambda size: abs(size[0] - sheet.width) + abs(size[1] - sheet.height))
-
-
 def arguments_of(picture):
-    return ["--card", "sd" if draw_size(picture) == (720, 576) else "hd", "--expect", "none", *picture.sheet.arguments]
+    return ["--card", card_of(picture.sheet.sent), "--expect", "none", *picture.sheet.arguments]
 
 
 @dataclass
@@ -170,10 +182,10 @@ def check_pictures(lineup, paths, arguments):
 
 
 def judge_pictures(work):
-    lineup, folder, numbers, large = work
+    lineup, folder, numbers = work
     results = []
     for number in numbers:
-        picture = draw(number, large)
+        picture = draw(number)
         path = make(picture, lineup, folder)
         results.append(judge(picture, check_pictures(lineup, [path], arguments_of(picture))[0]))
         os.remove(path)
@@ -184,7 +196,7 @@ def judge_other(work):
     """What is found in a picture that is no card: the id of the first fault or the card, or nothing."""
     lineup, folder, index = work
     path = os.path.join(folder, f"other-{index}.mkv")
-    run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", OTHERS[index], "-frames:v", "3", "-pix_fmt", "yuv422p",
+    run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", OTHERS[index], "-frames:v", "1", "-pix_fmt", "yuv422p",
          "-c:v", "ffv1", path])
     report = check_pictures(lineup, [path], ["--expect", "none"])[0]
     os.remove(path)
@@ -193,7 +205,7 @@ def judge_other(work):
 
 def show(options, folder, pool):
     numbers = range(options.first, options.first + options.cases)
-    chunks = [(options.lineup, folder, numbers[i:i + 2], options.large) for i in range(0, len(numbers), 2)]
+    chunks = [(options.lineup, folder, numbers[i:i + 2]) for i in range(0, len(numbers), 2)]
     results = [result for some in pool.imap(judge_pictures, chunks) for result in some]
     for result in results:
         if not result.right:
@@ -203,7 +215,8 @@ def show(options, folder, pool):
     wrong = [result for result in undamaged if result.got]
     right = sum(result.right for result in results)
     print(f"pictures {len(results)}, right {right}, undamaged {len(undamaged)}, undamaged wrong {len(wrong)}, "
-          f"patches off by {max((result.off for result in undamaged), default=0):.2f} codes at most")
+          f"patches off by {max((result.off for result in undamaged if not result.picture.bars), default=0):.2f} codes "
+          "at most")
     found = [entry for entry in pool.imap(judge_other, [(options.lineup, folder, i) for i in range(len(OTHERS))])
              if entry[1] or entry[2]]
     for entry in found:
@@ -212,7 +225,7 @@ def show(options, folder, pool):
 
 
 def show_one(options, folder):
-    picture = draw(options.case, options.large)
+    picture = draw(options.case)
     path = make(picture, options.lineup, folder)
     print(picture.name, picture.sheet.filters)
     result = judge(picture, check_pictures(options.lineup, [path], arguments_of(picture))[0])

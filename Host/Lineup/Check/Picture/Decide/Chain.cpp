@@ -91,10 +91,14 @@ double Chain::Cost() const {
 
 Triple Chain::Before(const CodeScale& scale, const Triple& rgb) const {
     Triple value = Multiply(scale.due, rgb);
-    if (matrix != MatrixStep::None) {
-        const Matrix theirs = MatrixOf(other);
-        value = matrix == MatrixStep::NotConverted ? Multiply(theirs, rgb)
-                                                   : Multiply(scale.due, Multiply(Inverse(theirs), value));
+    if (matrix == MatrixStep::NotConverted) {
+        value = Multiply(MatrixOf(other), rgb);
+    } else if (matrix != MatrixStep::None) {
+        Triple theirs = Multiply(Inverse(MatrixOf(other)), value);
+        for (double& component : theirs) {
+            component = matrix == MatrixStep::ConvertedAgainCut ? std::clamp(component, 0.0, 1.0) : component;
+        }
+        value = Multiply(scale.due, theirs);
     }
     switch (range) {
         case RangeStep::None:

@@ -28,7 +28,12 @@ struct CodeScale {
     [[nodiscard]] Triple ToCodes(const Triple& value) const;
 };
 
-enum class MatrixStep : std::uint8_t { None, NotConverted, ConvertedAgain };
+enum class MatrixStep : std::uint8_t {
+    None,
+    NotConverted,
+    ConvertedAgain,
+    ConvertedAgainCut,  ///< by way of R'G'B' that ends at black and white
+};
 enum class RangeStep : std::uint8_t { None, Stretched, Squeezed, StretchedTwice, SqueezedTwice };
 enum class SwapStep : std::uint8_t { None, Chroma, RedBlue };
 enum class ToneStep : std::uint8_t {

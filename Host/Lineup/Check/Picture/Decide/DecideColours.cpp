@@ -46,7 +46,6 @@ public:
     }
 
     bool Work() {
-        mChains = FitAllChains(mScale, mPairs);
         mBest = Choose();
         TellCodes();
         TellPatches();
@@ -106,6 +105,7 @@ private:
                 return {chain, ChainError(mScale, chain, mPairs)};
             }
         }
+        mChains = FitAllChains(mScale, mPairs);
         return Simplest(mChains);
     }
 
@@ -163,9 +163,6 @@ private:
     }
 
     void TellOthers() {
-        if (mBest.chain.Cost() == 0) {
-            return;
-        }
         if (mBest.error > kUnexplained) {
             mFindings->notes.push_back(
                 {.id = "colours-unexplained",
@@ -173,6 +170,9 @@ private:
                  .text = fmt::format("Patches are off by {:.1f} codes more, r.m.s., than what is "
                                      "named explains.",
                                      mBest.error)});
+        }
+        if (mBest.chain.Cost() == 0) {
+            return;
         }
         const std::string own = WordsFor(mBest.chain, mDue);
         for (const FittedChain* const other : AsGood(mChains, mBest)) {

@@ -235,7 +235,8 @@ std::vector<FittedChain> FitAllChains(const CodeScale& scale, std::span<const Co
         if (MatrixOf(named.name) == scale.due) {
             continue;
         }
-        for (const MatrixStep step : {MatrixStep::NotConverted, MatrixStep::ConvertedAgain}) {
+        for (const MatrixStep step :
+             {MatrixStep::NotConverted, MatrixStep::ConvertedAgain, MatrixStep::ConvertedAgainCut}) {
             starts.push_back({.matrix = step, .other = std::string(named.name)});
         }
     }
@@ -255,6 +256,9 @@ std::vector<FittedChain> FitAllChains(const CodeScale& scale, std::span<const Co
                 chain.swap = swap;
                 // More than two discrete steps and a search at once explain anything.
                 const double steps = chain.Cost();
+                if (start.matrix == MatrixStep::ConvertedAgainCut && steps > 1) {
+                    continue;
+                }
                 for (const ToneStep tone : kTones) {
                     for (const ColourStep colour : {ColourStep::None, ColourStep::Saturation, ColourStep::Hue,
                                                     ColourStep::Both, ColourStep::Missing}) {

@@ -15,6 +15,11 @@ constexpr double kOutlier = 1.2;         // pixels
 constexpr std::size_t kFewestEdges = 3;  // along an axis
 constexpr double kSimpler = 0.2;         // pixels of error that a place without unknowns may have more
 
+// Other generators round an edge to another line: a line through few edges then misses all of them, and errs by several
+// pixels where it ends.
+constexpr double kRounding = 1.05;  // pixels
+constexpr double kMissed = 0.1;     // pixels r.m.s.
+
 // A place on the card, as a fraction, and where it was found.
 struct Mark {
     double sent;
@@ -38,6 +43,14 @@ double Error(const std::vector<Mark>& marks, double start, double length) {
         weights += mark.weight;
     }
     return weights > 0 ? std::sqrt(sum / weights) : 0;
+}
+
+double MostOff(const std::vector<Mark>& marks, double length) {
+    double most = 0;
+    for (const Mark& mark : marks) {
+        most = std::max(most, std::abs(mark.found - mark.sent * length));
+    }
+    return most;
 }
 
 std::optional<Line> Fit(const std::vector<Mark>& marks) {
@@ -102,7 +115,8 @@ std::vector<Mark> MarksOf(const std::vector<MeasuredEdge>& edges, bool upright, 
 // Of two explanations that are as good, the one that says less: the card fills the frame, or is as high as it is wide.
 Line Simplest(const Line& free, const std::vector<Mark>& marks, double side, std::optional<double> length) {
     const double whole = Error(marks, 0, side);
-    if (whole <= free.error + kSimpler) {
+    const bool isRounded = free.error > kMissed && MostOff(marks, side) < kRounding;
+    if (whole <= free.error + kSimpler || isRounded) {
         return {0, side, whole, free.count};
     }
     if (length) {

@@ -83,6 +83,18 @@ std::vector<std::string> IdsOf(const PictureFindings& findings) {
     return ids;
 }
 
+// To R'G'B' of 8 bits by the coefficients of BT.709, and back by those of BT.601.
+void TakenForBt709AndCutOff(Codes& c) {
+    const double y = (c[0] - 16) / 219;
+    const double cb = (c[1] - 128) / 224;
+    const double cr = (c[2] - 128) / 224;
+    const double red = std::clamp(y + 1.5748 * cr, 0.0, 1.0);
+    const double blue = std::clamp(y + 1.8556 * cb, 0.0, 1.0);
+    const double green = std::clamp(y - 0.1873 * cb - 0.4681 * cr, 0.0, 1.0);
+    const double luma = 0.299 * red + 0.587 * green + 0.114 * blue;
+    c = {16 + 219 * luma, 128 + 224 * (blue - luma) / 1.772, 128 + 224 * (red - luma) / 1.402};
+}
+
 struct Damage {
     const char* id;
     std::function<void(Codes&)> change;
@@ -104,6 +116,7 @@ TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
         {"chroma-missing", [](Codes& c) { c[1] = c[2] = 128; }},
         {"blacks-crushed", [](Codes& c) { c[0] = std::max(c[0], 16.0); }},
         {"whites-clipped", [](Codes& c) { c[0] = std::min(c[0], 200.0); }},
+        {"matrix-wrong", TakenForBt709AndCutOff},
         {"matrix-wrong",  // a coefficient of green is wrong in the third digit
          [](Codes& c) { c[0] += 0.005 * (c[0] - 16 - 0.3441 * (c[1] - 128) - 0.7141 * (c[2] - 128)); }},
         {"bits-truncated",
@@ -134,6 +147,20 @@ TEST(CheckPicture, FindsNothingWrongWithTheCardItself) {
             EXPECT_NEAR(patch.measured.at(i), patch.expected.at(i), 0.2) << patch.name;
         }
     }
+}
+
+TEST(CheckPicture, AnotherGeneratorMayRoundAnEdgeToTheNextLine) {
+    DecodedPicture frame = Frame();
+    std::size_t line = 1;  // the first one below the upper bars
+    while (frame.planes[0].at(line * kWidth) == frame.planes[0].front()) {
+        ++line;
+    }
+    for (auto& plane : frame.planes) {
+        std::copy_n(plane.begin(), kWidth, plane.begin() + static_cast<std::ptrdiff_t>(line * kWidth));
+    }
+    const PictureFindings findings = Examine({frame});
+    EXPECT_THAT(IdsOf(findings), IsEmpty());
+    EXPECT_NEAR(findings.picture->place->height, kHeight, 0.25);
 }
 
 TEST(CheckPicture, FindsNoCardInWhite) {

@@ -30,134 +30,126 @@ std::uint32_t Remainder(std::span<const std::uint8_t> section) {
     return rest;
 }
 
-struct OpenUnit {
-    ReceivedUnit unit;
-    std::vector<std::uint8_t> pes;
-};
-
-class Reader {
-public:
-    ReceivedStream Read(std::span<const std::uint8_t> bytes) {
-        for (; bytes.size() >= kPacket; bytes = bytes.subspan(kPacket)) {
-            ReadPacket(bytes.first(kPacket));
-            ++mStream.packets;
-        }
-        for (auto& [pid, open] : mOpen) {
-            if (open.pes.size() == Number(std::span(open.pes).subspan(4, 2)) + 6) {
-                Close(pid, open);
-            }
-        }
-        return std::move(mStream);
-    }
-
-private:
-    void Complain(const std::string& what) {
-        mStream.errors.push_back(fmt::format("packet {}: {}", mStream.packets, what));
-    }
-
-    void ReadPacket(std::span<const std::uint8_t> packet) {
-        const int pid = static_cast<int>(Number(packet.subspan(1, 2)) & 0x1FFFU);
-        if (packet[0] != 0x47 || (packet[1] & 0x80U) != 0) {
-            Complain("no packet");
-            return;
-        }
-        if (pid == kNullPid) {
-            return;
-        }
-        const bool hasAdaptation = (packet[3] & 0x20U) != 0;
-        const bool hasPayload = (packet[3] & 0x10U) != 0;
-        CheckCounter(pid, packet[3] & 0x0FU, hasPayload);
-        std::size_t at = 4;
-        bool isEntry = false;
-        if (hasAdaptation) {
-            const std::size_t length = packet[4];
-            if (length > (hasPayload ? 182U : 183U) || (!hasPayload && length != 183)) {
-                Complain("an adaptation field of a wrong length");
-                return;
-            }
-            isEntry = length > 0 && (packet[5] & 0x40U) != 0;
-            if (length > 6 && (packet[5] & 0x10U) != 0) {
-                ReadClock(packet.subspan(6, 6));
-            }
-            at += 1 + length;
-        }
-        if (hasPayload) {
-            ReadPayload(pid, (packet[1] & 0x40U) != 0, isEntry, packet.subspan(at));
-        }
-    }
-
-    void CheckCounter(int pid, unsigned counter, bool hasPayload) {
-        const auto last = mCounters.find(pid);
-        if (last != mCounters.end() && counter != ((last->second + (hasPayload ? 1U : 0U)) & 0x0FU)) {
-            Complain(fmt::format("PID {} counts {} behind {}", pid, counter, last->second));
-        }
-        mCounters[pid] = counter;
-    }
-
-    void ReadClock(std::span<const std::uint8_t> field) {
-        const std::int64_t base = std::int64_t{Number(field.first(4))} << 1U | field[4] >> 7U;
-        const std::int64_t extension = (field[4] & 1) << 8 | field[5];
-        mStream.clocks.push_back({mStream.packets, base * 300 + extension});
-    }
-
-    void ReadPayload(int pid, bool begins, bool isEntry, std::span<const std::uint8_t> payload) {
-        if (pid < 0x20 || pid == kPmtPid) {
-            ReadSection(pid, payload);
-            return;
-        }
-        OpenUnit& open = mOpen[pid];
-        if (begins) {
-            if (!open.pes.empty()) {
-                Close(pid, open);
-            }
-            open = {};
-            open.unit.isEntry = isEntry;
-        } else if (open.pes.empty()) {
-            return;  // before the first begin
-        }
-        open.pes.insert(open.pes.end(), payload.begin(), payload.end());
-        open.unit.packetOfEnd = mStream.packets;
-    }
-
-    void Close(int pid, OpenUnit& open) {
-        const std::span pes(open.pes);
-        const std::size_t length = Number(pes.subspan(4, 2));
-        if (Number(pes.first(3)) != 1 || (length != 0 && length + 6 != pes.size()) || (pes[7] & 0xC0U) != 0x80U) {
-            Complain(fmt::format("PID {} has no proper access unit", pid));
-            return;
-        }
-        const auto bits = [&](std::size_t at, unsigned shift) { return std::int64_t{pes[at]} >> 1U << shift; };
-        open.unit.pts = (std::int64_t{pes[9]} >> 1U & 7) << 30U | std::int64_t{pes[10]} << 22U | bits(11, 15) |
-                        std::int64_t{pes[12]} << 7U | bits(13, 0);
-        const auto content = pes.subspan(std::size_t{9} + pes[8]);
-        open.unit.bytes.assign(content.begin(), content.end());
-        mStream.units[pid].push_back(std::move(open.unit));
-    }
-
-    void ReadSection(int pid, std::span<const std::uint8_t> payload) {
-        const auto section = payload.subspan(std::size_t{1} + payload[0]);
-        const std::size_t length = 3 + (Number(section.subspan(1, 2)) & 0x0FFFU);
-        if (Remainder(section.first(length)) != 0) {
-            Complain(fmt::format("the table of PID {} has a wrong checksum", pid));
-        }
-        mStream.tablePackets[pid].push_back(mStream.packets);
-        if (pid == kPmtPid) {
-            for (std::size_t at = 12; at + 4 < length;) {
-                mStream.types[static_cast<int>(Number(section.subspan(at + 1, 2)) & 0x1FFFU)] = section[at];
-                at += 5 + (Number(section.subspan(at + 3, 2)) & 0x0FFFU);
-            }
-        }
-    }
-
-    ReceivedStream mStream;
-    std::map<int, unsigned> mCounters;
-    std::map<int, OpenUnit> mOpen;
-};
-
 }  // namespace
 
+void TransportReader::Take(std::span<const std::uint8_t> bytes) {
+    for (; bytes.size() >= kPacket; bytes = bytes.subspan(kPacket)) {
+        ReadPacket(bytes.first(kPacket));
+        ++stream.packets;
+    }
+}
+
+void TransportReader::End() {
+    for (auto& [pid, open] : mOpen) {
+        if (open.pes.size() == Number(std::span(open.pes).subspan(4, 2)) + 6) {
+            Close(pid, open);
+        }
+    }
+}
+
+void TransportReader::Complain(const std::string& what) {
+    stream.errors.push_back(fmt::format("packet {}: {}", stream.packets, what));
+}
+
+void TransportReader::ReadPacket(std::span<const std::uint8_t> packet) {
+    const int pid = static_cast<int>(Number(packet.subspan(1, 2)) & 0x1FFFU);
+    if (packet[0] != 0x47 || (packet[1] & 0x80U) != 0) {
+        Complain("no packet");
+        return;
+    }
+    if (pid == kNullPid) {
+        return;
+    }
+    const bool hasAdaptation = (packet[3] & 0x20U) != 0;
+    const bool hasPayload = (packet[3] & 0x10U) != 0;
+    CheckCounter(pid, packet[3] & 0x0FU, hasPayload);
+    std::size_t at = 4;
+    bool isEntry = false;
+    if (hasAdaptation) {
+        const std::size_t length = packet[4];
+        if (length > (hasPayload ? 182U : 183U) || (!hasPayload && length != 183)) {
+            Complain("an adaptation field of a wrong length");
+            return;
+        }
+        isEntry = length > 0 && (packet[5] & 0x40U) != 0;
+        if (length > 6 && (packet[5] & 0x10U) != 0) {
+            ReadClock(packet.subspan(6, 6));
+        }
+        at += 1 + length;
+    }
+    if (hasPayload) {
+        ReadPayload(pid, (packet[1] & 0x40U) != 0, isEntry, packet.subspan(at));
+    }
+}
+
+void TransportReader::CheckCounter(int pid, unsigned counter, bool hasPayload) {
+    const auto last = mCounters.find(pid);
+    if (last != mCounters.end() && counter != ((last->second + (hasPayload ? 1U : 0U)) & 0x0FU)) {
+        Complain(fmt::format("PID {} counts {} behind {}", pid, counter, last->second));
+    }
+    mCounters[pid] = counter;
+}
+
+void TransportReader::ReadClock(std::span<const std::uint8_t> field) {
+    const std::int64_t base = std::int64_t{Number(field.first(4))} << 1U | field[4] >> 7U;
+    const std::int64_t extension = (field[4] & 1) << 8 | field[5];
+    stream.clocks.push_back({stream.packets, base * 300 + extension});
+}
+
+void TransportReader::ReadPayload(int pid, bool begins, bool isEntry, std::span<const std::uint8_t> payload) {
+    if (pid < 0x20 || pid == kPmtPid) {
+        ReadSection(pid, payload);
+        return;
+    }
+    OpenUnit& open = mOpen[pid];
+    if (begins) {
+        if (!open.pes.empty()) {
+            Close(pid, open);
+        }
+        open = {};
+        open.unit.isEntry = isEntry;
+    } else if (open.pes.empty()) {
+        return;  // before the first begin
+    }
+    open.pes.insert(open.pes.end(), payload.begin(), payload.end());
+    open.unit.packetOfEnd = stream.packets;
+}
+
+void TransportReader::Close(int pid, OpenUnit& open) {
+    const std::span pes(open.pes);
+    const std::size_t length = Number(pes.subspan(4, 2));
+    if (Number(pes.first(3)) != 1 || (length != 0 && length + 6 != pes.size()) || (pes[7] & 0xC0U) != 0x80U) {
+        Complain(fmt::format("PID {} has no proper access unit", pid));
+        return;
+    }
+    const auto bits = [&](std::size_t at, unsigned shift) { return std::int64_t{pes[at]} >> 1U << shift; };
+    open.unit.pts = (std::int64_t{pes[9]} >> 1U & 7) << 30U | std::int64_t{pes[10]} << 22U | bits(11, 15) |
+                    std::int64_t{pes[12]} << 7U | bits(13, 0);
+    const auto content = pes.subspan(std::size_t{9} + pes[8]);
+    open.unit.bytes.assign(content.begin(), content.end());
+    stream.units[pid].push_back(std::move(open.unit));
+}
+
+void TransportReader::ReadSection(int pid, std::span<const std::uint8_t> payload) {
+    const auto section = payload.subspan(std::size_t{1} + payload[0]);
+    const std::size_t length = 3 + (Number(section.subspan(1, 2)) & 0x0FFFU);
+    if (Remainder(section.first(length)) != 0) {
+        Complain(fmt::format("the table of PID {} has a wrong checksum", pid));
+    }
+    stream.tablePackets[pid].push_back(stream.packets);
+    if (pid == kPmtPid) {
+        for (std::size_t at = 12; at + 4 < length;) {
+            stream.types[static_cast<int>(Number(section.subspan(at + 1, 2)) & 0x1FFFU)] = section[at];
+            at += 5 + (Number(section.subspan(at + 3, 2)) & 0x0FFFU);
+        }
+    }
+}
+
 ReceivedStream ReadTransport(std::span<const std::uint8_t> bytes) {
-    return Reader().Read(bytes);
+    TransportReader reader;
+    reader.Take(bytes);
+    reader.End();
+    return std::move(reader.stream);
 }
 
 }  // namespace test

@@ -31,6 +31,34 @@ struct ReceivedStream {
     std::map<int, int> types;                               ///< of the streams, by PID
 };
 
+/// Reads a stream as it comes.
+class TransportReader {
+public:
+    /// Takes whole packets; what is read of them is added to `stream`, of which the caller may clear what it has seen.
+    void Take(std::span<const std::uint8_t> bytes);
+
+    /// Takes in the last units too that say how long they are and are whole.
+    void End();
+
+    ReceivedStream stream;
+
+private:
+    struct OpenUnit {
+        ReceivedUnit unit;
+        std::vector<std::uint8_t> pes;
+    };
+    void Complain(const std::string& what);
+    void ReadPacket(std::span<const std::uint8_t> packet);
+    void CheckCounter(int pid, unsigned counter, bool hasPayload);
+    void ReadClock(std::span<const std::uint8_t> field);
+    void ReadPayload(int pid, bool begins, bool isEntry, std::span<const std::uint8_t> payload);
+    void ReadSection(int pid, std::span<const std::uint8_t> payload);
+    void Close(int pid, OpenUnit& open);
+
+    std::map<int, unsigned> mCounters;
+    std::map<int, OpenUnit> mOpen;
+};
+
 /// Reads whole packets. The last unit of each PID is left out unless its length says that it is whole.
 ReceivedStream ReadTransport(std::span<const std::uint8_t> bytes);
 

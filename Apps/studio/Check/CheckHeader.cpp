@@ -2,9 +2,10 @@
 
 #include "Apps/studio/Check/CheckWords.h"
 
+#include <QCheckBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QToolButton>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace studio {
@@ -12,7 +13,27 @@ namespace studio {
 namespace {
 
 constexpr double kVerdictSize = 1.25;  // of the window's text
-constexpr int kHeaderButtonRoom = 14;
+constexpr int kHeaderButtonRoom = 18;
+
+// A switch is a box to tick, anything else a button.
+QWidget* Control(QAction& command, QWidget* parent) {
+    const QString text = command.text().remove('&');
+    QWidget* control = nullptr;
+    if (command.isCheckable()) {
+        auto* const box = new QCheckBox(text, parent);
+        QObject::connect(box, &QCheckBox::toggled, &command, &QAction::setChecked);
+        QObject::connect(&command, &QAction::toggled, box, &QCheckBox::setChecked);
+        control = box;
+    } else {
+        auto* const button = new QPushButton(text, parent);
+        button->setMinimumSize(button->sizeHint() + QSize(kHeaderButtonRoom, 4));
+        QObject::connect(button, &QPushButton::clicked, &command, &QAction::trigger);
+        control = button;
+    }
+    control->setObjectName(command.objectName() + "Button");
+    control->setToolTip(command.toolTip());
+    return control;
+}
 
 }  // namespace
 
@@ -35,16 +56,10 @@ CheckHeader::CheckHeader(const std::vector<QAction*>& commands, QWidget* parent)
     mCodes->setForegroundRole(QPalette::PlaceholderText);
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 8, 10, 8);
+    layout->setSpacing(14);
     layout->addLayout(words, 1);
     for (QAction* const command : commands) {
-        auto* const button = new QToolButton(this);
-        button->setObjectName(command->objectName() + "Button");
-        button->setDefaultAction(command);
-        button->setAutoRaise(false);
-        button->setFocusPolicy(Qt::StrongFocus);
-        button->setText(command->text().remove('&'));
-        button->setMinimumSize(button->sizeHint() + QSize(kHeaderButtonRoom, 4));
-        layout->addWidget(button);
+        layout->addWidget(Control(*command, this));
     }
 }
 

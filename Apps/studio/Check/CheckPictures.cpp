@@ -61,7 +61,15 @@ void CheckPictures::SetRecording(const QString& file, const lineup::CheckReport&
     mExpected->SetPicture(nullptr);
     setVisible(report.picture.has_value());
     if (report.picture) {
-        mScopes->SetPatches(ScopePatches(*report.picture));
+        const std::vector<ScopePatch> patches = ScopePatches(*report.picture);
+        std::vector<QRectF> outlines;
+        for (const ScopePatch& patch : patches) {
+            if (patch.isOff) {
+                outlines.push_back(patch.area);
+            }
+        }
+        mScopes->SetPatches(patches);
+        mFound->SetOutlines(outlines);
         LoadExpected(*report.picture);
     }
 }

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kProgressMs = 100;
 constexpr QSize kCheckSize{1240, 900};
+constexpr const char* kGeometryKey = "check/geometry";
 constexpr const char* kFolderKey = "check/folder";
 
 }  // namespace
@@ -45,12 +46,26 @@ CheckWindow::CheckWindow(std::shared_ptr<const lineup::Importer> importer, QWidg
     setObjectName("checkWindow");
     setWindowTitle(tr("Check Recording"));
     setAcceptDrops(true);
-    resize(kCheckSize);
     Arrange();
+    const QSettings settings;
+    if (!restoreGeometry(settings.value(kGeometryKey).toByteArray())) {
+        resize(kCheckSize);
+    }
     mWaveform->setChecked(true);
     mVectorscope->setChecked(true);
     ShowScopes();
     connect(mAsk, &QAction::triggered, this, &CheckWindow::Ask);
+    const auto onKey = [this](const char* keys, auto act) {
+        auto* const action = new QAction(this);
+        action->setShortcut(QKeySequence(keys));
+        addAction(action);
+        connect(action, &QAction::triggered, this, act);
+    };
+    onKey("Ctrl++", [this] { mLanes->ZoomIn(); });
+    onKey("Ctrl+=", [this] { mLanes->ZoomIn(); });
+    onKey("Ctrl+-", [this] { mLanes->ZoomOut(); });
+    onKey("Ctrl+0", [this] { mLanes->ShowAll(); });
+    onKey("Ctrl+W", [this] { close(); });
     for (const QAction* const scope : {mWaveform, mVectorscope, mParade}) {
         connect(scope, &QAction::toggled, this, &CheckWindow::ShowScopes);
     }
@@ -94,9 +109,9 @@ void CheckWindow::Arrange() {
     mWhole->addWidget(mUpper);
     mWhole->addWidget(mLanes);
     mWhole->addWidget(mFaults);
-    mWhole->setStretchFactor(0, 3);
-    mWhole->setStretchFactor(1, 1);
-    mWhole->setStretchFactor(2, 1);
+    for (const int part : {0, 1, 2}) {
+        mWhole->setStretchFactor(part, part == 0 ? 1 : 0);
+    }
     for (QSplitter* const splitter : {mUpper, mWhole}) {
         splitter->setChildrenCollapsible(false);
     }
@@ -171,6 +186,7 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
         mFoot->ShowProblem(QFileInfo(file).fileName() + ": " + problem);
         return;
     }
+    const bool isFirst = mReport == nullptr;
     mReport = std::move(report);
     mFoot->ShowEnded({});
     setWindowTitle(tr("%1 \u2014 Check Recording").arg(QFileInfo(file).fileName()));
@@ -178,7 +194,7 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
     mFaults->Show(*mReport);
     std::vector<ShownChannel> inputs;
     for (std::size_t input = 0; mReport->sound && input < mReport->sound->lanes.found.size(); ++input) {
-        inputs.push_back({input, InputName(*mReport, input)});
+        inputs.push_back({input, ChannelName(*mReport, input)});
     }
     mPictures->SetRecording(file, *mReport);
     mMeters->SetChannels(inputs);
@@ -186,6 +202,9 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
     mMeters->setVisible(hasLanes);
     mLanes->setVisible(hasLanes);
     mUpper->setVisible(hasLanes || mReport->picture);
+    if (isFirst) {
+        mWhole->setSizes({height() * 6 / 10, height() * 2 / 10, height() * 2 / 10});
+    }
     ShowLanes({});
     GoTo(mReport->sound ? mReport->sound->startsAt.value_or(0) : 0);
 }
@@ -230,6 +249,7 @@ void CheckWindow::closeEvent(QCloseEvent* event) {
     if (mJob != nullptr) {
         mJob->Cancel();
     }
+    QSettings().setValue(kGeometryKey, saveGeometry());
     QWidget::closeEvent(event);
 }
 
@@ -242,13 +262,6 @@ void CheckWindow::dragEnterEvent(QDragEnterEvent* event) {
 void CheckWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
     Check(DroppedFile(*event->mimeData()));
-}
-
-void CheckWindow::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange && mReport != nullptr) {
-        mFaults->Show(*mReport);
-    }
-    QWidget::changeEvent(event);
 }
 
 }  // namespace studio

@@ -40,7 +40,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     [[nodiscard]] QAction* Command(const char* name, const QString& text, const char* keys, bool isSwitch);

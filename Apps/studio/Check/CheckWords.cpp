@@ -45,7 +45,8 @@ QString NumberWords(std::optional<double> value, const std::string& unit) {
     }
     const bool isWhole = *value == std::round(*value) && std::abs(*value) < 1e6;
     const int decimals = isWhole ? 0 : std::abs(*value) < 10 ? 2 : 1;
-    const QString words = UnitWords(unit);
+    const bool isOne = std::abs(*value) == 1 && unit.ends_with('s');  // "1 frames"
+    const QString words = isOne ? QString() : UnitWords(unit);
     return SignedNumber(*value, decimals) + (words.isEmpty() ? "" : " " + words);
 }
 
@@ -104,10 +105,15 @@ QString CodesWords(const lineup::CheckReport& report) {
                           : Tr(QT_TRANSLATE_NOOP("Check", "Codes: %1; the file says: %2")).arg(found, said);
 }
 
-QString InputName(const lineup::CheckReport& report, std::size_t input) {
+QString ChannelName(const lineup::CheckReport& report, std::size_t input) {
     const bool isKnown = report.sound && input < report.sound->channels.size() && report.sound->channels[input].channel;
-    const QString channel = isKnown ? " " + QString::fromStdString(*report.sound->channels[input].channel) : QString();
-    return QString::number(input + 1) + channel;
+    return isKnown ? QString::fromStdString(*report.sound->channels[input].channel) : QString::number(input + 1);
+}
+
+QString InputName(const lineup::CheckReport& report, std::size_t input) {
+    const QString number = QString::number(input + 1);
+    const QString channel = ChannelName(report, input);
+    return channel == number ? number : number + " " + channel;
 }
 
 QString KindWords(const lineup::CheckFault& fault) {

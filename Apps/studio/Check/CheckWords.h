@@ -20,6 +20,9 @@ namespace studio {
 /// "5 Ls": an input, counted from 1, and the channel that arrives there.
 [[nodiscard]] QString InputName(const lineup::CheckReport& report, std::size_t input);
 
+/// "Ls": the channel that arrives at an input, or the input's number from 1.
+[[nodiscard]] QString ChannelName(const lineup::CheckReport& report, std::size_t input);
+
 /// "Wrong matrix": the kind of fault.
 [[nodiscard]] QString KindWords(const lineup::CheckFault& fault);
 

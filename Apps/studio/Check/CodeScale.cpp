@@ -24,6 +24,14 @@ bool IsOff(const lineup::PatchReport& patch) {
                                [tolerance](double one, double other) { return std::abs(one - other) <= tolerance; });
 }
 
+// Where a patch of the card lies in the frame.
+QRectF AreaOf(const lineup::PatchReport& patch, const lineup::CardPlace& place) {
+    const double left = place.mirrored ? 1 - patch.right : patch.left;
+    const double top = place.flipped ? 1 - patch.bottom : patch.top;
+    return {place.x + left * place.width, place.y + top * place.height, (patch.right - patch.left) * place.width,
+            (patch.bottom - patch.top) * place.height};
+}
+
 }  // namespace
 
 CodeScale CodeScale::Of(const lineup::DecodedPicture& picture) {
@@ -64,9 +72,7 @@ std::vector<ScopePatch> ScopePatches(const lineup::PictureReport& picture) {
     std::vector<ScopePatch> patches;
     for (const lineup::PatchReport& patch : picture.patches) {
         if (patch.expected.size() == 3 && patch.measured.size() == 3) {
-            const double middle = (patch.left + patch.right) / 2;
-            const double share = place.mirrored ? 1 - middle : middle;
-            patches.push_back({.column = static_cast<int>(std::lround(place.x + share * place.width)),
+            patches.push_back({.area = AreaOf(patch, place),
                                .due = codes.Colour(Triple(patch.expected)),
                                .found = codes.Colour(Triple(patch.measured)),
                                .isOff = IsOff(patch)});

@@ -5,6 +5,7 @@
 #include "Apps/studio/Text/ProblemPatterns.h"
 #include "Apps/studio/Window/Theme.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QSignalBlocker>
 
@@ -49,7 +50,6 @@ void FaultList::AddFault(const lineup::CheckFault& fault) {
         new QTreeWidgetItem(this, {KindWords(fault), WhereWords(fault), MeasuredWords(fault), DueWords(fault),
                                    fault.at ? TimeWords(*fault.at) : QString(), Text(fault.text)});
     item->setData(kKind, Qt::UserRole, topLevelItemCount() - 1);
-    item->setForeground(kKind, Theme::Current().error);
     item->setToolTip(kWords, Text(fault.text));
 }
 
@@ -71,6 +71,23 @@ void FaultList::Show(const lineup::CheckReport& report) {
     for (int column = 0; column < kWords; ++column) {
         resizeColumnToContents(column);
     }
+    Dress();
+}
+
+void FaultList::Dress() {
+    for (int row = 0; row < topLevelItemCount(); ++row) {
+        QTreeWidgetItem* const item = topLevelItem(row);
+        if (item->data(kKind, Qt::UserRole).toInt() != kNoFault) {
+            item->setForeground(kKind, Theme::Current().error);
+        }
+    }
+}
+
+void FaultList::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) {
+        Dress();
+    }
+    QTreeWidget::changeEvent(event);
 }
 
 }  // namespace studio

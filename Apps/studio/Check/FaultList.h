@@ -15,14 +15,18 @@ public:
 
     void Show(const lineup::CheckReport& report);
 
-    [[nodiscard]] QSize sizeHint() const override { return {800, 150}; }
+    [[nodiscard]] QSize sizeHint() const override { return {800, 176}; }
     [[nodiscard]] QSize minimumSizeHint() const override { return {300, 76}; }
 
 Q_SIGNALS:
     /// A person has chosen the fault of this place in the report.
     void Chosen(std::size_t fault);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void Dress();
     void AddFault(const lineup::CheckFault& fault);
     void AddNote(const lineup::CheckNote& note);
     void Choose(const QTreeWidgetItem* item);

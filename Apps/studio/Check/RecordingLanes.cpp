@@ -84,21 +84,29 @@ lineup::WaveformOverview Overview(const lineup::CheckReport& report, const LaneS
     return overview;
 }
 
-// Along the top from left to right, and back along the bottom.
+// The outline of each stretch that is not silent, round the lane's centre line.
 void DrawExpected(QPainter& painter, const std::vector<float>& columns, const QRectF& lane) {
     const lanes::LevelScale scale = lanes::LevelScale::Decibels();
-    QPolygonF top;
-    QPolygonF bottom;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        const double height = scale.Height(static_cast<double>(columns[i])) * lane.height() / 2;
-        for (const double x : {static_cast<double>(i), static_cast<double>(i + 1)}) {
-            const double at = lane.x() + x * lane.width() / static_cast<double>(columns.size());
-            top << QPointF(at, std::round(lane.center().y() - height) + 0.5);
-            bottom << QPointF(at, std::round(lane.center().y() + height) - 0.5);
+    const auto x = [&](std::size_t column) {
+        return std::round(lane.x() + static_cast<double>(column) * lane.width() / static_cast<double>(columns.size()));
+    };
+    for (std::size_t begin = 0; begin < columns.size();) {
+        const bool isSilent = columns[begin] <= 0;
+        std::size_t end = begin;
+        QPolygonF top;
+        QPolygonF bottom;
+        for (; end < columns.size() && (columns[end] <= 0) == isSilent; ++end) {
+            const double height = std::round(scale.Height(static_cast<double>(columns[end])) * lane.height() / 2);
+            for (const double at : {x(end), x(end + 1)}) {
+                top << QPointF(at, lane.center().y() - height);
+                bottom.prepend(QPointF(at, lane.center().y() + height));
+            }
         }
+        if (!isSilent) {
+            painter.drawPolygon(top + bottom);
+        }
+        begin = end;
     }
-    painter.drawPolyline(top);
-    painter.drawPolyline(bottom);
 }
 
 void DrawFaultPlaces(QPainter& painter, const lineup::CheckReport& report, const LaneSpan& span, const QRectF& lanes) {

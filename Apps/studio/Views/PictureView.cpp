@@ -71,6 +71,27 @@ void PictureView::SetProbes(std::vector<QPoint> probes) {
     update();
 }
 
+void PictureView::SetOutlines(std::vector<QRectF> outlines) {
+    mOutlines = std::move(outlines);
+    update();
+}
+
+// Inside their areas, so that neighbours keep their own.
+void PictureView::DrawOutlines(QPainter& painter) const {
+    const QRectF frame = Frame();
+    const double across = frame.width() / mPicture->Width();
+    const double down = frame.height() / mPicture->Height();
+    for (const QRectF& area : mOutlines) {
+        const QRectF shown(frame.x() + area.x() * across, frame.y() + area.y() * down, area.width() * across,
+                           area.height() * down);
+        for (const auto& [colour, width] :
+             {std::pair(QColor(Qt::black), 3.0), std::pair(Theme::Current().scopeFault, 1.5)}) {
+            painter.setPen(QPen(colour, width));
+            painter.drawRect(shown.adjusted(2, 2, -2, -2));
+        }
+    }
+}
+
 QPointF PictureView::CentreOf(QPoint pixel) const {
     const QRectF frame = Frame();
     return {frame.x() + (pixel.x() + 0.5) * frame.width() / mPicture->Width(),
@@ -105,6 +126,7 @@ void PictureView::paintEvent(QPaintEvent* /*event*/) {
         mScaled = mPicture->Screen().scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     painter.drawImage(frame, mScaled);
+    DrawOutlines(painter);
     DrawProbes(painter);
     if (mPixel && mByKey) {
         const QPointF centre = CentreOf(*mPixel);

@@ -26,6 +26,9 @@ public:
     /// Pixels of the picture that are marked, with their numbers from 1.
     void SetProbes(std::vector<QPoint> probes);
 
+    /// Areas of the picture, in its pixels, that are outlined as faults.
+    void SetOutlines(std::vector<QRectF> outlines);
+
     /// Where on the widget the picture stands.
     [[nodiscard]] QRectF Frame() const;
 
@@ -51,11 +54,13 @@ protected:
 private:
     void Pin();
     [[nodiscard]] QPointF CentreOf(QPoint pixel) const;
+    void DrawOutlines(QPainter& painter) const;
     void DrawProbes(QPainter& painter) const;
     void PointAt(std::optional<QPoint> pixel, bool byKey);
 
     std::shared_ptr<const CardPicture> mPicture;
     std::vector<QPoint> mProbes;
+    std::vector<QRectF> mOutlines;
     QImage mScaled;  // for the size it is shown at
     std::optional<QPoint> mPixel;
     bool mByKey = false;  // then the pixel is marked

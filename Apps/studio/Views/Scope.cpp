@@ -5,6 +5,7 @@
 
 #include <QMouseEvent>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace studio {
@@ -79,8 +80,9 @@ void Scope::DrawPatches(QPainter& painter) const {
     const Theme& theme = Theme::Current();
     const QPointF half(kPatchBox, kPatchBox);
     for (const ScopePatch& patch : mPatches) {
-        const auto due = PlacesOf(patch.due, patch.column);
-        const auto found = PlacesOf(patch.found, patch.column);
+        const auto column = static_cast<int>(std::lround(patch.area.center().x()));
+        const auto due = PlacesOf(patch.due, column);
+        const auto found = PlacesOf(patch.found, column);
         for (std::size_t i = 0; i < due.size(); ++i) {
             painter.setPen(QPen(theme.scopeText, 1));
             painter.drawRect(QRectF(due[i] - half, due[i] + half));

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPoint>
+#include <QRectF>
 #include <QWidget>
 #include <memory>
 #include <optional>
@@ -14,7 +15,7 @@ namespace studio {
 
 /// A patch of the picture: what it should be and what it is.
 struct ScopePatch {
-    int column = 0;  ///< of the picture, its middle
+    QRectF area;  ///< of the picture, in pixels
     Ycc due;
     Ycc found;
     bool isOff = false;  ///< further than is tolerated

@@ -3,9 +3,11 @@
 #include "Apps/studio/Check/FaultKindWords.h"
 #include "Tests/Apps/studio/Check/Recordings.h"
 #include "Tests/Apps/studio/StudioHands.h"
+#include "Tests/Support/RunProgram.h"
 
 #include <gmock/gmock.h>
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -14,7 +16,11 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTemporaryDir>
+#include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <sstream>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -56,6 +62,19 @@ public:
 private:
     int mEnd = -1;
 };
+
+// Crashes the decoders that this process has started, and says how many there were.
+int EndDecoders() {
+    int ended = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::istringstream children(test::ReadFile(task.path() / "children"));
+        for (pid_t child = 0; children >> child;) {
+            const bool isDecoder = test::ReadFile("/proc/" + std::to_string(child) + "/comm") == "lineup-decode\n";
+            ended += isDecoder && kill(child, SIGSEGV) == 0 ? 1 : 0;
+        }
+    }
+    return ended;
+}
 
 void Drop(QWidget& target, const QString& file) {
     QMimeData data;
@@ -143,7 +162,7 @@ TEST_F(CheckRecording, AFaultThatIsChosenIsShownAtItsPlace) {
     ClickFault("Dropout");
     EXPECT_NEAR(Checks().Place(), 5, 0.01);
     WaitFor([&] { return MiddleOf("foundPicture") == lit; }, "the card comes back");
-    EXPECT_THAT(Part("checkMeters").accessibleDescription().toStdString(), HasSubstr("1 R "));
+    EXPECT_THAT(Part("checkMeters").accessibleDescription().toStdString(), HasSubstr("C \u221260.00 dBFS"));
 }
 
 TEST_F(CheckRecording, WhatIsUnreadableIsSaidAndLeavesWhatWasFound) {
@@ -167,6 +186,52 @@ TEST_F(CheckRecording, CancellingSaysSo) {
     WaitFor([&] { return !Checks().IsRunning(); }, "the check stops");
     EXPECT_EQ(Says("checkText"), "Cancelled: pipe.mov was not checked");
     EXPECT_FALSE(Part("checkBar").isVisible());
+}
+
+TEST_F(CheckRecording, ADecoderThatCrashesIsSaid) {
+    const SilentPipe pipe((Folder() / "pipe.mov").string());
+    DropOnStudio(InFolder("pipe.mov"));
+    WaitFor([] { return EndDecoders() > 0; }, "the decoder starts, and crashes");
+    WaitFor([&] { return !Checks().IsRunning(); }, "the check ends");
+    EXPECT_THAT(Says("checkProblem"), testing::AllOf(HasSubstr("pipe.mov: The recording cannot be read: "),
+                                                     HasSubstr("it crashed (SIGSEGV")));
+}
+
+TEST_F(CheckRecording, WithoutALineUpShowsWhatThereIs) {
+    const auto made = test::RunProgram("ffmpeg -v error -f lavfi -i testsrc=s=128x72:d=0.4 -f lavfi -i anoisesrc=d=1 " +
+                                           InFolder("other.mkv").toStdString(),
+                                       Folder());
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    DropAndWait(InFolder("other.mkv"));
+    EXPECT_EQ(Says("verdict"), "other.mkv: No line-up found");
+    EXPECT_THAT(Says("found"),
+                testing::AllOf(HasSubstr("No line-up in the sound"), HasSubstr("No card in the picture")));
+    EXPECT_NE(MiddleOf("foundPicture"), QColor(Qt::black));
+    EXPECT_FALSE(Part("expectedPicture").isVisible());
+    EXPECT_GT(Part<studio::FaultList>("faults").topLevelItemCount(), 0);  // why
+}
+
+TEST_F(CheckRecording, KeysChooseFaultsScopesAndTimes) {
+    DropAndWait(Files().Came());
+    auto& list = Part<studio::FaultList>("faults");
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_End);
+    EXPECT_NEAR(Checks().Place(), 8, 0.01);
+    EXPECT_TRUE(Part("scope").isVisible() && Part("vectorscope").isVisible());
+    EXPECT_FALSE(Part("parade").isVisible());
+    QTest::keyClick(&Checks(), Qt::Key_R);
+    QTest::keyClick(&Checks(), Qt::Key_W);
+    EXPECT_TRUE(Part("parade").isVisible());
+    EXPECT_FALSE(Part("scope").isVisible());
+    EXPECT_TRUE(Part<QAbstractButton>("checkParadeButton").isChecked());
+    auto& lanes = Part<studio::LanesView>("checkLanes");
+    const double whole = lanes.Span().Visible();
+    QTest::keyClick(&Checks(), Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_LT(lanes.Span().Visible(), whole);
+    QTest::keyClick(&Checks(), Qt::Key_0, Qt::ControlModifier);
+    const QPoint middle(static_cast<int>(lanes.X(lanes.Span().Length() / 2)), lanes.height() / 2);
+    QTest::mouseClick(&lanes, Qt::LeftButton, {}, middle);
+    EXPECT_NEAR(Checks().Place(), 7, 0.1);
 }
 
 TEST_F(CheckRecording, ASecondOneTakesThePlaceOfTheFirst) {

@@ -45,6 +45,9 @@ struct SendSettings {
     /// How much sound a packet of StreamFormat::Linear24 has, in microseconds.
     int packetUs = 1000;
 
+    /// How often it has the clip's channels side by side: 8 of a stereo clip are 16 channels.
+    int copies = 1;
+
     int width = 1920;
     int height = 1080;
     Card card = Card::Auto;

@@ -42,6 +42,7 @@ struct SendOptions {
     std::string audioCodec;
     std::string format;
     std::optional<double> packetMs;
+    std::optional<double> copies;
     std::string session;
     std::optional<double> group;
     std::optional<std::string> bitRate;
@@ -110,12 +111,12 @@ std::int64_t ParseBitRate(std::string text) {
     throw lineup::UsageError("bitrate", given, kExpected);
 }
 
-int ParseGroup(double frames) {
+int ParseWhole(const char* option, double number, const char* remedy) {
     constexpr double kMost = 1e6;
-    if (frames < 1 || frames > kMost || frames != static_cast<int>(frames)) {
-        throw lineup::UsageError("gop", fmt::format("{}", frames), "must be a whole number of frames");
+    if (number < 1 || number > kMost || number != static_cast<int>(number)) {
+        throw lineup::UsageError(option, fmt::format("{}", number), remedy);
     }
-    return static_cast<int>(frames);
+    return static_cast<int>(number);
 }
 
 std::optional<std::int64_t> SamplesToSend(const SendOptions& options, const lineup::Clip& clip) {
@@ -143,6 +144,9 @@ lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::
         constexpr double kMostMs = 1000;
         settings.packetUs = static_cast<int>(std::lround(std::clamp(*options.packetMs, 0.0, kMostMs) * 1000));
     }
+    if (options.copies) {
+        settings.copies = ParseWhole("copies", *options.copies, "must be a whole number");
+    }
     settings.width = size.width;
     settings.height = size.height;
     settings.card = options.picture.card;
@@ -151,7 +155,7 @@ lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::
     settings.frameRate = ParseFrameRate(options.frameRate);
     settings.videoCodec = options.videoCodec;
     settings.audioCodec = options.audioCodec;
-    settings.groupFrames = options.group ? ParseGroup(*options.group) : 0;
+    settings.groupFrames = options.group ? ParseWhole("gop", *options.group, "must be a whole number of frames") : 0;
     settings.bitsPerSecond = options.bitRate ? ParseBitRate(*options.bitRate) : 0;
     settings.timing = ParseClockName(options.clock);
     settings.startSample = NearestIndex(ParseTime("start", options.start), {static_cast<int>(clip.SampleRate()), 1});
@@ -273,6 +277,9 @@ void AddStreamOptions(CLI::App& command, SendOptions& options) {
         ->group(kStream);
     AddNumber(command, "packet-time", options.packetMs, "Sound in a packet of l24: 1, or 0.125 [1]", "ms")
         ->group(kStream);
+    AddNumber(command, "copies", options.copies,
+              "The clip's channels so often side by side in l24: 8 of stereo are 16 [1]", "N")
+        ->group(kStream);
     command.add_option("--sdp", options.session, "Write what receivers of rtp need to know beforehand; - prints it")
         ->type_name("FILE")
         ->group(kStream);
@@ -318,7 +325,8 @@ std::string SendHelp() {
     std::string text =
         "Where to: udp://HOST:PORT or rtp://HOST:PORT, one receiver or a group; srt://, rist:// or tcp://HOST:PORT\n"
         "or rtmp://HOST/APP/KEY, a connection that is made again when it breaks; a file; - for standard output.\n"
-        "Behind udp and rtp: ?ttl=N, &localaddr=ADDRESS, &localport=PORT; behind the others, what FFmpeg takes there.\n"
+        "Behind udp and rtp: ?ttl=N, &localaddr=ADDRESS, &localport=PORT, &mtu=BYTES; behind the others, what FFmpeg "
+        "takes.\n"
         "\nPicture codecs:\n";
     for (const lineup::VideoCodec& codec : lineup::StreamVideoCodecs()) {
         text += fmt::format("  {:<12}{}\n", codec.name, codec.description);

@@ -11,7 +11,7 @@ inline namespace parts {
 
 /// Sound alone, uncompressed, in packets of RTP.
 struct LinearPlan {
-    std::vector<int> channels;  ///< the clip's, in the order in which they are sent
+    std::vector<int> channels;  ///< the clip's, in the order in which they are sent, as often as there are copies
     int sampleRateHz = 0;
     int packetSamples = 0;
 };

@@ -5,6 +5,10 @@
 #include "Host/Lineup/Send/Output/StreamUrl.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <string_view>
+#include <vector>
 
 namespace lineup {
 
@@ -28,8 +32,11 @@ std::string DescribeSession(const Clip& clip, const SendSettings& settings) {
     constexpr double kUsAMs = 1000;
     text += fmt::format("m=audio {} RTP/AVP {}\r\na=rtpmap:{} L24/{}/{}\r\na=ptime:{:g}\r\n", url.port, type, type,
                         plan.sampleRateHz, plan.channels.size(), settings.packetUs / kUsAMs);
-    const char* const order = plan.channels.size() == 6 ? "51" : plan.channels.size() == 2 ? "ST" : "M";
-    return text + fmt::format("a=fmtp:{} channel-order=SMPTE2110.({})\r\n", type, order);
+    const int channels = clip.NumChannels();
+    const std::vector<std::string_view> groups(static_cast<std::size_t>(settings.copies), channels == 6   ? "51"
+                                                                                          : channels == 2 ? "ST"
+                                                                                                          : "M");
+    return text + fmt::format("a=fmtp:{} channel-order=SMPTE2110.({})\r\n", type, fmt::join(groups, ","));
 }
 
 }  // namespace lineup

@@ -22,7 +22,7 @@ inline namespace parts {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> kUdpOptions = {"ttl", "localaddr", "localport"};
+constexpr std::array<std::string_view, 4> kUdpOptions = {"ttl", "localaddr", "localport", "mtu"};
 constexpr int kHighestTtl = 255;
 
 struct FreeAddresses {
@@ -55,7 +55,8 @@ std::string OptionOf(const StreamUrl& url, std::string_view name) {
 void CheckUdpOptions(const StreamUrl& url) {
     for (const auto& [name, value] : url.options) {
         if (std::find(kUdpOptions.begin(), kUdpOptions.end(), name) == kUdpOptions.end()) {
-            throw UsageError("output", name + "=" + value, "behind the ? there can be ttl, localaddr and localport");
+            throw UsageError("output", name + "=" + value,
+                             "behind the ? there can be ttl, localaddr, localport and mtu");
         }
     }
 }

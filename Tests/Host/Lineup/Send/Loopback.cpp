@@ -26,7 +26,7 @@ Loopback::~Loopback() {
 }
 
 void Loopback::Drain() {
-    std::array<std::uint8_t, 2048> bytes{};
+    std::array<std::uint8_t, 4096> bytes{};
     ssize_t size = 0;
     while ((size = recv(mSocket, bytes.data(), bytes.size(), MSG_DONTWAIT)) >= 0) {
         datagrams.emplace_back(bytes.begin(), bytes.begin() + size);

@@ -128,6 +128,29 @@ TEST(Send, PutsEverySampleIntoLinearPacketsOnceAndInTime) {
     }
 }
 
+// 16 channels are 48 bytes a sample: a millisecond fits into a larger network's packet alone.
+TEST(Send, PutsCopiesOfTheChannelsSideBySide) {
+    const lineup::Clip clip = test::OpenClip(2);
+    test::Loopback receiver;
+    test::SimulatedClock clock;
+    SendSettings settings = SmallStream("rtp://" + receiver.Address(), &clock);
+    settings.format = lineup::StreamFormat::Linear24;
+    settings.copies = 8;
+    settings.samples = 48;
+    EXPECT_THROW(static_cast<void>(Send(clip, settings)), lineup::UsageError);
+    settings.target += "?mtu=2364";
+    static_cast<void>(Send(clip, settings));
+    receiver.Drain();
+    ASSERT_EQ(receiver.datagrams.size(), 1U);
+    const auto& datagram = receiver.datagrams[0];
+    ASSERT_EQ(datagram.size(), 12U + 48 * 48);
+    const auto samples = ClipSamples(clip, 0, 48);
+    for (std::size_t i = 0; i < 48U * 16; ++i) {
+        const std::int32_t expected = samples[i / 16 * 2 + i % 2];
+        ASSERT_EQ(static_cast<std::int32_t>(NumberAt(datagram, 12 + 3 * i, 3) << 8U) >> 8, expected) << i;
+    }
+}
+
 TEST(Send, SaysThatNobodyReceivesAndGoesOn) {
     std::string address;
     {
@@ -243,6 +266,8 @@ TEST(Send, DescribesItsSession) {
     EXPECT_THAT(DescribeSession(clip, settings),
                 AllOf(HasSubstr("c=IN IP4 239.1.2.3/8\r\n"), HasSubstr("m=audio 5004 RTP/AVP 96\r\n"),
                       HasSubstr("a=rtpmap:96 L24/48000/6\r\na=ptime:0.125\r\n"), HasSubstr("SMPTE2110.(51)")));
+    settings.copies = 3;
+    EXPECT_THAT(DescribeSession(clip, settings), AllOf(HasSubstr("L24/48000/18\r\n"), HasSubstr("(51,51,51)")));
 }
 
 struct RefusedCase {
@@ -263,6 +288,12 @@ TEST(Send, RefusesWhatCannotBe) {
         {"output", [](SendSettings& settings) { settings.target = "udp://127.0.0.1"; }},
         {"output", [](SendSettings& settings) { settings.target = "ipx://127.0.0.1:1"; }},
         {"output", [](SendSettings& settings) { settings.target = "udp://127.0.0.1:1?colour=red"; }},
+        {"copies",
+         [](SendSettings& settings) {
+             settings.target = "rtp://127.0.0.1:1";
+             settings.format = lineup::StreamFormat::Linear24;
+             settings.copies = 0;
+         }},
         {"format", [](SendSettings& settings) { settings.format = lineup::StreamFormat::Linear24; }},
     };
     for (const RefusedCase& row : rows) {

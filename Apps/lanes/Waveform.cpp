@@ -18,10 +18,10 @@ constexpr double kInside = 0.45;  // opacity of a band between its edges
 class WaveformPen {
 public:
     WaveformPen(const lineup::ChannelOverview& channel, const WaveformStyle& style, std::vector<Box>& boxes)
-        : mChannel(channel), mStyle(style), mBoxes(boxes) {}
+        : mChannel(&channel), mStyle(&style), mBoxes(&boxes) {}
 
     void Draw() {
-        const std::size_t columns = mChannel.maxima.size();
+        const std::size_t columns = mChannel->maxima.size();
         for (std::size_t begin = 0; begin < columns;) {
             std::size_t end = begin + 1;
             while (end < columns && IsAlike(begin, end)) {
@@ -34,19 +34,19 @@ public:
 
 private:
     [[nodiscard]] bool IsData(std::size_t column) const {
-        return !std::isnan(mChannel.maxima[column]) && !std::isnan(mChannel.minima[column]);
+        return !std::isnan(mChannel->maxima[column]) && !std::isnan(mChannel->minima[column]);
     }
     [[nodiscard]] bool IsAlike(std::size_t a, std::size_t b) const {
-        return IsData(a) ? mChannel.maxima[a] == mChannel.maxima[b] && mChannel.minima[a] == mChannel.minima[b]
+        return IsData(a) ? mChannel->maxima[a] == mChannel->maxima[b] && mChannel->minima[a] == mChannel->minima[b]
                          : !IsData(b);
     }
 
     [[nodiscard]] double X(std::size_t column) const {
-        const double share = static_cast<double>(column) / static_cast<double>(mChannel.maxima.size());
-        return std::round(mStyle.lane.x + share * mStyle.lane.width);
+        const double share = static_cast<double>(column) / static_cast<double>(mChannel->maxima.size());
+        return std::round(mStyle->lane.x + share * mStyle->lane.width);
     }
     [[nodiscard]] double Y(float amplitude) const {
-        return mStyle.lane.Middle() - mStyle.scale.Height(static_cast<double>(amplitude)) * mStyle.lane.height / 2;
+        return mStyle->lane.Middle() - mStyle->scale.Height(static_cast<double>(amplitude)) * mStyle->lane.height / 2;
     }
 
     void DrawRun(std::size_t begin, std::size_t end) {
@@ -56,10 +56,10 @@ private:
             DrawStripes(left, left + width);
             return;
         }
-        const double top = Y(mChannel.maxima[begin]);
-        const double bottom = Y(mChannel.minima[begin]);
-        if (mStyle.isWave) {
-            const double line = kLine * mStyle.unit;
+        const double top = Y(mChannel->maxima[begin]);
+        const double bottom = Y(mChannel->minima[begin]);
+        if (mStyle->isWave) {
+            const double line = kLine * mStyle->unit;
             Add(left, top - line / 2, width, bottom - top + line, 1);
         } else {
             DrawBand(left, width, std::round(top), std::round(bottom));
@@ -68,7 +68,7 @@ private:
 
     // On whole pixels, so that its edges are sharp.
     void DrawBand(double left, double width, double top, double bottom) {
-        const double line = std::max(1.0, std::round(kLine * mStyle.unit));
+        const double line = std::max(1.0, std::round(kLine * mStyle->unit));
         if (bottom - top <= 2 * line) {  // silence, or nearly
             const double height = std::max(bottom - top, line);
             Add(left, std::round((top + bottom - height) / 2), width, height, 1);
@@ -80,22 +80,22 @@ private:
     }
 
     void Add(double left, double top, double width, double height, double opacity) {
-        mBoxes.push_back({{left, top, width, height}, mStyle.colour, opacity});
+        mBoxes->push_back({{left, top, width, height}, mStyle->colour, opacity});
     }
 
     // In step with the lane, so that stripes of neighbouring runs are evenly spaced.
     void DrawStripes(double left, double right) {
-        const double step = std::max(2.0, std::round(kStripeStep * mStyle.unit));
-        const double width = std::max(1.0, std::round(kStripe * mStyle.unit));
-        const double first = std::ceil((left - mStyle.lane.x) / step);
-        for (double x = mStyle.lane.x + first * step; x + width <= right; x += step) {
-            mBoxes.push_back({{x, mStyle.lane.y, width, mStyle.lane.height}, mStyle.noData, 1});
+        const double step = std::max(2.0, std::round(kStripeStep * mStyle->unit));
+        const double width = std::max(1.0, std::round(kStripe * mStyle->unit));
+        const auto x = [&](int stripe) { return mStyle->lane.x + stripe * step; };
+        for (int i = static_cast<int>(std::ceil((left - mStyle->lane.x) / step)); x(i) + width <= right; ++i) {
+            mBoxes->push_back({{x(i), mStyle->lane.y, width, mStyle->lane.height}, mStyle->noData, 1});
         }
     }
 
-    const lineup::ChannelOverview& mChannel;
-    const WaveformStyle& mStyle;
-    std::vector<Box>& mBoxes;
+    const lineup::ChannelOverview* mChannel;
+    const WaveformStyle* mStyle;
+    std::vector<Box>* mBoxes;
 };
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace lanes {
 /// How one channel is drawn.
 struct WaveformStyle {
     Rectangle lane;  ///< the whole of it is the overview's length by the scale's range
-    LevelScale scale;
+    LevelScale scale = LevelScale::Decibels();
     Rgb colour = 0;
     Rgb noData = 0;
     double unit = 1;  ///< pixels

@@ -61,7 +61,7 @@ inline constexpr int kMostOverviewColumns = 65536;
 inline constexpr zelmediatypes::TickTime kShortestColumn{zelmediatypes::kTicksPerSecond / 1000000};
 
 /// The longest column, 100 days: its rate in single precision still stands for ticks that can be counted.
-inline constexpr zelmediatypes::TickTime kLongestColumn{100 * 86400 * zelmediatypes::kTicksPerSecond};
+inline constexpr zelmediatypes::TickTime kLongestColumn{std::int64_t{100} * 86400 * zelmediatypes::kTicksPerSecond};
 
 /// Asks the plug-in for the peaks of `span`. Throws UsageError (option "duration") for a
 /// length below kShortestColumn or above kLongestColumn a column, Error for fewer than 1 or more than

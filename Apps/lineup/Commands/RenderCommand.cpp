@@ -93,7 +93,7 @@ void RefusePictureOptions(const RenderOptions& options) {
     const std::string has = fmt::format("a .{} file has no picture", format->extension);
     for (const char* const name : {"--size", "--card", "--aspect", "--scan"}) {
         if (const CLI::Option* const option = options.command->get_option_no_throw(name);
-            option && option->count() > 0) {
+            option != nullptr && option->count() > 0) {
             throw lineup::UsageError(name + 2, option->as<std::string>(), has);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "Apps/studio/Check/CheckWords.h"
 #include "Apps/studio/Document/ClipWords.h"
+#include "Apps/studio/Text/FaultSentences.h"
 #include "Apps/studio/Text/ProblemPatterns.h"
 #include "Apps/studio/Window/Theme.h"
 
@@ -16,10 +17,6 @@ namespace {
 enum Column : int { kKind, kWhere, kMeasured, kDue, kPlace, kWords, kColumns };
 
 constexpr int kNoFault = -1;
-
-QString Text(const std::string& text) {
-    return WindowWords(QString::fromStdString(text));
-}
 
 }  // namespace
 
@@ -46,17 +43,19 @@ void FaultList::Choose(const QTreeWidgetItem* item) {
 }
 
 void FaultList::AddFault(const lineup::CheckFault& fault) {
+    const QString sentence = FaultSentence(QString::fromStdString(fault.text));
     auto* const item =
         new QTreeWidgetItem(this, {KindWords(fault), WhereWords(fault), MeasuredWords(fault), DueWords(fault),
-                                   fault.at ? TimeWords(*fault.at) : QString(), Text(fault.text)});
+                                   fault.at ? TimeWords(*fault.at) : QString(), sentence});
     item->setData(kKind, Qt::UserRole, topLevelItemCount() - 1);
-    item->setToolTip(kWords, Text(fault.text));
+    item->setToolTip(kWords, sentence);
 }
 
 void FaultList::AddNote(const lineup::CheckNote& note) {
-    auto* const item = new QTreeWidgetItem(this, {tr("Note"), {}, {}, {}, {}, Text(note.text)});
+    const QString sentence = WindowWords(QString::fromStdString(note.text));
+    auto* const item = new QTreeWidgetItem(this, {tr("Note"), {}, {}, {}, {}, sentence});
     item->setData(kKind, Qt::UserRole, kNoFault);
-    item->setToolTip(kWords, Text(note.text));
+    item->setToolTip(kWords, sentence);
 }
 
 void FaultList::Show(const lineup::CheckReport& report) {

@@ -1,9 +1,9 @@
 #include "Apps/studio/Text/ProblemPatterns.h"
 
 #include <lineup/FormatTable.h>
+#include "Apps/studio/Text/PatternTable.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 #include <array>
 #include <string>
 #include <vector>
@@ -109,22 +109,17 @@ constexpr std::array<Pattern, 55> kPatterns = {{
     {"Read-only file system", QT_TRANSLATE_NOOP("Problem", "Read-only file system")},
 }};
 
-QRegularExpression Matcher(const char* said) {
-    static const QRegularExpression kPlace("%\\d");
-    QString expression = QRegularExpression::escape(QString::fromUtf8(said)).replace("\\%", "%");
-    return QRegularExpression("\\A" + expression.replace(kPlace, "(.+?)") + "\\z",
-                              QRegularExpression::DotMatchesEverythingOption);
-}
-
-const std::vector<QRegularExpression>& Matchers() {
-    static const std::vector<QRegularExpression> kMatchers = [] {
-        std::vector<QRegularExpression> all;
+const PatternTable& Table() {
+    static const PatternTable kTable = [] {
+        std::vector<const char*> said;
+        std::vector<const char*> words;
         for (const Pattern& pattern : kPatterns) {
-            all.push_back(Matcher(pattern.said));
+            said.push_back(pattern.said);
+            words.push_back(pattern.words);
         }
-        return all;
+        return PatternTable("Problem", said, words);
     }();
-    return kMatchers;
+    return kTable;
 }
 
 // A codec goes by what a window calls it.
@@ -141,19 +136,8 @@ QString CodecWords(const QString& text) {
 }  // namespace
 
 QString WindowWords(const QString& text) {
-    for (std::size_t i = 0; i < kPatterns.size(); ++i) {
-        const auto match = Matchers()[i].match(text);
-        if (!match.hasMatch()) {
-            continue;
-        }
-        QString words = QCoreApplication::translate("Problem", kPatterns[i].words);
-        for (int place = match.lastCapturedIndex(); place > 0; --place) {
-            // Not by arg(), which would take a %2 in a file's name for a place.
-            words.replace("%" + QString::number(place), WindowWords(match.captured(place)));
-        }
-        return words;
-    }
-    return CodecWords(text);
+    const auto words = Table().Words(text, WindowWords);
+    return words ? *words : CodecWords(text);
 }
 
 }  // namespace studio

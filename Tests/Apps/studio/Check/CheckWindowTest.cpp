@@ -1,6 +1,8 @@
+#include <lineup/services/LocalizerSetup.h>
 #include "Apps/studio/Check/CheckWindow.h"
 #include "Apps/studio/Check/CheckWords.h"
 #include "Apps/studio/Check/FaultKindWords.h"
+#include "Apps/studio/Text/CatalogueTranslator.h"
 #include "Tests/Apps/studio/Check/Recordings.h"
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Support/RunProgram.h"
@@ -266,6 +268,30 @@ TEST_F(CheckRecording, WhatCanHaveTheFocusHasAnAccessibleName) {
                 << widget->metaObject()->className() << " " << widget->objectName().toStdString();
         }
     }
+}
+
+TEST_F(CheckRecording, SpeaksTheLanguageInUse) {
+    studio::CatalogueTranslator texts;
+    zelcore::config::SetLanguage("de");
+    QCoreApplication::installTranslator(&texts);
+    OpenWindow();
+    DropAndWait(Files().Came());
+    EXPECT_EQ(Says("codes"), "Werte: BT.709, begrenzter Bereich; die Datei sagt: BT.601, begrenzter Bereich");
+    auto& list = Part<studio::FaultList>("faults");
+    const auto said = [&](const char* kind) {
+        const auto rows = list.findItems(kind, Qt::MatchExactly);
+        return rows.empty() ? std::string() : rows.front()->text(list.columnCount() - 1).toStdString();
+    };
+    EXPECT_EQ(said("Kan\u00E4le vertauscht"), "L und R sind vertauscht (Eing\u00E4nge 1 und 2).");
+    EXPECT_EQ(said("Polarit\u00E4t verkehrt"), "Ls (Eingang 5) ist verpolt.");
+    EXPECT_EQ(said("Falsche Matrix"), "Die Werte sind die von BT.709, wo BT.601 sein muss.");
+    EXPECT_EQ(said("Abweichende Bilder"), "1 von 70 betrachteten Bildern ist schwarz, das erste bei 8.000 s.");
+    for (int row = 0; row < list.topLevelItemCount(); ++row) {
+        const QString words = list.topLevelItem(row)->text(list.columnCount() - 1);
+        EXPECT_FALSE(words.contains("The ") || words.contains(" is ") || words.contains("What ")) << qPrintable(words);
+    }
+    zelcore::config::SetLanguage("C");
+    QCoreApplication::removeTranslator(&texts);
 }
 
 TEST(FaultKinds, EachHasItsWords) {

@@ -73,8 +73,10 @@ void StreamMaker::OpenSound(const Clip& clip) {
     const StreamSoundPlan& plan = *mPlan.sound;
     const std::unique_ptr<SoundCoder> trial = OpenCoderOf(plan);
     const std::size_t mostBytes = MostBytes(plan, trial->BlockSamples());
+    const std::size_t usualBytes =
+        plan.codec->wantsAdts ? AdtsCoder::UsualBytes(plan.sound, trial->BlockSamples()) : mostBytes;
     mSound.emplace(
-        clip, [&plan] { return OpenCoderOf(plan); }, mostBytes, CodedSound::Stretches{});
+        clip, [&plan] { return OpenCoderOf(plan); }, usualBytes, CodedSound::Stretches{});
     mSoundLane.emplace(*mSound, SoundFraming{.sampleRateHz = plan.sound.sampleRateHz,
                                              .frameSamples = mSound->BlockSamples(),
                                              .paddingSamples = mSound->PaddingSamples(),

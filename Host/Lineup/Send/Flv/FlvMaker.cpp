@@ -65,7 +65,8 @@ FlvMaker::FlvMaker(const Clip& clip, const SendSettings& settings)
             FromMediaLibrary<OpenSoundCoderFunction>(kOpenSoundCoderName)(plan, coder);
             return coder;
         };
-        mSound.emplace(clip, open, AdtsCoder::MostBytes(channels), CodedSound::Stretches{});
+        constexpr int kAacBlock = 1024;
+        mSound.emplace(clip, open, AdtsCoder::UsualBytes(plan, kAacBlock), CodedSound::Stretches{});
         mSoundConfig = AdtsCoder::Config(plan.sampleRateHz, channels);
     }
 }

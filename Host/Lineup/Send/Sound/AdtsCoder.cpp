@@ -28,6 +28,13 @@ std::size_t AdtsCoder::MostBytes(std::size_t channels) {
     return kBufferBytes * channels + kAdtsHead;
 }
 
+std::size_t AdtsCoder::UsualBytes(const SoundPlan& plan, int blockSamples) {
+    const std::size_t bitsPerSecond =
+        static_cast<std::size_t>(plan.encoding->bitRatePerChannel) * plan.tracks.front().channels.size();
+    return bitsPerSecond * static_cast<std::size_t>(blockSamples) / static_cast<std::size_t>(8 * plan.sampleRateHz) +
+           kAdtsHead;
+}
+
 std::vector<std::uint8_t> AdtsCoder::Config(int sampleRateHz, std::size_t channels) {
     constexpr unsigned kObjectType = 2;  // low complexity
     const unsigned rate = RateIndexOf(sampleRateHz);

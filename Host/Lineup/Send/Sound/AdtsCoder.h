@@ -17,6 +17,9 @@ public:
     /// The most bytes of a frame: a decoder's buffer of 6144 bits a channel, and the head.
     [[nodiscard]] static std::size_t MostBytes(std::size_t channels);
 
+    /// Those of a frame on average, at a constant bit rate.
+    [[nodiscard]] static std::size_t UsualBytes(const SoundPlan& plan, int blockSamples);
+
     /// What MP4 and FLV say of such sound once, instead of the heads: an AudioSpecificConfig (ISO/IEC 14496-3).
     [[nodiscard]] static std::vector<std::uint8_t> Config(int sampleRateHz, std::size_t channels);
 

@@ -12,7 +12,7 @@ inline namespace parts {
 
 SoundCoder::~SoundCoder() = default;
 
-CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t mostBytes, Stretches stretches)
+CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t usualBytes, Stretches stretches)
     : mReader(clip),
       mOpen(std::move(open)),
       mStretches(stretches),
@@ -21,7 +21,7 @@ CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t mostBytes, 
       mBlock(mCoder->BlockSamples()),
       mPadding(mCoder->PaddingSamples()),
       mFrames(mCycle / std::gcd(mCycle, std::int64_t{mBlock})) {
-    if (mFrames <= kMostKept / static_cast<std::int64_t>(mostBytes)) {
+    if (mFrames <= kMostKept / static_cast<std::int64_t>(usualBytes)) {
         mKept.resize(static_cast<std::size_t>(mFrames));
     }
     const auto channels = static_cast<std::size_t>(clip.NumChannels());

@@ -26,11 +26,11 @@ public:
         std::int64_t warmUp = 16;
     };
 
-    /// What is kept at most, in bytes.
+    /// What is kept at most, in bytes, by the usual size of a frame.
     static constexpr std::int64_t kMostKept = std::int64_t{96} << 20U;
 
-    /// `mostBytes`: of a frame.
-    CodedSound(const Clip& clip, OpenCoder open, std::size_t mostBytes, Stretches stretches);
+    /// `usualBytes`: of a frame, as many as there are on average.
+    CodedSound(const Clip& clip, OpenCoder open, std::size_t usualBytes, Stretches stretches);
 
     [[nodiscard]] int BlockSamples() const { return mBlock; }
     [[nodiscard]] int PaddingSamples() const { return mPadding; }

@@ -52,7 +52,8 @@ TEST(Flv, HasRegularTimeStampsWhereTheyStartAnew) {
         int anew = 0;
         for (std::size_t i = 1; i < tags.size(); ++i) {
             const auto behind = static_cast<double>(static_cast<std::uint32_t>(tags[i].ms - tags[0].ms));
-            EXPECT_NEAR(behind, static_cast<double>(i) * step, 1.0) << kind << " " << i;
+            EXPECT_NEAR(behind, static_cast<double>(i) * step, 1.0)
+                << "time stamp " << i << " of kind " << kind << " is " << tags[i].ms;
             anew += tags[i].ms < tags[i - 1].ms ? 1 : 0;
         }
         EXPECT_EQ(anew, 1) << kind;

@@ -85,10 +85,14 @@ TEST(Send, BringsEveryPacketOverUdpAndRtp) {
         const std::size_t head = scheme == "rtp" ? 12 : 0;
         for (std::size_t i = 0; i + 1 < receiver.datagrams.size(); ++i) {
             const auto& datagram = receiver.datagrams[i];
-            EXPECT_EQ(datagram.size(), head + 7 * 188);
+            ASSERT_EQ(datagram.size(), head + 7 * 188) << "packets are missing from datagram " << i;
             if (head > 0) {
-                EXPECT_EQ(NumberAt(datagram, 0, 2), 0x8021U);  // version 2, a transport stream
-                EXPECT_EQ(NumberAt(datagram, 2, 2), i);
+                ASSERT_EQ(NumberAt(datagram, 0, 2), 0x8021U);  // version 2, a transport stream
+                ASSERT_EQ(NumberAt(datagram, 2, 2), i) << "the sequence number of RTP";
+                // When its first packet leaves, in 90 kHz.
+                ASSERT_EQ(NumberAt(datagram, 4, 4),
+                          static_cast<std::int64_t>(i) * 7 * 1504 * 90'000 / status.bitsPerSecond)
+                    << "the time stamp of RTP in datagram " << i;
             }
         }
         const auto bytes = Joined(receiver.datagrams, head);
@@ -115,8 +119,8 @@ TEST(Send, PutsEverySampleIntoLinearPacketsOnceAndInTime) {
         const auto packetSamples = static_cast<std::uint32_t>(packetUs * kRate / 1'000'000);
         std::uint32_t expected = 2 * kRate;
         for (const auto& datagram : receiver.datagrams) {
-            EXPECT_EQ(NumberAt(datagram, 4, 4), expected);
-            EXPECT_EQ(NumberAt(datagram, 2, 2), expected / packetSamples % 65536);
+            ASSERT_EQ(NumberAt(datagram, 4, 4), expected) << "the time stamp of RTP";
+            ASSERT_EQ(NumberAt(datagram, 2, 2), expected / packetSamples % 65536) << "the sequence number of RTP";
             expected += packetSamples;
         }
         const auto bytes = Joined(receiver.datagrams, 12);

@@ -85,7 +85,7 @@ void TransportReader::ReadPacket(std::span<const std::uint8_t> packet) {
 void TransportReader::CheckCounter(int pid, unsigned counter, bool hasPayload) {
     const auto last = mCounters.find(pid);
     if (last != mCounters.end() && counter != ((last->second + (hasPayload ? 1U : 0U)) & 0x0FU)) {
-        Complain(fmt::format("PID {} counts {} behind {}", pid, counter, last->second));
+        Complain(fmt::format("the continuity counter of PID {} is {} behind {}", pid, counter, last->second));
     }
     mCounters[pid] = counter;
 }

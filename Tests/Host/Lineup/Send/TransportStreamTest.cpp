@@ -87,6 +87,7 @@ protected:
     void ExpectClockOnTheLine();
     void ExpectRegularTimeStamps();
 
+    [[nodiscard]] double NsOfPacketTime() const { return 1504e9 / static_cast<double>(mBitRate); }
     [[nodiscard]] double NsOfPacket(std::int64_t packet) const {
         return static_cast<double>(mFirstPacket + packet) * 1504e9 / static_cast<double>(mBitRate);
     }
@@ -125,7 +126,8 @@ void TransportStream::ExpectClockOnTheLine() {
             EXPECT_LE(NsOfPacket(clock.packet) - NsOfPacket(mStream.clocks[i - 1].packet), 40e6);
         }
     }
-    EXPECT_LE(worstNs, 50);  // a step of the clock is 37 ns; measured: as much
+    // A step of the clock is 37 ns; measured: as much.
+    EXPECT_LE(worstNs, 50) << "a clock (PCR) lies " << worstNs / NsOfPacketTime() << " packets off the line";
     RecordProperty("worstNs", std::to_string(worstNs));
 }
 
@@ -136,13 +138,15 @@ void TransportStream::ExpectRegularTimeStamps() {
         for (std::size_t i = 1; i < units.size(); ++i) {
             const std::int64_t now = Behind(units[i].pts, units[i - 1].pts, kPtsWraps);
             step = step == 0 ? now : step;
-            EXPECT_NEAR(static_cast<double>(now), static_cast<double>(step), 1.0) << pid;
+            EXPECT_NEAR(static_cast<double>(now), static_cast<double>(step), 1.0)
+                << "time stamp (PTS) " << i << " of PID " << pid << " is " << units[i].pts << " behind "
+                << units[i - 1].pts;
         }
         for (const test::ReceivedUnit& unit : units) {
             const auto clock = static_cast<std::int64_t>(NsOfPacket(unit.packetOfEnd) * 90e3 / 1e9);
             const std::int64_t early = Behind(unit.pts, clock % kPtsWraps, kPtsWraps);
-            EXPECT_GT(early, 0) << pid;
-            EXPECT_LT(early, 90'000) << pid;  // the longest that a receiver keeps anything
+            EXPECT_GT(early, 0) << "PTS against PCR, PID " << pid;
+            EXPECT_LT(early, 90'000) << "PTS against PCR, PID " << pid;  // the longest that a receiver keeps anything
         }
     }
 }

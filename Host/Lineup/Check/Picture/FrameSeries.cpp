@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace lineup::picture {
 
@@ -32,9 +33,7 @@ Means BlockMeans(const DecodedPicture& picture) {
                 std::uint64_t sum = 0;
                 for (std::size_t y = top; y < bottom; ++y) {
                     const std::uint16_t* const line = picture.planes.at(p).data() + y * width;
-                    for (std::size_t x = left; x < right; ++x) {
-                        sum += line[x];
-                    }
+                    sum += std::accumulate(line + left, line + right, std::uint32_t{0});  // of 256 codes at most
                 }
                 const std::size_t count = (right - left) * (bottom - top);
                 means.at(p).at(row * FrameSeries::kColumns + column) =

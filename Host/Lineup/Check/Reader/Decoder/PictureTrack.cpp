@@ -75,15 +75,41 @@ void PictureTrack::Count(const AVPacket& packet) {
     }
 }
 
+PacketFacts PictureTrack::FactsOf(const AVPacket& packet) const {
+    const std::int64_t stamp = packet.dts != AV_NOPTS_VALUE ? packet.dts : packet.pts;
+    return {.seconds = stamp != AV_NOPTS_VALUE ? static_cast<double>(stamp) * av_q2d(mStream->time_base) : mEnd,
+            .isKey = (packet.flags & AV_PKT_FLAG_KEY) != 0,
+            .isDamaged = (packet.flags & AV_PKT_FLAG_CORRUPT) != 0,
+            .bytes = packet.size};
+}
+
 void PictureTrack::Decode(const AVPacket* packet, MessageWriter& out) {
-    if (packet != nullptr) {
-        Count(*packet);
-        const std::int64_t stamp = packet->dts != AV_NOPTS_VALUE ? packet->dts : packet->pts;
-        const double seconds = stamp != AV_NOPTS_VALUE ? static_cast<double>(stamp) * av_q2d(mStream->time_base) : mEnd;
-        if (!mSampling.Takes(seconds, (packet->flags & AV_PKT_FLAG_KEY) != 0)) {
-            return;
-        }
+    if (packet == nullptr) {
+        Send(nullptr, out);
+        return;
     }
+    Count(*packet);
+    const PacketFacts facts = FactsOf(*packet);
+    if (facts.isKey) {
+        mGroup.Begin(*packet);
+    }
+    switch (mSampling.Takes(facts)) {
+        case PictureSampling::Taken::No:
+            mGroup.Hold(*packet);
+            break;
+        case PictureSampling::Taken::Alone:
+            Send(packet, out);
+            break;
+        case PictureSampling::Taken::WithGroup:
+            mGroup.Hold(*packet);
+            for (const AvPacket& held : mGroup.Release()) {
+                Send(held.get(), out);
+            }
+            break;
+    }
+}
+
+void PictureTrack::Send(const AVPacket* packet, MessageWriter& out) {
     if (avcodec_send_packet(mDecoder.get(), packet) == AVERROR(ENOMEM)) {
         throw std::bad_alloc();
     }

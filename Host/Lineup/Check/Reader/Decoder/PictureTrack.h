@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Lineup/Check/Reader/Decoder/FfmpegOwners.h"
+#include "Host/Lineup/Check/Reader/Decoder/HeldGroup.h"
 #include "Host/Lineup/Check/Reader/Decoder/PictureSampling.h"
 #include "Host/Lineup/Check/Reader/Protocol/MessageWriter.h"
 
@@ -26,6 +27,8 @@ public:
 
 private:
     void Count(const AVPacket& packet);
+    [[nodiscard]] PacketFacts FactsOf(const AVPacket& packet) const;
+    void Send(const AVPacket* packet, MessageWriter& out);
     void Receive(MessageWriter& out);
     void Write(MessageWriter& out);
     void WritePlanes(const Frame& head, MessageWriter& out);
@@ -36,6 +39,7 @@ private:
     AvCodecContext mDecoder;
     AvFrame mFrame;
     PictureSampling mSampling;
+    HeldGroup mGroup;
     std::optional<double> mStart;
     double mEnd = 0;
     double mFrameSeconds = 0;

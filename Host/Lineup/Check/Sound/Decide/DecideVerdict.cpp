@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lineup::sound {
@@ -59,6 +60,17 @@ std::vector<std::size_t> WithoutPolarity(const Case& check) {
     return inputs;
 }
 
+// What would tell the polarities that are open.
+std::string_view WhatSettlesPolarity(const Case& check, bool isLimited) {
+    if (isLimited) {
+        return "a recording from before the codec";
+    }
+    if (check.facts->lossy.value_or(false)) {
+        return "more cycles, or a recording from before the codec,";
+    }
+    return check.change.kind == LevelChange::Kind::Parts ? "a recording from before the limiter" : "a whole cycle";
+}
+
 }  // namespace
 
 void DecideVerdict(Case& check) {
@@ -83,8 +95,7 @@ void DecideVerdict(Case& check) {
     if (!open.empty()) {
         check.Note("polarity-not-known",
                    fmt::format("Whether {} {} upside down cannot be told; {} would settle it.", Who(check, open),
-                               open.size() == 1 ? "is" : "are",
-                               limited.empty() ? "a whole cycle" : "a recording from before the codec"));
+                               open.size() == 1 ? "is" : "are", WhatSettlesPolarity(check, !limited.empty())));
     }
     const bool isSure = unheard.empty() && open.empty();
     check.findings->verdict = !check.findings->faults.empty() ? CheckVerdict::Faults

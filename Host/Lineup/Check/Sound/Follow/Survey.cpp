@@ -18,11 +18,10 @@ namespace {
 
 constexpr std::size_t kMostJumps = 8;
 constexpr std::size_t kFewJumps = 3;
-constexpr double kSightingOff = 0.006;   // s: what followed tones may be off
-constexpr double kSlack = 0.05;          // s: what a sighting may be off
-constexpr double kLateEnough = 0.008;    // s: an input that is measured again with its delay
-constexpr double kEdgesAgree = 0.00003;  // s
-constexpr double kPure = 0.5;            // of a block's energy
+constexpr double kSightingOff = 0.006;  // s: what followed tones may be off
+constexpr double kSlack = 0.05;         // s: what a sighting may be off
+constexpr double kLateEnough = 0.008;   // s: an input that is measured again with its delay
+constexpr double kPure = 0.5;           // of a block's energy
 
 std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
     std::vector<SlotNumber> slots;
@@ -251,29 +250,21 @@ private:
         mRough.assign(mArrivals.size(), std::nullopt);
         mEdges.clear();
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
-            std::vector<Vote> late;
+            std::vector<LateEdge> late;
             for (const SlotSound& sound : sounds) {
                 if (mArrivals[input].channel) {
                     const auto more = EdgeDelays(*mHistory, *mReference, sound, mPlacing, mDelays[input], input,
                                                  *mArrivals[input].channel);
-                    for (const LateEdge& edge : more) {
-                        late.push_back({edge.late, edge.weight});
-                    }
+                    late.insert(late.end(), more.begin(), more.end());
                 }
             }
-            mEdges.insert(mEdges.end(), late.begin(), late.end());
+            for (const LateEdge& edge : late) {
+                mEdges.push_back({edge.late, edge.weight});
+            }
             // Edges that do not agree, as under a codec's noise, say too little about one input.
-            const double usual = WeightedMedian(late);
-            std::vector<double> off;
-            for (const Vote& vote : late) {
-                off.push_back(std::abs(vote.value - usual));
-            }
-            if (late.empty()) {
-                continue;
-            }
-            mRough[input] = usual;
-            if (MedianOf(std::move(off)) < kEdgesAgree) {
-                mCoarse[input] = usual;
+            if (const auto agreed = AgreeOnDelay(std::move(late), mHistory->lossy)) {
+                mRough[input] = agreed->late;
+                mCoarse[input] = agreed->agree ? mRough[input] : std::nullopt;
             }
         }
     }

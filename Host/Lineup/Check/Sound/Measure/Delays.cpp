@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lineup::sound {
 
@@ -18,6 +19,10 @@ constexpr double kClearOfJump = 0.004;  // s
 constexpr double kWorstFit = 0.35;      // of the weight: 1 - cos of what a phase is off
 constexpr double kClearlyBetter = 0.1;
 constexpr double kFloatingWeight = 1e-3;
+constexpr double kEdgesAgree = 0.00003;  // s
+constexpr double kPairsDoubt = 0.00006;  // s, standard deviation: far less than half a period
+constexpr double kDeviation = 1.85;      // of a median, times the root of their number, over the median distance
+constexpr std::size_t kFewPairs = 2;     // of which one number says little of how far they scatter
 
 // The slot before or after, and its cycle's number is of no matter.
 const RefSlot& Beside(const Reference& reference, std::size_t slot, bool after) {
@@ -94,7 +99,55 @@ double BestDelay(const std::vector<PhasePoint>& points, double around, double re
     return best;
 }
 
+double MedianDistance(const std::vector<double>& values, double middle) {
+    std::vector<double> off;
+    for (const double value : values) {
+        off.push_back(std::abs(value - middle));
+    }
+    return MedianOf(std::move(off));
+}
+
+// Beginnings and ends of each tone in pairs, as they follow each other: how late the two are together.
+std::vector<double> LatePairs(std::vector<LateEdge> edges) {
+    std::erase_if(edges, [](const LateEdge& edge) { return edge.weight < 1; });
+    std::ranges::sort(edges, [](const LateEdge& a, const LateEdge& b) {
+        return a.frequency < b.frequency || (a.frequency == b.frequency && a.at < b.at);
+    });
+    std::vector<double> late;
+    for (std::size_t i = 1; i < edges.size(); ++i) {
+        if (edges[i - 1].rises != edges[i].rises && edges[i - 1].frequency == edges[i].frequency) {
+            late.push_back((edges[i - 1].late + edges[i].late) / 2);
+            ++i;
+        }
+    }
+    return late;
+}
+
 }  // namespace
+
+std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy) {
+    if (edges.empty()) {
+        return std::nullopt;
+    }
+    std::vector<Vote> votes;
+    std::vector<double> late;
+    for (const LateEdge& edge : edges) {
+        votes.push_back({edge.late, edge.weight});
+        late.push_back(edge.late);
+    }
+    const double usual = WeightedMedian(std::move(votes));
+    if (MedianDistance(late, usual) < kEdgesAgree) {
+        return AgreedDelay{usual, true};
+    }
+    const std::vector<double> pairs = lossy ? LatePairs(std::move(edges)) : std::vector<double>();
+    const double middle = MedianOf(pairs);
+    const auto count = static_cast<double>(pairs.size());
+    const double scatter = kDeviation * MedianDistance(pairs, middle) * (pairs.size() <= kFewPairs ? 2 : 1);
+    if (pairs.size() >= kFewPairs && scatter / std::sqrt(count) < kPairsDoubt) {
+        return AgreedDelay{middle, true};
+    }
+    return AgreedDelay{usual, false};
+}
 
 std::vector<LateEdge> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
                                  const Placing& placing, double delay, std::size_t input, std::size_t channel) {
@@ -132,7 +185,7 @@ std::vector<LateEdge> EdgeDelays(const History& history, const Reference& refere
                           {input, edge + delay, !after, frequency, gain,
                            kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});
             if (late) {
-                delays.push_back({edge, *late, tone.floating ? kFloatingWeight : 1});
+                delays.push_back({edge, *late, tone.floating ? kFloatingWeight : 1, tone.frequency, !after});
             }
         }
     }

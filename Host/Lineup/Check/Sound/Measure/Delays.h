@@ -17,7 +17,19 @@ struct LateEdge {
     double at = 0;    ///< s of the recording, where it is due
     double late = 0;  ///< s
     double weight = 1;
+    double frequency = 0;  ///< Hz: of the tone
+    bool rises = false;    ///< the tone begins
 };
+
+/// How late an input is by all its edges.
+struct AgreedDelay {
+    double late = 0;     ///< s
+    bool agree = false;  ///< they are near enough to each other to know it by
+};
+
+/// By the median of the edges; after a lossy codec, where those do not agree, by that of bursts, each with both its
+/// ends: what a codec takes from a tone makes it begin late and end early by as much. Empty without edges.
+[[nodiscard]] std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy);
 
 /// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge
 /// by itself. The placing and `delay` are those that the slot was measured with; the result counts from there. Edges of

@@ -1,0 +1,155 @@
+#include "Host/Lineup/Check/Sound/Events/Jumps.h"
+#include "Host/Lineup/Check/Sound/Find/Find.h"
+#include "Host/Lineup/Check/Sound/Measure/Delays.h"
+#include "Host/Lineup/Check/Sound/Measure/LevelTrack.h"
+#include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using lineup::sound::AgreeOnDelay;
+using lineup::sound::EdgeVote;
+using lineup::sound::LateEdge;
+using lineup::sound::LevelChange;
+using lineup::sound::LevelPoint;
+using lineup::sound::Reference;
+using lineup::sound::ToneRun;
+
+const std::vector<Reference>& References() {
+    static const std::vector<Reference> kReferences = lineup::sound::MakeIdentReferences(test::Bundle());
+    return kReferences;
+}
+
+const Reference& ReferenceOf(const std::string& name) {
+    return *std::ranges::find(References(), name, &Reference::name);
+}
+
+struct Heard {
+    const char* ident;
+    double from;       // s of the clip, heard for little more than a cycle
+    double jumpAt;     // s of the clip
+    double lost;       // s
+    double tempo = 1;  // with the pitch kept
+};
+
+// The tones of a recording that begins at `from`, as they are followed: bursts that follow each other at once are one.
+std::vector<ToneRun> RunsOf(const Reference& reference, const Heard& heard) {
+    const double end = heard.from + 1.05 * reference.cycle;
+    std::vector<ToneRun> runs;
+    const auto at = [&](double clip) {
+        return (clip - heard.from) / heard.tempo - (clip > heard.jumpAt ? heard.lost : 0);
+    };
+    for (int cycle = -1; cycle <= 2; ++cycle) {
+        for (const lineup::sound::RefBurst& burst : reference.bursts) {
+            const double on = std::max(burst.on + cycle * reference.cycle, heard.from);
+            const double off = std::min(burst.off + cycle * reference.cycle, end);
+            if (off - on > 0.1) {
+                runs.push_back({burst.channel, burst.frequency, 0.125, at(on), at(off), on == heard.from, off == end});
+            }
+        }
+    }
+    std::ranges::sort(runs, {}, &ToneRun::off);
+    return runs;
+}
+
+TEST(FindIdent, KnowsThePlaceAlsoWhereTimeJumpsOrThePitchIsKept) {
+    for (const Heard& heard : std::vector<Heard>{
+             {"blits", 0, 0, 0},
+             {"blits", 3.1, 9, 0.02},
+             {"blits", 0, 7.5, -0.0178},
+             {"blits", 5.6, 0, 0, 25.0 / 24},
+             {"blits", 4.2, 0, 0, 24.0 / 25},
+             {"ebu-5.1", 0, 0, 0},
+             {"ebu-5.1", 1.68, 5.7, -0.0444},
+             {"ebu-5.1", 5.23, 9.8, 0.0624},
+             {"ebu-5.1", 8.06, 15.6, -0.0221},
+         }) {
+        const Reference& reference = ReferenceOf(heard.ident);
+        const auto sighting = FindIdent(RunsOf(reference, heard), References());
+        const std::string what = std::string(heard.ident) + " from " + std::to_string(heard.from);
+        ASSERT_TRUE(sighting) << what;
+        EXPECT_EQ(sighting->reference->name, heard.ident) << what;
+        EXPECT_NEAR(sighting->placing.tempo, heard.tempo, 0.002) << what;
+        const double cycle = reference.cycle / heard.tempo;
+        const double start = -heard.from / heard.tempo;
+        const double off = std::remainder(sighting->placing.start - start, cycle);
+        EXPECT_LT(std::min(std::abs(off), std::abs(off + heard.lost)), 0.035) << what;
+    }
+}
+
+struct EdgesCase {
+    const char* what;
+    std::vector<double> late;  // us: a beginning, an end, and so on
+    bool lossy;
+    std::optional<double> agreed;
+};
+
+TEST(AgreeOnDelay, TakesBeginningsAndEndsTogetherAfterACodec) {
+    for (const EdgesCase& edges : std::vector<EdgesCase>{
+             {"edges that agree", {500, 510, 495, 505}, false, 500},
+             {"bursts that a codec makes shorter", {773, 243, 771, 245}, true, 508},
+             {"bursts that it makes longer", {-117, 370, 2, 268}, true, 130.75},
+             {"edges that say nothing", {1224, -17, 0, 895}, true, {}},
+             {"one burst", {773, 243}, true, {}},
+             {"a compressor", {773, 243, 771, 245}, false, {}},
+         }) {
+        std::vector<LateEdge> late;
+        for (std::size_t i = 0; i < edges.late.size(); ++i) {
+            late.push_back({static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0});
+        }
+        const auto agreed = AgreeOnDelay(late, edges.lossy);
+        ASSERT_TRUE(agreed) << edges.what;
+        ASSERT_EQ(agreed->agree, edges.agreed.has_value()) << edges.what;
+        EXPECT_TRUE(!edges.agreed || std::abs(agreed->late * 1e6 - *edges.agreed) < 0.1)
+            << edges.what << ": " << agreed->late * 1e6;
+    }
+    EXPECT_FALSE(AgreeOnDelay({}, true));
+}
+
+TEST(FindStep, LiesBetweenTheEdgesThatAreOnTimeAndThoseThatAreNot) {
+    std::vector<EdgeVote> edges;
+    for (int i = 0; i < 10; ++i) {
+        edges.push_back({static_cast<double>(i), i < 6 ? 0.001 : -0.029, static_cast<std::size_t>(i % 2)});
+    }
+    const auto step = lineup::sound::FindStep(edges);
+    ASSERT_TRUE(step);
+    EXPECT_NEAR(step->at, 5.5, 1e-9);
+    EXPECT_NEAR(step->lost, 0.03, 1e-9);
+    edges.resize(6);
+    EXPECT_FALSE(lineup::sound::FindStep(edges)) << "all on one level";
+}
+
+struct LevelCase {
+    const char* what;
+    LevelChange::Kind kind;
+    double db;
+    double (*level)(double second, bool full);
+};
+
+TEST(ExplainLevels, NamesWhatLevelsDo) {
+    using Kind = LevelChange::Kind;
+    for (const LevelCase& levels : std::vector<LevelCase>{
+             {"steady", Kind::None, 0, [](double, bool) { return -2.0; }},
+             {"a step", Kind::Step, 3, [](double second, bool) { return second > 6.1 ? 1.0 : -2.0; }},
+             {"a limiter", Kind::Parts, 4, [](double, bool full) { return full ? -6.0 : -2.0; }},
+             {"riding", Kind::Riding, 0.8, [](double second, bool) { return std::fmod(second, 2.0) < 1 ? 0.0 : 1.0; }},
+             {"too little", Kind::None, 0, [](double second, bool) { return second > 6.1 ? 0.05 : 0.0; }},
+         }) {
+        std::vector<LevelPoint> points;
+        for (int i = 0; i < 60; ++i) {
+            const bool full = i % 20 < 13;
+            points.push_back({0.2 * i, levels.level(0.2 * i, full), static_cast<std::size_t>(i % 2), 0.1, full});
+        }
+        const LevelChange change = ExplainLevels(points, 2, 0.1);
+        EXPECT_EQ(change.kind, levels.kind) << levels.what;
+        EXPECT_NEAR(change.db, levels.db, 0.1) << levels.what;
+        EXPECT_NEAR(change.at, levels.kind == Kind::Step ? 6.1 : 0, 0.2) << levels.what;
+    }
+}
+
+}  // namespace

@@ -94,10 +94,10 @@ void DescribeAudio(GstElementClass& type) {
                                       SoundEnum(), 0, kReadWrite));
     InstallProperty(object, kFrequency,
                     g_param_spec_double("frequency", "Frequency", "Of the steady tone, Hz; below half the sample rate",
-                                        1, lineup::kHighestSampleRateHz / 2.0, kUsualFrequencyHz, kReadWrite));
+                                        1, lineup::kHighestSampleRateHz / 2.0, kUsualFrequencyHz, kWhilePlaying));
     InstallProperty(object, kLevel,
                     g_param_spec_double("level", "Level", "Of the steady tone's peak, dBFS; -300 is silence",
-                                        lineup::kSilenceDb, 0, UsualLevelDb(), kReadWrite));
+                                        lineup::kSilenceDb, 0, UsualLevelDb(), kWhilePlaying));
     InstallProperty(object, kSettings,
                     g_param_spec_string("settings", "Settings",
                                         "A settings file (.batn) or document (.lineup) that says all of the sound: "
@@ -121,6 +121,7 @@ struct AudioSource::Playing {
     std::vector<std::vector<float>> planes;  // in the plug-in's order
     std::vector<std::size_t> order;
     std::int64_t samplesPerBuffer = 0;
+    bool isTone = false;  // a steady one, which can change on its way
 };
 
 Caps AudioSource::Possible() {
@@ -139,9 +140,11 @@ void AudioSource::Set(guint property, const GValue& value) {
             break;
         case kFrequency:
             mFrequencyHz = UnlessUsual(value, kUsualFrequencyHz);
+            mIsRetuned = true;
             break;
         case kLevel:
             mLevelDb = UnlessUsual(value, UsualLevelDb());
+            mIsRetuned = true;
             break;
         case kSettings:
             mSettingsFile = g_value_get_string(&value) == nullptr ? "" : g_value_get_string(&value);
@@ -245,11 +248,17 @@ lineup::BarsAndToneInfo AudioSource::SettingsFor(int rateHz, int channels) const
         lineup::CheckTone(*mSettings);
         return *mSettings;
     }
-    lineup::ToneChoice choice{.sampleRateHz = rateHz, .frequencyHz = mFrequencyHz, .levelDb = mLevelDb};
-    if (const lineup::Ident* const ident = IdentOf(mIdent); ident != nullptr) {
-        choice.ident = ident->name;
-        return lineup::MakeSettings(*mImporter, choice);
+    const lineup::Ident* const ident = IdentOf(mIdent);
+    if (ident == nullptr) {
+        return ToneSettings(rateHz, channels);
     }
+    lineup::ToneChoice choice{.sampleRateHz = rateHz, .frequencyHz = mFrequencyHz, .levelDb = mLevelDb};
+    choice.ident = ident->name;
+    return lineup::MakeSettings(*mImporter, choice);
+}
+
+lineup::BarsAndToneInfo AudioSource::ToneSettings(int rateHz, int channels) const {
+    const lineup::ToneChoice choice{.sampleRateHz = rateHz, .frequencyHz = mFrequencyHz, .levelDb = mLevelDb};
     lineup::BarsAndToneInfo settings = lineup::MakeSettings(*mImporter, choice);
     settings.numChannels = static_cast<std::uint32_t>(channels);
     settings.channelType = lineup::ChannelTypeFor(settings.numChannels);
@@ -272,7 +281,27 @@ void AudioSource::Take(const GstCaps& caps) {
     playing->samplesPerBuffer = mSamplesPerBuffer;
     const auto samples = static_cast<std::size_t>(mSamplesPerBuffer);
     playing->planes.assign(static_cast<std::size_t>(channels), std::vector<float>(samples));
+    playing->isTone = mIdent == 0 && !mSettings;
+    mIsRetuned = false;
     mPlaying = std::move(playing);
+}
+
+// The steady tone goes on at the same clip time, as it is now; an ident, and what a file says, have no such choice.
+void AudioSource::Retune() {
+    mIsRetuned = false;
+    if (!mPlaying->isTone) {
+        return;
+    }
+    const GstAudioInfo info = mPlaying->info;
+    auto retuned =
+        std::make_unique<Playing>(mImporter, ToneSettings(GST_AUDIO_INFO_RATE(&info), GST_AUDIO_INFO_CHANNELS(&info)));
+    retuned->info = info;
+    retuned->format = mPlaying->format;
+    retuned->order = mPlaying->order;
+    retuned->samplesPerBuffer = mPlaying->samplesPerBuffer;
+    retuned->planes = std::move(mPlaying->planes);
+    retuned->isTone = true;
+    mPlaying = std::move(retuned);
 }
 
 Grid AudioSource::Units() const {
@@ -284,6 +313,9 @@ std::int64_t AudioSource::UnitsPerBuffer() const {
 }
 
 Buffer AudioSource::Make(std::int64_t first, std::int64_t count) {
+    if (mIsRetuned) {
+        Retune();
+    }
     std::array<float*, kMostChannels> planes{};
     std::array<const float*, kMostChannels> places{};
     const std::size_t channels = mPlaying->planes.size();

@@ -42,10 +42,13 @@ private:
 
     [[nodiscard]] int NumChannels() const;
     [[nodiscard]] lineup::BarsAndToneInfo SettingsFor(int rateHz, int channels) const;
+    [[nodiscard]] lineup::BarsAndToneInfo ToneSettings(int rateHz, int channels) const;
+    void Retune();
 
     int mIdent = 0;  // of SoundEnum
     std::optional<double> mFrequencyHz;
     std::optional<double> mLevelDb;
+    bool mIsRetuned = false;  // since the last buffer
     std::string mSettingsFile;
     int mSamplesPerBuffer = 1024;
 

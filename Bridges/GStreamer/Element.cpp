@@ -177,6 +177,7 @@ void SetProperty(GObject* object, guint property, const GValue* value, GParamSpe
             break;
         case kDuration:
             PlaybackOf(object).SetDuration(g_value_get_uint64(value));
+            gst_element_post_message(&BaseOf(object)->element, gst_message_new_duration_changed(GST_OBJECT(object)));
             break;
         case kPlugin:
             PlaybackOf(object).SetPlugin(g_value_get_string(value));
@@ -218,7 +219,7 @@ void InitCommonClass(gpointer type, gpointer) {
     InstallProperty(object, kDuration,
                     g_param_spec_uint64("duration", "Duration",
                                         "Nanoseconds until the end of the stream; the greatest number: endless", 1,
-                                        G_MAXUINT64, Playback::kEndless, kReadWrite));
+                                        G_MAXUINT64, Playback::kEndless, kWhilePlaying));
     InstallProperty(object, kPlugin,
                     g_param_spec_string("plugin", "Plug-in",
                                         "The bundle to use instead of the one that was installed with this element",

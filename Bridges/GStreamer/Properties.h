@@ -9,6 +9,10 @@ namespace gstreamer {
 inline constexpr auto kReadWrite =
     static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS | GST_PARAM_MUTABLE_READY);
 
+/// One that takes effect with the next buffer while its element plays.
+inline constexpr auto kWhilePlaying =
+    static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS | GST_PARAM_MUTABLE_PLAYING);
+
 inline void InstallProperty(GObjectClass& type, guint number, GParamSpec* spec) {
     g_object_class_install_property(&type, number, spec);
 }

@@ -68,6 +68,32 @@ TEST(Address, IsOpenedByAnyPlayer) {
     }
 }
 
+// A player that chooses among a stream's parts itself. It takes picture and sound as they come, so that nothing of the
+// framework's but the player is needed. By the clock: a stream that ends before all sinks are there is one that the
+// framework's players wait on for ever now and then.
+TEST(Address, IsPlayedToItsEndByAPlayerThatChoosesStreams) {
+    test::StartFramework();
+    const test::Element player(
+        gst_parse_launch("playbin3 flags=0x63 uri=lineup://?ident=blits&size=64x36&duration=0.3", nullptr));
+    ASSERT_NE(player, nullptr);
+    for (const char* const kind : {"video-sink", "audio-sink"}) {
+        GstElement* const sink = gst_element_factory_make("fakesink", nullptr);
+        g_object_set(sink, "sync", TRUE, nullptr);
+        g_object_set(player.get(), kind, sink, nullptr);
+    }
+    gst_element_set_state(player.get(), GST_STATE_PLAYING);
+    GstBus* const bus = gst_element_get_bus(player.get());
+    const std::unique_ptr<GstMessage, test::FreeGst> end(gst_bus_timed_pop_filtered(
+        bus, 60 * GST_SECOND, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+    gst_object_unref(bus);
+    gint64 length = 0;
+    gst_element_query_duration(player.get(), GST_FORMAT_TIME, &length);
+    gst_element_set_state(player.get(), GST_STATE_NULL);
+    ASSERT_NE(end, nullptr) << "it does not end";
+    EXPECT_EQ(GST_MESSAGE_TYPE(end.get()), GST_MESSAGE_EOS);
+    EXPECT_EQ(length, 300 * GST_MSECOND);
+}
+
 TEST(Address, SaysWhatThePictureIs) {
     const auto played = test::PlayOnce(
         "lineupsrc uri=lineup://?size=720x576&aspect=16:9&scan=bff&rate=29.97&format=v210&duration=0.1 name=s "

@@ -29,7 +29,7 @@ const std::vector<RoomOfHeaders> kRoomsOfHeaders = {
     {"Host/Lineup/Files/", {"ClipDocument.h", "SettingsFile.h"}},
     {"Host/Lineup/Export/", {"ExportReport.h", "ExportSettings.h", "Exporter.h", "FormatTable.h", "StillPicture.h"}},
     {"Host/Lineup/Validation/", {"Validation.h"}},
-    {"Host/Lineup/Check/", {"Check.h", "CheckReport.h", "CheckSettings.h"}},
+    {"Host/Lineup/Check/", {"Check.h", "CheckReport.h", "CheckSettings.h", "Watch.h"}},
     {"Host/Lineup/Send/", {"Send.h", "SendClock.h", "SendSettings.h", "StreamTable.h"}},
 };
 

@@ -1,6 +1,7 @@
 #include "Apps/lineup/Commands/CheckCommand.h"
 
 #include "Apps/lineup/Commands/CheckRun.h"
+#include "Apps/lineup/Commands/WatchRun.h"
 #include "Apps/lineup/Options/CheckOptions.h"
 #include "Apps/lineup/Reports/CheckJson.h"
 #include "Apps/lineup/Reports/CheckReportFile.h"
@@ -50,6 +51,7 @@ constexpr const char* kCheckHelp =
     "  ffmpeg -f alsa -i hw:1 -t 30 -f wav - | lineup check -\n"
     "  lineup check card.png --card hd                   a single picture\n"
     "  lineup check *.mov --json                         a line of JSON for each\n"
+    "  lineup check udp://239.1.2.3:5000 --watch         a feed, until Ctrl-C or for as long as it comes\n"
     "  lineup check take.wav --report take.html          with a picture of what was found over what was due\n"
     "  lineup check take.wav --report check.xml --quiet  for a server that takes JUnit XML\n"
     "\n";
@@ -67,6 +69,7 @@ struct CommandOptions {
     std::string report;
     bool json = false;
     bool quiet = false;
+    bool watch = false;
 };
 
 bool WantsColour() {
@@ -132,12 +135,24 @@ Status CheckAll(const CommandOptions& options) {
     return status;
 }
 
+Status WatchOne(const CommandOptions& options) {
+    if (options.recordings.size() > 1) {
+        throw lineup::UsageError("output", options.recordings[1], "is one too many: --watch takes one feed");
+    }
+    if (!options.report.empty()) {
+        throw lineup::UsageError("report", options.report, "does not go with --watch, which prints what it finds");
+    }
+    const lineup::CheckSettings settings = options.check.Settings();
+    return Worse(kRight, WatchFeed(options.recordings.front(), options.check.common.LoadImporter(), settings,
+                                   {.json = options.json, .quiet = options.quiet}));
+}
+
 void RunCheck(const CommandOptions& options) {
     if (!options.report.empty()) {
         RequireReportName(options.report);
     }
     WatchForInterrupts();
-    if (const Status status = CheckAll(options); status != kRight) {
+    if (const Status status = options.watch ? WatchOne(options) : CheckAll(options); status != kRight) {
         throw CLI::RuntimeError(status);
     }
 }
@@ -149,7 +164,9 @@ void AddCheckCommand(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("check", "Say what a path did to the line-up in a recording");
     command->add_option("RECORDING", options->recordings, "What came out at the far end; may be several")->required();
     AddCheckOptions(*command, options->check);
-    command->add_flag("--json", options->json, "Print JSON, a line for each recording");
+    command->add_flag("--watch", options->watch,
+                      "Say what is found as the recording comes: a line a cycle, faults when they begin and end");
+    command->add_flag("--json", options->json, "Print JSON, a line for each recording, or what --watch says");
     command->add_option("--report", options->report, "Write a page (.html, .svg), or JUnit XML (.xml), too")
         ->type_name("FILE");
     command->add_flag("-q,--quiet", options->quiet, "Say nothing unless something is wrong");

@@ -1,24 +1,12 @@
 #include "Apps/lineup/Reports/CheckJson.h"
 
-#include <nlohmann/json.hpp>
-
-#include <optional>
-#include <string>
+#include "Apps/lineup/Reports/JsonParts.h"
 
 namespace cli {
 
 namespace {
 
 using nlohmann::ordered_json;
-
-template <class Value>
-ordered_json OrNull(const std::optional<Value>& value) {
-    return value ? ordered_json(*value) : ordered_json();
-}
-
-ordered_json OrNull(const std::string& text) {
-    return text.empty() ? ordered_json() : ordered_json(text);
-}
 
 ordered_json ChannelJson(const lineup::ChannelReport& channel) {
     return {{"input", channel.input},
@@ -88,18 +76,6 @@ ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
             {"patches", patches}};
 }
 
-ordered_json FaultJson(const lineup::CheckFault& fault) {
-    return {{"id", fault.id},
-            {"part", lineup::CheckPartName(fault.part)},
-            {"inputs", fault.inputs},
-            {"channels", fault.channels},
-            {"measured", OrNull(fault.measured)},
-            {"expected", OrNull(fault.expected)},
-            {"unit", fault.unit},
-            {"at", OrNull(fault.at)},
-            {"text", fault.text}};
-}
-
 }  // namespace
 
 std::string CheckJson(const lineup::CheckReport& report) {
@@ -107,19 +83,14 @@ std::string CheckJson(const lineup::CheckReport& report) {
     for (const lineup::CheckFault& fault : report.faults) {
         faults.push_back(FaultJson(fault));
     }
-    ordered_json notes = ordered_json::array();
-    for (const lineup::CheckNote& note : report.notes) {
-        notes.push_back({{"id", note.id}, {"part", lineup::CheckPartName(note.part)}, {"text", note.text}});
-    }
     const ordered_json json = {{"schema", "lineup-check/1"},
                                {"source", report.source},
                                {"verdict", lineup::CheckVerdictName(report.verdict)},
                                {"sound", SoundJson(report.sound)},
                                {"picture", PictureJson(report.picture)},
                                {"faults", faults},
-                               {"notes", notes}};
-    // Names of files are bytes; bytes that are not UTF-8 are shown as such.
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+                               {"notes", NotesJson(report.notes)}};
+    return JsonLine(json);
 }
 
 }  // namespace cli

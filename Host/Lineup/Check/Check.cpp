@@ -36,17 +36,6 @@ private:
     std::optional<double> mAll;
 };
 
-CheckNote WhyUnreadable(const Unreadable& unreadable) {
-    if (unreadable.Reason() == Unreadable::Why::NoSound) {
-        return {.id = "no-sound",
-                .part = CheckPart::Sound,
-                .text = fmt::format("There is no sound: {}.", unreadable.what())};
-    }
-    return {.id = "unreadable",
-            .part = CheckPart::Both,
-            .text = fmt::format("The recording cannot be read: {}.", unreadable.what())};
-}
-
 void Append(std::vector<CheckNote>& notes, std::vector<CheckNote> more) {
     std::ranges::move(more, std::back_inserter(notes));
 }

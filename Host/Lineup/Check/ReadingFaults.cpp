@@ -98,6 +98,17 @@ void AddDamage(const RecordingReader& reader, CheckReport& report) {
 
 }  // namespace
 
+CheckNote WhyUnreadable(const Unreadable& unreadable) {
+    if (unreadable.Reason() == Unreadable::Why::NoSound) {
+        return {.id = "no-sound",
+                .part = CheckPart::Sound,
+                .text = fmt::format("There is no sound: {}.", unreadable.what())};
+    }
+    return {.id = "unreadable",
+            .part = CheckPart::Both,
+            .text = fmt::format("The recording cannot be read: {}.", unreadable.what())};
+}
+
 void AddReadingFaults(const RecordingReader& reader, bool isStream, std::int64_t samples, CheckReport& report) {
     const double end = static_cast<double>(samples) / reader.SampleRate();
     const bool isFound = report.verdict != CheckVerdict::CannotTell;

@@ -2,8 +2,12 @@
 
 #include <lineup/CheckReport.h>
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
+#include "Host/Lineup/Check/Reader/Unreadable.h"
 
 namespace lineup {
+
+/// Why nothing can be told of a recording.
+[[nodiscard]] CheckNote WhyUnreadable(const Unreadable& unreadable);
 
 /// Adds to a report of the sound what reading has found: stretches that are damaged, where nothing else that was found
 /// at their place says so already, and why reading ended early. `isStream`: it came from a URL, where the end of

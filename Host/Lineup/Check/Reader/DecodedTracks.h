@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace lineup {
@@ -44,6 +45,9 @@ public:
 
     /// Where samples stand that are not as they were recorded, in their order.
     [[nodiscard]] const std::vector<DamagedStretch>& Damage() const noexcept { return mDamage; }
+
+    /// The same, which are then no longer kept here.
+    [[nodiscard]] std::vector<DamagedStretch> TakeDamage() { return std::exchange(mDamage, {}); }
 
 private:
     void AddDamage(std::int64_t position, std::int64_t count, const std::string& reason);

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] std::optional<bool> Lossy() const override;
     std::size_t Read(std::span<float* const> inputs, std::size_t most) override;
     [[nodiscard]] std::vector<DamagedStretch> Damage() const override { return mTracks->Damage(); }
+    /// Those that have been read since it was asked for the last time.
+    [[nodiscard]] std::vector<DamagedStretch> TakeDamage() { return mTracks->TakeDamage(); }
     [[nodiscard]] std::optional<std::string> EndedBecause() const override { return mEndedBecause; }
 
     /// Whether reading ended because something went wrong, and not because the recording is over, was cut off or

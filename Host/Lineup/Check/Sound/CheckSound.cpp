@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lineup {
 
@@ -102,21 +103,25 @@ SoundFindings NothingFound(const SoundSource& source, const CheckSettings& setti
 
 }  // namespace
 
-SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Importer>& importer,
-                         const CheckSettings& settings, const SoundProgress& progress) {
+SoundChecker::SoundChecker(std::shared_ptr<const Importer> importer)
+    : mImporter(std::move(importer)), mReferences(sound::MakeIdentReferences(mImporter)) {}
+
+SoundChecker::~SoundChecker() = default;
+
+SoundFindings SoundChecker::Check(SoundSource& source, const CheckSettings& settings, double origin,
+                                  const SoundProgress& progress) const {
     ValidateCheckSettings(settings);
-    const std::vector<sound::Reference> references = sound::MakeIdentReferences(importer);
     const sound::Expectation expected = sound::ExpectationOf(settings);
     const double highest = std::max(kHighestIdentTone, sound::kFastest * expected.frequencyHz.value_or(0));
     const sound::Grid grid = sound::MakeGrid(source.SampleRate(), highest);
-    sound::Listener listener(source.Inputs(), grid, references, expected, importer, source.Lossy().value_or(false));
+    sound::Listener listener(source.Inputs(), grid, mReferences, expected, mImporter, source.Lossy().value_or(false));
     Excerpt excerpt(source, settings);
     const std::size_t block = static_cast<std::size_t>(grid.HopSamples()) * kHopsPerBlock;
     while (const std::size_t count = excerpt.Read(block, progress)) {
         listener.Hear(excerpt.Samples(count));
     }
     listener.Finish();
-    const double startSeconds = settings.fromSeconds.value_or(0);
+    const double startSeconds = origin + settings.fromSeconds.value_or(0);
     const sound::Lineup* const lineup = listener.Found();
     if (lineup == nullptr) {
         SoundFindings findings = NothingFound(source, settings);
@@ -126,6 +131,13 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     SoundFindings findings;
     const sound::RecordingFacts facts{source.SampleRate(), source.Bits(), source.Lossy(), startSeconds};
     findings.sound = SoundReportOf(*lineup, facts);
+    findings.heard =
+        HeardLineup{.startsAt = startSeconds + lineup->startsAt,
+                    .endsAt = startSeconds + lineup->endsAt,
+                    .sentCycle = lineup->reference->cycle,
+                    .cycle = lineup->reference->cycle / lineup->placing.tempo,
+                    .cycleStart = startSeconds + lineup->lastPlacing.StartAt(lineup->endsAt) + UsualDelay(*lineup),
+                    .isSteady = lineup->reference->Steady()};
     findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
     sound::Case check{&*lineup, &settings, &expected, &facts, &findings, {}, {}, {}, {}};
     FindShapes(check);
@@ -142,6 +154,12 @@ SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Import
     DecideEvents(check);
     DecideVerdict(check);
     return findings;
+}
+
+SoundFindings CheckSound(SoundSource& source, const std::shared_ptr<const Importer>& importer,
+                         const CheckSettings& settings, const SoundProgress& progress) {
+    ValidateCheckSettings(settings);
+    return SoundChecker(importer).Check(source, settings, 0, progress);
 }
 
 }  // namespace parts

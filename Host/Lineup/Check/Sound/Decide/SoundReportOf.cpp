@@ -13,22 +13,6 @@ namespace {
 
 constexpr int kWholeBits = 24;  // what a float holds of a sample
 
-// The delay that all others count from: of two channels that of the first, else the median.
-double UsualDelay(const Lineup& lineup) {
-    std::vector<double> delays;
-    std::size_t first = lineup.reference->channels.size();
-    double ofFirst = 0;
-    for (const InputFindings& input : lineup.inputs) {
-        const Arrival& arrival = input.surveyed.arrival;
-        if (arrival.channel) {
-            delays.push_back(input.surveyed.delay);
-            ofFirst = delays.size() == 1 || *arrival.channel < first ? input.surveyed.delay : ofFirst;
-            first = std::min(first, *arrival.channel);
-        }
-    }
-    return delays.size() == 2 ? ofFirst : MedianOf(std::move(delays));
-}
-
 std::ptrdiff_t CountSounding(const Lineup& lineup) {
     return std::ranges::count_if(lineup.inputs,
                                  [](const InputFindings& input) { return input.surveyed.arrival.sounds; });
@@ -85,6 +69,21 @@ ChannelReport ChannelReportOf(const Lineup& lineup, std::size_t number, double u
 }
 
 }  // namespace
+
+double UsualDelay(const Lineup& lineup) {
+    std::vector<double> delays;
+    std::size_t first = lineup.reference->channels.size();
+    double ofFirst = 0;
+    for (const InputFindings& input : lineup.inputs) {
+        const Arrival& arrival = input.surveyed.arrival;
+        if (arrival.channel) {
+            delays.push_back(input.surveyed.delay);
+            ofFirst = delays.size() == 1 || *arrival.channel < first ? input.surveyed.delay : ofFirst;
+            first = std::min(first, *arrival.channel);
+        }
+    }
+    return delays.size() == 2 ? ofFirst : MedianOf(std::move(delays));
+}
 
 SoundReport SoundReportOf(const Lineup& lineup, const RecordingFacts& facts) {
     SoundReport report;

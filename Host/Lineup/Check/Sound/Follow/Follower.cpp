@@ -74,6 +74,7 @@ void Follower::Advance(bool last) {
         Take(mNext);
         mNext = NextSlot(*mReference, mNext);
     }
+    mLineup.lastPlacing = mPlacing;
     if (last || mEnded) {
         mLineup.endSeen = mLineup.endsAt + kBehind < mHistory->SecondsEnd();
     }

@@ -41,8 +41,9 @@ struct SpeedFindings {
 /// A line-up as it was followed from its start to its end.
 struct Lineup {
     const Reference* reference = nullptr;
-    Placing placing;     ///< where the survey was made
-    Cells cells{{}, 0};  ///< phases are those of each input's own delay
+    Placing placing;      ///< where the survey was made
+    Placing lastPlacing;  ///< by the last tones that were followed
+    Cells cells{{}, 0};   ///< phases are those of each input's own delay
     std::vector<InputFindings> inputs;
     SpeedFindings speed;
     double startsAt = 0;  ///< s

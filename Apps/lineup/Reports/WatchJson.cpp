@@ -1,0 +1,62 @@
+#include "Apps/lineup/Reports/WatchJson.h"
+
+#include "Apps/lineup/Reports/JsonParts.h"
+
+namespace cli {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+constexpr const char* kSchema = "lineup-watch/1";
+
+const char* EventOf(const lineup::WatchedFault& fault) {
+    return fault.isMoment ? "fault" : fault.ends ? "fault-ends" : "fault-begins";
+}
+
+ordered_json ClocksJson(const lineup::WatchedClocks& clocks) {
+    return {{"soundPpm", OrNull(clocks.soundPpm)}};
+}
+
+}  // namespace
+
+std::string CycleJson(const lineup::WatchedCycle& cycle) {
+    return JsonLine({{"schema", kSchema},
+                     {"event", "cycle"},
+                     {"number", cycle.number},
+                     {"start", cycle.start},
+                     {"end", cycle.end},
+                     {"verdict", lineup::CheckVerdictName(cycle.verdict)},
+                     {"faults", cycle.faults},
+                     {"gain", {{"least", OrNull(cycle.leastGain)}, {"most", OrNull(cycle.mostGain)}}},
+                     {"clocks", ClocksJson(cycle.clocks)}});
+}
+
+std::string WatchedFaultJson(const lineup::WatchedFault& fault) {
+    return JsonLine({{"schema", kSchema},
+                     {"event", EventOf(fault)},
+                     {"begins", fault.begins},
+                     {"ends", OrNull(fault.ends)},
+                     {"fault", FaultJson(fault.fault)}});
+}
+
+std::string WatchSummaryJson(const lineup::WatchReport& report) {
+    ordered_json faults = ordered_json::array();
+    for (const lineup::WatchedFault& fault : report.faults) {
+        faults.push_back({{"begins", fault.begins}, {"ends", OrNull(fault.ends)}, {"fault", FaultJson(fault.fault)}});
+    }
+    return JsonLine({{"schema", kSchema},
+                     {"event", "summary"},
+                     {"source", report.source},
+                     {"verdict", lineup::CheckVerdictName(report.verdict)},
+                     {"expected", OrNull(report.expected)},
+                     {"seconds", report.seconds},
+                     {"cycles", report.cycles},
+                     {"rightCycles", report.rightCycles},
+                     {"faults", faults},
+                     {"moreFaults", report.moreFaults},
+                     {"clocks", ClocksJson(report.clocks)},
+                     {"notes", NotesJson(report.notes)}});
+}
+
+}  // namespace cli

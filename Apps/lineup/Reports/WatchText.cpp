@@ -1,0 +1,87 @@
+#include "Apps/lineup/Reports/WatchText.h"
+
+#include <lineup/Idents.h>
+#include "Apps/lineup/Reports/CheckTable.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <string_view>
+
+namespace cli {
+
+namespace {
+
+std::string CycleOutcome(const lineup::WatchedCycle& cycle) {
+    if (cycle.verdict == lineup::CheckVerdict::Right) {
+        return "nothing wrong";
+    }
+    std::string text;
+    for (const std::string& id : cycle.faults) {
+        text += (text.empty() ? "" : ", ") + id;
+    }
+    return text.empty() ? "cannot tell" : text;
+}
+
+std::string GainText(const lineup::WatchedCycle& cycle) {
+    constexpr double kSame = 0.005;  // dB
+    if (!cycle.leastGain || !cycle.mostGain) {
+        return {};
+    }
+    const auto rounded = [](double gain) { return std::abs(gain) < kSame ? 0.0 : gain; };
+    return *cycle.mostGain - *cycle.leastGain < kSame
+               ? fmt::format("  {:.2f} dB", rounded(*cycle.mostGain))
+               : fmt::format("  {:.2f} to {:.2f} dB", rounded(*cycle.leastGain), rounded(*cycle.mostGain));
+}
+
+std::string ClocksText(const lineup::WatchedClocks& clocks) {
+    constexpr double kStill = 0.05;
+    if (!clocks.soundPpm) {
+        return {};
+    }
+    return fmt::format("  sound {:+.1f} ppm", std::abs(*clocks.soundPpm) < kStill ? 0.0 : *clocks.soundPpm);
+}
+
+std::string LineupName(const std::string& expected) {
+    const lineup::Ident* const ident = lineup::FindIdent(expected);
+    return ident != nullptr ? std::string(ident->title) : expected.empty() ? "no line-up" : expected;
+}
+
+}  // namespace
+
+std::string CycleText(const lineup::WatchedCycle& cycle) {
+    return fmt::format("{:>11}  cycle {:<4}  {}{}{}\n", PlaceText(cycle.start), cycle.number, CycleOutcome(cycle),
+                       GainText(cycle), ClocksText(cycle.clocks));
+}
+
+std::string WatchedFaultText(const lineup::WatchedFault& fault) {
+    if (fault.isMoment || !fault.ends) {
+        return fmt::format("{:>11}  {}  {}\n", PlaceText(fault.begins), fault.isMoment ? "fault " : "begins",
+                           fault.fault.text);
+    }
+    return fmt::format("{:>11}  ends    {}\n", PlaceText(*fault.ends), fault.fault.text);
+}
+
+std::string WatchSummaryText(const lineup::WatchReport& report) {
+    std::string text =
+        fmt::format("\n{}, {} heard, {} {}, {} of them right\n", LineupName(report.expected), PlaceText(report.seconds),
+                    report.cycles, report.cycles == 1 ? "cycle" : "cycles", report.rightCycles);
+    const auto count = static_cast<std::int64_t>(report.faults.size()) + report.moreFaults;
+    text += report.verdict == lineup::CheckVerdict::Right ? "nothing wrong\n"
+            : report.verdict == lineup::CheckVerdict::CannotTell
+                ? "cannot tell\n"
+                : fmt::format("{} {}\n", count, count == 1 ? "fault" : "faults");
+    for (const lineup::WatchedFault& fault : report.faults) {
+        const std::string until = fault.isMoment ? "" : fault.ends ? " to " + PlaceText(*fault.ends) : " on";
+        text += fmt::format("  {}{}  {}\n", PlaceText(fault.begins), until, fault.fault.text);
+    }
+    if (report.moreFaults > 0) {
+        text += fmt::format("  and {} more\n", report.moreFaults);
+    }
+    for (const lineup::CheckNote& note : report.notes) {
+        text += fmt::format("note: {}\n", note.text);
+    }
+    return text;
+}
+
+}  // namespace cli

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <lineup/Watch.h>
+
+#include <deque>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace lineup {
+
+/// The faults of a feed: those that stand from where they begin to where they end, and those of one place. Each is told
+/// once. Memory does not grow with the feed.
+class FaultLedger {
+public:
+    /// Where, between two places, what stands at `inputs` has changed.
+    using Locate = std::function<double(double first, double last, std::span<const int> inputs)>;
+
+    /// Tells `listener`, and keeps what there was in `report`; both must outlive it.
+    FaultLedger(const WatchListener& listener, WatchReport& report) : mListener(&listener), mReport(&report) {}
+
+    /// Takes what stands in a stretch that begins at `start`. It counts once it has been there twice running, and has
+    /// ended once it has been missed twice: a stretch in which something changes tells neither as it was before nor as
+    /// it is after.
+    void TakeStanding(const std::vector<CheckFault>& faults, double start, const Locate& locate);
+
+    /// Nothing more comes: what has been there once counts.
+    void Finish();
+
+    void Begin(const CheckFault& fault, double at);
+    void End(const CheckFault& fault, double at);
+
+    /// Takes faults of one place, `fault.at`, those that have not been told before.
+    void TakeMoments(std::span<const CheckFault> faults);
+    [[nodiscard]] bool HasMomentNear(double at) const;
+
+    /// The ids of all that stood or happened in [start, end), each once.
+    [[nodiscard]] std::vector<std::string> IdsWithin(double start, double end) const;
+
+    /// Nobody asks for what lies before any longer.
+    void Forget(double before);
+
+private:
+    struct Standing {
+        CheckFault fault;
+        double begins = 0;
+        double ends = 0;  ///< where it would, if it is missed once more
+        int seen = 0;
+        int missed = 0;
+        bool isTold = false;
+    };
+
+    void Tell(Standing& standing);
+    void Keep(const WatchedFault& fault);
+    [[nodiscard]] bool IsKnown(const CheckFault& moment) const;
+    [[nodiscard]] Standing* Find(const CheckFault& fault);
+
+    const WatchListener* mListener;
+    WatchReport* mReport;
+    std::vector<Standing> mStanding;
+    std::deque<WatchedFault> mRecent;  // that have ended
+    double mLastStart = 0;
+    bool mHasStarted = false;
+};
+
+}  // namespace lineup

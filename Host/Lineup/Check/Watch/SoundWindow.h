@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Host/Lineup/Check/Sound/Signal/SlidingBuffer.h"
+#include "Host/Lineup/Check/SoundSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace lineup {
+
+/// What a feed says of its sound.
+struct FeedFacts {
+    double rate = 48000;  ///< Hz
+    int inputs = 0;
+    std::optional<int> bits;
+    std::optional<bool> lossy;
+};
+
+/// The last seconds of a feed's sound. Samples are numbered from the feed's first.
+class SoundWindow {
+public:
+    SoundWindow(const FeedFacts& facts, double seconds);
+
+    /// Takes the first `count` samples of each input.
+    void Add(std::span<const std::vector<float>> inputs, std::size_t count);
+
+    [[nodiscard]] std::int64_t First() const { return mInputs.front().First(); }
+    [[nodiscard]] std::int64_t End() const { return mInputs.front().End(); }
+
+    /// Samples [first, end), which must be there, as a recording of their own. It holds until more is added.
+    [[nodiscard]] std::unique_ptr<SoundSource> Stretch(std::int64_t first, std::int64_t end) const;
+
+    /// The first place in [first, end) where one of `inputs`, or where that is empty any, no longer is what it was
+    /// `period` samples before; to a hundredth of a second. Empty where it is all along, or too little is there.
+    [[nodiscard]] std::optional<std::int64_t> FirstChange(std::int64_t first, std::int64_t end, std::int64_t period,
+                                                          std::span<const int> inputs) const;
+
+private:
+    [[nodiscard]] double ChangeAt(std::int64_t first, std::int64_t count, std::int64_t period,
+                                  std::span<const int> inputs) const;
+
+    FeedFacts mFacts;
+    std::vector<sound::SlidingBuffer<float>> mInputs;
+};
+
+}  // namespace lineup

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kTwice = 2;
 // While one thing turns into another the level moves for as long as both are in the stretch.
-constexpr int kLevelsMoving = 6;
+constexpr int kLevelsMoving = 7;
 constexpr std::string_view kLevelChanges = "level-changes";
 
 int NeededOf(const CheckFault& fault) {
@@ -49,7 +49,7 @@ void FaultLedger::TakeStanding(const std::vector<CheckFault>& faults, double sta
         Standing* standing = Find(fault);
         if (standing == nullptr) {
             standing = &mStanding.emplace_back();
-            standing->begins = isFirst ? start : locate(before, start, fault.inputs);
+            standing->begins = isFirst ? start : locate(before, start, fault.inputs, {});
         }
         standing->fault = fault;
         standing->missed = 0;
@@ -59,7 +59,8 @@ void FaultLedger::TakeStanding(const std::vector<CheckFault>& faults, double sta
     }
     for (Standing& standing : mStanding) {
         if (!IsAmong(faults, standing.fault)) {
-            standing.ends = standing.missed == 0 ? locate(before, start, standing.fault.inputs) : standing.ends;
+            standing.ends =
+                standing.missed == 0 ? locate(before, start, standing.fault.inputs, standing.begins) : standing.ends;
             ++standing.missed;
         }
     }
@@ -139,13 +140,6 @@ void FaultLedger::TakeMoments(std::span<const CheckFault> faults) {
             mListener->onBegins(moment);
         }
     }
-}
-
-bool FaultLedger::HasMomentNear(double at) const {
-    constexpr double kNear = 0.1;
-    return std::ranges::any_of(mRecent, [at](const WatchedFault& other) {
-        return other.isMoment && at >= other.begins - kNear && at <= *other.ends + kNear;
-    });
 }
 
 void FaultLedger::Keep(const WatchedFault& fault) {

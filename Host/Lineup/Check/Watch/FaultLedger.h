@@ -14,8 +14,10 @@ namespace lineup {
 /// once. Memory does not grow with the feed.
 class FaultLedger {
 public:
-    /// Where, between two places, what stands at `inputs` has changed.
-    using Locate = std::function<double(double first, double last, std::span<const int> inputs)>;
+    /// Where what stands at the fault's inputs has changed, between stretches that begin at `first` and at `last`; it
+    /// ends there if it began at `since`, and else begins.
+    using Locate =
+        std::function<double(double first, double last, std::span<const int> inputs, std::optional<double> since)>;
 
     /// Tells `listener`, and keeps what there was in `report`; both must outlive it.
     FaultLedger(const WatchListener& listener, WatchReport& report) : mListener(&listener), mReport(&report) {}
@@ -33,7 +35,9 @@ public:
 
     /// Takes faults of one place, `fault.at`, those that have not been told before.
     void TakeMoments(std::span<const CheckFault> faults);
-    [[nodiscard]] bool HasMomentNear(double at) const;
+
+    /// Those that are kept and have ended, by when they were told.
+    [[nodiscard]] const std::deque<WatchedFault>& Recent() const noexcept { return mRecent; }
 
     /// The ids of all that stood or happened in [start, end), each once.
     [[nodiscard]] std::vector<std::string> IdsWithin(double start, double end) const;

@@ -20,7 +20,7 @@ constexpr double kToneLooked = 10;        // s: what was a tone for shorter may 
 constexpr double kToneCycle = 4;          // s
 constexpr double kWholeCycle = 1.12;      // of a cycle: any stretch of that length has all of it
 constexpr double kShortestStretch = 7;    // s
-constexpr int kStretchesInCycle = 4;      // that begin in it
+constexpr double kLongestStride = 3;      // s from one stretch to the next
 constexpr double kToBeSure = 3.5;         // s that must have been heard after an event
 constexpr double kGoneAfter = 4.2;        // s without a line-up
 constexpr double kGapOfSequence = 1;      // s: no longer is silent in a sequence
@@ -101,9 +101,16 @@ void SoundWatch::Follow(const SoundFindings& found) {
     if (mSettings.expect == "auto" && !mSettings.settings) {
         mSettings.expect = found.sound.expected;
     }
+    if (mIsSteady && !mSettings.levelDb && !mSettings.settings) {
+        for (const ChannelReport& channel : found.sound.channels) {
+            if (channel.level) {
+                mSettings.levelDb = std::max(*channel.level, mSettings.levelDb.value_or(*channel.level));
+            }
+        }
+    }
     mCycle = mIsSteady ? kToneCycle : found.heard->cycle;
     mLength = std::max(kShortestStretch, kWholeCycle * mCycle);
-    mStride = mCycle / kStretchesInCycle;
+    mStride = mCycle / std::ceil(mCycle / kLongestStride - kReachOfSamples);
     mAnchor = std::max(found.heard->startsAt, static_cast<double>(mWindow.First()) / mFacts.rate);
     mHeardUntil = mAnchor;
     mNext = Samples(mAnchor);
@@ -155,9 +162,10 @@ void SoundWatch::JudgeStanding(const SoundFindings& findings, double start) {
     std::vector<CheckFault> standing;
     std::ranges::copy_if(findings.faults, std::back_inserter(standing),
                          [](const CheckFault& fault) { return !fault.at; });
-    mLedger.TakeStanding(standing, start, [this](double first, double last, std::span<const int> inputs) {
-        return Locate(first, last, inputs);
-    });
+    mLedger.TakeStanding(standing, start,
+                         [this](double first, double last, std::span<const int> inputs, std::optional<double> since) {
+                             return Locate(first, last, inputs, since);
+                         });
 }
 
 // Those at the start of a stretch are the stretches' before it, but for the first.
@@ -237,11 +245,44 @@ void SoundWatch::Note(const SoundFindings& findings, double start, double end) {
     }
 }
 
-double SoundWatch::Locate(double first, double last, std::span<const int> inputs) const {
-    if (mIsSteady || mLedger.HasMomentNear(first)) {
+// What happened at one place, or for a while, is not as it was a cycle before, and is not as it is a cycle after. After
+// a jump of time nothing is for a cycle.
+std::vector<DamagedStretch> SoundWatch::Disturbed() const {
+    constexpr double kAround = 0.02;  // s
+    std::vector<DamagedStretch> stretches;
+    for (const WatchedFault& fault : mLedger.Recent()) {
+        const bool isJump = fault.fault.id.starts_with("samples-");
+        if (!isJump && fault.fault.id != "dropout" && fault.fault.id != "click") {
+            continue;
+        }
+        const std::int64_t first = Samples(fault.begins - kAround);
+        const std::int64_t count = Samples(fault.ends.value_or(fault.begins) + kAround) - first;
+        stretches.push_back({.position = first, .count = isJump ? Samples(mCycle) : count, .reason = {}});
+        stretches.push_back({.position = first + Samples(mCycle), .count = count, .reason = {}});
+    }
+    return stretches;
+}
+
+// Each cycle is as the one before it but for where something begins, where it ends, and a cycle after both.
+double SoundWatch::Locate(double first, double last, std::span<const int> inputs, std::optional<double> since) const {
+    if (mIsSteady) {
         return last;
     }
-    const auto changed = mWindow.FirstChange(Samples(first), Samples(last + mCycle), Samples(mCycle), inputs);
+    SoundWindow::Comparison comparison{.first = Samples(first),
+                                       .end = Samples(last + mLength),
+                                       .period = Samples(mCycle),
+                                       .inputs = inputs,
+                                       .passedOver = Disturbed()};
+    if (since) {
+        SoundWindow::Comparison firstCycle = comparison;
+        const std::int64_t again = Samples(*since) + firstCycle.period;
+        firstCycle.end = std::min(again, firstCycle.end);
+        if (const auto ended = mWindow.LastChange(firstCycle)) {
+            return static_cast<double>(*ended) / mFacts.rate;
+        }
+        comparison.first = std::max(comparison.first, again);
+    }
+    const auto changed = mWindow.FirstChange(comparison);
     return changed ? static_cast<double>(*changed) / mFacts.rate : last;
 }
 

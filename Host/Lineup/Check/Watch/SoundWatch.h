@@ -21,7 +21,7 @@ namespace lineup {
 inline namespace parts {
 
 /// Checks the sound of a feed as it comes. The check of recordings is made of a stretch of somewhat more than a cycle,
-/// then of one a quarter of a cycle later, and so on: what holds in two of them running stands, and what happens at one
+/// then of one some seconds later, and so on: what holds in two of them running stands, and what happens at one
 /// place is told when a stretch has it with enough after it. Memory is the same however long the feed is.
 class LINEUP_API SoundWatch {
 public:
@@ -63,7 +63,9 @@ private:
     void FollowClock(const SoundFindings& findings);
     void Note(const SoundFindings& findings, double start, double end);
     void TellCycles(double before);
-    [[nodiscard]] double Locate(double first, double last, std::span<const int> inputs) const;
+    [[nodiscard]] std::vector<DamagedStretch> Disturbed() const;
+    [[nodiscard]] double Locate(double first, double last, std::span<const int> inputs,
+                                std::optional<double> since) const;
 
     FeedFacts mFacts;
     CheckSettings mSettings;

@@ -58,40 +58,69 @@ std::unique_ptr<SoundSource> SoundWindow::Stretch(std::int64_t first, std::int64
     return std::make_unique<StretchOfFeed>(mFacts, std::move(inputs));
 }
 
-// Mean square of what differs, of the input that differs most.
-double SoundWindow::ChangeAt(std::int64_t first, std::int64_t count, std::int64_t period,
-                             std::span<const int> inputs) const {
-    double most = 0;
+SoundWindow::Block SoundWindow::BlockAt(std::int64_t first, std::int64_t count, std::int64_t period,
+                                        std::span<const int> inputs) const {
+    Block block{.start = first};
     for (const int input : inputs) {
         const auto& samples = mInputs[static_cast<std::size_t>(input)];
         const auto now = samples.Get(first, first + count);
         const auto before = samples.Get(first - period, first - period + count);
-        double sum = 0;
+        double changes = 0;
+        double squares = 0;
         for (std::size_t i = 0; i < now.size(); ++i) {
-            const double change = static_cast<double>(now[i]) - static_cast<double>(before[i]);
-            sum += change * change;
+            const auto value = static_cast<double>(now[i]);
+            const double change = value - static_cast<double>(before[i]);
+            changes += change * change;
+            squares += value * value;
         }
-        most = std::max(most, sum / static_cast<double>(count));
+        block.change = std::max(block.change, changes / static_cast<double>(count));
+        block.power = std::max(block.power, squares / static_cast<double>(count));
     }
-    return most;
+    return block;
 }
 
-std::optional<std::int64_t> SoundWindow::FirstChange(std::int64_t first, std::int64_t end, std::int64_t period,
-                                                     std::span<const int> inputs) const {
+// Nothing where all is as it was.
+std::vector<SoundWindow::Block> SoundWindow::Compare(const Comparison& comparison) const {
     std::vector<int> all(mInputs.size());
     std::iota(all.begin(), all.end(), 0);
-    const auto block = static_cast<std::int64_t>(kChangeSeconds * mFacts.rate);
-    std::vector<double> changes;
-    first = std::max(first, First() + period);
-    for (std::int64_t at = first; at + block <= std::min(end, End()); at += block) {
-        changes.push_back(ChangeAt(at, block, period, inputs.empty() ? all : inputs));
+    const auto count = static_cast<std::int64_t>(kChangeSeconds * mFacts.rate);
+    const std::int64_t end = std::min(comparison.end, End());
+    std::vector<Block> blocks;
+    double most = 0;
+    for (std::int64_t at = std::max(comparison.first, First() + comparison.period); at + count <= end; at += count) {
+        const bool isPassedOver = std::ranges::any_of(comparison.passedOver, [&](const DamagedStretch& stretch) {
+            return at + count > stretch.position && at < stretch.position + stretch.count;
+        });
+        if (!isPassedOver) {
+            const auto inputs = comparison.inputs.empty() ? std::span<const int>(all) : comparison.inputs;
+            blocks.push_back(BlockAt(at, count, comparison.period, inputs));
+            most = std::max(most, blocks.back().change);
+        }
     }
-    if (changes.empty() || *std::ranges::max_element(changes) < kLeastChange) {
+    return most < kLeastChange ? std::vector<Block>() : blocks;
+}
+
+std::optional<std::int64_t> SoundWindow::FirstChange(const Comparison& comparison) const {
+    const std::vector<Block> blocks = Compare(comparison);
+    if (blocks.empty()) {
         return std::nullopt;
     }
-    const double bound = kOfTheMost * *std::ranges::max_element(changes);
-    const auto found = std::ranges::find_if(changes, [bound](double change) { return change > bound; });
-    return first + (found - changes.begin()) * block;
+    const double bound = kOfTheMost * std::ranges::max_element(blocks, {}, &Block::change)->change;
+    return std::ranges::find_if(blocks, [bound](const Block& block) { return block.change > bound; })->start;
+}
+
+std::optional<std::int64_t> SoundWindow::LastChange(const Comparison& comparison) const {
+    const std::vector<Block> blocks = Compare(comparison);
+    if (blocks.empty()) {
+        return std::nullopt;
+    }
+    const double bound = kOfTheMost * std::ranges::max_element(blocks, {}, &Block::change)->change;
+    const double sounds = kOfTheMost * std::ranges::max_element(blocks, {}, &Block::power)->power;
+    const auto last =
+        std::find_if(blocks.rbegin(), blocks.rend(), [bound](const Block& block) { return block.change > bound; });
+    const auto tells =
+        std::find_if(blocks.rbegin(), last, [sounds](const Block& block) { return block.power > sounds; });
+    return tells == last ? std::nullopt : std::optional(last.base()->start);
 }
 
 }  // namespace lineup

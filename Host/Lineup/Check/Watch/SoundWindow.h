@@ -34,14 +34,34 @@ public:
     /// Samples [first, end), which must be there, as a recording of their own. It holds until more is added.
     [[nodiscard]] std::unique_ptr<SoundSource> Stretch(std::int64_t first, std::int64_t end) const;
 
-    /// The first place in [first, end) where one of `inputs`, or where that is empty any, no longer is what it was
-    /// `period` samples before; to a hundredth of a second. Empty where it is all along, or too little is there.
-    [[nodiscard]] std::optional<std::int64_t> FirstChange(std::int64_t first, std::int64_t end, std::int64_t period,
-                                                          std::span<const int> inputs) const;
+    /// What is held against what was a period before.
+    struct Comparison {
+        std::int64_t first = 0;
+        std::int64_t end = 0;
+        std::int64_t period = 0;
+        std::span<const int> inputs;               ///< all, where it is empty
+        std::vector<DamagedStretch> passedOver{};  ///< what of it counts for nothing
+    };
+
+    /// The first place where one of the inputs no longer is what it was a period before; to a hundredth of a second.
+    /// Empty where it is all along, or too little is there.
+    [[nodiscard]] std::optional<std::int64_t> FirstChange(const Comparison& comparison) const;
+
+    /// The place from which on it is again what it was a period before. Empty where it never was anything else, or
+    /// nothing sounds there that would tell.
+    [[nodiscard]] std::optional<std::int64_t> LastChange(const Comparison& comparison) const;
 
 private:
-    [[nodiscard]] double ChangeAt(std::int64_t first, std::int64_t count, std::int64_t period,
-                                  std::span<const int> inputs) const;
+    // A hundredth of a second, of the input that differs most.
+    struct Block {
+        std::int64_t start = 0;
+        double change = 0;  // mean square
+        double power = 0;
+    };
+
+    [[nodiscard]] std::vector<Block> Compare(const Comparison& comparison) const;
+    [[nodiscard]] Block BlockAt(std::int64_t first, std::int64_t count, std::int64_t period,
+                                std::span<const int> inputs) const;
 
     FeedFacts mFacts;
     std::vector<sound::SlidingBuffer<float>> mInputs;

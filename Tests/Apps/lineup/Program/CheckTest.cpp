@@ -274,4 +274,33 @@ TEST_F(Check, TeachesItsUse) {
     }
 }
 
+TEST_F(Check, WatchesAStreamThatAnotherProgramSends) {
+    const auto result = Shell("'" TEST_LINEUP
+                              "' send - --ident ebu-stereo-400 --audio-codec s302m --video-codec none "
+                              "--clock free --for 15 --quiet | '" TEST_LINEUP "' check - --watch --json");
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const std::vector<json> lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 6U) << result.out;
+    for (std::size_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(lines[i]["event"], "cycle");
+        EXPECT_EQ(lines[i]["verdict"], "right");
+        EXPECT_EQ(lines[i]["number"], i + 1);
+    }
+    EXPECT_EQ(lines[5]["event"], "summary");
+    EXPECT_EQ(lines[5]["expected"], "ebu-stereo-400");
+    EXPECT_EQ(lines[5]["schema"], "lineup-watch/1");
+}
+
+TEST_F(Check, WatchesOneFeedThatCanBeRead) {
+    MakeNoise("noise.wav");
+    const auto nothing = Lineup("check noise.wav --watch");
+    EXPECT_EQ(nothing.exitCode, 3);
+    EXPECT_THAT(nothing.out, AllOf(HasSubstr("cannot tell"), HasSubstr("No identification sequence")));
+    const auto gone = Lineup("check gone.wav --watch");
+    EXPECT_EQ(gone.exitCode, 3);
+    EXPECT_THAT(gone.out, HasSubstr("there is no such file"));
+    EXPECT_EQ(Lineup("check noise.wav noise.wav --watch").exitCode, 2);
+    EXPECT_EQ(Lineup("check noise.wav --watch --report a.html").exitCode, 2);
+}
+
 }  // namespace

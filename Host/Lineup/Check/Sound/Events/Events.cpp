@@ -35,8 +35,9 @@ constexpr double kShortestSilence = 0.004;  // s
 constexpr double kLongestClick = 0.004;     // s
 constexpr double kLeastTurn = 0.005;        // radians
 constexpr double kLeastStep = 0.01;         // of the amplitude
-constexpr double kOneEvent = 0.006;         // s: what happens at several inputs within that is one thing
-constexpr double kFilterReach = 0.001;      // s
+constexpr double kTimesUsual = 10;
+constexpr double kOneEvent = 0.006;     // s: what happens at several inputs within that is one thing
+constexpr double kFilterReach = 0.001;  // s
 
 // Blocks [first, end) of an input that are not like the others.
 struct Stretch {
@@ -246,6 +247,14 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     const double middle = (*begins + *ends) / 2;
     const bool sounds = usual.amplitude > kEventSounds && usual.amplitude * usual.amplitude > usual.residual;
     if (!sounds) {
+        // A tone that stops or starts in the midst of a slot rings for as long as a click.
+        double loudest = 0;
+        for (std::size_t tone = 0; tone < before.size(); ++tone) {
+            loudest = std::max({loudest, std::abs(before[tone]), std::abs(after[tone])});
+        }
+        if (loudest > std::max(kEventSounds, kTimesUsual * usual.amplitude)) {
+            return std::nullopt;
+        }
         return length < kLongestClick
                    ? std::optional(SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}})
                    : std::nullopt;
@@ -304,15 +313,36 @@ void AddEvent(const SoundEvent& event, std::size_t input, std::vector<SoundEvent
     events.back().inputs = {input};
 }
 
+// Time jumps for all that sounds. Where half of the inputs with the same tone go on as they were, something was done to
+// the others.
+bool IsDenied(const SoundEvent& event, const std::vector<std::optional<std::size_t>>& tones) {
+    if (event.kind != SoundEvent::Kind::Jump) {
+        return false;
+    }
+    std::ptrdiff_t others = 0;
+    for (std::size_t input = 0; input < tones.size(); ++input) {
+        const bool hasIt = std::ranges::find(event.inputs, input) != event.inputs.end();
+        const bool hasTone = tones[input] && std::ranges::any_of(event.inputs, [&](std::size_t other) {
+                                 return tones[other] == tones[input];
+                             });
+        others += !hasIt && hasTone ? 1 : 0;
+    }
+    return others > 0 && others >= static_cast<std::ptrdiff_t>(event.inputs.size());
+}
+
 }  // namespace
 
 std::vector<SoundEvent> FindEvents(const History& history, const Reference& reference, const SlotMeter& meter,
                                    SlotSound& sound) {
     std::vector<SoundEvent> events;
+    std::vector<std::optional<std::size_t>> tones(sound.inputs.size());  // the loudest of those that sound
     const double pitch = meter.Where().pitch;
     for (std::size_t number = 0; number < sound.inputs.size(); ++number) {
         InputSlot& input = sound.inputs[number];
         const Usual usual = UsualOf(input);
+        if (usual.amplitude > kEventSounds && usual.amplitude * usual.amplitude > usual.residual) {
+            tones[number] = usual.tone;
+        }
         const std::vector<Stretch> stretches = BadStretches(input, usual, history.lossy);
         const std::vector<bool> there = input.there;
         Zoom zoom(history, reference, meter, sound, number);
@@ -339,6 +369,7 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
                       input.there.begin() + static_cast<std::ptrdiff_t>(stretch.end), false);
         }
     }
+    std::erase_if(events, [&tones](const SoundEvent& event) { return IsDenied(event, tones); });
     return events;
 }
 

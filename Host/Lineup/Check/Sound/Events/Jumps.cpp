@@ -133,6 +133,14 @@ double AsPhasesHaveIt(const SoundEvent& event, double lost, double reach) {
     return best;
 }
 
+// Every phase has turned by half a period: what is turned upside down looks like that too.
+bool MayBeTurnedOver(const SoundEvent& event) {
+    constexpr double kHalf = 0.5;
+    return !event.phases.empty() && std::ranges::all_of(event.phases, [](const PhaseJump& phase) {
+        return kHalf - std::abs(std::remainder(phase.lost / phase.period, 1.0)) < kPhaseKnown;
+    });
+}
+
 // How many times apart there are.
 std::size_t TimesOf(std::span<const EdgeVote> sorted) {
     std::size_t times = 0;
@@ -230,6 +238,13 @@ std::optional<double> LostBetween(std::span<const EdgeVote> edges, double at) {
 
 TimeJump ResolveJump(const History& history, const Reference& reference, const Placing& placing,
                      std::span<const EdgeVote> rough, std::span<const SlotNumber> slots, SoundEvent& event) {
+    if (MayBeTurnedOver(event)) {
+        const double period = std::ranges::min_element(event.phases, {}, &PhaseJump::period)->period;
+        const auto moved = LostBetween(FineEdges(history, reference, placing, slots, event.at, false), event.at);
+        if (moved && std::abs(*moved) < period / 4) {
+            return {event.at, 0};  // time goes on as before
+        }
+    }
     const auto coarse = LostBetween(rough, event.at);
     const bool hasMoved = coarse && std::abs(*coarse) > kShiftedNothing;
     const double first = AsPhasesHaveIt(event, hasMoved ? *coarse : 0, coarse ? kRoughlyKnown : kNotKnown);

@@ -44,7 +44,7 @@ struct EdgeVote {
 
 /// How far time jumps where `event` has it: phases know that but for whole periods, edges which of those it is. `rough`
 /// are those of followed tones; with the jump in its place, those of `slots` around it are measured. Writes the amount
-/// into the event, and whether edges knew it.
+/// into the event, and whether edges knew it. Nothing is lost where edges say so and phases are turned over.
 [[nodiscard]] TimeJump ResolveJump(const History& history, const Reference& reference, const Placing& placing,
                                    std::span<const EdgeVote> rough, std::span<const SlotNumber> slots,
                                    SoundEvent& event);

@@ -29,6 +29,7 @@ constexpr std::size_t kMostEvents = 1000;
 constexpr std::size_t kSlotsAroundJump = 8;
 constexpr double kHeardAfterJump = 3.5;  // s: long enough for an edge
 constexpr double kOwnTone = 0.03;        // of the reference's level
+constexpr double kTurnedOver = 2.4;      // radians: no time passes by as much, but what is turned upside down does
 
 double MedianOfThere(const InputSlot& input) {
     std::vector<double> residuals;
@@ -284,6 +285,9 @@ void Follower::FollowTime(const SlotSound& sound) {
                 sum += sound.inputs[input].there[block] ? sound.inputs[input].gains[m][block] : 0;
             }
             sum *= static_cast<double>(surveyed.polarity) / tones[m].gain[*surveyed.arrival.channel];
+            if (std::abs(std::arg(sum)) > kTurnedOver) {
+                continue;
+            }
             const double omega = kTurn * tones[m].frequency * mPlacing.pitch;
             weights += std::norm(sum) * omega * omega;
             late -= std::norm(sum) * omega * std::arg(sum);

@@ -7,6 +7,7 @@ namespace lineup::sound {
 
 namespace {
 
+constexpr double kOfSlot = 0.1;       // s from its end
 constexpr double kAcrossReach = 0.3;  // s on both sides: a dropout as long as that, blocks to compare with, the guard
 constexpr double kSameEvent = 0.008;  // s
 
@@ -78,7 +79,10 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
     for (const SoundEvent& event : FindEvents(*mHistory, mReference, around, sound)) {
         // Where another channel leaks, the edge of its tone looks like a click.
         const bool isEdge = event.kind == SoundEvent::Kind::Click || event.kind == SoundEvent::Kind::LevelStep;
-        if (!isEdge && !IsKnown(events, event.at) && !IsKnown(known, event.at)) {
+        // Inputs whose tone ends here are no witnesses; further away the slot's own events have theirs.
+        const bool isOfSlot =
+            event.kind == SoundEvent::Kind::Jump && std::abs(event.at - meter.EndOf(number)) > kOfSlot;
+        if (!isEdge && !isOfSlot && !IsKnown(events, event.at) && !IsKnown(known, event.at)) {
             events.push_back(event);
         }
     }

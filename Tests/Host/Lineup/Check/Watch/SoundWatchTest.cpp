@@ -101,10 +101,10 @@ void DamageOneAfterTheOther(Sound& sound) {
     ScaleAll(sound, 14, 14.05, 0);
     Scale(sound, 2, 21.5, 45.3, -1);
     ScaleAll(sound, 62, 71.5, 0);
-    Lose(sound, 93.2, 100);
+    Lose(sound, 91.7, 100);
 }
 const std::vector<Due> kOneAfterTheOther = {
-    {"dropout", 14, 0}, {"polarity-inverted", 21.5, 45.3}, {"dropout", 62, 71.5}, {"samples-lost", 93.2, 0}};
+    {"dropout", 14, 0}, {"polarity-inverted", 21.5, 45.3}, {"dropout", 62, 71.5}, {"samples-lost", 91.7, 0}};
 
 void DamageTogether(Sound& sound) {
     Scale(sound, 5, 23, 48, 0);

@@ -39,7 +39,10 @@ CheckPictures::CheckPictures(std::shared_ptr<const lineup::Importer> importer, Q
     addWidget(mScopes);
     setStretchFactor(0, 1);
     setStretchFactor(1, 1);
-    connect(&mFoundLoader, &PictureLoader::Loaded, this, &CheckPictures::ShowFound);
+    connect(&mFoundLoader, &PictureLoader::Loaded, this, [this](const std::shared_ptr<const CardPicture>& picture) {
+        mFoundTitle->setText(tr("Found at %1").arg(TimeWords(mWanted)));
+        ShowFound(picture);
+    });
     connect(&mFoundLoader, &PictureLoader::Failed, this, &CheckPictures::Failed);
     connect(&mExpectedLoader, &PictureLoader::Loaded, mExpected, &PictureView::SetPicture);
     connect(&mExpectedLoader, &PictureLoader::Failed, this, &CheckPictures::Failed);
@@ -91,7 +94,7 @@ void CheckPictures::GoTo(double seconds) {
     if (isHidden()) {
         return;
     }
-    mFoundTitle->setText(tr("Found at %1").arg(TimeWords(seconds)));
+    mWanted = seconds;
     mFoundLoader.Load([file = mFile, seconds](const PictureLoader::IsWanted& isWanted) {
         return ReadRecordingPicture(file, seconds, isWanted);
     });

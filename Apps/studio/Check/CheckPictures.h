@@ -39,6 +39,7 @@ private:
 
     std::shared_ptr<const lineup::Importer> mImporter;
     QString mFile;
+    double mWanted = 0;  // s, the place of the picture that was asked for last
     PictureLoader mFoundLoader;
     PictureLoader mExpectedLoader;
     Probes mProbes;

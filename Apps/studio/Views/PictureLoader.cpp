@@ -64,7 +64,7 @@ void PictureLoader::Deliver() {
     if (!answer || answer->number != mLastNumber) {
         return;
     }
-    if (answer->picture != nullptr) {
+    if (answer->problem.isEmpty()) {
         Q_EMIT Loaded(answer->picture);
     } else {
         Q_EMIT Failed(answer->problem);

@@ -21,7 +21,8 @@ class PictureLoader : public QObject {
     Q_OBJECT
 
 public:
-    /// Makes a picture, or throws. `isWanted` turns false once another picture is wished for, or none.
+    /// Makes a picture, null where there is none to show, or throws. `isWanted` turns false once another picture is
+    /// wished for, or none.
     using IsWanted = std::function<bool()>;
     using Maker = std::function<std::shared_ptr<const CardPicture>(const IsWanted& isWanted)>;
 
@@ -50,11 +51,11 @@ private:
     };
     struct Answer {
         std::uint64_t number = 0;
-        std::shared_ptr<const CardPicture> picture;  // none: a problem
+        std::shared_ptr<const CardPicture> picture;
         QString problem;
     };
     void Run(const std::stop_token& stop);
-    Answer Serve(const Wish& wish, const std::stop_token& stop) const;
+    [[nodiscard]] Answer Serve(const Wish& wish, const std::stop_token& stop) const;
     void Deliver();
 
     std::atomic<std::uint64_t> mLastNumber{0};  // set by the UI thread

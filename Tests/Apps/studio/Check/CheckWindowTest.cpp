@@ -159,8 +159,8 @@ TEST_F(CheckRecording, AFaultThatIsChosenIsShownAtItsPlace) {
     EXPECT_GT(lit.green(), 100);
     ClickFault("Frames differ");
     EXPECT_NEAR(Checks().Place(), 8, 0.01);
-    EXPECT_EQ(Says("foundTitle"), "Found at 0:08.000");
     WaitFor([&] { return MiddleOf("foundPicture").lightness() < 10; }, "the black frame comes");
+    EXPECT_EQ(Says("foundTitle"), "Found at 0:08.000");
     ClickFault("Dropout");
     EXPECT_NEAR(Checks().Place(), 5, 0.01);
     WaitFor([&] { return MiddleOf("foundPicture") == lit; }, "the card comes back");

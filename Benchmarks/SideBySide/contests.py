@@ -115,10 +115,20 @@ SOUNDS = (
 )
 
 RECORDING = "{lineup} render {given} --ident blits --duration {seconds} -y -q --no-sync"
+# Every frame of it stands alone, so that those that are left out save the least.
+HD_RECORDING = "{lineup} render {given_folder}/given.mov --size 1920x1080 --duration {seconds} -y -q --no-sync"
+STILL = "{lineup} render {given_folder}/given.png --size 1920x1080 -y -q --no-sync"
 CHECKS = (
     Contest("check, six channels", "{lineup} check {given}",
             (Rival("ffmpeg astats", "ffmpeg -nostdin -v error -i {given} -af astats -f null -", ">= 1"),), 600, 120, "",
             RECORDING),
+    Contest("check, HD at 25 frames a second", "{lineup} check {given_folder}/given.mov --card hd",
+            (Rival("ffmpeg decoding all of it", "ffmpeg -nostdin -v error -i {given_folder}/given.mov -f null -", ">= 1"),),
+            600, 60, "", HD_RECORDING),
+    # 100 ms behind decoding, which takes FFmpeg about 70.
+    Contest("check, a still", "{lineup} check {given_folder}/given.png --card hd",
+            (Rival("ffmpeg decoding it", "ffmpeg -nostdin -v error -i {given_folder}/given.png -f null -", ">= 0.4"),),
+            0, 0, "", STILL),
 )
 
 STARTS = (

@@ -29,6 +29,7 @@ class Runner:
             lineup=self.lineup,
             folder=self.folder,
             given=os.path.join(self.given, "given.wav"),
+            given_folder=self.given,
             seconds=seconds,
             bytes=size,
             tenths=round(seconds * 10),

@@ -18,6 +18,7 @@ import judge
 import orders
 import other_sound
 import page
+import picture_page
 import pictures
 import reached
 from workshop import Workshop
@@ -25,7 +26,7 @@ from workshop import Workshop
 CHUNK = 10  # cases of a worker's turn
 PICTURES_RIGHT_AT_LEAST = 0.995
 SEED = 1
-EVERYTHING = {"cases": 2000, "orders": 720, "hours": 10.0}
+EVERYTHING = {"cases": 2000, "orders": 720, "hours": 10.0, "pictures": 1000}
 
 
 def check(lineup, paths, arguments):
@@ -126,12 +127,17 @@ def write_page(options, folder, pool):
     measured = figures.all_figures(options.lineup, folder, check, pool, SEED)
     tallies = orders.all_orders(options.lineup, folder, check, pool, options.orders)
     heard = other_sound.all_sound(options.lineup, folder, check, pool, options.hours)
-    command = f"./dev laboratory all --cases {options.cases} --orders {options.orders} --hours {options.hours:g}"
+    seen = pictures.run_cases(options.lineup, folder, pool, range(options.pictures))
+    found = pictures.run_others(options.lineup, folder, pool, len(pictures.OTHERS))
+    command = (f"./dev laboratory all --cases {options.cases} --orders {options.orders} --hours {options.hours:g} "
+               f"--pictures {options.pictures}")
     text = page.page(command, outcomes, measured, tallies, other_sound.told(heard))
     with open(options.page, "w", encoding="utf-8") as file:
-        file.write(text)
+        file.write(picture_page.put_into(text, picture_page.section(command, seen, found, len(pictures.OTHERS))))
+    right, _, wrong, _ = picture_page.score(seen)
     return (reached.holds(judge.score(outcomes)) and all(figure.holds for figure in measured)
-            and all(tally.holds for tally in tallies) and not any(found for _, _, found in heard))
+            and all(tally.holds for tally in tallies) and not any(name for _, _, name in heard)
+            and right >= PICTURES_RIGHT_AT_LEAST * len(seen) and not wrong and not found)
 
 
 def main():
@@ -162,6 +168,8 @@ def main():
     some.add_argument("--first", type=int, default=0, help="the first one's number")
     some.add_argument("--case", type=int, help="this one alone, with all that was done")
     some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")
+    some.add_argument("--others", type=int, default=100, help="how many of those that are no card [all]")
+    some.add_argument("--page", help="the page whose section about pictures is to be written")
     some.set_defaults(show=show_pictures)
     some = what.add_parser("all", help="everything, and the page about it")
     for name, value in EVERYTHING.items():

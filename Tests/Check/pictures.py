@@ -7,6 +7,7 @@ import shutil
 import subprocess
 from dataclasses import dataclass
 
+import picture_page
 from picture_chains import FOR_LOSSLESS, FOR_LOSSY, LOSSLESS, LOSSY, RGB
 from picture_converters import CONVERTERS, remuxed, through_gstreamer
 from picture_damages import FAMILIES, Sheet
@@ -203,24 +204,36 @@ def judge_other(work):
     return OTHERS[index], (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
 
 
+def run_cases(lineup, folder, pool, numbers):
+    chunks = [(lineup, folder, numbers[i:i + 2]) for i in range(0, len(numbers), 2)]
+    return [result for some in pool.imap(judge_pictures, chunks) for result in some]
+
+
+def run_others(lineup, folder, pool, most):
+    """The pictures that were taken for a card and are none."""
+    works = [(lineup, folder, i) for i in range(min(most, len(OTHERS)))]
+    return [entry for entry in pool.imap(judge_other, works) if entry[1] or entry[2]]
+
+
 def show(options, folder, pool):
-    numbers = range(options.first, options.first + options.cases)
-    chunks = [(options.lineup, folder, numbers[i:i + 2]) for i in range(0, len(numbers), 2)]
-    results = [result for some in pool.imap(judge_pictures, chunks) for result in some]
+    results = run_cases(options.lineup, folder, pool, range(options.first, options.first + options.cases))
     for result in results:
         if not result.right:
             print(f"case {result.picture.number} ({result.picture.name}): due {result.picture.sheet.due}, "
                   f"{result.verdict} {result.got} {result.wrong_numbers}")
-    undamaged = [result for result in results if not result.picture.families]
-    wrong = [result for result in undamaged if result.got]
-    right = sum(result.right for result in results)
-    print(f"pictures {len(results)}, right {right}, undamaged {len(undamaged)}, undamaged wrong {len(wrong)}, "
-          f"patches off by {max((result.off for result in undamaged if not result.picture.bars), default=0):.2f} codes "
-          "at most")
-    found = [entry for entry in pool.imap(judge_other, [(options.lineup, folder, i) for i in range(len(OTHERS))])
-             if entry[1] or entry[2]]
+    right, undamaged, wrong, off = picture_page.score(results)
+    print(f"pictures {len(results)}, right {right}, undamaged {undamaged}, undamaged wrong {wrong}, "
+          f"patches off by {off:.2f} codes at most")
+    found = run_others(options.lineup, folder, pool, options.others)
     for entry in found:
         print(f"found in what is no card: {entry}")
+    if options.page:
+        command = f"./dev laboratory pictures --cases {options.cases} --first {options.first}"
+        with open(options.page, encoding="utf-8") as file:
+            page = file.read()
+        with open(options.page, "w", encoding="utf-8") as file:
+            file.write(picture_page.put_into(page, picture_page.section(command, results, found,
+                                                                 min(options.others, len(OTHERS)))))
     return right >= options.at_least * len(results) and not wrong and not found
 
 

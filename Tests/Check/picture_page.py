@@ -1,0 +1,61 @@
+"""What the laboratory's page says of pictures: a section of its own, at the end."""
+
+import collections
+
+HEADING = "## Pictures\n"
+
+RULE = """The card, or bars of FFmpeg and GStreamer, from 640x360 to UHD, damaged by filters of FFmpeg and converters of GStreamer,
+through codecs, and with tags that bit stream filters and muxers rewrote. A case is right when exactly the faults that
+are due are named, with their sizes; what a damage may bring along, such as 8 bits of a filter, may be named or not.
+`{command}`"""
+
+
+def tally(results, names_of):
+    counts = collections.Counter()
+    for result in results:
+        for name in names_of(result.picture):
+            counts[name, "cases"] += 1
+            counts[name, "right"] += result.right
+    return counts
+
+
+def table(head, results, names_of):
+    counts = tally(results, names_of)
+    names = sorted({name for name, _ in counts})
+    return "\n".join([f"| {head} | cases | right |", "| --- | ---: | ---: |",
+                      *(f"| {name} | {counts[name, 'cases']} | {counts[name, 'right']} |" for name in names)])
+
+
+def families_of(picture):
+    return picture.families or (f"undamaged, {picture.bars}'s bars" if picture.bars else "undamaged",)
+
+
+def size_of(picture):
+    return ("{}x{}".format(*picture.sheet.sent),)
+
+
+def score(results):
+    undamaged = [result for result in results if not result.picture.families]
+    wrong = [result for result in undamaged if result.got]
+    own = [result.off for result in undamaged if not result.picture.bars]
+    right = sum(result.right for result in results)
+    return right, len(undamaged), len(wrong), max(own, default=0)
+
+
+def section(command, results, found, others):
+    right, undamaged, wrong, off = score(results)
+    told = (f"{len(results)} cases: {right} right, {100 * right / max(1, len(results)):.2f} %. In {undamaged} nothing was "
+            f"due; in {wrong} of these something was named. Patches of undamaged cards are off by {off:.2f} codes at most.\n"
+            f"Of {others} pictures that are no card, {len(found)} were taken for one.")
+    missed = [f"- case {result.picture.number} ({result.picture.name}): due {', '.join(result.picture.sheet.due) or 'nothing'}; "
+              f"named {', '.join(result.got) or 'nothing'}" for result in results if not result.right]
+    parts = [HEADING + "\n" + RULE.replace("{command}", command), told,
+             *(["Those that are wrong:", "\n".join(missed)] if missed else []),
+             table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
+             table("size", results, size_of)]
+    return "\n\n".join(parts) + "\n"
+
+
+def put_into(page, text):
+    """The page with this section in place of the one that it had."""
+    return page.split(HEADING)[0].rstrip("\n") + "\n\n" + text

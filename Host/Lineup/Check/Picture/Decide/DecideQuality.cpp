@@ -11,6 +11,7 @@ namespace lineup::picture {
 namespace {
 
 constexpr int kDeepest = 12;           // bits: files of more hold pictures of fewer as a matter of course
+constexpr double kBanded = 2.5;        // times fewer codes in the ramp: a lower gain and clipping take some too
 constexpr double kCoarserThan = 2.9;   // samples of colour, and a pixel
 constexpr double kShifted = 1.0;       // pixels: what is said of where colour lies is not always true
 constexpr double kShiftOfBlur = 0.35;  // of an edge of colour
@@ -22,14 +23,31 @@ bool IsEnlarged(const PictureCase& known) {
     return place.width > known.seen->head.width * kOwnScale || place.height > known.seen->head.height * kOwnScale;
 }
 
+// Bits that would do for as many steps as the ramp has. What a lossy codec leaves of it says nothing.
+double BitsOfSteps(const PictureCase& known, const RampSteps& ramp) {
+    const double share = static_cast<double>(ramp.due) / ramp.distinct;
+    const bool isLossless = (known.facts->flags & decoding::kLossless) != 0;
+    return isLossless && share > kBanded ? ramp.bits - std::log2(share) : ramp.bits;
+}
+
 void DecideBits(const PictureCase& known, PictureFindings& findings) {
     const auto& ramp = known.seen->ramp;
-    if (!ramp || ramp->bits > kDeepest || ramp->used >= ramp->bits) {
+    if (!ramp || ramp->bits > kDeepest) {
         return;
     }
-    findings.faults.push_back(
-        MakePictureFault("bits-truncated", ramp->used, ramp->bits,
-                         fmt::format("The ramp has no more than {} bits, in a file of {}.", ramp->used, ramp->bits)));
+    if (ramp->used < ramp->bits) {
+        findings.faults.push_back(MakePictureFault(
+            "bits-truncated", ramp->used, ramp->bits,
+            fmt::format("The ramp has no more than {} bits, in a file of {}.", ramp->used, ramp->bits)));
+        return;
+    }
+    const double bits = BitsOfSteps(known, *ramp);
+    if (bits < ramp->bits) {
+        findings.faults.push_back(
+            MakePictureFault("bits-truncated", bits, ramp->bits,
+                             fmt::format("The ramp has bands: {} codes, where {} bits have {} in the same place.",
+                                         ramp->distinct, ramp->bits, ramp->due)));
+    }
 }
 
 void DecideSoftness(const PictureCase& known, PictureFindings& findings) {

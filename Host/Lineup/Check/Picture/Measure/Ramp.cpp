@@ -9,8 +9,9 @@ namespace lineup::picture {
 
 namespace {
 
-constexpr double kInside = 0.1;     // of the ramp's height and width, that is left out at each side
-constexpr int kFewestDistinct = 8;  // codes, of a ramp worth the name
+constexpr double kInside = 0.1;  // of the ramp's height and width, that is left out at each side
+constexpr double kShare = (1 - 2 * kInside) * 219 / 256;  // of all codes, that the rest of it goes through
+constexpr int kFewestDistinct = 8;                        // codes, of a ramp worth the name
 
 }  // namespace
 
@@ -20,6 +21,7 @@ std::optional<RampSteps> MeasureRamp(const DecodedPicture& picture, const CardMo
     std::vector<bool> seen(std::size_t{1} << picture.head.bits, false);
     unsigned changing = 0;
     std::optional<unsigned> first;
+    int across = 0;
     for (const Box& ramp : model.ramps) {
         const Box box = place.Of(ramp);
         const auto inside = [](double from, double to, int count) {
@@ -29,6 +31,7 @@ std::optional<RampSteps> MeasureRamp(const DecodedPicture& picture, const CardMo
         };
         const auto [left, right] = inside(box.left, box.right, width);
         const auto [top, bottom] = inside(box.top, box.bottom, height);
+        across = std::max(across, right - left);
         for (int y = top; y < bottom; ++y) {
             for (int x = left; x < right; ++x) {
                 const unsigned code = picture.planes[0][static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
@@ -44,7 +47,9 @@ std::optional<RampSteps> MeasureRamp(const DecodedPicture& picture, const CardMo
         return std::nullopt;
     }
     const int bits = static_cast<int>(picture.head.bits);
-    return RampSteps{.bits = bits, .used = bits - std::countr_zero(changing), .distinct = distinct};
+    const auto codes = static_cast<int>(kShare * std::ldexp(1.0, bits));
+    return RampSteps{
+        .bits = bits, .used = bits - std::countr_zero(changing), .distinct = distinct, .due = std::min(across, codes)};
 }
 
 }  // namespace lineup::picture

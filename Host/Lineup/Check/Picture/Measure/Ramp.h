@@ -13,6 +13,7 @@ struct RampSteps {
     int bits = 0;      ///< of the file
     int used = 0;      ///< bits of them that ever change: lower ones stand still
     int distinct = 0;  ///< codes
+    int due = 0;       ///< codes that a ramp as wide as this one can show at that depth
 };
 
 /// Empty where there is no ramp in the frame.

@@ -65,7 +65,7 @@ PictureFindings Examine(const std::vector<DecodedPicture>& frames, const std::st
     lineup::CheckSettings settings;
     settings.card = card;
     PictureExaminer examiner(TheClip(), settings);
-    examiner.OnFacts({.frameRate = 25, .flags = 0, .isStill = 0, .codec = {}});
+    examiner.OnFacts({.frameRate = 25, .flags = lineup::decoding::kLossless, .isStill = 0, .codec = {}});
     double seconds = 0;
     for (DecodedPicture frame : frames) {
         frame.head.seconds = seconds;
@@ -123,6 +123,8 @@ TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
          [](Codes& c) {
              c = {std::floor(c[0]), std::floor(c[1]), std::floor(c[2])};
          }},
+        {"bits-truncated",  // 64 bands, no bit of which stands still
+         [](Codes& c) { c[0] = 16 + std::round((c[0] - 16) * 63 / 219) * 219 / 63; }},
     };
     for (const Damage& damage : damages) {
         EXPECT_THAT(IdsOf(Examine({Frame(damage.change)})), ElementsAre(damage.id));

@@ -24,7 +24,6 @@ import reached
 from workshop import Workshop
 
 CHUNK = 10  # cases of a worker's turn
-PICTURES_RIGHT_AT_LEAST = 0.995
 SEED = 1
 EVERYTHING = {"cases": 2000, "orders": 720, "hours": 10.0, "pictures": 1000}
 
@@ -137,7 +136,7 @@ def write_page(options, folder, pool):
     right, _, wrong, _ = picture_page.score(seen)
     return (reached.holds(judge.score(outcomes)) and all(figure.holds for figure in measured)
             and all(tally.holds for tally in tallies) and not any(name for _, _, name in heard)
-            and right >= PICTURES_RIGHT_AT_LEAST * len(seen) and not wrong and not found)
+            and right >= reached.PICTURES_REACHED * len(seen) and not wrong and not found)
 
 
 def main():
@@ -163,8 +162,8 @@ def main():
     some.set_defaults(show=show_other)
     some = what.add_parser("pictures", help="damaged pictures, and what is named")
     some.add_argument("--cases", type=int, default=200, help="how many [200]")
-    some.add_argument("--at-least", type=float, default=PICTURES_RIGHT_AT_LEAST, metavar="PART",
-                      help=f"how many must be right [{PICTURES_RIGHT_AT_LEAST}]")
+    some.add_argument("--at-least", type=float, default=reached.PICTURES_REACHED, metavar="PART",
+                      help=f"how many must be right [{reached.PICTURES_REACHED}]")
     some.add_argument("--first", type=int, default=0, help="the first one's number")
     some.add_argument("--case", type=int, help="this one alone, with all that was done")
     some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")

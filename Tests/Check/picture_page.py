@@ -2,6 +2,8 @@
 
 import collections
 
+import reached
+
 HEADING = "## Pictures\n"
 
 RULE = """The card, or bars of FFmpeg and GStreamer, from 640x360 to UHD, damaged by filters of FFmpeg and converters of GStreamer,
@@ -46,6 +48,7 @@ def section(command, results, found, others):
     right, undamaged, wrong, off = score(results)
     told = (f"{len(results)} cases: {right} right, {100 * right / max(1, len(results)):.2f} %. In {undamaged} nothing was "
             f"due; in {wrong} of these something was named. Patches of undamaged cards are off by {off:.2f} codes at most.\n"
+            f"The aim is {100 * reached.PICTURES_AIM:g} %; a release must have {100 * reached.PICTURES_REACHED:g} % at least.\n"
             f"Of {others} pictures that are no card, {len(found)} were taken for one.")
     missed = [f"- case {result.picture.number} ({result.picture.name}): due {', '.join(result.picture.sheet.due) or 'nothing'}; "
               f"named {', '.join(result.got) or 'nothing'}" for result in results if not result.right]

@@ -30,6 +30,11 @@ struct WatchedClocks {
     /// How fast what was sent is played against the feed's own sample rate: by the phase of its tones, over all that
     /// was heard since the last interruption. Above 0 is too fast.
     std::optional<double> soundPpm;
+    /// How fast the sender's clock, by its time stamps, goes against this machine's: of a URL, once it is known to a
+    /// few millionths. Above 0 is too fast.
+    std::optional<double> senderPpm;
+    /// How far apart packets arrived, against their stamps, in ms, since the cycle before: of a URL.
+    std::optional<double> arrivalMs;
 };
 
 /// A cycle of a sequence; of a steady tone, four seconds of it.

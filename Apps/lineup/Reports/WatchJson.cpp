@@ -15,7 +15,9 @@ const char* EventOf(const lineup::WatchedFault& fault) {
 }
 
 ordered_json ClocksJson(const lineup::WatchedClocks& clocks) {
-    return {{"soundPpm", OrNull(clocks.soundPpm)}};
+    return {{"soundPpm", OrNull(clocks.soundPpm)},
+            {"senderPpm", OrNull(clocks.senderPpm)},
+            {"arrivalMs", OrNull(clocks.arrivalMs)}};
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 namespace cli {
@@ -34,12 +35,14 @@ std::string GainText(const lineup::WatchedCycle& cycle) {
                : fmt::format("  {:.2f} to {:.2f} dB", rounded(*cycle.leastGain), rounded(*cycle.mostGain));
 }
 
-std::string ClocksText(const lineup::WatchedClocks& clocks) {
+std::string PpmText(const char* name, const std::optional<double>& ppm) {
     constexpr double kStill = 0.05;
-    if (!clocks.soundPpm) {
-        return {};
-    }
-    return fmt::format("  sound {:+.1f} ppm", std::abs(*clocks.soundPpm) < kStill ? 0.0 : *clocks.soundPpm);
+    return ppm ? fmt::format("  {} {:+.1f} ppm", name, std::abs(*ppm) < kStill ? 0.0 : *ppm) : "";
+}
+
+std::string ClocksText(const lineup::WatchedClocks& clocks) {
+    return PpmText("sound", clocks.soundPpm) + PpmText("sender", clocks.senderPpm) +
+           (clocks.arrivalMs ? fmt::format("  arrival {:.1f} ms", *clocks.arrivalMs) : "");
 }
 
 std::string LineupName(const std::string& expected) {

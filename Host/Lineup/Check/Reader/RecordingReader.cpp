@@ -16,6 +16,8 @@ namespace {
 
 using decoding::EndCause;
 
+constexpr std::size_t kMostArrivals = 4096;
+
 std::string WithCause(const std::string& sentence, const std::string& cause) {
     return cause.empty() ? sentence : fmt::format("{}: {}", sentence, cause);
 }
@@ -94,6 +96,10 @@ void RecordingReader::TakeUp(const DecoderMessage& message) {
         mTracks->Add(*damage);
     } else if (const auto* const end = std::get_if<decoding::End>(&message)) {
         Finish(*end);
+    } else if (const auto* const arrival = std::get_if<decoding::Arrival>(&message)) {
+        if (mArrivals.size() < kMostArrivals) {
+            mArrivals.push_back(*arrival);
+        }
     } else {
         mPictures.TakeUp(message);
     }

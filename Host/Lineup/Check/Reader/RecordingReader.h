@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lineup {
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] std::vector<DamagedStretch> Damage() const override { return mTracks->Damage(); }
     /// Those that have been read since it was asked for the last time.
     [[nodiscard]] std::vector<DamagedStretch> TakeDamage() { return mTracks->TakeDamage(); }
+    /// When samples came in over a network, since it was asked for the last time; of that a limited number.
+    [[nodiscard]] std::vector<decoding::Arrival> TakeArrivals() { return std::exchange(mArrivals, {}); }
     [[nodiscard]] std::optional<std::string> EndedBecause() const override { return mEndedBecause; }
 
     /// Whether reading ended because something went wrong, and not because the recording is over, was cut off or
@@ -76,6 +79,7 @@ private:
     std::optional<DecodedTracks> mTracks;
     std::optional<double> mSeconds;
     PictureAssembly mPictures;
+    std::vector<decoding::Arrival> mArrivals;
     bool mHasBegun = false;
     bool mHasEnded = false;
     bool mHasBrokenOff = false;

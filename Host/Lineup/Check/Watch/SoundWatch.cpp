@@ -302,6 +302,11 @@ void SoundWatch::TellCycles(double before) {
         cycle.leastGain = figures.leastGain;
         cycle.mostGain = figures.mostGain;
         cycle.clocks = figures.clocks;
+        cycle.clocks.senderPpm = mClock.SenderPpm();
+        cycle.clocks.arrivalMs = mClock.TakeSpreadMs();
+        if (cycle.clocks.arrivalMs) {
+            mReport->clocks.arrivalMs = std::max(*cycle.clocks.arrivalMs, mReport->clocks.arrivalMs.value_or(0));
+        }
         mReport->rightCycles += cycle.verdict == CheckVerdict::Right ? 1 : 0;
         mLedger.Forget(cycle.start - kKeptSeconds);
         if (mListener->onCycle) {
@@ -320,6 +325,7 @@ void SoundWatch::Finish() {
         TellCycles(Seconds() + kReachOfSamples);
     }
     mReport->seconds = Seconds();
+    mReport->clocks.senderPpm = mClock.SenderPpm();
     mReport->verdict = !mReport->faults.empty() ? CheckVerdict::Faults
                        : mWasRight              ? CheckVerdict::Right
                                                 : CheckVerdict::CannotTell;

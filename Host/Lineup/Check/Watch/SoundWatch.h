@@ -4,6 +4,7 @@
 #include <lineup/Watch.h>
 #include "Host/Lineup/Check/Sound/CheckSound.h"
 #include "Host/Lineup/Check/Watch/FaultLedger.h"
+#include "Host/Lineup/Check/Watch/FeedClock.h"
 #include "Host/Lineup/Check/Watch/SoundWindow.h"
 
 #include <cstddef>
@@ -35,6 +36,9 @@ public:
 
     /// Takes what could not be read; what was heard of it says more.
     void AddDamage(const DamagedStretch& damage);
+
+    /// What is stamped `stamp` s by the sender's clock has arrived at `arrived` s of this machine's.
+    void Arrives(double stamp, double arrived) { mClock.Add(stamp, arrived); }
 
     /// The feed has ended.
     void Finish();
@@ -74,6 +78,7 @@ private:
     WatchReport* mReport;
     SoundWindow mWindow;
     FaultLedger mLedger;
+    FeedClock mClock;
     std::int64_t mNextLook = 0;
 
     bool mIsFollowing = false;

@@ -72,6 +72,9 @@ void WatchSound(RecordingReader& reader, const std::shared_ptr<const Importer>& 
                 damage.position -= std::llround(origin * facts.rate);
                 watch.AddDamage(damage);
             }
+            for (const decoding::Arrival& arrival : reader.TakeArrivals()) {
+                watch.Arrives(arrival.stamp, arrival.arrived);
+            }
             seconds = watch.Seconds();
             if (listener.progress && !listener.progress(seconds, reader.Seconds())) {
                 break;

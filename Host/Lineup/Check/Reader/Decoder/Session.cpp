@@ -61,8 +61,12 @@ double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound)
 
 class Session {
 public:
-    Session(MediaInput& input, MessageWriter& out, const Wanted& wanted, bool isLive)
-        : mInput(&input), mOut(&out), mWanted(wanted), mIsLive(isLive) {}
+    Session(MediaInput& input, MessageWriter& out, const Wanted& wanted, InputKind kind)
+        : mInput(&input),
+          mOut(&out),
+          mWanted(wanted),
+          mIsLive(kind != InputKind::File),
+          mIsFeed(kind == InputKind::Url) {}
 
     void OpenTracks() {
         const int pictures = mWanted.picture ? FindPictures(mInput->Format()) : kNoStream;
@@ -116,6 +120,9 @@ public:
                 mPictures->Decode(packet.get(), *mOut);
                 SayWhetherReading();
             } else if (track != nullptr) {
+                if (mIsFeed && track == mTracks.front().get()) {
+                    track->Arrives(std::chrono::duration<double>(Clock::now() - mBegun).count());
+                }
                 track->Decode(packet.get(), *mOut);
                 mNextReading = Clock::now() + kSayEvery;
             } else {
@@ -201,6 +208,8 @@ private:
     MessageWriter* mOut;
     Wanted mWanted;
     bool mIsLive;
+    bool mIsFeed;  // it comes over a network
+    Clock::time_point mBegun = Clock::now();
     std::optional<PictureTrack> mPictures;
     int mPictureStream = kNoStream;
     std::uint32_t mLeftOut = 0;
@@ -217,7 +226,7 @@ End Decode(InputKind kind, const std::string& name, std::chrono::milliseconds st
     };
     try {
         MediaInput input(kind, name, stall);
-        Session session(input, out, wanted, kind != InputKind::File);
+        Session session(input, out, wanted, kind);
         session.OpenTracks();
         session.DecodeAll();
         return end(EndCause::Whole, "");

@@ -56,7 +56,8 @@ SoundTrack::SoundTrack(const AVStream& stream, std::uint32_t index, std::uint32_
       mChannels(stream.codecpar->ch_layout.nb_channels),
       mDecoder(OpenSoundDecoder(stream)),
       mFrame(RequireMemory(av_frame_alloc())),
-      mClock(mOwnRate, origin) {}
+      mClock(mOwnRate, origin),
+      mOrigin(origin) {}
 
 Track SoundTrack::Facts() const {
     std::array<char, 64> layout{};
@@ -134,6 +135,11 @@ void SoundTrack::TakeFrame(MessageWriter& out) {
     }
     mHasBegun = true;
     mTrouble.clear();
+    if (mArrived && stamp != AV_NOPTS_VALUE) {
+        out.Write(Arrival{.position = AtRate(place.position),
+                          .stamp = static_cast<double>(stamp) * tick - mOrigin,
+                          .arrived = *mArrived});
+    }
     Write(place, out);
 }
 

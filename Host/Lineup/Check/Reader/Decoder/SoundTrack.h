@@ -24,6 +24,9 @@ public:
     /// damage once something after it can.
     void Decode(const AVPacket* packet, MessageWriter& out);
 
+    /// What is decoded next came in over a network, at this second of this machine's clock: that is said too.
+    void Arrives(double seconds) { mArrived = seconds; }
+
     /// Why the last packets of the track could not be decoded; empty when they could.
     [[nodiscard]] const std::string& Trouble() const noexcept { return mTrouble; }
 
@@ -45,6 +48,8 @@ private:
     AvCodecContext mDecoder;
     AvFrame mFrame;
     TrackClock mClock;
+    double mOrigin;
+    std::optional<double> mArrived;
     std::optional<Resampler> mResampler;
     std::int64_t mResampledEnd = 0;
     bool mHasBegun = false;

@@ -94,6 +94,8 @@ DecoderMessage MessageReader::Parse(MessageKind kind, std::span<const std::byte>
             return ParseLines(body);
         case MessageKind::PictureEnd:
             return ParsePictureEnd(body);
+        case MessageKind::Arrival:
+            return ParseArrival(body);
         case MessageKind::End: {
             const auto end = WholeBody<End>(body);
             RequireSense(end.cause <= static_cast<std::uint32_t>(EndCause::RaggedEnd), "it ends for no known cause");
@@ -163,6 +165,18 @@ DecoderMessage MessageReader::ParseReading(std::span<const std::byte> body) {
     RequireSense(reading.bytes > mBytesRead, "it goes on without going on");
     mBytesRead = reading.bytes;
     return reading;
+}
+
+DecoderMessage MessageReader::ParseArrival(std::span<const std::byte> body) {
+    const auto arrival = WholeBody<decoding::Arrival>(body);
+    RequireSense(mStage == Stage::Running && !mTracks.empty(), "something arrives for no track");
+    RequireSense(arrival.position >= 0 && arrival.position < decoding::kLastPosition,
+                 "it arrives at no possible place");
+    RequireSense(std::abs(arrival.stamp) <= decoding::kLastSecond && arrival.arrived >= mArrived &&
+                     arrival.arrived <= decoding::kLastSecond,
+                 "it arrives at no possible time");
+    mArrived = arrival.arrived;
+    return arrival;
 }
 
 std::string FieldText(std::span<const char> field) {

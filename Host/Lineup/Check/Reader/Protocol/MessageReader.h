@@ -49,9 +49,9 @@ struct DecodedLines {
     bool isLast = false;  ///< the frame is whole
 };
 
-using DecoderMessage =
-    std::variant<decoding::Hello, decoding::Track, decoding::Begin, DecodedSamples, decoding::Damage, decoding::Reading,
-                 decoding::End, decoding::Picture, decoding::Frame, DecodedLines, decoding::PictureEnd>;
+using DecoderMessage = std::variant<decoding::Hello, decoding::Track, decoding::Begin, DecodedSamples, decoding::Damage,
+                                    decoding::Reading, decoding::End, decoding::Picture, decoding::Frame, DecodedLines,
+                                    decoding::PictureEnd, decoding::Arrival>;
 
 /// The size of a plane of `frame`.
 [[nodiscard]] LINEUP_API std::size_t PlaneWidth(const decoding::Frame& frame, std::uint32_t plane);
@@ -81,6 +81,7 @@ private:
     [[nodiscard]] DecoderMessage ParseFrame(std::span<const std::byte> body);
     [[nodiscard]] DecoderMessage ParseLines(std::span<const std::byte> body);
     [[nodiscard]] DecoderMessage ParsePictureEnd(std::span<const std::byte> body) const;
+    [[nodiscard]] DecoderMessage ParseArrival(std::span<const std::byte> body);
     [[nodiscard]] DecoderMessage ParseReading(std::span<const std::byte> body);
 
     enum class Stage : std::uint8_t { Start, Naming, Running, Ended };
@@ -98,6 +99,7 @@ private:
     std::uint32_t mNextPlane = 0;  // of the frame, as are the lines; all planes are there where no frame is under way
     std::uint32_t mNextLine = 0;
     std::int64_t mBytesRead = 0;
+    double mArrived = 0;
 };
 
 /// What a text field holds, readable as it is: up to the first zero, and '?' for what is not printable ASCII.

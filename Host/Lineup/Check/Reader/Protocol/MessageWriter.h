@@ -29,6 +29,7 @@ public:
     void Write(const End& body) { Put(MessageKind::End, body); }
     void Write(const Picture& body) { Put(MessageKind::Picture, body); }
     void Write(const Frame& body) { Put(MessageKind::Frame, body); }
+    void Write(const Arrival& body) { Put(MessageKind::Arrival, body); }
     void Write(const PictureEnd& body) { Put(MessageKind::PictureEnd, body); }
 
     /// Makes room for a message of samples and returns where they go, head.count * head.channels of them.

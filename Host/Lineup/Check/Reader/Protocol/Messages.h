@@ -8,14 +8,14 @@
 /// header and a body of a fixed layout in this machine's byte order.
 ///
 ///   Hello, then Track for each track from 0 on, Picture where there are pictures, then Begin, then Samples, Damage,
-///   Frame, Lines and Reading as they come, PictureEnd where there were pictures, then End.
+///   Frame, Lines, Arrival and Reading as they come, PictureEnd where there were pictures, then End.
 ///
 /// Lines follow their Frame, plane after plane and from the top down, until the last plane is whole; no other Frame
 /// comes before. Reading may come anywhere after Hello. End may come at any time after Hello, and nothing after it. The
 /// program that listens believes none of it: MessageReader says what holds of what it lets through.
 namespace lineup::decoding {
 
-inline constexpr std::uint32_t kProtocolVersion = 2;
+inline constexpr std::uint32_t kProtocolVersion = 3;
 
 /// The descriptors that the decoding program is started with, beside standard error.
 inline constexpr int kInputDescriptor = 0;    ///< the recording, where it is no URL
@@ -43,7 +43,8 @@ enum class MessageKind : std::uint32_t {
     Picture,
     Frame,
     Lines,
-    PictureEnd
+    PictureEnd,
+    Arrival
 };
 
 struct MessageHeader {
@@ -107,6 +108,13 @@ struct Damage {
     std::int64_t position;
     std::int64_t count;  ///< samples, 0 where it is not known
     TextField<128> reason;
+};
+
+/// When samples came in over a network. Of the first track alone.
+struct Arrival {
+    std::int64_t position;  ///< of the first of a packet
+    double stamp;           ///< s by the sender's clock, from where the sound begins
+    double arrived;         ///< s by this machine's clock, from when reading began; does not go back
 };
 
 /// Work goes on without samples. `bytes` is how many have been read so far, and grows from message to message.
@@ -178,6 +186,6 @@ struct End {
 
 static_assert(sizeof(Hello) == 8 && sizeof(Track) == 120 && sizeof(Begin) == 80 && sizeof(Samples) == 24 &&
               sizeof(Damage) == 152 && sizeof(Reading) == 8 && sizeof(End) == 200 && sizeof(Picture) == 48 &&
-              sizeof(Frame) == 136 && sizeof(Lines) == 16 && sizeof(PictureEnd) == 24);
+              sizeof(Frame) == 136 && sizeof(Lines) == 16 && sizeof(PictureEnd) == 24 && sizeof(Arrival) == 24);
 
 }  // namespace lineup::decoding

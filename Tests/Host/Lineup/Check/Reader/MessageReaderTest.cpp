@@ -105,7 +105,7 @@ TEST(MessageReader, TakesNoMessageOutOfItsPlace) {
 }
 
 TEST(MessageReader, TakesNoMessageOfAnotherKindOrSize) {
-    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{12}, 0.0)), HasSubstr("of no known kind"));
+    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{13}, 0.0)), HasSubstr("of no known kind"));
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind{0}, 0.0)), HasSubstr("of no known kind"));
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Track, 0.0)), HasSubstr("another size"));
     EXPECT_THAT(ReadAll(Words().Add(MessageKind::Hello, char{1})), HasSubstr("no possible size"));
@@ -198,6 +198,20 @@ TEST(MessageReader, TakesNoSignOfWorkWithoutWork) {
     EXPECT_EQ(ReadAll(Words().Hello().Add(MessageKind::Reading, Reading{1}).Add(MessageKind::Reading, Reading{2})), "");
     EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Reading, Reading{2}).Add(MessageKind::Reading, Reading{2})),
                 HasSubstr("goes on without going on"));
+}
+
+TEST(MessageReader, TakesNoArrivalAtNoPossiblePlaceOrTime) {
+    using lineup::decoding::Arrival;
+    const Arrival right{.position = 7, .stamp = -1, .arrived = 2};
+    const auto said = [&](const Arrival& second) {
+        return ReadAll(StartedWith(MessageKind::Arrival, right).Add(MessageKind::Arrival, second));
+    };
+    EXPECT_EQ(said(right), "");
+    EXPECT_THAT(said({.position = -1, .stamp = 0, .arrived = 2}), HasSubstr("no possible place"));
+    EXPECT_THAT(said({.position = 7, .stamp = 0, .arrived = 1.9}), HasSubstr("no possible time"));
+    EXPECT_THAT(said({.position = 7, .stamp = std::nan(""), .arrived = 2}), HasSubstr("no possible time"));
+    EXPECT_THAT(said({.position = 7, .stamp = 0, .arrived = std::nan("")}), HasSubstr("no possible time"));
+    EXPECT_THAT(ReadAll(Words().Hello().Add(MessageKind::Arrival, right)), HasSubstr("for no track"));
 }
 
 TEST(MessageReader, TakesNoEndForAnUnknownCause) {

@@ -1,0 +1,110 @@
+#include "Tests/Host/Lineup/Check/Watch/UdpRelay.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <netinet/in.h>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace test {
+
+namespace {
+
+constexpr std::int64_t kMostWaiting = 16384;  // bytes in the listener's queue
+
+sockaddr_in Local(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    return address;
+}
+
+std::uint16_t FreePort() {
+    const int number = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = Local(0);
+    socklen_t size = sizeof address;
+    const bool isBound = bind(number, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                         getsockname(number, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+    close(number);
+    if (!isBound) {
+        throw std::runtime_error("there is no free port on 127.0.0.1");
+    }
+    return ntohs(address.sin_port);
+}
+
+// Bytes that wait for whoever listens at the port; empty where nobody does.
+std::optional<std::int64_t> Waiting(std::uint16_t port) {
+    std::array<char, 8> wanted{};
+    std::snprintf(wanted.data(), wanted.size(), ":%04X", static_cast<unsigned>(port));
+    std::ifstream sockets("/proc/net/udp");
+    for (std::string line; std::getline(sockets, line);) {
+        std::istringstream words(line);
+        std::string slot;
+        std::string local;
+        std::string remote;
+        std::string state;
+        std::string queues;
+        words >> slot >> local >> remote >> state >> queues;
+        if (local.ends_with(wanted.data())) {
+            return std::stoll(queues.substr(queues.find(':') + 1), nullptr, 16);
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+UdpRelay::UdpRelay(std::string stream, RelayDamage damage)
+    : mStream(std::move(stream)),
+      mDamage(std::move(damage)),
+      mPort(FreePort()),
+      mThread([this](const std::stop_token& stop) { Run(stop); }) {}
+
+std::string UdpRelay::Address() const {
+    return "127.0.0.1:" + std::to_string(mPort);
+}
+
+// False where it is told to stop.
+bool UdpRelay::SendOne(int socket, std::size_t number, const std::stop_token& stop) const {
+    while (Waiting(mPort).value_or(kMostWaiting + 1) > kMostWaiting) {
+        if (stop.stop_requested()) {
+            return false;
+        }
+        std::this_thread::yield();
+    }
+    const std::string_view bytes = std::string_view(mStream).substr(number * kDatagram, kDatagram);
+    const sockaddr_in address = Local(mPort);
+    sendto(socket, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    return true;
+}
+
+void UdpRelay::Run(const std::stop_token& stop) {
+    const int number = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    std::multimap<std::size_t, std::size_t> held;  // by the datagram that lets them go
+    const std::size_t all = (mStream.size() + kDatagram - 1) / kDatagram;
+    bool goesOn = true;
+    for (std::size_t next = 0; next < all && goesOn; ++next) {
+        if (const auto delay = mDamage.delayed.find(next); delay != mDamage.delayed.end()) {
+            held.emplace(next + delay->second, next);
+        } else if (!mDamage.dropped.contains(next)) {
+            goesOn = SendOne(number, next, stop);
+        }
+        const auto [first, last] = held.equal_range(next);
+        for (auto late = first; late != last && goesOn; ++late) {
+            goesOn = SendOne(number, late->second, stop);
+        }
+    }
+    close(number);
+}
+
+}  // namespace test

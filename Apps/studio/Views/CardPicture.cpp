@@ -137,6 +137,7 @@ std::vector<ChromaCount> CardPicture::CountChroma(const std::vector<Band>& bands
         }
     }
     std::vector<ChromaCount> chroma;
+    chroma.reserve(counts.size());
     for (const auto& [colour, pixels] : counts) {
         chroma.push_back({colour.first, colour.second, pixels});
     }

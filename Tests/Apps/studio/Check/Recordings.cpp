@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QStringList>
+#include <cstdint>
 #include <stdexcept>
 
 namespace test {
@@ -14,7 +15,7 @@ namespace test {
 namespace {
 
 constexpr int kFramesASecond = 5;
-constexpr int kSeconds = 14;  // a cycle is a little shorter
+constexpr std::int64_t kSeconds = 14;  // a cycle is a little shorter
 constexpr int kFewestHdLines = 720;
 
 void RunFfmpeg(const QStringList& arguments) {

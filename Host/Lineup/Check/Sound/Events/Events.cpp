@@ -52,24 +52,43 @@ struct Usual {
     std::size_t tone = 0;  // the loudest
 };
 
-double MedianWhereThere(const InputSlot& input, const auto& value) {
-    std::vector<double> values;
-    for (std::size_t block = 0; block < input.blocks.size(); ++block) {
-        if (input.there[block]) {
-            values.push_back(value(block));
+// The tone that is loudest anywhere, and the blocks in which it is at its level: silence may take more than half of a
+// slot. Where there are too few of those, as of a click, all count.
+std::vector<bool> BlocksAtLevel(const InputSlot& input) {
+    constexpr double kOfLoudestBlock = 0.5;
+    constexpr std::size_t kFewestAtLevel = 3;
+    constexpr std::size_t kPartAtLevel = 4;
+    std::vector<double> amplitudes(input.blocks.size());
+    for (const auto& gains : input.gains) {
+        for (std::size_t block = 0; block < amplitudes.size(); ++block) {
+            amplitudes[block] = std::max(amplitudes[block], input.there[block] ? std::abs(gains[block]) : 0);
         }
     }
-    return MedianOf(std::move(values));
+    const double loudest = amplitudes.empty() ? 0 : *std::ranges::max_element(amplitudes);
+    std::vector<bool> atLevel;
+    for (std::size_t block = 0; block < amplitudes.size(); ++block) {
+        atLevel.push_back(input.there[block] && amplitudes[block] > kOfLoudestBlock * loudest);
+    }
+    const auto count = static_cast<std::size_t>(std::ranges::count(atLevel, true));
+    return count < std::max(kFewestAtLevel, input.CountThere() / kPartAtLevel) ? input.there : atLevel;
 }
 
 Usual UsualOf(const InputSlot& input) {
+    const std::vector<bool> taken = BlocksAtLevel(input);
+    const auto median = [&](const auto& value) {
+        std::vector<double> values;
+        for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+            if (taken[block]) {
+                values.push_back(value(block));
+            }
+        }
+        return MedianOf(std::move(values));
+    };
     Usual usual;
-    usual.residual = MedianWhereThere(input, [&](std::size_t block) { return input.blocks[block].residual; });
-    usual.spread = MedianWhereThere(
-        input, [&](std::size_t block) { return std::abs(input.blocks[block].residual - usual.residual); });
+    usual.residual = median([&](std::size_t block) { return input.blocks[block].residual; });
+    usual.spread = median([&](std::size_t block) { return std::abs(input.blocks[block].residual - usual.residual); });
     for (std::size_t tone = 0; tone < input.gains.size(); ++tone) {
-        const double amplitude =
-            MedianWhereThere(input, [&](std::size_t block) { return std::abs(input.gains[tone][block]); });
+        const double amplitude = median([&](std::size_t block) { return std::abs(input.gains[tone][block]); });
         if (amplitude > usual.amplitude) {
             usual.amplitude = amplitude;
             usual.tone = tone;

@@ -48,9 +48,11 @@ struct Happening {
     std::function<void(Sound&)> damage;
 };
 
-// BLITS: 880 Hz from 0.8 to 1.4 s at R, 1000 Hz from 7.9 to 9.9 s, silence from 9.9 to 10.2 s.
+// BLITS: 880 Hz from 0.8 to 1.4 s at R, 1000 Hz from 6.1 to 6.4 s at L, and from 7.9 to 9.9 s, silence from 9.9 to 10.2
+// s.
 const std::vector<Happening> kHappenings = {
     {"blits", "dropout", 8.5, 0.05, [](Sound& sound) { Silence(sound, 8.5, 0.05); }},
+    {"blits", "dropout", 6.17, 0.145, [](Sound& sound) { Silence(sound, 6.17, 0.145); }},
     {"blits", "samples-lost", 8.5, 5, [](Sound& sound) { Lose(sound, 8.5, 5); }},
     {"blits", "samples-lost", 8.5, 601, [](Sound& sound) { Lose(sound, 8.5, 601); }},
     {"blits", "samples-lost", 1.1, 120, [](Sound& sound) { Lose(sound, 1.1, 120); }},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
 
@@ -50,6 +51,6 @@ struct CardModel {
 };
 
 /// Draws the card and takes it apart.
-[[nodiscard]] CardModel ReadCardModel(const Clip& clip, Card card, int width, int height);
+[[nodiscard]] LINEUP_API CardModel ReadCardModel(const Clip& clip, Card card, int width, int height);
 
 }  // namespace lineup::picture

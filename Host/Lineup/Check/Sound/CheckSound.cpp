@@ -2,7 +2,6 @@
 
 #include <lineup/Exporter.h>
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
-#include "Host/Lineup/Check/Sound/Decide/SoundReportOf.h"
 #include "Host/Lineup/Check/Sound/Find/Speeds.h"
 #include "Host/Lineup/Check/Sound/Follow/Listener.h"
 
@@ -130,7 +129,6 @@ SoundFindings SoundChecker::Check(SoundSource& source, const CheckSettings& sett
     }
     SoundFindings findings;
     const sound::RecordingFacts facts{source.SampleRate(), source.Bits(), source.Lossy(), startSeconds};
-    findings.sound = SoundReportOf(*lineup, facts);
     findings.heard =
         HeardLineup{.startsAt = startSeconds + lineup->startsAt,
                     .endsAt = startSeconds + lineup->endsAt,
@@ -138,21 +136,9 @@ SoundFindings SoundChecker::Check(SoundSource& source, const CheckSettings& sett
                     .cycle = lineup->reference->cycle / lineup->placing.tempo,
                     .cycleStart = startSeconds + lineup->lastPlacing.StartAt(lineup->endsAt) + UsualDelay(*lineup),
                     .isSteady = lineup->reference->Steady()};
-    findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
     sound::Case check{&*lineup, &settings, &expected, &facts, &findings, {}, {}, {}, {}};
-    FindShapes(check);
-    DecideSequence(check);
-    if (lineup->reference->Steady()) {
-        DecideTone(check);
-    } else {
-        DecideChannels(check);
-    }
-    DecideLevels(check);
-    DecideTiming(check);
-    DecideQuality(check);
-    DecideShapes(check);
-    DecideEvents(check);
-    DecideVerdict(check);
+    Decide(check);
+    findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);
     return findings;
 }
 

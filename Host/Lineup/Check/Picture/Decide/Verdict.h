@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/CheckReport.h>
 #include <lineup/CheckSettings.h>
 #include "Host/Lineup/Check/Picture/Examination.h"
@@ -26,7 +27,7 @@ struct PictureCase {
                                           std::optional<double> at = {});
 
 /// Fills in what the card, its place, its patches and its frames turn out to be, and what is wrong with them.
-void Decide(const PictureCase& known, PictureFindings& findings);
+LINEUP_API void Decide(const PictureCase& known, PictureFindings& findings);
 
 /// The rooms of that, in their order.
 void DecideCard(const PictureCase& known, PictureFindings& findings);

@@ -1,5 +1,7 @@
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
 
+#include "Host/Lineup/Check/Sound/Decide/SoundReportOf.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -85,6 +87,23 @@ std::string Who(const Case& check, const std::vector<std::size_t>& inputs) {
     }
     const std::string where = fmt::format("nput{} {}", inputs.size() == 1 ? "" : "s", InputList(inputs));
     return names.size() == inputs.size() ? fmt::format("{} (i{})", Listed(names), where) : "I" + where;
+}
+
+void Decide(Case& check) {
+    check.findings->sound = SoundReportOf(*check.lineup, *check.facts);
+    FindShapes(check);
+    DecideSequence(check);
+    if (check.Sent().Steady()) {
+        DecideTone(check);
+    } else {
+        DecideChannels(check);
+    }
+    DecideLevels(check);
+    DecideTiming(check);
+    DecideQuality(check);
+    DecideShapes(check);
+    DecideEvents(check);
+    DecideVerdict(check);
 }
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/CheckReport.h>
 #include <lineup/CheckSettings.h>
 #include "Host/Lineup/Check/Sound/Decide/SoundFindings.h"
@@ -97,5 +98,8 @@ void FindShapes(Case& check);
 void DecideShapes(Case& check);
 /// After all others: whether nothing is wrong, or too little was heard to say so.
 void DecideVerdict(Case& check);
+
+/// All of these, in their order, after what was measured: fills the findings, but for the lanes.
+LINEUP_API void Decide(Case& check);
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/CheckSettings.h>
 
 #include <cstddef>
@@ -19,6 +20,6 @@ struct Expectation {
     [[nodiscard]] bool AsksForTone() const { return sequence == "tone"; }
 };
 
-[[nodiscard]] Expectation ExpectationOf(const CheckSettings& settings);
+[[nodiscard]] LINEUP_API Expectation ExpectationOf(const CheckSettings& settings);
 
 }  // namespace lineup::sound

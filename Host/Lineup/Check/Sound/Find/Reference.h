@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/BarsAndToneInfo.h>
 #include <lineup/Idents.h>
 
@@ -68,6 +69,6 @@ struct Reference {
                                       double cycleSeconds);
 
 /// The references of all idents that the plug-in plays.
-[[nodiscard]] std::vector<Reference> MakeIdentReferences(const std::shared_ptr<const Importer>& importer);
+[[nodiscard]] LINEUP_API std::vector<Reference> MakeIdentReferences(const std::shared_ptr<const Importer>& importer);
 
 }  // namespace lineup::sound

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include "Host/Lineup/Check/Sound/Find/ToneRuns.h"
 #include "Host/Lineup/Check/Sound/Follow/Follower.h"
 #include "Host/Lineup/Check/Sound/Follow/Lanes.h"
@@ -15,7 +16,7 @@
 namespace lineup::sound {
 
 /// Hears a recording from its start to its end: searches for a line-up, and follows it once it is found.
-class Listener {
+class LINEUP_API Listener {
 public:
     /// The references must outlive it; the plug-in is asked for a steady tone's.
     Listener(int inputs, const Grid& grid, std::span<const Reference> references, Expectation expected,

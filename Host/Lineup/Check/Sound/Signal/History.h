@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include "Host/Lineup/Check/Sound/Signal/SlidingBuffer.h"
 
 #include <cstdint>
@@ -32,7 +33,7 @@ struct Grid {
 };
 
 /// The grid for a recording of `rate` Hz whose tones are `highest` Hz at most.
-[[nodiscard]] Grid MakeGrid(double rate, double highest);
+[[nodiscard]] LINEUP_API Grid MakeGrid(double rate, double highest);
 
 /// The last seconds of all inputs.
 struct History {

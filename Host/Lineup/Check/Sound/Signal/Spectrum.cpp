@@ -25,9 +25,9 @@ std::size_t Reversed(std::size_t n) {
 }  // namespace
 
 Spectrum::Spectrum(double narrowRate) : mRate(narrowRate), mReal(kLength), mImaginary(kLength), mPower(kLength / 2) {
-    constexpr double kTurn = 2 * std::numbers::pi / static_cast<double>(kLength);
+    constexpr double kTurnPerSample = 2 * std::numbers::pi / static_cast<double>(kLength);
     for (std::size_t n = 0; n < kLength; ++n) {
-        const double angle = kTurn * static_cast<double>(n);
+        const double angle = kTurnPerSample * static_cast<double>(n);
         mWindow.push_back(static_cast<float>(0.5 - 0.5 * std::cos(angle)));
         mReversed.push_back(Reversed(n));
         mCosines.push_back(static_cast<float>(std::cos(angle)));

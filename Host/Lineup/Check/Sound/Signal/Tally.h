@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lineup/Api.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +9,7 @@
 namespace lineup::sound {
 
 /// How often a power came up, by its level: a median over hours in a constant amount of memory.
-class LevelTally {
+class LINEUP_API LevelTally {
 public:
     void Add(double power, double weight = 1);
 
@@ -27,7 +29,7 @@ private:
 };
 
 /// Mean, least and most of something.
-struct Spread {
+struct LINEUP_API Spread {
     double count = 0;
     double sum = 0;
     double squares = 0;

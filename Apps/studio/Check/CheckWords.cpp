@@ -3,6 +3,7 @@
 #include <lineup/Idents.h>
 #include "Apps/studio/Check/FaultKindWords.h"
 #include "Apps/studio/Document/NumberWords.h"
+#include "Apps/studio/Text/Counted.h"
 #include "Apps/studio/Text/ProblemPatterns.h"
 
 #include <QCoreApplication>
@@ -80,8 +81,10 @@ QString VerdictWords(const lineup::CheckReport& report) {
         case lineup::CheckVerdict::Faults:
             break;
     }
-    return report.faults.size() == 1 ? Tr(QT_TRANSLATE_NOOP("Check", "One fault"))
-                                     : Tr(QT_TRANSLATE_NOOP("Check", "%1 faults")).arg(report.faults.size());
+    const auto faults = report.faults.size();
+    return FormFor(static_cast<double>(faults), QT_TRANSLATE_NOOP("Counted", "%1 fault"),
+                   QT_TRANSLATE_NOOP("Counted", "%1 faults"))
+        .arg(faults);
 }
 
 QString FoundWords(const lineup::CheckReport& report) {

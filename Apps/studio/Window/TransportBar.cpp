@@ -4,6 +4,7 @@
 #include <lineup/UsageError.h>
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Document/NumberWords.h"
+#include "Apps/studio/Text/Counted.h"
 #include "Apps/studio/Window/Theme.h"
 #include "Apps/studio/Window/TransportIcons.h"
 
@@ -156,10 +157,15 @@ void TransportBar::SetLength(double seconds, std::int64_t frames, lineup::Ration
     const QSignalBlocker quiet(mFrame);
     mFrame->setRange(0, static_cast<int>(std::min<std::int64_t>(frames, std::numeric_limits<int>::max())));
     mTimecode->setVisible(lineup::Timecode::Labels(frameRate));
-    QString text = "/ " + TimeWords(seconds) + tr(" \u00B7 %1 frames").arg(frames);
+    QString text = "/ " + TimeWords(seconds) +
+                   FormFor(static_cast<double>(frames), QT_TRANSLATE_NOOP("Counted", " \u00B7 %1 frame"),
+                           QT_TRANSLATE_NOOP("Counted", " \u00B7 %1 frames"))
+                       .arg(frames);
     if (cycles > 0) {
         const double shown = std::round(cycles * 100) / 100;
-        text += shown == 1 ? tr(" \u00B7 1 cycle") : tr(" \u00B7 %1 cycles").arg(shown);
+        text += FormFor(shown, QT_TRANSLATE_NOOP("Counted", " \u00B7 %1 cycle"),
+                        QT_TRANSLATE_NOOP("Counted", " \u00B7 %1 cycles"))
+                    .arg(shown);
     }
     mLength->setText(text);
     mLength->setAccessibleName(tr("Length: %1").arg(text.mid(2)));

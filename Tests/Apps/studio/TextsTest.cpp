@@ -8,6 +8,7 @@
 #include "Apps/studio/Document/ProblemWords.h"
 #include "Apps/studio/Sound/SpeakerMap.h"
 #include "Apps/studio/Text/CatalogueTranslator.h"
+#include "Apps/studio/Text/Counted.h"
 #include "Apps/studio/Text/ProblemPatterns.h"
 #include "Tests/Apps/studio/StudioHands.h"
 
@@ -150,6 +151,27 @@ TEST_F(StudioTexts, TheWindowSpeaksGerman) {
                     testing::AllOf(testing::StartsWith("Dateiname "), HasSubstr("clip.xyz: der Name muss auf .mov")));
         hands.Press(Qt::Key_Escape);
     });
+}
+
+// Half a cycle is one in French and several in English; what is counted in Japanese has one form.
+TEST_F(StudioTexts, CountsTakeTheFormThatTheLanguageHasForThem) {
+    struct Said {
+        const char* language;
+        std::array<const char*, 4> of;  // 0, 0.5, 1, 2
+    };
+    const std::array<Said, 5> kSaid = {{{"C", {"0 cycles", "0.5 cycles", "1 cycle", "2 cycles"}},
+                                        {"de", {"0 Durchläufe", "0.5 Durchläufe", "1 Durchlauf", "2 Durchläufe"}},
+                                        {"es", {"0 ciclos", "0.5 ciclos", "1 ciclo", "2 ciclos"}},
+                                        {"fr", {"0 cycle", "0.5 cycle", "1 cycle", "2 cycles"}},
+                                        {"ja", {"0 サイクル", "0.5 サイクル", "1 サイクル", "2 サイクル"}}}};
+    for (const Said& said : kSaid) {
+        Speak(said.language);
+        for (std::size_t at = 0; at < 4; ++at) {
+            const double count = std::array{0.0, 0.5, 1.0, 2.0}[at];
+            const QString form = studio::FormFor(count, " \u00B7 %1 cycle", " \u00B7 %1 cycles");
+            EXPECT_EQ(form.arg(count).mid(3), QString::fromUtf8(said.of[at])) << said.language;
+        }
+    }
 }
 
 TEST_F(StudioTexts, ErrorsAreSaidInEachLanguageWithWhatTheyAreAbout) {

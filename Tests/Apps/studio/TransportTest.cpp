@@ -1,7 +1,9 @@
 #include "Tests/Apps/studio/StudioHands.h"
 
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QSettings>
 #include <QSlider>
@@ -39,6 +41,41 @@ TEST_F(Transport, KeysSeek) {
     Press(Qt::Key_Home);
     Press(Qt::Key_Left);
     EXPECT_EQ(Sound().Position(), 0);
+}
+
+// In Arabic, where the window runs from right to left and digits are others, and in Turkish.
+TEST_F(Transport, SaysAndTakesTheSameNumbersInEveryCountry) {
+    for (const QLocale& locale : {QLocale("ar_EG"), QLocale("tr_TR")}) {
+        QLocale::setDefault(locale);
+        QGuiApplication::setLayoutDirection(locale.textDirection());
+        OpenWindow();
+        EXPECT_EQ(Find<QLabel>("lengthText").text(), QString::fromUtf8("/ 0:05.000 \u00B7 125 frames"));
+        auto& frame = Find<QSpinBox>("frame");
+        frame.setFocus();
+        frame.selectAll();
+        QTest::keyClicks(&frame, "50");
+        QTest::keyClick(&frame, Qt::Key_Return);
+        EXPECT_EQ(Sound().Position(), 50 * 1920) << locale.name().toStdString();
+        EXPECT_EQ(Find<QLabel>("time").text(), "0:02.000");
+        Press(Qt::Key_Right);
+        EXPECT_EQ(Sound().Position(), 51 * 1920);
+    }
+    QLocale::setDefault(QLocale::c());
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+// What the program remembers has no place where nobody can write.
+TEST_F(Transport, PlaysWhereThereIsNoHomeFolder) {
+    const QString folder =
+        QFileInfo(QSettings(QSettings::IniFormat, QSettings::UserScope, "any").fileName()).absolutePath();
+    const QByteArray home = qgetenv("HOME");
+    qputenv("HOME", "/proc");
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, "/proc/nowhere");
+    OpenWindow();
+    Press(Qt::Key_Space);
+    WaitFor([this] { return Sound().Position() > 0; }, "it plays");
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder);
+    qputenv("HOME", home);
 }
 
 TEST_F(Transport, AClickIntoTheLanesSeeksToTheNearestFrame) {

@@ -115,6 +115,7 @@ verb_check() {
         step "Fuzz targets, a few seconds each" check_fuzz
         step "Laboratory, 2,000 damaged line-ups" check_laboratory
         step "Streams: a day simulated, half an hour real" check_streams
+        step "Long runs, ${LONG_RUN_MINUTES:=60} minutes" verb_long-run "$LONG_RUN_MINUTES"
         step "macOS bundle" check_mac
         step "Packages" check_packages
         step "Packages, made twice" check_reproducible

@@ -2,6 +2,7 @@
 
 #include <lineup/Exporter.h>
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
+#include "Host/Lineup/Check/Sound/Decide/SoundReportOf.h"
 #include "Host/Lineup/Check/Sound/Find/Speeds.h"
 #include "Host/Lineup/Check/Sound/Follow/Listener.h"
 

@@ -1,0 +1,27 @@
+"""What a watch says of programs that were seen to do this and that."""
+import unittest
+
+from watch import MEBIBYTE, Sample, faults_of
+
+
+def seen(memory=lambda at: 10, descriptors=lambda at: 7, ticks=lambda at: at):
+    return [Sample(memory(at) * MEBIBYTE, descriptors(at), ticks(at)) for at in range(40)]
+
+
+class Faults(unittest.TestCase):
+    def test_a_program_that_keeps_what_it_has_has_none(self):
+        self.assertEqual(faults_of(seen()), [])
+        self.assertEqual(faults_of(seen(memory=lambda at: min(at, 9) * 5)), [], "what it takes at first")
+        self.assertEqual(faults_of(seen(descriptors=lambda at: 7 + at % 3)), [], "open for a moment")
+
+    def test_growth_is_found(self):
+        self.assertEqual(faults_of(seen(memory=lambda at: 10 + at / 5)), ["its memory grew by 4.0 MiB"])
+        self.assertEqual(faults_of(seen(descriptors=lambda at: 7 + at // 10)), ["it holds 10 descriptors, after 8"])
+
+    def test_a_program_that_does_nothing_is_found(self):
+        self.assertEqual(faults_of(seen(ticks=lambda at: min(at, 20))), ["it stands still"])
+        self.assertEqual(faults_of(seen()[:3]), ["it was seen too few times"])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,5 +1,5 @@
-// The studio's window, playing its clip round and round on a sound device of its own until it is ended: what a watch of
-// its memory and descriptors looks at.
+// The studio's window, playing its clip round and round, as it does at first, on a sound device of its own until it is
+// ended: what a watch of its memory and descriptors looks at.
 #include <lineup/Importer.h>
 #include "Apps/studio/Window/StudioWindow.h"
 #include "Tests/Apps/studio/SoundServer.h"
@@ -34,7 +34,6 @@ int main(int argc, char** argv) {
         if (!QTest::qWaitForWindowActive(&window, kSoonMs)) {
             throw std::runtime_error("the window does not become the active one");
         }
-        QTest::keyClick(&window, Qt::Key_L);
         QTest::keyClick(&window, Qt::Key_Space);
         if (!QTest::qWaitFor([&window] { return window.Sound().Position() > 0; }, kSoonMs)) {
             throw std::runtime_error("the clip does not play");

@@ -11,16 +11,17 @@ namespace {
 
 class Homeless : public test::TestFolder {
 protected:
-    // What the program says and writes where the environment is changed so.
+    // What the program says where the environment is changed so.
     [[nodiscard]] std::string Work(const std::string& environment) const {
         std::filesystem::remove(Folder() / "tone.wav");
         const auto result =
-            test::RunProgram("{ env -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME " + environment +
+            test::RunProgram("cd '" + Folder().string() +
+                                 "' && { env -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME " + environment +
                                  " sh -c '" TEST_LINEUP " info && " TEST_LINEUP
                                  " render tone.wav --duration 4 && " TEST_LINEUP " check tone.wav'; } 2>&1",
                              Folder());
         EXPECT_EQ(result.exitCode, 0) << environment << "\n" << result.out;
-        return result.out + test::ReadFile(Folder() / "tone.wav");
+        return result.out;  // the file bears the time
     }
 };
 

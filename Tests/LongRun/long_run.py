@@ -55,7 +55,7 @@ def main():
         programs = [
             Watched("studio playing", [str(build / "tests/playing_studio")], folder=folder),
             Watched("send", [lineup, "send", "udp://127.0.0.1:45210", "--size", "640x360", "--quiet"], folder=folder),
-            Watched("send into check", [lineup, "send", "-", "--size", "320x180", "--ident", "blits", "--quiet"],
+            Watched("send into check", [lineup, "send", "-", "--size", "320x180", "--quiet"],
                     [lineup, "check", "-"], folder=folder),
             Watched("MLT producer", [str(build / "bin/lineup-mlt"), "melt", "barsandtone:", "out=100000000", "-consumer", "null"],
                     folder=folder)]

@@ -90,7 +90,7 @@ const std::vector<FolderRule> kFolderRules = {
      {"Host/Interface/", "Host/Services/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/",
       "Host/Lineup/Clip/", "Host/Lineup/Picture/", "Host/Lineup/Files/", "Host/Lineup/Export/"},
      {"fmt/", "Eigen/", "kissfft/"}},
-    {"Host/Lineup/Check/Sound/Signal/", {"include/lineup/Api.h"}, {"lineup/Api.h"}},
+    {"Host/Lineup/Check/Sound/Signal/", {"Host/Lineup/Values/"}, {}},
     {"Host/Lineup/Check/Sound/Find/",
      {"Host/Interface/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/", "Host/Lineup/Clip/",
       "Host/Lineup/Check/CheckSettings.h", "Host/Lineup/Check/Sound/Signal/"},

@@ -57,7 +57,8 @@ class Watched:
             for number, command in enumerate(commands):
                 last = number == len(commands) - 1
                 process = subprocess.Popen(command, stdin=feed, stdout=log if last else subprocess.PIPE, stderr=log,
-                                           env={**os.environ, **(environment or {})}, cwd=folder)
+                                           env={**os.environ, **(environment or {})}, cwd=folder,
+                                           start_new_session=True)
                 if number:
                     feed.close()
                 feed = process.stdout
@@ -79,7 +80,7 @@ class Watched:
     def end(self):
         """What is wrong with it, after all."""
         for process in self.processes:
-            process.terminate()
+            os.killpg(process.pid, signal.SIGTERM)  # what it started, too
         for process in self.processes:
             try:
                 process.wait(20)

@@ -3,6 +3,7 @@
 #include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Window/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 #include <array>

@@ -17,8 +17,8 @@ constexpr double kEdgeChroma = 0.55;  // at the edge of the plot: full-amplitude
 constexpr int kScopeMargin = 8;
 
 struct Target {
-    const char* name;
-    Rgb colour;
+    const char* name = "";
+    Rgb colour = {};
 };
 constexpr std::array<Target, 6> kTargets = {
     {{"R", {1, 0, 0}}, {"YL", {1, 1, 0}}, {"G", {0, 1, 0}}, {"CY", {0, 1, 1}}, {"B", {0, 0, 1}}, {"MG", {1, 0, 1}}}};

@@ -20,7 +20,7 @@ constexpr double kReach = 3;        // pixels of the small picture that was sear
 constexpr int kSearchedWidth = 320;
 
 std::string TextOf(const decoding::TextField<16>& field) {
-    return std::string(field.begin(), std::ranges::find(field, '\0'));
+    return {field.begin(), std::ranges::find(field, '\0')};
 }
 
 // As reports name them.

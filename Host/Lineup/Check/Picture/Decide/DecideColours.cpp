@@ -32,8 +32,10 @@ bool IsOdd(const CardPatch& patch) {
 class Colours {
 public:
     Colours(const PictureCase& known, PictureFindings& findings)
-        : mKnown(&known), mFindings(&findings), mReport(&*findings.picture) {
-        mDue = mReport->height < kFewestHdLines ? "bt601" : "bt709";
+        : mKnown(&known),
+          mFindings(&findings),
+          mReport(&*findings.picture),
+          mDue(mReport->height < kFewestHdLines ? "bt601" : "bt709") {
         mScale.isRgb = (known.seen->head.flags & decoding::kRgbFrame) != 0;
         mScale.isRangeFull = !mScale.isRgb && mReport->tags.range == "full";
         mScale.top = mScale.isRgb ? 255 : 256 - std::ldexp(1.0, 8 - mReport->bits);

@@ -183,6 +183,43 @@ bool IsWorthIt(const Chain& chain) {
     return hasTone && hasColour;
 }
 
+constexpr std::array kColours = {ColourStep::None, ColourStep::Saturation, ColourStep::Hue, ColourStep::Both,
+                                 ColourStep::Missing};
+
+/// Every matrix, range and swap that a path may have, without a tone or a colour.
+std::vector<Chain> DiscreteChains(const CodeScale& scale) {
+    std::vector<Chain> starts{Chain{}};
+    for (const NamedMatrix& named : NamedMatrices()) {
+        if (MatrixOf(named.name) == scale.due) {
+            continue;
+        }
+        for (const MatrixStep step :
+             {MatrixStep::NotConverted, MatrixStep::ConvertedAgain, MatrixStep::ConvertedAgainCut}) {
+            starts.push_back({.matrix = step, .other = std::string(named.name)});
+        }
+    }
+    std::vector<Chain> chains;
+    for (const Chain& start : starts) {
+        for (const RangeStep range : {RangeStep::None, RangeStep::Stretched, RangeStep::Squeezed,
+                                      RangeStep::StretchedTwice, RangeStep::SqueezedTwice}) {
+            for (const SwapStep swap : {SwapStep::None, SwapStep::Chroma, SwapStep::RedBlue}) {
+                Chain chain = start;
+                chain.range = range;
+                chain.swap = swap;
+                chains.push_back(chain);
+            }
+        }
+    }
+    return chains;
+}
+
+/// `steps` is what the chain costs without its tone and colour.
+bool IsTooMuch(const Chain& chain, double steps) {
+    const bool isSearch = HasGamma(chain.tone) || IsClip(chain.tone);
+    return (IsOfRgb(chain.tone) && chain.colour != ColourStep::None) || (isSearch && steps > 1.2) ||
+           (steps > 2.2 && chain.Cost() > steps) || chain.Cost() > 4.5;
+}
+
 }  // namespace
 
 double ChainError(const CodeScale& scale, const Chain& chain, std::span<const ColourPair> pairs) {
@@ -230,48 +267,24 @@ FittedChain FitChain(const CodeScale& scale, Chain chain, std::span<const Colour
 }
 
 std::vector<FittedChain> FitAllChains(const CodeScale& scale, std::span<const ColourPair> pairs) {
-    std::vector<Chain> starts{Chain{}};
-    for (const NamedMatrix& named : NamedMatrices()) {
-        if (MatrixOf(named.name) == scale.due) {
+    std::vector<FittedChain> fitted;
+    for (const Chain& chain : DiscreteChains(scale)) {
+        // More than two discrete steps and a search at once explain anything.
+        const double steps = chain.Cost();
+        if (chain.matrix == MatrixStep::ConvertedAgainCut && steps > 1) {
             continue;
         }
-        for (const MatrixStep step :
-             {MatrixStep::NotConverted, MatrixStep::ConvertedAgain, MatrixStep::ConvertedAgainCut}) {
-            starts.push_back({.matrix = step, .other = std::string(named.name)});
-        }
-    }
-    std::vector<FittedChain> fitted;
-    const auto add = [&](const Chain& chain) {
-        FittedChain one = FitChain(scale, chain, pairs);
-        if (IsWorthIt(one.chain)) {
-            fitted.push_back(one);
-        }
-    };
-    for (const Chain& start : starts) {
-        for (const RangeStep range : {RangeStep::None, RangeStep::Stretched, RangeStep::Squeezed,
-                                      RangeStep::StretchedTwice, RangeStep::SqueezedTwice}) {
-            for (const SwapStep swap : {SwapStep::None, SwapStep::Chroma, SwapStep::RedBlue}) {
-                Chain chain = start;
-                chain.range = range;
-                chain.swap = swap;
-                // More than two discrete steps and a search at once explain anything.
-                const double steps = chain.Cost();
-                if (start.matrix == MatrixStep::ConvertedAgainCut && steps > 1) {
+        for (const ToneStep tone : kTones) {
+            for (const ColourStep colour : kColours) {
+                Chain tried = chain;
+                tried.tone = tone;
+                tried.colour = colour;
+                if (IsTooMuch(tried, steps)) {
                     continue;
                 }
-                for (const ToneStep tone : kTones) {
-                    for (const ColourStep colour : {ColourStep::None, ColourStep::Saturation, ColourStep::Hue,
-                                                    ColourStep::Both, ColourStep::Missing}) {
-                        chain.tone = tone;
-                        chain.colour = colour;
-                        const bool isSearch = HasGamma(tone) || IsClip(tone);
-                        const bool isTooMuch = (IsOfRgb(tone) && colour != ColourStep::None) ||
-                                               (isSearch && steps > 1.2) || (steps > 2.2 && chain.Cost() > steps) ||
-                                               chain.Cost() > 4.5;
-                        if (!isTooMuch) {
-                            add(chain);
-                        }
-                    }
+                const FittedChain one = FitChain(scale, tried, pairs);
+                if (IsWorthIt(one.chain)) {
+                    fitted.push_back(one);
                 }
             }
         }

@@ -80,6 +80,7 @@ std::optional<Line> FitMost(std::vector<Mark>& marks) {
     std::optional<Line> line = Fit(marks);
     for (int pass = 0; pass < 4 && line; ++pass) {
         std::vector<double> off;
+        off.reserve(marks.size());
         for (const Mark& mark : marks) {
             off.push_back(std::abs(mark.found - line->start - mark.sent * line->length));
         }

@@ -7,7 +7,7 @@ namespace lineup::decoding {
 namespace {
 
 constexpr std::size_t kMostHeld = 600;  // packets
-constexpr std::int64_t kMostBytes = 16 * 1024 * 1024;
+constexpr std::int64_t kMostBytes = std::int64_t{16} << 20;
 
 }  // namespace
 

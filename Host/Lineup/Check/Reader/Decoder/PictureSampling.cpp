@@ -19,9 +19,8 @@ constexpr double kSlowly = 16;
 PictureSampling::PictureSampling(bool standAlone, double frameRate, double length)
     : mTakesAll(length > 0 && length * frameRate <= kMostFrames),
       mKeysOnly(!standAlone),
-      mStep(length > 0 ? length / kMostFrames : kStepOfStreams) {
-    mTaken = length > 0 ? kFirstFrames : 0;
-}
+      mStep(length > 0 ? length / kMostFrames : kStepOfStreams),
+      mTaken(length > 0 ? kFirstFrames : 0) {}
 
 // Follows the sizes slowly, so that a few odd ones do not become the usual ones.
 bool PictureSampling::IsUnusual(const PacketFacts& packet, bool standsAlone) {

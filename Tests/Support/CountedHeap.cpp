@@ -9,12 +9,12 @@ namespace {
 std::atomic<long long> gTaken = 0;
 std::atomic<long long> gOutstanding = 0;
 
-void* Count(void* block) {
-    if (block == nullptr) {
-        throw std::bad_alloc();
+void* Take(std::size_t bytes) noexcept {
+    void* const block = std::malloc(bytes);
+    if (block != nullptr) {
+        ++gTaken;
+        ++gOutstanding;
     }
-    ++gTaken;
-    ++gOutstanding;
     return block;
 }
 
@@ -28,7 +28,15 @@ void Free(void* block) {
 }  // namespace
 
 void* operator new(std::size_t bytes) {
-    return Count(std::malloc(bytes));
+    void* const block = Take(bytes);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+// Sorting takes its memory so. The address sanitizer has a form of its own, whose memory Free must not get.
+void* operator new(std::size_t bytes, const std::nothrow_t& /*none*/) noexcept {
+    return Take(bytes);
 }
 void operator delete(void* block) noexcept {
     Free(block);

@@ -107,6 +107,7 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP("Fault", "At %1 s the recording is damaged: %2."),
     QT_TRANSLATE_NOOP("Fault", "After %1 s nothing more could be read: %2."),
     QT_TRANSLATE_NOOP("Fault", "%1 arrives without its high tones: codecs keep low frequencies alone in that channel."),
+    QT_TRANSLATE_NOOP("Fault", "The recording was decoded with rights that decoding does not need: %1."),
 };
 
 // And what such a place may hold. The most general comes last.
@@ -124,6 +125,10 @@ constexpr std::array kParts = {
     QT_TRANSLATE_NOOP("Fault", "right"),
     QT_TRANSLATE_NOOP("Fault", "above"),
     QT_TRANSLATE_NOOP("Fault", "below"),
+    QT_TRANSLATE_NOOP("Fault", "system calls are not filtered (seccomp)"),
+    QT_TRANSLATE_NOOP("Fault", "files are not out of reach (Landlock)"),
+    QT_TRANSLATE_NOOP("Fault", "memory has no limit"),
+    QT_TRANSLATE_NOOP("Fault", "%1, %2"),
     QT_TRANSLATE_NOOP("Fault", "%1 and %2"),
 };
 

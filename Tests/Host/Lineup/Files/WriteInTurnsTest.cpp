@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <dlfcn.h>
 #include <optional>
 #include <pthread.h>
@@ -97,7 +97,8 @@ TEST_F(InTurns, FilesOfAnyLengthAreWholeAndInOrder) {
         std::vector<std::uint8_t> words(static_cast<std::size_t>(bytes));
         Count(0, words);
         ASSERT_EQ(contents.size(), words.size());
-        EXPECT_EQ(std::memcmp(contents.data(), words.data(), words.size()), 0) << bytes << " bytes";
+        EXPECT_TRUE(std::ranges::equal(contents, words, {}, [](char byte) { return static_cast<std::uint8_t>(byte); }))
+            << bytes << " bytes";
     }
 }
 

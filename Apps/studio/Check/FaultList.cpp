@@ -52,7 +52,10 @@ void FaultList::AddFault(const lineup::CheckFault& fault) {
 }
 
 void FaultList::AddNote(const lineup::CheckNote& note) {
-    const QString sentence = WindowWords(QString::fromStdString(note.text));
+    // Of what was heard and seen, or of why it was not.
+    const QString text = QString::fromStdString(note.text);
+    const QString heard = FaultSentence(text);
+    const QString sentence = heard != text ? heard : WindowWords(text);
     auto* const item = new QTreeWidgetItem(this, {tr("Note"), {}, {}, {}, {}, sentence});
     item->setData(kKind, Qt::UserRole, kNoFault);
     item->setToolTip(kWords, sentence);

@@ -296,6 +296,14 @@ TEST_F(CheckRecording, SpeaksTheLanguageInUse) {
                      words.contains("What "))
             << qPrintable(words);
     }
+    lineup::CheckReport notes;
+    notes.notes = {{"not-confined", lineup::CheckPart::Sound,
+                    "The recording was decoded with rights that decoding does not need: files are not out of reach "
+                    "(Landlock), memory has no limit."}};
+    list.Show(notes);
+    EXPECT_EQ(said("Hinweis"),
+              "Die Aufnahme wurde mit Rechten dekodiert, die das Dekodieren nicht braucht: Dateien sind nicht "
+              "unerreichbar (Landlock), der Speicher hat keine Grenze.");
     zelcore::config::SetLanguage("C");
     QCoreApplication::removeTranslator(&texts);
 }

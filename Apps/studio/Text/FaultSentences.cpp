@@ -94,6 +94,8 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP(
         "Fault", "Up to %1 pixels of the card's edges lie outside of the frame: it is %2, in a frame of %3 by %4."),
     QT_TRANSLATE_NOOP("Fault", "The ramp has no more than %1 bits, in a file of %2."),
+    QT_TRANSLATE_NOOP("Fault", "The ramp has bands: %1 codes, where %2 bits have %3 in the same place."),
+    QT_TRANSLATE_NOOP("Fault", "Luma has %1, %2 and %3 of red, green and blue, where %4 has %5, %6 and %7."),
     QT_TRANSLATE_NOOP("Fault", "Edges are %1 pixels wide across and %2 down."),
     QT_TRANSLATE_NOOP("Fault", "Colour lies %1 pixels to the right of its luma and %2 below it."),
     QT_TRANSLATE_NOOP("Fault",

@@ -300,7 +300,13 @@ TEST_F(CheckRecording, SpeaksTheLanguageInUse) {
     notes.notes = {{"not-confined", lineup::CheckPart::Sound,
                     "The recording was decoded with rights that decoding does not need: files are not out of reach "
                     "(Landlock), memory has no limit."}};
+    notes.faults = {
+        lineup::CheckFault{.id = "bits-truncated",
+                           .part = lineup::CheckPart::Picture,
+                           .text = "The ramp has bands: 64 codes, where 8 bits have 219 in the same place."}};
     list.Show(notes);
+    EXPECT_EQ(list.topLevelItem(0)->text(list.columnCount() - 1).toStdString(),
+              "Die Rampe hat Stufen: 64 Werte, wo 8 Bit an derselben Stelle 219 haben.");
     EXPECT_EQ(said("Hinweis"),
               "Die Aufnahme wurde mit Rechten dekodiert, die das Dekodieren nicht braucht: Dateien sind nicht "
               "unerreichbar (Landlock), der Speicher hat keine Grenze.");

@@ -300,10 +300,11 @@ TEST_F(CheckRecording, SpeaksTheLanguageInUse) {
     notes.notes = {{"not-confined", lineup::CheckPart::Sound,
                     "The recording was decoded with rights that decoding does not need: files are not out of reach "
                     "(Landlock), memory has no limit."}};
-    notes.faults = {
-        lineup::CheckFault{.id = "bits-truncated",
-                           .part = lineup::CheckPart::Picture,
-                           .text = "The ramp has bands: 64 codes, where 8 bits have 219 in the same place."}};
+    lineup::CheckFault bands;
+    bands.id = "bits-truncated";
+    bands.part = lineup::CheckPart::Picture;
+    bands.text = "The ramp has bands: 64 codes, where 8 bits have 219 in the same place.";
+    notes.faults = {bands};
     list.Show(notes);
     EXPECT_EQ(list.topLevelItem(0)->text(list.columnCount() - 1).toStdString(),
               "Die Rampe hat Stufen: 64 Werte, wo 8 Bit an derselben Stelle 219 haben.");

@@ -25,7 +25,7 @@ inline constexpr const char* kProtocol = "lineup";
 /// The keys that there are, each with what it says.
 [[nodiscard]] std::string KeysText();
 
-/// Throws lineup::Error, naming it, for a key that does not exist, and for a value that is no size, rate, layout and
+/// Throws lineup::Error, naming it, for an unknown key, and for a value that is not a size, a rate, a layout or
 /// the like. Values that a property takes as they are, are looked at by SetProperties.
 [[nodiscard]] Wanted ParseAddress(const std::string& address);
 

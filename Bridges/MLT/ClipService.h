@@ -30,7 +30,7 @@ public:
     /// The length of a clip as the plug-in has it, in frames of the given rate.
     [[nodiscard]] std::int64_t DurationFrames(lineup::Rational frameRate) const;
 
-    /// Reads the producer's properties. Complains once of an invalid value, and of a name that is none.
+    /// Reads the producer's properties. Complains once of an invalid value, and of an unknown name.
     void Update(mlt_properties properties, const Complain& complain);
 
     /// Whether pictures for a profile of this colour space (601 or 709, as the framework counts) are BT.709.

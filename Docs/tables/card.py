@@ -42,7 +42,7 @@ def source_names(root, card):
 
 
 def codes(colour):
-    """8-bit BT.601 codes of float Y'CbCr; ValueError where they are none."""
+    """8-bit BT.601 codes of float Y'CbCr; ValueError where they are not whole."""
     exact = (16 + 219 * colour[0], 128 + 224 * colour[1], 128 + 224 * colour[2])
     whole = tuple(round(value) for value in exact)
     if max(abs(a - b) for a, b in zip(exact, whole)) > 1e-3:

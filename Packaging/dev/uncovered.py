@@ -3,8 +3,8 @@
 
 LINES is llvm-cov's export in lcov's format, BRANCHES its export as JSON. Prints a row for each file, then each line
 that was never run and each condition that never came out one of its two ways. Branches are the conditions written in
-the source: what the compiler adds for exceptions is none. A condition in a template, or in a file that is compiled
-several times, counts once, as reached when any copy was. Ends with 1 when lines or branches are below PERCENT.
+the source, without those that the compiler adds for exceptions. A condition in a template, or in a file that is
+compiled several times, counts once, as reached when any copy was. Ends with 1 when lines or branches are below PERCENT.
 """
 
 import collections

@@ -12,7 +12,7 @@ namespace test {
 /// machine's own database of packages. The process that has one sees it alone. Takes the rights of root.
 class Root {
 public:
-    /// Throws std::runtime_error, saying why, when there can be none.
+    /// Throws std::runtime_error, saying why, when none can be made.
     Root();
     ~Root();
     Root(const Root&) = delete;

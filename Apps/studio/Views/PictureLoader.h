@@ -21,7 +21,7 @@ class PictureLoader : public QObject {
     Q_OBJECT
 
 public:
-    /// Makes a picture, null where there is none to show, or throws. `isWanted` turns false once another picture is
+    /// Makes a picture, null where there is nothing to show, or throws. `isWanted` turns false once another picture is
     /// wished for, or none.
     using IsWanted = std::function<bool()>;
     using Maker = std::function<std::shared_ptr<const CardPicture>(const IsWanted& isWanted)>;

@@ -6,7 +6,7 @@
 
 namespace studio {
 
-/// The file that was dropped; empty where it is none of this machine's, or more than one.
+/// The file that was dropped; empty for a remote file, and for more than one.
 [[nodiscard]] inline QString DroppedFile(const QMimeData& data) {
     return data.urls().size() == 1 && data.urls().constFirst().isLocalFile() ? data.urls().constFirst().toLocalFile()
                                                                              : QString();

@@ -6,7 +6,7 @@ namespace lineup::picture {
 
 namespace {
 
-// Patches of a picture that is no card are full of things.
+// Patches of a picture other than a card are full of things.
 bool IsEven(const MeasuredPatch& patch) {
     constexpr double kEven = 6;  // codes
     return patch.uneven < kEven && patch.noise < 2 * kEven;

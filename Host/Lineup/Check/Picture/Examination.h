@@ -24,7 +24,7 @@ struct Examination {
     double noise = 0;  ///< codes
 };
 
-/// Measures a card that was found roughly, `reach` pixels off at most; nothing where it turns out to be none.
+/// Measures a card that was found roughly, `reach` pixels off at most; empty where it turns out not to be a card.
 [[nodiscard]] std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& raster,
                                                  const CardModel& model, const Place& rough, double reach);
 

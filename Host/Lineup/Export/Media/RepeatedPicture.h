@@ -15,7 +15,7 @@ namespace lineup {
 class RepeatedPicture {
 public:
     /// `timecode`: what each packet says of itself, if anything.
-    /// `rate`: how long each packet is, where that is no affair of the encoder's; the picture is filled up by now.
+    /// `rate`: how long each packet is, where the encoder has no say in it; the picture is filled up by now.
     RepeatedPicture(AvPacket picture, std::optional<GopTimecode> timecode, std::optional<ConstantRate> rate);
 
     [[nodiscard]] std::int64_t Bytes() const noexcept { return mCopies.front()->size; }

@@ -172,7 +172,7 @@ bool IsClip(ToneStep tone) {
     return tone == ToneStep::WhiteClipped || tone == ToneStep::BlackClipped;
 }
 
-// A step that does next to nothing is none.
+// A step that does next to nothing does not count.
 bool IsWorthIt(const Chain& chain) {
     const bool hasTone = std::abs(chain.gain - 1) > 0.008 || std::abs(chain.lift) > 0.006 ||
                          std::abs(chain.gamma - 1) > 0.008 || chain.tone == ToneStep::SrgbOnceMore ||

@@ -79,7 +79,7 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
     for (const SoundEvent& event : FindEvents(*mHistory, mReference, around, sound)) {
         // Where another channel leaks, the edge of its tone looks like a click.
         const bool isEdge = event.kind == SoundEvent::Kind::Click || event.kind == SoundEvent::Kind::LevelStep;
-        // Inputs whose tone ends here are no witnesses; further away the slot's own events have theirs.
+        // Inputs whose tone ends here bear no witness; further away the slot's own events have theirs.
         const bool isOfSlot =
             event.kind == SoundEvent::Kind::Jump && std::abs(event.at - meter.EndOf(number)) > kOfSlot;
         if (!isEdge && !isOfSlot && !IsKnown(events, event.at) && !IsKnown(known, event.at)) {

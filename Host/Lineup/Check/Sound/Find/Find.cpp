@@ -259,7 +259,7 @@ bool OneGapNames(std::span<const Pair> pairs, double pitch) {
     return speedIsKnown && hasNeighbours;
 }
 
-// Folded or lost channels leave much out; several stretches of several pitches in their places are no chance.
+// Folded or lost channels leave much out; several stretches of several pitches in their places cannot be chance.
 bool IsEnough(const Sighting& sighting, std::span<const Pair> pairs) {
     const bool onePitch = sighting.reference->Frequencies().size() == 1;
     if (sighting.matched < kFewest && !(onePitch && OneGapNames(pairs, sighting.placing.pitch))) {

@@ -15,8 +15,8 @@ struct ToneSegment {
     std::complex<double> gain;  ///< sample n is the imaginary part of gain * exp(i * omega * n)
 };
 
-/// Cuts samples that were computed, not recorded, into sines and what is none. Sines are found where they last for
-/// kShortestTone samples or longer; where they begin and end comes out to the sample.
+/// Cuts samples that were computed, not recorded, into sines and what lies between them. Sines are found where they
+/// last for kShortestTone samples or longer; where they begin and end comes out to the sample.
 [[nodiscard]] std::vector<ToneSegment> FindToneSegments(std::span<const float> samples);
 
 inline constexpr std::size_t kShortestTone = 240;

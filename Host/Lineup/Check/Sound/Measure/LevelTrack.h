@@ -29,7 +29,7 @@ struct LevelChange {
 };
 
 /// What explains the points best: one level an input, which moves once for all, or is another for softer parts. A
-/// change below `least` dB is none.
+/// change below `least` dB does not count.
 [[nodiscard]] LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inputs, double least);
 
 }  // namespace lineup::sound

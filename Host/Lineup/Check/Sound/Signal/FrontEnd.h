@@ -14,8 +14,8 @@ class InputFrontEnd {
 public:
     explicit InputFrontEnd(const Grid& grid);
 
-    /// Takes whole hops, but for the last call. Samples that are no number a recording can hold become zeros. The last
-    /// samples, which the filters have no sight beyond, stay out of the narrow band.
+    /// Takes whole hops, but for the last call. NaN samples, and those beyond what a recording can hold, become zeros.
+    /// The last samples, which the filters have no sight beyond, stay out of the narrow band.
     void Process(std::span<float> samples, SlidingBuffer<float>& narrow, SlidingBuffer<HopFeatures>& hops);
 
 private:

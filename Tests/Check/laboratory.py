@@ -7,6 +7,7 @@ import argparse
 import json
 import multiprocessing
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -91,7 +92,7 @@ def show_case(options, folder):
         print(f"the codec does so by itself: {', '.join(unknown)}; left open")
     print(f"due: {outcome.expected}\ngot: {outcome.verdict} {outcome.got}\n" + "\n".join(outcome.texts))
     if options.keep:
-        os.replace(path, options.keep)
+        shutil.move(path, options.keep)
     return outcome.right
 
 

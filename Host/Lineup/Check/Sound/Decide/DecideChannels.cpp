@@ -1,12 +1,15 @@
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
 #include "Host/Lineup/Check/Sound/Decide/Orders.h"
 #include "Host/Lineup/Check/Sound/Measure/Assign.h"
+#include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <optional>
+#include <utility>
 
 namespace lineup::sound {
 
@@ -86,7 +89,7 @@ void FindParts(Case& check) {
     }
 }
 
-// The level at which each channel arrives where it should, or best.
+// The level at which each channel is heard best, wherever that is.
 std::vector<double> LevelsOf(const Case& check) {
     std::vector<double> levels(check.Sent().channels.size());
     for (const auto& parts : check.parts) {
@@ -97,54 +100,100 @@ std::vector<double> LevelsOf(const Case& check) {
     return levels;
 }
 
-void DecideMixed(Case& check) {
-    Inputs folded;
+// The level at which each channel arrives where it belongs; of one that arrives nowhere, that of the others.
+std::vector<double> ArrivingLevels(const Case& check, std::vector<double> levels) {
+    std::vector<double> arriving;
+    std::vector<bool> arrives(levels.size());
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        if (const auto& channel = check.At(input).channel) {
+            arrives[*channel] = true;
+            arriving.push_back(std::abs(check.parts[input][*channel]));
+        }
+    }
+    const double usual = MedianOf(std::move(arriving));
+    for (std::size_t channel = 0; channel < levels.size(); ++channel) {
+        levels[channel] = arrives[channel] ? levels[channel] : std::max(levels[channel], usual);
+    }
+    return levels;
+}
+
+// What is heard of another channel at an input, and beside the level at which that arrives.
+struct Leak {
+    double gain = 0;
+    std::size_t channel = 0;
+};
+
+// Something else than a leak leaves a channel's tones at an input.
+bool IsLeftByOthers(const Case& check, std::size_t input, std::size_t channel) {
+    // What never sounds alone is what others leave, and they are not what they were.
+    const bool changed = check.change.kind != LevelChange::Kind::None || check.facts->lossy.value_or(false);
+    const bool neverAlone = check.Sent().channels.size() == 2 && (changed || check.shapes[input].clipped < 1);
+    const bool isHum = check.shapes[input].mains && HasLowTone(check, channel);
+    return check.unsteady || isHum || neverAlone;
+}
+
+// The strongest leak at an input. Empty where there is none that counts.
+std::optional<Leak> LeakAt(const Case& check, std::size_t input, const std::vector<double>& levels,
+                           const std::vector<double>& arriving) {
+    const double least = kArrives * *std::ranges::max_element(levels);
+    const std::vector<double> doubts = PartDoubts(check.lineup->cells, check.Sent(), input);
+    std::optional<Leak> strongest;
+    for (std::size_t channel = 0; channel < levels.size(); ++channel) {
+        const double heard = std::abs(check.parts[input][channel]);
+        const bool isHeard = levels[channel] > least && heard > kBeyondDoubt * doubts[channel];
+        if (!isHeard || check.At(input).channel == channel || IsLeftByOthers(check, input, channel)) {
+            continue;
+        }
+        const double leak = heard / arriving[channel];
+        if (Db(leak) > check.Tolerance("crosstalk") && (!strongest || leak > strongest->gain)) {
+            strongest = Leak{leak, channel};
+        }
+    }
+    return strongest;
+}
+
+void DecideLeaks(Case& check) {
+    const std::vector<double> levels = LevelsOf(check);
+    const std::vector<double> arriving = ArrivingLevels(check, levels);
     Inputs leaks;
     double strongest = 0;
     std::string text;
-    const std::vector<double> levels = LevelsOf(check);
-    const double least = kArrives * *std::ranges::max_element(levels);
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
-        if (check.folded[input]) {
-            folded.push_back(input);
+        const auto leak = check.folded[input] ? std::nullopt : LeakAt(check, input, levels, arriving);
+        check.mixed[input] = leak.has_value();
+        if (leak) {
+            leaks.push_back(input);
         }
-        const std::vector<double> doubts = PartDoubts(check.lineup->cells, check.Sent(), input);
-        for (std::size_t channel = 0; channel < levels.size(); ++channel) {
-            const double heard = std::abs(check.parts[input][channel]);
-            const bool isMore = levels[channel] > least && heard > kBeyondDoubt * doubts[channel];
-            const double leak = isMore ? heard / levels[channel] : 0;
-            const bool own = check.At(input).channel == channel;
-            // What never sounds alone is what others leave, and they are not what they were.
-            const bool changed = check.change.kind != LevelChange::Kind::None || check.facts->lossy.value_or(false);
-            const bool neverAlone = levels.size() == 2 && (changed || check.shapes[input].clipped < 1);
-            const bool isHum = check.shapes[input].mains && HasLowTone(check, channel);
-            const bool isExplained = check.unsteady || isHum || neverAlone;
-            if (own || isExplained || check.folded[input] || Db(leak) <= check.Tolerance("crosstalk")) {
-                continue;
-            }
-            if (!check.mixed[input]) {
-                leaks.push_back(input);
-                check.mixed[input] = true;
-            }
-            if (leak > strongest) {
-                strongest = leak;
-                text = fmt::format("{} is also heard at input {}, {:.1f} dB below where it belongs.",
-                                   check.Sent().channels[channel], input + 1, -Db(leak));
-            }
+        if (leak && leak->gain > strongest) {
+            strongest = leak->gain;
+            text = fmt::format("{} is also heard at input {}, {:.1f} dB below where it belongs.",
+                               check.Sent().channels[leak->channel], input + 1, -Db(leak->gain));
         }
     }
-    if (!folded.empty()) {
-        const bool stereo = check.Inputs() == 2 && check.Sent().channels.size() > 2;
-        check.Add("channel-mixed", folded,
-                  stereo ? "Both inputs hold sums of channels: a fold-down to stereo."
-                         : fmt::format("Input{} {} hold{} a sum of channels.", folded.size() == 1 ? "" : "s",
-                                       InputList(folded), folded.size() == 1 ? "s" : ""));
-    } else if (!leaks.empty()) {
+    const bool anyFolded = std::ranges::find(check.folded, true) != check.folded.end();
+    if (!leaks.empty() && !anyFolded) {  // a fold-down leaves all levels open
         check.Add("channel-mixed", leaks, text).measured = Db(strongest);
     }
 }
 
-// Inputs other than `but` that hold the channel.
+void DecideFolded(Case& check) {
+    Inputs folded;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        if (check.folded[input]) {
+            folded.push_back(input);
+        }
+    }
+    if (folded.empty()) {
+        return;
+    }
+    const bool stereo = check.Inputs() == 2 && check.Sent().channels.size() > 2;
+    check.Add("channel-mixed", folded,
+              stereo ? "Both inputs hold sums of channels: a fold-down to stereo."
+                     : fmt::format("Input{} {} hold{} a sum of channels.", folded.size() == 1 ? "" : "s",
+                                   InputList(folded), folded.size() == 1 ? "s" : ""));
+}
+
+// Inputs that hold the channel.
 Inputs InputsWith(const Case& check, std::size_t channel) {
     Inputs inputs;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
@@ -290,7 +339,8 @@ void DecideChannels(Case& check) {
     FindHomes(check);
     FindParts(check);
     check.change = FindLevelChange(check);
-    DecideMixed(check);
+    DecideFolded(check);
+    DecideLeaks(check);
     const Inputs copies = DecideDuplicated(check);
     DecideSwapped(check, copies);
     DecideMissing(check);

@@ -10,6 +10,7 @@ namespace lineup::sound {
 namespace {
 
 constexpr std::size_t kMostListed = 20;  // faults of events; more are counted in a note
+constexpr double kCauseOfDip = 0.03;     // s: what gain follows is as near to where it moves
 
 std::string Place(double seconds) {
     return fmt::format("{:.3f} s", seconds);
@@ -49,10 +50,35 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
         case SoundEvent::Kind::Click:
             check.Add("click", event.inputs, fmt::format("A click at {}{}.", Place(at), Where(check, event)));
             break;
+        case SoundEvent::Kind::Dip:
+            check.Add("level-changes", event.inputs,
+                      fmt::format("At {} the level goes {} by {:.2f} dB for a moment{}.", Place(at),
+                                  event.amount > 0 ? "up" : "down", std::abs(event.amount), Where(check, event)));
+            check.findings->faults.back().measured = event.amount;
+            break;
         case SoundEvent::Kind::LevelStep:
             return;
     }
     check.findings->faults.back().at = at;
+}
+
+// Dips of the gain are one fault: the first of those that nothing else explains, as a click that gain followed, where
+// levels are not said to change anyway.
+void KeepOneDip(const Case& check, std::vector<SoundEvent>& events) {
+    bool named = std::ranges::any_of(check.findings->faults,
+                                     [](const CheckFault& fault) { return fault.id == "level-changes"; });
+    const std::vector<SoundEvent> all = events;
+    std::erase_if(events, [&](const SoundEvent& event) {
+        if (event.kind != SoundEvent::Kind::Dip) {
+            return false;
+        }
+        const bool isExplained =
+            named || std::ranges::any_of(all, [&](const SoundEvent& other) {
+                return other.kind != SoundEvent::Kind::Dip && std::abs(other.at - event.at) < kCauseOfDip;
+            });
+        named = named || !isExplained;
+        return isExplained;
+    });
 }
 
 }  // namespace
@@ -60,6 +86,7 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
 void DecideEvents(Case& check) {
     std::vector<SoundEvent> events = check.lineup->events;
     std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::LevelStep; });
+    KeepOneDip(check, events);
     std::ranges::stable_sort(events, {}, &SoundEvent::at);
     for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {
         AddFault(check, events[i], check.facts->startSeconds + events[i].at);

@@ -56,7 +56,9 @@ double LoudTone(const Case& check, std::size_t input) {
 void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {
     const InputFindings& found = check.lineup->inputs[input];
     const double flat = found.samples > 0 ? found.tops / found.samples / 2 : 0;
-    const double top = std::max(-found.least, found.most);
+    const double zero =
+        found.dc.count > 0 ? found.dc.Mean() : 0;  // it may have moved before they were cut off, or after
+    const double top = std::min(std::max(-found.least, found.most), std::max(zero - found.least, found.most - zero));
     const double fundamental = LoudTone(check, input);
     if (flat > kFlatTops && top > 0 && fundamental > top) {
         shape.clipped = PartOfFundamental(fundamental / top);

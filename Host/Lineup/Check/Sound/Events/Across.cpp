@@ -91,7 +91,7 @@ void Across::AddEvents(const SlotMeter& meter, const SlotNumber& number, std::sp
 bool IsKnown(std::span<const SoundEvent> events, double at) {
     return std::ranges::any_of(events, [at](const SoundEvent& known) {
         const double end = known.at + (known.kind == SoundEvent::Kind::Dropout ? known.amount : 0);
-        return at > known.at - kSameEvent && at < end + kSameEvent;
+        return known.kind != SoundEvent::Kind::Dip && at > known.at - kSameEvent && at < end + kSameEvent;
     });
 }
 

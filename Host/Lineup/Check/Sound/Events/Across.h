@@ -27,7 +27,7 @@ private:
     std::vector<bool> mGoesOn;  // whether a tone does, an end
 };
 
-/// Whether one of `events` is at the place.
+/// Whether one of `events` is at the place; a dip of the gain hides no other.
 [[nodiscard]] bool IsKnown(std::span<const SoundEvent> events, double at);
 
 }  // namespace lineup::sound

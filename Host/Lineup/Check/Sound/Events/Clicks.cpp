@@ -86,7 +86,7 @@ void AddClicks(std::span<const SoundEvent> clicks, std::span<const SoundEvent> k
     const auto isNear = [](std::span<const SoundEvent> others, double at) {
         return std::ranges::any_of(others, [at](const SoundEvent& other) {
             const double last = other.at + (other.kind == SoundEvent::Kind::Dropout ? other.amount : 0);
-            return at > other.at - kNearClick && at < last + kNearClick;
+            return other.kind != SoundEvent::Kind::Dip && at > other.at - kNearClick && at < last + kNearClick;
         });
     };
     for (const SoundEvent& click : clicks) {

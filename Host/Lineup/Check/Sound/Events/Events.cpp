@@ -38,6 +38,9 @@ constexpr double kLeastStep = 0.01;         // of the amplitude
 constexpr double kTimesUsual = 10;
 constexpr double kOneEvent = 0.006;     // s: what happens at several inputs within that is one thing
 constexpr double kFilterReach = 0.001;  // s
+constexpr double kLeastOfDip = 0.4;     // of the tone: softer is no dip of the gain
+constexpr double kMostOfDip = 2.5;
+constexpr double kLeftOfDip = 0.3;  // of what departs from the tone: the rest is the tone itself, louder or softer
 
 // Blocks [first, end) of an input that are not like the others.
 struct Stretch {
@@ -218,6 +221,38 @@ public:
         return std::nullopt;
     }
 
+    /// By how much the tones' gain goes up or down between two places, at most, where nothing else happens: in each
+    /// window of `window` s they are there in their phase, louder or softer. Empty where that is not so.
+    [[nodiscard]] std::optional<double> GainWithin(const Gains& gains, double first, double end, double window) const {
+        const auto length = static_cast<std::size_t>(window * mRate);
+        double departs = 0;
+        double left = 0;
+        double farthest = 1;
+        for (std::size_t begin = 0; length > 0 && begin + length <= mSamples.size(); begin += length) {
+            if (SecondOf(begin + length) < first || SecondOf(begin) > end) {
+                continue;
+            }
+            double power = 0;
+            double along = 0;
+            double energy = 0;
+            for (std::size_t n = begin; n < begin + length; ++n) {
+                const double tone = At(gains, n);
+                const auto heard = static_cast<double>(mSamples[n]);
+                power += tone * tone;
+                along += tone * heard;
+                energy += heard * heard;
+            }
+            const double gain = power > 0 ? along / power : 0;
+            if (gain < kLeastOfDip || gain > kMostOfDip) {
+                return std::nullopt;
+            }
+            departs += energy - 2 * along + power;
+            left += energy - gain * along;
+            farthest = std::abs(std::log(gain)) > std::abs(std::log(farthest)) ? gain : farthest;
+        }
+        return departs > 0 && left < kLeftOfDip * departs ? std::optional(farthest) : std::nullopt;
+    }
+
     [[nodiscard]] double FarthestFrom(const Gains& gains) const {
         double farthest = 0;
         for (std::size_t n = 0; n < mSamples.size(); ++n) {
@@ -295,6 +330,9 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     if (length < kLongestClick) {
         return SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}};
     }
+    if (const auto gain = zoom.GainWithin(before, *begins, *ends, 1 / frequency)) {
+        return SoundEvent{SoundEvent::Kind::Dip, *begins, 20 * std::log10(*gain), {}};
+    }
     return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
 }
 
@@ -314,10 +352,12 @@ std::optional<SoundEvent> FindSilence(const Zoom& zoom, const Usual& usual, doub
 // What happens at one place is one thing, at all inputs that have it; where one says more than another, that counts.
 void AddEvent(const SoundEvent& event, std::size_t input, std::vector<SoundEvent>& events) {
     for (SoundEvent& known : events) {
-        const bool isSame = std::abs(known.at - event.at) < kOneEvent ||
+        const bool isNear = std::abs(known.at - event.at) < kOneEvent ||
                             (known.kind == SoundEvent::Kind::Dropout && event.at > known.at &&
                              event.at < known.at + known.amount + kOneEvent);
-        if (isSame) {
+        // Gain goes down at one input for what happens at another.
+        const bool areAlike = (known.kind == SoundEvent::Kind::Dip) == (event.kind == SoundEvent::Kind::Dip);
+        if (isNear && areAlike) {
             known.inputs.push_back(input);
             if (event.kind < known.kind) {
                 known.kind = event.kind;

@@ -20,6 +20,7 @@ struct SoundEvent {
         Jump,       ///< time jumps: `amount` seconds were lost, or, below 0, came twice
         LevelStep,  ///< the level goes by `amount` dB and stays there
         Click,      ///< `amount` is its height
+        Dip,        ///< the level goes by `amount` dB and comes back: gain that follows what is heard elsewhere
     };
 
     Kind kind = Kind::Click;

@@ -26,6 +26,7 @@ constexpr std::size_t kLinesAtFirst = 200;  // slots
 constexpr std::size_t kLinesOneIn = 16;
 constexpr double kPlainChannel = 0.98;  // likeness: no other is heard there
 constexpr std::size_t kMostEvents = 1000;
+constexpr std::size_t kMostDips = 100;  // events, above which dips are not kept
 constexpr std::size_t kSlotsAroundJump = 8;
 constexpr double kHeardAfterJump = 3.5;  // s: long enough for an edge
 constexpr double kOwnTone = 0.03;        // of the reference's level
@@ -136,10 +137,11 @@ void Follower::Keep(const SoundEvent& event) {
     if (IsKnown(mLineup.events, event.at)) {
         return;
     }
-    if (mLineup.events.size() < kMostEvents) {
+    const bool isDip = event.kind == SoundEvent::Kind::Dip;  // a limiter has many, and one says it
+    if (mLineup.events.size() < (isDip ? kMostDips : kMostEvents)) {
         mLineup.events.push_back(event);
     } else {
-        ++mLineup.moreEvents;
+        mLineup.moreEvents += isDip ? 0 : 1;
     }
 }
 

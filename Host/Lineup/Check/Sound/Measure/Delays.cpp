@@ -23,6 +23,15 @@ constexpr double kEdgesAgree = 0.00003;  // s
 constexpr double kPairsDoubt = 0.00006;  // s, standard deviation: far less than half a period
 constexpr double kDeviation = 1.85;      // of a median, times the root of their number, over the median distance
 constexpr std::size_t kFewPairs = 2;     // of which one number says little of how far they scatter
+constexpr std::size_t kFewestLate = 2;   // one agrees with itself
+constexpr double kOfShorter = 0.45;      // of the shorter of two slots
+constexpr double kLeastOfTone = 0.02;    // of what was sent
+
+// What is looked for at an input, and how late the slot was measured there.
+struct InputChannel {
+    std::size_t channel;
+    double delay;  // s
+};
 
 // The slot before or after, and its cycle's number is of no matter.
 const RefSlot& Beside(const Reference& reference, std::size_t slot, bool after) {
@@ -34,6 +43,15 @@ bool Sounds(const RefSlot& slot, double frequency, std::size_t channel) {
     return std::ranges::any_of(slot.tones, [&](const RefTone& tone) {
         return tone.frequency == frequency && tone.Amplitude(channel) > kDelaysSounds;
     });
+}
+
+bool IsShared(const RefTone& tone, std::size_t channel) {
+    for (std::size_t other = 0; other < tone.gain.size(); ++other) {
+        if (other != channel && tone.Amplitude(other) > kDelaysSounds) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // A cell as the search for a delay sees it.
@@ -52,7 +70,7 @@ std::vector<PhasePoint> PhasePoints(const Cells& cells, const Reference& referen
         for (std::size_t m = 0; m < tones.size(); ++m) {
             const Cell& cell = cells.At(slot, m, input);
             const double sent = tones[m].Amplitude(channel);
-            if (tones[m].floating || sent <= kDelaysSounds || !cell.Seen() || cell.Amplitude() < 0.02 * sent) {
+            if (tones[m].floating || sent <= kDelaysSounds || !cell.Seen() || cell.Amplitude() < kLeastOfTone * sent) {
                 continue;
             }
             const double weight = cell.blocks * sent * cell.Amplitude();
@@ -123,12 +141,8 @@ std::vector<double> LatePairs(std::vector<LateEdge> edges) {
     return late;
 }
 
-}  // namespace
-
-std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy) {
-    if (edges.empty()) {
-        return std::nullopt;
-    }
+// The median of edges that agree. Empty where they do not.
+std::optional<double> AgreedOf(const std::vector<LateEdge>& edges) {
     std::vector<Vote> votes;
     std::vector<double> late;
     for (const LateEdge& edge : edges) {
@@ -136,56 +150,113 @@ std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy)
         late.push_back(edge.late);
     }
     const double usual = WeightedMedian(std::move(votes));
-    if (MedianDistance(late, usual) < kEdgesAgree) {
-        return AgreedDelay{usual, true};
-    }
-    const std::vector<double> pairs = lossy ? LatePairs(std::move(edges)) : std::vector<double>();
+    return MedianDistance(late, usual) < kEdgesAgree ? std::optional(usual) : std::nullopt;
+}
+
+// The same of bursts: by beginnings and ends together.
+std::optional<double> AgreedOfBursts(std::vector<LateEdge> edges) {
+    const std::vector<double> pairs = LatePairs(std::move(edges));
     const double middle = MedianOf(pairs);
     const auto count = static_cast<double>(pairs.size());
     const double scatter = kDeviation * MedianDistance(pairs, middle) * (pairs.size() <= kFewPairs ? 2 : 1);
-    if (pairs.size() >= kFewPairs && scatter / std::sqrt(count) < kPairsDoubt) {
-        return AgreedDelay{middle, true};
+    const bool agree = pairs.size() >= kFewPairs && scatter / std::sqrt(count) < kPairsDoubt;
+    return agree ? std::optional(middle) : std::nullopt;
+}
+
+// The same of some of the edges, where there are more than one of those.
+std::optional<double> AgreedOfSome(std::vector<LateEdge> edges, bool (*others)(const LateEdge&)) {
+    std::erase_if(edges, others);
+    return edges.size() < kFewestLate ? std::nullopt : AgreedOf(edges);
+}
+
+// A tone that begins or ends where a slot does, as the slot has it.
+struct SlotEdge {
+    const SlotSound* sound;
+    const RefTone* tone;
+    PhaseLine line;
+    bool after;  // it ends
+};
+
+// How far to look on both sides of an edge: not as far as the next one, and not beyond a jump.
+double ReachAt(double at, double shorter, const Placing& placing) {
+    double reach = std::min(kReach, kOfShorter * shorter / placing.tempo);
+    for (const TimeJump& jump : placing.jumps) {
+        reach = std::min(reach, std::abs(at - jump.at) - kClearOfJump);
     }
-    return AgreedDelay{usual, false};
+    return reach;
+}
+
+std::optional<LateEdge> LateEdgeOf(const History& history, const Reference& reference, const Placing& placing,
+                                   const SlotEdge& edge, std::size_t input, InputChannel where) {
+    const auto [channel, delay] = where;
+    const SlotNumber& number = edge.sound->number;
+    const RefSlot& slot = reference.slots[number.slot];
+    const RefSlot& beside = Beside(reference, number.slot, edge.after);
+    const std::vector<bool>& there = edge.sound->inputs[input].there;
+    const bool isCut = edge.after ? !there.back() : !there.front();
+    if (isCut || Sounds(beside, edge.tone->frequency, channel)) {
+        return std::nullopt;
+    }
+    const double at = edge.after ? edge.sound->end : edge.sound->start;
+    const double reach = ReachAt(at + delay, std::min(slot.Length(), beside.Length()), placing);
+    if (reach < kLeastReach) {
+        return std::nullopt;
+    }
+    // As the tone is there: time may jump within the slot.
+    const double frequency = edge.tone->frequency * placing.pitch;
+    const double turns = std::remainder(frequency * (placing.StartAt(at) + delay), 1.0);
+    const double clip = static_cast<double>(number.cycle) * reference.cycle + (edge.after ? slot.end : slot.start);
+    const double phase = kTurn * std::remainder(edge.tone->frequency * clip, 1.0) + std::arg(edge.tone->gain[channel]);
+    const auto late = EdgeDelay(
+        history, placing,
+        {input, at + delay, !edge.after, frequency, edge.line.mean * std::polar(1.0, -kTurn * turns), phase, reach});
+    return !late ? std::nullopt
+                 : std::optional(LateEdge{at, *late, edge.tone->floating ? kFloatingWeight : 1, edge.tone->frequency,
+                                          !edge.after, IsShared(*edge.tone, channel)});
+}
+
+}  // namespace
+
+std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy) {
+    if (edges.empty()) {
+        return std::nullopt;
+    }
+    std::optional<double> agreed = AgreedOf(edges);
+    if (!agreed && lossy) {
+        agreed = AgreedOfBursts(edges);
+    }
+    if (!agreed) {
+        agreed = AgreedOfSome(edges, [](const LateEdge& edge) { return edge.shared; });
+    }
+    if (!agreed && !lossy) {
+        agreed = AgreedOfSome(edges, [](const LateEdge& edge) { return edge.rises; });
+    }
+    if (agreed) {
+        return AgreedDelay{*agreed, true};
+    }
+    std::vector<Vote> votes;
+    for (const LateEdge& edge : edges) {
+        votes.push_back({edge.late, edge.weight});
+    }
+    return AgreedDelay{WeightedMedian(std::move(votes)), false};
 }
 
 std::vector<LateEdge> EdgeDelays(const History& history, const Reference& reference, const SlotSound& sound,
                                  const Placing& placing, double delay, std::size_t input, std::size_t channel) {
     std::vector<LateEdge> delays;
+    const InputSlot& heard = sound.inputs[input];
     const RefSlot& slot = reference.slots[sound.number.slot];
     for (std::size_t m = 0; m < slot.tones.size(); ++m) {
         const RefTone& tone = slot.tones[m];
-        const auto line = FitPhaseLine(sound.inputs[input].gains[m], sound.inputs[input].there, sound.step);
-        if (tone.Amplitude(channel) <= kDelaysSounds || !line || line->amplitude < 0.02 * tone.Amplitude(channel)) {
+        const auto line = FitPhaseLine(heard.gains[m], heard.there, sound.step);
+        if (tone.Amplitude(channel) <= kDelaysSounds || !line ||
+            line->amplitude < kLeastOfTone * tone.Amplitude(channel)) {
             continue;
         }
-        const double frequency = tone.frequency * placing.pitch;
         for (const bool after : {false, true}) {
-            const RefSlot& beside = Beside(reference, sound.number.slot, after);
-            const std::vector<bool>& there = sound.inputs[input].there;
-            const bool isCut = after ? !there.back() : !there.front();
-            if (isCut || Sounds(beside, tone.frequency, channel)) {
-                continue;
-            }
-            const double edge = after ? sound.end : sound.start;
-            // As the tone is there: time may jump within the slot.
-            const std::complex<double> gain =
-                line->mean * std::polar(1.0, -kTurn * std::remainder(frequency * (placing.StartAt(edge) + delay), 1.0));
-            const double clip =
-                static_cast<double>(sound.number.cycle) * reference.cycle + (after ? slot.end : slot.start);
-            double reach = std::min(kReach, 0.45 * std::min(slot.Length(), beside.Length()) / placing.tempo);
-            for (const TimeJump& jump : placing.jumps) {
-                reach = std::min(reach, std::abs(edge + delay - jump.at) - kClearOfJump);
-            }
-            if (reach < kLeastReach) {
-                continue;
-            }
-            const auto late =
-                EdgeDelay(history, placing,
-                          {input, edge + delay, !after, frequency, gain,
-                           kTurn * std::remainder(tone.frequency * clip, 1.0) + std::arg(tone.gain[channel]), reach});
-            if (late) {
-                delays.push_back({edge, *late, tone.floating ? kFloatingWeight : 1, tone.frequency, !after});
+            const SlotEdge edge{&sound, &tone, *line, after};
+            if (const auto late = LateEdgeOf(history, reference, placing, edge, input, {channel, delay})) {
+                delays.push_back(*late);
             }
         }
     }

@@ -19,6 +19,7 @@ struct LateEdge {
     double weight = 1;
     double frequency = 0;  ///< Hz: of the tone
     bool rises = false;    ///< the tone begins
+    bool shared = false;   ///< another channel sends the same tone in that slot
 };
 
 /// How late an input is by all its edges.
@@ -27,8 +28,10 @@ struct AgreedDelay {
     bool agree = false;  ///< they are near enough to each other to know it by
 };
 
-/// By the median of the edges; after a lossy codec, where those do not agree, by that of bursts, each with both its
-/// ends: what a codec takes from a tone makes it begin late and end early by as much. Empty without edges.
+/// By the median of the edges; where those do not agree, by some of them: after a lossy codec by bursts with both their
+/// ends, for what a codec takes from a tone makes it begin late and end early by as much; by tones that no other
+/// channel has at the same time, for one that leaks would move the edges of its own; by the ends of tones, for a
+/// limiter has settled there, while it lets the beginnings through. Empty without edges.
 [[nodiscard]] std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy);
 
 /// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge

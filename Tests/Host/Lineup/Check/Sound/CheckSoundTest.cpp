@@ -133,6 +133,17 @@ TEST(CheckSound, ALeakIsMeasured) {
     EXPECT_NEAR(findings.faults[0].measured.value_or(0), -40, 0.1);
 }
 
+TEST(CheckSound, ALeakOfAChannelThatIsMissingIsHeldAgainstTheOthers) {
+    Sound sound = Ident("blits", 13.4);
+    for (std::size_t n = 0; n < sound[0].size(); ++n) {
+        sound[4][n] += 0.05F * sound[0][n];
+    }
+    std::ranges::fill(sound[0], 0.0F);
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), (Strings{"channel-mixed", "channel-missing"}));
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 20 * std::log10(0.05), 0.1);
+}
+
 TEST(CheckSound, NoiseIsNoLeak) {
     Sound sound = Ident("ebu-5.1", 12);
     std::mt19937 random(4);

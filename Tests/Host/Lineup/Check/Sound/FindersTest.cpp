@@ -117,6 +117,36 @@ TEST(FindEvents, SilenceIsADropoutAtWhateverLevelTheToneComesBack) {
     }
 }
 
+struct DipCase {
+    const char* what;
+    double gain;       // that the tone falls to at once; from there it rises again, with 5 ms
+    double pollution;  // of the tone: another one that comes and goes like that
+    SoundEvent::Kind kind;
+};
+
+TEST(FindEvents, ToneThatIsSofterForAMomentIsNoDropout) {
+    for (const DipCase& dip : std::vector<DipCase>{
+             {"a limiter that follows another input", 0.9, 0, SoundEvent::Kind::Dip},
+             {"one that hears something loud", 0.5, 0, SoundEvent::Kind::Dip},
+             {"a tone that is nearly gone", 0.1, 0, SoundEvent::Kind::Dropout},
+             {"damage as loud as the tone", 0.9, 0.5, SoundEvent::Kind::Dropout},
+         }) {
+        std::vector<float> tone = ToneOf(3);
+        for (std::size_t n = 0; n < tone.size(); ++n) {
+            const double since = static_cast<double>(n) / kFinderRate - 1.5;
+            const double falls = since > 0 ? std::exp(-since / 0.005) : 0;
+            const double other = falls * dip.pollution * kFinderLevel * std::sin(0.2 * static_cast<double>(n));
+            tone[n] = static_cast<float>(tone[n] * (1 - (1 - dip.gain) * falls) + other);
+        }
+        Second second({ToneOf(3), tone});
+        const auto events = FindEvents(second.history, second.reference, second.meter, second.slot);
+        ASSERT_EQ(events.size(), 1U) << dip.what;
+        EXPECT_EQ(events[0].kind, dip.kind) << dip.what;
+        EXPECT_EQ(events[0].inputs, std::vector<std::size_t>{1}) << dip.what;
+        EXPECT_NEAR(events[0].at, 1.5, 0.002) << dip.what;
+    }
+}
+
 struct WanderCase {
     const char* what;
     std::function<double(double)> sent;

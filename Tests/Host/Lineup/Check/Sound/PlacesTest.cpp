@@ -87,20 +87,26 @@ struct EdgesCase {
     std::vector<double> late;  // us: a beginning, an end, and so on
     bool lossy;
     std::optional<double> agreed;
+    std::size_t shared = 0;  // edges from the last one back that are of a tone which other channels have too
 };
 
-TEST(AgreeOnDelay, TakesBeginningsAndEndsTogetherAfterACodec) {
+TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
     for (const EdgesCase& edges : std::vector<EdgesCase>{
              {"edges that agree", {500, 510, 495, 505}, false, 500},
              {"bursts that a codec makes shorter", {773, 243, 771, 245}, true, 508},
              {"bursts that it makes longer", {-117, 370, 2, 268}, true, 130.75},
              {"edges that say nothing", {1224, -17, 0, 895}, true, {}},
              {"one burst", {773, 243}, true, {}},
-             {"a compressor", {773, 243, 771, 245}, false, {}},
+             {"beginnings and ends that agree neither way", {773, 243, 771, 345}, false, {}},
+             {"a limiter, which has settled where tones end", {-915, 684, 528, 701}, false, 684},
+             {"a leak in the tone that all channels have", {15679, 15678, 17354, 17356}, false, 15678, 2},
+             {"the same after a codec", {-6964, -7001, -6398}, true, -7001, 1},
+             {"one edge that no other channel has", {-6964, -6398, -6203}, true, {}, 2},
          }) {
         std::vector<LateEdge> late;
         for (std::size_t i = 0; i < edges.late.size(); ++i) {
-            late.push_back({static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0});
+            const bool shared = i + edges.shared >= edges.late.size();
+            late.push_back({static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0, shared});
         }
         const auto agreed = AgreeOnDelay(late, edges.lossy);
         ASSERT_TRUE(agreed) << edges.what;

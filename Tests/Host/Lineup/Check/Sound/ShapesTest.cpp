@@ -58,6 +58,29 @@ TEST(Shapes, AreNamedOnceAndMeasured) {
     }
 }
 
+TEST(Shapes, TopsThatAreCutOffAreKnownWhereTheSoundLiesOffZero) {
+    for (const bool before : {true, false}) {
+        Sound sound = Ident("ebu-stereo-1000", 7.4);
+        Reshape(sound, [&](double x, double) {
+            return before ? std::clamp(x + 0.005, -0.11, 0.11) : std::clamp(x, -0.11, 0.11) + 0.02;
+        });
+        const auto findings = Check(sound);
+        ASSERT_EQ(Ids(findings), (Strings{"dc-offset", "clipped"})) << before;
+        EXPECT_NEAR(findings.faults[1].measured.value_or(0), 20 * std::log10(0.11), before ? 0.4 : 0.05) << before;
+    }
+}
+
+TEST(Shapes, GainThatFollowsSomethingElseIsNamedOnceForAll) {
+    Sound sound = Ident("blits", 14.5);
+    Reshape(sound, [](double x, double second) {
+        const double since = std::fmod(second, 2.0) - 1.5;
+        return since > 0 ? x * (1 - 0.2 * std::exp(-since / 0.005)) : x;
+    });
+    const auto findings = Check(sound);
+    ASSERT_EQ(Ids(findings), Strings{"level-changes"});
+    EXPECT_NEAR(findings.faults[0].at.value_or(0), 3.5, 2.01);
+}
+
 TEST(Shapes, ALimiterBringsThePartsOfBlitsCloser) {
     Sound sound = Ident("blits", 14.5);
     // The closing tone, from 10.2 s of each cycle on, is soft enough to pass.

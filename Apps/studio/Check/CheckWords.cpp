@@ -4,7 +4,7 @@
 #include "Apps/studio/Check/FaultKindWords.h"
 #include "Apps/studio/Document/NumberWords.h"
 #include "Apps/studio/Text/Counted.h"
-#include "Apps/studio/Text/ProblemPatterns.h"
+#include "Apps/studio/Text/FaultSentences.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -161,7 +161,7 @@ QString UnreadableWords(const lineup::CheckReport& report) {
         return {};
     }
     return note != report.notes.end() || !report.notes.empty()
-               ? WindowWords(QString::fromStdString((note != report.notes.end() ? *note : report.notes.front()).text))
+               ? FaultSentence(QString::fromStdString((note != report.notes.end() ? *note : report.notes.front()).text))
                : VerdictWords(report);
 }
 

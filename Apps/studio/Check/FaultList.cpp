@@ -3,7 +3,6 @@
 #include "Apps/studio/Check/CheckWords.h"
 #include "Apps/studio/Document/ClipWords.h"
 #include "Apps/studio/Text/FaultSentences.h"
-#include "Apps/studio/Text/ProblemPatterns.h"
 #include "Apps/studio/Window/Theme.h"
 
 #include <QEvent>
@@ -52,10 +51,7 @@ void FaultList::AddFault(const lineup::CheckFault& fault) {
 }
 
 void FaultList::AddNote(const lineup::CheckNote& note) {
-    // Of what was heard and seen, or of why it was not.
-    const QString text = QString::fromStdString(note.text);
-    const QString heard = FaultSentence(text);
-    const QString sentence = heard != text ? heard : WindowWords(text);
+    const QString sentence = FaultSentence(QString::fromStdString(note.text));
     auto* const item = new QTreeWidgetItem(this, {tr("Note"), {}, {}, {}, {}, sentence});
     item->setData(kKind, Qt::UserRole, kNoFault);
     item->setToolTip(kWords, sentence);

@@ -1,8 +1,10 @@
 #include "Apps/studio/Text/FaultSentences.h"
 
 #include "Apps/studio/Text/PatternTable.h"
+#include "Apps/studio/Text/ProblemPatterns.h"
 
 #include <array>
+#include <optional>
 
 namespace studio {
 
@@ -10,6 +12,49 @@ namespace {
 
 // What a check says, with %1, %2, ... for what differs. The first that fits is taken.
 constexpr std::array kSentences = {
+    QT_TRANSLATE_NOOP("Fault", "There are no pictures to find a card in."),
+    QT_TRANSLATE_NOOP("Fault", "There is no card in the picture, where the %1 card is due."),
+    QT_TRANSLATE_NOOP("Fault", "The pictures are of a kind whose codes cannot be read: %1."),
+    QT_TRANSLATE_NOOP("Fault", "Black lies at %1 %: NTSC's setup of 7.5 %."),
+    QT_TRANSLATE_NOOP("Fault", "R'G'B' was encoded by sRGB's curve once too often."),
+    QT_TRANSLATE_NOOP("Fault", "R'G'B' was decoded by sRGB's curve: it is linear."),
+    QT_TRANSLATE_NOOP("Fault", "The range was squeezed to a limited one twice too often."),
+    QT_TRANSLATE_NOOP("Fault", "Patches are off by %1 codes more, r.m.s., than what is named explains."),
+    QT_TRANSLATE_NOOP("Fault", "The patches can be explained as well so: %1."),
+    QT_TRANSLATE_NOOP("Fault", "The recording has %1 channels more than the %2 that are looked at."),
+    QT_TRANSLATE_NOOP("Fault", "Track %1 was converted from %2 Hz to %3 Hz, the rate of the first."),
+    QT_TRANSLATE_NOOP("Fault", "From %1 s on %2 s cannot be read: %3."),
+    QT_TRANSLATE_NOOP("Fault", "%1 more stretches are damaged."),
+    QT_TRANSLATE_NOOP("Fault", "No steady tone was found. A second of one would settle what the path did."),
+    QT_TRANSLATE_NOOP("Fault", "The channels are in %1: inputs %2 hold %3."),
+    QT_TRANSLATE_NOOP("Fault", "This is %1, not %2."),
+    QT_TRANSLATE_NOOP("Fault", "The low tone has %1 Hz: another maker's version."),
+    QT_TRANSLATE_NOOP("Fault", "At %1 s %2 samples are lost, or whole periods of the tone more or fewer."),
+    QT_TRANSLATE_NOOP("Fault", "At %1 s %2 samples come twice, or whole periods of the tone more or fewer."),
+    QT_TRANSLATE_NOOP("Fault", "%1 more dropouts, jumps of time and clicks."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "What is sent softer arrives %1 dB too loud beside the rest: a limiter or a compressor."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "What is sent softer arrives %1 dB too soft beside the rest: a limiter or a compressor."),
+    QT_TRANSLATE_NOOP("Fault", "The codec leaves more than %1 dBFS of noise under the tones of input %2."),
+    QT_TRANSLATE_NOOP("Fault", "The codec leaves more than %1 dBFS of noise under the tones of inputs %2."),
+    QT_TRANSLATE_NOOP("Fault", "It plays %1 % too fast: %2, with the pitch kept."),
+    QT_TRANSLATE_NOOP("Fault", "It plays %1 % too fast, with the pitch kept."),
+    QT_TRANSLATE_NOOP("Fault", "It plays %1 % too slowly: %2, with the pitch kept."),
+    QT_TRANSLATE_NOOP("Fault", "It plays %1 % too slowly, with the pitch kept."),
+    QT_TRANSLATE_NOOP("Fault", "The recording has only %1 of the %2 channels that were sent."),
+    QT_TRANSLATE_NOOP("Fault", "%1 was not due in what was heard; a whole cycle would settle what arrives there."),
+    QT_TRANSLATE_NOOP("Fault", "%1 were not due in what was heard; a whole cycle would settle what arrives there."),
+    QT_TRANSLATE_NOOP("Fault", "Whether %1 is upside down cannot be told; %2 would settle it."),
+    QT_TRANSLATE_NOOP("Fault", "Whether %1 are upside down cannot be told; %2 would settle it."),
+    QT_TRANSLATE_NOOP("Fault", "There is no sound: %1."),
+    QT_TRANSLATE_NOOP("Fault", "There is no sound."),
+    QT_TRANSLATE_NOOP("Fault", "The recording cannot be read: %1."),
+    QT_TRANSLATE_NOOP("Fault", "The picture shows no card."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "No identification sequence and no steady tone was found. A whole cycle, or three seconds of "
+                      "tone, would settle what the path did."),
+    QT_TRANSLATE_NOOP("Fault", "The bars are laid out like the card, and come from another generator."),
     QT_TRANSLATE_NOOP("Fault", "%1 is also heard at input %2, %3 dB below where it belongs."),
     QT_TRANSLATE_NOOP("Fault", "Both inputs hold sums of channels: a fold-down to stereo."),
     QT_TRANSLATE_NOOP("Fault", "Input %1 holds a sum of channels."),
@@ -114,6 +159,67 @@ constexpr std::array kSentences = {
 
 // And what such a place may hold. The most general comes last.
 constexpr std::array kParts = {
+    QT_TRANSLATE_NOOP("Fault", "missing"),
+    QT_TRANSLATE_NOOP("Fault", "a recording from before the codec"),
+    QT_TRANSLATE_NOOP("Fault", "more cycles, or a recording from before the codec,"),
+    QT_TRANSLATE_NOOP("Fault", "a recording from before the limiter"),
+    QT_TRANSLATE_NOOP("Fault", "a whole cycle"),
+    QT_TRANSLATE_NOOP("Fault", "tone"),
+    QT_TRANSLATE_NOOP("Fault", "film order"),
+    QT_TRANSLATE_NOOP("Fault", "the order of AAC"),
+    QT_TRANSLATE_NOOP("Fault", "the order of DTS and of the plug-in"),
+    QT_TRANSLATE_NOOP("Fault", "SMPTE order with the surround pair before C"),
+    QT_TRANSLATE_NOOP("Fault", "film order with LFE before the surround pair"),
+    QT_TRANSLATE_NOOP("Fault", "%1 kHz played as %2 kHz"),
+    QT_TRANSLATE_NOOP("Fault", "pulled up by %1, %2 played as %3 or %4 as %5"),
+    QT_TRANSLATE_NOOP("Fault", "pulled down by %1, %2 played as %3 or %4 as %5"),
+    QT_TRANSLATE_NOOP("Fault", "%1 frames a second played as %2"),
+    QT_TRANSLATE_NOOP("Fault", "it has no sound"),
+    QT_TRANSLATE_NOOP("Fault", "it has no pictures"),
+    QT_TRANSLATE_NOOP("Fault", "its tracks have too many channels"),
+    QT_TRANSLATE_NOOP("Fault", "there is no such file"),
+    QT_TRANSLATE_NOOP("Fault", "it is a folder"),
+    QT_TRANSLATE_NOOP("Fault", "it is empty"),
+    QT_TRANSLATE_NOOP("Fault", "it refers to other files, which are not opened"),
+    QT_TRANSLATE_NOOP("Fault", "it is of no kind that the FFmpeg libraries know"),
+    QT_TRANSLATE_NOOP("Fault", "nothing has arrived for %1 s"),
+    QT_TRANSLATE_NOOP("Fault", "reading failed: %1"),
+    QT_TRANSLATE_NOOP("Fault", "what follows cannot be made sense of"),
+    QT_TRANSLATE_NOOP("Fault", "the FFmpeg libraries here cannot decode %1"),
+    QT_TRANSLATE_NOOP("Fault", "its end cannot be decoded: %1"),
+    QT_TRANSLATE_NOOP("Fault", "%1 cannot be decoded: %2"),
+    QT_TRANSLATE_NOOP("Fault", "a track's sample rate cannot be converted: %1"),
+    QT_TRANSLATE_NOOP("Fault", "its samples are of an unknown format"),
+    QT_TRANSLATE_NOOP("Fault", "decoding it takes more memory than it may"),
+    QT_TRANSLATE_NOOP("Fault", "at %1 s track %2 turns from %3 channels at %4 Hz into %5 at %6 Hz"),
+    QT_TRANSLATE_NOOP("Fault", "damaged on its way"),
+    QT_TRANSLATE_NOOP("Fault", "the decoder has said nothing for %1 s"),
+    QT_TRANSLATE_NOOP("Fault", "cannot read what the decoder says: %1"),
+    QT_TRANSLATE_NOOP("Fault", "the decoder talks nonsense: %1"),
+    QT_TRANSLATE_NOOP("Fault", "cannot keep a file open: %1"),
+    QT_TRANSLATE_NOOP("Fault", "cannot make a pipe: %1"),
+    QT_TRANSLATE_NOOP("Fault", "cannot start %1: %2"),
+    QT_TRANSLATE_NOOP("Fault", "the decoder ended too early: %1"),
+    QT_TRANSLATE_NOOP("Fault", "the decoder ended too early"),
+    QT_TRANSLATE_NOOP("Fault", "it ended with exit code %1"),
+    QT_TRANSLATE_NOOP("Fault", "it tried to do what it has no right to (SIGSYS)"),
+    QT_TRANSLATE_NOOP("Fault", "it took more of the processor's time than it may (SIGXCPU)"),
+    QT_TRANSLATE_NOOP("Fault", "it crashed (SIG%1, %2)"),
+    QT_TRANSLATE_NOOP("Fault", "the tracks lie too far apart in the recording"),
+    QT_TRANSLATE_NOOP("Fault", "samples are no numbers"),
+    QT_TRANSLATE_NOOP("Fault", "Invalid data found when processing input"),
+    QT_TRANSLATE_NOOP("Fault", "Input/output error"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % red"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % green"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % yellow"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % blue"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % magenta"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % cyan"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % white"),
+    QT_TRANSLATE_NOOP("Fault", "%1 % grey"),
+    QT_TRANSLATE_NOOP("Fault", "below black"),
+    QT_TRANSLATE_NOOP("Fault", "above black"),
+    QT_TRANSLATE_NOOP("Fault", "colour"),
     QT_TRANSLATE_NOOP("Fault", "Inputs %1"),
     QT_TRANSLATE_NOOP("Fault", "Input %1"),
     QT_TRANSLATE_NOOP("Fault", "%1 (input %2)"),
@@ -130,20 +236,54 @@ constexpr std::array kParts = {
     QT_TRANSLATE_NOOP("Fault", "system calls are not filtered (seccomp)"),
     QT_TRANSLATE_NOOP("Fault", "files are not out of reach (Landlock)"),
     QT_TRANSLATE_NOOP("Fault", "memory has no limit"),
+    QT_TRANSLATE_NOOP("Fault", "%1 (%2)"),
     QT_TRANSLATE_NOOP("Fault", "%1, %2"),
     QT_TRANSLATE_NOOP("Fault", "%1 and %2"),
 };
 
+QString PartWords(const QString& text);
+
+// Where no sentence fits, what the library says of a problem.
+std::optional<QString> Sentence(const QString& text) {
+    static const PatternTable kTable("Fault", kSentences, kSentences);
+    return kTable.Words(text, PartWords);
+}
+
+// Several sentences without their stops, in one list.
+std::optional<QString> ListWords(const QString& text) {
+    const auto words = [](const QString& said) {
+        auto sentence = Sentence(said.left(1).toUpper() + said.mid(1) + ".");
+        if (sentence) {
+            sentence->chop(1);
+        }
+        return sentence;
+    };
+    static const QString kBetween = ", ";
+    for (qsizetype end = text.size(); end > 0; end = text.lastIndexOf(kBetween, end - text.size() - 1)) {
+        const auto first = words(text.left(end));
+        if (first && end == text.size()) {
+            return first;
+        }
+        const auto rest = first ? ListWords(text.mid(end + kBetween.size())) : std::nullopt;
+        if (rest) {
+            return *first + "; " + *rest;
+        }
+    }
+    return std::nullopt;
+}
+
 QString PartWords(const QString& text) {
     static const PatternTable kTable("Fault", kParts, kParts);
-    return kTable.Words(text, PartWords).value_or(text);
+    if (const auto list = ListWords(text)) {
+        return *list;
+    }
+    return kTable.Words(text, PartWords).value_or(WindowWords(text));
 }
 
 }  // namespace
 
 QString FaultSentence(const QString& text) {
-    static const PatternTable kTable("Fault", kSentences, kSentences);
-    return kTable.Words(text, PartWords).value_or(text);
+    return Sentence(text).value_or(WindowWords(text));
 }
 
 }  // namespace studio

@@ -4,7 +4,8 @@
 
 namespace studio {
 
-/// What a check says of a fault, in the language in use; as it is where no catalogue knows the sentence.
+/// What a check says of a fault, of what else it found, and of why it found nothing, in the language in use; as it is
+/// where no catalogue knows the sentence.
 [[nodiscard]] QString FaultSentence(const QString& text);
 
 }  // namespace studio

@@ -18,7 +18,7 @@ struct Pattern {
     const char* words;
 };
 
-constexpr std::array<Pattern, 55> kPatterns = {{
+constexpr std::array<Pattern, 51> kPatterns = {{
     {"must be a whole number of Hz from %1 to %2",
      QT_TRANSLATE_NOOP("Problem", "must be a whole number of Hz from %1 to %2")},
     {"must be %1 Hz or more, and below %2 Hz: at half the sample rate a sine is next to silent",
@@ -91,17 +91,10 @@ constexpr std::array<Pattern, 55> kPatterns = {{
     {"\"%1\" must be %2 hexadecimal digits", QT_TRANSLATE_NOOP("Problem", "\"%1\" must be %2 hexadecimal digits")},
     {"cannot set up the dialog %1: its layout has no %2",
      QT_TRANSLATE_NOOP("Problem", "cannot set up the dialog %1: its layout has no %2")},
-    {"The recording cannot be read: %1.", QT_TRANSLATE_NOOP("Problem", "The recording cannot be read: %1.")},
-    {"There is no sound: %1.", QT_TRANSLATE_NOOP("Problem", "There is no sound: %1.")},
-    {"There is no sound.", QT_TRANSLATE_NOOP("Problem", "There is no sound.")},
-    {"The picture shows no card.", QT_TRANSLATE_NOOP("Problem", "The picture shows no card.")},
-    {"No identification sequence and no steady tone was found. A whole cycle, or three seconds of tone, would settle "
-     "what the path did.",
-     QT_TRANSLATE_NOOP("Problem",
-                       "No identification sequence and no steady tone was found. A whole cycle, or three seconds of "
-                       "tone, would settle what the path did.")},
-    {"The bars are laid out like the card, and come from another generator.",
-     QT_TRANSLATE_NOOP("Problem", "The bars are laid out like the card, and come from another generator.")},
+    {"The tone arrives at %1 dBFS; --level LEVEL says what was sent.",
+     QT_TRANSLATE_NOOP("Problem", "The tone arrives at %1 dBFS; at which level it was sent is not known.")},
+    {"The tone arrives at %1 Hz; --frequency HZ says what was sent.",
+     QT_TRANSLATE_NOOP("Problem", "The tone arrives at %1 Hz; at which frequency it was sent is not known.")},
     {"No such file or directory", QT_TRANSLATE_NOOP("Problem", "No such file or directory")},
     {"Permission denied", QT_TRANSLATE_NOOP("Problem", "Permission denied")},
     {"No space left on device", QT_TRANSLATE_NOOP("Problem", "No space left on device")},

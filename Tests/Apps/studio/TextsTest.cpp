@@ -115,6 +115,27 @@ TEST(Texts, EveryCatalogueHasEachText) {
     }
 }
 
+TEST(Texts, HaveTheSamePlacesInEachCatalogue) {
+    static const QRegularExpression kEntry("msgid \"\\$\\$\\$/Lineup/Studio/Text=(.*)\"\nmsgstr \"(.*)\"");
+    static const QRegularExpression kPlace("%\\d");
+    const auto places = [](const QString& text) {
+        std::set<QString> found;
+        for (auto match = kPlace.globalMatch(text); match.hasNext();) {
+            found.insert(match.next().captured());
+        }
+        return found;
+    };
+    for (const char* const language : kCatalogues) {
+        auto entry = kEntry.globalMatch(ReadSource(QString("Resources/locale/%1.po").arg(language)));
+        EXPECT_TRUE(entry.hasNext());
+        while (entry.hasNext()) {
+            const auto match = entry.next();
+            EXPECT_EQ(places(match.captured(1)), places(match.captured(2)))
+                << language << ": " << match.captured(1).toStdString();
+        }
+    }
+}
+
 TEST(Texts, NameNoOptionOfTheCommandLineAndHaveTrueMinusSigns) {
     static const QRegularExpression kOption(R"((^|\s)--?[a-z]|mono-tracks|audio-codec|video-codec)");
     for (const QString& text : TextsOfTheSources()) {

@@ -106,11 +106,11 @@ void DecideSpeed(Case& check) {
     }
     const bool corrected = check.lineup->placing.tempo != check.lineup->placing.pitch;
     const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? 3000 : 60);
-    std::string text =
-        fmt::format("It plays {:.4g} % too {}", std::abs(speed.ratio - 1) * 100, speed.ratio > 1 ? "fast" : "slowly");
-    text += known == nullptr ? "" : fmt::format(": {}", known->cause);
-    text += corrected ? ", with the pitch kept." : ".";
-    CheckFault& fault = check.Add("speed-wrong", {}, std::move(text));
+    const std::string cause = known == nullptr ? "" : fmt::format(": {}", known->cause);
+    CheckFault& fault =
+        check.Add("speed-wrong", {},
+                  fmt::format("It plays {:.4g} % too {}{}{}.", std::abs(speed.ratio - 1) * 100,
+                              speed.ratio > 1 ? "fast" : "slowly", cause, corrected ? ", with the pitch kept" : ""));
     fault.measured = speed.ppm;
     fault.expected = 0;
 }

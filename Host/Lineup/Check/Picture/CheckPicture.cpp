@@ -2,12 +2,14 @@
 
 #include "Host/Lineup/Check/Picture/Decide/Verdict.h"
 #include "Host/Lineup/Check/Picture/Find/FindCard.h"
+#include "Host/Lineup/Check/Picture/Find/SentSize.h"
 #include "Host/Lineup/Check/Picture/Raster.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace lineup::picture {
 
@@ -18,6 +20,10 @@ constexpr int kThoroughEvery = 40;  // and then one in so many
 constexpr int kLeastSide = 64;      // pixels of a frame
 constexpr double kReach = 3;        // pixels of the small picture that was searched
 constexpr int kSearchedWidth = 320;
+constexpr double kWhole = 0.25;          // pixels that a card may lie beside the frame it fills
+constexpr double kUnscaledMayErr = 0.1;  // pixels that edges of a card in its own size may be farther off
+constexpr double kLessUsual = 0.05;      // pixels that edges must fit better in a size that is less usual
+constexpr double kMostCut = 1.5;         // times the frame, that a card was before it was cut
 
 std::string TextOf(const decoding::TextField<16>& field) {
     return {field.begin(), std::ranges::find(field, '\0')};
@@ -68,6 +74,32 @@ std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
     return mModels;
 }
 
+// A card that was drawn for another size than the frame's, and cut out of it, has its edges on whole pixels of that
+// size: the card of the frame's has them elsewhere by up to a pixel.
+void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
+    const Place place = geometry.place;
+    const bool isAsWide = std::max(std::abs(place.x), std::abs(place.width - raster.width)) < kWhole;
+    const bool isAsHigh = std::max(std::abs(place.y), std::abs(place.height - raster.height)) < kWhole;
+    if (!geometry.isExact || (isAsWide && isAsHigh)) {
+        return;
+    }
+    double least = geometry.error + kUnscaledMayErr;
+    for (const CardSize& size : LikelySentSizes(mFoundModel.card, place)) {
+        const bool isCut = size.width <= raster.width * kMostCut && size.height <= raster.height * kMostCut;
+        const bool isFilling = (!isAsWide || size.width == raster.width) && (!isAsHigh || size.height == raster.height);
+        if (!isCut || !isFilling) {
+            continue;
+        }
+        CardModel model = ReadCardModel(*mClip, mFoundModel.card, size.width, size.height);
+        const Geometry unscaled = PlaceUnscaled(raster, model, place);
+        if (unscaled.isExact && unscaled.error < least) {
+            least = unscaled.error - kLessUsual;
+            geometry = unscaled;
+            mFoundModel = std::move(model);
+        }
+    }
+}
+
 void PictureExaminer::Look(const DecodedPicture& picture) {
     const Raster raster = MakeRaster(picture);
     const std::vector<CardModel>& models = ModelsFor(raster.width, raster.height);
@@ -75,7 +107,9 @@ void PictureExaminer::Look(const DecodedPicture& picture) {
     const auto take = [&](const std::optional<FoundCard>& found) {
         if (found) {
             mFoundModel = *found->model;
-            mFound = Examine(picture, raster, mFoundModel, found->place, reach);
+            Geometry geometry = RefinePlace(raster, mFoundModel, found->place, reach);
+            TakeSentSize(raster, geometry);
+            mFound = Examine(picture, raster, mFoundModel, geometry);
         }
     };
     take(FindInWholeFrame(raster, models));

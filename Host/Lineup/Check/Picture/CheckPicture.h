@@ -41,6 +41,7 @@ public:
 private:
     [[nodiscard]] std::vector<CardModel>& ModelsFor(int width, int height);
     void Look(const DecodedPicture& picture);
+    void TakeSentSize(const Raster& raster, Geometry& geometry);
 
     const Clip* mClip;
     const CheckSettings* mSettings;

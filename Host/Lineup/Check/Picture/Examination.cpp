@@ -25,14 +25,14 @@ double MedianNoise(const std::vector<MeasuredPatch>& patches) {
 }  // namespace
 
 std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& raster, const CardModel& model,
-                                   const Place& rough, double reach) {
+                                   const Geometry& geometry) {
+    if (!geometry.isExact) {
+        return std::nullopt;
+    }
     Examination seen;
     seen.model = &model;
     seen.head = picture.head;
-    seen.geometry = RefinePlace(raster, model, rough, reach);
-    if (!seen.geometry.isExact) {
-        return std::nullopt;
-    }
+    seen.geometry = geometry;
     const Place& place = seen.geometry.place;
     seen.patches = MeasurePatches(raster, model, place);
     const auto even = static_cast<std::size_t>(std::ranges::count_if(seen.patches, IsEven));

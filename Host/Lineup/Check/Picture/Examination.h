@@ -24,8 +24,8 @@ struct Examination {
     double noise = 0;  ///< codes
 };
 
-/// Measures a card that was found roughly, `reach` pixels off at most; empty where it turns out not to be a card.
+/// Measures a card that lies at this place; empty where it turns out not to be a card.
 [[nodiscard]] std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& raster,
-                                                 const CardModel& model, const Place& rough, double reach);
+                                                 const CardModel& model, const Geometry& geometry);
 
 }  // namespace lineup::picture

@@ -16,6 +16,7 @@ namespace lineup::picture {
 namespace {
 
 constexpr double kOtherMakers = 4;    // codes that -I or +Q may be elsewhere on the clip's own card
+constexpr double kBeyondEnds = 3;     // codes that a black may be darker than black, or a white brighter than white
 constexpr double kSureShare = 0.2;    // of the patches' tolerance, that a cause without doubt must move one by
 constexpr double kUnexplained = 3;    // codes r.m.s. that are left of the best explanation
 constexpr std::size_t kCovered = 10;  // one patch in so many may be covered by something
@@ -217,16 +218,21 @@ private:
 
     [[nodiscard]] bool IsOtherMakers() const {
         return std::ranges::any_of(mKnown->seen->patches, [this](const MeasuredPatch& patch) {
-            if (!IsOdd(*patch.patch)) {
-                return false;
-            }
             const Triple codes = mBest.chain.Codes(mScale, patch.patch->rgb);
             double most = 0;
             for (std::size_t i = 0; i < 3; ++i) {
                 most = std::max(most, std::abs(codes.at(i) - patch.codes.at(i)));
             }
-            return most > kOtherMakers + 2 * mBest.error;
+            return (IsOdd(*patch.patch) && most > kOtherMakers + 2 * mBest.error) || IsBeyondEnds(patch, codes);
         });
+    }
+
+    // Where black is right elsewhere, no path makes one black darker than that, nor one white brighter.
+    [[nodiscard]] bool IsBeyondEnds(const MeasuredPatch& patch, const Triple& codes) const {
+        const double brighter = patch.codes[0] - codes[0];
+        const double most = kBeyondEnds + 2 * mBest.error;
+        return !mScale.isRgb && ((patch.patch->name.starts_with("black") && brighter < -most) ||
+                                 (patch.patch->name.starts_with("100 % white") && brighter > most));
     }
 
     const PictureCase* mKnown;

@@ -12,7 +12,8 @@ namespace {
 
 constexpr int kDeepest = 12;           // bits: files of more hold pictures of fewer as a matter of course
 constexpr double kBanded = 2.5;        // times fewer codes in the ramp: a lower gain and clipping take some too
-constexpr double kCoarserThan = 2.9;   // samples of colour, and a pixel
+constexpr double kCoarserThan = 2.9;   // samples of colour
+constexpr double kCoarserHalf = 3.6;   // pixels: of 4:4:4, which 4:2:2 may have become on the way; 4:1:1 has 4 and more
 constexpr double kShifted = 1.0;       // pixels: what is said of where colour lies is not always true
 constexpr double kShiftOfBlur = 0.35;  // of an edge of colour
 constexpr double kOwnScale = 1.15;
@@ -81,8 +82,9 @@ void DecideChroma(const PictureCase& known, PictureFindings& findings) {
     }
     const double softAcross = std::max(1.0, known.seen->softAcross.value_or(1));
     const double softDown = std::max(1.0, known.seen->softDown.value_or(1));
-    const bool isCoarse = chroma.widthAcross.value_or(0) > kCoarserThan * stepX * softAcross ||
-                          chroma.widthDown.value_or(0) > kCoarserThan * stepY * softDown;
+    const auto most = [](double step) { return step > 1 ? kCoarserThan * step : kCoarserHalf; };
+    const bool isCoarse = chroma.widthAcross.value_or(0) > most(stepX) * softAcross ||
+                          chroma.widthDown.value_or(0) > most(stepY) * softDown;
     if (isCoarse && !IsEnlarged(known)) {
         findings.faults.push_back(MakePictureFault(
             "chroma-subsampled", std::max(chroma.widthAcross.value_or(0), chroma.widthDown.value_or(0)), {},

@@ -12,13 +12,27 @@ constexpr std::size_t kFewest = 4;   // edges
 constexpr double kChromaReach = 10;  // pixels
 constexpr double kLumaReach = 6;
 
-std::optional<double> MedianOf(std::vector<double> values) {
+struct Weighed {
+    double value;
+    double weight;
+};
+
+// The value that half of the weight lies below.
+std::optional<double> MedianOf(std::vector<Weighed> values) {
     if (values.size() < kFewest) {
         return std::nullopt;
     }
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    return *middle;
+    std::ranges::sort(values, {}, &Weighed::value);
+    double left = 0;
+    for (const Weighed& one : values) {
+        left += one.weight / 2;
+    }
+    auto middle = values.begin();
+    while (left > middle->weight && middle + 1 != values.end()) {
+        left -= middle->weight;
+        ++middle;
+    }
+    return middle->value;
 }
 
 }  // namespace
@@ -28,28 +42,28 @@ ChromaShape MeasureChroma(const Raster& raster, const CardModel& model, const Pl
     if (raster.isRgb || raster.planes.size() < 3) {
         return shape;
     }
-    std::vector<double> right;
-    std::vector<double> down;
-    std::vector<double> across;
-    std::vector<double> along;
+    std::vector<Weighed> right;
+    std::vector<Weighed> down;
+    std::vector<Weighed> across;
+    std::vector<Weighed> along;
     for (const int plane : {1, 2}) {
         for (const MeasuredEdge& measured : MeasureEdges(raster, model, place, kChromaReach, plane)) {
             if (measured.contrast < kStrong || measured.edge->isBorder) {
                 continue;
             }
             const double due = measured.edge->isUpright ? place.X(measured.edge->at) : place.Y(measured.edge->at);
-            (measured.edge->isUpright ? right : down).push_back(measured.at - due);
-            (measured.edge->isUpright ? across : along).push_back(measured.width);
+            (measured.edge->isUpright ? right : down).push_back({measured.at - due, 1});
+            (measured.edge->isUpright ? across : along).push_back({measured.width, 1});
         }
     }
     return {MedianOf(right), MedianOf(down), MedianOf(across), MedianOf(along)};
 }
 
 std::optional<double> MeasureSoftness(const Raster& raster, const CardModel& model, const Place& place, bool upright) {
-    std::vector<double> widths;
+    std::vector<Weighed> widths;
     for (const MeasuredEdge& measured : MeasureEdges(raster, model, place, kLumaReach, 0)) {
         if (measured.edge->isUpright == upright && !measured.edge->isBorder && measured.contrast >= kStrong / 2) {
-            widths.push_back(measured.width);
+            widths.push_back({measured.width, measured.contrast});  // a codec smears low steps most
         }
     }
     return MedianOf(widths);

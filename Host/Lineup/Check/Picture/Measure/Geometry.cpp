@@ -14,6 +14,8 @@ namespace {
 constexpr double kOutlier = 1.2;         // pixels
 constexpr std::size_t kFewestEdges = 3;  // along an axis
 constexpr double kSimpler = 0.2;         // pixels of error that a place without unknowns may have more
+constexpr double kClear = 40;            // codes: what a codec leaves behind hardly moves a step of that height
+constexpr double kUnscaledReach = 4;     // pixels
 
 // Other generators round an edge to another line: a line through few edges then misses all of them, and errs by several
 // pixels where it ends.
@@ -75,9 +77,10 @@ std::optional<Line> Fit(const std::vector<Mark>& marks) {
     return Line{start, length, Error(marks, start, length), static_cast<int>(marks.size())};
 }
 
-// Without those that lie elsewhere than most do.
-std::optional<Line> FitMost(std::vector<Mark>& marks) {
-    std::optional<Line> line = Fit(marks);
+// By `fit`, without those that lie elsewhere than most do.
+template <typename Fitted>
+std::optional<Line> FitMost(std::vector<Mark>& marks, const Fitted& fit) {
+    std::optional<Line> line = fit(marks);
     for (int pass = 0; pass < 4 && line; ++pass) {
         std::vector<double> off;
         off.reserve(marks.size());
@@ -97,7 +100,7 @@ std::optional<Line> FitMost(std::vector<Mark>& marks) {
             break;
         }
         marks = std::move(kept);
-        line = Fit(marks);
+        line = fit(marks);
     }
     return line;
 }
@@ -107,10 +110,24 @@ std::vector<Mark> MarksOf(const std::vector<MeasuredEdge>& edges, bool upright, 
     for (const MeasuredEdge& measured : edges) {
         if (measured.edge->isUpright == upright) {
             const double at = measured.edge->at;
-            marks.push_back({turned ? 1 - at : at, measured.at, measured.edge->to - measured.edge->from});
+            const double clear = measured.contrast * measured.contrast;
+            const double weight = (measured.edge->to - measured.edge->from) * clear / (clear + kClear * kClear);
+            marks.push_back({turned ? 1 - at : at, measured.at, weight});
         }
     }
     return marks;
+}
+
+// A line as long as this one.
+Line FitStart(const std::vector<Mark>& marks, double length) {
+    double start = 0;
+    double weights = 0;
+    for (const Mark& mark : marks) {
+        start += mark.weight * (mark.found - mark.sent * length);
+        weights += mark.weight;
+    }
+    start /= weights;
+    return {start, length, Error(marks, start, length), static_cast<int>(marks.size())};
 }
 
 // Of two explanations that are as good, the one that says less: the card fills the frame, or is as high as it is wide.
@@ -121,19 +138,16 @@ Line Simplest(const Line& free, const std::vector<Mark>& marks, double side, std
         return {0, side, whole, free.count};
     }
     if (length) {
-        double start = 0;
-        double weights = 0;
-        for (const Mark& mark : marks) {
-            start += mark.weight * (mark.found - mark.sent * *length);
-            weights += mark.weight;
-        }
-        start /= weights;
-        const double error = Error(marks, start, *length);
-        if (error <= free.error + kSimpler) {
-            return {start, *length, error, free.count};
+        const Line kept = FitStart(marks, *length);
+        if (kept.error <= free.error + kSimpler) {
+            return kept;
         }
     }
     return free;
+}
+
+bool IsExact(const Geometry& geometry) {
+    return geometry.edgesAcross >= 6 && geometry.edgesDown >= 4 && geometry.error < 1.5;
 }
 
 }  // namespace
@@ -144,8 +158,8 @@ Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& 
         const auto edges = MeasureEdges(raster, model, geometry.place, within);
         std::vector<Mark> across = MarksOf(edges, true, geometry.place.mirrored);
         std::vector<Mark> down = MarksOf(edges, false, geometry.place.flipped);
-        const auto x = FitMost(across);
-        const auto y = FitMost(down);
+        const auto x = FitMost(across, Fit);
+        const auto y = FitMost(down, Fit);
         if (!x || !y) {
             return geometry;
         }
@@ -161,7 +175,33 @@ Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& 
         geometry.edgesDown = high.count;
         geometry.error = std::max(wide.error, high.error);
     }
-    geometry.isExact = geometry.edgesAcross >= 6 && geometry.edgesDown >= 4 && geometry.error < 1.5;
+    geometry.isExact = IsExact(geometry);
+    return geometry;
+}
+
+Geometry PlaceUnscaled(const Raster& raster, const CardModel& model, const Place& rough) {
+    Geometry geometry{.place = rough};
+    for (int pass = 0; pass < 2; ++pass) {
+        const auto edges = MeasureEdges(raster, model, geometry.place, kUnscaledReach);
+        const auto along = [&](bool upright, bool turned, int side) {
+            std::vector<Mark> marks = MarksOf(edges, upright, turned);
+            const auto fit = [side](const std::vector<Mark>& some) { return std::optional(FitStart(some, side)); };
+            return marks.empty() ? std::nullopt : FitMost(marks, fit);
+        };
+        const auto x = along(true, rough.mirrored, model.width);
+        const auto y = along(false, rough.flipped, model.height);
+        if (!x || !y) {
+            return geometry;
+        }
+        geometry.place.x = x->start;
+        geometry.place.width = x->length;
+        geometry.place.y = y->start;
+        geometry.place.height = y->length;
+        geometry.edgesAcross = x->count;
+        geometry.edgesDown = y->count;
+        geometry.error = std::max(x->error, y->error);
+    }
+    geometry.isExact = IsExact(geometry);
     return geometry;
 }
 

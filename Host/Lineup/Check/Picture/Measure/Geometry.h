@@ -18,4 +18,7 @@ struct Geometry {
 /// Refines a rough place, which may be `reach` pixels off.
 [[nodiscard]] Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& rough, double reach);
 
+/// The place of a card that is as large as `model` was drawn, found near `rough`, where it was taken for another size.
+[[nodiscard]] Geometry PlaceUnscaled(const Raster& raster, const CardModel& model, const Place& rough);
+
 }  // namespace lineup::picture

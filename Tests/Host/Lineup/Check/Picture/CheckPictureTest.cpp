@@ -1,87 +1,27 @@
 // Frames of the card whose codes were changed, one way each, and what is said of them.
-#include <lineup/Clip.h>
-#include "Host/Lineup/Check/Picture/CheckPicture.h"
-#include "Host/Lineup/Picture/FloatPicture.h"
+#include "Tests/Host/Lineup/Check/Picture/CardFrames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
 using lineup::DecodedPicture;
-using lineup::picture::PictureExaminer;
-using lineup::picture::PictureFindings;
+using test::Codes;
+using test::Examine;
+using test::Frame;
+using test::IdsOf;
+using test::kHeight;
+using test::kWidth;
+using test::PictureFindings;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int kWidth = 640;
-constexpr int kHeight = 360;
-constexpr unsigned kBits = 10;
-
-using Codes = std::array<double, 3>;  // 8-bit, with fractions
-
-const lineup::Clip& TheClip() {
-    static const lineup::Clip clip(std::make_shared<lineup::Importer>(TEST_BUNDLE));
-    return clip;
-}
-
-std::uint16_t Stored(double code) {
-    return static_cast<std::uint16_t>(std::clamp(std::lround(code * 4), 0L, (1L << kBits) - 1));
-}
-
-// The card in BT.601, which is due at this size, 4:4:4; `change` gets each pixel's codes.
-DecodedPicture Frame(const std::function<void(Codes&)>& change = {}, lineup::Card which = lineup::Card::HD) {
-    const lineup::FloatPicture card = lineup::ReadPicture(TheClip(), kWidth, kHeight, which);
-    DecodedPicture picture;
-    picture.head.width = kWidth;
-    picture.head.height = kHeight;
-    picture.head.bits = kBits;
-    picture.head.planes = 3;
-    for (int y = 0; y < kHeight; ++y) {
-        for (std::size_t x = 0; x < kWidth; ++x) {
-            Codes codes{16 + 219 * static_cast<double>(card.Line(0, y)[x]),
-                        128 + 224 * static_cast<double>(card.Line(1, y)[x]),
-                        128 + 224 * static_cast<double>(card.Line(2, y)[x])};
-            if (change) {
-                change(codes);
-            }
-            for (std::size_t plane = 0; plane < 3; ++plane) {
-                picture.planes.at(plane).push_back(Stored(codes.at(plane)));
-            }
-        }
-    }
-    return picture;
-}
-
-PictureFindings Examine(const std::vector<DecodedPicture>& frames, const std::string& card = "auto") {
-    lineup::CheckSettings settings;
-    settings.card = card;
-    PictureExaminer examiner(TheClip(), settings);
-    examiner.OnFacts({.frameRate = 25, .flags = lineup::decoding::kLossless, .isStill = 0, .codec = {}});
-    double seconds = 0;
-    for (DecodedPicture frame : frames) {
-        frame.head.seconds = seconds;
-        seconds += 0.04;
-        examiner.OnPicture(frame);
-    }
-    return examiner.Findings();
-}
-
-std::vector<std::string> IdsOf(const PictureFindings& findings) {
-    std::vector<std::string> ids;
-    for (const lineup::CheckFault& fault : findings.faults) {
-        ids.push_back(fault.id);
-    }
-    return ids;
-}
 
 // To R'G'B' of 8 bits by the coefficients of BT.709, and back by those of BT.601.
 void TakenForBt709AndCutOff(Codes& c) {

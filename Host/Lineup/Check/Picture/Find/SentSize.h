@@ -1,0 +1,21 @@
+#pragma once
+
+#include <lineup/Card.h>
+#include "Host/Lineup/Check/Picture/Place.h"
+
+#include <vector>
+
+namespace lineup::picture {
+
+struct CardSize {
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const CardSize&) const = default;
+};
+
+/// How large a card may have been when it was sent, that lies at `place` and was not scaled: those of television first.
+/// The SD card's height is known less well than its width, for it has two lines that run across it.
+[[nodiscard]] std::vector<CardSize> LikelySentSizes(Card card, const Place& place);
+
+}  // namespace lineup::picture

@@ -33,6 +33,25 @@ OF_PACKAGES = {
     "qt6-tools": "LGPL-3.0-only OR GPL-2.0-only",  # its libraries; its programs are under the GPL
 }
 
+# Copyright files that are written for people, read by one: the licence of what is built of the source, and words of the file
+# that say so. A file that has other words by now is given whole instead.
+READ_BY_PEOPLE = {
+    "fontconfig": ("HPND-sell-variant", "Permission to use, copy, modify, distribute, and sell this software"),
+    "gnutls28": ("LGPL-2.1-or-later", "The main library is licensed under GNU Lesser General Public License (LGPL) version 2.1+"),
+    "libdrm": ("MIT", "Permission is hereby granted, free of charge, to any person obtaining a copy of this software"),
+    "libgcrypt20": ("LGPL-2.1-or-later", "License (library): LGPLv2.1+"),
+    "libproxy": ("LGPL-2.1-or-later", "either version 2.1 of the License, or (at your option) any later version"),
+    "libselinux": ("libselinux-1.0", "This library (libselinux) is public domain software, i.e. not copyrighted."),
+    "libtasn1-6": ("LGPL-2.1-or-later", "The library itself is licensed as LGPLv2.1+"),
+    "libwebp": ("BSD-3-Clause", "Neither the name of Google nor the names of its contributors may be used to endorse"),
+    "libxau": ("MIT-open-group", "Except as contained in this notice, the name of The Open Group shall not be used"),
+    "libxdmcp": ("MIT-open-group", "Except as contained in this notice, the name of The Open Group shall not be used"),
+    "libxfixes": ("HPND-sell-variant AND MIT", "Permission to use, copy, modify, distribute, and sell this software"),
+    "libxrender": ("HPND-sell-variant", "Permission to use, copy, modify, distribute, and sell this software"),
+    "numactl": ("LGPL-2.1-only", "libnuma is under the GNU Lesser General Public License, v2.1."),
+    "pixman": ("MIT", "The following is the MIT license, agreed upon by most contributors."),
+}
+
 GNU = re.compile(r"(a|l)?gpl-(\d)(?:\.(\d))?(\+)?$")
 
 
@@ -73,7 +92,8 @@ def copyright_file(package):
 
 class Licence:
     """What is said of a package: an SPDX expression of the licences of most of its files; the texts of those that SPDX has no
-    name for, reference -> (name, text); and where the expression is NOASSERTION, why."""
+    name for, reference -> (name, text). Where no licence can be told the expression stands for the whole copyright file, or is
+    NOASSERTION where there is no such file; why_not says why."""
 
     def __init__(self, package, source):
         self.expression, self.texts, self.why_not = "NOASSERTION", {}, ""
@@ -82,12 +102,18 @@ class Licence:
             return
         file = copyright_file(package)
         text = file.read_text(errors="replace") if file.exists() else ""
-        self.why_not = self._read(text, source, file)
+        self.why_not = self._read(text, source, file) if text.strip() else f"there is no {file}"
+        if self.why_not and text.strip():
+            self.expression = f"LicenseRef-{re.sub(r'[^A-Za-z0-9.]+', '-', source)}-copyright"
+            self.texts = {self.expression: (f"{source}, all notices", text)}
+            self.why_not += "; it is given whole"
 
     def _read(self, text, source, file):
-        if not text:
-            return f"there is no {file}"
         if not copyright.is_readable(text):
+            told, words = READ_BY_PEOPLE.get(source, (None, None))
+            if told and words in re.sub(r"\s+", " ", text):
+                self.expression = told
+                return ""
             return f"{file} is written for people: it has no field Format"
         synopses = copyright.main_licences(text)
         if not synopses:

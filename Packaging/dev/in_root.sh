@@ -40,6 +40,6 @@ exec unshare --mount sh -euc '
         umask o-w
         cmake -S /source --preset release-tests -B /build -Wno-dev -D CMAKE_COMPILE_WARNING_AS_ERROR=ON \
             -D CMAKE_CXX_COMPILER_LAUNCHER=ccache >/dev/null
-        cmake --build /build --target "${@:-all}" -- --quiet
+        cmake --build /build --target "${@:-all}" -- --quiet -k 0
         [ "$#" != 0 ] || ctest --test-dir /build --output-on-failure --timeout 300
     '\'' sh "$@"' sh "$root" "$source" "${JOBS:-$(nproc)}" "$@"

@@ -17,7 +17,7 @@ public:
     /// Nanoseconds since whenever the clock begins; since 1970 for one that tells clip time (SendTiming::Wall).
     [[nodiscard]] virtual std::int64_t NowNs() = 0;
 
-    /// Returns when it is `ns` or later, or a signal came.
+    /// Returns when it is `ns` or later, or earlier: who waits looks at the clock again.
     virtual void WaitUntilNs(std::int64_t ns) = 0;
 };
 

@@ -12,6 +12,7 @@ inline namespace parts {
 namespace {
 
 constexpr std::int64_t kNsASecond = 1'000'000'000;
+constexpr std::int64_t kLookAgainNs = kNsASecond / 10;
 
 class SystemClock final : public SendClock {
 public:
@@ -23,9 +24,13 @@ public:
         return now.tv_sec * kNsASecond + now.tv_nsec;
     }
 
+    // Who sleeps until a time of a clock that is then set back by an hour sleeps that hour too: so for a while at most,
+    // and by the clock that nobody sets.
     void WaitUntilNs(std::int64_t ns) override {
-        const timespec until{.tv_sec = ns / kNsASecond, .tv_nsec = ns % kNsASecond};
-        clock_nanosleep(mClock, TIMER_ABSTIME, &until, nullptr);
+        const bool canBeSet = mClock != CLOCK_MONOTONIC;
+        const std::int64_t time = canBeSet ? std::clamp<std::int64_t>(ns - NowNs(), 0, kLookAgainNs) : ns;
+        const timespec spec{.tv_sec = time / kNsASecond, .tv_nsec = time % kNsASecond};
+        clock_nanosleep(CLOCK_MONOTONIC, canBeSet ? 0 : TIMER_ABSTIME, &spec, nullptr);
     }
 
 private:

@@ -1,3 +1,4 @@
+#include "Host/Lineup/Send/Clocks.h"
 #include "Host/Lineup/Send/Pacer.h"
 #include "Tests/Host/Lineup/Send/SimulatedClock.h"
 
@@ -56,6 +57,14 @@ TEST(Pacer, SaysWhenTheClockThatTellsClipTimeWasSet) {
         EXPECT_FALSE(pacer.Wait(10'001 * kMs, kMs, status));
         EXPECT_EQ(status.jumps, 1);
     }
+}
+
+// Else a clock that is set back by an hour would stop the stream for an hour.
+TEST(Pacer, LooksAgainAtASystemsClockThatIsFarFromTheTimeWaitedFor) {
+    const auto clock = lineup::MakeClock(lineup::SendTiming::Wall);
+    const std::int64_t inAnHour = clock->NowNs() + 3'600'000 * kMs;
+    clock->WaitUntilNs(inAnHour);
+    EXPECT_LT(clock->NowNs(), inAnHour);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """The programs, going on for long: the studio playing, send, check of a stream that does not end and of recordings one after
-the other, and the MLT producer, all at once, under a watch of their memory and descriptors; now and then they are stopped
-and go on (SIGSTOP, SIGCONT).
+the other, and the MLT producer, all at once, under a watch of their memory and descriptors. The system's clock leaps for them
+(LeapingClock.cpp), and now and then they are stopped and go on (SIGSTOP, SIGCONT), as on a machine that is put to sleep.
 
 usage: long_run.py --build FOLDER --minutes N
 """
 import argparse
+import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -14,10 +16,19 @@ import tempfile
 from watch import Watched, watch
 
 
+def faults_of_leaps(log):
+    """What is wrong with what a sender by the system's clock says of itself, a line a second: it goes on whatever the time."""
+    said = [json.loads(line) for line in log.read_text().splitlines() if line.startswith("{")]
+    faults = [] if said and said[-1]["jumps"] > 0 else ["it knows of no leap of the clock"]
+    half = said[len(said) // 2:]
+    return faults + ([] if half and half[-1]["datagrams"] > half[0]["datagrams"] else ["it stopped sending"])
+
+
 class Checks:
     """lineup check of one recording, again and again: it says the same every time, and leaves no process and no file."""
 
-    def __init__(self, lineup, folder):
+    def __init__(self, lineup, folder, environment):
+        self.environment = {**os.environ, **environment}
         self.command, self.folder = [lineup, "check", "bars.mov"], folder
         subprocess.run([lineup, "render", "bars.mov", "--size", "320x180", "--ident", "blits", "--duration", "14"],
                        cwd=folder, check=True, capture_output=True)
@@ -33,7 +44,8 @@ class Checks:
             self.said = self.said or said
             if self.process.returncode != 0 or said != self.said:
                 self.faults.append(f"run {self.count} ended with {self.process.returncode}: {said.decode()[-300:]}")
-        self.process = subprocess.Popen(self.command, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.process = subprocess.Popen(self.command, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                        env=self.environment)
 
     def end(self):
         self.process.wait()
@@ -51,14 +63,22 @@ def main():
     build = arguments.build.resolve()
     lineup = str(build / "bin/lineup")
     with tempfile.TemporaryDirectory() as folder:
-        checks = Checks(lineup, folder)
+        leaps = {"LD_PRELOAD": str(build / "tests/leaping_clock.so")}
+        checks = Checks(lineup, folder, leaps)
+
+        def watched(name, *commands):
+            return Watched(name, *commands, environment=leaps, folder=folder)
+
+        by_the_clock = watched("send by the system's clock", [lineup, "send", "udp://127.0.0.1:45211", "--size", "320x180",
+                                                              "--clock", "wall", "--json"])
         programs = [
-            Watched("studio playing", [str(build / "tests/playing_studio")], folder=folder),
-            Watched("send", [lineup, "send", "udp://127.0.0.1:45210", "--size", "640x360", "--quiet"], folder=folder),
-            Watched("send into check", [lineup, "send", "-", "--size", "320x180", "--quiet"],
-                    [lineup, "check", "-"], folder=folder),
-            Watched("MLT producer", [str(build / "bin/lineup-mlt"), "melt", "barsandtone:", "out=100000000", "-consumer", "null"],
-                    folder=folder)]
+            watched("studio playing", [str(build / "tests/playing_studio")]),
+            watched("send", [lineup, "send", "udp://127.0.0.1:45210", "--size", "640x360", "--quiet"]),
+            by_the_clock,
+            watched("send into check", [lineup, "send", "-", "--size", "320x180", "--quiet"], [lineup, "check", "-"]),
+            watched("send into check --watch", [lineup, "send", "-", "--size", "320x180", "--quiet"],
+                    [lineup, "check", "--watch", "-"]),
+            watched("MLT producer", [str(build / "bin/lineup-mlt"), "melt", "barsandtone:", "out=100000000", "-consumer", "null"])]
         status = 0
         try:
             watch(programs, arguments.minutes * 60, checks.go_on)
@@ -67,6 +87,9 @@ def main():
                 for fault in program.end():
                     print(f"{program.name}: {fault}")
                     status = 1
+        for fault in faults_of_leaps(by_the_clock.log):
+            print(f"{by_the_clock.name}: {fault}")
+            status = 1
         for fault in checks.end():
             print(f"check, one recording after the other: {fault}")
             status = 1

@@ -83,15 +83,40 @@ void DecideDc(Case& check) {
     }
 }
 
+// How many samples of a sine repeat for ever; kMany where they are so many that it does not matter.
+int PeriodInSamples(double turnsPerSample) {
+    constexpr int kMany = 400;
+    constexpr double kSame = 1e-6;  // turns
+    int period = 1;
+    while (period < kMany && std::abs(std::remainder(period * turnsPerSample, 1.0)) > kSame) {
+        ++period;
+    }
+    return period;
+}
+
+// How many sizes the samples of what was sent come in. A tone of 1000 Hz has two at 8 kHz, and those may well end in
+// zeros as they are.
+int CountSizes(const Case& check) {
+    int sizes = 0;
+    for (const double frequency : check.Sent().Frequencies()) {
+        const int period = PeriodInSamples(frequency * check.lineup->placing.pitch / check.facts->rate);
+        sizes += period % 2 == 0 ? (period + 2) / 4 : period / 2;  // each half of a sine mirrors the other
+    }
+    return sizes;
+}
+
 void DecideBits(Case& check) {
     if (!check.facts->bits || check.facts->lossy.value_or(false)) {
         return;
     }
+    constexpr int kNoChance = 10;  // bits that are zero in all sizes: once in a thousand by chance
+    const int sizes = CountSizes(check);
     std::vector<std::size_t> inputs;
     int least = *check.facts->bits;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const auto& bits = check.findings->sound.channels[input].effectiveBits;
-        if (bits && check.At(input).sounds && *bits < std::min(*check.facts->bits, 24)) {
+        const int missing = bits ? std::min(*check.facts->bits, 24) - *bits : 0;
+        if (check.At(input).sounds && missing > 0 && missing * sizes >= kNoChance) {
             inputs.push_back(input);
             least = std::min(least, *bits);
         }

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <functional>
 #include <numbers>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -110,6 +112,38 @@ TEST(Shapes, WowIsASpeedThatWanders) {
     const auto findings = Check(sound, kRate, settings);
     ASSERT_EQ(Ids(findings), Strings{"speed-unsteady"});
     EXPECT_NEAR(findings.faults[0].measured.value_or(0), kDepth / std::numbers::sqrt2 * 1e6, 300);
+}
+
+// A tone of 1000 Hz in a file of 16 bits, in samples of `bits` bits.
+lineup::SoundFindings CheckBits(double rate, int bits) {
+    Sound sound = test::Tone(1000, kLevel, 6, 2, rate);
+    for (auto& channel : sound) {
+        for (float& x : channel) {
+            x = static_cast<float>(std::ldexp(std::round(std::ldexp(x, bits - 1)), 1 - bits));
+        }
+    }
+    lineup::CheckSettings settings;
+    settings.expect = "tone";
+    test::MemorySource source(std::move(sound), rate, 16);
+    return lineup::CheckSound(source, test::Bundle(), settings);
+}
+
+TEST(Bits, ThatAreMissingAreCounted) {
+    for (const auto& [rate, bits] :
+         std::vector<std::pair<double, int>>{{48000, 15}, {44100, 15}, {48000, 12}, {8000, 10}}) {
+        const auto findings = CheckBits(rate, bits);
+        const Strings ids = Ids(findings);
+        const auto place = std::ranges::find(ids, "bits-truncated") - ids.begin();
+        ASSERT_LT(place, std::ssize(ids)) << rate << " Hz, " << bits << " bits";
+        EXPECT_EQ(findings.faults[static_cast<std::size_t>(place)].measured, bits) << rate << " Hz";
+    }
+}
+
+// 1000 Hz at 8 kHz has samples of 4096 and 2896 at this level: 12 bits say all that 16 can.
+TEST(Bits, ThatAToneDoesNotNeedAreNotMissing) {
+    for (const double rate : {8000.0, 16000.0, 48000.0}) {
+        EXPECT_EQ(Ids(CheckBits(rate, 16)), Strings()) << rate << " Hz";
+    }
 }
 
 }  // namespace

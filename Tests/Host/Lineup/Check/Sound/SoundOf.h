@@ -56,14 +56,15 @@ inline Sound Tone(double frequency, double amplitude, double seconds, std::size_
     return sound;
 }
 
-/// Sound in memory, as a recording of 24 bits that is not lossy.
+/// Sound in memory, as a recording that is not lossy.
 class MemorySource : public lineup::SoundSource {
 public:
-    explicit MemorySource(Sound sound, double rate = kRate) : mSound(std::move(sound)), mRate(rate) {}
+    explicit MemorySource(Sound sound, double rate = kRate, std::optional<int> bits = std::nullopt)
+        : mSound(std::move(sound)), mRate(rate), mBits(bits) {}
 
     [[nodiscard]] double SampleRate() const override { return mRate; }
     [[nodiscard]] int Inputs() const override { return static_cast<int>(mSound.size()); }
-    [[nodiscard]] std::optional<int> Bits() const override { return std::nullopt; }
+    [[nodiscard]] std::optional<int> Bits() const override { return mBits; }
     [[nodiscard]] std::optional<bool> Lossy() const override { return false; }
 
     std::size_t Read(std::span<float* const> inputs, std::size_t most) override {
@@ -78,6 +79,7 @@ public:
 private:
     Sound mSound;
     double mRate;
+    std::optional<int> mBits;
     std::size_t mDone = 0;
 };
 

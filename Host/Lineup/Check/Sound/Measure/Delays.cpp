@@ -24,6 +24,7 @@ constexpr double kPairsDoubt = 0.00006;  // s, standard deviation: far less than
 constexpr double kDeviation = 1.85;      // of a median, times the root of their number, over the median distance
 constexpr std::size_t kFewPairs = 2;     // of which one number says little of how far they scatter
 constexpr std::size_t kFewestLate = 2;   // one agrees with itself
+constexpr double kLetThrough = 0.0001;   // s: by how much a tone begins early at least, where a limiter lets it through
 constexpr double kOfShorter = 0.45;      // of the shorter of two slots
 constexpr double kLeastOfTone = 0.02;    // of what was sent
 
@@ -163,10 +164,48 @@ std::optional<double> AgreedOfBursts(std::vector<LateEdge> edges) {
     return agree ? std::optional(middle) : std::nullopt;
 }
 
-// The same of some of the edges, where there are more than one of those.
-std::optional<double> AgreedOfSome(std::vector<LateEdge> edges, bool (*others)(const LateEdge&)) {
-    std::erase_if(edges, others);
-    return edges.size() < kFewestLate ? std::nullopt : AgreedOf(edges);
+// The same of a few edges that noise does not move by much: all are near to each other.
+std::optional<double> AgreedOfFew(std::vector<LateEdge> edges, std::size_t fewest) {
+    std::ranges::sort(edges, {}, &LateEdge::late);
+    const bool anySure = std::ranges::any_of(edges, [](const LateEdge& edge) { return edge.weight == 1; });
+    const bool agree = anySure && edges.size() >= fewest && edges.back().late - edges.front().late < 2 * kEdgesAgree &&
+                       std::ranges::all_of(edges, [](const LateEdge& edge) {
+                           return edge.doubt < kEdgesAgree || edge.weight < 1;  // which says nothing by itself
+                       });
+    return agree ? AgreedOf(edges) : std::nullopt;
+}
+
+// Each tone begins early beside where it ends.
+bool LetsBeginningsThrough(const std::vector<LateEdge>& edges) {
+    std::size_t pairs = 0;
+    for (const LateEdge& begins : edges) {
+        for (const LateEdge& ends : edges) {
+            if (begins.rises && !ends.rises && begins.frequency == ends.frequency) {
+                ++pairs;
+                if (begins.late > ends.late - kLetThrough) {
+                    return false;
+                }
+            }
+        }
+    }
+    return pairs > 1;
+}
+
+// The same behind a limiter: by ends of tones, of those that no other channel has where there are such.
+std::optional<double> AgreedOfEnds(std::vector<LateEdge> edges) {
+    if (!LetsBeginningsThrough(edges)) {
+        return std::nullopt;
+    }
+    std::erase_if(edges, [](const LateEdge& edge) { return edge.rises; });
+    std::vector<LateEdge> own = edges;
+    std::erase_if(own, [](const LateEdge& edge) { return edge.shared || edge.weight < 1; });
+    return own.empty() ? AgreedOfFew(std::move(edges), kFewestLate) : AgreedOfFew(std::move(own), 1);
+}
+
+// The same where another channel leaks.
+std::optional<double> AgreedOfOwn(std::vector<LateEdge> edges) {
+    std::erase_if(edges, [](const LateEdge& edge) { return edge.shared || edge.weight < 1; });
+    return AgreedOfFew(std::move(edges), kFewestLate);
 }
 
 // A tone that begins or ends where a slot does, as the slot has it.
@@ -174,7 +213,8 @@ struct SlotEdge {
     const SlotSound* sound;
     const RefTone* tone;
     PhaseLine line;
-    bool after;  // it ends
+    double noise;  // mean square
+    bool after;    // it ends
 };
 
 // How far to look on both sides of an edge: not as far as the next one, and not beyond a jump.
@@ -184,6 +224,14 @@ double ReachAt(double at, double shorter, const Placing& placing) {
         reach = std::min(reach, std::abs(at - jump.at) - kClearOfJump);
     }
     return reach;
+}
+
+double NoiseOf(const InputSlot& input) {
+    double sum = 0;
+    for (std::size_t block = 0; block < input.blocks.size(); ++block) {
+        sum += input.there[block] ? input.blocks[block].residual : 0;
+    }
+    return sum / static_cast<double>(std::max<std::size_t>(input.CountThere(), 1));
 }
 
 std::optional<LateEdge> LateEdgeOf(const History& history, const Reference& reference, const Placing& placing,
@@ -207,12 +255,21 @@ std::optional<LateEdge> LateEdgeOf(const History& history, const Reference& refe
     const double turns = std::remainder(frequency * (placing.StartAt(at) + delay), 1.0);
     const double clip = static_cast<double>(number.cycle) * reference.cycle + (edge.after ? slot.end : slot.start);
     const double phase = kTurn * std::remainder(edge.tone->frequency * clip, 1.0) + std::arg(edge.tone->gain[channel]);
-    const auto late = EdgeDelay(
-        history, placing,
-        {input, at + delay, !edge.after, frequency, edge.line.mean * std::polar(1.0, -kTurn * turns), phase, reach});
-    return !late ? std::nullopt
-                 : std::optional(LateEdge{at, *late, edge.tone->floating ? kFloatingWeight : 1, edge.tone->frequency,
-                                          !edge.after, IsShared(*edge.tone, channel)});
+    const std::complex<double> gain = edge.line.mean * std::polar(1.0, -kTurn * turns);
+    const auto late = EdgeDelay(history, placing, {input, at + delay, !edge.after, frequency, gain, phase, reach});
+    if (!late) {
+        return std::nullopt;
+    }
+    // Of the samples on both sides, each weighs twice its noise against the tone.
+    const double doubt =
+        2 * std::sqrt(edge.noise * reach / history.grid.NarrowRate()) / std::max(edge.line.amplitude, kDelaysSounds);
+    return LateEdge{.at = at,
+                    .late = *late,
+                    .weight = edge.tone->floating ? kFloatingWeight : 1,
+                    .frequency = edge.tone->frequency,
+                    .rises = !edge.after,
+                    .shared = IsShared(*edge.tone, channel),
+                    .doubt = doubt};
 }
 
 }  // namespace
@@ -222,14 +279,11 @@ std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy)
         return std::nullopt;
     }
     std::optional<double> agreed = AgreedOf(edges);
-    if (!agreed && lossy) {
-        agreed = AgreedOfBursts(edges);
+    if (!agreed) {
+        agreed = lossy ? AgreedOfBursts(edges) : AgreedOfEnds(edges);
     }
     if (!agreed) {
-        agreed = AgreedOfSome(edges, [](const LateEdge& edge) { return edge.shared; });
-    }
-    if (!agreed && !lossy) {
-        agreed = AgreedOfSome(edges, [](const LateEdge& edge) { return edge.rises; });
+        agreed = AgreedOfOwn(edges);
     }
     if (agreed) {
         return AgreedDelay{*agreed, true};
@@ -254,7 +308,7 @@ std::vector<LateEdge> EdgeDelays(const History& history, const Reference& refere
             continue;
         }
         for (const bool after : {false, true}) {
-            const SlotEdge edge{&sound, &tone, *line, after};
+            const SlotEdge edge{&sound, &tone, *line, NoiseOf(heard), after};
             if (const auto late = LateEdgeOf(history, reference, placing, edge, input, {channel, delay})) {
                 delays.push_back(*late);
             }

@@ -20,6 +20,7 @@ struct LateEdge {
     double frequency = 0;  ///< Hz: of the tone
     bool rises = false;    ///< the tone begins
     bool shared = false;   ///< another channel sends the same tone in that slot
+    double doubt = 0;      ///< s, standard deviation: what noise moves it by
 };
 
 /// How late an input is by all its edges.
@@ -28,10 +29,11 @@ struct AgreedDelay {
     bool agree = false;  ///< they are near enough to each other to know it by
 };
 
-/// By the median of the edges; where those do not agree, by some of them: after a lossy codec by bursts with both their
-/// ends, for what a codec takes from a tone makes it begin late and end early by as much; by tones that no other
-/// channel has at the same time, for one that leaks would move the edges of its own; by the ends of tones, for a
-/// limiter has settled there, while it lets the beginnings through. Empty without edges.
+/// By the median of the edges; where those do not agree, by some of them. After a lossy codec by bursts with both their
+/// ends: what a codec takes from a tone makes it begin late and end early by as much. Where noise moves no edge by
+/// much, by the ends of tones that all begin early, for a limiter lets the beginnings through and has settled at the
+/// ends; or by tones that no other channel has at the same time, for one that leaks moves the edges of its own. Empty
+/// without edges.
 [[nodiscard]] std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy);
 
 /// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge

@@ -88,6 +88,7 @@ struct EdgesCase {
     bool lossy;
     std::optional<double> agreed;
     std::size_t shared = 0;  // edges from the last one back that are of a tone which other channels have too
+    double doubt = 1;        // us
 };
 
 TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
@@ -99,14 +100,17 @@ TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
              {"one burst", {773, 243}, true, {}},
              {"beginnings and ends that agree neither way", {773, 243, 771, 345}, false, {}},
              {"a limiter, which has settled where tones end", {-915, 684, 528, 701}, false, 684},
+             {"beginnings that agree, of the one tone that is its own", {-915, 684, -400, 700, -915}, false, 684},
              {"a leak in the tone that all channels have", {15679, 15678, 17354, 17356}, false, 15678, 2},
              {"the same after a codec", {-6964, -7001, -6398}, true, -7001, 1},
+             {"edges that noise moves, and which meet by chance", {220, 180, 660, 904}, false, {}, 2, 150},
              {"one edge that no other channel has", {-6964, -6398, -6203}, true, {}, 2},
          }) {
         std::vector<LateEdge> late;
         for (std::size_t i = 0; i < edges.late.size(); ++i) {
             const bool shared = i + edges.shared >= edges.late.size();
-            late.push_back({static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0, shared});
+            late.push_back(
+                {static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0, shared, edges.doubt * 1e-6});
         }
         const auto agreed = AgreeOnDelay(late, edges.lossy);
         ASSERT_TRUE(agreed) << edges.what;

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Sound/Events/Events.h"
 
+#include "Host/Lineup/Check/Sound/Events/Zoom.h"
 #include "Host/Lineup/Check/Sound/Signal/Clusters.h"
 #include "Host/Lineup/Check/Sound/Signal/Turn.h"
 
@@ -26,10 +27,7 @@ constexpr std::size_t kBlocksBeside = 3;  // that tell what the tone is before a
 constexpr double kClearOfTone = 0.004;    // of the tone: more than its own noise
 constexpr double kClearOfNoise = 6;       // times its r.m.s.
 constexpr double kClearAtLeast = 2e-4;
-constexpr double kClearOfPeak = 0.06;  // of the farthest from the tone: what filters make ring
-constexpr double kSilentOfTone = 0.3;
-constexpr double kSoundsAgain = 0.5;        // of the tone: gain that follows the sound may have moved it
-constexpr double kSilenceWindow = 2.5;      // periods
+constexpr double kClearOfPeak = 0.06;       // of the farthest from the tone: what filters make ring
 constexpr double kSurelySilent = 0.01;      // s
 constexpr double kShortestSilence = 0.004;  // s
 constexpr double kLongestClick = 0.004;     // s
@@ -38,9 +36,6 @@ constexpr double kLeastStep = 0.01;         // of the amplitude
 constexpr double kTimesUsual = 10;
 constexpr double kOneEvent = 0.006;     // s: what happens at several inputs within that is one thing
 constexpr double kFilterReach = 0.001;  // s
-constexpr double kLeastOfDip = 0.4;     // of the tone: softer is no dip of the gain
-constexpr double kMostOfDip = 2.5;
-constexpr double kLeftOfDip = 0.3;  // of what departs from the tone: the rest is the tone itself, louder or softer
 
 // Blocks [first, end) of an input that are not like the others.
 struct Stretch {
@@ -52,6 +47,7 @@ struct Usual {
     double residual = 0;
     double spread = 0;  // of residuals
     double amplitude = 0;
+    double zero = 0;       // where the sound lies
     std::size_t tone = 0;  // the loudest
 };
 
@@ -90,6 +86,7 @@ Usual UsualOf(const InputSlot& input) {
     Usual usual;
     usual.residual = median([&](std::size_t block) { return input.blocks[block].residual; });
     usual.spread = median([&](std::size_t block) { return std::abs(input.blocks[block].residual - usual.residual); });
+    usual.zero = median([&](std::size_t block) { return input.blocks[block].dc; });
     for (std::size_t tone = 0; tone < input.gains.size(); ++tone) {
         const double amplitude = median([&](std::size_t block) { return std::abs(input.gains[tone][block]); });
         if (amplitude > usual.amplitude) {
@@ -127,9 +124,12 @@ std::vector<Stretch> BadStretches(const InputSlot& input, const Usual& usual, bo
     return stretches;
 }
 
-// The tones of a slot as they sound beside a stretch.
-using Gains = std::vector<std::complex<double>>;
+void LeaveOut(const Stretch& stretch, InputSlot& input) {
+    std::fill(input.there.begin() + static_cast<std::ptrdiff_t>(stretch.first),
+              input.there.begin() + static_cast<std::ptrdiff_t>(stretch.end), false);
+}
 
+// As the tones sound beside a stretch.
 std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch, bool after, const auto& isGood) {
     Gains gains(input.gains.size());
     std::size_t count = 0;
@@ -155,136 +155,6 @@ std::optional<Gains> GainsBeside(const InputSlot& input, const Stretch& stretch,
     }
     return found == 0 ? std::nullopt : std::optional(gains);
 }
-
-class Zoom {
-public:
-    Zoom(const History& history, const Reference& reference, const SlotMeter& meter, const SlotSound& sound,
-         std::size_t input)
-        : mNarrow(&history.narrow[input]),
-          mRate(history.grid.NarrowRate()),
-          mTones(&reference.slots[sound.number.slot].tones),
-          mPlacing(&meter.Where()),
-          mDelay(meter.Delay(input)) {}
-
-    /// Samples [first, end) s.
-    void Load(double first, double end) {
-        mFirst = std::max(mNarrow->First(), static_cast<std::int64_t>(std::ceil(first * mRate)));
-        const std::int64_t last = std::min(mNarrow->End(), static_cast<std::int64_t>(end * mRate));
-        mSamples = mNarrow->Get(mFirst, std::max(mFirst, last));
-    }
-
-    /// The first sample that is not of the tones, or the last, s.
-    [[nodiscard]] std::optional<double> Departs(const Gains& gains, double clear, bool last) const {
-        for (std::size_t i = 0; i < mSamples.size(); ++i) {
-            const std::size_t n = last ? mSamples.size() - 1 - i : i;
-            if (std::abs(static_cast<double>(mSamples[n]) - At(gains, n)) > clear) {
-                return SecondOf(n);
-            }
-        }
-        return std::nullopt;
-    }
-
-    /// The mean square between two places.
-    [[nodiscard]] double PowerWithin(double first, double end) const {
-        double sum = 0;
-        double count = 0;
-        for (std::size_t n = 0; n < mSamples.size(); ++n) {
-            if (SecondOf(n) >= first && SecondOf(n) <= end) {
-                sum += static_cast<double>(mSamples[n]) * static_cast<double>(mSamples[n]);
-                ++count;
-            }
-        }
-        return count > 0 ? sum / count : 1;
-    }
-
-    /// Silence between sound, from its start to its end, s: windows of `window` s in which the tone of `amplitude` is
-    /// not there, after one and before one in which it is, more or less.
-    [[nodiscard]] std::optional<std::pair<double, double>> SilenceWithin(double amplitude, double window) const {
-        const auto length = static_cast<std::size_t>(window * mRate);
-        bool sounded = false;
-        std::optional<double> begins;
-        for (std::size_t n = 0; n + length <= mSamples.size(); n += length) {
-            double squares = 0;
-            for (const float x : mSamples.subspan(n, length)) {
-                squares += static_cast<double>(x) * static_cast<double>(x);
-            }
-            const double level = std::sqrt(2 * squares / static_cast<double>(length)) / amplitude;
-            if (sounded && level < kSilentOfTone / 2) {
-                begins = begins.value_or(SecondOf(n));
-            } else if (level > kSoundsAgain) {
-                if (begins) {
-                    return std::pair(*begins, SecondOf(n));
-                }
-                sounded = true;
-            }
-        }
-        return std::nullopt;
-    }
-
-    /// By how much the tones' gain goes up or down between two places, at most, where nothing else happens: in each
-    /// window of `window` s they are there in their phase, louder or softer. Empty where that is not so.
-    [[nodiscard]] std::optional<double> GainWithin(const Gains& gains, double first, double end, double window) const {
-        const auto length = static_cast<std::size_t>(window * mRate);
-        double departs = 0;
-        double left = 0;
-        double farthest = 1;
-        for (std::size_t begin = 0; length > 0 && begin + length <= mSamples.size(); begin += length) {
-            if (SecondOf(begin + length) < first || SecondOf(begin) > end) {
-                continue;
-            }
-            double power = 0;
-            double along = 0;
-            double energy = 0;
-            for (std::size_t n = begin; n < begin + length; ++n) {
-                const double tone = At(gains, n);
-                const auto heard = static_cast<double>(mSamples[n]);
-                power += tone * tone;
-                along += tone * heard;
-                energy += heard * heard;
-            }
-            const double gain = power > 0 ? along / power : 0;
-            if (gain < kLeastOfDip || gain > kMostOfDip) {
-                return std::nullopt;
-            }
-            departs += energy - 2 * along + power;
-            left += energy - gain * along;
-            farthest = std::abs(std::log(gain)) > std::abs(std::log(farthest)) ? gain : farthest;
-        }
-        return departs > 0 && left < kLeftOfDip * departs ? std::optional(farthest) : std::nullopt;
-    }
-
-    [[nodiscard]] double FarthestFrom(const Gains& gains) const {
-        double farthest = 0;
-        for (std::size_t n = 0; n < mSamples.size(); ++n) {
-            farthest = std::max(farthest, std::abs(static_cast<double>(mSamples[n]) - At(gains, n)));
-        }
-        return farthest;
-    }
-
-private:
-    [[nodiscard]] double SecondOf(std::size_t n) const {
-        return static_cast<double>(mFirst + static_cast<std::int64_t>(n)) / mRate;
-    }
-
-    [[nodiscard]] double At(const Gains& gains, std::size_t n) const {
-        const double second = SecondOf(n);
-        double sum = 0;
-        for (std::size_t tone = 0; tone < gains.size(); ++tone) {
-            const double turns =
-                (*mTones)[tone].frequency * mPlacing->pitch * (second - mDelay - mPlacing->StartAt(second));
-            sum += (gains[tone] * std::polar(1.0, kTurn * std::remainder(turns, 1.0))).imag();
-        }
-        return sum;
-    }
-
-    const SlidingBuffer<float>* mNarrow;
-    double mRate;
-    const std::vector<RefTone>* mTones;
-    const Placing* mPlacing;
-    double mDelay;
-    std::int64_t mFirst = 0;
-    std::span<const float> mSamples;
-};
 
 // What happened between a tone before and the same tone after.
 std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gains& before, const Gains& after,
@@ -342,7 +212,7 @@ std::optional<SoundEvent> FindSilence(const Zoom& zoom, const Usual& usual, doub
     if (usual.amplitude < kEventSounds || frequency <= 0) {
         return std::nullopt;
     }
-    const auto silence = zoom.SilenceWithin(usual.amplitude, kSilenceWindow / frequency);
+    const auto silence = zoom.SilenceWithin(usual.amplitude, frequency);
     if (!silence || silence->second - silence->first < std::max(kSurelySilent, 2 * kSilenceWindow / frequency)) {
         return std::nullopt;
     }
@@ -404,7 +274,7 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
         }
         const std::vector<Stretch> stretches = BadStretches(input, usual, history.lossy);
         const std::vector<bool> there = input.there;
-        Zoom zoom(history, reference, meter, sound, number);
+        Zoom zoom(history, reference, meter, sound, number, usual.zero);
         for (const Stretch& stretch : stretches) {
             const auto isGood = [&](std::size_t block) {
                 return there[block] && !IsBad(input, block, usual, history.lossy);
@@ -424,12 +294,19 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
             if (event) {
                 AddEvent(*event, number, events);
             }
-            std::fill(input.there.begin() + static_cast<std::ptrdiff_t>(stretch.first),
-                      input.there.begin() + static_cast<std::ptrdiff_t>(stretch.end), false);
+            LeaveOut(stretch, input);
         }
     }
     std::erase_if(events, [&tones](const SoundEvent& event) { return IsDenied(event, tones); });
     return events;
+}
+
+void LeaveOutDamage(const History& history, SlotSound& sound) {
+    for (InputSlot& input : sound.inputs) {
+        for (const Stretch& stretch : BadStretches(input, UsualOf(input), history.lossy)) {
+            LeaveOut(stretch, input);
+        }
+    }
 }
 
 }  // namespace lineup::sound

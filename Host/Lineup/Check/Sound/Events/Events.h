@@ -16,4 +16,7 @@ namespace lineup::sound {
 [[nodiscard]] std::vector<SoundEvent> FindEvents(const History& history, const Reference& reference,
                                                  const SlotMeter& meter, SlotSound& sound);
 
+/// Marks those blocks alone, without a look at what happened in them.
+void LeaveOutDamage(const History& history, SlotSound& sound);
+
 }  // namespace lineup::sound

@@ -97,7 +97,7 @@ std::vector<EdgeVote> FineEdges(const History& history, const Reference& referen
         if (const auto extent = ExtentOfTone(sound)) {
             sound.Keep(extent->first, extent->second);
         }
-        static_cast<void>(FindEvents(history, reference, meter, sound));  // an edge needs the tone's own amplitude
+        LeaveOutDamage(history, sound);  // an edge needs the tone's own amplitude
         for (std::size_t input = 0; input < history.Inputs(); ++input) {
             for (std::size_t channel = 0; channel < reference.channels.size(); ++channel) {
                 for (const LateEdge& edge : EdgeDelays(history, reference, sound, placing, 0, input, channel)) {

@@ -163,7 +163,7 @@ bool Follower::TakeJump(SoundEvent& event, SlotSound& sound) {
     mPlacing.jumps.push_back(jump);
     mMeter.Place(mPlacing, mDelays);
     sound = mMeter.Measure(sound.number);
-    static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sound));
+    LeaveOutDamage(*mHistory, sound);
     return true;
 }
 

@@ -124,7 +124,7 @@ public:
         mCells = Cells(reference, mHistory->Inputs());
         for (const SlotNumber& number : mSlots) {
             SlotSound sound = meter.Measure(number);
-            static_cast<void>(FindEvents(*mHistory, reference, meter, sound));  // what is damaged has no level
+            LeaveOutDamage(*mHistory, sound);  // what is damaged has no level
             mCells.Add(sound);
         }
         std::vector<Cell> cells;

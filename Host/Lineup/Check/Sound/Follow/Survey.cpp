@@ -241,7 +241,7 @@ private:
             }
             sounds.push_back(MeasureOwn(number));
             if (mPlacing.tempo == mPlacing.pitch) {
-                static_cast<void>(FindEvents(*mHistory, *mReference, mMeter, sounds.back()));
+                LeaveOutDamage(*mHistory, sounds.back());
             }
             mCells.Add(sounds.back());
         }

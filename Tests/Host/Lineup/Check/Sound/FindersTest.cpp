@@ -89,6 +89,8 @@ struct EventCase {
     double to;
     double after;  // level of the tone from there on
     bool found;
+    double zero = 0;     // where the sound lies
+    bool isTone = true;  // what comes back; else something lower
 };
 
 // A tone that comes back at another level: FindEvents has no tone to hold it against.
@@ -96,6 +98,8 @@ const std::vector<EventCase> kSilences = {
     {"a gap before a tone that is softer to its slot's end", 1.85, 1.9, 0.75, true},
     {"a gap beside one that is as loud", 1.5, 1.55, 1, true},
     {"a tone that ends, and does not come back", 1.85, 2.4, 1, false},
+    {"a gap where the sound lies off zero", 1.5, 1.55, 1, true, 0.03},
+    {"a tone that ends, and something else begins", 1.85, 1.9, 1, false, 0, false},
 };
 
 TEST(FindEvents, SilenceIsADropoutAtWhateverLevelTheToneComesBack) {
@@ -104,7 +108,9 @@ TEST(FindEvents, SilenceIsADropoutAtWhateverLevelTheToneComesBack) {
         for (std::size_t n = 0; n < tone.size(); ++n) {
             const double second = static_cast<double>(n) / kFinderRate;
             const double level = second < silence.from ? 1 : (second < silence.to ? 0 : silence.after);
-            tone[n] *= static_cast<float>(level);
+            const double other = 2 * kFinderLevel * std::sin(2 * std::numbers::pi * 210 * second);
+            tone[n] =
+                static_cast<float>(silence.zero + (second < silence.to || silence.isTone ? tone[n] * level : other));
         }
         Second second({tone});
         const auto events = FindEvents(second.history, second.reference, second.meter, second.slot);
@@ -123,6 +129,19 @@ struct DipCase {
     double pollution;  // of the tone: another one that comes and goes like that
     SoundEvent::Kind kind;
 };
+
+TEST(FindEvents, AClickIsOneWhereTheSoundLiesOffZeroToo) {
+    std::vector<float> tone = ToneOf(3);
+    SampleAt(tone, 1.5) = -0.4F;
+    for (float& x : tone) {
+        x += 0.03F;
+    }
+    Second second({tone});
+    const auto events = FindEvents(second.history, second.reference, second.meter, second.slot);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].kind, SoundEvent::Kind::Click);
+    EXPECT_NEAR(events[0].at, 1.5, 0.001);
+}
 
 TEST(FindEvents, ToneThatIsSofterForAMomentIsNoDropout) {
     for (const DipCase& dip : std::vector<DipCase>{

@@ -17,7 +17,8 @@ namespace lineup {
 
 class Importer;
 
-/// A fault of a feed that goes on. Places and times are s from the feed's first sample.
+/// A fault of a feed that goes on. Places and times are s from the feed's first sample, or its first picture where it
+/// has no sound.
 struct WatchedFault {
     CheckFault fault;
     double begins = 0;
@@ -35,9 +36,27 @@ struct WatchedClocks {
     std::optional<double> senderPpm;
     /// How far apart packets arrived, against their stamps, in ms, since the cycle before: of a URL.
     std::optional<double> arrivalMs;
+    /// How far from even the cycles of a sequence begin, in microseconds r.m.s., since the last interruption: what
+    /// buffers that follow a clock leave of its jitter.
+    std::optional<double> jitterUs;
+    /// By how many millionths the speed moves within the tones, r.m.s.
+    std::optional<double> unsteadyPpm;
 };
 
-/// A cycle of a sequence; of a steady tone, four seconds of it.
+/// How the sound lies against the pictures and against the stream's own clock, its time stamps. Of a card, which does
+/// not move, stamps are all that says when it was sent.
+struct WatchedAlignment {
+    /// How long after the first sample the first picture comes, in ms, by their stamps: a stream that was joined on its
+    /// way begins with what was under way.
+    std::optional<double> startMs;
+    /// How late the sequence is against the pictures, in ms, of -half to half a frame: whole frames cannot be told. Of
+    /// pictures and sequences of which whole frames make a cycle.
+    std::optional<double> offsetMs;
+    /// By how much the sequence has become later against the stream's clock, in ms, since it was first heard.
+    std::optional<double> movedMs;
+};
+
+/// A cycle of a sequence; of a steady tone, or of a feed without sound, four seconds of it.
 struct WatchedCycle {
     std::int64_t number = 0;  ///< from 1
     double start = 0;         ///< s
@@ -47,6 +66,8 @@ struct WatchedCycle {
     std::optional<double> leastGain;  ///< dB over what was sent, of all channels
     std::optional<double> mostGain;
     WatchedClocks clocks;
+    std::string card;  ///< "hd", "sd"; empty where its pictures have none
+    WatchedAlignment alignment;
 };
 
 /// Who is told of a feed as it comes, on the thread that watches. Any of them may be empty.
@@ -65,12 +86,14 @@ struct WatchReport {
     std::string source;
     CheckVerdict verdict = CheckVerdict::CannotTell;
     std::string expected;  ///< as SoundReport::expected
+    std::string card;      ///< as PictureReport::card, the one that was found first
     double seconds = 0;
     std::int64_t cycles = 0;  ///< whole ones
     std::int64_t rightCycles = 0;
     std::vector<WatchedFault> faults;  ///< by where they begin
     std::int64_t moreFaults = 0;
     WatchedClocks clocks;
+    WatchedAlignment alignment;
     std::vector<CheckNote> notes;
 };
 

@@ -17,7 +17,15 @@ const char* EventOf(const lineup::WatchedFault& fault) {
 ordered_json ClocksJson(const lineup::WatchedClocks& clocks) {
     return {{"soundPpm", OrNull(clocks.soundPpm)},
             {"senderPpm", OrNull(clocks.senderPpm)},
-            {"arrivalMs", OrNull(clocks.arrivalMs)}};
+            {"arrivalMs", OrNull(clocks.arrivalMs)},
+            {"jitterUs", OrNull(clocks.jitterUs)},
+            {"unsteadyPpm", OrNull(clocks.unsteadyPpm)}};
+}
+
+ordered_json AlignmentJson(const lineup::WatchedAlignment& alignment) {
+    return {{"startMs", OrNull(alignment.startMs)},
+            {"offsetMs", OrNull(alignment.offsetMs)},
+            {"movedMs", OrNull(alignment.movedMs)}};
 }
 
 }  // namespace
@@ -31,7 +39,9 @@ std::string CycleJson(const lineup::WatchedCycle& cycle) {
                      {"verdict", lineup::CheckVerdictName(cycle.verdict)},
                      {"faults", cycle.faults},
                      {"gain", {{"least", OrNull(cycle.leastGain)}, {"most", OrNull(cycle.mostGain)}}},
-                     {"clocks", ClocksJson(cycle.clocks)}});
+                     {"card", OrNull(cycle.card)},
+                     {"clocks", ClocksJson(cycle.clocks)},
+                     {"alignment", AlignmentJson(cycle.alignment)}});
 }
 
 std::string WatchedFaultJson(const lineup::WatchedFault& fault) {
@@ -52,12 +62,14 @@ std::string WatchSummaryJson(const lineup::WatchReport& report) {
                      {"source", report.source},
                      {"verdict", lineup::CheckVerdictName(report.verdict)},
                      {"expected", OrNull(report.expected)},
+                     {"card", OrNull(report.card)},
                      {"seconds", report.seconds},
                      {"cycles", report.cycles},
                      {"rightCycles", report.rightCycles},
                      {"faults", faults},
                      {"moreFaults", report.moreFaults},
                      {"clocks", ClocksJson(report.clocks)},
+                     {"alignment", AlignmentJson(report.alignment)},
                      {"notes", NotesJson(report.notes)}});
 }
 

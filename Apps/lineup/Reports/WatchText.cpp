@@ -35,26 +35,46 @@ std::string GainText(const lineup::WatchedCycle& cycle) {
                : fmt::format("  {:.2f} to {:.2f} dB", rounded(*cycle.leastGain), rounded(*cycle.mostGain));
 }
 
-std::string PpmText(const char* name, const std::optional<double>& ppm) {
+// Nothing where it is not known, or too small to be seen.
+std::string Figure(const char* name, const std::optional<double>& value, const char* unit, double least = 0) {
     constexpr double kStill = 0.05;
-    return ppm ? fmt::format("  {} {:+.1f} ppm", name, std::abs(*ppm) < kStill ? 0.0 : *ppm) : "";
+    if (!value || std::abs(*value) < least) {
+        return {};
+    }
+    return fmt::format("  {} {:+.1f} {}", name, std::abs(*value) < kStill ? 0.0 : *value, unit);
 }
 
 std::string ClocksText(const lineup::WatchedClocks& clocks) {
-    return PpmText("sound", clocks.soundPpm) + PpmText("sender", clocks.senderPpm) +
-           (clocks.arrivalMs ? fmt::format("  arrival {:.1f} ms", *clocks.arrivalMs) : "");
+    constexpr double kLeastJitter = 0.5;
+    const std::string jitter =
+        clocks.jitterUs && *clocks.jitterUs >= kLeastJitter ? fmt::format("  jitter {:.1f} us", *clocks.jitterUs) : "";
+    return Figure("sound", clocks.soundPpm, "ppm") + Figure("sender", clocks.senderPpm, "ppm") +
+           (clocks.arrivalMs ? fmt::format("  arrival {:.1f} ms", *clocks.arrivalMs) : "") + jitter;
 }
 
-std::string LineupName(const std::string& expected) {
-    const lineup::Ident* const ident = lineup::FindIdent(expected);
-    return ident != nullptr ? std::string(ident->title) : expected.empty() ? "no line-up" : expected;
+std::string AlignmentText(const lineup::WatchedAlignment& alignment) {
+    constexpr double kLeastMoved = 0.05;
+    return Figure("a/v", alignment.offsetMs, "ms") + Figure("moved", alignment.movedMs, "ms", kLeastMoved);
+}
+
+std::string CardText(const std::string& card) {
+    return card.empty() ? "" : card == "hd" ? "HD card" : "SD card";
+}
+
+std::string LineupName(const lineup::WatchReport& report) {
+    const lineup::Ident* const ident = lineup::FindIdent(report.expected);
+    const std::string sound = ident != nullptr ? std::string(ident->title) : report.expected;
+    const std::string card = CardText(report.card);
+    return sound.empty() && card.empty() ? "no line-up" : sound + (sound.empty() || card.empty() ? "" : "; ") + card;
 }
 
 }  // namespace
 
 std::string CycleText(const lineup::WatchedCycle& cycle) {
-    return fmt::format("{:>11}  cycle {:<4}  {}{}{}\n", PlaceText(cycle.start), cycle.number, CycleOutcome(cycle),
-                       GainText(cycle), ClocksText(cycle.clocks));
+    const std::string card = CardText(cycle.card);
+    return fmt::format("{:>11}  cycle {:<4}  {}{}{}{}{}\n", PlaceText(cycle.start), cycle.number, CycleOutcome(cycle),
+                       GainText(cycle), card.empty() ? "" : "  " + card, AlignmentText(cycle.alignment),
+                       ClocksText(cycle.clocks));
 }
 
 std::string WatchedFaultText(const lineup::WatchedFault& fault) {
@@ -67,7 +87,7 @@ std::string WatchedFaultText(const lineup::WatchedFault& fault) {
 
 std::string WatchSummaryText(const lineup::WatchReport& report) {
     std::string text =
-        fmt::format("\n{}, {} heard, {} {}, {} of them right\n", LineupName(report.expected), PlaceText(report.seconds),
+        fmt::format("\n{}, {} heard, {} {}, {} of them right\n", LineupName(report), PlaceText(report.seconds),
                     report.cycles, report.cycles == 1 ? "cycle" : "cycles", report.rightCycles);
     const auto count = static_cast<std::int64_t>(report.faults.size()) + report.moreFaults;
     text += report.verdict == lineup::CheckVerdict::Right ? "nothing wrong\n"

@@ -62,6 +62,16 @@ void PictureExaminer::OnEnd(const decoding::PictureEnd& end) {
     mLength = end;
 }
 
+// Where there was no card, looking everywhere for it stays as rare as it was.
+void PictureExaminer::Restart() {
+    mTries = mFound ? 0 : mTries;
+    mFirst.reset();
+    mLength.reset();
+    mFound.reset();
+    mSeries = FrameSeries();
+    mIsUnreadable = false;
+}
+
 // Both cards, whichever is asked for: another one is a fault. Drawn for the size of the frame, the likelier one first.
 std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
     const bool isKnown = !mModels.empty() && mModels.front().width == width && mModels.front().height == height;

@@ -38,6 +38,9 @@ public:
 
     [[nodiscard]] PictureFindings Findings() const;
 
+    /// Forgets the pictures, not what was drawn for their size.
+    void Restart();
+
 private:
     [[nodiscard]] std::vector<CardModel>& ModelsFor(int width, int height);
     void Look(const DecodedPicture& picture);

@@ -53,11 +53,10 @@ void FrameSeries::SetReference(const DecodedPicture& picture) {
     mFrames = 1;
 }
 
-void FrameSeries::Add(const DecodedPicture& picture) {
+std::optional<FrameSeries::Change> FrameSeries::Differs(const DecodedPicture& picture) const {
     if (!mReference || picture.head.planes == 0) {
-        return;
+        return std::nullopt;
     }
-    ++mFrames;
     Change change;
     change.seconds = picture.head.seconds;
     change.isDamaged = (picture.head.flags & decoding::kDamagedFrame) != 0;
@@ -72,10 +71,20 @@ void FrameSeries::Add(const DecodedPicture& picture) {
         }
     }
     change.isBlack = std::ranges::all_of(means[0], [](float mean) { return mean < kBlack; });
-    if (change.blocks.none() && !change.isDamaged && !change.isSmall) {
-        mLastAlike = std::max(mLastAlike, change.seconds);
+    const bool isAlike = change.blocks.none() && !change.isDamaged && !change.isSmall;
+    return isAlike ? std::nullopt : std::optional(change);
+}
+
+void FrameSeries::Add(const DecodedPicture& picture) {
+    if (!mReference || picture.head.planes == 0) {
+        return;
+    }
+    ++mFrames;
+    const auto change = Differs(picture);
+    if (!change) {
+        mLastAlike = std::max(mLastAlike, picture.head.seconds);
     } else if (mChanges.size() < kMostChanges) {
-        mChanges.push_back(change);
+        mChanges.push_back(*change);
     }
 }
 

@@ -31,6 +31,9 @@ public:
 
     void Add(const DecodedPicture& picture);
 
+    /// How a frame differs from the reference; empty where it is alike, or there is none.
+    [[nodiscard]] std::optional<Change> Differs(const DecodedPicture& picture) const;
+
     [[nodiscard]] int Frames() const noexcept { return mFrames; }
 
     /// The frames that differ somewhere where most do not, up to the last that does not: what comes behind it is no

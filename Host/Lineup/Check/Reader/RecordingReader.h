@@ -51,7 +51,8 @@ public:
     [[nodiscard]] std::vector<DamagedStretch> Damage() const override { return mTracks->Damage(); }
     /// Those that have been read since it was asked for the last time.
     [[nodiscard]] std::vector<DamagedStretch> TakeDamage() { return mTracks->TakeDamage(); }
-    /// When samples came in over a network, since it was asked for the last time; of that a limited number.
+    /// When samples came in, and how they are stamped, since it was asked for the last time; of that a limited
+    /// number.
     [[nodiscard]] std::vector<decoding::Arrival> TakeArrivals() { return std::exchange(mArrivals, {}); }
     [[nodiscard]] std::optional<std::string> EndedBecause() const override { return mEndedBecause; }
 

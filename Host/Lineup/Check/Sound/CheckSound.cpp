@@ -136,7 +136,8 @@ SoundFindings SoundChecker::Check(SoundSource& source, const CheckSettings& sett
                     .sentCycle = lineup->reference->cycle,
                     .cycle = lineup->reference->cycle / lineup->placing.tempo,
                     .cycleStart = startSeconds + lineup->lastPlacing.StartAt(lineup->endsAt) + UsualDelay(*lineup),
-                    .isSteady = lineup->reference->Steady()};
+                    .isSteady = lineup->reference->Steady(),
+                    .unsteady = lineup->steadiness.Wander()};
     sound::Case check{&*lineup, &settings, &expected, &facts, &findings, {}, {}, {}, {}};
     Decide(check);
     findings.sound.lanes = listener.Drawing().Draw(lineup, startSeconds);

@@ -9,14 +9,9 @@ namespace lineup {
 
 namespace {
 
-constexpr int kTwice = 2;
 // While one thing turns into another the level moves for as long as both are in the stretch.
 constexpr int kLevelsMoving = 7;
 constexpr std::string_view kLevelChanges = "level-changes";
-
-int NeededOf(const CheckFault& fault) {
-    return fault.id == kLevelChanges ? kLevelsMoving : kTwice;
-}
 
 // A step of the level is known to some slots, all else to some milliseconds.
 double ReachOf(const CheckFault& fault) {
@@ -34,6 +29,10 @@ bool IsAmong(const std::vector<CheckFault>& faults, const CheckFault& fault) {
 }
 
 }  // namespace
+
+int FaultLedger::NeededOf(const CheckFault& fault) const {
+    return fault.id == kLevelChanges ? kLevelsMoving : mTimes;
+}
 
 FaultLedger::Standing* FaultLedger::Find(const CheckFault& fault) {
     const auto found =
@@ -67,7 +66,7 @@ void FaultLedger::TakeStanding(const std::vector<CheckFault>& faults, double sta
     std::erase_if(mStanding, [](const Standing& standing) { return !standing.isTold && standing.missed > 0; });
     const std::vector<Standing> all = mStanding;
     for (const Standing& standing : all) {
-        if (standing.missed >= kTwice) {
+        if (standing.missed >= mTimes) {
             End(standing.fault, standing.ends);
         }
     }
@@ -83,7 +82,7 @@ void FaultLedger::Tell(Standing& standing) {
 
 void FaultLedger::Begin(const CheckFault& fault, double at) {
     if (Find(fault) == nullptr) {
-        mStanding.push_back({.fault = fault, .begins = at, .ends = at, .seen = kTwice});
+        mStanding.push_back({.fault = fault, .begins = at, .ends = at, .seen = mTimes});
         Tell(mStanding.back());
     }
 }

@@ -19,12 +19,15 @@ public:
     using Locate =
         std::function<double(double first, double last, std::span<const int> inputs, std::optional<double> since)>;
 
-    /// Tells `listener`, and keeps what there was in `report`; both must outlive it.
-    FaultLedger(const WatchListener& listener, WatchReport& report) : mListener(&listener), mReport(&report) {}
+    /// How often running a fault must be there to count, and be missed to have ended. Where stretches overlap, it is
+    /// twice: one in which something changes tells neither as it was before nor as it is after.
+    enum class Counting : int { Once = 1, Twice = 2 };
 
-    /// Takes what stands in a stretch that begins at `start`. It counts once it has been there twice running, and has
-    /// ended once it has been missed twice: a stretch in which something changes tells neither as it was before nor as
-    /// it is after.
+    /// Tells `listener`, and keeps what there was in `report`; both must outlive it.
+    FaultLedger(const WatchListener& listener, WatchReport& report, Counting counting = Counting::Twice)
+        : mListener(&listener), mReport(&report), mTimes(static_cast<int>(counting)) {}
+
+    /// Takes what stands in a stretch that begins at `start`.
     void TakeStanding(const std::vector<CheckFault>& faults, double start, const Locate& locate);
 
     /// Nothing more comes: what has been there once counts.
@@ -55,6 +58,7 @@ private:
         bool isTold = false;
     };
 
+    [[nodiscard]] int NeededOf(const CheckFault& fault) const;
     void Tell(Standing& standing);
     void Keep(const WatchedFault& fault);
     [[nodiscard]] bool IsKnown(const CheckFault& moment) const;
@@ -62,6 +66,7 @@ private:
 
     const WatchListener* mListener;
     WatchReport* mReport;
+    int mTimes;
     std::vector<Standing> mStanding;
     std::deque<WatchedFault> mRecent;  // that have ended
     double mLastStart = 0;

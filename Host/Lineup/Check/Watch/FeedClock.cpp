@@ -41,30 +41,16 @@ void FeedClock::CloseSecond() {
     if (!mLeast) {
         return;
     }
-    if (mCount == 0) {
-        mOriginX = mSecondEnds;
-        mOriginY = *mLeast;
-    }
-    const double x = mSecondEnds - mOriginX;
-    const double y = *mLeast - mOriginY;
-    ++mCount;
-    mX += x;
-    mY += y;
-    mXX += x * x;
-    mXY += x * y;
-    mYY += y * y;
+    mSeconds.Add(mSecondEnds, *mLeast);
     mLeast.reset();
 }
 
 std::optional<double> FeedClock::SenderPpm() const {
-    const double spread = mXX - mX * mX / mCount;
-    if (mCount < kLeastCount || spread <= 0) {
+    const auto slope = mSeconds.Slope();
+    if (mSeconds.Count() < kLeastCount || !slope || 2 * mSeconds.SlopeDoubt() * 1e6 > kDoubtPpm) {
         return std::nullopt;
     }
-    const double slope = (mXY - mX * mY / mCount) / spread;
-    const double rest = std::max(0.0, mYY - mY * mY / mCount - slope * slope * spread);
-    const double doubt = std::sqrt(rest / (mCount - 2) / spread);
-    return 2 * doubt * 1e6 > kDoubtPpm ? std::nullopt : std::optional(-slope * 1e6);
+    return -*slope * 1e6;
 }
 
 std::optional<double> FeedClock::TakeSpreadMs() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lineup/Api.h>
+#include "Host/Lineup/Check/Watch/LineFit.h"
 
 #include <optional>
 
@@ -32,15 +33,7 @@ private:
     std::optional<double> mLeast;  // delay of the second that goes on
     std::optional<double> mShortest;
     double mLongest = 0;
-    // Of the seconds' least delays over time.
-    double mOriginX = 0;
-    double mOriginY = 0;
-    double mCount = 0;
-    double mX = 0;
-    double mY = 0;
-    double mXX = 0;
-    double mXY = 0;
-    double mYY = 0;
+    LineFit mSeconds;  // their least delays over time
 };
 
 }  // namespace parts

@@ -25,6 +25,7 @@ constexpr double kToBeSure = 3.5;         // s that must have been heard after a
 constexpr double kGoneAfter = 4.2;        // s without a line-up
 constexpr double kGapOfSequence = 1;      // s: no longer is silent in a sequence
 constexpr double kCodecFrame = 0.03;      // s: stamps of a lossy codec may be off by one of its frames
+constexpr double kFewestCycles = 4;       // that a line goes through
 constexpr double kReachOfSamples = 1e-3;  // s
 
 CheckFault Gone(double since) {
@@ -44,14 +45,15 @@ CheckSettings WithoutTimes(CheckSettings settings) {
 }  // namespace
 
 SoundWatch::SoundWatch(const FeedFacts& facts, const std::shared_ptr<const Importer>& importer, CheckSettings settings,
-                       const WatchListener& listener, WatchReport& report)
+                       const WatchListener& listener, WatchReport& report, Alignment& stamps)
     : mFacts(facts),
       mSettings(WithoutTimes(std::move(settings))),
       mChecker(importer),
       mListener(&listener),
       mReport(&report),
       mWindow(facts, kKeptSeconds),
-      mLedger(listener, report) {
+      mLedger(listener, report),
+      mAlignment(&stamps) {
     ValidateCheckSettings(mSettings);
 }
 
@@ -150,7 +152,7 @@ bool SoundWatch::Presence(const SoundFindings& findings, double start, double en
     if (mIsGone && isThere) {
         mIsGone = false;
         mLedger.End(Gone(0), findings.heard->startsAt);
-        mFirstCycle.reset();
+        LoseCycles();
     } else if (!mIsGone && !isThere && end - mHeardUntil > kGoneAfter && !last) {
         mIsGone = true;
         mLedger.Begin(Gone(mHeardUntil), mHeardUntil);
@@ -204,28 +206,40 @@ void SoundWatch::TakeDamage(double before) {
     }
 }
 
+void SoundWatch::LoseCycles() {
+    mFirstCycle.reset();
+    mCycles = LineFit();
+}
+
 // By how far the beginnings of cycles lie apart: the further, the finer.
 void SoundWatch::FollowClock(const SoundFindings& findings) {
     const bool isInterrupted =
         std::ranges::any_of(findings.faults, [](const CheckFault& fault) { return fault.id.starts_with("samples-"); });
     if (isInterrupted) {
-        mFirstCycle.reset();
+        LoseCycles();
+    }
+    const HeardLineup& heard = *findings.heard;
+    if (!mIsSteady) {
+        mAlignment->HearSequence(heard);
+        mReport->alignment = mAlignment->Now();
     }
     if (!findings.sound.speed || isInterrupted) {
         return;
     }
-    mReport->clocks.soundPpm = findings.sound.speed->ppm;
+    WatchedClocks& clocks = mReport->clocks;
+    clocks.soundPpm = findings.sound.speed->ppm;
+    clocks.unsteadyPpm = heard.unsteady * 1e6;
     if (mIsSteady) {
         return;
     }
-    const HeardLineup& heard = *findings.heard;
-    if (!mFirstCycle) {
-        mFirstCycle = heard.cycleStart;
-        return;
-    }
+    mFirstCycle = mFirstCycle.value_or(heard.cycleStart);
     const double cycles = std::round((heard.cycleStart - *mFirstCycle) / heard.cycle);
+    mCycles.Add(cycles, heard.cycleStart - *mFirstCycle);
     if (cycles > 0) {
-        mReport->clocks.soundPpm = (cycles * heard.sentCycle / (heard.cycleStart - *mFirstCycle) - 1) * 1e6;
+        clocks.soundPpm = (cycles * heard.sentCycle / (heard.cycleStart - *mFirstCycle) - 1) * 1e6;
+    }
+    if (mCycles.Count() >= kFewestCycles) {
+        clocks.jitterUs = mCycles.Residue() * 1e6;
     }
 }
 
@@ -294,6 +308,10 @@ void SoundWatch::TellCycles(double before) {
         cycle.start = mAnchor + static_cast<double>(number) * mCycle;
         cycle.end = cycle.start + mCycle;
         cycle.faults = mLedger.IdsWithin(cycle.start, cycle.end);
+        cycle.alignment = mAlignment->Now();
+        if (mAdd) {
+            mAdd(cycle);
+        }
         const Figures figures = mFigures[number];
         mFigures.erase(number);
         cycle.verdict = !cycle.faults.empty() ? CheckVerdict::Faults

@@ -3,18 +3,22 @@
 #include <lineup/Api.h>
 #include <lineup/Watch.h>
 #include "Host/Lineup/Check/Sound/CheckSound.h"
+#include "Host/Lineup/Check/Watch/Alignment.h"
 #include "Host/Lineup/Check/Watch/FaultLedger.h"
 #include "Host/Lineup/Check/Watch/FeedClock.h"
+#include "Host/Lineup/Check/Watch/LineFit.h"
 #include "Host/Lineup/Check/Watch/SoundWindow.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lineup {
@@ -26,10 +30,11 @@ inline namespace parts {
 /// place is told when a stretch has it with enough after it. Memory is the same however long the feed is.
 class LINEUP_API SoundWatch {
 public:
-    /// Tells `listener`, and writes what there was into `report`; both must outlive it. `settings.fromSeconds` and
-    /// `forSeconds` do not count. Throws UsageError as ValidateCheckSettings does, and what the plug-in throws.
+    /// Tells `listener`, writes what there was into `report`, and holds the sound against `stamps`; all must outlive
+    /// it. `settings.fromSeconds` and `forSeconds` do not count. Throws UsageError as ValidateCheckSettings does, and
+    /// what the plug-in throws.
     SoundWatch(const FeedFacts& facts, const std::shared_ptr<const Importer>& importer, CheckSettings settings,
-               const WatchListener& listener, WatchReport& report);
+               const WatchListener& listener, WatchReport& report, Alignment& stamps);
 
     /// Takes the first `count` samples of each input.
     void Hear(std::span<const std::vector<float>> inputs, std::size_t count);
@@ -42,6 +47,9 @@ public:
 
     /// The feed has ended.
     void Finish();
+
+    /// Adds to each cycle before it is told what else is known of it.
+    void AddToCycles(std::function<void(WatchedCycle&)> add) { mAdd = std::move(add); }
 
     [[nodiscard]] double Seconds() const { return static_cast<double>(mWindow.End()) / mFacts.rate; }
 
@@ -65,6 +73,7 @@ private:
     void TakeDamage(double before);
     [[nodiscard]] bool Presence(const SoundFindings& findings, double start, double end, bool last);
     void FollowClock(const SoundFindings& findings);
+    void LoseCycles();
     void Note(const SoundFindings& findings, double start, double end);
     void TellCycles(double before);
     [[nodiscard]] std::vector<DamagedStretch> Disturbed() const;
@@ -79,6 +88,8 @@ private:
     SoundWindow mWindow;
     FaultLedger mLedger;
     FeedClock mClock;
+    Alignment* mAlignment;
+    std::function<void(WatchedCycle&)> mAdd;
     std::int64_t mNextLook = 0;
 
     bool mIsFollowing = false;
@@ -93,6 +104,7 @@ private:
     bool mWasRight = false;
     double mHeardUntil = 0;
     std::optional<double> mFirstCycle;         // since the last interruption: where a cycle begins by phase
+    LineFit mCycles;                           // since then: where they begin, over their number
     std::map<std::int64_t, Figures> mFigures;  // of cycles that have not been told
     std::deque<DamagedStretch> mDamage;
 };

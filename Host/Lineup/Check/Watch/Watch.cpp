@@ -1,6 +1,9 @@
 #include <lineup/Watch.h>
+#include "Host/Lineup/Check/Reader/RecordingName.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
 #include "Host/Lineup/Check/ReadingFaults.h"
+#include "Host/Lineup/Check/Watch/Alignment.h"
+#include "Host/Lineup/Check/Watch/PictureWatch.h"
 #include "Host/Lineup/Check/Watch/SoundWatch.h"
 
 #include <fmt/format.h>
@@ -58,39 +61,127 @@ private:
     std::int64_t mLeft = std::numeric_limits<std::int64_t>::max();
 };
 
-// Whoever asks the watch to end gets what was found until then.
-void WatchSound(RecordingReader& reader, const std::shared_ptr<const Importer>& importer, const CheckSettings& settings,
-                const WatchListener& listener, double& seconds, WatchReport& report) {
-    const FeedFacts facts{reader.SampleRate(), reader.Inputs(), reader.Bits(), reader.Lossy()};
-    SoundWatch watch(facts, importer, settings, listener, report);
-    const double origin = settings.fromSeconds.value_or(0);
-    Feed feed(reader, settings);
-    try {
-        while (const std::size_t count = feed.Next()) {
-            watch.Hear(feed.Inputs(), count);
-            for (DamagedStretch& damage : reader.TakeDamage()) {
-                damage.position -= std::llround(origin * facts.rate);
-                watch.AddDamage(damage);
+// A feed and what is made of it: its sound, its pictures, or both.
+class FeedWatch : public PictureListener {
+public:
+    FeedWatch(const std::shared_ptr<const Importer>& importer, const CheckSettings& settings,
+              const WatchListener& listener, WatchReport& report)
+        : mImporter(importer),
+          mSettings(&settings),
+          mListener(&listener),
+          mReport(&report),
+          mFrom(settings.fromSeconds.value_or(0)),
+          mIsUrl(ParseRecordingName(report.source).kind == RecordingName::Kind::Url) {
+        if (settings.card != "none") {
+            mPictures.emplace(importer, settings, listener, report, mStamps);
+        }
+        mStamps.HearStamp(-mFrom, 0);
+    }
+
+    void OnFacts(const decoding::Picture& facts) override { mPictures->OnFacts(facts); }
+    bool OnPicture(const DecodedPicture& picture) override { return mPictures->OnPicture(picture); }
+    void OnEnd(const decoding::PictureEnd& end) override { mPictures->OnEnd(end); }
+
+    [[nodiscard]] PictureListener* Pictures() { return mPictures ? this : nullptr; }
+
+    // Called while nothing comes, too.
+    [[nodiscard]] bool GoesOn() const { return !mListener->progress || mListener->progress(Seconds(), mAll); }
+
+    void Take(RecordingReader& reader) {
+        mAll = reader.Seconds();
+        if (reader.HasSound() && mSettings->expect != "none") {
+            TakeSound(reader);
+        } else if (mPictures) {
+            mPictures->TellCycles();
+            TakePictures(reader);
+        }
+    }
+
+    // What was found until now.
+    void Finish(const RecordingReader& reader) {
+        if (mPictures) {
+            mPictures->Finish();
+        }
+        if (mSound) {
+            mSound->Finish();
+        }
+        Conclude();
+        if (const auto why = reader.EndedBecause()) {
+            mReport->notes.push_back(
+                {.id = "ended-early",
+                 .part = CheckPart::Both,
+                 .text = fmt::format("After {:.3f} s nothing more could be read: {}.", Seconds(), *why)});
+        }
+        std::ranges::copy(reader.Notes(), std::back_inserter(mReport->notes));
+    }
+
+private:
+    void TakeSound(RecordingReader& reader) {
+        const FeedFacts facts{reader.SampleRate(), reader.Inputs(), reader.Bits(), reader.Lossy()};
+        mSound.emplace(facts, mImporter, *mSettings, *mListener, *mReport, mStamps);
+        if (mPictures) {
+            mSound->AddToCycles([this](WatchedCycle& cycle) { mPictures->AddTo(cycle); });
+        }
+        Feed feed(reader, *mSettings);
+        try {
+            while (const std::size_t count = feed.Next()) {
+                mSound->Hear(feed.Inputs(), count);
+                TakeAside(reader, facts.rate);
+                if (!GoesOn()) {
+                    break;
+                }
             }
-            for (const decoding::Arrival& arrival : reader.TakeArrivals()) {
-                watch.Arrives(arrival.stamp, arrival.arrived);
-            }
-            seconds = watch.Seconds();
-            if (listener.progress && !listener.progress(seconds, reader.Seconds())) {
-                break;
+        } catch (const Cancelled&) {  // NOLINT(bugprone-empty-catch): the watch ends in good order
+        }
+    }
+
+    void TakeAside(RecordingReader& reader, double rate) {
+        for (DamagedStretch& damage : reader.TakeDamage()) {
+            damage.position -= std::llround(mFrom * rate);
+            mSound->AddDamage(damage);
+        }
+        for (const decoding::Arrival& arrival : reader.TakeArrivals()) {
+            mStamps.HearStamp(static_cast<double>(arrival.position) / rate - mFrom, arrival.stamp);
+            if (mIsUrl) {
+                mSound->Arrives(arrival.stamp, arrival.arrived);
             }
         }
-    } catch (const Cancelled&) {  // NOLINT(bugprone-empty-catch): the watch ends in good order
+        if (mPictures) {
+            mPictures->GoOnTo(mSound->Seconds());
+        }
     }
-    watch.Finish();
-    if (const auto why = reader.EndedBecause()) {
-        report.notes.push_back(
-            {.id = "ended-early",
-             .part = CheckPart::Sound,
-             .text = fmt::format("After {:.3f} s nothing more could be read: {}.", watch.Seconds(), *why)});
+
+    static void TakePictures(RecordingReader& reader) {
+        try {
+            reader.ReadPictures();
+        } catch (const Cancelled&) {  // NOLINT(bugprone-empty-catch): the watch ends in good order
+        }
     }
-    std::ranges::copy(reader.Notes(), std::back_inserter(report.notes));
-}
+
+    [[nodiscard]] double Seconds() const { return mSound ? mSound->Seconds() : mPictures ? mPictures->Seconds() : 0; }
+
+    // As of a recording: what is right of the one part stands although nothing can be told of the other, unless that
+    // was asked for.
+    void Conclude() {
+        const bool wantsSound = mSettings->expect != "auto" && mSettings->expect != "none";
+        if (!mReport->faults.empty()) {
+            mReport->verdict = CheckVerdict::Faults;
+        } else if (mPictures && mPictures->WasRight() && !wantsSound) {
+            mReport->verdict = CheckVerdict::Right;
+        }
+    }
+
+    std::shared_ptr<const Importer> mImporter;
+    const CheckSettings* mSettings;
+    const WatchListener* mListener;
+    WatchReport* mReport;
+    double mFrom;
+    bool mIsUrl;
+    std::optional<double> mAll;
+    Alignment mStamps;
+    std::optional<SoundWatch> mSound;
+    std::optional<PictureWatch> mPictures;
+};
 
 }  // namespace
 
@@ -99,11 +190,14 @@ WatchReport Watch(const std::string& recording, const std::shared_ptr<const Impo
     ValidateCheckSettings(settings);
     WatchReport report;
     report.source = recording;
-    double seconds = 0;
-    const auto goesOn = [&] { return !listener.progress || listener.progress(seconds, std::nullopt); };
+    FeedWatch watch(importer, settings, listener, report);
+    DecoderSettings decoder;
+    decoder.wantsPicture = watch.Pictures() != nullptr;
     try {
-        const auto reader = RecordingReader::Open(recording, DecoderSettings(), goesOn);
-        WatchSound(*reader, importer, settings, listener, seconds, report);
+        const auto reader = RecordingReader::Open(
+            recording, decoder, [&watch] { return watch.GoesOn(); }, watch.Pictures());
+        watch.Take(*reader);
+        watch.Finish(*reader);
     } catch (const Unreadable& unreadable) {
         report.notes.push_back(WhyUnreadable(unreadable));
     } catch (const Cancelled&) {

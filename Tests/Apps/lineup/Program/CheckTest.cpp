@@ -276,7 +276,7 @@ TEST_F(Check, TeachesItsUse) {
 
 TEST_F(Check, WatchesAStreamThatAnotherProgramSends) {
     const auto result = Shell("'" TEST_LINEUP
-                              "' send - --ident ebu-stereo-400 --audio-codec s302m --video-codec none "
+                              "' send - --ident ebu-stereo-400 --audio-codec s302m --size 320x180 "
                               "--clock free --for 15 --quiet | '" TEST_LINEUP "' check - --watch --json");
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const std::vector<json> lines = Lines(result.out);
@@ -285,6 +285,8 @@ TEST_F(Check, WatchesAStreamThatAnotherProgramSends) {
         EXPECT_EQ(lines[i]["event"], "cycle");
         EXPECT_EQ(lines[i]["verdict"], "right");
         EXPECT_EQ(lines[i]["number"], i + 1);
+        EXPECT_EQ(lines[i]["card"], "sd");
+        EXPECT_NEAR(lines[i]["alignment"]["offsetMs"].get<double>(), 0, 0.01);
     }
     EXPECT_EQ(lines[5]["event"], "summary");
     EXPECT_EQ(lines[5]["expected"], "ebu-stereo-400");

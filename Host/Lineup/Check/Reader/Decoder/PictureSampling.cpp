@@ -19,6 +19,7 @@ constexpr double kSlowly = 16;
 PictureSampling::PictureSampling(bool standAlone, double frameRate, double length)
     : mTakesAll(length > 0 && length * frameRate <= kMostFrames),
       mKeysOnly(!standAlone),
+      mIsStream(length <= 0),
       mStep(length > 0 ? length / kMostFrames : kStepOfStreams),
       mTaken(length > 0 ? kFirstFrames : 0) {}
 
@@ -39,6 +40,7 @@ bool PictureSampling::IsDue(double seconds) {
     }
     mNext = (mNext && seconds < *mNext + mStep ? std::max(*mNext, seconds - mStep) : seconds) + mStep;
     ++mTaken;
+    mMore -= mIsStream && mMore > 0 ? 1 : 0;
     return true;
 }
 

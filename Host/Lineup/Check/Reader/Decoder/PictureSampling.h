@@ -19,7 +19,7 @@ struct PacketFacts {
 class PictureSampling {
 public:
     static constexpr int kMostFrames = 250;
-    static constexpr int kMostMore = 250;  ///< because of their size
+    static constexpr int kMostMore = 250;  ///< because of their size; of a stream, no more than that at once
 
     enum class Taken : std::uint8_t {
         No,
@@ -39,6 +39,7 @@ private:
 
     bool mTakesAll = false;
     bool mKeysOnly = false;
+    bool mIsStream = false;
     double mStep = 0;  // s
     std::int64_t mTaken = 0;
     std::int64_t mMore = 0;

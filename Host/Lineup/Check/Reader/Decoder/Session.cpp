@@ -62,11 +62,7 @@ double Origin(const AVFormatContext& format, const std::vector<unsigned>& sound)
 class Session {
 public:
     Session(MediaInput& input, MessageWriter& out, const Wanted& wanted, InputKind kind)
-        : mInput(&input),
-          mOut(&out),
-          mWanted(wanted),
-          mIsLive(kind != InputKind::File),
-          mIsFeed(kind == InputKind::Url) {}
+        : mInput(&input), mOut(&out), mWanted(wanted), mIsLive(kind != InputKind::File) {}
 
     void OpenTracks() {
         const int pictures = mWanted.picture ? FindPictures(mInput->Format()) : kNoStream;
@@ -120,7 +116,7 @@ public:
                 mPictures->Decode(packet.get(), *mOut);
                 SayWhetherReading();
             } else if (track != nullptr) {
-                if (mIsFeed && track == mTracks.front().get()) {
+                if (track == mTracks.front().get()) {
                     track->Arrives(std::chrono::duration<double>(Clock::now() - mBegun).count());
                 }
                 track->Decode(packet.get(), *mOut);
@@ -208,7 +204,6 @@ private:
     MessageWriter* mOut;
     Wanted mWanted;
     bool mIsLive;
-    bool mIsFeed;  // it comes over a network
     Clock::time_point mBegun = Clock::now();
     std::optional<PictureTrack> mPictures;
     int mPictureStream = kNoStream;

@@ -24,7 +24,7 @@ public:
     /// damage once something after it can.
     void Decode(const AVPacket* packet, MessageWriter& out);
 
-    /// What is decoded next came in over a network, at this second of this machine's clock: that is said too.
+    /// What is decoded next came in at this second of this machine's clock: that is said too.
     void Arrives(double seconds) { mArrived = seconds; }
 
     /// Why the last packets of the track could not be decoded; empty when they could.

@@ -110,7 +110,7 @@ struct Damage {
     TextField<128> reason;
 };
 
-/// When samples came in over a network. Of the first track alone.
+/// When samples came in, and how they are stamped. Of the first track alone.
 struct Arrival {
     std::int64_t position;  ///< of the first of a packet
     double stamp;           ///< s by the sender's clock, from where the sound begins

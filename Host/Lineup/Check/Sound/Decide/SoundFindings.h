@@ -17,6 +17,7 @@ struct HeardLineup {
     double cycle = 0;       ///< s, as it is played; of a steady tone the length of a stretch of it
     double cycleStart = 0;  ///< where a cycle would begin, by the phase of the last tones; of a steady tone nothing
     bool isSteady = false;
+    double unsteady = 0;  ///< how far the speed moves within the tones, relative, r.m.s.
 };
 
 /// What was found of the sound, and what is wrong with it.

@@ -57,6 +57,19 @@ TEST(PictureSampling, TakesAFrameWhosePacketHasAnotherSize) {
     EXPECT_EQ(Play({false, 40001, 200}).odd, Taken::No);
 }
 
+// What differs now and then is looked at however long a stream goes on.
+TEST(PictureSampling, DoesNotTireOfAStream) {
+    PictureSampling stream(false, kRate, 0);
+    int odd = 0;
+    for (int frame = 0; frame < 2 * kFrames; ++frame) {
+        const bool isKey = frame % kGroup == 0;
+        const bool isOdd = frame > kGroup * 4 && frame % 250 == 20;
+        const auto bytes = isKey ? 200000 : isOdd ? 5000 : 60;
+        odd += stream.Takes({frame / kRate, isKey, false, bytes}) == Taken::WithGroup && isOdd ? 1 : 0;
+    }
+    EXPECT_EQ(odd, 2 * kFrames / 250 - 1);
+}
+
 TEST(PictureSampling, TakesNoMoreThanTwiceAsManyWhereEveryPacketDiffers) {
     PictureSampling sampling(true, kRate, kHour);
     int taken = 0;

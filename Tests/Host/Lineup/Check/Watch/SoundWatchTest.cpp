@@ -55,8 +55,9 @@ void Feed(lineup::SoundWatch& watch, const Sound& sound, std::ptrdiff_t most = 1
 Told Watch(const Sound& sound, double rate = kRate, const lineup::CheckSettings& settings = {}) {
     Told told;
     const lineup::WatchListener ears = Ears(told);
+    lineup::Alignment stamps;
     lineup::SoundWatch watch({.rate = rate, .inputs = static_cast<int>(sound.size()), .bits = {}, .lossy = false},
-                             test::Bundle(), settings, ears, told.report);
+                             test::Bundle(), settings, ears, told.report, stamps);
     Feed(watch, sound);
     watch.Finish();
     return told;
@@ -170,8 +171,9 @@ TEST(SoundWatch, TakesNoMoreMemoryTheLongerItGoesOn) {
     const Sound cycles = Ident("ebu-stereo-1000", 24);
     Told told;
     const lineup::WatchListener deaf;
+    lineup::Alignment stamps;
     lineup::SoundWatch watch({.rate = kRate, .inputs = 2, .bits = {}, .lossy = false}, test::Bundle(), {}, deaf,
-                             told.report);
+                             told.report, stamps);
     Feed(watch, cycles);
     Feed(watch, cycles);
     const long long before = test::CountHeap().outstanding;

@@ -208,7 +208,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     lineup::decoding::MessageWriter out(said.Descriptor());
     out.Write(lineup::decoding::Hello{.version = lineup::decoding::kProtocolVersion, .givenUp = 0});
     lineup::decoding::DecodeRecording(lineup::decoding::InputKind::File, "arrived.ts", std::chrono::seconds(10),
-                                      {.sound = true, .picture = true}, out);
+                                      {.sound = true, .picture = true, .from = {}}, out);
     out.Flush();
     try {
         const std::size_t samples = Read(said.Descriptor());

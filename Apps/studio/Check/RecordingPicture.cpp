@@ -69,7 +69,9 @@ std::shared_ptr<const CardPicture> ReadRecordingPicture(const QString& file, dou
                                                         const PictureLoader::IsWanted& isWanted) {
     PictureAt listener(seconds, isWanted);
     lineup::DecoderSettings settings;
+    settings.wantsSound = false;
     settings.wantsPicture = true;
+    settings.from = seconds;
     const auto reader =
         lineup::RecordingReader::Open(QFile::encodeName(file).toStdString(), settings, isWanted, &listener);
     reader->ReadPictures();

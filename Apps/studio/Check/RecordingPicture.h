@@ -8,9 +8,9 @@
 namespace studio {
 
 /// The picture that a recording shows at `seconds` from its start, by what the file says of its codes; null where it
-/// has none. The recording is read from its start, and of a long one only those pictures are decoded that a check looks
-/// at. Throws lineup::Cancelled when it is no longer wanted, and what tells why the recording cannot be read. Any
-/// thread.
+/// has none. Reading begins at the last key picture before it; where a recording does not let itself be read from
+/// there, it begins at the start, and of a long one only those pictures are decoded that a check looks at. Throws
+/// lineup::Cancelled when it is no longer wanted, and what tells why the recording cannot be read. Any thread.
 [[nodiscard]] std::shared_ptr<const CardPicture> ReadRecordingPicture(const QString& file, double seconds,
                                                                       const PictureLoader::IsWanted& isWanted);
 

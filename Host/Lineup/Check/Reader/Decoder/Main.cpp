@@ -1,5 +1,5 @@
-// lineup-decode file|pipe|url STALL NAME WHAT: decodes a recording for liblineup, which starts it. A person has no use
-// for it.
+// lineup-decode file|pipe|url STALL NAME WHAT [FROM]: decodes a recording for liblineup, which starts it. A person has
+// no use for it.
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
 #include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
 #include "Host/Lineup/Check/Reader/Decoder/Session.h"
@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -46,8 +47,13 @@ std::uint32_t GiveUpRightsUnlessCounting(InputKind kind) {
 #endif
 }
 
-lineup::decoding::Wanted ParseWanted(std::string_view word) {
-    return {.sound = word != "picture", .picture = word != "sound"};
+lineup::decoding::Wanted ParseWanted(std::string_view word, std::string_view from) {
+    lineup::decoding::Wanted wanted{.sound = word != "picture", .picture = word != "sound", .from = {}};
+    double seconds = 0;
+    if (std::from_chars(from.data(), from.data() + from.size(), seconds).ec == std::errc()) {
+        wanted.from = seconds;
+    }
+    return wanted;
 }
 
 int Decode(InputKind kind, std::chrono::milliseconds stall, const std::string& name,
@@ -65,13 +71,13 @@ int Decode(InputKind kind, std::chrono::milliseconds stall, const std::string& n
 
 int main(int argc, char** argv) {
     constexpr int kWords = 5;
-    const auto kind = argc == kWords ? ParseKind(argv[1]) : std::nullopt;
+    const auto kind = argc == kWords || argc == kWords + 1 ? ParseKind(argv[1]) : std::nullopt;
     if (!kind) {
         std::fputs("lineup-decode is for the library of lineup, which starts it.\n", stderr);
         return kUsedWrongly;
     }
     try {
-        return Decode(*kind, ParseStall(argv[2]), argv[3], ParseWanted(argv[4]));
+        return Decode(*kind, ParseStall(argv[2]), argv[3], ParseWanted(argv[4], argc > kWords ? argv[kWords] : ""));
     } catch (const std::exception&) {
         return kNobodyListens;
     }

@@ -111,6 +111,12 @@ std::int64_t MediaInput::BytesRead() const {
     return mFormat != nullptr && mFormat->pb != nullptr ? mFormat->pb->bytes_read : 0;
 }
 
+bool MediaInput::Seek(int stream, double stamp) {
+    const double tick = av_q2d(mFormat->streams[stream]->time_base);
+    return mKind == InputKind::File &&
+           av_seek_frame(mFormat.get(), stream, static_cast<std::int64_t>(stamp / tick), AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
 bool MediaInput::Read(AVPacket& packet) {
     mDeadline = Clock::now() + mStall;
     for (int bad = 0; bad < kMostBadReads; ++bad) {

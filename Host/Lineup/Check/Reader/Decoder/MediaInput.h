@@ -22,6 +22,10 @@ public:
     [[nodiscard]] const AVFormatContext& Format() const noexcept { return *mFormat; }
     [[nodiscard]] AVStream& Stream(unsigned index) const noexcept { return *mFormat->streams[index]; }
 
+    /// Goes to the last place at or before a time stamp of that stream, s, where decoding can begin. False where it
+    /// cannot: it is then where it was, or at the start.
+    [[nodiscard]] bool Seek(int stream, double stamp);
+
     /// The next packet; false at the end. Throws EarlyEnd.
     [[nodiscard]] bool Read(AVPacket& packet);
 

@@ -30,6 +30,9 @@ public:
     /// `frameRate` and `length` (s) are 0 where they are not known.
     PictureSampling(bool standAlone, double frameRate, double length);
 
+    /// However long it is.
+    void TakeAll() noexcept { mTakesAll = true; }
+
     /// Of the next packet, in the order of the file.
     [[nodiscard]] Taken Takes(const PacketFacts& packet);
 

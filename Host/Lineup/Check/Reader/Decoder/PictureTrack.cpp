@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lineup::decoding {
 
@@ -58,6 +59,16 @@ Picture PictureTrack::Facts() const {
             .codec = ToField<32>(avcodec_get_name(mDecoder->codec_id))};
 }
 
+void PictureTrack::BeginAt(double seconds, bool isNear) {
+    mFrom = seconds;
+    mMayMiss = isNear;
+    mHasMissed = false;
+    avcodec_flush_buffers(mDecoder.get());
+    if (isNear) {
+        mSampling.TakeAll();
+    }
+}
+
 PictureEnd PictureTrack::Length() const {
     const double start = mStart.value_or(0);
     return {.start = start, .end = std::max(mEnd, start), .frames = mPackets};
@@ -86,6 +97,7 @@ PacketFacts PictureTrack::FactsOf(const AVPacket& packet) const {
 void PictureTrack::Decode(const AVPacket* packet, MessageWriter& out) {
     if (packet == nullptr) {
         Send(nullptr, out);
+        WriteHeld(out);
         return;
     }
     Count(*packet);
@@ -120,17 +132,46 @@ void PictureTrack::Receive(MessageWriter& out) {
     while (avcodec_receive_frame(mDecoder.get(), mFrame.get()) >= 0) {
         const auto side = [](int pixels) { return pixels >= 1 && pixels <= static_cast<int>(kMostPictureSide); };
         if (side(mFrame->width) && side(mFrame->height)) {
-            Write(out);
+            Take(out);
         }
         av_frame_unref(mFrame.get());
     }
 }
 
+double PictureTrack::SecondsOf(const AVFrame& frame) const {
+    const std::int64_t stamp = frame.best_effort_timestamp;
+    const double seconds = static_cast<double>(stamp) * av_q2d(mStream->time_base) - mOrigin;
+    return stamp != AV_NOPTS_VALUE && std::abs(seconds) < kLastSecond ? seconds : mEnd;
+}
+
+// Of those before the place where it begins, the last one alone.
+void PictureTrack::Take(MessageWriter& out) {
+    constexpr double kSameMoment = 1e-3;  // s
+    if (mFrom && SecondsOf(*mFrame) <= *mFrom + kSameMoment) {
+        mHeld.reset(RequireMemory(av_frame_clone(mFrame.get())));
+        mMayMiss = false;
+        return;
+    }
+    mHasMissed = mHasMissed || mMayMiss;
+    if (mHasMissed) {
+        return;
+    }
+    WriteHeld(out);
+    Write(out);
+}
+
+void PictureTrack::WriteHeld(MessageWriter& out) {
+    if (mHeld) {
+        std::swap(mFrame, mHeld);
+        Write(out);
+        std::swap(mFrame, mHeld);
+        mHeld.reset();
+    }
+}
+
 void PictureTrack::Write(MessageWriter& out) {
     Frame head = DescribePicture(*mFrame, *mDecoder);
-    const std::int64_t stamp = mFrame->best_effort_timestamp;
-    const double seconds = static_cast<double>(stamp) * av_q2d(mStream->time_base) - mOrigin;
-    head.seconds = stamp != AV_NOPTS_VALUE && std::abs(seconds) < kLastSecond ? seconds : mEnd;
+    head.seconds = SecondsOf(*mFrame);
     out.Write(head);
     if (head.planes > 0) {
         WritePlanes(head, out);

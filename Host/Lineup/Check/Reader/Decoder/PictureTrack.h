@@ -19,6 +19,17 @@ public:
 
     [[nodiscard]] Picture Facts() const;
 
+    /// Leaves out what comes before the frame that is shown at this place. `isNear`: decoding begins close to it, and
+    /// takes every frame.
+    void BeginAt(double seconds, bool isNear);
+
+    /// The first frame that came out after a BeginAt close to the place is later than that: decoding is to begin
+    /// further back, and then BeginAt is called again.
+    [[nodiscard]] bool HasMissed() const noexcept { return mHasMissed; }
+
+    /// The frame of the place has not come out yet, and may lie further back.
+    [[nodiscard]] bool MayMiss() const noexcept { return mMayMiss; }
+
     /// Decodes a packet if its frame is one of those that are looked at, or with null what is left at the end.
     void Decode(const AVPacket* packet, MessageWriter& out);
 
@@ -30,6 +41,9 @@ private:
     [[nodiscard]] PacketFacts FactsOf(const AVPacket& packet) const;
     void Send(const AVPacket* packet, MessageWriter& out);
     void Receive(MessageWriter& out);
+    [[nodiscard]] double SecondsOf(const AVFrame& frame) const;
+    void Take(MessageWriter& out);
+    void WriteHeld(MessageWriter& out);
     void Write(MessageWriter& out);
     void WritePlanes(const Frame& head, MessageWriter& out);
 
@@ -38,6 +52,10 @@ private:
     bool mIsStill;
     AvCodecContext mDecoder;
     AvFrame mFrame;
+    AvFrame mHeld;
+    std::optional<double> mFrom;
+    bool mMayMiss = false;
+    bool mHasMissed = false;
     PictureSampling mSampling;
     HeldGroup mGroup;
     std::optional<double> mStart;

@@ -71,11 +71,19 @@ public:
         for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
             mInput->Stream(index).discard = AVDISCARD_ALL;
         }
+        const std::vector<unsigned> timed = mWanted.from && sound.empty() ? SoundStreams() : sound;
         const double origin =
-            Origin(mInput->Format(), sound.empty() ? std::vector{static_cast<unsigned>(pictures)} : sound);
-        OpenSound(sound, origin);
+            Origin(mInput->Format(), timed.empty() ? std::vector{static_cast<unsigned>(pictures)} : timed);
+        OpenSound(sound, origin + mWanted.from.value_or(0));
         if (pictures >= 0) {
             OpenPictures(static_cast<unsigned>(pictures), origin);
+        }
+        if (mWanted.from) {
+            for (const auto& track : mTracks) {
+                track->BeginAtOrigin();
+            }
+            mFromStamp = origin + *mWanted.from;
+            GoBack(mFromStamp);
         }
         WriteBegin();
     }
@@ -88,6 +96,7 @@ public:
                                                       rate, origin);
             mOut->Write(track->Facts());
             mTrackOfStream[index] = track.get();
+            mSoundStream = static_cast<int>(sound.front());
             mTracks.push_back(std::move(track));
         }
     }
@@ -108,12 +117,33 @@ public:
     }
 
     void DecodeAll() {
+        ReadPackets();
+        for (const auto& track : mTracks) {
+            track->Decode(nullptr, *mOut);
+        }
+        if (mPictures) {
+            mPictures->Decode(nullptr, *mOut);
+            while (mPictures->MayMiss() && mTracks.empty()) {
+                GoBack(mFromStamp);
+                ReadPackets();
+                mPictures->Decode(nullptr, *mOut);
+            }
+            mOut->Write(mPictures->Length());
+        }
+        RequireWholeTracks();
+    }
+
+private:
+    void ReadPackets() {
         const AvPacket packet(RequireMemory(av_packet_alloc()));
         while (mInput->Read(*packet)) {
             const auto index = static_cast<std::size_t>(packet->stream_index);
             SoundTrack* const track = index < mTrackOfStream.size() ? mTrackOfStream[index] : nullptr;
             if (packet->stream_index == mPictureStream) {
                 mPictures->Decode(packet.get(), *mOut);
+                if (mPictures->HasMissed() && mTracks.empty()) {
+                    GoBack(mFromStamp);
+                }
                 SayWhetherReading();
             } else if (track != nullptr) {
                 if (track == mTracks.front().get()) {
@@ -129,17 +159,8 @@ public:
                 mOut->Flush();
             }
         }
-        for (const auto& track : mTracks) {
-            track->Decode(nullptr, *mOut);
-        }
-        if (mPictures) {
-            mPictures->Decode(nullptr, *mOut);
-            mOut->Write(mPictures->Length());
-        }
-        RequireWholeTracks();
     }
 
-private:
     // As many as fit, in the order of the recording.
     std::vector<unsigned> ChooseTracks(bool hasPictures) {
         std::vector<unsigned> chosen;
@@ -163,6 +184,31 @@ private:
                                                              : "it has no sound");
         }
         return chosen;
+    }
+
+    // Those that places are counted by, where they are not decoded themselves.
+    [[nodiscard]] std::vector<unsigned> SoundStreams() const {
+        std::vector<unsigned> streams;
+        for (unsigned index = 0; index < mInput->Format().nb_streams; ++index) {
+            if (IsSound(mInput->Stream(index))) {
+                streams.push_back(index);
+            }
+        }
+        return streams;
+    }
+
+    // A key frame may be stamped a little later than what it begins. Some kinds of files lead to any packet, with the
+    // next key frame behind the place: then further back, and at last to the start.
+    void GoBack(double stamp) {
+        constexpr double kMostBack = 100;  // s
+        const int stream = mPictures ? mPictureStream : mSoundStream;
+        const bool isLast = mBack > kMostBack;
+        const double target = isLast ? stamp - *mWanted.from : stamp - mBack;
+        const bool isThere = stream >= 0 && mInput->Seek(stream, target);
+        if (mPictures) {
+            mPictures->BeginAt(*mWanted.from, isThere && !isLast);
+        }
+        mBack *= 4;
     }
 
     // As the recording says itself, s.
@@ -207,6 +253,9 @@ private:
     Clock::time_point mBegun = Clock::now();
     std::optional<PictureTrack> mPictures;
     int mPictureStream = kNoStream;
+    int mSoundStream = kNoStream;  // the first
+    double mFromStamp = 0;         // s
+    double mBack = 0.5;            // s, before that
     std::uint32_t mLeftOut = 0;
     std::vector<std::unique_ptr<SoundTrack>> mTracks;
     std::vector<SoundTrack*> mTrackOfStream;

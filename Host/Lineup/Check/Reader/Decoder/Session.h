@@ -4,6 +4,7 @@
 #include "Host/Lineup/Check/Reader/Protocol/MessageWriter.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 
 namespace lineup::decoding {
@@ -12,6 +13,7 @@ namespace lineup::decoding {
 struct Wanted {
     bool sound = true;
     bool picture = false;
+    std::optional<double> from;  ///< s: as DecoderSettings has it
 };
 
 /// Decodes one recording, and says all there is to say of it but the greeting: its tracks, their samples, its pictures,

@@ -122,6 +122,9 @@ void SoundTrack::TakeFrame(MessageWriter& out) {
     RequireSameKind();
     const std::int64_t stamp = mFrame->best_effort_timestamp;
     const double tick = av_q2d(mStream->time_base);
+    if (mBeginsAtOrigin && !mHasBegun && stamp != AV_NOPTS_VALUE && static_cast<double>(stamp) * tick < mOrigin) {
+        return;
+    }
     const auto place =
         mClock.Next(stamp != AV_NOPTS_VALUE ? std::optional(static_cast<double>(stamp) * tick) : std::nullopt, tick,
                     mFrame->nb_samples);

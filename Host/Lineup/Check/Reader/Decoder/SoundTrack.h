@@ -20,6 +20,9 @@ public:
 
     [[nodiscard]] Track Facts() const;
 
+    /// Leaves out frames that begin before position 0, where decoding began further back.
+    void BeginAtOrigin() noexcept { mBeginsAtOrigin = true; }
+
     /// Decodes a packet, or with null what is left at the end, and writes what comes out. What cannot be decoded is
     /// damage once something after it can.
     void Decode(const AVPacket* packet, MessageWriter& out);
@@ -53,6 +56,7 @@ private:
     std::optional<Resampler> mResampler;
     std::int64_t mResampledEnd = 0;
     bool mHasBegun = false;
+    bool mBeginsAtOrigin = false;
     std::string mTrouble;
 };
 

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <optional>
 
 namespace lineup {
 
@@ -19,6 +20,7 @@ struct LINEUP_API DecoderSettings {
     std::filesystem::path program;  ///< ours
     bool wantsSound = true;
     bool wantsPicture = false;
+    std::optional<double> from;  ///< s: sound counts from there, and pictures begin with the one that is shown there
     std::chrono::milliseconds stall{15000};  ///< how long a URL may send nothing
     std::chrono::milliseconds silence{
         30000};  ///< how long the program may say nothing while there is something to read

@@ -47,7 +47,12 @@ std::vector<std::string> Arguments(const RecordingName& recording, const Recordi
     const bool isUrl = recording.kind == RecordingName::Kind::Url;
     const char* const kind = isUrl ? "url" : input.canSeek ? "file" : "pipe";
     const char* const wanted = !settings.wantsPicture ? "sound" : settings.wantsSound ? "both" : "picture";
-    return {settings.program.string(), kind, std::to_string(settings.stall.count()), recording.text, wanted};
+    std::vector<std::string> words{settings.program.string(), kind, std::to_string(settings.stall.count()),
+                                   recording.text, wanted};
+    if (settings.from) {
+        words.push_back(fmt::format("{}", *settings.from));
+    }
+    return words;
 }
 
 std::pair<Descriptor, Descriptor> MakePipe() {

@@ -24,8 +24,9 @@ void FillStandardStreams() {
 void FinishStandardOutput() {
     errno = 0;
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        // Without a number when it was printing that failed, earlier.
-        const int error = errno != 0 ? errno : EIO;
+        // Without a number when it was printing that failed, earlier: an empty line fails for the same reason.
+        const bool isKnown = errno != 0 || write(STDOUT_FILENO, "\n", 1) < 0;
+        const int error = isKnown ? errno : EIO;
         throw lineup::Error(fmt::format("cannot write to standard output: {}", std::generic_category().message(error)));
     }
 }

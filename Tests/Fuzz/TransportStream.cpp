@@ -22,6 +22,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <sys/mman.h>
 #include <system_error>
 #include <unistd.h>
@@ -42,7 +43,7 @@ constexpr std::size_t kEnough = 1000 * kMost;  // a gap may be a day long
 constexpr std::array<const char*, 5> kAudio = {"aac", "ac3", "mp2", "s302m", lineup::kNoCodec};
 
 // Half a second, as it is sent.
-const Stream& Sent(const std::string& audio) {
+const Stream& Sent(const char* audio) {
     static std::map<std::string, Stream> streams;
     Stream& stream = streams[audio];
     if (stream.empty()) {
@@ -91,9 +92,11 @@ void Damage(Stream& stream, fuzz::Bytes& bytes) {
             stream.insert(stream.begin() + place(), again.begin(), again.end());
             break;
         }
-        case 4:
-            std::swap(packet, stream[static_cast<std::size_t>(place())]);
+        case 4: {
+            const Packet moved = std::exchange(stream[static_cast<std::size_t>(place())], packet);
+            packet = moved;
             break;
+        }
         case 5:  // another programme's
             for (std::ptrdiff_t at = first; at < first + count; ++at) {
                 stream[static_cast<std::size_t>(at)][2] ^= bytes.Take<std::uint8_t>();
@@ -197,7 +200,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const bool isListening = (lineup::decoding::ListenToLibraries(), true);
     Require(isListening, "complaints are heard");
     fuzz::Bytes bytes(data, size);
-    const std::string audio = bytes.Pick(kAudio);
+    const char* const audio = bytes.Pick(kAudio);
     Stream stream = Sent(audio);
     const std::size_t all = bytes.Below(kMostDamages);
     for (std::size_t damages = all; damages > 0; --damages) {
@@ -212,7 +215,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     out.Flush();
     try {
         const std::size_t samples = Read(said.Descriptor());
-        Require(all > 0 || audio == lineup::kNoCodec || samples > 20000, "what is not damaged is heard");
+        Require(all > 0 || audio == std::string_view(lineup::kNoCodec) || samples > 20000,
+                "what is not damaged is heard");
     } catch (const lineup::Unreadable& unreadable) {
         Require(std::string(unreadable.what()).find("nonsense") == std::string::npos, "the decoder makes sense");
     }

@@ -50,7 +50,8 @@ inline testing::AssertionResult Hold(const oracle::Answer& answer, GuardedChanne
         } else if (!answer.samples.empty()) {
             right = SameSamples(channels[c].Samples(), answer.Of(c));
         } else {
-            for (const float sample : channels[c].Samples()) {
+            const auto samples = channels[c].Samples();
+            for (const float sample : samples) {
                 if (!answer.MayHold(sample)) {
                     right = testing::AssertionFailure() << "holds " << sample;
                 }

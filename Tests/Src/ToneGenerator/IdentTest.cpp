@@ -172,7 +172,8 @@ TEST_P(IdentOf, HostileTimesEndsWritesEverySampleOfItsChannelsAndIsNoLouderThanI
         ASSERT_TRUE(NothingElseIsWritten(channels, GetParam().channels)) << request;
         for (std::size_t c = 0; c < GetParam().channels; ++c) {
             ASSERT_EQ(channels[c].UnwrittenSamples(), 0U) << "channel " << c << ", " << request;
-            for (const float sample : channels[c].Samples()) {
+            const auto samples = channels[c].Samples();
+            for (const float sample : samples) {
                 // A tone of no rate is NaN.
                 ASSERT_TRUE(std::abs(sample) <= 0.125F || (std::isnan(sample) && request.sampleTicks == kInt64Max))
                     << request;

@@ -4,10 +4,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Floats into a file's samples, form by form, against the loop that says what comes out and against a copy of
@@ -72,7 +74,12 @@ void Pack(benchmark::State& state, std::int32_t variant, SampleFormat format, st
 void RegisterAll() {
     ippSafeInit();
     const std::int32_t best = ippJumpIndexForMergedLibs;
-    for (const auto& [variant, form] : {std::pair(kVectorN8, "sse2"), {kVectorL9, "avx2"}}) {
+#if defined(__x86_64__)
+    constexpr std::array kForms = {std::pair(kVectorN8, "sse2"), std::pair(kVectorL9, "avx2")};
+#else
+    constexpr std::array kForms = {std::pair(kVectorLowest, "plain")};
+#endif
+    for (const auto& [variant, form] : kForms) {
         if (variant > best) {
             continue;
         }

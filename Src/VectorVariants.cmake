@@ -1,28 +1,32 @@
-# The instruction levels, from the table that the program's own dispatch reads:
+# The instruction levels of this processor, from the table that the program's own dispatch reads; none where it has no
+# rows.
 #   VECTOR_LEVELS         their names
 #   VECTOR_BYTES_LEVEL    the width of a level's registers
 #   VECTOR_OPTIONS_LEVEL  the compiler's options for it
 set(table ${PROJECT_SOURCE_DIR}/Host/Interface/Core/VectorLevels.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${table})
 file(READ ${table} rows)
+string(TOUPPER ${LINEUP_PROCESSOR} processor)
+string(REGEX MATCH "#define VECTOR_LEVELS_${processor}\\(LEVEL\\)[^#]*" rows "${rows}")
 string(REGEX MATCHALL " LEVEL\\([^)]+\\)" rows "${rows}")
 set(levels)
 foreach(row IN LISTS rows)
-    if(NOT row MATCHES "LEVEL\\(([a-z0-9]+), [A-Za-z0-9]+, ([0-9]+), \"([a-z0-9.]+)\", \"([a-z0-9.]+)\"\\)")
+    if(NOT row MATCHES "LEVEL\\(([a-z0-9]+), [A-Za-z0-9]+, ([0-9]+), \"([a-z0-9.]*)\", \"([a-z0-9.]*)\"\\)")
         message(FATAL_ERROR "${table}: not a row of the table: ${row}")
     endif()
     list(APPEND levels ${CMAKE_MATCH_1})
     set(VECTOR_BYTES_${CMAKE_MATCH_1} ${CMAKE_MATCH_2})
-    set(VECTOR_OPTIONS_${CMAKE_MATCH_1} -m${CMAKE_MATCH_3} -m${CMAKE_MATCH_4})
+    set(VECTOR_OPTIONS_${CMAKE_MATCH_1} ${CMAKE_MATCH_3} ${CMAKE_MATCH_4})
+    list(TRANSFORM VECTOR_OPTIONS_${CMAKE_MATCH_1} PREPEND -m)
 endforeach()
-if(NOT levels)
-    message(FATAL_ERROR "${table} has no rows")
+if(NOT levels AND LINEUP_PROCESSOR MATCHES "^(x86_64|aarch64)$")
+    message(FATAL_ERROR "${table} has no rows for ${LINEUP_PROCESSOR}")
 endif()
 set(VECTOR_LEVELS ${levels} CACHE INTERNAL "The instruction levels of the vector code")
 
 # vector_variants(PREFIX SOURCE)
-# SOURCE compiled once for each instruction level, as the object libraries PREFIX_LEVEL. Those of this
-# processor become part of the plug-in; PREFIX_portable is there for the tests too. The source is told
+# SOURCE compiled once for each instruction level, as the object libraries PREFIX_LEVEL, which become part of the plug-in;
+# and as PREFIX_portable, for the tests, and for the plug-in where there is no level. The source is told
 #   VECTOR_VARIANT  the level's name
 #   VECTOR_BYTES    the width of its registers; not for the portable level
 function(vector_variants prefix source)
@@ -34,13 +38,8 @@ function(vector_variants prefix source)
             $<$<BOOL:${VECTOR_BYTES_${level}}>:VECTOR_BYTES=${VECTOR_BYTES_${level}}>)
     endforeach()
 
-    set(processor ${CMAKE_SYSTEM_PROCESSOR})
-    if(CMAKE_OSX_ARCHITECTURES)  # a Mac builds for another processor too
-        set(processor ${CMAKE_OSX_ARCHITECTURES})
-    endif()
-    if(processor MATCHES "^(x86_64|AMD64)$")
-        set(levels ${VECTOR_LEVELS})
-    else()
+    set(levels ${VECTOR_LEVELS})
+    if(NOT levels)
         set(levels portable)
     endif()
     # An object library's objects are not among $<TARGET_OBJECTS:BarsAndTone>, so the module names them too.

@@ -16,11 +16,7 @@
     VECTOR_LEVELS(VECTOR_DECLARE_LEVEL) \
     VECTOR_DECLARE_LEVEL(portable)
 
-#if defined(__x86_64__)
 #define VECTOR_SERVES(level, ...) &level::kKernels,
-#else
-#define VECTOR_SERVES(level, ...) &portable::kKernels,
-#endif
 
 /// What serves each value of the dispatch index from 0 on, as the elements of an array.
 #define VECTOR_KERNELS_BY_INDEX VECTOR_LEVELS(VECTOR_SERVES)

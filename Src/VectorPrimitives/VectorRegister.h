@@ -4,6 +4,8 @@
 
 #if defined(__x86_64__)
 #include <immintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
 #endif
 
 /// The register that the including source is compiled for, VECTOR_BYTES wide: 16, 32 or 64, or one float
@@ -23,6 +25,23 @@ static inline void Store(float* to, Register value) {
 }
 static inline void Stream(float* to, Register value) {
     *to = value;
+}
+static inline void EndStreaming() {}
+
+#elif defined(__aarch64__)
+
+static_assert(VECTOR_BYTES == 16);
+
+using Register = float32x4_t;
+static inline Register Load(const float* from) {
+    return vld1q_f32(from);
+}
+static inline void Store(float* to, Register value) {
+    vst1q_f32(to, value);
+}
+/// Left to the processor, which tells by itself when stores are of whole lines.
+static inline void Stream(float* to, Register value) {
+    vst1q_f32(to, value);
 }
 static inline void EndStreaming() {}
 

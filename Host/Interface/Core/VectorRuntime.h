@@ -18,6 +18,7 @@ enum VectorVariant : std::int32_t {
         kVectorVariantEnd
 };
 inline constexpr int kVectorVariantCount = kVectorVariantEnd;
+inline constexpr std::int32_t kVectorLowest = kVectorNotInitialised + 1;  ///< every such processor runs it
 
 extern "C" {
 

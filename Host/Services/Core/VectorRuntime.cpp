@@ -12,7 +12,7 @@ namespace {
 // The best level that runs here. The compiler's feature tests include the operating system's consent to the wider
 // registers.
 std::int32_t BestVariant() {
-    std::int32_t best = kVectorN8;
+    std::int32_t best = kVectorLowest;
 #if defined(__x86_64__)
     __builtin_cpu_init();
 #define VECTOR_TAKE(level, enumerator, bytes, feature, otherFeature)                         \

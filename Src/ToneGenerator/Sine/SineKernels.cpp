@@ -80,7 +80,7 @@ constexpr double kUncertaintyOfItself = 0x1p-48;
 // Samples narrowed; `uncertain` gathers whether one lies so near the middle between two floats that the C library's may
 // lie on its other side.
 Floats Narrow(Doubles value, Flags& uncertain) {
-#if defined(__AVX2__)
+#if defined(VECTOR_COMPARES_WIDE)
     // In units of the last place of a double, the middle is at 2^28 and the uncertainty 32 at most.
     constexpr std::int64_t kMiddle = std::int64_t{1} << 28;
     constexpr std::int64_t kMost = 32;

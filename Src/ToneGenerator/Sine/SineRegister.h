@@ -4,6 +4,8 @@
 
 #if defined(__x86_64__)
 #include <immintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
 #endif
 
 /// The registers of doubles that the including source is compiled for, VECTOR_BYTES wide (16 when nothing is said), and
@@ -12,6 +14,9 @@
 
 #if !defined(VECTOR_BYTES)
 #define VECTOR_BYTES 16
+#elif defined(__aarch64__)
+static_assert(VECTOR_BYTES == 16);
+#define VECTOR_IS_NEON
 #endif
 
 constexpr int kLanes = VECTOR_BYTES / sizeof(double);
@@ -33,7 +38,7 @@ static inline void Store(float* to, Floats value) {
 }
 
 /// Whether MultiplyAdd rounds once.
-#if VECTOR_BYTES == 64 || (VECTOR_BYTES == 32 && defined(__FMA__))
+#if VECTOR_BYTES == 64 || (VECTOR_BYTES == 32 && defined(__FMA__)) || defined(VECTOR_IS_NEON)
 constexpr bool kMultipliesAndAddsAtOnce = true;
 #else
 constexpr bool kMultipliesAndAddsAtOnce = false;
@@ -45,10 +50,17 @@ static inline Doubles MultiplyAdd(Doubles a, Doubles b, Doubles c) {
     return _mm512_fmadd_pd(a, b, c);
 #elif VECTOR_BYTES == 32 && defined(__FMA__)
     return _mm256_fmadd_pd(a, b, c);
+#elif defined(VECTOR_IS_NEON)
+    return vfmaq_f64(c, a, b);
 #else
     return a * b + c;
 #endif
 }
+
+/// Whether integers as wide as a double are compared at once.
+#if defined(__AVX2__) || defined(VECTOR_IS_NEON)
+#define VECTOR_COMPARES_WIDE
+#endif
 
 /// One flag a lane; combined by |.
 #if VECTOR_BYTES == 64
@@ -56,7 +68,7 @@ using Flags = __mmask8;
 static inline bool IsAny(Flags flags) {
     return flags != 0;
 }
-#elif defined(__AVX2__)
+#elif defined(VECTOR_COMPARES_WIDE)
 using Flags = Bits;
 #else
 using Flags = FloatBits;
@@ -70,7 +82,7 @@ static inline bool IsAny(Vector flags) {
     return any;
 }
 
-#if defined(__AVX2__)
+#if defined(VECTOR_COMPARES_WIDE)
 /// Which lanes have none of the bits of `mask`.
 static inline Flags HaveNone(Bits value, std::int64_t mask) {
 #if VECTOR_BYTES == 64

@@ -60,10 +60,10 @@ TEST(FirstCall, StillAnswersWrongArgumentsWithTheirStatus) {
 }
 
 TEST(FirstCall, LeavesAnIndexThatIsSetAlone) {
-    ippJumpIndexForMergedLibs = kVectorN8;
+    ippJumpIndexForMergedLibs = kVectorLowest;
     for (const auto& call : kCalls) {
         EXPECT_TRUE(call());
-        EXPECT_EQ(ippJumpIndexForMergedLibs, kVectorN8);
+        EXPECT_EQ(ippJumpIndexForMergedLibs, kVectorLowest);
     }
 }
 

@@ -21,10 +21,11 @@ namespace test {
 struct Variant {
     const char* name;
     std::int32_t index;
+    int registerBytes;
 };
 inline constexpr std::int32_t kPortable = kVectorVariantCount;
-#define VECTOR_ROW(level, enumerator, ...) {#level, enumerator},
-inline constexpr Variant kVariants[] = {VECTOR_LEVELS(VECTOR_ROW){"portable", kPortable}};
+#define VECTOR_ROW(level, enumerator, bytes, ...) {#level, enumerator, bytes},
+inline constexpr Variant kVariants[] = {VECTOR_LEVELS(VECTOR_ROW){"portable", kPortable, sizeof(float)}};
 #undef VECTOR_ROW
 
 inline void PrintTo(const Variant& variant, std::ostream* out) {
@@ -37,7 +38,7 @@ class VariantTest : public testing::TestWithParam<Variant> {
 protected:
     void SetUp() override {
         ippSafeInit();
-        const auto& [name, index] = GetParam();
+        const auto& [name, index, registerBytes] = GetParam();
         if (index == kPortable) {
             mPrimitives = vectorkernels::portable::kKernels;
         } else if (index > ippJumpIndexForMergedLibs) {

@@ -15,6 +15,8 @@ namespace {
 
 using testing::Each;
 
+#if defined(__x86_64__)
+
 // What the operating system says the processor offers; empty where it does not say it in this form.
 std::set<std::string> ProcessorFlags() {
     std::ifstream file("/proc/cpuinfo");
@@ -41,6 +43,15 @@ TEST(VectorRuntime, NamesTheWidestVariantThatTheOperatingSystemVouchesFor) {
     ippSafeInit();
     EXPECT_EQ(ippJumpIndexForMergedLibs, expected);
 }
+
+#elif defined(__aarch64__)
+
+TEST(VectorRuntime, NamesTheVariantThatEverySuchProcessorRuns) {
+    ippSafeInit();
+    EXPECT_EQ(ippJumpIndexForMergedLibs, kVectorNeon);
+}
+
+#endif
 
 TEST(VectorRuntime, InitialisesToTheSameIndexEveryTime) {
     ippSafeInit();

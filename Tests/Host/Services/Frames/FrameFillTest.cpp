@@ -58,7 +58,7 @@ void ExpectLikePlainFill(int rowBytes, int width, int height, const FillFormat& 
 TEST(FrameFill, WritesBlocksOfEveryWidthAtEveryAlignmentAndNothingElse) {
     ippSafeInit();
     const std::int32_t best = ippJumpIndexForMergedLibs;
-    for (const std::int32_t index : {std::int32_t{kVectorNotInitialised}, std::int32_t{kVectorN8}, best}) {
+    for (const std::int32_t index : {std::int32_t{kVectorNotInitialised}, kVectorLowest, best}) {
         ippJumpIndexForMergedLibs = index;
         for (const FillFormat& format : kFillFormats) {
             for (int width = 1; width <= 70; ++width) {

@@ -41,11 +41,9 @@ inline std::vector<SineVariant> SineVariants() {
     ippSafeInit();
     const std::int32_t best = ippJumpIndexForMergedLibs;
     return {
-#if defined(__x86_64__)
 #define VECTOR_ROW(level, enumerator, ...) {#level, &sine::level::kKernels, best >= enumerator},
         VECTOR_LEVELS(VECTOR_ROW)
 #undef VECTOR_ROW
-#endif
             {"portable", &sine::portable::kKernels, true},
     };
 }

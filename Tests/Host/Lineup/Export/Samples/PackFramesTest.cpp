@@ -171,10 +171,11 @@ TEST_P(PackFramesForms, PackAnyBitPatternAlike) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Variants, PackFramesForms, testing::Values(kVectorN8, kVectorL9, kVectorK0),
-                         [](const auto& row) {
-                             return row.param == kVectorN8 ? "Sse2" : row.param == kVectorL9 ? "Avx2" : "Avx512";
-                         });
+#define VECTOR_NAME(level, ...) #level,
+constexpr std::array kLevelNames = {VECTOR_LEVELS(VECTOR_NAME)};
+#undef VECTOR_NAME
+INSTANTIATE_TEST_SUITE_P(Variants, PackFramesForms, testing::Range<std::int32_t>(kVectorLowest, kVectorVariantCount),
+                         [](const auto& row) { return kLevelNames.at(static_cast<std::size_t>(row.param)); });
 
 TEST(PackFrames, LaysOutStereoOf24BitsLowestByteFirst) {
     const float left = 0.5F;                 // 0x400000

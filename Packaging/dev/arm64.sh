@@ -2,13 +2,28 @@
 
 arm64_sysroot=$root/build/arm64-sysroot
 
-# The tests run emulated, and so do the programs that they start; those of the system that they start run as they are.
+# Programs for 64-bit ARM run emulated, also those that others start; the system's own run as they are.
+emulated() { in_root sh "$root/Packaging/arm64/emulated.sh" "$arm64_sysroot" "$@"; }
+
+# What the plug-in answers there and here, bit for bit.
+compare_arm64() {
+    local answers=tests/linux_answers bundle=BarsAndTone.bundle
+    configure release-tests
+    build release-tests --target linux_answers BarsAndToneModule
+    build arm64-tests --target linux_answers
+    say "Asking the plug-in for both processors ..."
+    emulated python3 -B Packaging/arm64/same_answers.py \
+        "LC_ALL=C build/release/$answers build/release/$bundle" "LC_ALL=C build/arm64/$answers build/arm64/$bundle"
+}
+
+# verb_arm64 [CTEST ARGUMENTS...]
 verb_arm64() {
     [ "$(uname -m)" != aarch64 ] || fail "this machine is one: ./dev test tests for it"
-    need product tests arm64
-    quietly "Laying out Debian's libraries for 64-bit ARM" sh "$root/Packaging/arm64/sysroot.sh" "$arm64_sysroot" product tests
+    need product desktop tests mlt mlt-tests gstreamer gstreamer-tests arm64
+    quietly "Laying out Debian's libraries for 64-bit ARM" \
+        sh "$root/Packaging/arm64/sysroot.sh" "$arm64_sysroot" product tests
     configure arm64-tests
     build arm64-tests
-    in_root sh Packaging/arm64/emulated.sh "$arm64_sysroot" \
-        ctest --preset arm64-tests --parallel "$jobs" --label-exclude native "$@"
+    emulated ctest --preset arm64-tests --parallel "$jobs" "$@"
+    compare_arm64
 }

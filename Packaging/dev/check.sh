@@ -82,6 +82,14 @@ check_mac() {
     fi
 }
 
+check_arm64() {
+    if [ "$(uname -m)" = aarch64 ]; then
+        say "   Left out: the tests run on this processor anyway."
+    else
+        verb_arm64
+    fi
+}
+
 # A day of a stream's time that is read as fast as it comes, and half an hour of real time. Where the system allows it
 # the sender has the processor when its time has come. How late anything came is printed, and fails nothing: it is this
 # machine's as much as the sender's.
@@ -117,6 +125,7 @@ verb_check() {
         step "Streams: a day simulated, half an hour real" check_streams
         step "Long runs, ${LONG_RUN_MINUTES:=60} minutes" verb_long-run "$LONG_RUN_MINUTES"
         step "macOS bundle" check_mac
+        step "64-bit ARM, emulated" check_arm64
         step "Packages" check_packages
         step "Packages, made twice" check_reproducible
         step "Debian 12, in a root of its own" check_root bookworm

@@ -1,4 +1,5 @@
-"""Every finding is made where its cause is. CXX compiles; COMMANDS lists how the build's files are compiled."""
+"""Every finding is made where its cause is. CXX compiles for PROCESSOR; COMMANDS lists how the build's files are
+compiled."""
 import json
 import os
 import pathlib
@@ -17,18 +18,20 @@ extern "C" [[gnu::visibility("default")]] int Say(int number) {
     return std::puts(copy);
 }
 """
-COMPILE = ["-O2", "-fPIC", "-fstack-protector-strong", "-fstack-clash-protection", "-fcf-protection",
-           "-U_FORTIFY_SOURCE", "-D_FORTIFY_SOURCE=2"]
-LINK = ["-shared", "-Wl,-z,relro", "-Wl,-z,now", "-Wl,-z,shstk", "-Wl,-z,ibtplt", "-Wl,-rpath,$ORIGIN/../lib"]
+IS_X86_64 = os.environ["PROCESSOR"] == "x86_64"
+COMPILE = ["-O2", "-fPIC", "-fstack-protector-strong", "-fstack-clash-protection", "-U_FORTIFY_SOURCE",
+           "-D_FORTIFY_SOURCE=2"]
+LINK = ["-shared", "-Wl,-z,relro", "-Wl,-z,now", "-Wl,-rpath,$ORIGIN/../lib"]
+if IS_X86_64:
+    COMPILE += ["-fcf-protection"]
+    LINK += ["-Wl,-z,shstk", "-Wl,-z,ibtplt"]
 
 # What is asked of the compiler beside, or instead ("-old=new"), and what is found then.
 CASES = [
     ([], []),
     (["-fno-stack-protector"], ["has no stack protector"]),
     (["-D_FORTIFY_SOURCE=2=-DNONE"], ["calls snprintf unfortified"]),
-    (["-fcf-protection=none"], ["has no landing place for branches at Say (ENDBR64)"]),
-    (["-Wl,-z,shstk=-Wl,-z,norelro"], ["leaves its relocations writable (RELRO)",
-                                       "is not marked for the shadow stack (SHSTK)"]),
+    (["-Wl,-z,norelro"], ["leaves its relocations writable (RELRO)"]),
     (["-Wl,-z,lazy"], ["is bound lazily (BIND_NOW)"]),
     (["-Wl,-z,execstack"], ["has a stack that can be executed"]),
     (["-Wl,--disable-new-dtags"], ["has an RPATH, which nobody can override"]),
@@ -36,6 +39,11 @@ CASES = [
     (["-Wl,-rpath,$ORIGIN/../../lib"], ["looks for libraries out of its tree, in $ORIGIN/../../lib"]),
     (["-shared=-no-pie", "-DPROGRAM", "-fPIC=-fno-pie"], ["is no position-independent code"]),
 ]
+if IS_X86_64:
+    CASES += [
+        (["-fcf-protection=none"], ["has no landing place for branches at Say (ENDBR64)"]),
+        (["-Wl,-z,shstk=-DNONE"], ["is not marked for the shadow stack (SHSTK)"]),
+    ]
 
 
 class Hardening(unittest.TestCase):

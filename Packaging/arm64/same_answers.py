@@ -26,7 +26,7 @@ def parts(stream):
 def answers(stream):
     pairs = parts(stream)
     for question in pairs:
-        yield re.sub(r", level \d+$", "", question.decode()), next(pairs, b"")
+        yield re.sub(r", level -?\d+$", "", question.decode()), next(pairs, b"")
 
 
 def compare(first, second):

@@ -43,11 +43,13 @@ struct FolderRule {
 
 const std::vector<FolderRule> kFolderRules = {
     {"Src/", {"Host/Interface/"}, {"boost/"}},
-    {"Src/VectorPrimitives/", {"Host/Interface/Core/"}, {"boost/", "immintrin.h"}},
+    {"Src/VectorPrimitives/", {"Host/Interface/Core/"}, {"arm_neon.h", "boost/", "immintrin.h"}},
     {"Src/ToneGenerator/",
      {"Src/VectorPrimitives/", "Host/Interface/Core/", "Host/Interface/Media/", "Host/Interface/Platform/"},
      {"boost/"}},
-    {"Src/ToneGenerator/Sine/", {"Src/VectorPrimitives/", "Host/Interface/Core/"}, {"boost/", "immintrin.h"}},
+    {"Src/ToneGenerator/Sine/",
+     {"Src/VectorPrimitives/", "Host/Interface/Core/"},
+     {"arm_neon.h", "boost/", "immintrin.h"}},
     {"Src/BarsAndToneImporter/", {"Src/", "Host/Interface/"}, {"boost/"}},
     {"Src/ToneSettingsDialog/", {kSettingsRecord, "Host/Interface/"}, {"boost/"}},
     {"Host/Interface/", {}, {}},

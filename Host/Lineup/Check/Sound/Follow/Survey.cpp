@@ -248,6 +248,7 @@ private:
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
         mCoarse.assign(mArrivals.size(), std::nullopt);
         mRough.assign(mArrivals.size(), std::nullopt);
+        mDoubts.assign(mArrivals.size(), std::nullopt);
         mEdges.clear();
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             std::vector<LateEdge> late;
@@ -265,6 +266,7 @@ private:
             if (const auto agreed = AgreeOnDelay(std::move(late), mHistory->lossy)) {
                 mRough[input] = agreed->late;
                 mCoarse[input] = agreed->agree ? mRough[input] : std::nullopt;
+                mDoubts[input] = agreed->agree ? std::optional(agreed->doubt) : std::nullopt;
             }
         }
     }
@@ -290,8 +292,8 @@ private:
     [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
         SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, mCoarse[input].has_value()};
         if (surveyed.arrival.channel && mPlacing.tempo == mPlacing.pitch) {
-            const DelayAndPolarity found = DelayOf(mCells, *mReference, input, *surveyed.arrival.channel,
-                                                   mPlacing.pitch, around, surveyed.hasEdges);
+            const DelayAndPolarity found =
+                DelayOf(mCells, *mReference, input, *surveyed.arrival.channel, mPlacing.pitch, around, mDoubts[input]);
             surveyed.delay = mDelays[input] + found.delay;
             surveyed.polarity = found.polarity;
             surveyed.exact = found.exact;
@@ -310,6 +312,7 @@ private:
     std::vector<Arrival> mArrivals;
     std::vector<std::optional<double>> mCoarse;  // how late each input's edges are, where they agree
     std::vector<std::optional<double>> mRough;   // the same, whether they agree or not
+    std::vector<std::optional<double>> mDoubts;  // how far off those that agree may be, s
     std::vector<Vote> mEdges;                    // of all inputs
 };
 

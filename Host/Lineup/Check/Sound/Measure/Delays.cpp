@@ -126,20 +126,26 @@ double MedianDistance(const std::vector<double>& values, double middle) {
     return MedianOf(std::move(off));
 }
 
-// Beginnings and ends of each tone in pairs, as they follow each other: how late the two are together.
-std::vector<double> LatePairs(std::vector<LateEdge> edges) {
+// A beginning and the end that follows: how late the two are together, and how far from that each of them is.
+struct LateBurst {
+    double late;    // s
+    double spread;  // s
+};
+
+std::vector<LateBurst> LateBursts(std::vector<LateEdge> edges) {
     std::erase_if(edges, [](const LateEdge& edge) { return edge.weight < 1; });
     std::ranges::sort(edges, [](const LateEdge& a, const LateEdge& b) {
         return a.frequency < b.frequency || (a.frequency == b.frequency && a.at < b.at);
     });
-    std::vector<double> late;
+    std::vector<LateBurst> bursts;
     for (std::size_t i = 1; i < edges.size(); ++i) {
         if (edges[i - 1].rises != edges[i].rises && edges[i - 1].frequency == edges[i].frequency) {
-            late.push_back((edges[i - 1].late + edges[i].late) / 2);
+            bursts.push_back(
+                {(edges[i - 1].late + edges[i].late) / 2, std::abs(edges[i - 1].late - edges[i].late) / 2});
             ++i;
         }
     }
-    return late;
+    return bursts;
 }
 
 // The median of edges that agree. Empty where they do not.
@@ -154,14 +160,22 @@ std::optional<double> AgreedOf(const std::vector<LateEdge>& edges) {
     return MedianDistance(late, usual) < kEdgesAgree ? std::optional(usual) : std::nullopt;
 }
 
-// The same of bursts: by beginnings and ends together.
-std::optional<double> AgreedOfBursts(std::vector<LateEdge> edges) {
-    const std::vector<double> pairs = LatePairs(std::move(edges));
-    const double middle = MedianOf(pairs);
-    const auto count = static_cast<double>(pairs.size());
-    const double scatter = kDeviation * MedianDistance(pairs, middle) * (pairs.size() <= kFewPairs ? 2 : 1);
-    const bool agree = pairs.size() >= kFewPairs && scatter / std::sqrt(count) < kPairsDoubt;
-    return agree ? std::optional(middle) : std::nullopt;
+// The same of bursts: by beginnings and ends together. A codec that moves one of them and not the other moves both by
+// half as much.
+std::optional<AgreedDelay> AgreedOfBursts(std::vector<LateEdge> edges) {
+    std::vector<double> late;
+    std::vector<double> spread;
+    for (const LateBurst& burst : LateBursts(std::move(edges))) {
+        late.push_back(burst.late);
+        spread.push_back(burst.spread);
+    }
+    const double middle = MedianOf(late);
+    const auto count = static_cast<double>(late.size());
+    const double scatter = kDeviation * MedianDistance(late, middle) * (late.size() <= kFewPairs ? 2 : 1);
+    if (late.size() < kFewPairs || scatter / std::sqrt(count) >= kPairsDoubt) {
+        return std::nullopt;
+    }
+    return AgreedDelay{middle, true, MedianOf(std::move(spread))};
 }
 
 // The same of a few edges that noise does not move by much: all are near to each other.
@@ -279,8 +293,13 @@ std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy)
         return std::nullopt;
     }
     std::optional<double> agreed = AgreedOf(edges);
-    if (!agreed) {
-        agreed = lossy ? AgreedOfBursts(edges) : AgreedOfEnds(edges);
+    if (!agreed && lossy) {
+        if (const auto bursts = AgreedOfBursts(edges)) {
+            return bursts;
+        }
+    }
+    if (!agreed && !lossy) {
+        agreed = AgreedOfEnds(edges);
     }
     if (!agreed) {
         agreed = AgreedOfOwn(edges);
@@ -318,19 +337,21 @@ std::vector<LateEdge> EdgeDelays(const History& history, const Reference& refere
 }
 
 DelayAndPolarity DelayOf(const Cells& cells, const Reference& reference, std::size_t input, std::size_t channel,
-                         double pitch, double around, bool byEdges) {
+                         double pitch, double around, std::optional<double> doubt) {
     const std::vector<PhasePoint> points = PhasePoints(cells, reference, input, channel, pitch);
     if (points.empty()) {
         return {around, 0, false};
     }
     // Without an edge, a tone that is half a period late is taken for one that is upside down.
     const double lowest = std::ranges::min_element(points, {}, &PhasePoint::omega)->omega;
-    const double within = byEdges ? kEdgesKnow : kTurn / lowest / 4;
+    const double edges = doubt.value_or(0);
+    const double phases = doubt ? kEdgesKnow : kTurn / lowest / 4;
+    const double within = edges + phases;
     const double upright = BestDelay(points, around, within, 1);
     const double inverted = BestDelay(points, around, within, -1);
-    // The further from where edges have it, the less likely.
+    // The further from where edges have it, beyond what those are in doubt, the less likely.
     const auto cost = [&](double delay, int polarity) {
-        const double away = (delay - around) / within;
+        const double away = std::max(0.0, std::abs(delay - around) - edges) / phases;
         return Misfit(points, delay, polarity) + 0.5 * away * away;
     };
     const double uprightCost = cost(upright, 1);

@@ -27,6 +27,7 @@ struct LateEdge {
 struct AgreedDelay {
     double late = 0;     ///< s
     bool agree = false;  ///< they are near enough to each other to know it by
+    double doubt = 0;    ///< s: it may be anywhere so near
 };
 
 /// By the median of the edges; where those do not agree, by some of them. After a lossy codec by bursts with both their
@@ -51,9 +52,9 @@ struct DelayAndPolarity {
 };
 
 /// What the phases of a channel's tones say, near to `around`. Where edges have told that, they are right to
-/// kEdgesKnow; where they have not, the tone may be a quarter of its period away, and no more.
+/// kEdgesKnow and their `doubt`, s; where they have not, the tone may be a quarter of its period away, and no more.
 [[nodiscard]] DelayAndPolarity DelayOf(const Cells& cells, const Reference& reference, std::size_t input,
-                                       std::size_t channel, double pitch, double around, bool byEdges);
+                                       std::size_t channel, double pitch, double around, std::optional<double> doubt);
 
 /// s: below half a period of 2 kHz
 inline constexpr double kEdgesKnow = 0.00024;

@@ -28,12 +28,12 @@ struct CheckTolerance {
 
 /// What a check of a recording is to look for. What is left out it finds out.
 struct CheckSettings {
-    std::string expect = "auto";              ///< "auto", "tone", the name of an Ident, or "none": no sound is due
+    std::string expect = "auto";              ///< "auto", "tone", the name of an Ident, or "none": the picture alone
     std::optional<double> frequencyHz;        ///< of a steady tone
     std::optional<double> levelDb;            ///< dBFS of the peak that was sent
     std::optional<std::string> channels;      ///< the name of the ChannelLayout that was sent
     std::optional<BarsAndToneInfo> settings;  ///< of the clip that was sent; goes before the four above
-    std::string card = "auto";                ///< "auto", "hd", "sd" or "none"
+    std::string card = "auto";                ///< "auto", "hd", "sd", or "none": the sound alone
     std::optional<double> fromSeconds;        ///< where looking begins
     std::optional<double> forSeconds;         ///< for how long
     std::map<std::string, double, std::less<>> tolerances;  ///< those that are not as in CheckTolerances

@@ -59,13 +59,17 @@ std::int64_t CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const I
     return read;
 }
 
+bool ListensToSound(const CheckSettings& settings) {
+    return settings.expect != "none";
+}
+
 // Both parts together: what is right of the one stands although nothing can be told of the other, unless that was asked
 // for.
 CheckVerdict Together(const CheckReport& report, bool isCardFound, const CheckSettings& settings) {
     if (!report.faults.empty()) {
         return CheckVerdict::Faults;
     }
-    const bool wantsSound = settings.expect != "auto" && settings.expect != "none";
+    const bool wantsSound = settings.expect != "auto" && ListensToSound(settings);
     const bool isSoundRight = report.verdict == CheckVerdict::Right;
     return isSoundRight || (isCardFound && !wantsSound) ? CheckVerdict::Right : CheckVerdict::CannotTell;
 }
@@ -84,19 +88,19 @@ void CheckBoth(RecordingReader& reader, picture::PictureExaminer* examiner,
                const std::shared_ptr<const Importer>& importer, const CheckSettings& settings, Watch& watch,
                CheckReport& report) {
     std::int64_t samples = 0;
-    if (reader.HasSound()) {
+    const bool listens = reader.HasSound() && ListensToSound(settings);
+    if (listens) {
         samples = CheckSoundOf(reader, importer, settings, watch, report);
     }
     if (examiner != nullptr) {
         reader.ReadPictures();
         const picture::PictureFindings findings = examiner->Findings();
-        if (!reader.HasSound() && settings.expect != "none" && !findings.isStill) {
+        if (!reader.HasSound() && ListensToSound(settings) && !findings.isStill) {
             report.notes.push_back({.id = "no-sound", .part = CheckPart::Sound, .text = "There is no sound."});
         }
         const bool isFound = findings.isCardFound || report.verdict != CheckVerdict::CannotTell;
         AddPictures(findings, settings, report);
-        const auto lengths =
-            reader.HasSound() && isFound ? LengthFault(reader, samples, findings, settings) : std::nullopt;
+        const auto lengths = listens && isFound ? LengthFault(reader, samples, findings, settings) : std::nullopt;
         if (lengths) {
             report.faults.push_back(*lengths);
             report.verdict = CheckVerdict::Faults;

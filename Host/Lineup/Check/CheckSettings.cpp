@@ -95,6 +95,10 @@ const CheckTolerance* FindCheckTolerance(std::string_view name) {
 void ValidateCheckSettings(const CheckSettings& settings) {
     ValidateExpectation(settings);
     RequireName("card", settings.card, {kCards.begin(), kCards.end()});
+    if (settings.card == "none" && settings.expect == "none") {
+        throw UsageError("card", settings.card,
+                         "leaves nothing to look at where no sound is expected: leave one of them out");
+    }
     if (settings.frequencyHz && !(*settings.frequencyHz >= 1 && *settings.frequencyHz <= 192000)) {
         Refuse("frequency", *settings.frequencyHz, "must be 1 to 192000 Hz");
     }

@@ -150,6 +150,7 @@ void RecordingReader::ReadPictures() {
     std::vector<std::vector<float>> dropped(HasSound() ? static_cast<std::size_t>(Inputs()) : 0,
                                             std::vector<float>(kAtOnce));
     std::vector<float*> pointers;
+    pointers.reserve(dropped.size());
     for (std::vector<float>& input : dropped) {
         pointers.push_back(input.data());
     }

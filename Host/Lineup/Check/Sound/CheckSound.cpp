@@ -23,10 +23,10 @@ constexpr double kHighestIdentTone = 2000;  // Hz
 class Excerpt {
 public:
     Excerpt(SoundSource& source, const CheckSettings& settings)
-        : mSource(&source), mBuffers(static_cast<std::size_t>(source.Inputs())) {
-        mSkip = std::llround(settings.fromSeconds.value_or(0) * source.SampleRate());
-        mLeft = settings.forSeconds ? std::llround(*settings.forSeconds * source.SampleRate()) : -1;
-    }
+        : mSource(&source),
+          mBuffers(static_cast<std::size_t>(source.Inputs())),
+          mSkip(std::llround(settings.fromSeconds.value_or(0) * source.SampleRate())),
+          mLeft(settings.forSeconds ? std::llround(*settings.forSeconds * source.SampleRate()) : -1) {}
 
     /// Fills `block` samples of each input, fewer at the end; the number of them.
     std::size_t Read(std::size_t block, const SoundProgress& progress) {
@@ -56,6 +56,7 @@ public:
 
     std::vector<std::span<float>> Samples(std::size_t count) {
         std::vector<std::span<float>> samples;
+        samples.reserve(mBuffers.size());
         for (std::vector<float>& buffer : mBuffers) {
             samples.push_back(std::span(buffer).first(count));
         }
@@ -65,6 +66,7 @@ public:
 private:
     std::size_t ReadSome(std::size_t offset, std::size_t most, const SoundProgress& progress) {
         std::vector<float*> targets;
+        targets.reserve(mBuffers.size());
         for (std::vector<float>& buffer : mBuffers) {
             targets.push_back(buffer.data() + offset);
         }
@@ -78,8 +80,8 @@ private:
 
     SoundSource* mSource;
     std::vector<std::vector<float>> mBuffers;
-    std::int64_t mSkip = 0;
-    std::int64_t mLeft = -1;
+    std::int64_t mSkip;
+    std::int64_t mLeft;  // -1: all of them
     std::int64_t mHeard = 0;
 };
 
@@ -87,9 +89,7 @@ SoundFindings NothingFound(const SoundSource& source, const CheckSettings& setti
     SoundFindings findings;
     findings.sound.sampleRate = source.SampleRate();
     findings.sound.inputs = source.Inputs();
-    if (settings.expect == "none") {
-        findings.verdict = CheckVerdict::Right;
-    } else if (settings.expect == "tone") {
+    if (settings.expect == "tone") {
         findings.notes.push_back({"no-line-up", CheckPart::Sound,
                                   "No steady tone was found. A second of one would settle what the path did."});
     } else {

@@ -188,6 +188,9 @@ private:
 WatchReport Watch(const std::string& recording, const std::shared_ptr<const Importer>& importer,
                   const CheckSettings& settings, const WatchListener& listener) {
     ValidateCheckSettings(settings);
+    if (settings.expect == "none") {
+        throw UsageError("expect", settings.expect, "leaves nothing to watch, which is the sound: leave it out");
+    }
     WatchReport report;
     report.source = recording;
     FeedWatch watch(importer, settings, listener, report);

@@ -134,6 +134,21 @@ TEST_F(Check, SaysWhyARecordingCannotBeRead) {
     EXPECT_EQ(note("silent.mov")["id"], "no-sound");
 }
 
+TEST_F(Check, LooksAtThePartAloneThatItIsAskedFor) {
+    const auto made = Lineup("render clip.mov --size 640x360 --ident blits --cycles 1 --quiet");
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    const auto parts = [this](const char* asked) {
+        const json report = json::parse(Lineup(std::string("check clip.mov --json ") + asked).out);
+        EXPECT_EQ(report["verdict"], "right") << asked << ": " << report["faults"];
+        return std::pair(!report["sound"].is_null(), !report["picture"].is_null());
+    };
+    EXPECT_EQ(parts(""), std::pair(true, true));
+    EXPECT_EQ(parts("--expect none"), std::pair(false, true));
+    EXPECT_EQ(parts("--card none"), std::pair(true, false));
+    EXPECT_EQ(Lineup("check clip.mov --expect none --card none").exitCode, 2);
+    EXPECT_EQ(Lineup("check clip.mov --expect none --watch").exitCode, 2);
+}
+
 TEST_F(Check, SaysWhereARecordingIsDamaged) {
     Send("sent.wav");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i sent.wav -c:a flac got.flac").exitCode, 0);

@@ -16,22 +16,22 @@ std::string Case::ChannelAt(std::size_t input) const {
     return channel ? Sent().channels[*channel] : std::string();
 }
 
-CheckFault& Case::Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text) {
+CheckFault& AddFault(const Case& check, std::string_view id, const std::vector<std::size_t>& inputs, std::string text) {
     CheckFault fault;
     fault.id = id;
     fault.unit = FindCheckFaultKind(id, CheckPart::Sound)->unit;
     fault.text = std::move(text);
     for (const std::size_t input : inputs) {
         fault.inputs.push_back(static_cast<int>(input));
-        if (!ChannelAt(input).empty()) {
-            fault.channels.push_back(ChannelAt(input));
+        if (!check.ChannelAt(input).empty()) {
+            fault.channels.push_back(check.ChannelAt(input));
         }
     }
-    findings->faults.push_back(std::move(fault));
-    return findings->faults.back();
+    check.findings->faults.push_back(std::move(fault));
+    return check.findings->faults.back();
 }
 
-void Case::Note(std::string_view id, std::string text) {
+void Case::Note(std::string_view id, std::string text) const {
     findings->notes.push_back({std::string(id), CheckPart::Sound, std::move(text)});
 }
 
@@ -72,6 +72,7 @@ std::string Listed(const std::vector<std::string>& words) {
 
 std::string InputList(const std::vector<std::size_t>& inputs) {
     std::vector<std::string> words;
+    words.reserve(inputs.size());
     for (const std::size_t input : inputs) {
         words.push_back(std::to_string(input + 1));
     }

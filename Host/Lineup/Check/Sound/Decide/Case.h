@@ -61,10 +61,11 @@ struct Case {
     [[nodiscard]] std::string ChannelAt(std::size_t input) const;
     [[nodiscard]] double Tolerance(std::string_view name) const { return ToleranceOf(*settings, name); }
 
-    /// Adds a fault of the sound at these inputs; those that are empty are faults of the whole.
-    CheckFault& Add(std::string_view id, const std::vector<std::size_t>& inputs, std::string text);
-    void Note(std::string_view id, std::string text);
+    void Note(std::string_view id, std::string text) const;
 };
+
+/// Adds a fault of the sound at these inputs; those that are empty are faults of the whole.
+CheckFault& AddFault(const Case& check, std::string_view id, const std::vector<std::size_t>& inputs, std::string text);
 
 /// At the start of a sentence: "L (input 1)", "L and R (inputs 1 and 2)", "Input 3".
 [[nodiscard]] std::string Who(const Case& check, const std::vector<std::size_t>& inputs);

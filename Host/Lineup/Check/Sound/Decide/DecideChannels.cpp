@@ -172,7 +172,7 @@ void DecideLeaks(Case& check) {
     }
     const bool anyFolded = std::ranges::find(check.folded, true) != check.folded.end();
     if (!leaks.empty() && !anyFolded) {  // a fold-down leaves all levels open
-        check.Add("channel-mixed", leaks, text).measured = Db(strongest);
+        AddFault(check, "channel-mixed", leaks, text).measured = Db(strongest);
     }
 }
 
@@ -187,10 +187,10 @@ void DecideFolded(Case& check) {
         return;
     }
     const bool stereo = check.Inputs() == 2 && check.Sent().channels.size() > 2;
-    check.Add("channel-mixed", folded,
-              stereo ? "Both inputs hold sums of channels: a fold-down to stereo."
-                     : fmt::format("Input{} {} hold{} a sum of channels.", folded.size() == 1 ? "" : "s",
-                                   InputList(folded), folded.size() == 1 ? "s" : ""));
+    AddFault(check, "channel-mixed", folded,
+             stereo ? "Both inputs hold sums of channels: a fold-down to stereo."
+                    : fmt::format("Input{} {} hold{} a sum of channels.", folded.size() == 1 ? "" : "s",
+                                  InputList(folded), folded.size() == 1 ? "s" : ""));
 }
 
 // Inputs that hold the channel.
@@ -220,8 +220,8 @@ Inputs DecideDuplicated(Case& check) {
         if (inputs.size() < 2 || inputs.size() <= CountHomes(check, channel)) {
             continue;
         }
-        check.Add("channel-duplicated", inputs,
-                  fmt::format("{} is at inputs {}.", check.Sent().channels[channel], InputList(inputs)));
+        AddFault(check, "channel-duplicated", inputs,
+                 fmt::format("{} is at inputs {}.", check.Sent().channels[channel], InputList(inputs)));
         const bool isAtHome = std::ranges::any_of(inputs, [&](std::size_t input) { return IsHome(check, input); });
         for (std::size_t i = 0; i < inputs.size(); ++i) {
             if (isAtHome ? !IsHome(check, inputs[i]) : i > 0) {
@@ -253,13 +253,13 @@ void DecideSwapped(Case& check, const Inputs& copies) {
         names.push_back(check.ChannelAt(input));
     }
     if (isPair) {
-        check.Add("channels-swapped", moved,
-                  fmt::format("{} and {} are swapped (inputs {}).", names[1], names[0], InputList(moved)));
+        AddFault(check, "channels-swapped", moved,
+                 fmt::format("{} and {} are swapped (inputs {}).", names[1], names[0], InputList(moved)));
     } else {
-        check.Add("channels-swapped", moved,
-                  order.empty() ? fmt::format("Inputs {} hold {}.", InputList(moved), Listed(names))
-                                : fmt::format("The channels are in {}: inputs {} hold {}.", order, InputList(moved),
-                                              Listed(names)));
+        AddFault(check, "channels-swapped", moved,
+                 order.empty() ? fmt::format("Inputs {} hold {}.", InputList(moved), Listed(names))
+                               : fmt::format("The channels are in {}: inputs {} hold {}.", order, InputList(moved),
+                                             Listed(names)));
     }
 }
 
@@ -300,9 +300,9 @@ void DecideMissing(Case& check) {
     }
     if (!silent.empty()) {
         CheckFault& fault =
-            check.Add("channel-missing", silent,
-                      fmt::format("{} {} missing (input{} {}).", Listed(names), names.size() == 1 ? "is" : "are",
-                                  silent.size() == 1 ? "" : "s", InputList(silent)));
+            AddFault(check, "channel-missing", silent,
+                     fmt::format("{} {} missing (input{} {}).", Listed(names), names.size() == 1 ? "is" : "are",
+                                 silent.size() == 1 ? "" : "s", InputList(silent)));
         fault.channels = names;
     }
     // Where the recording has fewer inputs than the sequence has channels.
@@ -315,9 +315,9 @@ void DecideMissing(Case& check) {
     }
     if (!without.empty() && !anyFolded) {
         CheckFault& fault =
-            check.Add("channel-missing", {},
-                      fmt::format("{} {} missing: the recording has only {} input{}.", Listed(without),
-                                  without.size() == 1 ? "is" : "are", check.Inputs(), check.Inputs() == 1 ? "" : "s"));
+            AddFault(check, "channel-missing", {},
+                     fmt::format("{} {} missing: the recording has only {} input{}.", Listed(without),
+                                 without.size() == 1 ? "is" : "are", check.Inputs(), check.Inputs() == 1 ? "" : "s"));
         fault.channels = without;
     }
 }
@@ -327,7 +327,7 @@ void DecideMissing(Case& check) {
 void DecideSequence(Case& check) {
     const std::string& asked = check.expected->sequence;
     if (asked != "auto" && asked != check.Sent().name) {
-        check.Add("sequence-other", {}, fmt::format("This is {}, not {}.", check.Sent().name, asked));
+        AddFault(check, "sequence-other", {}, fmt::format("This is {}, not {}.", check.Sent().name, asked));
     }
     if (check.Sent().lowTone) {
         check.Note("other-low-tone",

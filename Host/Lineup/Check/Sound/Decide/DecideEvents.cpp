@@ -28,8 +28,7 @@ std::string Where(const Case& check, const SoundEvent& event) {
 void AddJump(Case& check, const SoundEvent& event, double at) {
     const double samples = event.amount * check.facts->rate;
     const bool lost = samples > 0;
-    check
-        .Add(lost ? "samples-lost" : "samples-repeated", {},
+    AddFault(check, lost ? "samples-lost" : "samples-repeated", {},
              fmt::format("At {} {:.1f} samples {}{}.", Place(at), std::abs(samples), lost ? "are lost" : "come twice",
                          event.sure ? "" : ", or whole periods of the tone more or fewer"))
         .measured = std::abs(samples);
@@ -38,8 +37,7 @@ void AddJump(Case& check, const SoundEvent& event, double at) {
 void AddFault(Case& check, const SoundEvent& event, double at) {
     switch (event.kind) {
         case SoundEvent::Kind::Dropout:
-            check
-                .Add("dropout", event.inputs,
+            AddFault(check, "dropout", event.inputs,
                      fmt::format("From {} on {:.1f} ms are silent or damaged{}.", Place(at), event.amount * 1000,
                                  Where(check, event)))
                 .measured = event.amount;
@@ -48,12 +46,12 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
             AddJump(check, event, at);
             break;
         case SoundEvent::Kind::Click:
-            check.Add("click", event.inputs, fmt::format("A click at {}{}.", Place(at), Where(check, event)));
+            AddFault(check, "click", event.inputs, fmt::format("A click at {}{}.", Place(at), Where(check, event)));
             break;
         case SoundEvent::Kind::Dip:
-            check.Add("level-changes", event.inputs,
-                      fmt::format("At {} the level goes {} by {:.2f} dB for a moment{}.", Place(at),
-                                  event.amount > 0 ? "up" : "down", std::abs(event.amount), Where(check, event)));
+            AddFault(check, "level-changes", event.inputs,
+                     fmt::format("At {} the level goes {} by {:.2f} dB for a moment{}.", Place(at),
+                                 event.amount > 0 ? "up" : "down", std::abs(event.amount), Where(check, event)));
             check.findings->faults.back().measured = event.amount;
             break;
         case SoundEvent::Kind::LevelStep:

@@ -122,7 +122,7 @@ void AddChange(Case& check, const LevelChange& change) {
             text = fmt::format("The level moves by about {:.2f} dB.", change.db);
             break;
     }
-    CheckFault& fault = check.Add("level-changes", {}, std::move(text));
+    CheckFault& fault = AddFault(check, "level-changes", {}, std::move(text));
     fault.measured = change.db;
     fault.at = at;
 }
@@ -170,8 +170,8 @@ void DecideLevels(Case& check) {
                                                   DbFromGain(check.Sent().Level()) + shared));
     } else if (std::abs(shared) > tolerance + SharedDoubt(check)) {
         CheckFault& fault =
-            check.Add("level-wrong", {},
-                      fmt::format("All channels are {}{}.", LouderOrSofter(shared), AlignmentText(check, shared)));
+            AddFault(check, "level-wrong", {},
+                     fmt::format("All channels are {}{}.", LouderOrSofter(shared), AlignmentText(check, shared)));
         fault.measured = shared;
         fault.expected = 0;
     }
@@ -186,9 +186,9 @@ void DecideLevels(Case& check) {
         }
     }
     if (!others.empty()) {
-        CheckFault& fault = check.Add("level-unbalanced", others,
-                                      fmt::format("{} {}{} beside the others.", Who(check, others),
-                                                  others.size() == 1 ? "is " : "are up to ", LouderOrSofter(furthest)));
+        CheckFault& fault = AddFault(check, "level-unbalanced", others,
+                                     fmt::format("{} {}{} beside the others.", Who(check, others),
+                                                 others.size() == 1 ? "is " : "are up to ", LouderOrSofter(furthest)));
         fault.measured = furthest;
         fault.expected = 0;
     }

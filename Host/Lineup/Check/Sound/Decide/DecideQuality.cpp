@@ -51,10 +51,9 @@ void DecideNoise(Case& check) {
         }
     }
     if (!inputs.empty()) {
-        check
-            .Add("noise", inputs,
-                 fmt::format("Noise of {:.1f} dBFS at input{} {}.", worst, inputs.size() == 1 ? "" : "s",
-                             InputList(inputs)))
+        AddFault(
+            check, "noise", inputs,
+            fmt::format("Noise of {:.1f} dBFS at input{} {}.", worst, inputs.size() == 1 ? "" : "s", InputList(inputs)))
             .measured = worst;
     }
     if (!coded.empty()) {
@@ -75,9 +74,9 @@ void DecideDc(Case& check) {
         }
     }
     if (!inputs.empty()) {
-        CheckFault& fault = check.Add("dc-offset", inputs,
-                                      fmt::format("{} {} off zero by {:.4f} of full scale.", Who(check, inputs),
-                                                  inputs.size() == 1 ? "lies" : "lie", worst));
+        CheckFault& fault = AddFault(check, "dc-offset", inputs,
+                                     fmt::format("{} {} off zero by {:.4f} of full scale.", Who(check, inputs),
+                                                 inputs.size() == 1 ? "lies" : "lie", worst));
         fault.measured = worst;
         fault.expected = 0;
     }
@@ -122,10 +121,9 @@ void DecideBits(Case& check) {
         }
     }
     if (!inputs.empty()) {
-        CheckFault& fault =
-            check.Add("bits-truncated", inputs,
-                      fmt::format("Only {} of {} bits are in use at input{} {}.", least, *check.facts->bits,
-                                  inputs.size() == 1 ? "" : "s", InputList(inputs)));
+        CheckFault& fault = AddFault(check, "bits-truncated", inputs,
+                                     fmt::format("Only {} of {} bits are in use at input{} {}.", least,
+                                                 *check.facts->bits, inputs.size() == 1 ? "" : "s", InputList(inputs)));
         fault.measured = least;
         fault.expected = *check.facts->bits;
     }

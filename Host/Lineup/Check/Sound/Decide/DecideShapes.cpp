@@ -127,8 +127,7 @@ void DecideClipped(Case& check) {
         return;
     }
     const double top = MostOf(check, inputs, &ShapeOfInput::top);
-    check
-        .Add("clipped", inputs,
+    AddFault(check, "clipped", inputs,
              fmt::format("{} {} cut off at {:.2f} dBFS.", Who(check, inputs), inputs.size() == 1 ? "is" : "are",
                          DbFromGain(top)))
         .measured = DbFromGain(top);
@@ -146,8 +145,7 @@ void DecideDistorted(Case& check) {
         return;
     }
     const double worst = MostOf(check, inputs, &ShapeOfInput::harmonics);
-    check
-        .Add("distorted", inputs,
+    AddFault(check, "distorted", inputs,
              fmt::format("{} {} harmonics of {:.1f} dB.", Who(check, inputs), inputs.size() == 1 ? "has" : "have",
                          PowerDb(worst)))
         .measured = PowerDb(worst);
@@ -160,8 +158,7 @@ void DecideHum(Case& check) {
             continue;
         }
         const double worst = MostOf(check, inputs, &ShapeOfInput::humPower);
-        check
-            .Add("hum", inputs,
+        AddFault(check, "hum", inputs,
                  fmt::format("Hum of {:g} Hz, {:.1f} dBFS, at input{} {}.", kMains[mains], PowerDb(worst),
                              inputs.size() == 1 ? "" : "s", InputList(inputs)))
             .measured = PowerDb(worst);
@@ -179,7 +176,7 @@ double SwingOf(const Placing& placing) {
 
 void DecideUnsteady(Case& check) {
     if (const double wander = check.wander; wander > 0) {
-        check.Add("speed-unsteady", {}, fmt::format("The speed wanders by {:.3g} %.", wander * 100)).measured =
+        AddFault(check, "speed-unsteady", {}, fmt::format("The speed wanders by {:.3g} %.", wander * 100)).measured =
             wander * 1e6;
     }
 }

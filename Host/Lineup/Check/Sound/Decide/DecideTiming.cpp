@@ -22,8 +22,8 @@ void DecidePolarity(Case& check) {
     }
     if (!inverted.empty()) {
         CheckFault& fault =
-            check.Add("polarity-inverted", inverted,
-                      fmt::format("{} {} upside down.", Who(check, inverted), inverted.size() == 1 ? "is" : "are"));
+            AddFault(check, "polarity-inverted", inverted,
+                     fmt::format("{} {} upside down.", Who(check, inverted), inverted.size() == 1 ? "is" : "are"));
         fault.measured = -1;
         fault.expected = 1;
     }
@@ -83,8 +83,8 @@ void DecideDelay(Case& check) {
             inputs.push_back(late[i].second);
         }
         std::ranges::sort(inputs);
-        CheckFault& fault = check.Add(
-            "delay", inputs,
+        CheckFault& fault = AddFault(
+            check, "delay", inputs,
             fmt::format("{} {} {:.2f} samples ({:.3f} ms) {}.", Who(check, inputs), inputs.size() == 1 ? "is" : "are",
                         std::abs(delay), std::abs(delay) / check.facts->rate * 1000, delay > 0 ? "late" : "early"));
         fault.measured = delay;
@@ -108,9 +108,9 @@ void DecideSpeed(Case& check) {
     const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? 3000 : 60);
     const std::string cause = known == nullptr ? "" : fmt::format(": {}", known->cause);
     CheckFault& fault =
-        check.Add("speed-wrong", {},
-                  fmt::format("It plays {:.4g} % too {}{}{}.", std::abs(speed.ratio - 1) * 100,
-                              speed.ratio > 1 ? "fast" : "slowly", cause, corrected ? ", with the pitch kept" : ""));
+        AddFault(check, "speed-wrong", {},
+                 fmt::format("It plays {:.4g} % too {}{}{}.", std::abs(speed.ratio - 1) * 100,
+                             speed.ratio > 1 ? "fast" : "slowly", cause, corrected ? ", with the pitch kept" : ""));
     fault.measured = speed.ppm;
     fault.expected = 0;
 }

@@ -26,13 +26,13 @@ void DecideSilent(Case& check) {
         }
     }
     if (!silent.empty()) {
-        check.Add("channel-missing", silent,
-                  fmt::format("The tone is missing at input{} {}.", silent.size() == 1 ? "" : "s", InputList(silent)));
+        AddFault(check, "channel-missing", silent,
+                 fmt::format("The tone is missing at input{} {}.", silent.size() == 1 ? "" : "s", InputList(silent)));
     }
     if (InputsDue(check) > check.Inputs()) {
-        check.Add("channel-missing", {},
-                  fmt::format("The recording has only {} of the {} channels that were sent.", check.Inputs(),
-                              InputsDue(check)));
+        AddFault(check, "channel-missing", {},
+                 fmt::format("The recording has only {} of the {} channels that were sent.", check.Inputs(),
+                             InputsDue(check)));
     }
 }
 

@@ -56,7 +56,7 @@ ChannelReport ChannelReportOf(const Lineup& lineup, std::size_t number, double u
         if (!lineup.reference->Steady()) {
             report.channel = lineup.reference->channels[*arrival.channel];
         }
-        if (input.surveyed.polarity != 0 && !(lineup.reference->Steady() && CountSounding(lineup) < 2)) {
+        if (input.surveyed.polarity != 0 && (!lineup.reference->Steady() || CountSounding(lineup) > 1)) {
             report.polarity = input.surveyed.polarity;
         }
         // Edges alone know a delay well enough only where phases mean nothing, after retiming.

@@ -208,9 +208,10 @@ int CountMissed(const Tally& tally, std::span<const Interval> sent, double cycle
     for (const Interval& interval : sent) {
         const double first = placing.ToRecording(interval.start);
         const double number = std::ceil((tally.First() - kSamePlace - first) / cycle);
-        for (double start = first + number * cycle;
-             start + interval.Length() / placing.tempo < tally.Last() + kSamePlace; start += cycle) {
-            missed += tally.Has(&interval, start) ? 0 : 1;
+        const double latest = tally.Last() + kSamePlace - interval.Length() / placing.tempo;
+        const auto count = static_cast<std::int64_t>(std::ceil((latest - first) / cycle - number));
+        for (std::int64_t i = 0; i < count; ++i) {
+            missed += tally.Has(&interval, first + (number + static_cast<double>(i)) * cycle) ? 0 : 1;
         }
     }
     return missed;
@@ -312,6 +313,7 @@ std::optional<Candidate> FindOne(std::span<const ToneRun> runs, std::span<const 
         for (const double tempo : TemposOf(pairs, pitch)) {
             const std::vector<Pair> same = SameLengths(pairs, tempo);
             std::vector<Vote> votes;
+            votes.reserve(same.size());
             for (const Pair& pair : same) {
                 votes.push_back({PhaseOf(pair, tempo, reference.cycle / tempo), 1});
             }

@@ -51,17 +51,18 @@ Follower::Follower(const History& history, const Reference& reference, const Sur
       mMeter(history, reference),
       mAcross(history, reference),
       mPlacing(survey.placing),
-      mDelays(survey.Delays()) {
+      mDelays(survey.Delays()),
+      mNext(survey.slots.front()) {
     mMeter.Place(mPlacing, mDelays);
     mLineup.reference = &reference;
     mLineup.placing = survey.placing;
     mLineup.events = survey.jumps;
     mLineup.cells = Cells(reference, history.Inputs());
+    mLineup.inputs.reserve(survey.inputs.size());
     for (const SurveyedInput& input : survey.inputs) {
         mLineup.inputs.emplace_back().surveyed = input;
     }
     // What the recording has of the slots before those that were whole.
-    mNext = survey.slots.front();
     for (int back = 0; back < 2 && mMeter.StartOf(mNext) > history.SecondsFirst(); ++back) {
         mNext = SlotBefore(reference, mNext);
     }
@@ -99,26 +100,14 @@ void Follower::Take(const SlotNumber& number) {
         return;
     }
     if (!mStarted) {
-        mStarted = true;
-        mLineup.startsAt = presence.fromStart ? sound.start : presence.first;
-        if (mReference->Steady() && mLineup.startsAt < kFromTheStart) {
-            mLineup.startsAt = 0;
-        }
-        mLineup.startSeen = mLineup.startsAt > kBehind;
+        Begin(presence, sound);
     }
     mLastPresent = presence.last;
     mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
     if (extent) {
         sound.Keep(extent->first, extent->second);
     }
-    std::vector<SoundEvent> events;
-    if (mPlacing.tempo == mPlacing.pitch) {
-        const std::vector<SoundEvent> clicks =
-            mHistory->lossy ? std::vector<SoundEvent>() : FindClicks(*mHistory, sound);
-        events = FindEvents(*mHistory, *mReference, mMeter, sound);
-        mAcross.AddEvents(mMeter, number, mLineup.events, events);
-        AddClicks(clicks, mLineup.events, events);
-    }
+    std::vector<SoundEvent> events = EventsOf(sound);
     // Silence is the line-up's where it goes on after it.
     for (const SlotNumber& silent : std::exchange(mSilent, {})) {
         Measure(mMeter.Measure(silent));
@@ -131,6 +120,28 @@ void Follower::Take(const SlotNumber& number) {
     }
     FollowTime(sound);
     Measure(sound);
+}
+
+void Follower::Begin(const Presence& presence, const SlotSound& sound) {
+    mStarted = true;
+    mLineup.startsAt = presence.fromStart ? sound.start : presence.first;
+    if (mReference->Steady() && mLineup.startsAt < kFromTheStart) {
+        mLineup.startsAt = 0;
+    }
+    mLineup.startSeen = mLineup.startsAt > kBehind;
+}
+
+// What happened in a slot, and where it meets the next one; none of that is measured. Where the pitch was kept in
+// retiming, tones are torn all along.
+std::vector<SoundEvent> Follower::EventsOf(SlotSound& sound) {
+    if (mPlacing.tempo != mPlacing.pitch) {
+        return {};
+    }
+    const std::vector<SoundEvent> clicks = mHistory->lossy ? std::vector<SoundEvent>() : FindClicks(*mHistory, sound);
+    std::vector<SoundEvent> events = FindEvents(*mHistory, *mReference, mMeter, sound);
+    mAcross.AddEvents(mMeter, sound.number, mLineup.events, events);
+    AddClicks(clicks, mLineup.events, events);
+    return events;
 }
 
 void Follower::Keep(const SoundEvent& event) {

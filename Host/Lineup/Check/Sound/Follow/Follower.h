@@ -3,6 +3,7 @@
 #include "Host/Lineup/Check/Sound/Events/Across.h"
 #include "Host/Lineup/Check/Sound/Follow/Due.h"
 #include "Host/Lineup/Check/Sound/Follow/Lineup.h"
+#include "Host/Lineup/Check/Sound/Follow/Presence.h"
 #include "Host/Lineup/Check/Sound/Measure/SlotSound.h"
 #include "Host/Lineup/Check/Sound/Signal/History.h"
 
@@ -27,6 +28,8 @@ public:
 
 private:
     void Take(const SlotNumber& number);
+    void Begin(const Presence& presence, const SlotSound& sound);
+    [[nodiscard]] std::vector<SoundEvent> EventsOf(SlotSound& sound);
     void Measure(const SlotSound& sound);
     void MeasureInput(const SlotSound& sound, std::size_t input);
     void MeasureHops(const SlotSound& sound, std::size_t input, bool isFull, std::vector<double>& high);

@@ -263,7 +263,7 @@ private:
                 mEdges.push_back({edge.late, edge.weight});
             }
             // Edges that do not agree, as under a codec's noise, say too little about one input.
-            if (const auto agreed = AgreeOnDelay(std::move(late), mHistory->lossy)) {
+            if (const auto agreed = AgreeOnDelay(late, mHistory->lossy)) {
                 mRough[input] = agreed->late;
                 mCoarse[input] = agreed->agree ? mRough[input] : std::nullopt;
                 mDoubts[input] = agreed->agree ? std::optional(agreed->doubt) : std::nullopt;
@@ -282,6 +282,7 @@ private:
         constexpr double kMostDoubt = 0.00006;  // s, standard deviation
         const double middle = WeightedMedian(mEdges);
         std::vector<double> off;
+        off.reserve(mEdges.size());
         for (const Vote& edge : mEdges) {
             off.push_back(std::abs(edge.value - middle));
         }
@@ -320,6 +321,7 @@ private:
 
 std::vector<double> Survey::Delays() const {
     std::vector<double> delays;
+    delays.reserve(inputs.size());
     for (const SurveyedInput& input : inputs) {
         delays.push_back(input.delay);
     }

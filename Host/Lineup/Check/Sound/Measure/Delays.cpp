@@ -30,8 +30,8 @@ constexpr double kLeastOfTone = 0.02;    // of what was sent
 
 // What is looked for at an input, and how late the slot was measured there.
 struct InputChannel {
-    std::size_t channel;
-    double delay;  // s
+    std::size_t channel = 0;
+    double delay = 0;  // s
 };
 
 // The slot before or after, and its cycle's number is of no matter.
@@ -120,6 +120,7 @@ double BestDelay(const std::vector<PhasePoint>& points, double around, double re
 
 double MedianDistance(const std::vector<double>& values, double middle) {
     std::vector<double> off;
+    off.reserve(values.size());
     for (const double value : values) {
         off.push_back(std::abs(value - middle));
     }
@@ -152,6 +153,8 @@ std::vector<LateBurst> LateBursts(std::vector<LateEdge> edges) {
 std::optional<double> AgreedOf(const std::vector<LateEdge>& edges) {
     std::vector<Vote> votes;
     std::vector<double> late;
+    votes.reserve(edges.size());
+    late.reserve(edges.size());
     for (const LateEdge& edge : edges) {
         votes.push_back({edge.late, edge.weight});
         late.push_back(edge.late);
@@ -224,11 +227,11 @@ std::optional<double> AgreedOfOwn(std::vector<LateEdge> edges) {
 
 // A tone that begins or ends where a slot does, as the slot has it.
 struct SlotEdge {
-    const SlotSound* sound;
-    const RefTone* tone;
+    const SlotSound* sound = nullptr;
+    const RefTone* tone = nullptr;
     PhaseLine line;
-    double noise;  // mean square
-    bool after;    // it ends
+    double noise = 0;    // mean square
+    bool after = false;  // it ends
 };
 
 // How far to look on both sides of an edge: not as far as the next one, and not beyond a jump.
@@ -288,7 +291,7 @@ std::optional<LateEdge> LateEdgeOf(const History& history, const Reference& refe
 
 }  // namespace
 
-std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy) {
+std::optional<AgreedDelay> AgreeOnDelay(const std::vector<LateEdge>& edges, bool lossy) {
     if (edges.empty()) {
         return std::nullopt;
     }
@@ -308,6 +311,7 @@ std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy)
         return AgreedDelay{*agreed, true};
     }
     std::vector<Vote> votes;
+    votes.reserve(edges.size());
     for (const LateEdge& edge : edges) {
         votes.push_back({edge.late, edge.weight});
     }

@@ -35,7 +35,7 @@ struct AgreedDelay {
 /// much, by the ends of tones that all begin early, for a limiter lets the beginnings through and has settled at the
 /// ends; or by tones that no other channel has at the same time, for one that leaks moves the edges of its own. Empty
 /// without edges.
-[[nodiscard]] std::optional<AgreedDelay> AgreeOnDelay(std::vector<LateEdge> edges, bool lossy);
+[[nodiscard]] std::optional<AgreedDelay> AgreeOnDelay(const std::vector<LateEdge>& edges, bool lossy);
 
 /// How many seconds later than the placing has it a channel's bursts begin and end at `input` in this slot, each edge
 /// by itself. The placing and `delay` are those that the slot was measured with; the result counts from there. Edges of

@@ -21,8 +21,8 @@ public:
 private:
     struct Stage {
         Halfband filter;
-        std::int64_t hop;       // outputs a hop
-        double weight;          // of the high band's power
+        std::int64_t hop = 1;   // outputs a hop
+        double weight = 0;      // of the high band's power
         std::int64_t done = 0;  // outputs
         double energy = 0;      // of the hop that is being filled
         float peak = 0;

@@ -187,6 +187,15 @@ const std::vector<WanderCase> kWanders = {
     {"a steady speed", [](double t) { return t; }, 0, 0},
     {"a speed that is off", [](double t) { return 1.0002 * t; }, 0, 0},
     {"a speed that goes up all along", [](double t) { return t + 3e-5 * t * t; }, 0, 0},
+    {"a speed that wanders in no one way",
+     [](double t) {
+         double at = t;
+         for (const double hertz : {0.7, 1.6, 2.9, 4.3, 5.8, 7.1}) {
+             at = at - t + Swinging(t, hertz, 0.0008);
+         }
+         return at;
+     },
+     0, 0},
     {"wow after a lossy codec", [](double t) { return Swinging(t, 1.7, 0.002); }, 0, 0, true},
 };
 

@@ -47,7 +47,8 @@ const Stream& Sent(const char* audio) {
     static std::map<std::string, Stream> streams;
     Stream& stream = streams[audio];
     if (stream.empty()) {
-        const auto importer = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
+        // Stays loaded: the fuzzer counts in its memory which branches are taken.
+        static const auto importer = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
         const lineup::Clip clip(importer, lineup::MakeSettings(*importer, {.sampleRateHz = kRate}));
         const fuzz::Scratch scratch("sent.ts");
         lineup::SendSettings settings;

@@ -5,6 +5,7 @@
 #include <plist/plist.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -42,7 +43,7 @@ std::string BinaryPlist(const char* executable, const char* identifier) {
     std::uint32_t length = 0;
     plist_to_bin(root, &bytes, &length);
     std::string text(bytes, length);
-    plist_to_bin_free(bytes);
+    std::free(bytes);  // libplist's own function has another name from 2.3 on
     plist_free(root);
     return text;
 }

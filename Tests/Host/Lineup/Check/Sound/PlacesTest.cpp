@@ -71,9 +71,10 @@ TEST(FindIdent, KnowsThePlaceAlsoWhereTimeJumpsOrThePitchIsKept) {
              {"ebu-5.1", 5.23, 9.8, 0.0624},
              {"ebu-5.1", 8.06, 15.6, -0.0221},
          }) {
-        const Reference& reference = ReferenceOf(heard.ident);
+        const std::string ident = heard.ident;
+        const Reference& reference = ReferenceOf(ident);
         const auto sighting = FindIdent(RunsOf(reference, heard), References());
-        const std::string what = std::string(heard.ident) + " from " + std::to_string(heard.from);
+        const std::string what = ident + " from " + std::to_string(heard.from);
         ASSERT_TRUE(sighting) << what;
         EXPECT_EQ(sighting->reference->name, heard.ident) << what;
         EXPECT_NEAR(sighting->placing.tempo, heard.tempo, 0.002) << what;

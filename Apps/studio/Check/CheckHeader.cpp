@@ -28,6 +28,11 @@ QWidget* Control(QAction& command, QWidget* parent) {
         auto* const button = new QPushButton(text, parent);
         button->setMinimumSize(button->sizeHint() + QSize(kHeaderButtonRoom, 4));
         QObject::connect(button, &QPushButton::clicked, &command, &QAction::trigger);
+        const auto follow = [button, &command] {
+            button->setText(command.text().remove('&'));
+            button->setEnabled(command.isEnabled());
+        };
+        QObject::connect(&command, &QAction::changed, button, follow);
         control = button;
     }
     control->setObjectName(command.objectName() + "Button");

@@ -39,10 +39,8 @@ CheckPictures::CheckPictures(std::shared_ptr<const lineup::Importer> importer, Q
     addWidget(mScopes);
     setStretchFactor(0, 1);
     setStretchFactor(1, 1);
-    connect(&mFoundLoader, &PictureLoader::Loaded, this, [this](const std::shared_ptr<const CardPicture>& picture) {
-        mFoundTitle->setText(tr("Found at %1").arg(TimeWords(mWanted)));
-        ShowFound(picture);
-    });
+    connect(&mFoundLoader, &PictureLoader::Loaded, this,
+            [this](const std::shared_ptr<const CardPicture>& picture) { Show(picture, mWanted); });
     connect(&mFoundLoader, &PictureLoader::Failed, this, &CheckPictures::Failed);
     connect(&mExpectedLoader, &PictureLoader::Loaded, mExpected, &PictureView::SetPicture);
     connect(&mExpectedLoader, &PictureLoader::Failed, this, &CheckPictures::Failed);
@@ -98,6 +96,12 @@ void CheckPictures::GoTo(double seconds) {
     mFoundLoader.Load([file = mFile, seconds](const PictureLoader::IsWanted& isWanted) {
         return ReadRecordingPicture(file, seconds, isWanted);
     });
+}
+
+void CheckPictures::Show(const std::shared_ptr<const CardPicture>& picture, double seconds) {
+    mFoundLoader.Forget();
+    mFoundTitle->setText(tr("Found at %1").arg(TimeWords(seconds)));
+    ShowFound(picture);
 }
 
 void CheckPictures::ShowFound(const std::shared_ptr<const CardPicture>& picture) {

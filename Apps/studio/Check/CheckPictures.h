@@ -28,6 +28,9 @@ public:
     /// Shows the picture at a place, s from the start of the recording.
     void GoTo(double seconds);
 
+    /// Shows this one, of a playback.
+    void Show(const std::shared_ptr<const CardPicture>& picture, double seconds);
+
     void ShowScopes(bool waveform, bool parade, bool vectorscope);
 
 Q_SIGNALS:

@@ -1,14 +1,17 @@
 #include "Apps/studio/Check/CheckWindow.h"
 
 #include "Apps/studio/Check/CheckWords.h"
+#include "Apps/studio/Check/RecordingFeed.h"
 #include "Apps/studio/Check/RecordingLanes.h"
 #include "Apps/studio/Sound/PeakBank.h"
 #include "Apps/studio/Window/DroppedFile.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QSettings>
 #include <QStandardPaths>
@@ -26,16 +29,21 @@ constexpr QSize kCheckSize{1240, 900};
 constexpr const char* kGeometryKey = "check/geometry";
 constexpr const char* kFolderKey = "check/folder";
 
+std::size_t PlayedChannel(const lineup::CheckReport& report, std::size_t input) {
+    return RecordingFeed::ChannelOf(input, static_cast<int>(report.sound->lanes.found.size()));
+}
+
 }  // namespace
 
 CheckWindow::CheckWindow(std::shared_ptr<const lineup::Importer> importer, QWidget* window)
     : QWidget(window, Qt::Window),
       mImporter(std::move(importer)),
       mAsk(Command("checkAnother", tr("&Check Recording\u2026"), "Ctrl+K", false)),
+      mPlay(Command("checkPlay", tr("&Play"), "Space", false)),
       mWaveform(Command("checkWaveform", tr("&Waveform Monitor"), "W", true)),
       mVectorscope(Command("checkVectorscope", tr("&Vectorscope"), "V", true)),
       mParade(Command("checkParade", tr("&RGB Parade"), "R", true)),
-      mHeader(new CheckHeader({mWaveform, mVectorscope, mParade, mAsk}, this)),
+      mHeader(new CheckHeader({mPlay, mWaveform, mVectorscope, mParade, mAsk}, this)),
       mPictures(new CheckPictures(mImporter, this)),
       mMeters(new MeterView(this)),
       mLanes(new LanesView(this)),
@@ -55,6 +63,7 @@ CheckWindow::CheckWindow(std::shared_ptr<const lineup::Importer> importer, QWidg
     mVectorscope->setChecked(true);
     ShowScopes();
     connect(mAsk, &QAction::triggered, this, &CheckWindow::Ask);
+    ConnectTransport();
     const auto onKey = [this](const char* keys, auto act) {
         auto* const action = new QAction(this);
         action->setShortcut(QKeySequence(keys));
@@ -79,6 +88,29 @@ CheckWindow::CheckWindow(std::shared_ptr<const lineup::Importer> importer, QWidg
         }
     });
     connect(&mTimer, &QTimer::timeout, this, [this] { mFoot->ShowShare(mJob->Share()); });
+}
+
+void CheckWindow::ConnectTransport() {
+    mPlay->setEnabled(false);
+    connect(mPlay, &QAction::triggered, this, &CheckWindow::Play);
+    connect(&mTransport, &CheckTransport::StateChanged, this, [this](bool isPlaying) {
+        mPlay->setText(isPlaying ? tr("&Pause") : tr("&Play"));
+        if (!isPlaying) {
+            GoTo(mPlace);  // the picture of that very place
+        }
+    });
+    connect(&mTransport, &CheckTransport::Moved, this, [this](double seconds, PeakBank* peaks, double since) {
+        ShowPlace(seconds);
+        mMeters->Advance(peaks, since);
+    });
+    connect(&mTransport, &CheckTransport::Shown, mPictures, &CheckPictures::Show);
+}
+
+void CheckWindow::Play() {
+    if (!mTransport.IsPlaying()) {
+        Q_EMIT PlayWanted();
+    }
+    mTransport.Toggle();
 }
 
 CheckWindow::~CheckWindow() {
@@ -194,9 +226,11 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
     mFaults->Show(*mReport);
     std::vector<ShownChannel> inputs;
     for (std::size_t input = 0; mReport->sound && input < mReport->sound->lanes.found.size(); ++input) {
-        inputs.push_back({input, ChannelName(*mReport, input)});
+        inputs.push_back({PlayedChannel(*mReport, input), ChannelName(*mReport, input)});
     }
     mPictures->SetRecording(file, *mReport);
+    mTransport.SetRecording(file, *mReport);
+    mPlay->setEnabled(mTransport.CanPlay());
     mMeters->SetChannels(inputs);
     const bool hasLanes = SoundSamples(*mReport) > 0;
     mMeters->setVisible(hasLanes);
@@ -228,15 +262,23 @@ void CheckWindow::ShowFault(std::size_t fault) {
 }
 
 void CheckWindow::GoTo(double seconds) {
-    mPlace = seconds;
-    mLanes->SetPlayhead(std::llround(seconds * SoundRate(*mReport)), true);
+    ShowPlace(seconds);
+    mTransport.GoTo(seconds);
+    if (mTransport.IsPlaying()) {
+        return;  // what is heard and seen there comes by itself
+    }
     mPictures->GoTo(seconds);
     const std::vector<float> levels = LevelsAt(*mReport, seconds);
     PeakBank peaks(levels.size());
     for (std::size_t input = 0; input < levels.size(); ++input) {
-        peaks.Add(input, std::array{levels[input]});
+        peaks.Add(PlayedChannel(*mReport, input), std::array{levels[input]});
     }
     mMeters->Show(peaks);
+}
+
+void CheckWindow::ShowPlace(double seconds) {
+    mPlace = seconds;
+    mLanes->SetPlayhead(std::llround(seconds * SoundRate(*mReport)), true);
 }
 
 void CheckWindow::ShowScopes() {
@@ -246,11 +288,22 @@ void CheckWindow::ShowScopes() {
 // Nobody waits for what it would find.
 void CheckWindow::closeEvent(QCloseEvent* event) {
     mNext.clear();
+    mTransport.Pause();
     if (mJob != nullptr) {
         mJob->Cancel();
     }
     QSettings().setValue(kGeometryKey, saveGeometry());
     QWidget::closeEvent(event);
+}
+
+// Space plays, so Enter presses the button that has the focus.
+void CheckWindow::keyPressEvent(QKeyEvent* event) {
+    auto* const button = qobject_cast<QAbstractButton*>(focusWidget());
+    if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        button->click();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void CheckWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -5,6 +5,7 @@
 #include "Apps/studio/Check/CheckHeader.h"
 #include "Apps/studio/Check/CheckJob.h"
 #include "Apps/studio/Check/CheckPictures.h"
+#include "Apps/studio/Check/CheckTransport.h"
 #include "Apps/studio/Check/FaultList.h"
 #include "Apps/studio/Views/LanesView.h"
 #include "Apps/studio/Views/MeterView.h"
@@ -33,11 +34,19 @@ public:
 
     [[nodiscard]] bool IsRunning() const noexcept { return mJob != nullptr; }
 
+    /// What plays the recording.
+    [[nodiscard]] CheckTransport& Transport() noexcept { return mTransport; }
+
     /// The place that is shown, s from the start of the recording.
     [[nodiscard]] double Place() const noexcept { return mPlace; }
 
+Q_SIGNALS:
+    /// It is about to play.
+    void PlayWanted();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
@@ -51,13 +60,18 @@ private:
     void ShowLanes(const std::vector<int>& inputs);
     void ShowScopes();
     void GoTo(double seconds);
+    void ShowPlace(double seconds);
+    void Play();
+    void ConnectTransport();
 
     std::shared_ptr<const lineup::Importer> mImporter;
     std::shared_ptr<const lineup::CheckReport> mReport;  // null: nothing was found yet
     double mPlace = 0;
     QString mNext;  // to be checked when the present one has stopped
     QTimer mTimer;
+    CheckTransport mTransport;
     QAction* mAsk;
+    QAction* mPlay;
     QAction* mWaveform;
     QAction* mVectorscope;
     QAction* mParade;

@@ -65,6 +65,11 @@ lineup::FloatPicture ToFloats(const lineup::DecodedPicture& picture, const CodeS
 
 }  // namespace
 
+std::shared_ptr<const CardPicture> MakeRecordingPicture(const lineup::DecodedPicture& picture) {
+    const CodeScale codes = CodeScale::Of(picture);
+    return std::make_shared<const CardPicture>(ToFloats(picture, codes), codes.matrix);
+}
+
 std::shared_ptr<const CardPicture> ReadRecordingPicture(const QString& file, double seconds,
                                                         const PictureLoader::IsWanted& isWanted) {
     PictureAt listener(seconds, isWanted);
@@ -81,8 +86,7 @@ std::shared_ptr<const CardPicture> ReadRecordingPicture(const QString& file, dou
     if (!listener.Picture()) {
         return nullptr;
     }
-    const CodeScale codes = CodeScale::Of(*listener.Picture());
-    return std::make_shared<const CardPicture>(ToFloats(*listener.Picture(), codes), codes.matrix);
+    return MakeRecordingPicture(*listener.Picture());
 }
 
 }  // namespace studio

@@ -5,7 +5,18 @@
 #include <QString>
 #include <memory>
 
+namespace lineup {
+
+inline namespace parts {
+struct DecodedPicture;
+}
+
+}  // namespace lineup
+
 namespace studio {
+
+/// What was decoded, as a player shows it.
+[[nodiscard]] std::shared_ptr<const CardPicture> MakeRecordingPicture(const lineup::DecodedPicture& picture);
 
 /// The picture that a recording shows at `seconds` from its start, by what the file says of its codes; null where it
 /// has none. Reading begins at the last key picture before it; where a recording does not let itself be read from

@@ -20,11 +20,14 @@ std::int64_t Nanoseconds(ClipPlayback::Clock::time_point time) {
 
 ClipPlayback::ClipPlayback(std::shared_ptr<const lineup::Clip> clip, SpeakerMap speakers, std::int64_t lengthSamples,
                            std::int64_t start)
-    : mClip(std::move(clip)),
+    : ClipPlayback(std::make_unique<ClipFeed>(std::move(clip)), std::move(speakers), lengthSamples, start) {}
+
+ClipPlayback::ClipPlayback(std::unique_ptr<SoundFeed> feed, SpeakerMap speakers, std::int64_t lengthSamples,
+                           std::int64_t start)
+    : mFeed(std::move(feed)),
       mSpeakers(std::move(speakers)),
       mLength(lengthSamples),
-      mReader(*mClip),
-      mPlanes(static_cast<std::size_t>(mClip->NumChannels()), std::vector<float>(kChunkFrames)),
+      mPlanes(static_cast<std::size_t>(mFeed->NumChannels()), std::vector<float>(kChunkFrames)),
       mPosition(std::clamp<std::int64_t>(start, 0, lengthSamples)),
       mPeaks(mPlanes.size()) {
     for (auto& plane : mPlanes) {
@@ -36,22 +39,42 @@ ClipPlayback::ClipPlayback(std::shared_ptr<const lineup::Clip> clip, SpeakerMap 
     mPublished.Write(mProgress);
 }
 
-void ClipPlayback::BeginStretch(std::int64_t position) noexcept {
+void ClipPlayback::BeginStretch(std::int64_t position, bool waits) noexcept {
     mPosition = position;
-    mProgress.stretches[mProgress.stretchCount % kStretches] = {mProgress.rendered, position};
+    mWaits = waits;
+    mProgress.stretches[mProgress.stretchCount % kStretches] = {mProgress.rendered, position, waits ? 1 : 0};
     ++mProgress.stretchCount;
 }
 
 // An exception must not pass into the sound library, whose thread this is.
-void ClipPlayback::ReadClip(std::int64_t position, std::size_t frames) noexcept {
+std::size_t ClipPlayback::ReadSound(std::size_t frames) noexcept {
     try {
-        mReader.Read(position, static_cast<std::int64_t>(frames), mTargets);
+        return mFeed->Read(mPosition, frames, mTargets);
     } catch (const std::exception&) {
         mFailed.store(true);
         for (auto& plane : mPlanes) {
             std::ranges::fill(plane, 0.0F);
         }
+        return frames;
     }
+}
+
+// How many of `frames` it has written, silence while it waits.
+std::size_t ClipPlayback::RenderSound(std::size_t frames, float* target) noexcept {
+    const std::size_t there = ReadSound(frames);
+    if (mWaits != (there == 0)) {
+        BeginStretch(mPosition, there == 0);
+    }
+    if (there == 0) {
+        std::fill_n(target, frames * static_cast<std::size_t>(mSpeakers.Outputs()), 0.0F);
+        return frames;
+    }
+    for (std::size_t channel = 0; channel < mPlanes.size(); ++channel) {
+        mPeaks.Add(channel, std::span(mPlanes[channel]).first(there));
+    }
+    mSpeakers.Mix(mSources, there, target);
+    mPosition += static_cast<std::int64_t>(there);
+    return there;
 }
 
 void ClipPlayback::Render(std::span<float> interleaved) noexcept {
@@ -67,13 +90,7 @@ void ClipPlayback::Render(std::span<float> interleaved) noexcept {
         std::size_t frames = std::min(interleaved.size() / outputs - done, kChunkFrames);
         float* const target = interleaved.data() + done * outputs;
         if (mPosition < mLength) {
-            frames = std::min(frames, static_cast<std::size_t>(mLength - mPosition));
-            ReadClip(mPosition, frames);
-            for (std::size_t channel = 0; channel < mPlanes.size(); ++channel) {
-                mPeaks.Add(channel, std::span(mPlanes[channel]).first(frames));
-            }
-            mSpeakers.Mix(mSources, frames, target);
-            mPosition += static_cast<std::int64_t>(frames);
+            frames = RenderSound(std::min(frames, static_cast<std::size_t>(mLength - mPosition)), target);
         } else {
             std::fill_n(target, frames * outputs, 0.0F);
         }
@@ -103,7 +120,8 @@ std::int64_t ClipPlayback::Playhead(Clock::time_point now) const noexcept {
             break;
         }
     }
-    return std::clamp<std::int64_t>(stretch.position + heard - stretch.rendered, 0, mLength);
+    const std::int64_t since = stretch.waits != 0 ? 0 : heard - stretch.rendered;
+    return std::clamp<std::int64_t>(stretch.position + since, 0, mLength);
 }
 
 bool ClipPlayback::IsStalled(Clock::time_point now) const noexcept {

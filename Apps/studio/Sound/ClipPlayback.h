@@ -1,9 +1,9 @@
 #pragma once
 
-#include <lineup/AudioReader.h>
 #include <lineup/Clip.h>
 #include "Apps/studio/Sound/PeakBank.h"
 #include "Apps/studio/Sound/SnapshotCell.h"
+#include "Apps/studio/Sound/SoundFeed.h"
 #include "Apps/studio/Sound/SpeakerMap.h"
 #include "Apps/studio/Sound/Volume.h"
 
@@ -17,19 +17,21 @@
 
 namespace studio {
 
-/// One playback of a clip: what the audio thread pulls, and what the window steers and sees. The audio thread
-/// calls Render and nothing else; Render takes no lock and allocates nothing. All other methods are for any
-/// thread. The clip plays from sample 0 up to its length, and with Loop on from 0 again.
+/// One playback of a clip, or of a recording: what the audio thread pulls, and what the window steers and sees. The
+/// audio thread calls Render and nothing else; Render takes no lock and allocates nothing. All other methods are for
+/// any thread. The clip plays from sample 0 up to its length, and with Loop on from 0 again.
 class ClipPlayback {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `lengthSamples` is 1 or more, `start` in [0, lengthSamples].
+    /// `lengthSamples` is 1 or more, `start` in [0, lengthSamples]. Where the feed has no samples yet, it is silent and
+    /// the playhead waits for them.
+    ClipPlayback(std::unique_ptr<SoundFeed> feed, SpeakerMap speakers, std::int64_t lengthSamples, std::int64_t start);
     ClipPlayback(std::shared_ptr<const lineup::Clip> clip, SpeakerMap speakers, std::int64_t lengthSamples,
                  std::int64_t start);
 
     [[nodiscard]] int Outputs() const noexcept { return mSpeakers.Outputs(); }
-    [[nodiscard]] int SampleRateHz() const noexcept { return static_cast<int>(mClip->SampleRate()); }
+    [[nodiscard]] int SampleRateHz() const noexcept { return static_cast<int>(mFeed->SampleRate()); }
 
     /// Fills `interleaved`, whole frames of Outputs() samples; silence after the clip's end. Audio thread.
     void Render(std::span<float> interleaved) noexcept;
@@ -63,6 +65,7 @@ private:
     struct Stretch {
         std::int64_t rendered = 0;
         std::int64_t position = 0;
+        std::int64_t waits = 0;  // 1: for samples, with the playhead
     };
     // Enough to look back over as many seeks and loops as fit into a device's buffer.
     static constexpr std::size_t kStretches = 8;
@@ -73,20 +76,21 @@ private:
         std::array<Stretch, kStretches> stretches{};  // the latest ones, at their count modulo kStretches
     };
 
-    void BeginStretch(std::int64_t position) noexcept;
-    void ReadClip(std::int64_t position, std::size_t frames) noexcept;
+    void BeginStretch(std::int64_t position, bool waits = false) noexcept;
+    [[nodiscard]] std::size_t ReadSound(std::size_t frames) noexcept;
+    [[nodiscard]] std::size_t RenderSound(std::size_t frames, float* target) noexcept;
     [[nodiscard]] std::int64_t Heard(const Progress& progress, Clock::time_point now) const noexcept;
 
-    std::shared_ptr<const lineup::Clip> mClip;
+    std::unique_ptr<SoundFeed> mFeed;
     SpeakerMap mSpeakers;
     std::int64_t mLength;
-    lineup::AudioReader mReader;
     std::vector<std::vector<float>> mPlanes;
     std::vector<float*> mTargets;
     std::vector<const float*> mSources;
 
     // The audio thread's own.
     std::int64_t mPosition;
+    bool mWaits = false;
     Progress mProgress;
 
     SnapshotCell<Progress> mPublished;

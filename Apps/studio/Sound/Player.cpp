@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace studio {
 
@@ -68,18 +69,17 @@ QAudioDevice Player::Device() const {
 
 Player::Route Player::FindRoute() const {
     const QAudioDevice device = Device();
-    const int clipChannels = mClip == nullptr ? 2 : mClip->NumChannels();
     const int preferred = device.preferredFormat().channelCount();
-    const int deviceChannels = device.isNull() ? clipChannels : preferred > 0 ? preferred : kUsualChannels;
-    Route route{device, {}, SpeakerMap(clipChannels, deviceChannels), mProblem};
-    if (!mProblem.isEmpty() || mClip == nullptr) {
+    const int deviceChannels = device.isNull() ? mChannels : preferred > 0 ? preferred : kUsualChannels;
+    Route route{device, {}, SpeakerMap(mChannels, deviceChannels), mProblem};
+    if (!mProblem.isEmpty() || !mMakeFeed) {
         return route;
     }
     if (device.isNull()) {
         route.problem = tr("No sound device");
         return route;
     }
-    const int rateHz = static_cast<int>(mClip->SampleRate());
+    const int rateHz = static_cast<int>(mRateHz);
     route.format = DeviceFormat(device, route.speakers.Outputs(), rateHz);
     if (!route.format.isValid()) {
         route.problem = tr("%1 does not play %2 Hz").arg(device.description()).arg(rateHz);
@@ -88,12 +88,21 @@ Player::Route Player::FindRoute() const {
 }
 
 void Player::SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples) {
-    const double seconds = mClip == nullptr ? 0 : static_cast<double>(Position()) / mClip->SampleRate();
+    const int channels = clip->NumChannels();
+    const double rateHz = clip->SampleRate();
+    SetSound(
+        channels, rateHz, [clip = std::move(clip)] { return std::make_unique<ClipFeed>(clip); }, lengthSamples);
+}
+
+void Player::SetSound(int channels, double rateHz, MakeFeed makeFeed, std::int64_t lengthSamples) {
+    const double seconds = !mMakeFeed ? 0 : static_cast<double>(Position()) / mRateHz;
     const bool wasPlaying = IsPlaying();
     Stop();
-    mClip = std::move(clip);
+    mChannels = channels;
+    mRateHz = rateHz;
+    mMakeFeed = std::move(makeFeed);
     mLength = std::max<std::int64_t>(lengthSamples, 1);
-    mParked = std::clamp<std::int64_t>(std::llround(seconds * mClip->SampleRate()), 0, mLength);
+    mParked = std::clamp<std::int64_t>(std::llround(seconds * mRateHz), 0, mLength);
     if (wasPlaying) {
         Start(mParked);
     }
@@ -104,7 +113,7 @@ void Player::SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t leng
 
 void Player::Start(std::int64_t from) {
     const Route route = FindRoute();
-    mPlayback = std::make_shared<ClipPlayback>(mClip, route.speakers, mLength, from);
+    mPlayback = std::make_shared<ClipPlayback>(mMakeFeed(), route.speakers, mLength, from);
     mPlayback->SetLoop(mLoop);
     mPlayback->Loudness().Begin(Gain());
     mPlayingOn = route.Id();
@@ -142,7 +151,7 @@ void Player::GoOnInSilence(const QString& problem) {
 }
 
 void Player::Play() {
-    if (mClip == nullptr || IsPlaying()) {
+    if (!mMakeFeed || IsPlaying()) {
         return;
     }
     mFailures = 0;

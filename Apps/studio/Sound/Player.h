@@ -11,6 +11,7 @@
 #include <QString>
 #include <QTimer>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace studio {
@@ -28,6 +29,10 @@ public:
     /// Takes another clip, `lengthSamples` long. What plays goes on playing, at the same time of the clip.
     void SetClip(std::shared_ptr<const lineup::Clip> clip, std::int64_t lengthSamples);
 
+    /// The same of any sound, of which each playback asks `makeFeed` for a feed.
+    using MakeFeed = std::function<std::unique_ptr<SoundFeed>()>;
+    void SetSound(int channels, double rateHz, MakeFeed makeFeed, std::int64_t lengthSamples);
+
     void Play();  ///< from the start again when the end was reached
     void Pause();
     void Toggle() { IsPlaying() ? Pause() : Play(); }
@@ -39,6 +44,8 @@ public:
     /// Linear, from 0 to 1.
     void SetVolume(float gain);
     void SetMuted(bool muted);
+    [[nodiscard]] float Volume() const noexcept { return mVolume; }
+    [[nodiscard]] bool IsMuted() const noexcept { return mMuted; }
 
     /// Plays on the device of this id whenever it is there, else on the system's choice; empty: on the latter always.
     void UseDevice(const QByteArray& id);
@@ -85,7 +92,9 @@ private:
     QTimer mLook;
     QString mKnownSound;
     QByteArrayList mKnownDevices;
-    std::shared_ptr<const lineup::Clip> mClip;
+    MakeFeed mMakeFeed;  // none: there is nothing to play
+    int mChannels = 2;
+    double mRateHz = 0;
     std::int64_t mLength = 1;
     std::int64_t mParked = 0;
     bool mLoop = false;

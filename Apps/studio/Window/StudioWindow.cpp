@@ -340,6 +340,18 @@ void StudioWindow::Export() {
 CheckWindow& StudioWindow::Checks() {
     if (mChecks == nullptr) {
         mChecks = new CheckWindow(mDocument.Importer(), this);
+        connect(mChecks, &CheckWindow::PlayWanted, this, [this] {  // one at a time, and heard the same way
+            mPlayer.Pause();
+            Player& sound = mChecks->Transport().Sound();
+            sound.UseDevice(mPlayer.WantedDevice());
+            sound.SetVolume(mPlayer.Volume());
+            sound.SetMuted(mPlayer.IsMuted());
+        });
+        connect(&mPlayer, &Player::StateChanged, mChecks, [this] {
+            if (mPlayer.IsPlaying()) {
+                mChecks->Transport().Pause();
+            }
+        });
     }
     return *mChecks;
 }

@@ -213,6 +213,31 @@ TEST_F(CheckRecording, WithoutALineUpShowsWhatThereIs) {
     EXPECT_GT(Part<studio::FaultList>("faults").topLevelItemCount(), 0);  // why
 }
 
+TEST_F(CheckRecording, PlaysWithPictureAndMetersFromThePlaceThatIsShown) {
+    DropAndWait(Files().Came());
+    ClickFault("Dropout");
+    WaitFor([&] { return Says("foundTitle") == "Found at 0:05.000"; }, "the picture comes");
+    const auto meters = [&] { return Part("checkMeters").accessibleDescription().toStdString(); };
+    EXPECT_THAT(meters(), HasSubstr("C \u221260.00 dBFS"));
+    Window().Sound().Play();
+    QTest::keyClick(&Checks(), Qt::Key_Space);
+    EXPECT_FALSE(Window().Sound().IsPlaying());  // one at a time
+    EXPECT_EQ(Part<QAbstractButton>("checkPlayButton").text(), "Pause");
+    WaitFor([&] { return Checks().Place() > 5.6 && Says("foundTitle") > "Found at 0:05.3"; }, "it plays");
+    WaitFor([&] { return meters().find("C \u221260.00 dBFS") == std::string::npos; }, "C sounds behind the dropout");
+    ClickFault("Frames differ");
+    WaitFor([&] { return Checks().Place() > 8.1; }, "it plays on from the fault");
+    QTest::mouseClick(&Part("checkPlayButton"), Qt::LeftButton);
+    const double place = Checks().Place();
+    EXPECT_EQ(Part<QAbstractButton>("checkPlayButton").text(), "Play");
+    WaitFor(
+        [&] {
+            return MiddleOf("foundPicture") == MiddleOf("expectedPicture") || Says("foundTitle") > "Found at 0:08.1";
+        },
+        "the picture of that place");
+    EXPECT_EQ(Checks().Place(), place);
+}
+
 TEST_F(CheckRecording, KeysChooseFaultsScopesAndTimes) {
     DropAndWait(Files().Came());
     auto& list = Part<studio::FaultList>("faults");

@@ -269,6 +269,18 @@ GParamSpec& SpecOf(GObject* object, const std::string& property) {
     return *g_object_class_find_property(G_OBJECT_GET_CLASS(object), property.c_str());
 }
 
+/// The framework takes the name of a key whose characters cannot be told for one that is there, and falls over it.
+void RequireCharacters(const std::string& address) {
+    for (std::size_t at = address.find('%'); at != std::string::npos; at = address.find('%', at + 1)) {
+        const std::string_view code = std::string_view(address).substr(at + 1, 2);
+        int byte = 0;
+        const auto [end, error] = std::from_chars(code.data(), code.data() + code.size(), byte, 16);
+        if (error != std::errc() || end - code.data() != 2 || byte <= 0) {
+            throw lineup::Error(fmt::format("{}: % must be followed by two hexadecimal digits, but not 00", address));
+        }
+    }
+}
+
 }  // namespace
 
 std::string KeysText() {
@@ -281,6 +293,7 @@ std::string KeysText() {
 }
 
 Wanted ParseAddress(const std::string& address) {
+    RequireCharacters(address);
     const Uri uri(gst_uri_from_string(address.c_str()));
     const char* const host = uri ? gst_uri_get_host(uri.get()) : nullptr;
     if (!uri || (host != nullptr && *host != '\0')) {

@@ -11,7 +11,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const bool started = gst_init_check(nullptr, nullptr, nullptr) != FALSE;
     fuzz::Require(started, "the framework starts");
-    const std::string text(reinterpret_cast<const char*>(data), size);
+    const std::string all(reinterpret_cast<const char*>(data), size);
+    const std::string text = all.c_str();  // as the framework hands it over
     try {
         const gstreamer::Wanted wanted = gstreamer::ParseAddress(text);
         fuzz::Require(gst_caps_is_fixed(wanted.soundCaps.get()) != FALSE, "the sound's caps are values");

@@ -48,6 +48,11 @@ TEST(Address, NamesTheKeyThatIsWrongAndWhatWouldBeRight) {
         {"sample-format=S20LE", "sample-format S20LE: must be one of those"},
         {"live=maybe", "live maybe: must be true or false"},
         {"duration=0", "duration 0: must be seconds, more than 0"},
+        {"siz%=9x9", "% must be followed by two hexadecimal digits"},
+        {"size%0=9x9", "% must be followed by two hexadecimal digits"},
+        {"ident%00=blits", "% must be followed by two hexadecimal digits, but not 00"},
+        {"ident=blits%", "% must be followed by two hexadecimal digits"},
+        {"%73ise=1x1", "there is no key sise"},
     };
     for (const auto& [address, text] : mistakes) {
         EXPECT_THAT(MistakeIn("lineup://?" + address), HasSubstr(text));

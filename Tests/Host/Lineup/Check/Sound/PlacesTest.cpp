@@ -10,6 +10,7 @@
 #include <numbers>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -27,7 +28,7 @@ const std::vector<Reference>& References() {
     return kReferences;
 }
 
-const Reference& ReferenceOf(const std::string& name) {
+const Reference& ReferenceOf(std::string_view name) {
     return *std::ranges::find(References(), name, &Reference::name);
 }
 

@@ -128,16 +128,16 @@ def write_page(options, folder, pool):
     tallies = orders.all_orders(options.lineup, folder, check, pool, options.orders)
     heard = other_sound.all_sound(options.lineup, folder, check, pool, options.hours)
     seen = pictures.run_cases(options.lineup, folder, pool, range(options.pictures))
-    found = pictures.run_others(options.lineup, folder, pool, len(pictures.OTHERS))
+    rest = pictures.run_rest(options, folder, pool)
     command = (f"./dev laboratory all --cases {options.cases} --orders {options.orders} --hours {options.hours:g} "
                f"--pictures {options.pictures}")
     text = page.page(command, outcomes, measured, tallies, other_sound.told(heard))
     with open(options.page, "w", encoding="utf-8") as file:
-        file.write(picture_page.put_into(text, picture_page.section(command, seen, found, len(pictures.OTHERS))))
+        file.write(picture_page.put_into(text, picture_page.section(command, seen, rest)))
     right, _, wrong, _ = picture_page.score(seen)
     return (reached.holds(judge.score(outcomes)) and all(figure.holds for figure in measured)
             and all(tally.holds for tally in tallies) and not any(name for _, _, name in heard)
-            and right >= reached.PICTURES_REACHED * len(seen) and not wrong and not found)
+            and right >= reached.PICTURES_REACHED * len(seen) and not wrong and rest.holds)
 
 
 def main():
@@ -168,14 +168,15 @@ def main():
     some.add_argument("--first", type=int, default=0, help="the first one's number")
     some.add_argument("--case", type=int, help="this one alone, with all that was done")
     some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")
-    some.add_argument("--others", type=int, default=100, help="how many of those that are no card [all]")
+    some.add_argument("--others", type=int, help="how many of those that are no card [all]")
+    some.add_argument("--photographs", metavar="FOLDER", help="photographs to look at, which are no card either")
     some.add_argument("--page", help="the page whose section about pictures is to be written")
     some.set_defaults(show=show_pictures)
     some = what.add_parser("all", help="everything, and the page about it")
     for name, value in EVERYTHING.items():
         some.add_argument(f"--{name}", type=type(value), default=value, help=f"[{value}]")
     some.add_argument("--page", required=True, help="the page to write")
-    some.set_defaults(show=write_page, first=0, not_yet=False)
+    some.set_defaults(show=write_page, first=0, not_yet=False, others=None, photographs=None)
     options = parser.parse_args()
     memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
     with tempfile.TemporaryDirectory(prefix="lineup-laboratory-", dir=memory) as folder:

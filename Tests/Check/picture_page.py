@@ -1,6 +1,7 @@
 """What the laboratory's page says of pictures: a section of its own, at the end."""
 
 import collections
+from dataclasses import dataclass
 
 import reached
 
@@ -10,6 +11,20 @@ RULE = """The card, or bars of FFmpeg and GStreamer, from 640x360 to UHD, damage
 through codecs, and with tags that bit stream filters and muxers rewrote. A case is right when exactly the faults that
 are due are named, with their sizes; what a damage may bring along, such as 8 bits of a filter, may be named or not.
 `{command}`"""
+
+
+@dataclass
+class Rest:
+    """What belongs to the pictures beside the cases."""
+
+    histories: list  # of results
+    others: int  # pictures that are no card
+    found: list  # those that were taken for one
+    has_photographs: bool = False
+
+    @property
+    def holds(self):
+        return not self.found and all(result.right for result in self.histories)
 
 
 def tally(results, names_of):
@@ -44,17 +59,25 @@ def score(results):
     return right, len(undamaged), len(wrong), max(own, default=0)
 
 
-def section(command, results, found, others):
+def histories(results):
+    rows = [f"| {result.picture.families[0]} | {result.picture.sheet.codec.name} | {', '.join(result.picture.sheet.due)} | "
+            f"{', '.join(result.got) or 'nothing'} |" for result in results]
+    return "\n".join(["What has gone on air before, each in the form in which it is told of:\n",
+                      "| history | codec | due | named |", "| --- | --- | --- | --- |", *rows])
+
+
+def section(command, results, rest):
     right, undamaged, wrong, off = score(results)
     told = (f"{len(results)} cases: {right} right, {100 * right / max(1, len(results)):.2f} %. In {undamaged} nothing was "
             f"due; in {wrong} of these something was named. Patches of undamaged cards are off by {off:.2f} codes at most.\n"
             f"The aim is {100 * reached.PICTURES_AIM:g} %; a release must have {100 * reached.PICTURES_REACHED:g} % at least.\n"
-            f"Of {others} pictures that are no card, {len(found)} were taken for one.")
+            f"Of {rest.others} pictures that are no card (FFmpeg's sources, noise with the spectrum of photographs, tiles and "
+            f"figures of games{', photographs' if rest.has_photographs else ''}), {len(rest.found)} were taken for one.")
     missed = [f"- case {result.picture.number} ({result.picture.name}): due {', '.join(result.picture.sheet.due) or 'nothing'}; "
               f"named {', '.join(result.got) or 'nothing'}" for result in results if not result.right]
     parts = [HEADING + "\n" + RULE.replace("{command}", command), told,
              *(["Those that are wrong:", "\n".join(missed)] if missed else []),
-             table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
+             histories(rest.histories), table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
              table("size", results, size_of)]
     return "\n\n".join(parts) + "\n"
 

@@ -7,6 +7,8 @@ import shutil
 import subprocess
 from dataclasses import dataclass
 
+import picture_histories
+import picture_others
 import picture_page
 from picture_chains import FOR_LOSSLESS, FOR_LOSSY, LOSSLESS, LOSSY, RGB
 from picture_converters import CONVERTERS, remuxed, through_gstreamer
@@ -25,12 +27,6 @@ ROBUST = ("matrix-missing", "matrix-again", "stretched", "squeezed", "brightness
           "swapped", "grey", "mirrored", "flipped", "cropped", "letterboxed", "windowed", "shifted", "black-frames")
 COLOURS = ("matrix-missing", "matrix-again", "stretched", "brightness", "gain", "setup", "saturation", "swapped")
 PLACES = ("mirrored", "flipped", "cropped", "letterboxed", "windowed", "shifted")
-OTHERS = ("testsrc=size=640x360", "mandelbrot=size=640x360", "color=white:size=640x360", "color=black:size=640x360",
-          "rgbtestsrc=size=640x360", "pal75bars=size=720x576", "pal100bars=size=720x576", "yuvtestsrc=size=640x360",
-          "testsrc2=size=640x360", "gradients=size=640x360", "life=size=640x360:mold=10:life_color=white",
-          "nullsrc=size=640x360,geq=random(1)*255:128:128", "allrgb=rate=1,scale=640:360:flags=neighbor", "haldclutsrc", "cellauto=size=640x360",
-          "sierpinski=size=640x360", "color=blue:size=640x360,drawgrid=w=64:h=36:c=white",
-          "gradients=size=640x360:nb_colors=7:type=linear")
 
 
 @dataclass
@@ -195,13 +191,22 @@ def judge_pictures(work):
 
 def judge_other(work):
     """What is found in a picture that is no card: the id of the first fault or the card, or nothing."""
-    lineup, folder, index = work
+    lineup, folder, index, name = work
     path = os.path.join(folder, f"other-{index}.mkv")
-    run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", OTHERS[index], "-frames:v", "1", "-pix_fmt", "yuv422p",
-         "-c:v", "ffv1", path])
+    picture_others.write(name, path)
     report = check_pictures(lineup, [path], ["--expect", "none"])[0]
     os.remove(path)
-    return OTHERS[index], (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
+    return name, (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
+
+
+def judge_history(work):
+    lineup, folder, index = work
+    sheet = picture_histories.sheet_of(index)
+    picture = Picture(picture_histories.FIRST + index, (picture_histories.HISTORIES[index].told,), sheet)
+    path = make(picture, lineup, folder)
+    result = judge(picture, check_pictures(lineup, [path], arguments_of(picture))[0])
+    os.remove(path)
+    return result
 
 
 def run_cases(lineup, folder, pool, numbers):
@@ -209,32 +214,50 @@ def run_cases(lineup, folder, pool, numbers):
     return [result for some in pool.imap(judge_pictures, chunks) for result in some]
 
 
-def run_others(lineup, folder, pool, most):
-    """The pictures that were taken for a card and are none."""
-    works = [(lineup, folder, i) for i in range(min(most, len(OTHERS)))]
-    return [entry for entry in pool.imap(judge_other, works) if entry[1] or entry[2]]
+def run_histories(lineup, folder, pool):
+    return list(pool.imap(judge_history, [(lineup, folder, i) for i in range(len(picture_histories.HISTORIES))]))
+
+
+def run_others(lineup, folder, pool, photographs=None, most=None):
+    """How many pictures that are no card were looked at, and those that were taken for one."""
+    names = picture_others.names(photographs)[:most]
+    works = [(lineup, folder, i, name) for i, name in enumerate(names)]
+    return len(works), [entry for entry in pool.imap(judge_other, works) if entry[1] or entry[2]]
+
+
+def run_rest(options, folder, pool):
+    """What belongs to the pictures beside the cases, as the page has it."""
+    others, found = run_others(options.lineup, folder, pool, options.photographs, options.others)
+    return picture_page.Rest(run_histories(options.lineup, folder, pool), others, found, bool(options.photographs))
+
+
+def tell_wrong(result):
+    if not result.right:
+        print(f"case {result.picture.number} ({result.picture.name}): due {result.picture.sheet.due}, "
+              f"{result.verdict} {result.got} {result.wrong_numbers}")
 
 
 def show(options, folder, pool):
     results = run_cases(options.lineup, folder, pool, range(options.first, options.first + options.cases))
     for result in results:
-        if not result.right:
-            print(f"case {result.picture.number} ({result.picture.name}): due {result.picture.sheet.due}, "
-                  f"{result.verdict} {result.got} {result.wrong_numbers}")
+        tell_wrong(result)
     right, undamaged, wrong, off = picture_page.score(results)
     print(f"pictures {len(results)}, right {right}, undamaged {undamaged}, undamaged wrong {wrong}, "
           f"patches off by {off:.2f} codes at most")
-    found = run_others(options.lineup, folder, pool, options.others)
-    for entry in found:
+    rest = run_rest(options, folder, pool)
+    for result in rest.histories:
+        tell_wrong(result)
+    for entry in rest.found:
         print(f"found in what is no card: {entry}")
+    print(f"histories {len(rest.histories)}, right {sum(result.right for result in rest.histories)}; no cards "
+          f"{rest.others}, taken for one {len(rest.found)}")
     if options.page:
         command = f"./dev laboratory pictures --cases {options.cases} --first {options.first}"
         with open(options.page, encoding="utf-8") as file:
             page = file.read()
         with open(options.page, "w", encoding="utf-8") as file:
-            file.write(picture_page.put_into(page, picture_page.section(command, results, found,
-                                                                 min(options.others, len(OTHERS)))))
-    return right >= options.at_least * len(results) and not wrong and not found
+            file.write(picture_page.put_into(page, picture_page.section(command, results, rest)))
+    return right >= options.at_least * len(results) and not wrong and rest.holds
 
 
 def show_one(options, folder):

@@ -135,6 +135,8 @@ lineup::picture::Examination Measured(const CardModel& model, fuzz::Bytes& bytes
         seen.patches.push_back(
             {&patch, path.Codes(patch.rgb, bytes), seen.noise, bytes.Flag() ? std::abs(Number(bytes, 16)) : 0});
     }
+    seen.ringing = Perhaps(bytes, 100);
+    seen.blocking = Perhaps(bytes, 100);
     return seen;
 }
 

@@ -139,15 +139,26 @@ struct PatchReport {
     double bottom = 0;
 };
 
+/// What the path left of the picture's edges and surfaces. Empty where it could not be measured.
+struct PictureQuality {
+    std::optional<double> edgeAcross;  ///< how wide edges are, pixels: from side to side
+    std::optional<double> edgeDown;    ///< and from top to bottom
+    std::optional<double> ringing;     ///< how far luma goes beyond its level beside an edge, % of the step
+    std::optional<double> blocking;    ///< share of what changes inside of patches that lies on a grid of 8 pixels, %
+    std::optional<double> noise;       ///< in patches, r.m.s., codes
+};
+
 /// What was found of the picture.
 struct PictureReport {
     std::string card;  ///< "hd", "sd"; empty where no card was found
     int width = 0;
     int height = 0;
     int bits = 0;
-    PictureCodes codes;  ///< what the numbers turn out to be
-    PictureCodes tags;   ///< what the file says of them
+    PictureCodes codes;                 ///< what the numbers turn out to be
+    PictureCodes tags;                  ///< what the file says of them
+    std::optional<double> pixelAspect;  ///< a pixel's width to its height, by the file
     std::optional<CardPlace> place;
+    PictureQuality quality;
     std::vector<PatchReport> patches;
 };
 

@@ -54,6 +54,14 @@ ordered_json PlaceJson(const std::optional<lineup::CardPlace>& place) {
             {"flipped", place->flipped}};
 }
 
+ordered_json QualityJson(const lineup::PictureQuality& quality) {
+    return {{"edgeAcross", OrNull(quality.edgeAcross)},
+            {"edgeDown", OrNull(quality.edgeDown)},
+            {"ringing", OrNull(quality.ringing)},
+            {"blocking", OrNull(quality.blocking)},
+            {"noise", OrNull(quality.noise)}};
+}
+
 ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
     if (!picture) {
         return {};
@@ -71,8 +79,10 @@ ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
              {{"matrix", OrNull(picture->tags.matrix)},
               {"primaries", OrNull(picture->tags.primaries)},
               {"transfer", OrNull(picture->tags.transfer)},
-              {"range", OrNull(picture->tags.range)}}},
+              {"range", OrNull(picture->tags.range)},
+              {"pixelAspect", OrNull(picture->pixelAspect)}}},
             {"place", PlaceJson(picture->place)},
+            {"quality", QualityJson(picture->quality)},
             {"patches", patches}};
 }
 

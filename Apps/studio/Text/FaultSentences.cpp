@@ -55,6 +55,11 @@ constexpr std::array kSentences = {
                       "No identification sequence and no steady tone was found. A whole cycle, or three seconds of "
                       "tone, would settle what the path did."),
     QT_TRANSLATE_NOOP("Fault", "The bars are laid out like the card, and come from another generator."),
+    QT_TRANSLATE_NOOP("Fault", "Edges ring: luma goes beyond its level by %1 % of the step."),
+    QT_TRANSLATE_NOOP("Fault", "There are blocks: %1 % of what changes inside of patches lies on a grid of 8 pixels."),
+    QT_TRANSLATE_NOOP(
+        "Fault",
+        "The card is %1 times as wide as high where it is shown with pixels of %2 to 1: it is squeezed or stretched."),
     QT_TRANSLATE_NOOP("Fault", "%1 is also heard at input %2, %3 dB below where it belongs."),
     QT_TRANSLATE_NOOP("Fault", "Both inputs hold sums of channels: a fold-down to stereo."),
     QT_TRANSLATE_NOOP("Fault", "Input %1 holds a sum of channels."),

@@ -42,6 +42,9 @@ PictureReport Facts(const decoding::Frame& head) {
     report.width = static_cast<int>(head.width);
     report.height = static_cast<int>(head.height);
     report.bits = static_cast<int>(head.bits);
+    if (head.pixelAspect > 0) {
+        report.pixelAspect = static_cast<double>(head.pixelAspect);
+    }
     report.tags = {.matrix = MatrixTag(TextOf(head.matrix)),
                    .primaries = TextOf(head.primaries),
                    .transfer = TextOf(head.transfer),

@@ -1,5 +1,7 @@
 #include "Host/Lineup/Check/Picture/Examination.h"
 
+#include "Host/Lineup/Check/Picture/Measure/Coding.h"
+
 #include <algorithm>
 
 namespace lineup::picture {
@@ -43,6 +45,8 @@ std::optional<Examination> Examine(const DecodedPicture& picture, const Raster& 
     seen.chroma = MeasureChroma(raster, model, place);
     seen.softAcross = MeasureSoftness(raster, model, place, true);
     seen.softDown = MeasureSoftness(raster, model, place, false);
+    seen.ringing = MeasureRinging(raster, model, place);
+    seen.blocking = MeasureBlocking(raster, model, place);
     seen.noise = MedianNoise(seen.patches);
     return seen;
 }

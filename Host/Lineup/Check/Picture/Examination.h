@@ -21,7 +21,9 @@ struct Examination {
     ChromaShape chroma;
     std::optional<double> softAcross;  ///< how wide luma's edges are, pixels
     std::optional<double> softDown;
-    double noise = 0;  ///< codes
+    std::optional<double> ringing;   ///< % of an edge's step
+    std::optional<double> blocking;  ///< % of what patches are uneven
+    double noise = 0;                ///< codes
 };
 
 /// Measures a card that lies at this place; empty where it turns out not to be a card.

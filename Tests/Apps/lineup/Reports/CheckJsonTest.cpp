@@ -96,15 +96,18 @@ TEST(CheckJson, HasAPictureWhereThereIsOne) {
     picture.width = 1920;
     picture.codes = {.matrix = "bt709", .primaries = "", .transfer = "", .range = "limited"};
     picture.place = lineup::CardPlace{.x = 0.25, .width = 1920, .mirrored = true};
+    picture.quality.ringing = 8.5;
     picture.patches.push_back({.name = "75 % yellow", .expected = {168, 44, 136}, .measured = {168, 44, 135.5}});
     const ordered_json json = ordered_json::parse(cli::CheckJson(report))["picture"];
-    EXPECT_THAT(Fields(json),
-                testing::ElementsAre("card", "width", "height", "bits", "codes", "tags", "place", "patches"));
+    EXPECT_THAT(Fields(json), testing::ElementsAre("card", "width", "height", "bits", "codes", "tags", "place",
+                                                   "quality", "patches"));
     EXPECT_EQ(json["codes"], ordered_json::parse(R"({"matrix": "bt709", "range": "limited"})"));
-    EXPECT_THAT(Fields(json["tags"]), testing::ElementsAre("matrix", "primaries", "transfer", "range"));
+    EXPECT_THAT(Fields(json["tags"]), testing::ElementsAre("matrix", "primaries", "transfer", "range", "pixelAspect"));
     EXPECT_TRUE(json["tags"]["matrix"].is_null());
     EXPECT_THAT(Fields(json["place"]), testing::ElementsAre("x", "y", "width", "height", "mirrored", "flipped"));
     EXPECT_EQ(json["place"]["mirrored"], true);
+    EXPECT_EQ(json["quality"]["ringing"], 8.5);
+    EXPECT_TRUE(json["quality"]["blocking"].is_null());
     EXPECT_EQ(json["patches"][0]["measured"][2], 135.5);
 }
 

@@ -1,5 +1,6 @@
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
 #include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+#include "Host/Lineup/Values/PictureShape.h"
 
 #include <fmt/format.h>
 
@@ -10,8 +11,9 @@ namespace lineup::picture {
 
 namespace {
 
-constexpr double kErrors = 2;           // times what is left of the edges
-constexpr double kOthersEdges = 0.015;  // of the width: other generators round their edges another way
+constexpr double kMostSqueezed = 0.035;  // of a shape: 704 and 720 pixels make the same picture
+constexpr double kErrors = 2;            // times what is left of the edges
+constexpr double kOthersEdges = 0.015;   // of the width: other generators round their edges another way
 
 std::string PlaceText(const Place& place) {
     return fmt::format("{:.1f} by {:.1f} pixels at {:.1f}, {:.1f}", place.width, place.height, place.x, place.y);
@@ -24,6 +26,35 @@ void DecideTurns(const Place& place, PictureFindings& findings) {
     if (place.flipped) {
         findings.faults.push_back(MakePictureFault("flipped", {}, {}, "Top and bottom are turned over."));
     }
+}
+
+// The shapes that a card has on a screen, width to height: HD's is 16:9 wide, SD's that or 4:3.
+bool HasShape(Card card, double shape) {
+    constexpr double kWide = 16.0 / 9;
+    constexpr double kNarrow = 4.0 / 3;
+    const auto is = [shape](double due) { return std::abs(shape / due - 1) < kMostSqueezed; };
+    return is(kWide) || (card == Card::SD && is(kNarrow));
+}
+
+// A card of a shape of its own, which fills its frame by the pixels that frames of that size have, is as it was sent.
+void TellShape(const PictureCase& known, PictureFindings& findings) {
+    const PictureReport& report = *findings.picture;
+    const Rational usual = ShapeOf(report.width, report.height, PictureAspect::Auto).sampleAspect;
+    const double usualAspect = static_cast<double>(usual.num) / static_cast<double>(usual.den);
+    const double aspect = report.pixelAspect.value_or(usualAspect);
+    const Place& place = known.seen->geometry.place;
+    const double shape = place.width / place.height * aspect;
+    const double asSent = usualAspect * report.width / report.height;
+    if (HasShape(known.seen->model->card, shape) || std::abs(shape / asSent - 1) < kMostSqueezed) {
+        return;
+    }
+    findings.notes.push_back(
+        {.id = "card-squeezed",
+         .part = CheckPart::Picture,
+         .text =
+             fmt::format("The card is {:.3f} times as wide as high where it is shown with pixels of {:.3f} to 1: it is "
+                         "squeezed or stretched.",
+                         shape, aspect)});
 }
 
 }  // namespace
@@ -44,6 +75,7 @@ void DecidePlace(const PictureCase& known, bool isOtherMakers, PictureFindings& 
     PictureReport& report = *findings.picture;
     report.place = CardPlace{place.x, place.y, place.width, place.height, place.mirrored, place.flipped};
     DecideTurns(place, findings);
+    TellShape(known, findings);
     const double width = report.width;
     const double height = report.height;
     const double tolerance =

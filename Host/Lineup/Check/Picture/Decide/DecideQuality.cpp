@@ -17,6 +17,8 @@ constexpr double kCoarserHalf = 3.6;   // pixels: of 4:4:4, which 4:2:2 may have
 constexpr double kShifted = 1.0;       // pixels: what is said of where colour lies is not always true
 constexpr double kShiftOfBlur = 0.35;  // of an edge of colour
 constexpr double kOwnScale = 1.15;
+constexpr double kRings = 5;    // % of an edge's step
+constexpr double kBlocks = 30;  // % of what changes inside of patches
 
 // A card that was made larger is soft, and its colour coarse, for that reason.
 bool IsEnlarged(const PictureCase& known) {
@@ -94,6 +96,27 @@ void DecideChroma(const PictureCase& known, PictureFindings& findings) {
     }
 }
 
+// What codecs and scalers do as a matter of course is no fault.
+void TellCoding(const PictureCase& known, PictureFindings& findings) {
+    const Examination& seen = *known.seen;
+    findings.picture->quality = {.edgeAcross = seen.softAcross,
+                                 .edgeDown = seen.softDown,
+                                 .ringing = seen.ringing,
+                                 .blocking = seen.blocking,
+                                 .noise = seen.noise};
+    const auto tell = [&findings](const char* id, const std::string& text) {
+        findings.notes.push_back({.id = id, .part = CheckPart::Picture, .text = text});
+    };
+    if (seen.ringing.value_or(0) > kRings) {
+        tell("ringing", fmt::format("Edges ring: luma goes beyond its level by {:.1f} % of the step.", *seen.ringing));
+    }
+    if (seen.blocking.value_or(0) > kBlocks) {
+        tell("blocking",
+             fmt::format("There are blocks: {:.0f} % of what changes inside of patches lies on a grid of 8 pixels.",
+                         *seen.blocking));
+    }
+}
+
 }  // namespace
 
 void DecideQuality(const PictureCase& known, bool isOtherMakers, PictureFindings& findings) {
@@ -102,6 +125,7 @@ void DecideQuality(const PictureCase& known, bool isOtherMakers, PictureFindings
     }
     DecideSoftness(known, findings);
     DecideChroma(known, findings);
+    TellCoding(known, findings);
     if (known.seen->noise > ToleranceOf(*known.settings, "picture-noise")) {
         findings.faults.push_back(
             MakePictureFault("picture-noise", known.seen->noise, 0,

@@ -47,7 +47,8 @@ ChromaShape MeasureChroma(const Raster& raster, const CardModel& model, const Pl
     std::vector<Weighed> across;
     std::vector<Weighed> along;
     for (const int plane : {1, 2}) {
-        for (const MeasuredEdge& measured : MeasureEdges(raster, model, place, kChromaReach, plane)) {
+        for (const MeasuredEdge& measured :
+             MeasureEdges(raster, model, place, {.reach = kChromaReach, .plane = plane})) {
             if (measured.contrast < kStrong || measured.edge->isBorder) {
                 continue;
             }
@@ -61,7 +62,7 @@ ChromaShape MeasureChroma(const Raster& raster, const CardModel& model, const Pl
 
 std::optional<double> MeasureSoftness(const Raster& raster, const CardModel& model, const Place& place, bool upright) {
     std::vector<Weighed> widths;
-    for (const MeasuredEdge& measured : MeasureEdges(raster, model, place, kLumaReach, 0)) {
+    for (const MeasuredEdge& measured : MeasureEdges(raster, model, place, {.reach = kLumaReach, .plane = 0})) {
         if (measured.edge->isUpright == upright && !measured.edge->isBorder && measured.contrast >= kStrong / 2) {
             widths.push_back({measured.width, measured.contrast});  // a codec smears low steps most
         }

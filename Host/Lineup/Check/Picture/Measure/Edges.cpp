@@ -11,7 +11,6 @@ namespace {
 constexpr double kLeastStepOfEdge = 6;  // codes
 constexpr double kAlong = 0.6;          // the middle of an edge that is looked at
 constexpr double kRoom = 0.42;          // of the distance to the next edge
-constexpr double kBumps = 0.35;         // of the step
 
 // A line through an edge, averaged along it, in pixels of its plane; the first value's middle lies at `first`.
 struct Section {
@@ -75,12 +74,11 @@ std::optional<MeasuredEdge> StepIn(const Section& section) {
     }
     double area = 0;
     double steepest = 0;
+    double beyond = 0;
     for (std::size_t i = 0; i < values.size(); ++i) {
         const double share = (values[i] - before) / step;
-        if (share < -kBumps || share > 1 + kBumps) {
-            return std::nullopt;
-        }
         area += 1 - share;
+        beyond = std::max({beyond, -share, share - 1});
         if (i > 0) {
             steepest = std::max(steepest, (values[i] - values[i - 1]) / step);
         }
@@ -89,13 +87,14 @@ std::optional<MeasuredEdge> StepIn(const Section& section) {
     edge.at = section.first - section.step / 2 + area * section.step;
     edge.width = steepest > 0 ? section.step / steepest : 0;
     edge.contrast = std::abs(step);
+    edge.beyond = beyond;
     return edge;
 }
 
 }  // namespace
 
-std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& model, const Place& place, double reach,
-                                       int plane) {
+std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& model, const Place& place,
+                                       const EdgeSearch& search) {
     std::vector<MeasuredEdge> measured;
     for (const CardEdge& edge : model.edges) {
         const Box box = place.Of(edge.isUpright ? Box{edge.at, edge.from, edge.at, edge.to}
@@ -106,14 +105,14 @@ std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& mo
         const double to = edge.isUpright ? box.bottom : box.right;
         std::optional<MeasuredEdge> best;
         for (std::size_t p = 0; p < raster.planes.size(); ++p) {
-            if (plane >= 0 && p != static_cast<std::size_t>(plane)) {
+            if (search.plane >= 0 && p != static_cast<std::size_t>(search.plane)) {
                 continue;
             }
             const double step = edge.isUpright ? raster.planes[p].stepX : raster.planes[p].stepY;
-            const double window = std::min(room, std::max(reach, 3.5) * std::max(1.0, step * 0.75));
+            const double window = std::min(room, std::max(search.reach, 3.5) * std::max(1.0, step * 0.75));
             const auto section = Cut(raster.planes[p], edge.isUpright, at, window, from, to);
             auto found = section ? StepIn(*section) : std::nullopt;
-            if (!found) {
+            if (!found || found->beyond > search.mostBeyond) {
                 continue;
             }
             found->edge = &edge;

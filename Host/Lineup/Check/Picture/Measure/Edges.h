@@ -15,11 +15,18 @@ struct MeasuredEdge {
     double at = 0;        ///< pixels of the picture
     double width = 0;     ///< pixels of the picture: how long the step would last at its steepest
     double contrast = 0;  ///< codes
+    double beyond = 0;    ///< how far it goes beyond its levels on either side, of the step
 };
 
-/// Measures the edges that lie in the frame, each in the first plane that shows it, or in `plane` alone where it is
-/// given. `reach` is how far the place may be off, pixels. Edges that do not look like one are left out.
+/// What to look for along an edge.
+struct EdgeSearch {
+    double reach = 4;          ///< how far the place may be off, pixels
+    int plane = -1;            ///< in this one alone; else in the first plane that shows it
+    double mostBeyond = 0.35;  ///< of the step: what goes farther beyond its levels does not look like an edge
+};
+
+/// Measures the edges that lie in the frame. Edges that do not look like one are left out.
 [[nodiscard]] std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& model, const Place& place,
-                                                     double reach, int plane = -1);
+                                                     const EdgeSearch& search);
 
 }  // namespace lineup::picture

@@ -155,7 +155,7 @@ bool IsExact(const Geometry& geometry) {
 Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& rough, double reach) {
     Geometry geometry{.place = rough};
     for (const double within : {reach, std::max(4.0, reach / 2), 4.0, 4.0}) {
-        const auto edges = MeasureEdges(raster, model, geometry.place, within);
+        const auto edges = MeasureEdges(raster, model, geometry.place, {.reach = within});
         std::vector<Mark> across = MarksOf(edges, true, geometry.place.mirrored);
         std::vector<Mark> down = MarksOf(edges, false, geometry.place.flipped);
         const auto x = FitMost(across, Fit);
@@ -182,7 +182,7 @@ Geometry RefinePlace(const Raster& raster, const CardModel& model, const Place& 
 Geometry PlaceUnscaled(const Raster& raster, const CardModel& model, const Place& rough) {
     Geometry geometry{.place = rough};
     for (int pass = 0; pass < 2; ++pass) {
-        const auto edges = MeasureEdges(raster, model, geometry.place, kUnscaledReach);
+        const auto edges = MeasureEdges(raster, model, geometry.place, {.reach = kUnscaledReach});
         const auto along = [&](bool upright, bool turned, int side) {
             std::vector<Mark> marks = MarksOf(edges, upright, turned);
             const auto fit = [side](const std::vector<Mark>& some) { return std::optional(FitStart(some, side)); };

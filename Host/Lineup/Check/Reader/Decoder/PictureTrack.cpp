@@ -172,6 +172,10 @@ void PictureTrack::WriteHeld(MessageWriter& out) {
 void PictureTrack::Write(MessageWriter& out) {
     Frame head = DescribePicture(*mFrame, *mDecoder);
     head.seconds = SecondsOf(*mFrame);
+    // What the container says goes before what its pictures say.
+    const AVRational aspect =
+        mStream->sample_aspect_ratio.num > 0 ? mStream->sample_aspect_ratio : mFrame->sample_aspect_ratio;
+    head.pixelAspect = aspect.num > 0 && aspect.den > 0 ? static_cast<float>(av_q2d(aspect)) : 0;
     out.Write(head);
     if (head.planes > 0) {
         WritePlanes(head, out);

@@ -15,7 +15,7 @@
 /// program that listens believes none of it: MessageReader says what holds of what it lets through.
 namespace lineup::decoding {
 
-inline constexpr std::uint32_t kProtocolVersion = 3;
+inline constexpr std::uint32_t kProtocolVersion = 4;
 
 /// The descriptors that the decoding program is started with, beside standard error.
 inline constexpr int kInputDescriptor = 0;    ///< the recording, where it is no URL
@@ -142,8 +142,8 @@ struct Frame {
     std::uint32_t planes;          ///< 1: Y' alone; 3: Y', Cb, Cr, or R', G', B'
     std::uint32_t subsampleWidth;  ///< log2, of Cb and Cr; 0 to 2
     std::uint32_t subsampleHeight;
-    std::uint32_t flags;  ///< FrameFlags
-    std::uint32_t reserved;
+    std::uint32_t flags;   ///< FrameFlags
+    float pixelAspect;     ///< a pixel's width to its height; 0 where the file does not say; finite
     TextField<16> matrix;  ///< as FFmpeg names them; empty where the file does not say
     TextField<16> primaries;
     TextField<16> transfer;

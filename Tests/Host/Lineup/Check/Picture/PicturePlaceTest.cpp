@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 namespace {
@@ -130,6 +132,84 @@ TEST(PicturePlace, BarsWithABlackThatIsDarkerThanBlackComeFromAnotherGenerator) 
     const PictureFindings findings = Examine({frame});
     EXPECT_THAT(IdsOf(findings), IsEmpty());
     EXPECT_TRUE(std::ranges::any_of(findings.notes, [](const auto& note) { return note.id == "other-bars"; }));
+}
+
+std::vector<std::string> NotesOf(const PictureFindings& findings) {
+    std::vector<std::string> ids;
+    for (const lineup::CheckNote& note : findings.notes) {
+        ids.push_back(note.id);
+    }
+    return ids;
+}
+
+// Luma of every line through a symmetrical filter of three values, whose middle has all that the others have not.
+DecodedPicture Filtered(const DecodedPicture& from, double beside) {
+    DecodedPicture picture = from;
+    const auto& luma = from.planes[0];
+    for (std::size_t i = 1; i + 1 < luma.size(); ++i) {
+        const double value = luma[i] * (1 - 2 * beside) + (luma[i - 1] + luma[i + 1]) * beside;
+        picture.planes[0][i] = static_cast<std::uint16_t>(std::clamp(std::lround(value), 0L, (1L << test::kBits) - 1));
+    }
+    return picture;
+}
+
+// Each tenth of the step to either side: beyond a level by a tenth of it.
+TEST(PicturePlace, MeasuresHowFarEdgesRing) {
+    const DecodedPicture card = Frame();
+    EXPECT_NEAR(*Examine({card}).picture->quality.ringing, 0, 0.2);
+    const PictureFindings findings = Examine({Filtered(card, -0.1)});
+    EXPECT_NEAR(*findings.picture->quality.ringing, 10, 0.5);
+    EXPECT_THAT(IdsOf(findings), IsEmpty());
+    EXPECT_THAT(NotesOf(findings), ElementsAre("ringing"));
+}
+
+// Blocks of 8 by 8 that differ by a code or two inside of patches, and noise that does not keep to a grid.
+TEST(PicturePlace, MeasuresWhatLiesOnTheGridOfACodec) {
+    const DecodedPicture card = Frame();
+    const auto disturbed = [&card](int block) {
+        DecodedPicture picture = card;
+        for (std::size_t y = 0; y < test::kHeight; ++y) {
+            for (std::size_t x = 0; x < test::kWidth; ++x) {
+                const auto side = static_cast<std::size_t>(block);
+                const std::size_t cell = (x / side * 2654435761U) ^ (y / side * 40503U);
+                auto& code = picture.planes[0][y * test::kWidth + x];
+                code = static_cast<std::uint16_t>(code + (cell >> 5U) % 7);
+            }
+        }
+        return picture;
+    };
+    EXPECT_NEAR(*Examine({card}).picture->quality.blocking, 0, 0.1);
+    const PictureFindings blocks = Examine({disturbed(8)});
+    EXPECT_NEAR(*blocks.picture->quality.blocking, 100, 1);
+    EXPECT_THAT(NotesOf(blocks), ElementsAre("blocking"));
+    EXPECT_LT(*Examine({disturbed(1)}).picture->quality.blocking, 10);
+}
+
+TEST(PicturePlace, TheShapeOfAPixelThatAFileNamesMaySqueezeTheCard) {
+    struct Row {
+        Card card;
+        int width;
+        int height;
+        float aspect;
+        bool isSqueezed;
+    };
+    constexpr std::array<Row, 6> kRows = {{
+        {Card::HD, 640, 360, 0, false},           // not said: that of its size
+        {Card::HD, 640, 360, 1, false},           // 16:9
+        {Card::HD, 640, 360, 0.75F, true},        // 4:3, as of a file that was 1440 wide
+        {Card::SD, 720, 576, 16.0F / 15, false},  // 4:3
+        {Card::SD, 720, 576, 64.0F / 45, false},  // 16:9
+        {Card::SD, 720, 576, 1, true},            // square
+    }};
+    for (const Row& row : kRows) {
+        DecodedPicture frame = Frame({}, row.card, row.width, row.height);
+        frame.head.pixelAspect = row.aspect;
+        const PictureFindings findings = Examine({frame});
+        EXPECT_THAT(IdsOf(findings), IsEmpty());
+        EXPECT_EQ(NotesOf(findings) == std::vector<std::string>{"card-squeezed"}, row.isSqueezed)
+            << row.width << ", " << row.aspect;
+        EXPECT_EQ(findings.picture->pixelAspect.value_or(0), static_cast<double>(row.aspect));
+    }
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ namespace {
 constexpr double kNear = 0.025;  // 8-bit codes of a card are rounded
 
 // By the components that are there: red 1, green 2, blue 4.
-constexpr std::array<const char*, 8> kColours = {"black", "red", "green", "yellow", "blue", "magenta", "cyan", "white"};
+constexpr std::array<const char*, 8> kColourNames = {"black", "red",     "green", "yellow",
+                                                     "blue",  "magenta", "cyan",  "white"};
 
 std::string GreyName(double level) {
     if (std::abs(level) < 0.004) {
@@ -42,7 +43,7 @@ std::string PatchName(const Triple& rgb) {
         isPure = isPure && (std::abs(rgb.at(i)) < kNear || std::abs(rgb.at(i) - most) < kNear);
     }
     if (isPure) {
-        return fmt::format("{:g} % {}", std::round(most * 100), kColours.at(present));
+        return fmt::format("{:g} % {}", std::round(most * 100), kColourNames.at(present));
     }
     const Triple ycc = Multiply(MatrixOf("bt601"), rgb);
     return ycc[1] > 0 && ycc[2] < 0 ? "-I" : ycc[1] > 0 && ycc[2] > 0 ? "+Q" : "colour";

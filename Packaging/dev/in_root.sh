@@ -27,7 +27,7 @@ exec unshare --mount sh -euc '
     mount -o remount,bind,ro "$root/source"
     mount --bind "$root.ccache" "$root/ccache"
     mount -t proc proc "$root/proc"
-    mount --bind /dev "$root/dev"
+    mount --rbind /dev "$root/dev"  # terminals too
     exec chroot "$root" env -i HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive CCACHE_DIR=/ccache \
         CCACHE_SLOPPINESS=pch_defines,time_macros CMAKE_BUILD_PARALLEL_LEVEL="$jobs" CTEST_PARALLEL_LEVEL="$jobs" \
         PATH=/usr/sbin:/usr/bin:/sbin:/bin sh -euc '\''

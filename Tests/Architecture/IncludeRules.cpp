@@ -140,7 +140,8 @@ const std::vector<FolderRule> kFolderRules = {
      {"dlfcn.h", "framework/", "gmock/", "gtest/", "yaml-cpp/"}},
     {"Tests/Bridges/GStreamer/",
      {"Host/Lineup/Clip/", "Host/Lineup/Export/Exporter.h", "Host/Lineup/Picture/", "Host/Lineup/Plugin/Importer.h",
-      "Host/Lineup/Files/", "Host/Lineup/Values/", kSettingsRecord, "Tests/Bridges/PlugInSound.h", "Tests/Support/"},
+      "Host/Lineup/Files/", "Host/Lineup/Values/", kSettingsRecord, "Tests/Bridges/PlugInSound.h",
+      "Tests/Host/Lineup/Check/Sound/SoundOf.h", "Tests/Support/"},
      {"gmock/", "gst/", "gtest/"}},
 };
 

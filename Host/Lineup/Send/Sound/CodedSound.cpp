@@ -12,6 +12,12 @@ inline namespace parts {
 
 SoundCoder::~SoundCoder() = default;
 
+namespace {
+
+constexpr std::size_t kQuartersKept = 5;  // of the usual size: some codecs' frames vary
+
+}  // namespace
+
 CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t usualBytes, Stretches stretches)
     : mReader(clip),
       mOpen(std::move(open)),
@@ -22,7 +28,8 @@ CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t usualBytes,
       mPadding(mCoder->PaddingSamples()),
       mFrames(mCycle / std::gcd(mCycle, std::int64_t{mBlock})) {
     if (mFrames <= kMostKept / static_cast<std::int64_t>(usualBytes)) {
-        mKept.resize(static_cast<std::size_t>(mFrames));
+        mPlaces.resize(static_cast<std::size_t>(mFrames));
+        mKept.reserve(mPlaces.size() * usualBytes / 4 * kQuartersKept);  // memory that is not touched costs nothing
     }
     const auto channels = static_cast<std::size_t>(clip.NumChannels());
     mSamples.resize(channels * static_cast<std::size_t>(mBlock));
@@ -33,8 +40,8 @@ CodedSound::CodedSound(const Clip& clip, OpenCoder open, std::size_t usualBytes,
 
 std::span<const std::uint8_t> CodedSound::Frame(std::int64_t index) {
     const std::int64_t frame = Modulo(index, mFrames);
-    if (Keeps() && !mKept[static_cast<std::size_t>(frame)].empty()) {
-        return mKept[static_cast<std::size_t>(frame)];
+    if (const Place place = Keeps() ? mPlaces[static_cast<std::size_t>(frame)] : Place{}; place.size > 0) {
+        return std::span(mKept).subspan(place.first, place.size);
     }
     const std::int64_t stretch = frame / mStretches.frames * mStretches.frames;
     if (mStretch != stretch || mNextFrame > frame + 1) {
@@ -61,7 +68,16 @@ void CodedSound::CodeNext() {
     }
     const std::int64_t frame = mNextFrame++;
     if (Keeps() && frame >= mStretch) {
-        mKept[static_cast<std::size_t>(frame)] = mPacket;
+        Keep(frame);
+    }
+}
+
+// What is handed out holds: the block never moves.
+void CodedSound::Keep(std::int64_t frame) {
+    Place& place = mPlaces[static_cast<std::size_t>(frame)];
+    if (place.size == 0 && mKept.size() + mPacket.size() <= mKept.capacity()) {
+        place = {.first = mKept.size(), .size = mPacket.size()};
+        mKept.insert(mKept.end(), mPacket.begin(), mPacket.end());
     }
 }
 

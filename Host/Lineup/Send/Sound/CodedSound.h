@@ -5,6 +5,7 @@
 #include "Host/Lineup/Send/SendEntry.h"
 #include "Host/Lineup/Send/Transport/SoundLane.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -36,11 +37,17 @@ public:
     [[nodiscard]] int PaddingSamples() const { return mPadding; }
 
     /// Whether every frame is coded once and kept.
-    [[nodiscard]] bool Keeps() const noexcept { return !mKept.empty(); }
+    [[nodiscard]] bool Keeps() const noexcept { return !mPlaces.empty(); }
 
     [[nodiscard]] std::span<const std::uint8_t> Frame(std::int64_t index) override;
 
 private:
+    struct Place {
+        std::size_t first = 0;
+        std::size_t size = 0;
+    };
+
+    void Keep(std::int64_t frame);
     void Begin(std::int64_t frame);
     void CodeNext();
     void ReadBlock(std::int64_t block);
@@ -52,12 +59,13 @@ private:
     std::unique_ptr<SoundCoder> mCoder;
     int mBlock;
     int mPadding;
-    std::int64_t mFrames;                          // of the cycle
-    std::vector<std::vector<std::uint8_t>> mKept;  // empty: too many
-    std::vector<std::uint8_t> mPacket;             // the last that was coded
-    std::int64_t mStretch = -1;                    // with which frame the encoder's begins
-    std::int64_t mNextFrame = 0;                   // that the encoder gives
-    std::int64_t mNextBlock = 0;                   // that it takes
+    std::int64_t mFrames;               // of the cycle
+    std::vector<Place> mPlaces;         // of frames in what is kept; empty: too many
+    std::vector<std::uint8_t> mKept;    // one block, which encoders that come and go do not fragment
+    std::vector<std::uint8_t> mPacket;  // the last that was coded
+    std::int64_t mStretch = -1;         // with which frame the encoder's begins
+    std::int64_t mNextFrame = 0;        // that the encoder gives
+    std::int64_t mNextBlock = 0;        // that it takes
     std::vector<float> mSamples;
     std::vector<float*> mChannels;
 };

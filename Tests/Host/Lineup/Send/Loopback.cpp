@@ -1,7 +1,11 @@
 #include "Tests/Host/Lineup/Send/Loopback.h"
 
+#include <fmt/format.h>
+
 #include <arpa/inet.h>
 #include <array>
+#include <fstream>
+#include <iterator>
 #include <netinet/in.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -31,6 +35,17 @@ void Loopback::Drain() {
     while ((size = recv(mSocket, bytes.data(), bytes.size(), MSG_DONTWAIT)) >= 0) {
         datagrams.emplace_back(bytes.begin(), bytes.begin() + size);
     }
+}
+
+std::string FreePort() {
+    const std::string address = Loopback().Address();
+    return address.substr(address.find(':') + 1);
+}
+
+bool SomebodyHas(const std::string& port, const char* sockets) {
+    std::ifstream list(sockets);
+    const std::string all{std::istreambuf_iterator<char>(list), {}};
+    return all.find(fmt::format("0100007F:{:04X} ", std::stoi(port))) != std::string::npos;
 }
 
 }  // namespace test

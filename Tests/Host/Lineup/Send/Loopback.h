@@ -27,4 +27,10 @@ private:
     std::string mAddress;
 };
 
+/// A port of 127.0.0.1 that nobody has just now.
+[[nodiscard]] std::string FreePort();
+
+/// Whether somebody has a port of 127.0.0.1, by the system's list: "/proc/net/udp", "/proc/net/tcp".
+[[nodiscard]] bool SomebodyHas(const std::string& port, const char* sockets);
+
 }  // namespace test

@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,24 +38,14 @@ const ReceiverCase kReceiverCases[] = {
     {"Rtmp", "rtmp://127.0.0.1:{}/live/tone", "rtmp://127.0.0.1:{}/live/tone", "/proc/net/tcp", true},
 };
 
-std::string FreePort() {
-    const std::string address = test::Loopback().Address();
-    return address.substr(address.find(':') + 1);
-}
-
-bool SomebodyHas(const std::string& port, const char* sockets) {
-    std::ifstream list(sockets);
-    const std::string all{std::istreambuf_iterator<char>(list), {}};
-    return all.find(fmt::format("0100007F:{:04X} ", std::stoi(port))) != std::string::npos;
-}
-
 /// FFmpeg's program, which keeps the bytes that a protocol brings until they are so many, and ends.
 class FfmpegReceiver {
 public:
     FfmpegReceiver(const ReceiverCase& row, const std::string& port, const std::filesystem::path& file)
         : mFile(file), mProgram(Command(row, port, file), file.parent_path()) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!SomebodyHas(port, row.sockets) && mProgram.IsRunning() && std::chrono::steady_clock::now() < end) {
+        while (!test::SomebodyHas(port, row.sockets) && mProgram.IsRunning() &&
+               std::chrono::steady_clock::now() < end) {
             std::this_thread::yield();
         }
     }
@@ -102,7 +91,7 @@ class Receiver : public testing::TestWithParam<ReceiverCase> {};
 TEST_P(Receiver, ComesBackAndFindsClipTimeWhereItWouldHaveBeen) {
     const ReceiverCase& row = GetParam();
     const test::TemporaryFolder folder;
-    const std::string port = FreePort();
+    const std::string port = test::FreePort();
     const lineup::Clip clip = test::OpenClip(2);
     test::FastClock clock(10);
     lineup::SendSettings settings;

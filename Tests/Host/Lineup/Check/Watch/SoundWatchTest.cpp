@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -40,7 +41,8 @@ lineup::WatchListener Ears(Told& told) {
 }
 
 // Pieces of no particular length, as packets come.
-void Feed(lineup::SoundWatch& watch, const Sound& sound, std::ptrdiff_t most = 1537) {
+void Feed(lineup::SoundWatch& watch, const Sound& sound, std::ptrdiff_t most = 1537,
+          const std::function<void(double second)>& arrives = {}) {
     const auto all = static_cast<std::ptrdiff_t>(sound.front().size());
     for (std::ptrdiff_t first = 0; first < all; first += most) {
         const std::ptrdiff_t count = std::min(most, all - first);
@@ -49,6 +51,9 @@ void Feed(lineup::SoundWatch& watch, const Sound& sound, std::ptrdiff_t most = 1
             piece.emplace_back(channel.begin() + first, channel.begin() + first + count);
         }
         watch.Hear(piece, static_cast<std::size_t>(count));
+        if (arrives) {
+            arrives(static_cast<double>(first) / kRate);
+        }
     }
 }
 
@@ -156,6 +161,31 @@ TEST(SoundWatch, KnowsHowFastTheSoundIsToAMillionth) {
         const Told told = Watch(sound, kRate * (1 + ppm * 1e-6), settings);
         EXPECT_EQ(told.begun.size(), 0U) << Text(told);
         EXPECT_NEAR(told.report.clocks.soundPpm.value_or(0), ppm, 0.1);
+    }
+}
+
+// The sound is right by its own rate; who sends it goes by a clock that is not this machine's.
+TEST(SoundWatch, TellsTheSendersClockInEachCycleOnceItIsKnown) {
+    constexpr double kPacket = 0.02;  // s
+    const Sound sound = Ident("ebu-stereo-1000", 45);
+    for (const double ppm : {-120.0, 35.0}) {
+        Told told;
+        const lineup::WatchListener ears = Ears(told);
+        lineup::Alignment stamps;
+        lineup::SoundWatch watch({.rate = kRate, .inputs = 2, .bits = {}, .lossy = false}, test::Bundle(), {}, ears,
+                                 told.report, stamps);
+        const auto most = static_cast<std::ptrdiff_t>(kPacket * kRate);
+        Feed(watch, sound, most, [&](double second) {
+            const double jitter = std::fmod(second * 7.3, 0.004);
+            watch.Arrives(second, second / (1 + ppm * 1e-6) + jitter);
+        });
+        watch.Finish();
+        ASSERT_GE(told.cycles.size(), 14U);
+        EXPECT_NEAR(told.cycles.back().clocks.senderPpm.value_or(0), ppm, 5);
+        EXPECT_NEAR(told.report.clocks.senderPpm.value_or(0), ppm, 5);
+        EXPECT_NEAR(told.report.clocks.soundPpm.value_or(9), 0, 0.1);
+        EXPECT_NEAR(told.cycles[5].clocks.arrivalMs.value_or(0), 4, 1);
+        EXPECT_EQ(told.begun.size(), 0U) << Text(told);
     }
 }
 

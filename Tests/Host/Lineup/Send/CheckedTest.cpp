@@ -1,0 +1,87 @@
+// What is sent by a protocol, and what the check at its other end says of it.
+#include <lineup/Check.h>
+#include <lineup/Idents.h>
+#include <lineup/Send.h>
+#include <lineup/ToneChoice.h>
+#include "Tests/Host/Lineup/Send/FastClock.h"
+#include "Tests/Host/Lineup/Send/Loopback.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace {
+
+struct PathCase {
+    const char* name;
+    const char* heard;  // with {} for the port
+    const char* sent;
+    const char* sockets;
+    lineup::StreamFormat format;
+};
+
+// RTMP needs a server between the two, which the check is not: FLV goes by a plain connection here.
+const PathCase kPathCases[] = {
+    {"Srt", "srt://127.0.0.1:{}?mode=listener", "srt://127.0.0.1:{}", "/proc/net/udp",
+     lineup::StreamFormat::TransportStream},
+    {"Flv", "tcp://127.0.0.1:{}?listen=1", "tcp://127.0.0.1:{}", "/proc/net/tcp", lineup::StreamFormat::Flv},
+};
+
+class Checked : public testing::TestWithParam<PathCase> {};
+
+// Five times as fast as real.
+TEST_P(Checked, IsFoundRightAtTheOtherEnd) {
+    const PathCase& row = GetParam();
+    const auto importer = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
+    const std::string port = test::FreePort();
+    lineup::CheckReport report;
+    std::atomic<bool> isChecked = false;
+    std::thread other([&] {
+        lineup::CheckSettings settings;
+        settings.expect = "ebu-stereo-1000";
+        settings.forSeconds = 5;
+        report = lineup::Check(fmt::format(fmt::runtime(row.heard), port), importer, settings);
+        isChecked = true;
+    });
+    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!test::SomebodyHas(port, row.sockets) && !isChecked && std::chrono::steady_clock::now() < patience) {
+        std::this_thread::yield();
+    }
+    constexpr double kLongest = 100;  // seconds of clip time
+    test::FastClock clock(5);
+    lineup::SendSettings settings;
+    settings.target = fmt::format(fmt::runtime(row.sent), port);
+    settings.format = row.format;
+    settings.width = 320;
+    settings.height = 240;
+    settings.clock = &clock;
+    const lineup::Clip clip(importer, lineup::MakeSettings(*importer, {.ident = "ebu-stereo-1000"}));
+    std::string missing;
+    try {
+        Send(clip, settings, [&](const lineup::SendStatus& now) { return !isChecked && now.seconds < kLongest; });
+    } catch (const lineup::Error& error) {
+        missing = error.what();
+    }
+    other.join();
+    if (!missing.empty()) {
+        ASSERT_NE(missing.find("were built without"), std::string::npos) << missing;
+        GTEST_SKIP() << missing;
+    }
+    for (const lineup::CheckNote& note : report.notes) {
+        SCOPED_TRACE(note.text);
+    }
+    ASSERT_TRUE(report.sound && report.picture);
+    EXPECT_EQ(report.sound->expected, "ebu-stereo-1000");
+    EXPECT_EQ(report.picture->card, "sd");
+    EXPECT_EQ(report.verdict, lineup::CheckVerdict::Right) << (report.faults.empty() ? "" : report.faults.front().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(, Checked, testing::ValuesIn(kPathCases),
+                         [](const auto& made) { return std::string(made.param.name); });
+
+}  // namespace

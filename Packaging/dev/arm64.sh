@@ -10,7 +10,6 @@ compare_arm64() {
     local answers=tests/linux_answers bundle=BarsAndTone.bundle
     configure release-tests
     build release-tests --target linux_answers BarsAndToneModule
-    build arm64-tests --target linux_answers
     say "Asking the plug-in for both processors ..."
     emulated python3 -B Packaging/arm64/same_answers.py \
         "LC_ALL=C build/release/$answers build/release/$bundle" "LC_ALL=C build/arm64/$answers build/arm64/$bundle"

@@ -1,7 +1,8 @@
 """What a watch says of programs that were seen to do this and that."""
+import tempfile
 import unittest
 
-from watch import MEBIBYTE, Sample, faults_of
+from watch import MEBIBYTE, Sample, Watched, faults_of
 
 
 def seen(memory=lambda at: 10, descriptors=lambda at: 7, ticks=lambda at: at):
@@ -21,6 +22,13 @@ class Faults(unittest.TestCase):
     def test_a_program_that_does_nothing_is_found(self):
         self.assertEqual(faults_of(seen(ticks=lambda at: min(at, 20))), ["it stands still"])
         self.assertEqual(faults_of(seen()[:3]), ["it was seen too few times"])
+
+    def test_a_program_that_ends_is_found(self):
+        with tempfile.TemporaryDirectory() as folder:
+            ended = Watched("ended", ["sh", "-c", "echo enough; exit 3"], folder=folder)
+            ended.processes[0].wait()
+            ended.look()
+            self.assertEqual(ended.end(), ["it ended with 3: enough\n"])
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
 """A program under a watch: what it holds of memory and descriptors, as it goes on and on."""
+import contextlib
 import os
 import pathlib
 import signal
@@ -80,7 +81,8 @@ class Watched:
     def end(self):
         """What is wrong with it, after all."""
         for process in self.processes:
-            os.killpg(process.pid, signal.SIGTERM)  # what it started, too
+            with contextlib.suppress(ProcessLookupError):  # all gone
+                os.killpg(process.pid, signal.SIGTERM)  # what it started, too
         for process in self.processes:
             try:
                 process.wait(20)

@@ -86,6 +86,7 @@ void RecordingFeed::Decode(std::int64_t from, std::uint64_t wish, const std::sto
     const auto isWanted = [&] { return IsWanted(wish, stop); };
     const auto read = [&](Block& block) -> std::size_t {
         std::vector<float*> pointers;
+        pointers.reserve(block.inputs.size());
         for (std::vector<float>& input : block.inputs) {
             pointers.push_back(input.data());
         }

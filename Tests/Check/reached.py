@@ -1,7 +1,7 @@
 """How far the check is: what a run of the laboratory must reach, and what is aimed at. REACHED is only ever raised."""
 
 AIM = 0.999  # of the cases in which something is told
-REACHED = 0.97  # the same: below it, something that was known has been lost
+REACHED = 0.98  # the same: below it, something that was known has been lost
 PICTURES_AIM = 0.995  # the same of pictures
 PICTURES_REACHED = 0.995
 UNDAMAGED_WRONG = 0  # undamaged line-ups of which something is named, at most

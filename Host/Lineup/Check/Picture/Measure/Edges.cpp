@@ -91,39 +91,45 @@ std::optional<MeasuredEdge> StepIn(const Section& section) {
     return edge;
 }
 
+// The edge in the first plane that shows it; of R'G'B' in the one that shows it best. Colour may lie beside its luma,
+// or be coarser: it counts where luma shows nothing.
+std::optional<MeasuredEdge> MeasureEdge(const Raster& raster, const CardEdge& edge, const Place& place,
+                                        const EdgeSearch& search) {
+    const Box box = place.Of(edge.isUpright ? Box{edge.at, edge.from, edge.at, edge.to}
+                                            : Box{edge.from, edge.at, edge.to, edge.at});
+    const double at = edge.isUpright ? box.left : box.top;
+    const double room = edge.room * (edge.isUpright ? place.width : place.height) * kRoom;
+    const double from = edge.isUpright ? box.top : box.left;
+    const double to = edge.isUpright ? box.bottom : box.right;
+    std::optional<MeasuredEdge> best;
+    for (std::size_t p = 0; p < raster.planes.size(); ++p) {
+        if (search.plane >= 0 && p != static_cast<std::size_t>(search.plane)) {
+            continue;
+        }
+        const double step = edge.isUpright ? raster.planes[p].stepX : raster.planes[p].stepY;
+        const double window = std::min(room, std::max(search.reach, 3.5) * std::max(1.0, step * 0.75));
+        const auto section = Cut(raster.planes[p], edge.isUpright, at, window, from, to);
+        auto found = section ? StepIn(*section) : std::nullopt;
+        if (!found || found->beyond > search.mostBeyond) {
+            continue;
+        }
+        found->edge = &edge;
+        found->plane = p;
+        if (!best || (raster.isRgb && found->contrast > best->contrast)) {
+            best = found;
+        }
+    }
+    return best;
+}
+
 }  // namespace
 
 std::vector<MeasuredEdge> MeasureEdges(const Raster& raster, const CardModel& model, const Place& place,
                                        const EdgeSearch& search) {
     std::vector<MeasuredEdge> measured;
     for (const CardEdge& edge : model.edges) {
-        const Box box = place.Of(edge.isUpright ? Box{edge.at, edge.from, edge.at, edge.to}
-                                                : Box{edge.from, edge.at, edge.to, edge.at});
-        const double at = edge.isUpright ? box.left : box.top;
-        const double room = edge.room * (edge.isUpright ? place.width : place.height) * kRoom;
-        const double from = edge.isUpright ? box.top : box.left;
-        const double to = edge.isUpright ? box.bottom : box.right;
-        std::optional<MeasuredEdge> best;
-        for (std::size_t p = 0; p < raster.planes.size(); ++p) {
-            if (search.plane >= 0 && p != static_cast<std::size_t>(search.plane)) {
-                continue;
-            }
-            const double step = edge.isUpright ? raster.planes[p].stepX : raster.planes[p].stepY;
-            const double window = std::min(room, std::max(search.reach, 3.5) * std::max(1.0, step * 0.75));
-            const auto section = Cut(raster.planes[p], edge.isUpright, at, window, from, to);
-            auto found = section ? StepIn(*section) : std::nullopt;
-            if (!found || found->beyond > search.mostBeyond) {
-                continue;
-            }
-            found->edge = &edge;
-            found->plane = p;
-            // Colour may lie beside its luma, or be coarser: it counts where luma shows nothing.
-            if (!best || (raster.isRgb && found->contrast > best->contrast)) {
-                best = found;
-            }
-        }
-        if (best) {
-            measured.push_back(*best);
+        if (const auto found = MeasureEdge(raster, edge, place, search)) {
+            measured.push_back(*found);
         }
     }
     return measured;

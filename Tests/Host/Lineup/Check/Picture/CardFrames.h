@@ -73,7 +73,8 @@ inline DecodedPicture Window(const DecodedPicture& from, int left, int top, int 
             for (int x = left; x < left + width; ++x) {
                 const bool isInside = x >= 0 && x < fromWidth && y >= 0 && y < fromHeight;
                 picture.planes.at(plane).push_back(
-                    isInside ? from.planes.at(plane).at(static_cast<std::size_t>(y * fromWidth + x))
+                    isInside ? from.planes.at(plane).at(static_cast<std::size_t>(y) * from.head.width +
+                                                        static_cast<std::size_t>(x))
                              : Stored(plane == 0 ? 16 : 128));
             }
         }

@@ -126,7 +126,7 @@ TEST(PicturePlace, BarsWithABlackThatIsDarkerThanBlackComeFromAnotherGenerator) 
     const auto pixel = [](double fraction, int side) { return static_cast<int>(std::lround(fraction * side)); };
     const int left = pixel(black->left, test::kWidth);
     for (int y = pixel(black->top, test::kHeight); y < pixel(black->bottom, test::kHeight); ++y) {
-        const auto from = frame.planes[0].begin() + y * test::kWidth + left;
+        const auto from = frame.planes[0].begin() + std::ptrdiff_t{y} * test::kWidth + left;
         std::fill(from, from + pixel(black->right, test::kWidth) - left, test::Stored(10));
     }
     const PictureFindings findings = Examine({frame});

@@ -78,7 +78,8 @@ def main():
             watched("send into check", [lineup, "send", "-", "--size", "320x180", "--quiet"], [lineup, "check", "-"]),
             watched("send into check --watch", [lineup, "send", "-", "--size", "320x180", "--quiet"],
                     [lineup, "check", "--watch", "-"]),
-            watched("MLT producer", [str(build / "bin/lineup-mlt"), "melt", "barsandtone:", "out=100000000", "-consumer", "null"])]
+            watched("MLT producer", [str(build / "bin/lineup-mlt"), "melt", "barsandtone:", "length=100000000", "out=99999999",
+                                     "-consumer", "null"])]
         status = 0
         try:
             watch(programs, arguments.minutes * 60, checks.go_on)

@@ -33,7 +33,7 @@ CheckSettings OfWatch(CheckSettings settings) {
 
 }  // namespace
 
-PictureWatch::PictureWatch(const std::shared_ptr<const Importer>& importer, CheckSettings settings,
+PictureWatch::PictureWatch(const std::shared_ptr<const Importer>& importer, const CheckSettings& settings,
                            const WatchListener& listener, WatchReport& report, Alignment& alignment)
     : mClip(importer),
       mSettings(OfWatch(settings)),
@@ -88,7 +88,7 @@ void PictureWatch::Take(const DecodedPicture& picture) {
 }
 
 void PictureWatch::Begin(const DecodedPicture& picture, bool isOther) {
-    mStretch.emplace();
+    mStretch = Stretch{};
     mStretch->begins = picture.head.seconds;
     mStretch->settled = picture.head.seconds;
     mStretch->alike.SetReference(picture);

@@ -31,8 +31,8 @@ public:
     /// Tells `listener`, and writes what there was into `report`; these and `alignment`, which says where in the feed
     /// a picture stands, must outlive it. `settings.fromSeconds` does not count: pictures before second 0 are passed
     /// over. Throws what the plug-in throws.
-    PictureWatch(const std::shared_ptr<const Importer>& importer, CheckSettings settings, const WatchListener& listener,
-                 WatchReport& report, Alignment& alignment);
+    PictureWatch(const std::shared_ptr<const Importer>& importer, const CheckSettings& settings,
+                 const WatchListener& listener, WatchReport& report, Alignment& alignment);
 
     void OnFacts(const decoding::Picture& facts) override { mExaminer.OnFacts(mFacts = facts); }
     bool OnPicture(const DecodedPicture& picture) override;

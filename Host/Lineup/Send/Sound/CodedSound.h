@@ -48,7 +48,7 @@ private:
     };
 
     void Keep(std::int64_t frame);
-    void Begin(std::int64_t frame);
+    void Begin(std::int64_t stretch);
     void CodeNext();
     void ReadBlock(std::int64_t block);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace lineup::sound {
@@ -277,9 +278,12 @@ std::optional<LateEdge> LateEdgeOf(const History& history, const Reference& refe
     if (!late) {
         return std::nullopt;
     }
-    // Of the samples on both sides, each weighs twice its noise against the tone.
-    const double doubt =
-        2 * std::sqrt(edge.noise * reach / history.grid.NarrowRate()) / std::max(edge.line.amplitude, kDelaysSounds);
+    // Of the samples on both sides, each weighs twice its noise against the tone. Retiming that keeps the pitch puts
+    // edges elsewhere.
+    const double doubt = placing.tempo != placing.pitch
+                             ? std::numeric_limits<double>::infinity()
+                             : 2 * std::sqrt(edge.noise * reach / history.grid.NarrowRate()) /
+                                   std::max(edge.line.amplitude, kDelaysSounds);
     return LateEdge{.at = at,
                     .late = *late,
                     .weight = edge.tone->floating ? kFloatingWeight : 1,

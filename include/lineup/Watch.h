@@ -100,8 +100,7 @@ struct WatchReport {
 /// Says what a path does to the line-up in a feed while it comes, until it ends, `settings.forSeconds` are over, or
 /// `listener.progress` returns false: then too the report says what was found. `recording` and what is read of it are
 /// those of Check; memory does not grow. A feed that sends nothing for 15 seconds has ended. Throws UsageError as
-/// ValidateCheckSettings does and where no sound is asked for, Error when decoding cannot be started, and what the
-/// plug-in throws. Any thread.
+/// ValidateCheckSettings does, Error when decoding cannot be started, and what the plug-in throws. Any thread.
 [[nodiscard]] LINEUP_API WatchReport Watch(const std::string& recording,
                                            const std::shared_ptr<const Importer>& importer,
                                            const CheckSettings& settings = {}, const WatchListener& listener = {});

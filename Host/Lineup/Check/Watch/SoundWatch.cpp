@@ -36,6 +36,13 @@ CheckFault Gone(double since) {
     return fault;
 }
 
+// What stays open then, as a polarity after a codec, stays so in every cycle: the rest counts.
+bool IsMeasured(const SoundFindings& findings) {
+    const bool isWhole =
+        std::ranges::find(findings.notes, "channels-not-heard", &CheckNote::id) == findings.notes.end();
+    return findings.verdict != CheckVerdict::CannotTell || isWhole;
+}
+
 CheckSettings WithoutTimes(CheckSettings settings) {
     settings.fromSeconds.reset();
     settings.forSeconds.reset();
@@ -91,7 +98,7 @@ void SoundWatch::Look(bool last) {
         Follow(findings);
     }
     if (last) {
-        mReport->notes = findings.notes;
+        mOpen = findings.notes;
     }
 }
 
@@ -130,8 +137,9 @@ void SoundWatch::Judge(const SoundFindings& findings, double start, double end, 
     const double surely = last ? end : end - kToBeSure;
     TakeMoments(findings, start, surely);
     TakeDamage(surely);
-    if (Presence(findings, start, end, last) && findings.verdict != CheckVerdict::CannotTell) {
+    if (Presence(findings, start, end, last) && IsMeasured(findings)) {
         mWasRight = mWasRight || findings.verdict == CheckVerdict::Right;
+        mOpen = findings.notes;
         JudgeStanding(findings, start);
         FollowClock(findings);
         Note(findings, start, end);
@@ -341,6 +349,9 @@ void SoundWatch::Finish() {
         TakeStretch(true);
         mLedger.Finish();
         TellCycles(Seconds() + kReachOfSamples);
+    }
+    if (!mWasRight) {
+        mReport->notes.insert(mReport->notes.end(), mOpen.begin(), mOpen.end());
     }
     mReport->seconds = Seconds();
     mReport->clocks.senderPpm = mClock.SenderPpm();

@@ -102,6 +102,7 @@ private:
     std::int64_t mStretches = 0;
     bool mIsGone = false;
     bool mWasRight = false;
+    std::vector<CheckNote> mOpen;  // what the latest stretch left open
     double mHeardUntil = 0;
     std::optional<double> mFirstCycle;         // since the last interruption: where a cycle begins by phase
     LineFit mCycles;                           // since then: where they begin, over their number

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <memory>
 
 namespace lineup {
 
@@ -73,7 +74,7 @@ public:
           mFrom(settings.fromSeconds.value_or(0)),
           mIsUrl(ParseRecordingName(report.source).kind == RecordingName::Kind::Url) {
         if (settings.card != "none") {
-            mPictures.emplace(importer, settings, listener, report, mStamps);
+            mPictures = std::make_unique<PictureWatch>(importer, settings, listener, report, mStamps);
         }
         mStamps.HearStamp(-mFrom, 0);
     }
@@ -180,7 +181,7 @@ private:
     std::optional<double> mAll;
     Alignment mStamps;
     std::optional<SoundWatch> mSound;
-    std::optional<PictureWatch> mPictures;
+    std::unique_ptr<PictureWatch> mPictures;
 };
 
 }  // namespace
@@ -188,9 +189,6 @@ private:
 WatchReport Watch(const std::string& recording, const std::shared_ptr<const Importer>& importer,
                   const CheckSettings& settings, const WatchListener& listener) {
     ValidateCheckSettings(settings);
-    if (settings.expect == "none") {
-        throw UsageError("expect", settings.expect, "leaves nothing to watch, which is the sound: leave it out");
-    }
     WatchReport report;
     report.source = recording;
     FeedWatch watch(importer, settings, listener, report);

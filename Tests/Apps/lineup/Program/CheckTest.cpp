@@ -146,7 +146,10 @@ TEST_F(Check, LooksAtThePartAloneThatItIsAskedFor) {
     EXPECT_EQ(parts("--expect none"), std::pair(false, true));
     EXPECT_EQ(parts("--card none"), std::pair(true, false));
     EXPECT_EQ(Lineup("check clip.mov --expect none --card none").exitCode, 2);
-    EXPECT_EQ(Lineup("check clip.mov --expect none --watch").exitCode, 2);
+    const auto watched = Lineup("check clip.mov --expect none --watch");
+    EXPECT_EQ(watched.exitCode, 0) << watched.out << watched.err;
+    EXPECT_EQ(watched.out.find("BLITS"), std::string::npos) << watched.out;
+    EXPECT_NE(watched.out.find("SD card"), std::string::npos) << watched.out;
 }
 
 TEST_F(Check, SaysWhereARecordingIsDamaged) {

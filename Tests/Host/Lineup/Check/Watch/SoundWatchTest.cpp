@@ -57,11 +57,11 @@ void Feed(lineup::SoundWatch& watch, const Sound& sound, std::ptrdiff_t most = 1
     }
 }
 
-Told Watch(const Sound& sound, double rate = kRate, const lineup::CheckSettings& settings = {}) {
+Told Watch(const Sound& sound, double rate = kRate, const lineup::CheckSettings& settings = {}, bool lossy = false) {
     Told told;
     const lineup::WatchListener ears = Ears(told);
     lineup::Alignment stamps;
-    lineup::SoundWatch watch({.rate = rate, .inputs = static_cast<int>(sound.size()), .bits = {}, .lossy = false},
+    lineup::SoundWatch watch({.rate = rate, .inputs = static_cast<int>(sound.size()), .bits = {}, .lossy = lossy},
                              test::Bundle(), settings, ears, told.report, stamps);
     Feed(watch, sound);
     watch.Finish();
@@ -151,6 +151,28 @@ TEST(SoundWatch, TellsACycleAfterTheOtherAndNoFaultOfAnUndamagedFeed) {
             EXPECT_NEAR(cycle.mostGain.value_or(9), 0, 0.01);
         }
     }
+}
+
+// Codecs keep 2 kHz from the LFE, and of the low tone alone nobody knows whether it is upside down.
+TEST(SoundWatch, MeasuresWhatACodecLeavesAndSaysWhatStaysOpen) {
+    Sound sound = Ident("blits", 45);
+    for (const double cycle : {0.0, 13.4, 26.8}) {
+        Scale(sound, 3, cycle + 10.1, cycle + 13.3, 0);
+    }
+    const Told told = Watch(sound, kRate, {}, true);
+    EXPECT_EQ(told.begun.size(), 0U) << Text(told);
+    EXPECT_EQ(told.report.verdict, CheckVerdict::CannotTell);
+    ASSERT_EQ(told.cycles.size(), 3U);
+    for (const lineup::WatchedCycle& cycle : told.cycles) {
+        EXPECT_EQ(cycle.verdict, CheckVerdict::CannotTell);
+        EXPECT_NEAR(cycle.mostGain.value_or(9), 0, 0.01);
+        EXPECT_NEAR(cycle.clocks.soundPpm.value_or(9), 0, 0.1);
+    }
+    EXPECT_EQ(std::ranges::count(told.report.notes, "polarity-not-known", &lineup::CheckNote::id), 1);
+    ScaleAll(sound, 0, 45, 0.5F);
+    const Told softer = Watch(sound, kRate, {}, true);
+    ASSERT_EQ(softer.begun.size(), 1U) << Text(softer);
+    EXPECT_EQ(softer.begun[0].fault.id, "level-wrong");
 }
 
 TEST(SoundWatch, KnowsHowFastTheSoundIsToAMillionth) {

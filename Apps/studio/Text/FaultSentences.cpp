@@ -271,7 +271,7 @@ std::optional<QString> ListWords(const QString& text) {
     };
     static const QString kBetween = ", ";
     for (qsizetype end = text.size(); end > 0; end = text.lastIndexOf(kBetween, end - text.size() - 1)) {
-        const auto first = words(text.left(end));
+        auto first = words(text.left(end));
         if (first && end == text.size()) {
             return first;
         }

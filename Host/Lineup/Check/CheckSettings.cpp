@@ -72,11 +72,20 @@ void ValidateExpectation(const CheckSettings& settings) {
     }
 }
 
+// NaN is neither.
+bool IsFrequency(double hertz) {
+    return hertz >= 1 && hertz <= 192000;
+}
+
+bool IsLevel(double db) {
+    return db > kSilenceDb && db <= 0;
+}
+
 void ValidateTimes(const CheckSettings& settings) {
-    if (settings.fromSeconds && !(*settings.fromSeconds >= 0 && std::isfinite(*settings.fromSeconds))) {
+    if (settings.fromSeconds && (*settings.fromSeconds < 0 || !std::isfinite(*settings.fromSeconds))) {
         Refuse("from", *settings.fromSeconds, "must be 0 s or later");
     }
-    if (settings.forSeconds && !(*settings.forSeconds > 0 && std::isfinite(*settings.forSeconds))) {
+    if (settings.forSeconds && (*settings.forSeconds <= 0 || !std::isfinite(*settings.forSeconds))) {
         Refuse("for", *settings.forSeconds, "must be longer than 0 s");
     }
 }
@@ -99,10 +108,10 @@ void ValidateCheckSettings(const CheckSettings& settings) {
         throw UsageError("card", settings.card,
                          "leaves nothing to look at where no sound is expected: leave one of them out");
     }
-    if (settings.frequencyHz && !(*settings.frequencyHz >= 1 && *settings.frequencyHz <= 192000)) {
+    if (settings.frequencyHz && !IsFrequency(*settings.frequencyHz)) {
         Refuse("frequency", *settings.frequencyHz, "must be 1 to 192000 Hz");
     }
-    if (settings.levelDb && !(*settings.levelDb > kSilenceDb && *settings.levelDb <= 0)) {
+    if (settings.levelDb && !IsLevel(*settings.levelDb)) {
         Refuse("level", *settings.levelDb, "must be 0 dBFS or less; 0 is full scale");
     }
     ValidateTimes(settings);

@@ -18,6 +18,7 @@ public:
     StreamMaker(const Clip& clip, const SendSettings& settings);
     StreamMaker(const StreamMaker&) = delete;
     StreamMaker& operator=(const StreamMaker&) = delete;
+    ~StreamMaker() = default;
 
     [[nodiscard]] const StreamTimes& Times() const noexcept { return *mTimes; }
     [[nodiscard]] Multiplexer& Mux() noexcept { return *mMux; }

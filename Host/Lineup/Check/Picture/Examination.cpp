@@ -16,6 +16,7 @@ bool IsEven(const MeasuredPatch& patch) {
 
 double MedianNoise(const std::vector<MeasuredPatch>& patches) {
     std::vector<double> noises;
+    noises.reserve(patches.size());
     for (const MeasuredPatch& patch : patches) {
         noises.push_back(patch.noise);
     }

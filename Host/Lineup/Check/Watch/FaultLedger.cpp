@@ -20,8 +20,8 @@ double ReachOf(const CheckFault& fault) {
     return fault.id == kLevelChanges ? kNearStep : kNear;
 }
 
-bool AreAlike(const CheckFault& one, const CheckFault& other) {
-    return one.id == other.id && one.part == other.part && one.inputs == other.inputs;
+bool AreAlike(const CheckFault& a, const CheckFault& b) {
+    return a.id == b.id && a.part == b.part && a.inputs == b.inputs;
 }
 
 bool IsAmong(const std::vector<CheckFault>& faults, const CheckFault& fault) {

@@ -25,6 +25,7 @@ public:
     FlvMaker(const Clip& clip, const SendSettings& settings);
     FlvMaker(const FlvMaker&) = delete;
     FlvMaker& operator=(const FlvMaker&) = delete;
+    ~FlvMaker() = default;
 
     [[nodiscard]] const StreamTimes& Times() const noexcept { return mTimes; }
     [[nodiscard]] bool HasPicture() const noexcept { return mPlan.picture.has_value(); }

@@ -1,4 +1,5 @@
 #include <lineup/Check.h>
+#include "Host/Lineup/Check/Asked.h"
 #include "Host/Lineup/Check/Lengths.h"
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
 #include "Host/Lineup/Check/Reader/RecordingName.h"
@@ -59,19 +60,14 @@ std::int64_t CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const I
     return read;
 }
 
-bool ListensToSound(const CheckSettings& settings) {
-    return settings.expect != "none";
-}
-
 // Both parts together: what is right of the one stands although nothing can be told of the other, unless that was asked
 // for.
 CheckVerdict Together(const CheckReport& report, bool isCardFound, const CheckSettings& settings) {
     if (!report.faults.empty()) {
         return CheckVerdict::Faults;
     }
-    const bool wantsSound = settings.expect != "auto" && ListensToSound(settings);
     const bool isSoundRight = report.verdict == CheckVerdict::Right;
-    return isSoundRight || (isCardFound && !wantsSound) ? CheckVerdict::Right : CheckVerdict::CannotTell;
+    return isSoundRight || (isCardFound && !NamesSound(settings)) ? CheckVerdict::Right : CheckVerdict::CannotTell;
 }
 
 void AddPictures(const picture::PictureFindings& findings, const CheckSettings& settings, CheckReport& report) {
@@ -120,7 +116,7 @@ CheckReport Check(const std::string& recording, const std::shared_ptr<const Impo
     std::optional<Clip> clip;
     std::optional<picture::PictureExaminer> examiner;
     DecoderSettings decoder;
-    decoder.wantsPicture = settings.card != "none";
+    decoder.wantsPicture = LooksAtPicture(settings);
     if (decoder.wantsPicture) {
         clip.emplace(importer);
         examiner.emplace(*clip, settings);

@@ -1,5 +1,8 @@
 #include "Host/Lineup/Check/Watch/PictureWatch.h"
 
+#include "Host/Lineup/Check/Asked.h"
+#include "Host/Lineup/Check/Picture/Decide/Verdict.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -17,26 +20,12 @@ constexpr double kSettlesWithin = 3 * PictureWatch::kStretch;  // a fade does; w
 constexpr double kToldAfter = kSettlesWithin + PictureWatch::kStretch;
 constexpr double kKept = 120;  // s of what was told
 
-CheckFault MakeFault(const char* id, std::string text) {
-    CheckFault fault;
-    fault.id = id;
-    fault.part = CheckPart::Picture;
-    fault.text = std::move(text);
-    return fault;
-}
-
-CheckSettings OfWatch(CheckSettings settings) {
-    settings.fromSeconds.reset();
-    settings.forSeconds.reset();
-    return settings;
-}
-
 }  // namespace
 
 PictureWatch::PictureWatch(const std::shared_ptr<const Importer>& importer, const CheckSettings& settings,
                            const WatchListener& listener, WatchReport& report, Alignment& alignment)
     : mClip(importer),
-      mSettings(OfWatch(settings)),
+      mSettings(WithoutTimes(settings)),
       mFor(settings.forSeconds),
       mListener(&listener),
       mReport(&report),
@@ -146,19 +135,18 @@ void PictureWatch::TellReturn(double end) {
     const char* const how = other.black == other.frames     ? "black"
                             : other.damaged == other.frames ? "damaged"
                                                             : "another";
-    CheckFault fault = MakeFault("picture-changes", fmt::format("From {:.3f} s on the picture is {} for {:.3f} s.",
-                                                                other.begins, how, end - other.begins));
-    fault.measured = other.frames;
-    fault.expected = 0;
-    fault.unit = "frames";
-    fault.at = other.begins;
+    const CheckFault fault = picture::MakePictureFault(
+        "picture-changes", other.frames, 0,
+        fmt::format("From {:.3f} s on the picture is {} for {:.3f} s.", other.begins, how, end - other.begins),
+        other.begins);
     mLedger.TakeMoments(std::span(&fault, 1));
 }
 
 void PictureWatch::GoOnTo(double second) {
     if (mIsCardThere && second > mSeconds + kNoPictures) {
         mIsCardThere = false;
-        mLedger.Begin(MakeFault("card-missing", fmt::format("From {:.3f} s on there are no pictures.", mSeconds)),
+        mLedger.Begin(picture::MakePictureFault("card-missing", {}, {},
+                                                fmt::format("From {:.3f} s on there are no pictures.", mSeconds)),
                       mSeconds);
     }
 }

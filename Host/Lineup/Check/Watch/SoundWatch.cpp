@@ -1,5 +1,7 @@
 #include "Host/Lineup/Check/Watch/SoundWatch.h"
 
+#include "Host/Lineup/Check/Asked.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -41,12 +43,6 @@ bool IsMeasured(const SoundFindings& findings) {
     const bool isWhole =
         std::ranges::find(findings.notes, "channels-not-heard", &CheckNote::id) == findings.notes.end();
     return findings.verdict != CheckVerdict::CannotTell || isWhole;
-}
-
-CheckSettings WithoutTimes(CheckSettings settings) {
-    settings.fromSeconds.reset();
-    settings.forSeconds.reset();
-    return settings;
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <lineup/Watch.h>
+#include "Host/Lineup/Check/Asked.h"
 #include "Host/Lineup/Check/Reader/RecordingName.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
 #include "Host/Lineup/Check/ReadingFaults.h"
@@ -73,7 +74,7 @@ public:
           mReport(&report),
           mFrom(settings.fromSeconds.value_or(0)),
           mIsUrl(ParseRecordingName(report.source).kind == RecordingName::Kind::Url) {
-        if (settings.card != "none") {
+        if (LooksAtPicture(settings)) {
             mPictures = std::make_unique<PictureWatch>(importer, settings, listener, report, mStamps);
         }
         mStamps.HearStamp(-mFrom, 0);
@@ -90,7 +91,7 @@ public:
 
     void Take(RecordingReader& reader) {
         mAll = reader.Seconds();
-        if (reader.HasSound() && mSettings->expect != "none") {
+        if (reader.HasSound() && ListensToSound(*mSettings)) {
             TakeSound(reader);
         } else if (mPictures) {
             mPictures->TellCycles();
@@ -164,10 +165,9 @@ private:
     // As of a recording: what is right of the one part stands although nothing can be told of the other, unless that
     // was asked for.
     void Conclude() {
-        const bool wantsSound = mSettings->expect != "auto" && mSettings->expect != "none";
         if (!mReport->faults.empty()) {
             mReport->verdict = CheckVerdict::Faults;
-        } else if (mPictures && mPictures->WasRight() && !wantsSound) {
+        } else if (mPictures && mPictures->WasRight() && !NamesSound(*mSettings)) {
             mReport->verdict = CheckVerdict::Right;
         }
     }
@@ -193,7 +193,7 @@ WatchReport Watch(const std::string& recording, const std::shared_ptr<const Impo
     report.source = recording;
     FeedWatch watch(importer, settings, listener, report);
     DecoderSettings decoder;
-    decoder.wantsPicture = watch.Pictures() != nullptr;
+    decoder.wantsPicture = LooksAtPicture(settings);
     try {
         const auto reader = RecordingReader::Open(
             recording, decoder, [&watch] { return watch.GoesOn(); }, watch.Pictures());

@@ -168,17 +168,20 @@ public:
 
     [[nodiscard]] Survey Measure() {
         Look();
-        if (std::ranges::any_of(mCoarse, [](const auto& late) { return late && std::abs(*late) > kLateEnough; })) {
+        const auto isLate = [](const auto& edges) {
+            return edges && edges->agree && std::abs(edges->late) > kLateEnough;
+        };
+        if (std::ranges::any_of(mAgreed, isLate)) {
             for (std::size_t input = 0; input < mDelays.size(); ++input) {
-                mDelays[input] = mCoarse[input].value_or(0);
+                mDelays[input] = DoEdgesAgree(input) ? mAgreed[input]->late : 0;
             }
             Look();
         }
         Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells, mJumps};
         std::vector<double> delays;
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
-            if (mCoarse[input]) {
-                survey.inputs[input] = InputOf(input, *mCoarse[input]);
+            if (DoEdgesAgree(input)) {
+                survey.inputs[input] = InputOf(input, mAgreed[input]->late);
                 delays.push_back(survey.inputs[input].delay);
             }
         }
@@ -186,7 +189,7 @@ public:
         const bool known = !delays.empty() || EdgesKnowTogether();
         const double usual = delays.empty() ? WeightedMedian(mEdges) : MedianOf(std::move(delays));
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
-            if (!mCoarse[input]) {
+            if (!DoEdgesAgree(input)) {
                 survey.inputs[input] = InputOf(input, usual - mDelays[input]);
                 if (!known || LiesElsewhere(input, usual)) {
                     survey.inputs[input].polarity = 0;
@@ -246,9 +249,7 @@ private:
             mCells.Add(sounds.back());
         }
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
-        mCoarse.assign(mArrivals.size(), std::nullopt);
-        mRough.assign(mArrivals.size(), std::nullopt);
-        mDoubts.assign(mArrivals.size(), std::nullopt);
+        mAgreed.assign(mArrivals.size(), std::nullopt);
         mEdges.clear();
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             std::vector<LateEdge> late;
@@ -262,19 +263,17 @@ private:
             for (const LateEdge& edge : late) {
                 mEdges.push_back({edge.late, edge.weight});
             }
-            // Edges that do not agree, as under a codec's noise, say too little about one input.
-            if (const auto agreed = AgreeOnDelay(late, mHistory->lossy)) {
-                mRough[input] = agreed->late;
-                mCoarse[input] = agreed->agree ? mRough[input] : std::nullopt;
-                mDoubts[input] = agreed->agree ? std::optional(agreed->doubt) : std::nullopt;
-            }
+            mAgreed[input] = AgreeOnDelay(late, mHistory->lossy);
         }
     }
+
+    // Those that do not, as under a codec's noise, say too little about one input.
+    [[nodiscard]] bool DoEdgesAgree(std::size_t input) const { return mAgreed[input] && mAgreed[input]->agree; }
 
     // Its own edges do not agree well enough to say where, but surely not there.
     [[nodiscard]] bool LiesElsewhere(std::size_t input, double usual) const {
         constexpr double kElsewhere = 0.003;  // s
-        return mRough[input] && std::abs(*mRough[input] + mDelays[input] - usual) > kElsewhere;
+        return mAgreed[input] && std::abs(mAgreed[input]->late + mDelays[input] - usual) > kElsewhere;
     }
 
     // The median of all edges is off by far less than half a period.
@@ -291,10 +290,11 @@ private:
     }
 
     [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
-        SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, mCoarse[input].has_value()};
+        SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, DoEdgesAgree(input)};
         if (surveyed.arrival.channel && mPlacing.tempo == mPlacing.pitch) {
+            const auto doubt = surveyed.hasEdges ? std::optional(mAgreed[input]->doubt) : std::nullopt;
             const DelayAndPolarity found =
-                DelayOf(mCells, *mReference, input, *surveyed.arrival.channel, mPlacing.pitch, around, mDoubts[input]);
+                DelayOf(mCells, *mReference, input, *surveyed.arrival.channel, mPlacing.pitch, around, doubt);
             surveyed.delay = mDelays[input] + found.delay;
             surveyed.polarity = found.polarity;
             surveyed.exact = found.exact;
@@ -311,10 +311,8 @@ private:
     std::vector<SoundEvent> mJumps;
     Cells mCells{{}, 0};
     std::vector<Arrival> mArrivals;
-    std::vector<std::optional<double>> mCoarse;  // how late each input's edges are, where they agree
-    std::vector<std::optional<double>> mRough;   // the same, whether they agree or not
-    std::vector<std::optional<double>> mDoubts;  // how far off those that agree may be, s
-    std::vector<Vote> mEdges;                    // of all inputs
+    std::vector<std::optional<AgreedDelay>> mAgreed;  // by each input's edges, where it has any
+    std::vector<Vote> mEdges;                         // of all inputs
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -34,12 +35,22 @@ int OpenStreamFile(const SendSettings& settings) {
     return file;
 }
 
+bool IsSameFile(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
 }  // namespace
 
 FileOutput::FileOutput(const SendSettings& settings)
     : mName(settings.target),
       mFile(settings.pipe ? *settings.pipe : OpenStreamFile(settings)),
-      mOwned(!settings.pipe) {}
+      mOwned(!settings.pipe),
+      mEndsByItself(settings.samples.has_value()) {
+    std::error_code error;
+    if (mOwned && std::filesystem::is_regular_file(mName, error)) {
+        mPath = std::filesystem::canonical(mName, error);
+    }
+}
 
 FileOutput::~FileOutput() {
     if (mOwned) {
@@ -48,15 +59,36 @@ FileOutput::~FileOutput() {
 }
 
 bool FileOutput::Write(std::span<const std::uint8_t> bytes, const StreamMoment& /*moment*/) {
+    const auto whole = static_cast<std::int64_t>(bytes.size());
     while (!bytes.empty()) {
         const ssize_t written = write(mFile, bytes.data(), bytes.size());
         if (written >= 0) {
             bytes = bytes.subspan(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
-            throw Error(fmt::format("cannot write {}: {}", mName, std::generic_category().message(errno)));
+            GiveUp(errno);
         }
     }
+    mKept += whole;
     return true;
+}
+
+void FileOutput::GiveUp(int error) {
+    std::string text = fmt::format("cannot write {}: {}", mName, std::generic_category().message(error));
+    if (!mPath.empty() && !mEndsByItself && mKept > 0 && ftruncate(mFile, mKept) == 0) {
+        text += fmt::format("; what was sent before is kept: {} bytes", mKept);
+    } else if (!mPath.empty()) {
+        Remove();
+    }
+    throw Error(text);
+}
+
+// Not what somebody else has put in its place.
+void FileOutput::Remove() noexcept {
+    struct stat written {};
+    struct stat named {};
+    if (fstat(mFile, &written) == 0 && lstat(mPath.c_str(), &named) == 0 && IsSameFile(written, named)) {
+        unlink(mPath.c_str());
+    }
 }
 
 }  // namespace parts

@@ -133,7 +133,9 @@ struct PatchReport {
     std::string name;
     std::vector<double> expected;
     std::vector<double> measured;
-    double left = 0;  ///< where it lies on the card, as fractions of its sides
+    double off = 0;      ///< how far the code is off that is farthest off
+    bool isOff = false;  ///< by more than the tolerance of patches
+    double left = 0;     ///< where it lies on the card, as fractions of its sides
     double top = 0;
     double right = 0;
     double bottom = 0;

@@ -1,7 +1,6 @@
 #include "Apps/lineup/Reports/CheckScopes.h"
 
 #include "Apps/lineup/Reports/Markup.h"
-#include "Apps/lineup/Reports/PatchTable.h"
 
 #include <fmt/format.h>
 
@@ -57,7 +56,7 @@ std::string CardDrawing(const PictureReport& picture) {
             kTop + patch.top * shown, (patch.right - patch.left) * kCardWidth, (patch.bottom - patch.top) * shown);
         text += fmt::format("<rect {} fill=\"{}\"><title>{}</title></rect>\n", box, ScreenColour(patch.measured),
                             Escaped(patch.name));
-        if (PatchOff(patch) > kPatchOff) {
+        if (patch.isOff) {
             outlines +=
                 fmt::format("<rect class=\"off\" {} fill=\"none\" stroke=\"{}\" stroke-width=\"2\"/>\n", box, kOff);
         }
@@ -72,19 +71,18 @@ std::string Ground(int left, int width) {
 
 // A box for what is due, a point for what was measured, and a line from one to the other where they are apart.
 std::string Pair(const PatchReport& patch, std::array<double, 2> due, std::array<double, 2> found) {
-    const bool isOff = PatchOff(patch) > kPatchOff;
     std::string text = fmt::format(
         "<rect class=\"due\" x=\"{:.1f}\" y=\"{:.1f}\" width=\"{:.0f}\" height=\"{:.0f}\" fill=\"none\" "
         "stroke=\"{}\"/>\n",
         due[0] - kBox, due[1] - kBox, 2 * kBox, 2 * kBox, kDue);
-    if (isOff) {
+    if (patch.isOff) {
         text += fmt::format("<path d=\"M{:.1f} {:.1f} L{:.1f} {:.1f}\" stroke=\"{}\"/>\n", due[0], due[1], found[0],
                             found[1], kOff);
     }
     return text + fmt::format(
                       "<circle class=\"found\" cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"3\" fill=\"{}\" stroke=\"{}\">"
                       "<title>{}</title></circle>\n",
-                      found[0], found[1], ScreenColour(patch.measured), isOff ? kOff : kDue, Escaped(patch.name));
+                      found[0], found[1], ScreenColour(patch.measured), patch.isOff ? kOff : kDue, Escaped(patch.name));
 }
 
 std::string Vectorscope(const PictureReport& picture) {

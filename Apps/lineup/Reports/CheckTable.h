@@ -21,7 +21,7 @@ namespace cli {
 
 /// A column of the table of inputs.
 struct CheckColumn {
-    std::string_view name;
+    std::string name;
     std::string_view unit;  ///< stands behind the first number
     bool isNumber = false;
 };

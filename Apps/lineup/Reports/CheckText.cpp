@@ -40,12 +40,12 @@ std::string TableText(const CheckTable& table, bool isColoured) {
     std::vector<std::string> lines(table.rows.size());
     for (std::size_t c = 0; c < table.columns.size(); ++c) {
         const CheckColumn& column = table.columns[c];
-        std::size_t width = Width(std::string(column.name));
+        std::size_t width = Width(column.name);
         for (const auto& row : table.rows) {
             width = std::max(width, Width(row[c]));
         }
         const std::string unitBlanks(column.unit.empty() ? 0 : column.unit.size() + 1, ' ');
-        head += Padded(std::string(column.name), width, column.isNumber) + unitBlanks + kGap;
+        head += Padded(column.name, width, column.isNumber) + unitBlanks + kGap;
         bool isUnitDue = !column.unit.empty();
         for (std::size_t r = 0; r < lines.size(); ++r) {
             const bool hasUnit = isUnitDue && !table.rows[r][c].empty();

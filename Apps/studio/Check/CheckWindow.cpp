@@ -16,6 +16,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -48,7 +49,9 @@ CheckWindow::CheckWindow(std::shared_ptr<const lineup::Importer> importer, QWidg
       mMeters(new MeterView(this)),
       mLanes(new LanesView(this)),
       mFaults(new FaultList(this)),
+      mPatches(new PatchTable(this)),
       mUpper(new QSplitter(Qt::Horizontal, this)),
+      mLower(new QSplitter(Qt::Horizontal, this)),
       mWhole(new QSplitter(Qt::Vertical, this)),
       mFoot(new CheckFoot(this)) {
     setObjectName("checkWindow");
@@ -140,11 +143,15 @@ void CheckWindow::Arrange() {
     mUpper->setStretchFactor(1, 0);
     mWhole->addWidget(mUpper);
     mWhole->addWidget(mLanes);
-    mWhole->addWidget(mFaults);
+    mLower->addWidget(mFaults);
+    mLower->addWidget(mPatches);
+    mLower->setStretchFactor(0, 1);
+    mLower->setStretchFactor(1, 0);
+    mWhole->addWidget(mLower);
     for (const int part : {0, 1, 2}) {
         mWhole->setStretchFactor(part, part == 0 ? 1 : 0);
     }
-    for (QSplitter* const splitter : {mUpper, mWhole}) {
+    for (QSplitter* const splitter : {mUpper, mLower, mWhole}) {
         splitter->setChildrenCollapsible(false);
     }
     for (QWidget* const part : std::initializer_list<QWidget*>{mUpper, mPictures, mMeters, mLanes}) {
@@ -224,6 +231,7 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
     setWindowTitle(tr("%1 \u2014 Check Recording").arg(QFileInfo(file).fileName()));
     mHeader->Show(file, *mReport);
     mFaults->Show(*mReport);
+    mPatches->Show(*mReport);
     std::vector<ShownChannel> inputs;
     for (std::size_t input = 0; mReport->sound && input < mReport->sound->lanes.found.size(); ++input) {
         inputs.push_back({PlayedChannel(*mReport, input), ChannelName(*mReport, input)});
@@ -236,6 +244,8 @@ void CheckWindow::TakeUp(const QString& file, std::shared_ptr<const lineup::Chec
     mMeters->setVisible(hasLanes);
     mLanes->setVisible(hasLanes);
     mUpper->setVisible(hasLanes || mReport->picture);
+    const int patches = std::min(mPatches->sizeHint().width(), width() / 2);
+    mLower->setSizes({width() - patches, patches});
     if (isFirst) {
         mWhole->setSizes({height() * 6 / 10, height() * 2 / 10, height() * 2 / 10});
     }

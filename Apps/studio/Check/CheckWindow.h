@@ -7,6 +7,7 @@
 #include "Apps/studio/Check/CheckPictures.h"
 #include "Apps/studio/Check/CheckTransport.h"
 #include "Apps/studio/Check/FaultList.h"
+#include "Apps/studio/Check/PatchTable.h"
 #include "Apps/studio/Views/LanesView.h"
 #include "Apps/studio/Views/MeterView.h"
 
@@ -80,7 +81,9 @@ private:
     MeterView* mMeters;
     LanesView* mLanes;
     FaultList* mFaults;
+    PatchTable* mPatches;
     QSplitter* mUpper;
+    QSplitter* mLower;
     QSplitter* mWhole;
     CheckFoot* mFoot;
     std::unique_ptr<CheckJob> mJob;

@@ -51,6 +51,10 @@ QString NumberWords(std::optional<double> value, const std::string& unit) {
     return SignedNumber(*value, decimals) + (words.isEmpty() ? "" : " " + words);
 }
 
+bool HasLineup(const lineup::CheckReport& report) {
+    return (report.sound && !report.sound->expected.empty()) || (report.picture && !report.picture->card.empty());
+}
+
 void AddSound(const lineup::SoundReport& sound, QStringList& words) {
     const lineup::Ident* const ident = lineup::FindIdent(sound.expected);
     words += ident != nullptr           ? Tr(std::string(ident->title).c_str())
@@ -77,7 +81,8 @@ QString VerdictWords(const lineup::CheckReport& report) {
         case lineup::CheckVerdict::Right:
             return Tr(QT_TRANSLATE_NOOP("Check", "Nothing wrong"));
         case lineup::CheckVerdict::CannotTell:
-            return Tr(QT_TRANSLATE_NOOP("Check", "No line-up found"));
+            return HasLineup(report) ? Tr(QT_TRANSLATE_NOOP("Check", "Not all can be told"))
+                                     : Tr(QT_TRANSLATE_NOOP("Check", "No line-up found"));
         case lineup::CheckVerdict::Faults:
             break;
     }

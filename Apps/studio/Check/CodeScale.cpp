@@ -1,8 +1,5 @@
 #include "Apps/studio/Check/CodeScale.h"
 
-#include <lineup/CheckSettings.h>
-
-#include <algorithm>
 #include <cmath>
 
 namespace studio {
@@ -16,12 +13,6 @@ Matrix MatrixOfTag(std::string_view tag, int height) {
 
 std::array<float, 3> Triple(const std::vector<double>& codes) {
     return {static_cast<float>(codes[0]), static_cast<float>(codes[1]), static_cast<float>(codes[2])};
-}
-
-bool IsOff(const lineup::PatchReport& patch) {
-    const double tolerance = lineup::ToleranceOf({}, "patches");
-    return !std::ranges::equal(patch.measured, patch.expected,
-                               [tolerance](double one, double other) { return std::abs(one - other) <= tolerance; });
 }
 
 // Where a patch of the card lies in the frame.
@@ -75,7 +66,7 @@ std::vector<ScopePatch> ScopePatches(const lineup::PictureReport& picture) {
             patches.push_back({.area = AreaOf(patch, place),
                                .due = codes.Colour(Triple(patch.expected)),
                                .found = codes.Colour(Triple(patch.measured)),
-                               .isOff = IsOff(patch)});
+                               .isOff = patch.isOff});
         }
     }
     return patches;

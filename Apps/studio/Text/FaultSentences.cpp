@@ -297,4 +297,10 @@ QString FaultSentence(const QString& text) {
     return Sentence(text).value_or(WindowWords(text));
 }
 
+QString PatchWords(const QString& name) {
+    static const QRegularExpression kNumber("\\A(.*\\D) (\\d+)\\z");  // patches of one colour are counted
+    const auto match = kNumber.match(name);
+    return match.hasMatch() ? PartWords(match.captured(1)) + " " + match.captured(2) : PartWords(name);
+}
+
 }  // namespace studio

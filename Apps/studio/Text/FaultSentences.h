@@ -8,4 +8,7 @@ namespace studio {
 /// where no catalogue knows the sentence.
 [[nodiscard]] QString FaultSentence(const QString& text);
 
+/// The name of a patch of the card, "75 % yellow 2", in the language in use.
+[[nodiscard]] QString PatchWords(const QString& name);
+
 }  // namespace studio

@@ -1,8 +1,10 @@
+#include <lineup/Check.h>
 #include <lineup/services/LocalizerSetup.h>
 #include "Apps/studio/Check/CheckWindow.h"
 #include "Apps/studio/Check/CheckWords.h"
 #include "Apps/studio/Check/FaultKindWords.h"
 #include "Apps/studio/Text/CatalogueTranslator.h"
+#include "Apps/studio/Window/Theme.h"
 #include "Tests/Apps/studio/Check/Recordings.h"
 #include "Tests/Apps/studio/StudioHands.h"
 #include "Tests/Support/RunProgram.h"
@@ -153,6 +155,44 @@ TEST_F(CheckRecording, FromTheMenuShowsWhatThePathDid) {
     EXPECT_NE(MiddleOf("foundPicture"), MiddleOf("expectedPicture"));
 }
 
+// The same patches as every report has, and those alone are marked that are off.
+TEST_F(CheckRecording, ThePatchTableHasFoundAndDueCodesInTheOrderOfTheCard) {
+    DropAndWait(Files().Came());
+    lineup::CheckSettings settings;
+    settings.expect = "none";
+    const auto report = lineup::Check(Files().Came().toStdString(), test::ThePlugin(), settings);
+    ASSERT_TRUE(report.picture);
+    const auto& patches = report.picture->patches;
+    auto& table = Part<studio::PatchTable>("patches");
+    ASSERT_TRUE(table.isVisible());
+    ASSERT_EQ(table.rowCount(), static_cast<int>(patches.size()));
+    auto* const accessible = QAccessible::queryAccessibleInterface(&table)->tableInterface();
+    ASSERT_NE(accessible, nullptr);
+    ASSERT_EQ(accessible->columnCount(), 8);
+    int off = 0;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const auto& patch = patches[static_cast<std::size_t>(row)];
+        const auto heard = [&](int column) {
+            return accessible->cellAt(row, column)->text(QAccessible::Name).toStdString();
+        };
+        EXPECT_EQ(heard(0), patch.name);
+        for (std::size_t code = 0; code < 3; ++code) {
+            const int column = static_cast<int>(code) + 1;
+            EXPECT_NEAR(std::stod(heard(column)), patch.measured[code], 0.0501) << patch.name;
+            EXPECT_NEAR(std::stod(heard(column + 3)), patch.expected[code], 0.0501) << patch.name;
+        }
+        EXPECT_EQ(heard(7).empty(), !patch.isOff) << patch.name;
+        EXPECT_EQ(table.item(row, 0)->foreground().color() == studio::Theme::Current().error, patch.isOff);
+        off += patch.isOff ? 1 : 0;
+    }
+    EXPECT_GT(off, 5);
+    EXPECT_LT(off, table.rowCount());
+    table.setFocus();
+    table.setCurrentCell(0, 0);
+    QTest::keyClick(&table, Qt::Key_Down);
+    EXPECT_EQ(table.currentRow(), 1);
+}
+
 TEST_F(CheckRecording, AFaultThatIsChosenIsShownAtItsPlace) {
     DropAndWait(Files().Came());
     const QColor lit = MiddleOf("foundPicture");
@@ -209,7 +249,7 @@ TEST_F(CheckRecording, WithoutALineUpShowsWhatThereIs) {
     EXPECT_THAT(Says("found"),
                 testing::AllOf(HasSubstr("No line-up in the sound"), HasSubstr("No card in the picture")));
     EXPECT_NE(MiddleOf("foundPicture"), QColor(Qt::black));
-    EXPECT_FALSE(Part("expectedPicture").isVisible());
+    EXPECT_FALSE(Part("expectedPicture").isVisible() || Part("patches").isVisible());
     EXPECT_GT(Part<studio::FaultList>("faults").topLevelItemCount(), 0);  // why
 }
 
@@ -314,6 +354,10 @@ TEST_F(CheckRecording, SpeaksTheLanguageInUse) {
     EXPECT_EQ(said("Kan\u00E4le vertauscht"), "L und R sind vertauscht (Eing\u00E4nge 1 und 2).");
     EXPECT_EQ(said("Polarit\u00E4t verkehrt"), "Ls (Eingang 5) ist verpolt.");
     EXPECT_EQ(said("Falsche Matrix"), "Die Werte sind die von BT.709, wo BT.601 sein muss.");
+    auto& patches = Part<studio::PatchTable>("patches");
+    EXPECT_EQ(patches.horizontalHeaderItem(7)->text(), "Abweichung");
+    EXPECT_FALSE(patches.findItems("75 % Gelb", Qt::MatchExactly).empty());
+    EXPECT_FALSE(patches.findItems("schwarz 2", Qt::MatchExactly).empty());
     EXPECT_EQ(said("Abweichende Bilder"), "1 von 70 betrachteten Bildern ist schwarz, das erste bei 8.000 s.");
     for (int row = 0; row < list.topLevelItemCount(); ++row) {
         const QString words = list.topLevelItem(row)->text(list.columnCount() - 1);

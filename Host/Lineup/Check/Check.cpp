@@ -60,14 +60,15 @@ std::int64_t CheckSoundOf(RecordingReader& reader, const std::shared_ptr<const I
     return read;
 }
 
-// Both parts together: what is right of the one stands although nothing can be told of the other, unless that was asked
-// for.
+// Both parts together: a card that is right stands for a sound in which there is no line-up, unless one was asked for;
+// not for a line-up that is there, and of which not all can be told.
 CheckVerdict Together(const CheckReport& report, bool isCardFound, const CheckSettings& settings) {
     if (!report.faults.empty()) {
         return CheckVerdict::Faults;
     }
     const bool isSoundRight = report.verdict == CheckVerdict::Right;
-    return isSoundRight || (isCardFound && !NamesSound(settings)) ? CheckVerdict::Right : CheckVerdict::CannotTell;
+    const bool isSoundDue = NamesSound(settings) || (report.sound && !report.sound->expected.empty());
+    return isSoundRight || (isCardFound && !isSoundDue) ? CheckVerdict::Right : CheckVerdict::CannotTell;
 }
 
 void AddPictures(const picture::PictureFindings& findings, const CheckSettings& settings, CheckReport& report) {

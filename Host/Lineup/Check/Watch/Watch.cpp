@@ -162,12 +162,12 @@ private:
 
     [[nodiscard]] double Seconds() const { return mSound ? mSound->Seconds() : mPictures ? mPictures->Seconds() : 0; }
 
-    // As of a recording: what is right of the one part stands although nothing can be told of the other, unless that
-    // was asked for.
+    // As of a recording: a card that is right stands for a sound in which there is no line-up, unless one was asked
+    // for.
     void Conclude() {
         if (!mReport->faults.empty()) {
             mReport->verdict = CheckVerdict::Faults;
-        } else if (mPictures && mPictures->WasRight() && !NamesSound(*mSettings)) {
+        } else if (mPictures && mPictures->WasRight() && !NamesSound(*mSettings) && mReport->expected.empty()) {
             mReport->verdict = CheckVerdict::Right;
         }
     }

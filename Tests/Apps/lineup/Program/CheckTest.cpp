@@ -152,6 +152,18 @@ TEST_F(Check, LooksAtThePartAloneThatItIsAskedFor) {
     EXPECT_NE(watched.out.find("SD card"), std::string::npos) << watched.out;
 }
 
+// A card that is right stands for sound in which there is no line-up; not for one that is there in part.
+TEST_F(Check, ACardIsNotRightForAllOfARecordingBesideAPartOfASequence) {
+    const auto exit = [this](const char* sound) {
+        const std::string render = "render clip.mov --overwrite --size 320x180 --fps 5 --quiet " + std::string(sound);
+        EXPECT_EQ(Lineup(render).exitCode, 0);
+        return Lineup("check clip.mov").exitCode;
+    };
+    EXPECT_EQ(exit("--ident blits --cycles 1"), 0);
+    EXPECT_EQ(exit("--ident blits --duration 6"), 3);
+    EXPECT_EQ(exit("--duration 1"), 0);  // too little of a tone to be one
+}
+
 TEST_F(Check, SaysWhereARecordingIsDamaged) {
     Send("sent.wav");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i sent.wav -c:a flac got.flac").exitCode, 0);

@@ -89,6 +89,22 @@ double Chain::Cost() const {
     return cost;
 }
 
+Chain Chain::WithoutTone() const {
+    Chain less{.matrix = matrix, .other = other, .range = range, .swap = swap};
+    less.colour = colour;
+    less.saturation = saturation;
+    less.hue = hue;
+    return less;
+}
+
+Chain Chain::WithoutColour() const {
+    Chain less = *this;
+    less.colour = ColourStep::None;
+    less.saturation = 1;
+    less.hue = 0;
+    return less;
+}
+
 Triple Chain::Before(const CodeScale& scale, const Triple& rgb) const {
     Triple value = Multiply(scale.due, rgb);
     if (matrix == MatrixStep::NotConverted) {

@@ -74,6 +74,9 @@ struct Chain {
 
     [[nodiscard]] double Cost() const;
 
+    [[nodiscard]] Chain WithoutTone() const;
+    [[nodiscard]] Chain WithoutColour() const;
+
     /// What becomes of a colour before tone and colour steps.
     [[nodiscard]] Triple Before(const CodeScale& scale, const Triple& rgb) const;
     /// What tone and colour steps make of that.

@@ -19,6 +19,7 @@ constexpr double kOtherMakers = 4;    // codes that -I or +Q may be elsewhere on
 constexpr double kBeyondEnds = 3;     // codes that a black may be darker than black, or a white brighter than white
 constexpr double kSureShare = 0.2;    // of the patches' tolerance, that a cause without doubt must move one by
 constexpr double kUnexplained = 3;    // codes r.m.s. that are left of the best explanation
+constexpr double kArithmetic = 1e-3;  // codes that a colour is off by after its way through R'G'B'
 constexpr std::size_t kCovered = 10;  // one patch in so many may be covered by something
 
 bool IsSmallOrOdd(const CardPatch& patch) {
@@ -109,7 +110,33 @@ private:
             }
         }
         mChains = FitAllChains(mScale, mPairs);
-        return Simplest(mChains);
+        return WithoutTrifles(Simplest(mChains));
+    }
+
+    // What moves no patch by more than that is no cause of its own beside one that does.
+    [[nodiscard]] FittedChain WithoutTrifles(FittedChain best) const {
+        for (const bool isTone : {true, false}) {
+            const Chain less = isTone ? best.chain.WithoutTone() : best.chain.WithoutColour();
+            if (less.Cost() == 0 || less.Cost() >= best.chain.Cost()) {
+                continue;
+            }
+            const FittedChain fitted = FitChain(mScale, less, mPairs);
+            best = MostApart(best.chain, fitted.chain) <= TrifleOf(*mKnown) ? fitted : best;
+        }
+        return best;
+    }
+
+    // By how much a code differs that two chains make of a patch.
+    [[nodiscard]] double MostApart(const Chain& one, const Chain& other) const {
+        double most = 0;
+        for (const ColourPair& pair : mPairs) {
+            const Triple codes = one.Codes(mScale, pair.sent);
+            const Triple others = other.Codes(mScale, pair.sent);
+            for (std::size_t i = 0; i < codes.size(); ++i) {
+                most = std::max(most, std::abs(codes.at(i) - others.at(i)));
+            }
+        }
+        return most;
     }
 
     [[nodiscard]] bool IsNumbersOfTags() const {
@@ -154,10 +181,19 @@ private:
             const Triple value = mScale.FromCodes(codes);
             return std::vector{16 + 219 * value[0], 128 + 224 * value[1], 128 + 224 * value[2]};
         };
+        const double tolerance = ToleranceOf(*mKnown->settings, "patches");
         for (const MeasuredPatch& patch : mKnown->seen->patches) {
+            const std::vector<double> expected = told(PlainChain().Codes(mScale, patch.patch->rgb));
+            const std::vector<double> measured = told(patch.codes);
+            double off = 0;
+            for (std::size_t i = 0; i < expected.size(); ++i) {
+                off = std::max(off, std::abs(measured[i] - expected[i]));
+            }
             mReport->patches.push_back({.name = patch.patch->name,
-                                        .expected = told(PlainChain().Codes(mScale, patch.patch->rgb)),
-                                        .measured = told(patch.codes),
+                                        .expected = expected,
+                                        .measured = measured,
+                                        .off = off,
+                                        .isOff = off > tolerance + kArithmetic,
                                         .left = patch.patch->box.left,
                                         .top = patch.patch->box.top,
                                         .right = patch.patch->box.right,

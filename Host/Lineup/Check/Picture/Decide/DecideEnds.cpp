@@ -55,7 +55,7 @@ void DecideWhite(const PictureCase& known, const Chain& chain, const CodeScale& 
         }
     }
     const bool isLossy = (known.facts->flags & decoding::kLossy) != 0;
-    const double tolerance = ToleranceOf(*known.settings, "patches") * (isLossy ? kCoarse : 1);
+    const double tolerance = TrifleOf(known) * (isLossy ? kCoarse : 1);
     if (isEven && code > next - tolerance && code < white - tolerance) {
         findings.faults.push_back(
             MakePictureFault("whites-clipped", code, white,

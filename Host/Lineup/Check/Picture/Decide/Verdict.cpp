@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace lineup::picture {
 
@@ -20,6 +21,10 @@ CheckFault MakePictureFault(const std::string& id, std::optional<double> measure
             .unit = kind != nullptr ? std::string(kind->unit) : "",
             .at = at,
             .text = text};
+}
+
+double TrifleOf(const PictureCase& known) {
+    return ToleranceOf(*known.settings, "patches") + std::ldexp(1.0, 8 - static_cast<int>(known.seen->head.bits)) / 2;
 }
 
 void DecideFrames(const PictureCase& known, PictureFindings& findings) {

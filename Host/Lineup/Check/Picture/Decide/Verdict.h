@@ -26,6 +26,10 @@ struct PictureCase {
                                           std::optional<double> expected, const std::string& text,
                                           std::optional<double> at = {});
 
+/// What a patch may be off by and is right: the tolerance of patches, and half a code of the file, for converters
+/// round. 8-bit codes.
+[[nodiscard]] double TrifleOf(const PictureCase& known);
+
 /// Fills in what the card, its place, its patches and its frames turn out to be, and what is wrong with them.
 LINEUP_API void Decide(const PictureCase& known, PictureFindings& findings);
 

@@ -71,6 +71,21 @@ TEST(CheckPicture, NamesWhatWasDoneToTheCodesAndNothingElse) {
     }
 }
 
+// By way of 8 bits, in which a converter left white two codes too dark.
+void ConvertedByRoundingDown(Codes& c) {
+    TakenForBt709AndCutOff(c);
+    c = {std::floor(16 + (c[0] - 16) * 0.9955), std::floor(c[1]), std::floor(c[2])};
+}
+
+TEST(CheckPicture, NamesACauseAndNotWhatAConverterRounds) {
+    EXPECT_THAT(IdsOf(Examine({Frame(ConvertedByRoundingDown)})), ElementsAre("matrix-wrong", "bits-truncated"));
+    EXPECT_THAT(IdsOf(Examine({Frame([](Codes& c) {
+                    TakenForBt709AndCutOff(c);
+                    c[0] = 16 + (c[0] - 16) * 0.95;
+                })})),
+                ElementsAre("matrix-wrong", "gain-wrong"));
+}
+
 TEST(CheckPicture, SeesTheOneWhiteOfTheSdCardCutOff) {
     const auto clipped = [](Codes& c) { c[0] = std::min(c[0], 210.0); };
     const PictureFindings findings = Examine({Frame(clipped, lineup::Card::SD)});

@@ -1,15 +1,44 @@
 """Paired runs: ours and each rival by turns, so that all meet the same machine in the same minutes."""
 
 import os
+import resource
 import shlex
 import socket
 import statistics
 import subprocess
 import time
+from dataclasses import dataclass
 
 FRAME_RATE = 25
 SCALED_SECONDS = 4  # of media, for rivals that would take minutes
 MEBIBYTE = bytes(1 << 20)
+
+
+@dataclass(frozen=True)
+class Taken:
+    """What a run took, s: on the wall, and of processors, which other work on the machine changes less."""
+
+    wall: float
+    processor: float
+
+    def __add__(self, other):
+        return Taken(self.wall + other.wall, self.processor + other.processor)
+
+    def __sub__(self, other):
+        return Taken(self.wall - other.wall, self.processor - other.processor)
+
+    def __mul__(self, by):
+        return Taken(self.wall * by, self.processor * by)
+
+
+def children_seconds():
+    """The processor time of all processes that have ended."""
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return used.ru_utime + used.ru_stime
+
+
+def median(runs, what):
+    return statistics.median(getattr(run, what) for run in runs)
 
 
 class Runner:
@@ -54,16 +83,16 @@ class Runner:
         os.remove(name)
 
     def time(self, command, seconds, size=0, waits=False):
-        """The wall-clock seconds of one run into a folder that is empty, with memory at hand for a file of `size`
-        bytes. What the run before left to be written to the disk is written first."""
+        """What one run took into a folder that is empty, with memory at hand for a file of `size` bytes. What the run
+        before left to be written to the disk is written first."""
         self.clear()
         os.sync()
         self.ready_memory(size)
         line = self.line(command, seconds, size, waits)
-        start = time.perf_counter()
+        start, before = time.perf_counter(), children_seconds()
         subprocess.run(["/bin/sh", "-c", "exec " + line if "&&" not in line else line], check=True,
                        stdout=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
-        return time.perf_counter() - start
+        return Taken(time.perf_counter() - start, children_seconds() - before)
 
     def rival_time(self, rival, seconds, size):
         """The rival's time for `seconds` of media, and whether it was scaled up from fewer."""
@@ -71,7 +100,7 @@ class Runner:
             return self.time(rival.command, seconds, size, rival.waits), False
         start = self.time(rival.command, 1 / FRAME_RATE, size)
         shorter = self.time(rival.command, SCALED_SECONDS, size)
-        return start + (shorter - start) * seconds / SCALED_SECONDS, True
+        return start + (shorter - start) * (seconds / SCALED_SECONDS), True
 
     def size_of(self, contest, seconds):
         """The bytes of our file, from a run that is not measured."""
@@ -98,9 +127,11 @@ class Runner:
                 "rival": rival.name,
                 "mediaSeconds": seconds,
                 "bytes": size,
-                "ours": statistics.median(ours[rival.name]),
-                "theirs": statistics.median(times[rival.name]),
-                "ratio": statistics.median(t / o for t, o in zip(times[rival.name], ours[rival.name])),
+                "ours": median(ours[rival.name], "wall"),
+                "theirs": median(times[rival.name], "wall"),
+                "ratio": statistics.median(t.wall / o.wall for t, o in zip(times[rival.name], ours[rival.name])),
+                "oursProcessor": median(ours[rival.name], "processor"),
+                "theirsProcessor": median(times[rival.name], "processor"),
                 "goal": rival.goal,
                 "scaledFromSeconds": SCALED_SECONDS if rival.name in scaled else None,
                 "rounds": self.rounds,

@@ -62,8 +62,11 @@ def show(row):
     scaled = row.get("scaledFromSeconds")
     note = f"  (scaled up from {scaled} s of media)" if scaled else ""
     goal = f"goal {row['goal']}" if row["goal"] else ""
+    processor = (f"processor {row['oursProcessor']:.3f} : {row['theirsProcessor']:.3f} s  "
+                 if "oursProcessor" in row else "")
     print(f"{row['contest']:<26} {row['mediaSeconds']:>6g} s {row['ours']:>9.3f} {unit:<3} "
-          f"{row['rival']:<16} {row['theirs']:>9.3f} {unit:<3} ratio {row['ratio']:>8.2f}  {goal}{note}", flush=True)
+          f"{row['rival']:<16} {row['theirs']:>9.3f} {unit:<3} ratio {row['ratio']:>8.2f}  {processor}{goal}{note}",
+          flush=True)
 
 
 def side_by_side(options, folder):

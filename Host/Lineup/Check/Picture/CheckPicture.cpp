@@ -1,7 +1,6 @@
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
 
 #include "Host/Lineup/Check/Picture/Decide/Verdict.h"
-#include "Host/Lineup/Check/Picture/Find/FindCard.h"
 #include "Host/Lineup/Check/Picture/Find/SentSize.h"
 #include "Host/Lineup/Check/Picture/Raster.h"
 
@@ -15,6 +14,8 @@ namespace lineup::picture {
 
 namespace {
 
+constexpr std::size_t kCards = 2;
+constexpr double kPlain = 0.98;     // of the patches explained: no other card does it as well
 constexpr int kThoroughTries = 6;   // frames that are searched everywhere, one after the other
 constexpr int kThoroughEvery = 40;  // and then one in so many
 constexpr int kLeastSide = 64;      // pixels of a frame
@@ -75,16 +76,23 @@ void PictureExaminer::Restart() {
     mIsUnreadable = false;
 }
 
-// Both cards, whichever is asked for: another one is a fault. Drawn for the size of the frame, the likelier one first.
-std::vector<CardModel>& PictureExaminer::ModelsFor(int width, int height) {
-    const bool isKnown = !mModels.empty() && mModels.front().width == width && mModels.front().height == height;
-    if (!isKnown) {
-        const Card due = height < kFewestHdLines ? Card::SD : Card::HD;
+void PictureExaminer::TakeSize(int width, int height) {
+    if (width != mWidth || height != mHeight) {
         mModels.clear();
-        mModels.push_back(ReadCardModel(*mClip, due, width, height));
-        mModels.push_back(ReadCardModel(*mClip, due == Card::HD ? Card::SD : Card::HD, width, height));
+        mModels.reserve(kCards);
     }
-    return mModels;
+    mWidth = width;
+    mHeight = height;
+}
+
+// Both cards, whichever is asked for: another one is a fault. Drawn for the size of the frame, the likelier one first.
+std::span<const CardModel> PictureExaminer::Models(std::size_t count) {
+    const Card due = mHeight < kFewestHdLines ? Card::SD : Card::HD;
+    const Card other = due == Card::HD ? Card::SD : Card::HD;
+    while (mModels.size() < count) {
+        mModels.push_back(ReadCardModel(*mClip, mModels.empty() ? due : other, mWidth, mHeight));
+    }
+    return std::span(mModels).first(count);
 }
 
 // A card that was drawn for another size than the frame's, and cut out of it, has its edges on whole pixels of that
@@ -115,7 +123,8 @@ void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
 
 void PictureExaminer::Look(const DecodedPicture& picture) {
     const Raster raster = MakeRaster(picture);
-    const std::vector<CardModel>& models = ModelsFor(raster.width, raster.height);
+    TakeSize(raster.width, raster.height);
+    const CardSearch search(raster);
     const double reach = kReach * std::max(1.0, static_cast<double>(raster.width) / kSearchedWidth);
     const auto take = [&](const std::optional<FoundCard>& found) {
         if (found) {
@@ -125,9 +134,11 @@ void PictureExaminer::Look(const DecodedPicture& picture) {
             mFound = Examine(picture, raster, mFoundModel, geometry);
         }
     };
-    take(FindInWholeFrame(raster, models));
+    const auto likely = search.InWholeFrame(Models(1));
+    const bool isPlain = likely && likely->explained > kPlain;
+    take(isPlain ? likely : search.InWholeFrame(Models(kCards)));
     if (!mFound && (mTries <= kThoroughTries || mTries % kThoroughEvery == 0)) {
-        take(FindAnywhere(raster, models));
+        take(search.Anywhere(Models(kCards)));
     }
     if (mFound) {
         mSeries.SetReference(picture);

@@ -5,11 +5,13 @@
 #include <lineup/CheckSettings.h>
 #include <lineup/Clip.h>
 #include "Host/Lineup/Check/Picture/Examination.h"
+#include "Host/Lineup/Check/Picture/Find/FindCard.h"
 #include "Host/Lineup/Check/Picture/FrameSeries.h"
 #include "Host/Lineup/Check/Reader/DecodedPicture.h"
 
 #include <list>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace lineup::picture {
@@ -42,7 +44,8 @@ public:
     void Restart();
 
 private:
-    [[nodiscard]] std::vector<CardModel>& ModelsFor(int width, int height);
+    void TakeSize(int width, int height);
+    [[nodiscard]] std::span<const CardModel> Models(std::size_t count);
     void Look(const DecodedPicture& picture);
     void TakeSentSize(const Raster& raster, Geometry& geometry);
 
@@ -51,6 +54,8 @@ private:
     decoding::Picture mFacts{};
     std::optional<decoding::Frame> mFirst;
     std::optional<decoding::PictureEnd> mLength;
+    int mWidth = 0;  // that cards were drawn for
+    int mHeight = 0;
     std::vector<CardModel> mModels;
     CardModel mFoundModel;
     std::optional<Examination> mFound;

@@ -16,11 +16,24 @@ struct FoundCard {
     double explained = 0;
 };
 
-/// Looks for these cards in the whole frame, mirrored and flipped too; nothing where there is none. One that lies a
-/// little beside its place may look like one that does not.
-[[nodiscard]] std::optional<FoundCard> FindInWholeFrame(const Raster& raster, std::span<const CardModel> models);
+/// Looks for cards in one picture; nothing where there is none.
+class CardSearch {
+public:
+    explicit CardSearch(const Raster& raster);
 
-/// The same at any place and scale, from a fifth to two and a half times the frame.
-[[nodiscard]] std::optional<FoundCard> FindAnywhere(const Raster& raster, std::span<const CardModel> models);
+    /// In the whole frame, mirrored and flipped too. A card that lies a little beside its place may look like one that
+    /// does not.
+    [[nodiscard]] std::optional<FoundCard> InWholeFrame(std::span<const CardModel> models) const;
+
+    /// At any place and scale, from a fifth to two and a half times the frame.
+    [[nodiscard]] std::optional<FoundCard> Anywhere(std::span<const CardModel> models) const;
+
+private:
+    void Try(const CardModel& model, const Place& place, FoundCard& best) const;
+    [[nodiscard]] std::optional<FoundCard> Scaled(FoundCard best) const;
+
+    Raster mSmall;
+    double mScale;
+};
 
 }  // namespace lineup::picture

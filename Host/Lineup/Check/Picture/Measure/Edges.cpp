@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <optional>
+#include <span>
 
 namespace lineup::picture {
 
@@ -48,13 +50,23 @@ std::optional<Section> Cut(const Plane& plane, bool upright, double at, double r
         return std::nullopt;
     }
     Section section{.first = first * axis.step + axis.offset + 0.5, .step = axis.step, .values = {}};
-    for (int a = first; a <= last; ++a) {
-        double sum = 0;
-        for (int l = top; l < bottom; ++l) {
-            sum += static_cast<double>(upright ? plane.At(a, l) : plane.At(l, a));
+    section.values.assign(static_cast<std::size_t>(last - first) + 1, 0);
+    const auto width = static_cast<std::size_t>(plane.width);
+    const int firstLine = upright ? top : first;
+    const int endLine = upright ? bottom : last + 1;
+    const auto left = static_cast<std::size_t>(upright ? first : top);
+    const auto right = static_cast<std::size_t>(upright ? last + 1 : bottom);
+    for (int y = firstLine; y < endLine; ++y) {
+        const std::span line =
+            std::span(plane.values).subspan(static_cast<std::size_t>(y) * width + left, right - left);
+        if (upright) {
+            std::ranges::transform(line, section.values, section.values.begin(),
+                                   [](float value, double sum) { return sum + static_cast<double>(value); });
+        } else {
+            section.values[static_cast<std::size_t>(y - first)] = std::accumulate(line.begin(), line.end(), 0.0);
         }
-        section.values.push_back(sum / (bottom - top));
     }
+    std::ranges::for_each(section.values, [&](double& value) { value /= bottom - top; });
     return section;
 }
 

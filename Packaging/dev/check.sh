@@ -110,7 +110,7 @@ verb_check() {
     case ${1:-} in
         '') need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check ;;
         --all)
-            need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check packages packages-tests roots
+            need product desktop tests mlt mlt-tests gstreamer gstreamer-tests benchmarks check laboratory packages packages-tests roots
             lint=compiled_sources
             ;;
         *) fail "check takes --all, or nothing" ;;

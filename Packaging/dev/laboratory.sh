@@ -23,6 +23,10 @@ run_laboratory() {
 check_laboratory() { run_laboratory all --page "$root/Docs/checking-laboratory.md"; }
 
 verb_laboratory() {
-    need product desktop tests
+    local -a lists=(product desktop tests)
+    case " $* " in
+        *' all '* | *' --packages '*) lists+=(laboratory) ;;
+    esac
+    need "${lists[@]}"
     run_laboratory "$@"
 }

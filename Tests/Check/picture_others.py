@@ -1,9 +1,11 @@
-"""Pictures that are no card: of FFmpeg's sources, with the statistics of photographs, of games, and of a folder."""
+"""Pictures that are no card: of FFmpeg's sources, with the statistics of photographs, of games, of packages, of a folder."""
 
 import os
+from dataclasses import dataclass
 
 import numpy
 
+import picture_footage
 from sound_files import run
 
 SIZE = (640, 360)
@@ -16,7 +18,6 @@ GENERATED = (
     "gradients=size=640x360:nb_colors=7:type=linear")
 NATURAL = 24  # pictures whose spectrum falls as that of photographs does
 GAMES = 24  # walls, tiles and figures of few colours
-PHOTOGRAPHS = (".jpg", ".jpeg", ".png", ".webp", ".tif")
 
 
 def natural(index):
@@ -57,25 +58,52 @@ def game(index):
     return picture
 
 
-def names(photographs):
-    """Everything there is to look at; photographs are of a folder, and there may be none."""
-    paths = sorted(os.path.join(root, file) for root, _, files in os.walk(photographs or os.devnull) for file in files
-                   if file.lower().endswith(PHOTOGRAPHS))
-    return [*GENERATED, *(f"natural {i}" for i in range(NATURAL)), *(f"game {i}" for i in range(GAMES)), *paths]
+@dataclass(frozen=True)
+class Other:
+    """Something to look at: `source` is an FFmpeg source, a number, or a file, of which `view` is a filter."""
+
+    kind: str
+    source: object
+    view: str = ""
+    at: float = 0  # s
+    frames: int = 1  # all of a film
 
 
-def write(name, path):
-    """One frame of it."""
+SOURCES, NATURE, TILES = "FFmpeg's sources", "noise with the spectrum of photographs", "tiles and figures of games"
+
+
+def generated():
+    return [*(Other(SOURCES, name) for name in GENERATED), *(Other(NATURE, i) for i in range(NATURAL)),
+            *(Other(TILES, i) for i in range(GAMES))]
+
+
+def of_folder(folder):
+    return [Other("photographs", os.path.join(root, file), "scale=640:-2") for root, _, files in os.walk(folder)
+            for file in sorted(files) if file.lower().endswith(picture_footage.ENDINGS)]
+
+
+def of_packages(folder, pool):
+    """Photographs, and films that are made here; of a film some frames by themselves too."""
+    others = [Other(f"photographs of {package}", file, view) for package in picture_footage.PHOTOGRAPHS
+              for file in picture_footage.photographs(package) for view in picture_footage.VIEWS]
+    for name, film, frames in pool.imap(picture_footage.record, [(folder, game) for game in picture_footage.GAMES]):
+        others.append(Other(f"a film of {name}", film, frames=frames))
+        others += [Other(f"frames of {name}", film, "null", at)
+                   for at in range(0, frames // picture_footage.RATE, picture_footage.STILLS_EVERY)]
+    return others
+
+
+def write(other, path):
+    """The frame that is to be looked at."""
     end = ["-frames:v", "1", "-pix_fmt", "yuv422p", "-c:v", "ffv1", path]
-    kind, _, index = name.partition(" ")
-    if kind in ("natural", "game"):
-        pixels = numpy.clip((natural if kind == "natural" else game)(int(index)), 0, 255).astype(numpy.uint8)
+    if other.kind in (NATURE, TILES):
+        pixels = (natural if other.kind == NATURE else game)(other.source)
         plain = path + ".raw"
-        pixels.tofile(plain)
+        numpy.clip(pixels, 0, 255).astype(numpy.uint8).tofile(plain)
         run(["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pixel_format", "rgb24", "-video_size",
              "{}x{}".format(*SIZE), "-i", plain, *end])
         os.remove(plain)
-    elif os.path.isabs(name):
-        run(["ffmpeg", "-v", "error", "-y", "-i", name, "-vf", "scale=640:-2", *end])
+    elif other.view:
+        run(["ffmpeg", "-v", "error", "-y", "-ss", str(other.at), "-i", other.source, "-vf", other.view, *end])
     else:
-        run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", name, *end])
+        run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", other.source, *end])

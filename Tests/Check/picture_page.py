@@ -18,9 +18,12 @@ class Rest:
     """What belongs to the pictures beside the cases."""
 
     histories: list  # of results
-    others: int  # pictures that are no card
-    found: list  # those that were taken for one
-    has_photographs: bool = False
+    others: list  # (picture that is no card, card, faults)
+
+    @property
+    def found(self):
+        """Those that were taken for one."""
+        return [entry for entry in self.others if entry[1] or entry[2]]
 
     @property
     def holds(self):
@@ -66,18 +69,29 @@ def histories(results):
                       "| history | codec | due | named |", "| --- | --- | --- | --- |", *rows])
 
 
+def others(rest):
+    """What was looked at that is no card: of a film, which is one recording, all frames count."""
+    counts = collections.Counter()
+    for other, card, faults in rest.others:
+        counts[other.kind, "frames"] += other.frames
+        counts[other.kind, "found"] += bool(card or faults)
+    kinds = list(dict.fromkeys(other.kind for other, _, _ in rest.others))
+    total = sum(counts[kind, "frames"] for kind in kinds)
+    return "\n".join([f"Pictures that are no card: {total}, of which {len(rest.found)} were taken for one.\n",
+                      "| what | pictures | taken for a card |", "| --- | ---: | ---: |",
+                      *(f"| {kind} | {counts[kind, 'frames']} | {counts[kind, 'found']} |" for kind in kinds)])
+
+
 def section(command, results, rest):
     right, undamaged, wrong, off = score(results)
     told = (f"{len(results)} cases: {right} right, {100 * right / max(1, len(results)):.2f} %. In {undamaged} nothing was "
             f"due; in {wrong} of these something was named. Patches of undamaged cards are off by {off:.2f} codes at most.\n"
-            f"The aim is {100 * reached.PICTURES_AIM:g} %; a release must have {100 * reached.PICTURES_REACHED:g} % at least.\n"
-            f"Of {rest.others} pictures that are no card (FFmpeg's sources, noise with the spectrum of photographs, tiles and "
-            f"figures of games{', photographs' if rest.has_photographs else ''}), {len(rest.found)} were taken for one.")
+            f"The aim is {100 * reached.PICTURES_AIM:g} %; a release must have {100 * reached.PICTURES_REACHED:g} % at least.")
     missed = [f"- case {result.picture.number} ({result.picture.name}): due {', '.join(result.picture.sheet.due) or 'nothing'}; "
               f"named {', '.join(result.got) or 'nothing'}" for result in results if not result.right]
     parts = [HEADING + "\n" + RULE.replace("{command}", command), told,
              *(["Those that are wrong:", "\n".join(missed)] if missed else []),
-             histories(rest.histories), table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
+             histories(rest.histories), others(rest), table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
              table("size", results, size_of)]
     return "\n\n".join(parts) + "\n"
 

@@ -190,13 +190,16 @@ def judge_pictures(work):
 
 
 def judge_other(work):
-    """What is found in a picture that is no card: the id of the first fault or the card, or nothing."""
-    lineup, folder, index, name = work
-    path = os.path.join(folder, f"other-{index}.mkv")
-    picture_others.write(name, path)
+    """What is found in a picture that is no card: the card and the ids of faults, or nothing."""
+    lineup, folder, index, other = work
+    is_film = other.frames > 1
+    path = other.source if is_film else os.path.join(folder, f"other-{index}.mkv")
+    if not is_film:
+        picture_others.write(other, path)
     report = check_pictures(lineup, [path], ["--expect", "none"])[0]
-    os.remove(path)
-    return name, (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
+    if not is_film:
+        os.remove(path)
+    return other, (report["picture"] or {}).get("card"), [fault["id"] for fault in report["faults"]]
 
 
 def judge_history(work):
@@ -218,17 +221,20 @@ def run_histories(lineup, folder, pool):
     return list(pool.imap(judge_history, [(lineup, folder, i) for i in range(len(picture_histories.HISTORIES))]))
 
 
-def run_others(lineup, folder, pool, photographs=None, most=None):
-    """How many pictures that are no card were looked at, and those that were taken for one."""
-    names = picture_others.names(photographs)[:most]
-    works = [(lineup, folder, i, name) for i, name in enumerate(names)]
-    return len(works), [entry for entry in pool.imap(judge_other, works) if entry[1] or entry[2]]
+def run_others(options, folder, pool):
+    """Pictures that are no card, each with the card and the faults that were found."""
+    others = picture_others.generated()
+    if options.photographs:
+        others += picture_others.of_folder(options.photographs)
+    if options.packages:
+        others += picture_others.of_packages(folder, pool)
+    works = [(options.lineup, folder, i, other) for i, other in enumerate(others[:options.others])]
+    return list(pool.imap(judge_other, works))
 
 
 def run_rest(options, folder, pool):
     """What belongs to the pictures beside the cases, as the page has it."""
-    others, found = run_others(options.lineup, folder, pool, options.photographs, options.others)
-    return picture_page.Rest(run_histories(options.lineup, folder, pool), others, found, bool(options.photographs))
+    return picture_page.Rest(run_histories(options.lineup, folder, pool), run_others(options, folder, pool))
 
 
 def tell_wrong(result):
@@ -250,7 +256,8 @@ def show(options, folder, pool):
     for entry in rest.found:
         print(f"found in what is no card: {entry}")
     print(f"histories {len(rest.histories)}, right {sum(result.right for result in rest.histories)}; no cards "
-          f"{rest.others}, taken for one {len(rest.found)}")
+          f"{len(rest.others)}, taken for one {len(rest.found)}")
+    print(picture_page.others(rest))
     if options.page:
         command = f"./dev laboratory pictures --cases {options.cases} --first {options.first}"
         with open(options.page, encoding="utf-8") as file:

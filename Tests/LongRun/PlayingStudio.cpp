@@ -1,5 +1,6 @@
-// The studio's window, playing its clip round and round, as it does at first, on a sound device of its own until it is
-// ended: what a watch of its memory and descriptors looks at.
+// playing_studio [FOLDER]: the studio's window, playing its clip round and round, as it does at first, on a sound
+// device of its own until it is ended: what a watch of its memory and descriptors looks at. What it remembers goes into
+// FOLDER.
 #include <lineup/Importer.h>
 #include "Apps/studio/Window/StudioWindow.h"
 #include "Tests/Apps/studio/SoundServer.h"
@@ -23,7 +24,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QTemporaryDir settings;
     QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, argc > 1 ? QString(argv[1]) : settings.path());
     const QApplication application(argc, argv);
     try {
         const test::SoundServer server;

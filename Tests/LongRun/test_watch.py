@@ -1,7 +1,9 @@
 """What a watch says of programs that were seen to do this and that."""
+import os
 import tempfile
 import unittest
 
+from long_run import Repeated
 from watch import MEBIBYTE, Sample, Watched, faults_of
 
 
@@ -29,6 +31,14 @@ class Faults(unittest.TestCase):
             ended.processes[0].wait()
             ended.look()
             self.assertEqual(ended.end(), ["it ended with 3: enough\n"])
+
+    def test_a_run_of_many_that_goes_wrong_is_found(self):
+        runs = Repeated("runs", [["echo", "right"], ["echo", "wrong"]],
+                        lambda _command, status, said: "" if (status, said) == (0, "right\n") else said, None, os.environ)
+        self.assertEqual(runs.end(), ["it came to no end"])
+        while runs.count < 2:
+            runs.go_on()
+        self.assertEqual(runs.end(), ["run 2: wrong\n"])
 
 
 if __name__ == "__main__":

@@ -58,7 +58,7 @@ class Watched:
             for number, command in enumerate(commands):
                 last = number == len(commands) - 1
                 process = subprocess.Popen(command, stdin=feed, stdout=log if last else subprocess.PIPE, stderr=log,
-                                           env={**os.environ, **(environment or {})}, cwd=folder,
+                                           env=environment, cwd=folder,
                                            start_new_session=True)
                 if number:
                     feed.close()

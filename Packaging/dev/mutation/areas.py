@@ -11,6 +11,8 @@ TESTS = {
     "Host/Desktop": ("Tests/Host/Desktop", "Tests/Apps/studio", "Tests/Docs", "Tests/Fuzz"),
     "Host": ("Tests",),
     "Host/Lineup": ("Tests/Host", "Tests/Apps", "Tests/Bridges", "Tests/Fuzz", "Tests/Docs"),
+    "Host/Lineup/Check": ("Tests/Host/Lineup/Check", "Tests/Apps", "Tests/Check", "Tests/Docs", "Tests/Fuzz"),
+    "Host/Lineup/Send": ("Tests/Host/Lineup/Send", "Tests/Apps/lineup", "Tests/Docs", "Tests/Fuzz"),
     "Host/Lineup/Validation": ("Tests/Host/Lineup/Validation", "Tests/Apps/lineup"),
     "Apps": ("Tests",),
     "Apps/lanes": ("Tests/Apps", "Tests/Docs"),

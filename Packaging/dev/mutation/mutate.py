@@ -26,7 +26,8 @@ from names import Names  # noqa: E402
 from results import Score, describe, keep, key_of, known_results  # noqa: E402
 from tests import Tests  # noqa: E402
 
-ROUND = 60  # mistakes that are tried file by file, so that few files are compiled twice
+ROUND = 15  # mistakes that are tried file by file, so that few files are compiled twice
+MOST_SECONDS = 60  # of tests that are asked about a mistake, the likely ones first; --again asks all
 OF_HEADERS = 8  # one of so many mistakes in headers is drawn: much is compiled for each
 
 
@@ -63,20 +64,29 @@ def drawn(every, seed, whole):
     return [entry for _, _, entry in sorted(order, key=lambda ranked: (ranked[0], ranked[1], ranked[2][0]))]
 
 
-def try_out(mistake, text, tests, candidates):
-    """("survived" or "noticed" or "not compiled", by what)"""
+def try_out(mistake, text, tests, most):
+    """("survived" or "noticed" or "not compiled", by what), shown to tests until they have taken so many seconds."""
     path = tree.SOURCE / mistake.file
     path.write_text(mistake.apply(text))
+    taken, candidates = 0, tests.that_may_notice(mistake.file)
     for test in candidates:
         if tree.ninja(*test.targets, with_mistake=True).returncode != 0:
             return "not compiled", "the compiler"
-        outcome = tests.show(test, mistake.file)
-        if not outcome.passed:
-            return "noticed", f"{test.name} {outcome.why or tests.what_failed()}".strip()
+        passed, by, seconds = tests.show(test, mistake.file)
+        taken += seconds
+        if passed:
+            tests.passed(test, seconds)
+        else:
+            path.write_text(text)
+            if tests.is_sound(test):
+                return "noticed", f"{test.name} {by}".strip()
+            path.write_text(mistake.apply(text))
+        if taken > most:
+            break
     return "survived", "" if candidates else "no test"
 
 
-def try_all(todo, results, minutes):
+def try_all(todo, results, options):
     tree.HOME.mkdir(parents=True, exist_ok=True)
     changed = tree.copy_sources()
     tree.configure()
@@ -85,23 +95,23 @@ def try_all(todo, results, minutes):
     if built.returncode != 0:
         sys.exit(built.stdout)
     tests = Tests(results.values(), fresh=changed)
-    end = time.monotonic() + 60 * minutes if minutes else None
+    end = time.monotonic() + 60 * options.minutes if options.minutes else None
+    most = math.inf if options.again else MOST_SECONDS
     number = 0
     for begin in range(0, len(todo), ROUND):
         for key, mistake, text in sorted(todo[begin: begin + ROUND], key=lambda entry: (entry[1].file, entry[1].offset)):
             if end and time.monotonic() > end:
                 return
-            candidates = tests.that_may_notice(mistake.file)
             before = resource.getrusage(resource.RUSAGE_CHILDREN)
             try:
-                outcome, by = try_out(mistake, text, tests, candidates)
+                outcome, by = try_out(mistake, text, tests, most)
             finally:
                 (tree.SOURCE / mistake.file).write_text(text)
             after = resource.getrusage(resource.RUSAGE_CHILDREN)
             seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
             results[key] = {"key": key, "file": mistake.file, "line": mistake.line, "kind": mistake.kind,
                             "before": mistake.before, "after": mistake.after, "outcome": outcome, "by": by,
-                            "seconds": round(seconds, 1)}
+                            "seconds": round(seconds, 1), "seed": results.get(key, {}).get("seed", options.seed)}
             keep(results[key])
             if outcome == "noticed":
                 tests.remember(mistake.file, by)
@@ -125,13 +135,15 @@ def main():
     chosen = drawn(every, options.seed, whole=bool(options.files))[: options.sample]
     results = known_results()
     retried = "survived" if options.again else None
+    if (options.report or options.again) and not options.sample:
+        chosen = every
     todo = [entry for entry in chosen if results.get(entry[0], {}).get("outcome") == retried]
     if todo and not options.report:
-        try_all(todo, results, options.minutes)
+        try_all(todo, results, options)
     score = Score(every, chosen, results)
     score.tell()
     if options.page:
-        score.write_page(options.seed)
+        score.write_page()
 
 
 if __name__ == "__main__":

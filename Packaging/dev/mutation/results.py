@@ -49,12 +49,13 @@ class Score:
     def __init__(self, every, drawn, results):
         self.can = Counter(area_of(mistake.file) for _, mistake, _ in every)
         self.outcomes = {area: Counter() for area in sorted(self.can)}
-        self.survivors, self.seconds = [], 0.0
+        self.survivors, self.seconds, self.seeds = [], 0.0, set()
         for key, mistake, text in drawn:
             entry = results.get(key)
             if entry:
                 self.outcomes[area_of(mistake.file)][entry["outcome"]] += 1
-                self.seconds += entry.get("seconds", 0)
+                self.seconds += entry["seconds"]
+                self.seeds.add(entry["seed"])
                 if entry["outcome"] == "survived":
                     self.survivors.append((mistake, text))
 
@@ -84,9 +85,10 @@ class Score:
         print(f"Weighed by what can be made in each area: {weighed}. {not_compiled} more did not compile. "
               f"{self.seconds:.0f} s of processor time.")
 
-    def write_page(self, seed):
+    def write_page(self):
         table, weighed, not_compiled = self.table()
-        said = (f"{BEGIN}\n\n{table}\n\nSeed {seed}. Weighed by what can be made in each area: {weighed}. "
+        seeds = f"Seed{'s'[: len(self.seeds) - 1]} {', '.join(map(str, sorted(self.seeds)))}"
+        said = (f"{BEGIN}\n\n{table}\n\n{seeds}. Weighed by what can be made in each area: {weighed}. "
                 f"{not_compiled} more did not compile and do not count.\n\n{END}")
         page = PAGE.read_text(encoding="utf-8")
         before, _, rest = page.partition(BEGIN)

@@ -13,6 +13,7 @@ from areas import test_folders
 
 SLOWER = 5  # than usual: caught in a loop
 LEAST_SECONDS = 10
+UNKNOWN_SECONDS = 240  # for a test that was not run before
 LONG_SECONDS = 2  # of a program whose likely tests run first, alone
 # What takes minutes, needs a display, or asks nothing of the programs.
 LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks)|^Packages?\.|_NOT_BUILT$")
@@ -69,9 +70,10 @@ class Tests:
 
     def __init__(self, results, fresh):
         self.usual_file = tree.HOME / "usual.json"
-        if fresh:
-            self.usual_file.unlink(missing_ok=True)
-        self.usual = json.loads(self.usual_file.read_text()) if self.usual_file.exists() else {}
+        known = json.loads(self.usual_file.read_text()) if self.usual_file.exists() else {"usual": {}, "sound": []}
+        self.usual = known["usual"]
+        self.sound = set() if fresh else set(known["sound"])  # seen to pass, as the sources are now
+        self.broken = set()  # fail without any mistake
         self.noticed = Counter()
         self.cases = {}
         for entry in results:
@@ -94,29 +96,35 @@ class Tests:
         return file in test.inputs or not test.inputs.isdisjoint(self.objects.get(file, ()))
 
     def that_may_notice(self, file):
-        """Those that link or run what the file becomes, the most likely first, measured without a mistake."""
+        """Those that link or run what the file becomes, the most likely first."""
         folders = test_folders(file)
-        chosen = [test for test in self.all
-                  if any(f"{test.home}/".startswith(f"{folder}/") for folder in folders) and self.reach(test, file)]
-        for test in chosen:
-            self.measure(test)
-        return sorted((test for test in chosen if self.usual[test.name]), key=lambda test: self.likelihood(test, file))
+        chosen = [test for test in self.all if test.name not in self.broken and self.reach(test, file)
+                  and any(f"{test.home}/".startswith(f"{folder}/") for folder in folders)]
+        return sorted(chosen, key=lambda test: self.likelihood(test, file))
 
     def likelihood(self, test, file):
         folder = os.path.dirname(file)
         near = len(os.path.commonprefix([f"Tests/{folder}/".split("/"), f"{test.home}/".split("/")]))
         return (-self.noticed[file, test.name], Path(file).stem not in test.names(), -near,
-                -self.noticed[folder, test.name], self.usual[test.name])
+                -self.noticed[folder, test.name], self.usual.get(test.name, 0))
 
-    def measure(self, test):
-        if test.name in self.usual:
-            return
-        built = tree.ninja(*test.targets)
-        outcome = self.run(test, 1200) if built.returncode == 0 else None
-        if not outcome or not outcome.passed:
-            print(f"{test.name} fails without any mistake and is left out; see {self.log()}")
-        self.usual[test.name] = round(outcome.seconds, 3) if outcome and outcome.passed else 0
-        self.usual_file.write_text(json.dumps(self.usual, indent=1))
+    def passed(self, test, seconds):
+        self.usual.setdefault(test.name, round(seconds, 3))
+        self.sound.add(test.name)
+        self.usual_file.write_text(json.dumps({"usual": self.usual, "sound": sorted(self.sound)}, indent=1))
+
+    def is_sound(self, test):
+        """Whether it passes without a mistake; asked once, with the sources put right."""
+        if test.name not in self.sound:
+            built = tree.ninja(*test.targets)
+            outcome = self.run(test, 1200) if built.returncode == 0 else None
+            if outcome and outcome.passed:
+                self.usual[test.name] = round(outcome.seconds, 3)
+                self.passed(test, outcome.seconds)
+            else:
+                print(f"{test.name} fails without any mistake and is left out; see {self.log()}")
+                self.broken.add(test.name)
+        return test.name in self.sound
 
     def log(self):
         return tree.HOME / "output.txt"
@@ -132,13 +140,25 @@ class Tests:
         return ":".join([f"*{Path(file).stem}*.*", *noticed])
 
     def show(self, test, file):
-        """What the test says of a mistake in the file."""
-        seconds = max(LEAST_SECONDS, SLOWER * self.usual[test.name])
-        if test.name.startswith("tests/") and self.usual[test.name] > LONG_SECONDS:
+        """(does it pass, what it says, its processor seconds) with a mistake in the file. What failed must fail twice: it
+        may have been disturbed."""
+        usual = self.usual.get(test.name)
+        seconds = max(LEAST_SECONDS, SLOWER * usual) if usual is not None else UNKNOWN_SECONDS
+        is_program = test.name.startswith("tests/")
+        if is_program and (usual is None or usual > LONG_SECONDS):
             first = self.run(test, seconds, f"--gtest_filter={self.likely_cases(test, file)}")
-            if not first.passed:
-                return first
-        return self.run(test, seconds)
+            if not first.passed and self.fails_again(test, seconds, first):
+                return False, first.why or self.what_failed(), first.seconds
+        outcome = self.run(test, seconds)
+        if not outcome.passed and not self.fails_again(test, seconds, outcome):
+            outcome = self.run(test, seconds)
+        return outcome.passed, outcome.why or self.what_failed(), outcome.seconds
+
+    def fails_again(self, test, seconds, outcome):
+        case = self.what_failed()
+        if outcome.why:  # no other process makes it crash, or take processor time or memory
+            return True
+        return not self.run(test, seconds, *([f"--gtest_filter={case}"] if case else [])).passed
 
     def what_failed(self):
         match = FAILED.search(self.log().read_bytes())

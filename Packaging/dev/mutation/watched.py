@@ -86,6 +86,8 @@ def run(command, seconds, folder, temporary, environment, output):
             start_new_session=True, env={**os.environ, **environment, "TMPDIR": str(temporary)})
         try:
             why = watch(child, seconds)
+            if not why and child.returncode < 0:
+                why = f"was ended by signal {-child.returncode}"
         finally:
             end_session(child.pid)
             child.wait()

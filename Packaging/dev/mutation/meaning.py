@@ -121,7 +121,7 @@ def lost_operands(text, code):
         end = end_of_operand(code, match.end() + 1, tuple(f" {stop}" for stop in stops))
         if "\n" not in code[match.start(): end].strip():
             yield kind, match.start() - 1, text[match.start() - 1: end], ""
-        begin = beginning_of_operand(code, match.start() - 1, tuple(f"{s} " for s in stops) + ("return ", "= "))
+        begin = beginning_of_operand(code, match.start() - 1, tuple(f"{s} " for s in stops) + ("return ", " = "))
         if "\n" not in code[begin: match.end()] and begin < match.start() - 1:
             yield kind, begin, text[begin: match.end() + 1], ""
 

@@ -67,19 +67,21 @@ def drawn(every, seed, whole):
 def try_out(mistake, text, tests, most):
     """("survived" or "noticed" or "not compiled", by what), shown to tests until they have taken so many seconds."""
     path = tree.SOURCE / mistake.file
-    path.write_text(mistake.apply(text))
     taken, candidates = 0, tests.that_may_notice(mistake.file)
+    if candidates and not all((tree.BUILD / target).exists() for target in candidates[0].targets):
+        tree.ninja(*candidates[0].targets)
+    path.write_text(mistake.apply(text))
     for test in candidates:
         if tree.ninja(*test.targets, with_mistake=True).returncode != 0:
             return "not compiled", "the compiler"
-        passed, by, seconds = tests.show(test, mistake.file)
+        passed, why, case, seconds = tests.show(test, mistake.file)
         taken += seconds
         if passed:
             tests.passed(test, seconds)
         else:
             path.write_text(text)
-            if tests.is_sound(test):
-                return "noticed", f"{test.name} {by}".strip()
+            if tests.is_sound(test, case):
+                return "noticed", f"{test.name} {why or case}".strip()
             path.write_text(mistake.apply(text))
         if taken > most:
             break
@@ -90,10 +92,7 @@ def try_all(todo, results, options):
     tree.HOME.mkdir(parents=True, exist_ok=True)
     changed = tree.copy_sources()
     tree.configure()
-    # A program that is not there yet has no tests to list.
-    built = tree.ninja("test_programs")
-    if built.returncode != 0:
-        sys.exit(built.stdout)
+    tree.build_product()
     tests = Tests(results.values(), fresh=changed)
     end = time.monotonic() + 60 * options.minutes if options.minutes else None
     most = math.inf if options.again else MOST_SECONDS

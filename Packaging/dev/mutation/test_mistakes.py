@@ -39,6 +39,7 @@ class Mistakes(unittest.TestCase):
 
     def test_one_of_several_conditions_or_flags_is_left_out(self):
         self.assertEqual(changed("    return (a && b);", "condition left out"), {"    return (a);", "    return (b);"})
+        self.assertEqual(changed("    return a != 0 || b;", "condition left out"), {"    return a != 0;", "    return b;"})
         self.assertEqual(changed("    f(A | B);", "flag left out"), {"    f(A);", "    f(B);"})
 
     def test_arguments_change_places(self):

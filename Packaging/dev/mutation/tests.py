@@ -16,7 +16,9 @@ LEAST_SECONDS = 10
 UNKNOWN_SECONDS = 240  # for a test that was not run before
 LONG_SECONDS = 2  # of a program whose likely tests run first, alone
 # What takes minutes, needs a display, or asks nothing of the programs.
-LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks)|^Packages?\.|_NOT_BUILT$")
+LEFT_OUT = re.compile(r"_on_a_display$|LongRun|^Docs\.(Links|Checks)|^Packages?\.")
+NOT_BUILT = "_NOT_BUILT"  # how ctest calls a program of tests that is built when it is asked
+
 FAILED = re.compile(rb"^\[  FAILED  \] ([\w./]+)", re.MULTILINE)
 
 
@@ -46,6 +48,8 @@ def found_tests():
     for test in tree.listed_tests():
         command = test.get("command", [])
         properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
+        if test["name"].endswith(NOT_BUILT):
+            command = [str(tree.BUILD / "tests" / test["name"].removesuffix(NOT_BUILT))]
         if not command or LEFT_OUT.search(test["name"]):
             continue
         targets = targets_of(command)
@@ -65,6 +69,10 @@ def found_tests():
     return list(found.values())
 
 
+def only(case):
+    return [f"--gtest_filter={case}"] if case else []
+
+
 class Tests:
     """Those of the build, with the processor time that each usually takes and what they noticed before."""
 
@@ -81,7 +89,8 @@ class Tests:
                 self.remember(entry["file"], entry["by"])
         self.objects = tree.objects_by_file()
         self.all = found_tests()
-        for test in self.all:  # sources that are compiled several at once are named by their objects alone
+        for test in self.all:  # sources that are compiled several at once are named by their objects alone, or their unit
+            test.inputs |= tree.sources_of_units(target.removeprefix("tests/") for target in test.targets)
             test.inputs |= {file for file, objects in self.objects.items()
                             if file.startswith("Tests/") and not test.inputs.isdisjoint(objects)}
 
@@ -109,22 +118,24 @@ class Tests:
                 -self.noticed[folder, test.name], self.usual.get(test.name, 0))
 
     def passed(self, test, seconds):
-        self.usual.setdefault(test.name, round(seconds, 3))
-        self.sound.add(test.name)
+        self.usual[test.name] = round(seconds, 3)
+        self.trust(test.name)
+
+    def trust(self, name):
+        self.sound.add(name)
         self.usual_file.write_text(json.dumps({"usual": self.usual, "sound": sorted(self.sound)}, indent=1))
 
-    def is_sound(self, test):
-        """Whether it passes without a mistake; asked once, with the sources put right."""
-        if test.name not in self.sound:
+    def is_sound(self, test, case):
+        """Whether it, or its one case that failed, passes without a mistake; asked once, with the sources put right."""
+        name = f"{test.name} {case}".strip()
+        if test.name not in self.sound and name not in self.sound:
             built = tree.ninja(*test.targets)
-            outcome = self.run(test, 1200) if built.returncode == 0 else None
-            if outcome and outcome.passed:
-                self.usual[test.name] = round(outcome.seconds, 3)
-                self.passed(test, outcome.seconds)
+            if built.returncode == 0 and self.run(test, 1200, *only(case)).passed:
+                self.trust(name)
             else:
-                print(f"{test.name} fails without any mistake and is left out; see {self.log()}")
+                print(f"{name} fails without any mistake and is left out; see {self.log()}")
                 self.broken.add(test.name)
-        return test.name in self.sound
+        return test.name not in self.broken
 
     def log(self):
         return tree.HOME / "output.txt"
@@ -140,7 +151,7 @@ class Tests:
         return ":".join([f"*{Path(file).stem}*.*", *noticed])
 
     def show(self, test, file):
-        """(does it pass, what it says, its processor seconds) with a mistake in the file. What failed must fail twice: it
+        """(does it pass, why not, the case that failed, its processor seconds) with a mistake in the file. What failed must fail twice: it
         may have been disturbed."""
         usual = self.usual.get(test.name)
         seconds = max(LEAST_SECONDS, SLOWER * usual) if usual is not None else UNKNOWN_SECONDS
@@ -148,17 +159,16 @@ class Tests:
         if is_program and (usual is None or usual > LONG_SECONDS):
             first = self.run(test, seconds, f"--gtest_filter={self.likely_cases(test, file)}")
             if not first.passed and self.fails_again(test, seconds, first):
-                return False, first.why or self.what_failed(), first.seconds
+                return False, first.why, self.what_failed(), first.seconds
         outcome = self.run(test, seconds)
         if not outcome.passed and not self.fails_again(test, seconds, outcome):
             outcome = self.run(test, seconds)
-        return outcome.passed, outcome.why or self.what_failed(), outcome.seconds
+        return outcome.passed, outcome.why, self.what_failed(), outcome.seconds
 
     def fails_again(self, test, seconds, outcome):
-        case = self.what_failed()
         if outcome.why:  # no other process makes it crash, or take processor time or memory
             return True
-        return not self.run(test, seconds, *([f"--gtest_filter={case}"] if case else [])).passed
+        return not self.run(test, seconds, *only(self.what_failed())).passed
 
     def what_failed(self):
         match = FAILED.search(self.log().read_bytes())

@@ -28,6 +28,14 @@ def ninja(*targets, with_mistake=False):
     return quietly("ninja", "-j1" if with_mistake else "-j2", "-C", BUILD, *targets, env={**os.environ, **more})
 
 
+def build_product():
+    """What mistakes are made in; tests are built when they are asked."""
+    built = ninja("lineup_cli", "lineup_studio", "lineup-decode", "lineup-media", "zelui-qt", "BarsAndToneModule", "mltlineup",
+                  "gstlineup")
+    if built.returncode != 0:
+        sys.exit(built.stdout)
+
+
 def copy_sources():
     """What git would keep, copied where it differs, so that only what changed is compiled again; whether any did."""
     listed = set(quietly("git", "-C", ROOT, "ls-files", "-co", "--exclude-standard").stdout.splitlines())
@@ -77,6 +85,12 @@ def objects_by_file():
             if not file.startswith(("..", "build/")):
                 found.setdefault(file, set()).add(current)
     return found
+
+
+def sources_of_units(targets):
+    """The sources that are compiled several at once for these targets."""
+    units = [unit for target in targets for unit in (BUILD / "units" / target).glob("*.cpp")]
+    return {line.split('"')[1] for unit in units for line in unit.read_text().splitlines() if line.startswith("#include")}
 
 
 def listed_tests():

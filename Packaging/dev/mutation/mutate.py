@@ -27,7 +27,7 @@ from results import Score, describe, keep, key_of, known_results  # noqa: E402
 from tests import Tests  # noqa: E402
 
 ROUND = 15  # mistakes that are tried file by file, so that few files are compiled twice
-MOST_SECONDS = 60  # of tests that are asked about a mistake, the likely ones first; --again asks all
+MOST_SECONDS = 30  # of tests that are asked about a mistake, the likely ones first; --again asks all
 OF_HEADERS = 8  # one of so many mistakes in headers is drawn: much is compiled for each
 
 

@@ -29,6 +29,15 @@ TEST(Address, MayHaveEveryKey) {
     EXPECT_EQ(MistakeIn("lineup://?frequency=440&level=-20&channels=5.1&settings=news.batn"), "");
 }
 
+TEST(Address, KeysAreAllInTheTextOfTheProperty) {
+    test::StartFramework();
+    const test::Element element(gst_element_factory_make("lineupsrc", nullptr));
+    GParamSpec* const uri = g_object_class_find_property(G_OBJECT_GET_CLASS(element.get()), "uri");
+    for (const char* const key : {" ident (", " frequency (", " sample-format (", " duration ("}) {
+        EXPECT_THAT(g_param_spec_get_blurb(uri), HasSubstr(key));
+    }
+}
+
 TEST(Address, NamesTheKeyThatIsWrongAndWhatWouldBeRight) {
     const std::vector<std::pair<std::string, std::string>> mistakes = {
         {"sise=1x1", "there is no key sise in an address; there are ident, frequency, level"},

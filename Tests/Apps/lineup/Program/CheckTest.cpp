@@ -14,6 +14,7 @@
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -132,6 +133,34 @@ TEST_F(Check, SaysWhyARecordingCannotBeRead) {
     EXPECT_EQ(note(".")["text"], "The recording cannot be read: it is a folder.");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -f lavfi -i testsrc=d=1:s=64x64 -c:v mpeg4 silent.mov").exitCode, 0);
     EXPECT_EQ(note("silent.mov")["id"], "no-sound");
+}
+
+// A decoder leaves out what it cannot read, and silence stands for it.
+TEST_F(Check, NamesDamageOnceWhetherItIsReadOrHeard) {
+    ASSERT_EQ(Lineup("render take.wav --ident ebu-stereo-1000 --cycles 2 --quiet").exitCode, 0);
+    ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i take.wav take.flac").exitCode, 0);
+    const std::string whole = test::ReadFile(Folder() / "take.flac");
+    for (const auto& [where, at, text] :
+         {std::tuple(0.5, 2.88, "cannot be read"), std::tuple(0.7, 4.128, "are silent")}) {
+        std::string damaged = whole;
+        for (std::size_t i = 0; i < 2000; ++i) {
+            damaged[static_cast<std::size_t>(static_cast<double>(whole.size()) * where) + i] =
+                static_cast<char>(i * 31);
+        }
+        test::WriteFile(Folder() / "take.flac", damaged);
+        const json faults = json::parse(Lineup("check take.flac --json").out)["faults"];
+        ASSERT_EQ(faults.size(), 1U) << faults;
+        EXPECT_EQ(faults[0]["id"], "dropout");
+        EXPECT_NEAR(faults[0]["at"].get<double>(), at, 0.1);
+        EXPECT_NE(faults[0]["text"].get<std::string>().find(text), std::string::npos) << faults;
+    }
+}
+
+TEST_F(Check, AStillPictureIsNotMissingItsSound) {
+    ASSERT_EQ(Lineup("frame card.png --size 320x180").exitCode, 0);
+    const json report = json::parse(Lineup("check card.png --json").out);
+    EXPECT_EQ(report["verdict"], "right");
+    EXPECT_EQ(report["notes"], json::array());
 }
 
 TEST_F(Check, LooksAtThePartAloneThatItIsAskedFor) {

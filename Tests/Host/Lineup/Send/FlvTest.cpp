@@ -10,7 +10,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -63,6 +68,37 @@ TEST(Flv, HasRegularTimeStampsWhereTheyStartAnew) {
     for (std::size_t i = kGroup; i < pictures.size(); ++i) {
         ASSERT_TRUE(pictures[i].content == pictures[i - kGroup].content) << i;
     }
+}
+
+std::string BigEndian(std::uint64_t number, unsigned bytes) {
+    std::string text;
+    while (bytes-- > 0) {
+        text += static_cast<char>(number >> (8 * bytes) & 0xFFU);
+    }
+    return text;
+}
+
+// A text, and a table of numbers, in the format of scripts.
+TEST(Flv, BeginsWithWhatItHolds) {
+    SendSettings settings = SmallFlv("unused.flv", nullptr);
+    settings.frameRate = {30000, 1001};
+    const lineup::Clip clip = test::OpenClip(6);
+    const std::vector<std::uint8_t> head = lineup::FlvMaker(clip, settings).Head();
+    EXPECT_EQ(head.at(4), 5);  // sound and picture
+    const test::ReceivedFlv flv = test::ReadFlv(head);
+    ASSERT_EQ(flv.tags.size(), 3U);
+    std::string due = "\2" + BigEndian(10, 2) + "onMetaData" + "\10" + BigEndian(7, 4);
+    for (const auto& [name, value] : std::vector<std::pair<std::string, double>>{{"width", 320},
+                                                                                 {"height", 240},
+                                                                                 {"framerate", 30000.0 / 1001},
+                                                                                 {"videocodecid", 7},
+                                                                                 {"audiosamplerate", kFlvRate},
+                                                                                 {"audiosamplesize", 16},
+                                                                                 {"audiocodecid", 10}}) {
+        due += BigEndian(name.size(), 2) + name + '\0' + BigEndian(std::bit_cast<std::uint64_t>(value), 8);
+    }
+    due += BigEndian(9, 3);  // a name of no length, and the end of the table
+    EXPECT_EQ(std::string(flv.tags[0].content.begin(), flv.tags[0].content.end()), due);
 }
 
 // A second from 2.13 s on: 25 pictures, the first of which stands alone wherever the stream begins.

@@ -137,6 +137,7 @@ TEST(PicturePlace, BarsWithABlackThatIsDarkerThanBlackComeFromAnotherGenerator) 
 std::vector<std::string> NotesOf(const PictureFindings& findings) {
     std::vector<std::string> ids;
     for (const lineup::CheckNote& note : findings.notes) {
+        EXPECT_EQ(note.part, lineup::CheckPart::Picture) << note.id;
         ids.push_back(note.id);
     }
     return ids;

@@ -17,9 +17,6 @@ constexpr std::string_view kSideLayout = "5.1(side)";
 // channels is the same.
 constexpr std::string_view kBackLayout = "5.1";
 
-// kAudioChannelLayoutTag_MPEG_5_1_D: C, L, R, Ls, Rs, LFE.
-constexpr std::uint32_t kTagOfAlac = 124U << 16U | 6U;
-
 constexpr std::array<AudioEncoding, 7> kAudioEncodings = {{
     {.codec = {.name = "pcm-s24", .description = "uncompressed, 24 bits"},
      .encoder = "pcm_s24le",
@@ -47,7 +44,7 @@ constexpr std::array<AudioEncoding, 7> kAudioEncodings = {{
      .surroundLayout = kBackLayout,
      .samples = SampleFormat::S24,
      .carriesLayout = true,
-     .surroundTag = kTagOfAlac},
+     .surroundTag = kTagOfCodedSurround},
     {.codec = {.name = "aac",
                .description = "AAC-LC, 160 kbit/s a channel",
                .lossless = false,

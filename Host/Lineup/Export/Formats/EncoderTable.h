@@ -53,6 +53,10 @@ struct VideoEncoding {
 /// What samples are rounded to before they are encoded.
 enum class SampleFormat { S16, S24, S32, F32 };
 
+/// QuickTime's tag of the order that AAC's and ALAC's data have 5.1 in: C, L, R, Ls, Rs, LFE
+/// (kAudioChannelLayoutTag_MPEG_5_1_D).
+inline constexpr std::uint32_t kTagOfCodedSurround = 124U << 16U | 6U;
+
 struct AudioEncoding {
     AudioCodec codec;
     std::string_view encoder;         ///< the FFmpeg encoder

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <optional>
 #include <string_view>
 
@@ -20,6 +21,12 @@ constexpr std::size_t kHeaderBytes = 8;                            // size and t
 constexpr std::size_t kHandlerType = kHeaderBytes + 8;             // of "hdlr"
 constexpr std::size_t kFirstDescription = kHeaderBytes + 8;        // of "stsd"
 constexpr std::size_t kFirstPictureExtension = kHeaderBytes + 78;  // of a picture's description
+
+// Of "chan": a tag, which may say that channels are named by a bitmap in the order of its bits.
+constexpr std::size_t kLayoutTag = kHeaderBytes + 4;
+constexpr std::size_t kLayoutBitmap = kLayoutTag + 4;
+constexpr std::uint32_t kTagOfBitmap = 1U << 16U;
+constexpr int kSurroundChannels = 6;
 
 /// One atom's place among the bytes.
 struct Atom {
@@ -86,19 +93,31 @@ std::vector<Atom> WayToTable(const Bytes& bytes, const Atom& track, std::string_
     return way;
 }
 
-/// The same, and the description of its pictures.
-std::vector<Atom> WayToPictureDescription(const Bytes& bytes, const Atom& track) {
+/// The same, and the description of its pictures, "vide", or its sound, "soun".
+std::vector<Atom> WayToDescription(const Bytes& bytes, const Atom& track, std::string_view kind) {
     std::vector<Atom> way = WayToTable(bytes, track, "stsd");
     if (way.empty()) {
         return {};
     }
     const std::optional<Atom> handler = FindIn(bytes, way.at(1), "hdlr");
     const auto descriptions = AtomsIn(bytes, way.back().begin + kFirstDescription, way.back().end);
-    if (!handler || !IsText(bytes, handler->begin + kHandlerType, "vide") || descriptions.empty()) {
+    if (!handler || !IsText(bytes, handler->begin + kHandlerType, kind) || descriptions.empty()) {
         return {};
     }
     way.push_back(descriptions.front());
     return way;
+}
+
+bool IsCodedInItsOwnOrder(const Bytes& bytes, const Atom& description) {
+    return IsText(bytes, description.begin + kNumberBytes, "mp4a") ||
+           IsText(bytes, description.begin + kNumberBytes, "alac");
+}
+
+/// Where a description of sound has its first atom, which its version says; its end, if that is unknown.
+std::size_t FirstSoundExtension(const Bytes& bytes, const Atom& description) {
+    constexpr std::array<std::size_t, 3> kBytes = {36, 52, 72};
+    const std::size_t version = NumberAt(bytes, description.begin + kHeaderBytes + 8) >> 16U;
+    return version < kBytes.size() ? description.begin + kBytes.at(version) : description.end;
 }
 
 /// Where a track's header, "tkhd", has its group of alternatives, in two bytes: behind the version and flags, two
@@ -126,7 +145,7 @@ std::vector<Atom> WayToPicture(const Bytes& head) {
         return {};
     }
     for (const Atom& track : AtomsIn(head, movie->begin + kHeaderBytes, movie->end)) {
-        std::vector<Atom> way = WayToPictureDescription(head, track);
+        std::vector<Atom> way = WayToDescription(head, track, "vide");
         if (!way.empty()) {
             way.insert(way.begin(), *movie);
             return way;
@@ -206,6 +225,22 @@ void ForgetSampleTimes(Bytes& head) {
             const Atom table = way.back();
             way.back() = movie;
             Replace(head, way, table, none);
+        }
+    }
+}
+
+void NameCodedSurround(Bytes& head, std::uint32_t tag) {
+    const Atom movie = FindAtom(head, 0, head.size(), "moov").value_or(Atom{});
+    for (const Atom& track : AtomsIn(head, movie.begin + kHeaderBytes, movie.end)) {
+        const std::vector<Atom> way = WayToDescription(head, track, "soun");
+        if (way.empty() || !IsCodedInItsOwnOrder(head, way.back())) {
+            continue;
+        }
+        const std::optional<Atom> names = FindAtom(head, FirstSoundExtension(head, way.back()), way.back().end, "chan");
+        if (names && NumberAt(head, names->begin + kLayoutTag) == kTagOfBitmap &&
+            std::popcount(NumberAt(head, names->begin + kLayoutBitmap)) == kSurroundChannels) {
+            SetNumber(head, names->begin + kLayoutTag, tag);
+            SetNumber(head, names->begin + kLayoutBitmap, 0);
         }
     }
 }

@@ -17,6 +17,10 @@ void SetCleanAperture(std::vector<std::uint8_t>& head, int width, int height);
 /// Says how many fields the movie's pictures have, and which is first, unless the head says it already.
 void AddFieldOrder(std::vector<std::uint8_t>& head, Scan scan);
 
+/// Gives tracks of AAC and ALAC whose six channels are named one by one the tag of their data's order instead: FFmpeg 7
+/// names them, in another order than the data has.
+void NameCodedSurround(std::vector<std::uint8_t>& head, std::uint32_t tag);
+
 /// Empties the tables of how long samples last, in the head of a movie whose samples are all in fragments: FFmpeg
 /// has the first of a track of PCM in both places.
 void ForgetSampleTimes(std::vector<std::uint8_t>& head);

@@ -194,6 +194,7 @@ void Muxer::CompleteHead() {
     if (mContainer->describesFields) {
         AddFieldOrder(mGatherer.Held(), mScan);
     }
+    NameCodedSurround(mGatherer.Held(), kTagOfCodedSurround);
     if (NumSounds() > 1) {  // or a player takes the first
         LeaveTrackGroups(mGatherer.Held());
     }

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace test {
 
@@ -45,6 +46,29 @@ std::vector<Sample> DecodeAs(const fs::path& file, std::string_view stream, std:
 }
 
 }  // namespace
+
+const FfmpegWays& WaysOfFfmpeg() {
+    static constexpr std::array<FfmpegWays, 2> kWays = {{
+        {.rangeOfProRes = "tv", .startOfPipedAac = "-0.021333"},
+        {.major = 7,
+         .minor = 1,
+         .inTheWhole = "-apply_cropping codec",
+         .rangeOfProRes = "",
+         .startOfPipedAac = "0.000000",
+         .plainFloatWave = true},
+    }};
+    static const FfmpegWays& ways = []() -> const FfmpegWays& {
+        int major = 0;
+        int minor = 0;
+        const std::string text = RunShell(FFMPEG_PROGRAM " -version");
+        if (std::sscanf(text.c_str(), "ffmpeg version %d.%d", &major, &minor) < 2) {
+            throw std::runtime_error("cannot tell the version of FFmpeg: " + text);
+        }
+        const bool isNew = std::pair(major, minor) >= std::pair(kWays.back().major, kWays.back().minor);
+        return isNew ? kWays.back() : kWays.front();
+    }();
+    return ways;
+}
 
 lineup::Clip OpenClip(lineup::BarsAndToneInfo settings) {
     return lineup::Clip(std::make_shared<lineup::Importer>(TEST_BUNDLE), settings);
@@ -115,7 +139,8 @@ std::string MediaInfo(const fs::path& file, std::string_view question) {
 }
 
 std::vector<std::uint8_t> Decode(const fs::path& file, std::string_view stream, std::string_view arguments) {
-    return Run(fmt::format(FFMPEG_PROGRAM " -v error -i {} -map 0:{} {} -", file.string(), stream, arguments));
+    return Run(fmt::format(FFMPEG_PROGRAM " -v error {} -i {} -map 0:{} {} -", WaysOfFfmpeg().inTheWhole, file.string(),
+                           stream, arguments));
 }
 
 std::vector<float> DecodeFloats(const fs::path& file, std::string_view stream) {

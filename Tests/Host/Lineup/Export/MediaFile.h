@@ -25,6 +25,19 @@ lineup::ExportSettings SmallExport(const std::filesystem::path& target, std::int
 /// Makes the settings' picture large enough for a codec.
 void FitTo(std::string_view codec, lineup::ExportSettings& settings);
 
+/// What FFmpeg's programs say otherwise from one version to the next, of the same bytes.
+struct FfmpegWays {
+    int major = 0;                     ///< since this version, and
+    int minor = 0;                     ///< this one of it
+    const char* inTheWhole = "";       ///< arguments before an input whose clean aperture is not to cut its pictures
+    const char* rangeOfProRes = "";    ///< which has legal range alone, and no field for it
+    const char* startOfPipedAac = "";  ///< the start_time of a movie in fragments whose sound begins with AAC's silence
+    bool plainFloatWave = false;       ///< whether floats in mono and stereo have the short head that they may have
+};
+
+/// Those of the version that the tests run.
+const FfmpegWays& WaysOfFfmpeg();
+
 /// What a shell's command prints. Throws std::runtime_error when it fails.
 std::string RunShell(const std::string& command);
 

@@ -133,6 +133,24 @@ std::vector<std::uint8_t> WithoutFact(std::vector<std::uint8_t> bytes) {
     return bytes;
 }
 
+// A short head, its extensible form: a tag that says so, and behind the plain fields an extension of 22 bytes, with the
+// bits that count, the mask of the channels, and a GUID of the tag that stood in front.
+std::vector<std::uint8_t> WithExtensibleHead(std::vector<std::uint8_t> bytes, std::uint8_t mask) {
+    const std::size_t format = Content(bytes, "fmt ");
+    const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(format);
+    const std::vector<std::uint8_t> extension = {22, 0, at[14], at[15], mask, 0, 0, 0,    at[0], at[1], 0,    0,
+                                                 0,  0, 0x10,   0,      0x80, 0, 0, 0xAA, 0,     0x38,  0x9B, 0x71};
+    constexpr std::size_t kPlainBytes = 16;
+    const std::size_t size = Number(bytes, format - 4, 4);
+    bytes.at(format - 4) = kPlainBytes + static_cast<std::uint8_t>(extension.size());
+    bytes.at(format) = 0xFE;
+    bytes.at(format + 1) = 0xFF;
+    bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(format + kPlainBytes),
+                bytes.begin() + static_cast<std::ptrdiff_t>(format + size));
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(format + kPlainBytes), extension.begin(), extension.end());
+    return bytes;
+}
+
 // Byte for byte the file that the media library's own writer makes of the same samples.
 class WaveFiles : public testing::TestWithParam<std::tuple<SampleFormat, int, int>> {};
 
@@ -162,7 +180,11 @@ TEST_P(WaveFiles, AreThoseOfTheMediaLibrary) {
         FFMPEG_PROGRAM, ours, name, rateHz, channels, layout, settings.timecode->Samples(rateHz), History(ours),
         theirs);
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
-    EXPECT_TRUE(WithoutFact(test::ReadBytes(ours)) == WithoutFact(test::ReadBytes(theirs)));
+    auto expected = test::ReadBytes(theirs);
+    if (test::WaysOfFfmpeg().plainFloatWave && samples == SampleFormat::F32 && channels <= 2 && rateHz <= 48000) {
+        expected = WithExtensibleHead(expected, channels == 2 ? 3 : 4);
+    }
+    EXPECT_TRUE(WithoutFact(test::ReadBytes(ours)) == WithoutFact(expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, WaveFiles,

@@ -1,5 +1,7 @@
 #include "Apps/studio/CommandLine.h"
 
+#include "Apps/version/BuildVersion.h"
+
 #include <CLI/CLI.hpp>
 
 namespace studio {
@@ -13,14 +15,10 @@ constexpr const char* kHelp =
 
 }  // namespace
 
-std::string Version() {
-    return LINEUP_VERSION;
-}
-
 std::unique_ptr<CLI::App> MakeCommandLine(Arguments& arguments) {
     auto app = std::make_unique<CLI::App>("Look at line-up clips, play, edit and export them", "lineup-studio");
     app->add_option("FILE", arguments.file, "The document to open");
-    app->set_version_flag("-v,--version", "lineup-studio " + Version());
+    app->set_version_flag("-v,--version", "lineup-studio " + apps::BuildVersion());
     app->footer(kHelp);
     return app;
 }

@@ -7,9 +7,6 @@
 
 namespace studio {
 
-/// The program's version: "1.2.3".
-[[nodiscard]] std::string Version();
-
 /// What a person gave the program on its command line.
 struct Arguments {
     std::string file;  ///< the document to open; empty: none

@@ -2,6 +2,7 @@
 #include "Apps/studio/CommandLine.h"
 #include "Apps/studio/Text/CatalogueTranslator.h"
 #include "Apps/studio/Window/StudioWindow.h"
+#include "Apps/version/BuildVersion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -35,7 +36,7 @@ int Run(const std::string& file) {
     QApplication::setOrganizationName("BarsAndTone");
     QApplication::setApplicationName("lineup-studio");
     QApplication::setApplicationDisplayName("Lineup Studio");
-    QApplication::setApplicationVersion(QString::fromStdString(studio::Version()));
+    QApplication::setApplicationVersion(QString::fromStdString(apps::BuildVersion()));
     QApplication::setDesktopFileName("org.barsandtone.lineup_studio");
     QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     try {

@@ -9,6 +9,7 @@
 #include "Apps/lineup/Commands/SendCommand.h"
 #include "Apps/lineup/Commands/SettingsCommand.h"
 #include "Apps/lineup/Commands/ValidateCommand.h"
+#include "Apps/version/BuildVersion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -40,7 +41,7 @@ constexpr const char* kMoreHelp =
 std::unique_ptr<CLI::App> MakeCommandLine() {
     auto app = std::make_unique<CLI::App>("Bars and Tone: line-up clips, exact to the bit.", "lineup");
     app->require_subcommand(1);
-    app->set_version_flag("--version", "lineup " LINEUP_VERSION);
+    app->set_version_flag("--version", "lineup " + apps::BuildVersion());
     app->footer(kMoreHelp);
     AddRenderCommand(*app);
     AddSendCommand(*app);

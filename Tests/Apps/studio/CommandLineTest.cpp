@@ -1,4 +1,5 @@
 #include "Apps/studio/CommandLine.h"
+#include "Apps/version/BuildVersion.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
 
@@ -41,7 +42,7 @@ protected:
 TEST_F(StudioProgram, TellsItsVersionAndItsHelpWithoutADisplay) {
     const auto version = Run("--version");
     EXPECT_EQ(version.exitCode, 0) << version.err;
-    EXPECT_EQ(version.out, "lineup-studio " + studio::Version() + "\n");
+    EXPECT_EQ(version.out, "lineup-studio " + apps::BuildVersion() + "\n");
     const auto help = Run("--help");
     EXPECT_EQ(help.exitCode, 0) << help.err;
     EXPECT_THAT(help.out, HasSubstr("The document to open"));

@@ -156,7 +156,11 @@ void AvOutput::SendWhileConnected() {
     lastSaid.clear();
     AVIOContext* opened = nullptr;
     const AVIOInterruptCB interrupt = {.callback = &IsStopped, .opaque = this};
-    if (const int code = avio_open2(&opened, mUrl.c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr); code < 0) {
+    AvOptions options;
+    if (SchemeOf(mUrl) == "rist") {
+        options.Set("log_level", "-1");  // librist goes on writing to the first connection's log when that is gone
+    }
+    if (const int code = avio_open2(&opened, mUrl.c_str(), AVIO_FLAG_WRITE, &interrupt, options.Address()); code < 0) {
         const std::lock_guard lock(mMutex);
         Note(fmt::format("cannot reach {}: {}; trying on, and clip time goes on", mUrl, CauseOf(code)));
         return;

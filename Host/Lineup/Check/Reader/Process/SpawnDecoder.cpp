@@ -76,6 +76,10 @@ public:
             posix_spawn_file_actions_adddup2(&mFiles, input, decoding::kInputDescriptor);
         }
         posix_spawn_file_actions_addopen(&mFiles, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // they report there
+        // What libraries print is for nobody, and growing a file would end the process.
+        posix_spawn_file_actions_addopen(&mFiles, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+#endif
         posix_spawn_file_actions_adddup2(&mFiles, messages, decoding::kMessageDescriptor);
         sigset_t none{};
         sigset_t all{};

@@ -83,6 +83,11 @@ std::string Grow() {
     return file < 0 ? Outcome(false) : Outcome(write(file, "x", 1) == 1);
 }
 
+// Libraries do, of protocols above all; standard error may well lead to a file, which must not grow.
+std::string Print() {
+    return Outcome(write(STDERR_FILENO, "x", 1) == 1);
+}
+
 std::string RunThread() {
     std::string text = "nothing";
     std::thread([&text] { text = "done"; }).join();
@@ -133,6 +138,7 @@ constexpr std::array kDeeds = {
     Deed{"permit", [] { return Outcome(chmod(TEST_SOURCE_FILE, 0777) == 0); }},
     Deed{"run-written", RunWritten},
     Deed{"grow", Grow},
+    Deed{"print", Print},
     Deed{"thread", RunThread},
     Deed{"raise-a-limit", RaiseALimit},
 };

@@ -12,6 +12,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
 #include <sys/wait.h>
@@ -164,6 +165,22 @@ TEST_F(HostileDecoder, ChangesNoFile) {
 TEST_F(HostileDecoder, RaisesNoLimit) {
     NEEDS(kSystemCalls);
     EXPECT_EQ(FromFile("raise-a-limit"), kNotPermitted);
+}
+
+TEST_F(HostileDecoder, MayPrintAndIsNotHeard) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer reports on standard error";
+#endif
+    const std::filesystem::path printed = Folder() / "printed";
+    const int before = dup(STDERR_FILENO);
+    const int file = open(printed.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_GE(dup2(file, STDERR_FILENO), 0);
+    const std::string outcome = FromUrl("print");
+    dup2(before, STDERR_FILENO);
+    close(before);
+    close(file);
+    EXPECT_EQ(outcome, "done");
+    EXPECT_EQ(std::filesystem::file_size(printed), 0U);
 }
 
 TEST_F(HostileDecoder, MayHaveThreads) {

@@ -10,11 +10,12 @@ FOR_END = re.compile(r"\bfor \([^;\n]*; [^;\n]*? (?:<|!=) ([^;\n]+);")
 LEAVES = re.compile(r"(return|throw|continue|break)\b[^{}]*;$")
 CALL = re.compile(r"(?<![\w~])([\w:]+(?:<[^<>\n]*>)?)(?=\()")
 NO_CALL = {"if", "for", "while", "switch", "catch", "sizeof", "decltype", "noexcept", "alignas", "defined", "operator"}
+EITHER_WAY = re.compile(r"std::(min|max|hypot|gcd|lcm)\b")  # say the same of arguments in any order
 DECLARED = re.compile(r"(^|[\w>\]][&*]* )[\w:<>]+[&*]* [&*]*\w+( = .*)?$")
 RETURN = re.compile(r"^ +return ([^;\n]+);$", re.MULTILINE)
 NOTHING_ELSE = {"{}", "true", "false", "nullptr", "0", "0.0", '""', "*this", "std::nullopt", "{};", "0U"}
 CHAIN = re.compile(r"(?<= )(&&|\|\||\|)(?=[ \n])")
-LOOSER = {"&&": ("&&", "||", "? ", "= "), "||": ("||", "? ", "= "), "|": ("|", "&", "? ", "= ", "<", ">")}
+LOOSER = {"&&": ("&&", "||", "? ", ": ", "= "), "||": ("||", "? ", ": ", "= "), "|": ("|", "&", "? ", ": ", "= ", "<", ">")}
 CATCH = re.compile(r"\} catch \([^\n]*\) \{\n")
 CHOICE = re.compile(r" \? ")
 WORDS = {
@@ -72,7 +73,7 @@ def inverted_branches(text, code):
 def swapped_arguments(text, code):
     for match in CALL.finditer(code):
         closing = end_of(code, match.end())
-        if match[1] in NO_CALL or closing is None or code[match.end() + 1: closing].count("\n") > 4:
+        if match[1] in NO_CALL or EITHER_WAY.match(match[1]) or closing is None or code[match.end() + 1: closing].count("\n") > 4:
             continue
         arguments = parts_of(code, match.end(), closing)
         if arguments is None or any(DECLARED.search(code[a:b]) for a, b in arguments):
@@ -121,7 +122,7 @@ def lost_operands(text, code):
         end = end_of_operand(code, match.end() + 1, tuple(f" {stop}" for stop in stops))
         if "\n" not in code[match.start(): end].strip():
             yield kind, match.start() - 1, text[match.start() - 1: end], ""
-        begin = beginning_of_operand(code, match.start() - 1, tuple(f"{s} " for s in stops) + ("return ", " = "))
+        begin = beginning_of_operand(code, match.start() - 1, tuple(f"{s} " for s in stops if s[-1] != " ") + ("return ", "? ", " : ", " = "))
         if "\n" not in code[begin: match.end()] and begin < match.start() - 1:
             yield kind, begin, text[begin: match.end() + 1], ""
 

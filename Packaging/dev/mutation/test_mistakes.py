@@ -40,11 +40,14 @@ class Mistakes(unittest.TestCase):
     def test_one_of_several_conditions_or_flags_is_left_out(self):
         self.assertEqual(changed("    return (a && b);", "condition left out"), {"    return (a);", "    return (b);"})
         self.assertEqual(changed("    return a != 0 || b;", "condition left out"), {"    return a != 0;", "    return b;"})
+        self.assertEqual(changed("    return c ? a && b : d;", "condition left out"),
+                         {"    return c ? a : d;", "    return c ? b : d;"})
         self.assertEqual(changed("    f(A | B);", "flag left out"), {"    f(A);", "    f(B);"})
 
     def test_arguments_change_places(self):
         self.assertEqual(changed("    f(a, g(b, c));", "arguments swapped"),
                          {"    f(g(b, c), a);", "    f(a, g(c, b));"})
+        self.assertEqual(changed("    f(std::max(a, b));", "arguments swapped"), set())
         self.assertEqual(changed("    std::function<void(int a, int b)> f;", "arguments swapped"), set())
 
     def test_statements_with_something_in_common_change_places(self):

@@ -257,9 +257,10 @@ void DecideSwapped(Case& check, const Inputs& copies) {
                  fmt::format("{} and {} are swapped (inputs {}).", names[1], names[0], InputList(moved)));
     } else {
         AddFault(check, "channels-swapped", moved,
-                 order.empty() ? fmt::format("Inputs {} hold {}.", InputList(moved), Listed(names))
-                               : fmt::format("The channels are in {}: inputs {} hold {}.", order, InputList(moved),
-                                             Listed(names)));
+                 moved.size() == 1 ? fmt::format("Input {} holds {}.", InputList(moved), names[0])
+                 : order.empty()   ? fmt::format("Inputs {} hold {}.", InputList(moved), Listed(names))
+                                   : fmt::format("The channels are in {}: inputs {} hold {}.", order, InputList(moved),
+                                                 Listed(names)));
     }
 }
 

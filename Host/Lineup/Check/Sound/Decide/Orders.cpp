@@ -6,12 +6,17 @@ namespace lineup::sound {
 
 namespace {
 
+// An order in which a format or a trade keeps the channels of 5.1.
+struct ChannelOrder {
+    std::string_view name;
+    std::vector<std::string_view> channels;
+};
+
 const std::vector<ChannelOrder> kOrders = {
     {"film order", {"L", "C", "R", "Ls", "Rs", "LFE"}},
     {"the order of AAC", {"C", "L", "R", "Ls", "Rs", "LFE"}},
     {"the order of DTS and of the plug-in", {"L", "R", "Ls", "Rs", "C", "LFE"}},
     {"SMPTE order with the surround pair before C", {"L", "R", "Ls", "Rs", "LFE", "C"}},
-    {"film order with LFE before the surround pair", {"L", "C", "R", "LFE", "Ls", "Rs"}},
 };
 
 bool Fits(const std::vector<std::string>& channels, const ChannelOrder& order) {
@@ -22,10 +27,6 @@ bool Fits(const std::vector<std::string>& channels, const ChannelOrder& order) {
 }
 
 }  // namespace
-
-std::span<const ChannelOrder> ChannelOrders() {
-    return kOrders;
-}
 
 std::string_view NameOfOrder(const std::vector<std::string>& channels) {
     // Half of the channels say nothing about the others' order.

@@ -130,8 +130,8 @@ def louder(draft):
 
 
 def unbalanced(draft):
-    if draft.stereo and any(due.id == "level-wrong" for due in draft.dues):
-        return False  # of two channels, either may be the wrong one
+    if draft.stereo and any(due.id in ("level-wrong", "channel-missing") for due in draft.dues):
+        return False  # of two channels, either may be the wrong one; of one that is left, nothing is beside it
     channels = draft.take(draft.untouched)
     if channels is None:
         return False

@@ -56,6 +56,7 @@ class Draft:
     untouched: list = None  # channels whose own sound nothing was done to
     unmoved: list = None  # channels that are where they belong, and nowhere else
     either: set = field(default_factory=set)  # faults that may be named or not: the samples do not tell
+    cut: float = 1  # where tops are cut off, in parts of their height
     label: int = None  # the sample rate that the recording names
     homes: list = None  # the channel that was at each input before they were moved
 

@@ -8,7 +8,7 @@ CANNOT_TELL = "cannot tell"
 # Notes that say of a kind of fault that it cannot be known here.
 PERIODS = "whole periods of the tone more or fewer"  # so it may as well have gone the other way
 JUMPS = ("samples-lost", "samples-repeated")
-OPEN_BY_NOTE = {"polarity-not-known": ("polarity-inverted", "delay")}
+OPEN_BY_NOTE = {"polarity-not-known": ("polarity-inverted", "delay"), "distortion-not-known": ("distorted",)}
 
 
 @dataclass
@@ -58,6 +58,17 @@ def either_way(fault, due, sure):
     return jumps[0] if fault["id"] in JUMPS and PERIODS in fault["text"] and len(jumps) == 1 else fault["id"]
 
 
+def without_polarity(report, got, expected):
+    """Takes those inputs from what is due of which the check says that their polarity cannot be known; the fault's name
+    where there are such."""
+    name = "polarity-inverted"
+    unknown = {channel["input"] for channel in report["sound"]["channels"] if channel["polarity"] is None}
+    if name not in got or not unknown & set(expected.get(name) or ()):
+        return []
+    expected[name] = [number for number in expected[name] if number not in unknown]
+    return [name]
+
+
 def outcome_of(case, report, unknown):
     """`unknown` are faults that may be there or not, as those that the draft leaves open: neither due nor wrong."""
     unknown = {*unknown, *case.draft.either}
@@ -68,10 +79,12 @@ def outcome_of(case, report, unknown):
         if fault["id"] not in unknown:
             got.setdefault(either_way(fault, due, sure), set()).update(fault["inputs"])
     expected = {name: inputs for name, inputs in due.items() if name not in unknown}
+    partly = without_polarity(report, got, expected)
     open_ids = {fault for note in report["notes"] for fault in OPEN_BY_NOTE.get(note["id"], ())}
     untold = [name for name in expected if name not in got and name in open_ids]
     for name in untold:
         del expected[name]
+    untold += partly
     texts = [fault["text"] for fault in report["faults"]] + [f"({note['text']})" for note in report["notes"]]
     return Outcome(case.number, case.families, case.chain.name, expected, untold, report["verdict"],
                    {name: sorted(inputs) for name, inputs in got.items()}, texts)

@@ -126,10 +126,13 @@ struct Leak {
 // Something else than a leak leaves a channel's tones at an input.
 bool IsLeftByOthers(const Case& check, std::size_t input, std::size_t channel) {
     // What never sounds alone is what others leave, and they are not what they were.
-    const bool changed = check.change.kind != LevelChange::Kind::None || check.facts->lossy.value_or(false);
-    const bool neverAlone = check.Sent().channels.size() == 2 && (changed || check.shapes[input].clipped < 1);
+    const bool lossy = check.facts->lossy.value_or(false);
+    const bool changed = check.change.kind != LevelChange::Kind::None || check.shapes[input].clipped < 1 ||
+                         !check.lineup->placing.wanders.empty();
+    const bool isLeft = changed && !WasHeardAlone(check.lineup->cells, check.Sent(), input, channel);
+    const bool isOfPair = check.Sent().channels.size() == 2 && (lossy || isLeft);
     const bool isHum = check.shapes[input].mains && HasLowTone(check, channel);
-    return check.unsteady || isHum || neverAlone;
+    return check.unsteady || isHum || isOfPair;
 }
 
 // The strongest leak at an input. Empty where there is none that counts.

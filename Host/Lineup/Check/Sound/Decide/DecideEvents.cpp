@@ -10,6 +10,7 @@ namespace lineup::sound {
 namespace {
 
 constexpr std::size_t kMostListed = 20;  // faults of events; more are counted in a note
+constexpr double kSplice = 0.03;         // s from where the line-up begins or ends, beside other sound
 constexpr double kCauseOfDip = 0.03;     // s: what gain follows is as near to where it moves
 
 std::string Place(double seconds) {
@@ -60,6 +61,13 @@ void AddFault(Case& check, const SoundEvent& event, double at) {
     check.findings->faults.back().at = at;
 }
 
+// Where the line-up meets what comes before or after it, samples need not follow from each other.
+bool IsSplice(const Case& check, const SoundEvent& event) {
+    const Lineup& lineup = *check.lineup;
+    return event.kind == SoundEvent::Kind::Click && ((lineup.startSeen && event.at < lineup.startsAt + kSplice) ||
+                                                     (lineup.endSeen && event.at > lineup.endsAt - kSplice));
+}
+
 // Dips of the gain are one fault: the first of those that nothing else explains, as a click that gain followed, where
 // levels are not said to change anyway.
 void KeepOneDip(const Case& check, std::vector<SoundEvent>& events) {
@@ -83,7 +91,9 @@ void KeepOneDip(const Case& check, std::vector<SoundEvent>& events) {
 
 void DecideEvents(Case& check) {
     std::vector<SoundEvent> events = check.lineup->events;
-    std::erase_if(events, [](const SoundEvent& event) { return event.kind == SoundEvent::Kind::LevelStep; });
+    std::erase_if(events, [&](const SoundEvent& event) {
+        return event.kind == SoundEvent::Kind::LevelStep || IsSplice(check, event);
+    });
     KeepOneDip(check, events);
     std::ranges::stable_sort(events, {}, &SoundEvent::at);
     for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {

@@ -25,17 +25,19 @@ struct Deviation {
     double db;  // over what was sent
 };
 
-// How loud an input's own channel is there, without what leaks into it.
+// How loud an input's own channel was there before its tops were cut off, without what leaks into it: of that, nothing
+// is cut off where it sounds alone.
 double OwnGain(const Case& check, std::size_t input) {
     const Arrival& arrival = check.At(input);
-    return check.mixed[input] && arrival.channel ? std::abs(check.parts[input][*arrival.channel]) : arrival.gain;
+    const double leak =
+        check.mixed[input] && arrival.channel ? arrival.gain - std::abs(check.parts[input][*arrival.channel]) : 0;
+    return arrival.gain / ClippedGain(check.shapes[input].clipped) - leak;
 }
 
 // What an input's level was before the path moved it, or cut its tops off, dB.
 double LevelOf(const Case& check, const LevelChange& change, std::size_t input) {
     const bool moved = change.kind == LevelChange::Kind::Step && change.levels[input];
-    const double db = moved ? *change.levels[input] : DbFromGain(OwnGain(check, input));
-    return moved ? db : db - DbFromGain(ClippedGain(check.shapes[input].clipped));
+    return moved ? *change.levels[input] : DbFromGain(OwnGain(check, input));
 }
 
 std::vector<Deviation> Deviations(const Case& check, const LevelChange& change) {

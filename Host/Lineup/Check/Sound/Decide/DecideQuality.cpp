@@ -31,18 +31,21 @@ double Unexplained(const Case& check, std::size_t input, double db) {
     return lossy ? LevelTally::kLowestDb : std::min(db, check.lineup->inputs[input].lines.floor.QuantileDb(0.5));
 }
 
-// What a codec adds to a tone goes with the tone; noise in the gaps comes from elsewhere.
+// What a codec adds to a tone goes with the tone, as do the seams of retiming that keeps the pitch; noise in the gaps
+// comes from elsewhere.
 void DecideNoise(Case& check) {
     const double limit = check.Tolerance("noise");
+    const Placing& placing = check.lineup->placing;
+    const bool retimed = placing.tempo != placing.pitch;
     const bool lossy = check.facts->lossy.value_or(false);
     std::vector<std::size_t> inputs;
     std::vector<std::size_t> coded;
     double worst = LevelTally::kLowestDb;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const InputFindings& found = check.lineup->inputs[input];
-        const double gaps = found.gapNoise.QuantileDb(lossy ? 0.1 : 0.5);
+        const double gaps = found.gapNoise.QuantileDb(lossy || retimed ? 0.1 : 0.5);
         const double tones = found.toneNoise.QuantileDb(0.5);
-        const double noise = Unexplained(check, input, lossy ? gaps : std::max(gaps, tones));
+        const double noise = Unexplained(check, input, lossy || retimed ? gaps : std::max(gaps, tones));
         if (noise > limit) {
             inputs.push_back(input);
             worst = std::max(worst, noise);

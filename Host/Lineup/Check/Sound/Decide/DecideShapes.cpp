@@ -35,6 +35,24 @@ double HarmonicsOf(const LineFindings& lines, bool hums) {
     return power > kOverBeside * PowerOf(lines.beside.QuantileDb(0.5)) ? power : 0;
 }
 
+// The same where noise hides them in single looks: harmonics keep their phase against the tone, and noise does not.
+double HarmonicsUnderNoise(const LineFindings& lines) {
+    constexpr double kFewest = 3;        // harmonics beside which noise is known
+    constexpr double kBeyondNoise = 16;  // in power: once in ten million by chance
+    double noise = 0;
+    double count = 0;
+    for (const HarmonicTally& harmonic : lines.harmonic) {
+        noise += harmonic.Doubt() * harmonic.Doubt();
+        count += harmonic.weight > 0 ? 1 : 0;
+    }
+    double power = 0;
+    for (const HarmonicTally& harmonic : lines.harmonic) {
+        const double heard = std::norm(harmonic.Mean());
+        power += count >= kFewest && heard > kBeyondNoise * noise / count ? heard : 0;
+    }
+    return power;
+}
+
 // The amplitude of the input's tone where it is loudest: its level may have been moved.
 double LoudTone(const Case& check, std::size_t input) {
     std::vector<double> amplitudes;
@@ -92,6 +110,9 @@ ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
     ShapeOfInput shape;
     FindHum(check, input, shape);
     shape.harmonics = HarmonicsOf(lines, shape.mains.has_value());
+    if (shape.harmonics == 0 && !shape.mains && !check.facts->lossy.value_or(false)) {
+        shape.harmonics = HarmonicsUnderNoise(lines);
+    }
     if (shape.harmonics > kLeastClipped) {
         FindClipping(check, input, shape);
     }
@@ -133,14 +154,38 @@ void DecideClipped(Case& check) {
         .measured = DbFromGain(top);
 }
 
-void DecideDistorted(Case& check) {
-    // Gain that follows the sound bends it too.
-    if (check.change.kind == LevelChange::Kind::Parts) {
-        return;
+// Gain that follows the sound bends tones too. It goes up and down twice a period, and lags behind: its third harmonic
+// lies across that of a bend, which has the phase of the tone. By how much the bend's stands out.
+double BendBesideGain(const LineFindings& lines) {
+    constexpr double kAlong = 0.3;  // of what lies across: no gain lags by exactly a quarter of a turn
+    constexpr double kDoubts = 4;
+    const HarmonicTally& third = lines.harmonic[1];
+    return std::abs(third.Mean().real()) - kAlong * std::abs(third.Mean().imag()) - kDoubts * third.Doubt();
+}
+
+// Of inputs that are bent while gain follows the sound: those at which something else than the gain does it. Of the
+// others that is not known.
+std::vector<std::size_t> BentBesideGain(const Case& check) {
+    std::vector<std::size_t> inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.distorted; });
+    const double limit = std::pow(10, check.Tolerance("distortion") / 20);
+    const bool any = !inputs.empty();
+    std::erase_if(inputs,
+                  [&](std::size_t input) { return BendBesideGain(check.lineup->inputs[input].lines) <= limit; });
+    if (any && inputs.empty()) {
+        check.Note("distortion-not-known",
+                   "Gain that follows the sound bends tones by itself; whether something else distorts them cannot be "
+                   "told. A recording from before the limiter would settle it.");
     }
+    return inputs;
+}
+
+void DecideDistorted(Case& check) {
     const bool moves = check.change.kind != LevelChange::Kind::None;  // what is cut off then differs
-    const auto inputs = InputsWhere(
-        check, [moves](const ShapeOfInput& shape) { return shape.distorted && (shape.clipped == 1 || !moves); });
+    const auto inputs = check.change.kind == LevelChange::Kind::Parts
+                            ? BentBesideGain(check)
+                            : InputsWhere(check, [moves](const ShapeOfInput& shape) {
+                                  return shape.distorted && (shape.clipped == 1 || !moves);
+                              });
     if (inputs.empty()) {
         return;
     }

@@ -65,6 +65,9 @@ std::string_view WhatSettlesPolarity(const Case& check, bool isLimited) {
     if (isLimited) {
         return "a recording from before the codec";
     }
+    if (check.lineup->placing.tempo != check.lineup->placing.pitch) {
+        return "a recording from before it was retimed";
+    }
     if (check.facts->lossy.value_or(false)) {
         return "more cycles, or a recording from before the codec,";
     }

@@ -101,7 +101,7 @@ std::vector<EdgeVote> FineEdges(const History& history, const Reference& referen
         for (std::size_t input = 0; input < history.Inputs(); ++input) {
             for (std::size_t channel = 0; channel < reference.channels.size(); ++channel) {
                 for (const LateEdge& edge : EdgeDelays(history, reference, sound, placing, 0, input, channel)) {
-                    edges.push_back({edge.at, edge.late, input});
+                    edges.push_back({edge.at, edge.late, input, edge.rises});
                 }
             }
         }
@@ -166,8 +166,9 @@ void DropCutEnds(std::vector<EdgeVote>& edges) {
         const EdgeVote& beside =
             last ? *std::find_if_not(edges.rbegin(), edges.rend(), isOuter) : *std::ranges::find_if_not(edges, isOuter);
         const double late = beside.late;
-        std::erase_if(edges,
-                      [&](const EdgeVote& edge) { return isOuter(edge) && std::abs(edge.late - late) > kCutEdge; });
+        std::erase_if(edges, [&](const EdgeVote& edge) {
+            return isOuter(edge) && edge.rises != last && std::abs(edge.late - late) > kCutEdge;
+        });
     }
 }
 
@@ -200,7 +201,7 @@ std::vector<EdgeVote> RoughEdges(std::span<const ToneRun> runs, const Reference&
                 continue;
             }
             if (const auto late = NearestDue(reference, placing, run.frequency, at, rises)) {
-                edges.push_back({at, *late, run.input});
+                edges.push_back({at, *late, run.input, rises});
             }
         }
     }

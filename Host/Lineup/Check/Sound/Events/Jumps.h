@@ -22,6 +22,7 @@ struct EdgeVote {
     double at = 0;    ///< s of the recording
     double late = 0;  ///< s against the placing
     std::size_t input = 0;
+    bool rises = false;  ///< the tone begins
 };
 
 /// The edges of tones that were followed, each against the nearest one that is due: to some milliseconds, and however

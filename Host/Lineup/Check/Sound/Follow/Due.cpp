@@ -6,6 +6,7 @@ namespace lineup::sound {
 
 namespace {
 
+constexpr double kLeftOver = 0.01;    // of the loudest tone of all slots
 constexpr double kOneChannel = 0.98;  // likeness: what else it has is of no account
 
 double DueAt(const RefTone& tone, const Cell& cell, const SurveyedInput& input) {
@@ -39,6 +40,14 @@ double DueTones::Loudest(std::size_t slot) const {
         loudest = std::max(loudest, *std::ranges::max_element(tone));
     }
     return loudest;
+}
+
+bool DueTones::AnyIn(std::size_t slot) const {
+    double loudest = 0;
+    for (std::size_t other = 0; other < mAmplitudes.size(); ++other) {
+        loudest = std::max(loudest, Loudest(other));
+    }
+    return Loudest(slot) > kLeftOver * loudest;
 }
 
 std::size_t DueTones::LoudestTone(std::size_t slot, std::size_t input) const {

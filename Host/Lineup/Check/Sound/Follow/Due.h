@@ -19,6 +19,8 @@ public:
     }
     /// The loudest of a slot at any input.
     [[nodiscard]] double Loudest(std::size_t slot) const;
+    /// Whether any tone is due in a slot: what is 40 dB below the loudest of all is left of something else.
+    [[nodiscard]] bool AnyIn(std::size_t slot) const;
     /// The tone of a slot that is loudest at `input`; it must have one.
     [[nodiscard]] std::size_t LoudestTone(std::size_t slot, std::size_t input) const;
 

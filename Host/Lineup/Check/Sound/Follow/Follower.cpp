@@ -85,7 +85,7 @@ void Follower::Advance(bool last) {
 
 void Follower::Take(const SlotNumber& number) {
     SlotSound sound = mMeter.Measure(number);
-    const Presence presence = PresenceOf(sound, *mReference, mDue);
+    const Presence presence = PresenceOf(sound, mDue);
     if (!presence.due) {
         if (mStarted) {
             mSilent.push_back(number);

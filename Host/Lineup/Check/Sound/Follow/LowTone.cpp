@@ -35,6 +35,9 @@ void AddVotes(const SlotSound& sound, std::size_t tone, double level, std::vecto
 }  // namespace
 
 std::optional<LowTone> FindOtherLowTone(const History& history, const Reference& reference, const Survey& survey) {
+    if (survey.placing.tempo != survey.placing.pitch) {
+        return std::nullopt;  // the seams of retiming turn the phase of a low tone as another pitch does
+    }
     SlotMeter meter(history, reference);
     meter.Place(survey.placing, survey.Delays());
     double frequency = 0;

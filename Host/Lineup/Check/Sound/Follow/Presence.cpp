@@ -19,11 +19,11 @@ bool IsThere(const InputSlot& input, std::size_t tone, std::size_t block, double
 
 }  // namespace
 
-Presence PresenceOf(const SlotSound& sound, const Reference& reference, const DueTones& due) {
+Presence PresenceOf(const SlotSound& sound, const DueTones& due) {
     Presence presence;
     const std::size_t slot = sound.number.slot;
-    const double least = reference.slots[slot].tones.empty() ? 0 : kOfLoudest * due.Loudest(slot);
-    presence.due = least > 0;
+    const double least = kOfLoudest * due.Loudest(slot);
+    presence.due = due.AnyIn(slot);
     const std::size_t blocks = sound.inputs.front().blocks.size();
     for (std::size_t block = 0; block < blocks; ++block) {
         bool there = false;

@@ -18,6 +18,6 @@ struct Presence {
     bool toEnd = false;       ///< the slot's last block is one of them
 };
 
-[[nodiscard]] Presence PresenceOf(const SlotSound& sound, const Reference& reference, const DueTones& due);
+[[nodiscard]] Presence PresenceOf(const SlotSound& sound, const DueTones& due);
 
 }  // namespace lineup::sound

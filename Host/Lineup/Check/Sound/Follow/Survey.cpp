@@ -21,6 +21,7 @@ constexpr std::size_t kFewJumps = 3;
 constexpr double kSightingOff = 0.006;  // s: what followed tones may be off
 constexpr double kSlack = 0.05;         // s: what a sighting may be off
 constexpr double kLateEnough = 0.008;   // s: an input that is measured again with its delay
+constexpr int kMostMissing = 2;         // slots of channels that are missing, one after the other
 constexpr double kPure = 0.5;           // of a block's energy
 
 std::vector<SlotNumber> SlotsWithin(const SlotMeter& meter, const Reference& reference, double first, double last) {
@@ -62,10 +63,12 @@ double LoudnessOf(const SlotSound& sound, const Reference& reference) {
     return loudest;
 }
 
-// Goes on in one direction for as long as tones are where they are due.
+// Goes on in one direction for as long as tones are where they are due. A channel that is missing leaves its slots
+// silent, and the sequence goes on behind them.
 void Extend(SlotMeter& meter, const History& history, const Reference& reference, double typical, bool forwards,
             std::vector<SlotNumber>& slots) {
     std::vector<SlotNumber> silent;
+    int missing = 0;
     SlotNumber number = forwards ? slots.back() : slots.front();
     for (;;) {
         number = forwards ? NextSlot(reference, number) : SlotBefore(reference, number);
@@ -77,9 +80,14 @@ void Extend(SlotMeter& meter, const History& history, const Reference& reference
             continue;
         }
         const double loudness = LoudnessOf(meter.Measure(number), reference);
+        if (loudness == 0 && missing < kMostMissing) {
+            ++missing;
+            continue;
+        }
         if (loudness < 0.4 * typical || loudness > 2.5 * typical) {
             return;
         }
+        missing = 0;
         for (const SlotNumber& add : silent) {
             slots.insert(forwards ? slots.end() : slots.begin(), add);
         }
@@ -202,14 +210,16 @@ public:
 
 private:
     void TakeJump(SoundEvent& event, std::span<const ToneRun> runs) {
-        const std::vector<EdgeVote> rough = RoughEdges(runs, *mReference, mPlacing);
-        const TimeJump jump = ResolveJump(*mHistory, *mReference, mPlacing, rough, mSlots, event);
+        // What lies before keeps its place, whichever side the sighting went by.
+        const double before = BeforeOf(RoughEdges(runs, *mReference, mPlacing), event.at);
+        Placing placing = mPlacing;
+        placing.start += std::abs(before) > kSightingOff ? before : 0;
+        const std::vector<EdgeVote> rough = RoughEdges(runs, *mReference, placing);
+        const TimeJump jump = ResolveJump(*mHistory, *mReference, placing, rough, mSlots, event);
         if (std::abs(jump.lost) * mHistory->grid.rate < kLeastJump) {
             return;
         }
-        // What lies before keeps its place, whichever side the sighting went by.
-        const double before = BeforeOf(rough, event.at);
-        mPlacing.start += std::abs(before) > kSightingOff ? before : 0;
+        mPlacing = placing;
         mPlacing.jumps.push_back(jump);
         mJumps.push_back(event);
     }

@@ -13,6 +13,7 @@ using Complex = std::complex<double>;
 constexpr double kNoTone = 0.01;        // of the loudest input's gain
 constexpr double kAssignSounds = 1e-6;  // full scale
 constexpr double kFullLevel = 0.9;      // of the reference's level
+constexpr double kTakenAway = 0.02;     // of what is known to sound: a filter has left nothing of the tone
 constexpr double kClearlyMoreLike = 0.004;
 
 // Calls visit(tone, cell) for each tone of each slot that was seen at `input`.
@@ -112,6 +113,13 @@ void NameTheLast(const Reference& reference, std::vector<Arrival>& arrivals) {
 
 }  // namespace
 
+bool WasHeardAlone(const Cells& cells, const Reference& reference, std::size_t input, std::size_t channel) {
+    bool alone = false;
+    ForEachCell(cells, reference, input,
+                [&](const RefTone& tone, const Cell&) { alone = alone || OwnerOf(tone) == channel; });
+    return alone;
+}
+
 std::vector<Complex> PartsOf(const Cells& cells, const Reference& reference, std::size_t input) {
     const std::size_t channels = reference.channels.size();
     std::vector<Complex> parts(channels);
@@ -131,15 +139,17 @@ std::vector<Complex> PartsOf(const Cells& cells, const Reference& reference, std
     // What never sounds alone is what the others leave, where it is the only one of that kind.
     ForEachCell(cells, reference, input, [&](const RefTone& tone, const Cell& cell) {
         Complex rest = cell.sum;
+        double known = 0;
         std::vector<std::size_t> unknown;
         for (std::size_t channel = 0; channel < channels; ++channel) {
             if (alone[channel]) {
                 rest -= cell.blocks * parts[channel] * tone.gain[channel];
+                known += cell.blocks * std::abs(parts[channel] * tone.gain[channel]);
             } else if (tone.Amplitude(channel) > kAssignSounds) {
                 unknown.push_back(channel);
             }
         }
-        if (unknown.size() == 1) {
+        if (unknown.size() == 1 && cell.amplitudes >= kTakenAway * known) {
             const std::size_t channel = unknown.front();
             parts[channel] += rest / tone.gain[channel] * std::norm(tone.gain[channel]);
             weights[channel] += cell.blocks * std::norm(tone.gain[channel]);

@@ -18,6 +18,10 @@ struct Arrival {
     double gain = 0;                     ///< linear, against what was sent
 };
 
+/// Whether a slot was seen at `input` in which nothing but the channel sounds.
+[[nodiscard]] bool WasHeardAlone(const Cells& cells, const Reference& reference, std::size_t input,
+                                 std::size_t channel);
+
 /// How loud each channel's tones are at `input`, linear against what was sent: by the slots in which it sounds alone,
 /// and where there are none, by what the others leave of those in which it sounds with them. Phases must be those of
 /// the input's own delay.

@@ -65,7 +65,9 @@ bool IsNearMains(double frequency, double pitch, double reach) {
     });
 }
 
-void AddHarmonics(const LineSpectrum& spectrum, double frequency, double pitch, const Grid& grid, LineFindings& lines) {
+// What `seconds` of the tone of `frequency` hold: the longer the look, the less noise a line has.
+void AddHarmonics(const LineSpectrum& spectrum, double seconds, double frequency, double pitch, const Grid& grid,
+                  LineFindings& lines) {
     std::vector<double> frequencies = {frequency};
     for (std::size_t i = 0; i < kHarmonics; ++i) {
         const auto n = static_cast<double>(i + 2);
@@ -94,9 +96,9 @@ void AddHarmonics(const LineSpectrum& spectrum, double frequency, double pitch, 
             continue;
         }
         HarmonicTally& tally = lines.harmonic[i];
-        tally.sum += line / fundamental * std::polar(1.0, -(n - 1) * std::arg(fundamental));
-        tally.weight += 1;
-        tally.doubts += between / tone;
+        tally.sum += seconds * line / fundamental * std::polar(1.0, -(n - 1) * std::arg(fundamental));
+        tally.weight += seconds;
+        tally.doubts += seconds * seconds * between / tone;
     }
     lines.harmonics.Add(harmonics / tone);
     lines.clear.Add(clear / tone);
@@ -172,7 +174,7 @@ void AddLines(const History& history, const Reference& reference, const SlotSoun
     const LineSpectrum spectrum(samples, rate);
     const std::vector<RefTone>& tones = reference.slots[sound.number.slot].tones;
     if (tone < tones.size() && tones[tone].frequency * pitch > 1.5 * spectrum.Reach()) {
-        AddHarmonics(spectrum, tones[tone].frequency * pitch, pitch, history.grid, lines);
+        AddHarmonics(spectrum, seconds, tones[tone].frequency * pitch, pitch, history.grid, lines);
     }
     if (seconds > kShortestForHum) {
         for (std::size_t i = 0; i < kMains.size(); ++i) {

@@ -27,7 +27,7 @@ inline constexpr std::size_t kHarmonics = 6;
 /// One harmonic against its tone: amplitude and phase, where the tone's own is a sine of phase 0.
 struct HarmonicTally {
     std::complex<double> sum;
-    double weight = 0;
+    double weight = 0;  ///< s
     double doubts = 0;  ///< squares of what noise may have added
 
     [[nodiscard]] std::complex<double> Mean() const { return weight > 0 ? sum / weight : 0; }

@@ -166,7 +166,7 @@ TEST(DelayOf, IsToldByThePhasesWhereACodecMovesTheEdges) {
 TEST(FindStep, LiesBetweenTheEdgesThatAreOnTimeAndThoseThatAreNot) {
     std::vector<EdgeVote> edges;
     for (int i = 0; i < 10; ++i) {
-        edges.push_back({static_cast<double>(i), i < 6 ? 0.001 : -0.029, static_cast<std::size_t>(i % 2)});
+        edges.push_back({static_cast<double>(i), i < 6 ? 0.001 : -0.029, static_cast<std::size_t>(i % 2), false});
     }
     const auto step = lineup::sound::FindStep(edges);
     ASSERT_TRUE(step);

@@ -31,16 +31,16 @@ inline std::shared_ptr<const lineup::Importer> Bundle() {
 }
 
 /// What the plug-in gives for the ident, in the order of files.
-inline Sound Ident(const std::string& name, double seconds, double firstSecond = 0) {
-    const lineup::Clip clip(Bundle(), lineup::MakeSettings(*Bundle(), {.sampleRateHz = kRate, .ident = name}));
-    const auto count = static_cast<std::size_t>(seconds * kRate);
+inline Sound Ident(const std::string& name, double seconds, double firstSecond = 0, double rate = kRate) {
+    const lineup::Clip clip(Bundle(), lineup::MakeSettings(*Bundle(), {.sampleRateHz = rate, .ident = name}));
+    const auto count = static_cast<std::size_t>(seconds * rate);
     const auto& order = lineup::FindChannelLayout(clip.NumChannels())->fileOrder;
     Sound sound(order.size(), std::vector<float>(count));
     std::vector<float*> targets(order.size());
     for (std::size_t place = 0; place < order.size(); ++place) {
         targets[static_cast<std::size_t>(order[place])] = sound[place].data();
     }
-    lineup::AudioReader(clip).Read(std::llround(firstSecond * kRate), static_cast<std::int64_t>(count), targets);
+    lineup::AudioReader(clip).Read(std::llround(firstSecond * rate), static_cast<std::int64_t>(count), targets);
     return sound;
 }
 

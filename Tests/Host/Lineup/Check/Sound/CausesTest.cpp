@@ -1,0 +1,246 @@
+#include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using test::Ident;
+using test::kRate;
+using test::Sound;
+using test::Strings;
+
+std::ptrdiff_t PlaceAt(double seconds) {
+    return std::llround(seconds * kRate);
+}
+
+void Cut(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        channel.erase(channel.begin() + PlaceAt(at), channel.begin() + PlaceAt(at) + count);
+    }
+}
+
+void Again(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        const std::vector<float> again(channel.begin() + PlaceAt(at) - count, channel.begin() + PlaceAt(at));
+        channel.insert(channel.begin() + PlaceAt(at), again.begin(), again.end());
+    }
+}
+
+void Mute(std::vector<float>& channel, double from, double to) {
+    std::fill(channel.begin() + PlaceAt(from), channel.begin() + std::min(PlaceAt(to), std::ssize(channel)), 0.0F);
+}
+
+void AddNoise(Sound& sound, double level) {
+    std::mt19937 random(11);
+    std::normal_distribution<float> noise(0, static_cast<float>(level));
+    for (auto& channel : sound) {
+        for (float& x : channel) {
+            x += noise(random);
+        }
+    }
+}
+
+// Adds a third harmonic of `third` to a tone of the full level, and next to nothing else.
+void Bend(Sound& sound, double third) {
+    constexpr double kLevel = 0.125;
+    for (auto& channel : sound) {
+        for (float& x : channel) {
+            const double height = static_cast<double>(x) / kLevel;
+            x = static_cast<float>(kLevel * (height + third * (4 * height * height * height - 3 * height)));
+        }
+    }
+}
+
+// What a compressor of 4 to 1 does to all channels, by the power of the loudest over a millisecond and a half.
+void Limit(Sound& sound, double rate) {
+    constexpr double kThreshold = 0.0025;
+    const double follow = 1 / (0.0015 * rate);
+    double power = 0;
+    for (std::size_t n = 0; n < sound.front().size(); ++n) {
+        double loudest = 0;
+        for (const auto& channel : sound) {
+            loudest = std::max(loudest, static_cast<double>(channel[n]) * static_cast<double>(channel[n]));
+        }
+        power += (loudest - power) * (loudest > power ? follow : follow / 10);
+        const double gain = power > kThreshold ? std::pow(power / kThreshold, -0.375) : 1;
+        for (auto& channel : sound) {
+            channel[n] = static_cast<float>(gain * static_cast<double>(channel[n]));
+        }
+    }
+}
+
+// Keeps the pitch: of each quarter of a second, a hundredth goes.
+void Retime(Sound& sound) {
+    for (auto& channel : sound) {
+        std::vector<float> kept;
+        for (std::size_t n = 0; n < channel.size(); ++n) {
+            if (n % 3000 < 2880) {
+                kept.push_back(channel[n]);
+            }
+        }
+        channel = kept;
+    }
+}
+
+void Swing(Sound& sound, double depth, double hertz) {
+    const double swing = depth * kRate / (2 * std::numbers::pi * hertz);
+    for (auto& channel : sound) {
+        const std::vector<float> still = channel;
+        for (std::size_t n = 0; n + 100 < still.size(); ++n) {
+            const double turns = 2 * std::numbers::pi * hertz * static_cast<double>(n) / kRate;
+            const double at = static_cast<double>(n) + swing * (1 + std::sin(turns));
+            const auto whole = static_cast<std::size_t>(at);
+            const auto part = static_cast<float>(at - static_cast<double>(whole));
+            channel[n] = (1 - part) * still[whole] + part * still[whole + 1];
+        }
+    }
+}
+
+constexpr double kSoundRate = 48000;  // Hz: harmonics fold onto each other at less
+
+struct Damaged {
+    const char* what;
+    const char* ident;
+    double from;  // s
+    double seconds;
+    std::function<void(Sound&)> damage;
+    Strings faults;
+    const char* note = "";  // that stands beside them
+    std::map<std::string, double, std::less<>> tolerances = {};
+    double rate = kRate;
+};
+
+const std::vector<Damaged> kDamaged = {
+    {"time jumps where low frequency alone sounds, before the last edge",
+     "ebu-5.1",
+     1.44,
+     12.7,
+     [](Sound& sound) { Again(sound, 6.93, 481); },
+     {"samples-repeated"}},
+    {"what follows a jump is what was found",
+     "blits",
+     0,
+     15,
+     [](Sound& sound) { Cut(sound, 5.83, 812); },
+     {"samples-lost"}},
+    {"time jumps in the first burst, before one that is missing",
+     "blits",
+     0,
+     14.6,
+     [](Sound& sound) {
+         Mute(sound[1], 0, 20);
+         for (auto& channel : sound) {
+             channel.insert(channel.begin(), 12000, 0.0F);
+         }
+         Cut(sound, 1.21, 590);
+     },
+     {"channel-missing", "samples-lost"}},
+    {"noise over a channel that has lost its high tones, beside one that is missing",
+     "blits",
+     0,
+     14.5,
+     [](Sound& sound) {
+         Mute(sound[2], 0, 20);
+         Mute(sound[3], 10.1, 13.3);
+         AddNoise(sound, 1e-5);
+     },
+     {"channel-missing"},
+     "low-frequency-band-limited"},
+    {"a leak of the channel that sounds alone, and clipping",
+     "ebu-stereo-400",
+     0,
+     7.5,
+     [](Sound& sound) {
+         for (std::size_t n = 0; n < sound[0].size(); ++n) {
+             sound[0][n] = std::clamp(sound[0][n] + 0.06F * sound[1][n], -0.07F, 0.07F);
+             sound[1][n] = std::clamp(sound[1][n], -0.07F, 0.07F);
+         }
+     },
+     {"channel-mixed", "clipped"}},
+    {"harmonics under noise",
+     "blits",
+     0,
+     14.5,
+     [](Sound& sound) {
+         Bend(sound, 0.0028);
+         AddNoise(sound, 0.009);
+     },
+     {"noise", "distorted"},
+     "",
+     {},
+     kSoundRate},
+    {"a limiter",
+     "blits",
+     0,
+     14.5,
+     [](Sound& sound) { Limit(sound, kRate); },
+     {"level-changes"},
+     "distortion-not-known"},
+    {"a limiter, and what bends tones",
+     "blits",
+     0,
+     14.5,
+     [](Sound& sound) {
+         Limit(sound, kSoundRate);
+         Bend(sound, 0.03);
+     },
+     {"level-changes", "distorted"},
+     "",
+     {},
+     kSoundRate},
+    {"retiming that keeps the pitch",
+     "ebu-5.1",
+     0,
+     14.5,
+     Retime,
+     {"speed-wrong"},
+     "polarity-not-known",
+     {{"level", 2}}},  // of a low tone with seams
+    {"wow",
+     "ebu-stereo-1000",
+     1.5,
+     6.7,
+     [](Sound& sound) { Swing(sound, 0.0038, 1.0); },
+     {"speed-unsteady"},
+     "",
+     {{"distortion", -30}, {"level", 0.5}}},  // of lines between samples
+};
+
+TEST(Causes, AreNamedAndNoMore) {
+    for (const Damaged& damaged : kDamaged) {
+        Sound sound = Ident(damaged.ident, damaged.seconds, damaged.from, damaged.rate);
+        damaged.damage(sound);
+        lineup::CheckSettings settings;
+        settings.tolerances = damaged.tolerances;
+        const auto findings = test::Check(sound, damaged.rate, settings);
+        EXPECT_EQ(test::Ids(findings), damaged.faults) << damaged.what;
+        const auto isNote = [&](const lineup::CheckNote& note) { return note.id == damaged.note; };
+        EXPECT_TRUE(*damaged.note == '\0' || std::ranges::any_of(findings.notes, isNote)) << damaged.what;
+    }
+}
+
+// What comes before the line-up is as loud, and ends anywhere.
+TEST(Causes, ALineUpThatFollowsOtherSoundAtOnceHasNoClick) {
+    Sound sound = test::Tone(1000, 0.125, 8, 2, kSoundRate);
+    for (auto& channel : sound) {
+        for (std::size_t n = 0; n < 96012; ++n) {
+            channel[n] = n % 240 < 120 ? 0.125F : -0.125F;
+        }
+    }
+    lineup::CheckSettings settings;
+    settings.expect = "tone";
+    settings.frequencyHz = 1000;
+    EXPECT_EQ(test::Ids(test::Check(sound, kSoundRate, settings)), Strings());
+}
+
+}  // namespace

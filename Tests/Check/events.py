@@ -156,8 +156,9 @@ def limited(draft):
 def clipped(draft):
     part = draft.random.uniform(0.5, 0.9)
     draft.cut = part
-    # Of the tones: not of a click that stands above them, nor of what came after them before time jumped.
-    share = 0.98 if {"click", "lost", "repeated"} & set(draft.families) else 1
+    # Of the tones: not of a click that stands above them, nor of what came before or after them until a channel was
+    # late or time jumped.
+    share = 0.98 if {"click", "delayed", "lost", "repeated"} & set(draft.families) else 1
 
     def apply(samples, rate, random, span):
         top = part * numpy.quantile(numpy.abs(samples[slice(*span)]), share)

@@ -47,6 +47,9 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP("Fault", "%1 were not due in what was heard; a whole cycle would settle what arrives there."),
     QT_TRANSLATE_NOOP("Fault", "Whether %1 is upside down cannot be told; %2 would settle it."),
     QT_TRANSLATE_NOOP("Fault", "Whether %1 are upside down cannot be told; %2 would settle it."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "Gain that follows the sound bends tones by itself; whether something else distorts them cannot "
+                      "be told. A recording from before the limiter would settle it."),
     QT_TRANSLATE_NOOP("Fault", "There is no sound: %1."),
     QT_TRANSLATE_NOOP("Fault", "There is no sound."),
     QT_TRANSLATE_NOOP("Fault", "The recording cannot be read: %1."),
@@ -172,6 +175,7 @@ constexpr std::array kSentences = {
 // And what such a place may hold. The most general comes last.
 constexpr std::array kParts = {
     QT_TRANSLATE_NOOP("Fault", "missing"),
+    QT_TRANSLATE_NOOP("Fault", "a recording from before it was retimed"),
     QT_TRANSLATE_NOOP("Fault", "a recording from before the codec"),
     QT_TRANSLATE_NOOP("Fault", "more cycles, or a recording from before the codec,"),
     QT_TRANSLATE_NOOP("Fault", "a recording from before the limiter"),

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <set>
@@ -28,6 +29,7 @@ constexpr double kOneTime = 0.03;          // s
 constexpr double kEvenPiece = 0.002;       // s
 constexpr double kFarPiece = 0.008;        // s
 constexpr double kCutEdge = 0.008;         // s
+constexpr double kFineCutEdge = 0.0005;    // s
 constexpr double kClearStep = 0.012;       // s
 constexpr double kFlatPiece = 0.004;       // s
 constexpr double kShiftedNothing = 0.004;  // s: what followed tones do not tell from none
@@ -155,21 +157,45 @@ std::size_t TimesOf(std::span<const EdgeVote> sorted) {
 }
 
 // What begins the first of the tones, or ends the last, may be where the line-up was cut.
+void DropCutEnd(std::vector<EdgeVote>& edges, bool last, double most) {
+    const double end = last ? edges.back().at : edges.front().at;
+    const auto isOuter = [&](const EdgeVote& edge) { return std::abs(edge.at - end) < kOneTime; };
+    const EdgeVote& beside =
+        last ? *std::find_if_not(edges.rbegin(), edges.rend(), isOuter) : *std::ranges::find_if_not(edges, isOuter);
+    const double late = beside.late;
+    std::erase_if(edges, [&](const EdgeVote& edge) {
+        return isOuter(edge) && edge.rises != last && std::abs(edge.late - late) > most;
+    });
+}
+
 void DropCutEnds(std::vector<EdgeVote>& edges) {
     std::ranges::sort(edges, {}, &EdgeVote::at);
-    if (TimesOf(edges) < 3) {
-        return;
-    }
     for (const bool last : {false, true}) {
-        const double end = last ? edges.back().at : edges.front().at;
-        const auto isOuter = [&](const EdgeVote& edge) { return std::abs(edge.at - end) < kOneTime; };
-        const EdgeVote& beside =
-            last ? *std::find_if_not(edges.rbegin(), edges.rend(), isOuter) : *std::ranges::find_if_not(edges, isOuter);
-        const double late = beside.late;
-        std::erase_if(edges, [&](const EdgeVote& edge) {
-            return isOuter(edge) && edge.rises != last && std::abs(edge.late - late) > kCutEdge;
-        });
+        if (TimesOf(edges) > 2) {
+            DropCutEnd(edges, last, kCutEdge);
+        }
     }
+}
+
+// The same of measured edges, where others know what lies on that side of `at`.
+void DropCutEndsAround(std::vector<EdgeVote>& edges, double at) {
+    std::ranges::sort(edges, {}, &EdgeVote::at);
+    for (const bool last : {false, true}) {
+        std::vector<EdgeVote> side;
+        std::ranges::copy_if(edges, std::back_inserter(side),
+                             [&](const EdgeVote& edge) { return (edge.at > at) == last; });
+        if (TimesOf(side) > 1) {
+            DropCutEnd(edges, last, kFineCutEdge);
+        }
+    }
+}
+
+// How much was lost at `at`, by the edges that are measured around it.
+std::optional<double> LostBetweenFine(const History& history, const Reference& reference, const Placing& placing,
+                                      std::span<const SlotNumber> slots, double at, bool passTorn) {
+    std::vector<EdgeVote> edges = FineEdges(history, reference, placing, slots, at, passTorn);
+    DropCutEndsAround(edges, at);
+    return LostBetween(edges, at);
 }
 
 // The edges less what is lost at `at`, each against the median of its input: how far off they are, mean, in s.
@@ -241,7 +267,7 @@ TimeJump ResolveJump(const History& history, const Reference& reference, const P
                      std::span<const EdgeVote> rough, std::span<const SlotNumber> slots, SoundEvent& event) {
     if (MayBeTurnedOver(event)) {
         const double period = std::ranges::min_element(event.phases, {}, &PhaseJump::period)->period;
-        const auto moved = LostBetween(FineEdges(history, reference, placing, slots, event.at, false), event.at);
+        const auto moved = LostBetweenFine(history, reference, placing, slots, event.at, false);
         if (moved && std::abs(*moved) < period / 4) {
             return {event.at, 0};  // time goes on as before
         }
@@ -253,7 +279,7 @@ TimeJump ResolveJump(const History& history, const Reference& reference, const P
     tried.jumps.push_back({event.at, first});
     std::ranges::sort(tried.jumps, {}, &TimeJump::at);
     const bool passTorn = event.phases.empty();
-    const auto more = LostBetween(FineEdges(history, reference, tried, slots, event.at, passTorn), event.at);
+    const auto more = LostBetweenFine(history, reference, tried, slots, event.at, passTorn);
     event.amount = more ? AsPhasesHaveIt(event, first + *more, kWellKnown) : first;
     event.sure = more.has_value();
     return {event.at, event.amount};

@@ -94,7 +94,7 @@ void Follower::Take(const SlotNumber& number) {
     }
     // Of a slot that the line-up's start or end cuts, the part that belongs to it.
     const bool isCut = presence.present > 0 && (!presence.fromStart || !presence.toEnd);
-    const auto extent = isCut ? ExtentOfTone(sound) : std::nullopt;
+    auto extent = isCut ? ExtentOfTone(sound) : std::nullopt;
     if (presence.present == 0 || (isCut && !extent)) {
         mEnded = mStarted && sound.end - mLastPresent > kPatience;
         return;
@@ -103,6 +103,9 @@ void Follower::Take(const SlotNumber& number) {
         Begin(presence, sound);
     }
     mLastPresent = presence.last;
+    if (extent && !presence.toEnd && GoesOnAfter(number)) {
+        extent->second = sound.end;  // it is silent there, and no end
+    }
     mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
     if (extent) {
         sound.Keep(extent->first, extent->second);
@@ -120,6 +123,21 @@ void Follower::Take(const SlotNumber& number) {
     }
     FollowTime(sound);
     Measure(sound);
+}
+
+// Whether the next tone that is due is there, as far as was heard.
+bool Follower::GoesOnAfter(SlotNumber number) {
+    for (std::size_t i = 0; i < mReference->slots.size(); ++i) {
+        number = NextSlot(*mReference, number);
+        if (mMeter.EndOf(number) > mHistory->SecondsEnd()) {
+            return false;
+        }
+        const Presence presence = PresenceOf(mMeter.Measure(number), mDue);
+        if (presence.due) {
+            return presence.present > 0;
+        }
+    }
+    return false;
 }
 
 void Follower::Begin(const Presence& presence, const SlotSound& sound) {

@@ -28,6 +28,7 @@ public:
 
 private:
     void Take(const SlotNumber& number);
+    [[nodiscard]] bool GoesOnAfter(SlotNumber number);
     void Begin(const Presence& presence, const SlotSound& sound);
     [[nodiscard]] std::vector<SoundEvent> EventsOf(SlotSound& sound);
     void Measure(const SlotSound& sound);

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -65,6 +66,12 @@ TEST_F(ClipDocumentFile, GivesBackWhatWasWritten) {
     document.lengthFrames = 4711;
     WriteDocument(File(), document, false);
     EXPECT_EQ(lineup::ReadDocument(File()), document);
+}
+
+TEST_F(ClipDocumentFile, AnotherOneDiffersInAnyPart) {
+    for (const auto& [from, to] : {std::pair("00007a44", "0000dc43"), {"1080", "720"}, {"125}", "126}"}}) {
+        EXPECT_NE(Read(Changed(from, to)), ClipDocument()) << from;
+    }
 }
 
 TEST_F(ClipDocumentFile, IsReadAsItIsDescribed) {

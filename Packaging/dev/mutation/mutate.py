@@ -64,10 +64,10 @@ def drawn(every, seed, whole):
     return [entry for _, _, entry in sorted(order, key=lambda ranked: (ranked[0], ranked[1], ranked[2][0]))]
 
 
-def try_out(mistake, text, tests, most):
+def try_out(mistake, text, tests, most, ask):
     """("survived" or "noticed" or "not compiled", by what), shown to tests until they have taken so many seconds."""
     path = tree.SOURCE / mistake.file
-    taken, candidates = 0, tests.that_may_notice(mistake.file)
+    taken, candidates = 0, [test for test in tests.that_may_notice(mistake.file) if ask in test.name]
     if candidates and not all((tree.BUILD / target).exists() for target in candidates[0].targets):
         tree.ninja(*candidates[0].targets)
     path.write_text(mistake.apply(text))
@@ -103,7 +103,7 @@ def try_all(todo, results, options):
                 return
             before = resource.getrusage(resource.RUSAGE_CHILDREN)
             try:
-                outcome, by = try_out(mistake, text, tests, most)
+                outcome, by = try_out(mistake, text, tests, most, options.ask)
             finally:
                 (tree.SOURCE / mistake.file).write_text(text)
             after = resource.getrusage(resource.RUSAGE_CHILDREN)
@@ -125,6 +125,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="draws others")
     parser.add_argument("--minutes", type=float, help="begin no other when so much time has passed")
     parser.add_argument("--again", action="store_true", help="try those that survived once more: the tests have grown")
+    parser.add_argument("--ask", metavar="TEST", default="", help="ask those tests alone whose name holds this")
     parser.add_argument("--report", action="store_true", help="say what is known; try nothing")
     parser.add_argument("--page", action="store_true", help="write the score into Docs/mutation.md as well")
     options = parser.parse_args()

@@ -1,5 +1,6 @@
 #include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -34,6 +35,7 @@ struct Shape {
     const char* fault;
     double measured;
     double reach;
+    const char* text;
     std::function<double(double x, double second)> shape;
 };
 
@@ -42,12 +44,18 @@ double Hum(double hertz, double second) {
 }
 
 const std::vector<Shape> kShapes = {
-    {"clipped", 20 * std::log10(0.08), 0.05, [](double x, double) { return std::clamp(x, -0.08, 0.08); }},
+    {"clipped", 20 * std::log10(0.08), 0.05,
+     "L, R, C, LFE, Ls and Rs (inputs 1, 2, 3, 4, 5 and 6) are cut off at -21.94 dBFS.",
+     [](double x, double) { return std::clamp(x, -0.08, 0.08); }},
     // x^3 makes a third harmonic of a quarter of its factor.
-    {"distorted", -40, 0.3, [](double x, double) { return x + 0.04 * x * x * x / (kLevel * kLevel) - 0.03 * x; }},
-    {"hum", 20 * std::log10(0.004), 0.3, [](double x, double second) { return x + Hum(50, second); }},
-    {"hum", 20 * std::log10(0.004), 0.3, [](double x, double second) { return x + Hum(60, second); }},
-    {"level-changes", -3, 0.05, [](double x, double second) { return second > 5.2 ? x * std::pow(10, -3.0 / 20) : x; }},
+    {"distorted", -40, 0.3, "L, R, C, LFE, Ls and Rs (inputs 1, 2, 3, 4, 5 and 6) have harmonics of -39.9 dB.",
+     [](double x, double) { return x + 0.04 * x * x * x / (kLevel * kLevel) - 0.03 * x; }},
+    {"hum", 20 * std::log10(0.004), 0.3, "Hum of 50 Hz, -47.9 dBFS, at inputs 1, 2, 3, 4, 5 and 6.",
+     [](double x, double second) { return x + Hum(50, second); }},
+    {"hum", 20 * std::log10(0.004), 0.3, "Hum of 60 Hz, -47.9 dBFS, at inputs 1, 2, 3, 4, 5 and 6.",
+     [](double x, double second) { return x + Hum(60, second); }},
+    {"level-changes", -3, 0.05, "The level goes down by 3.00 dB at 4.",
+     [](double x, double second) { return second > 5.2 ? x * std::pow(10, -3.0 / 20) : x; }},
 };
 
 TEST(Shapes, AreNamedOnceAndMeasured) {
@@ -56,6 +64,7 @@ TEST(Shapes, AreNamedOnceAndMeasured) {
         Reshape(sound, shape.shape);
         const auto findings = Check(sound);
         ASSERT_EQ(Ids(findings), Strings{shape.fault});
+        EXPECT_THAT(findings.faults[0].text, testing::HasSubstr(shape.text));
         EXPECT_NEAR(findings.faults[0].measured.value_or(0), shape.measured, shape.reach) << shape.fault;
     }
 }

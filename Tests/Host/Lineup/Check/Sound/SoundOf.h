@@ -96,4 +96,12 @@ inline Strings Ids(const lineup::SoundFindings& findings) {
     return ids;
 }
 
+inline Strings Texts(const lineup::SoundFindings& findings) {
+    Strings texts;
+    for (const lineup::CheckFault& fault : findings.faults) {
+        texts.push_back(fault.text);
+    }
+    return texts;
+}
+
 }  // namespace test

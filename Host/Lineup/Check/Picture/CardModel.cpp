@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <map>
 #include <span>
 
@@ -41,7 +42,8 @@ bool SameColumn(const FloatPicture& picture, int line, int x, int other) {
 
 bool SameLine(const FloatPicture& picture, int line, int other) {
     for (int plane = 0; plane < FloatPicture::kPlanes; ++plane) {
-        if (!std::ranges::equal(picture.Line(plane, line), picture.Line(plane, other))) {
+        const auto one = picture.Line(plane, line);
+        if (std::memcmp(one.data(), picture.Line(plane, other).data(), one.size_bytes()) != 0) {
             return false;
         }
     }

@@ -193,6 +193,23 @@ TEST_F(Check, ACardIsNotRightForAllOfARecordingBesideAPartOfASequence) {
     EXPECT_EQ(exit("--duration 1"), 0);  // too little of a tone to be one
 }
 
+TEST_F(Check, OfAPictureTakesWhateverAStillIsKeptIn) {
+    ASSERT_EQ(Lineup("render card.png --size 640x360 --quiet").exitCode, 0);
+    ASSERT_EQ(Shell("for still in still.tif card.bmp card.tga card.dpx; do ffmpeg -v error -nostdin -i card.png $still "
+                    "|| exit; "
+                    "done; ffmpeg -v error -nostdin -i card.png -vf "
+                    "'split[a][b];[a]palettegen[p];[b][p]paletteuse=dither=none' indexed.png")
+                  .exitCode,
+              0);
+    const auto result = Lineup("check card.png still.tif card.bmp card.tga card.dpx indexed.png --json");
+    EXPECT_EQ(result.exitCode, 0) << result.out;
+    const std::vector<json> stills = Lines(result.out);
+    EXPECT_EQ(stills.size(), 6U);
+    for (const json& still : stills) {
+        EXPECT_EQ(still["picture"]["card"], "sd") << still["source"];
+    }
+}
+
 TEST_F(Check, SaysWhereARecordingIsDamaged) {
     Send("sent.wav");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i sent.wav -c:a flac got.flac").exitCode, 0);

@@ -98,6 +98,9 @@ private:
         });
     }
 
+    // FCC's matrix is that of BT.601, with a digit less.
+    [[nodiscard]] bool IsTagAlike() const { return mReport->tags.matrix == "fcc" && mDue == "bt601"; }
+
     [[nodiscard]] FittedChain Choose() {
         std::vector<Chain> plain{Chain{}};
         if (IsTagKnown() && mReport->tags.matrix != mDue) {
@@ -245,7 +248,7 @@ private:
         const bool isAsDue = mBest.chain.matrix == MatrixStep::None;
         // JPEG has BT.601 by its own rules, whatever its maker put in; nobody wrote that into the file.
         const bool isJpeg = std::string_view(mKnown->facts->codec.data()) == "mjpeg";
-        if (!isJpeg && IsTagKnown() && isAsDue && tags.matrix != mDue) {
+        if (!isJpeg && !mScale.isRgb && isAsDue && !tags.matrix.empty() && tags.matrix != mDue && !IsTagAlike()) {
             mFindings->faults.push_back(
                 MakePictureFault("tags-wrong", {}, {},
                                  fmt::format("The numbers are those of {}, and the file says {}.", mDue, tags.matrix)));

@@ -6,7 +6,9 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <numeric>
+#include <span>
 #include <vector>
 
 namespace lineup::picture {
@@ -17,7 +19,7 @@ constexpr double kRingingReach = 14;       // pixels beside an edge
 constexpr double kMostRinging = 2;         // times the step
 constexpr double kClearStep = 40;          // codes
 constexpr std::size_t kFewestRinging = 4;  // edges
-constexpr int kBlockGrid = 8;              // pixels
+constexpr std::size_t kBlockGrid = 8;      // pixels
 constexpr double kLeftOut = 3;             // pixels of a patch beside its edges, that are left out
 constexpr double kRestless = 0.05;         // codes that luma changes from pixel to pixel in the mean: less is even
 
@@ -40,10 +42,20 @@ Inside InsideOf(const Plane& luma, const Box& box) {
 double AddChanges(const Plane& luma, const Inside& inside, bool across, Phases& changes) {
     const int stepX = across ? 1 : 0;
     const int stepY = across ? 0 : 1;
+    const auto width = static_cast<std::size_t>(luma.width);
+    const auto left = static_cast<std::size_t>(inside.left + stepX);
+    const auto right = static_cast<std::size_t>(std::max(inside.left + stepX, inside.right));
     for (int y = inside.top + stepY; y < inside.bottom; ++y) {
-        for (int x = inside.left + stepX; x < inside.right; ++x) {
-            const auto phase = static_cast<std::size_t>((across ? x : y) % kBlockGrid);
-            changes.at(phase) += std::abs(static_cast<double>(luma.At(x, y) - luma.At(x - stepX, y - stepY)));
+        const std::span line = std::span(luma.values).subspan(static_cast<std::size_t>(y) * width, width);
+        const std::span before = std::span(luma.values).subspan(static_cast<std::size_t>(y - stepY) * width, width);
+        Phases ofLine{};
+        for (std::size_t x = left; x < right; ++x) {
+            ofLine[x % kBlockGrid] += std::abs(static_cast<double>(line[x] - before[across ? x - 1 : x]));
+        }
+        if (across) {
+            std::ranges::transform(changes, ofLine, changes.begin(), std::plus());
+        } else {
+            changes.at(static_cast<std::size_t>(y) % kBlockGrid) += std::accumulate(ofLine.begin(), ofLine.end(), 0.0);
         }
     }
     return std::max(0, inside.right - inside.left - stepX) *

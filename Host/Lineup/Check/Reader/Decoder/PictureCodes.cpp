@@ -59,18 +59,24 @@ bool IsPlain(const AVPixFmtDescriptor& format, const AVComponentDescriptor& comp
     const bool isNative = component.depth <= 8 ||
                           ((format.flags & AV_PIX_FMT_FLAG_BE) == 0) == (std::endian::native == std::endian::little);
     return isNative && component.shift == 0 && component.offset == 0 &&
-           component.step == (component.depth > 8 ? 2 : 1) &&
-           (format.flags & (AV_PIX_FMT_FLAG_BITSTREAM | AV_PIX_FMT_FLAG_PAL)) == 0;
+           component.step == (component.depth > 8 ? 2 : 1) && (format.flags & AV_PIX_FMT_FLAG_BITSTREAM) == 0;
 }
 
 // A palette holds words of A, R, G and B, the highest byte first.
-int PaletteByte(std::uint32_t plane) {
-    return std::endian::native == std::endian::little ? 2 - static_cast<int>(plane) : 1 + static_cast<int>(plane);
+std::size_t PaletteByte(std::uint32_t plane) {
+    return std::endian::native == std::endian::little ? 2 - plane : 1 + plane;
 }
 
 // From the top down, whichever way the frame lies in memory.
 const std::uint8_t* LineOf(const AVFrame& frame, int memoryPlane, std::uint32_t line) {
     return frame.data[memoryPlane] + static_cast<std::ptrdiff_t>(line) * frame.linesize[memoryPlane];
+}
+
+void ReadPalette(const AVFrame& frame, std::uint32_t plane, std::uint32_t line, std::span<std::uint16_t> codes) {
+    constexpr std::size_t kWord = 4;
+    const std::span entries(LineOf(frame, 0, line), codes.size());
+    const std::uint8_t* const palette = frame.data[1] + PaletteByte(plane);
+    std::ranges::transform(entries, codes.begin(), [palette](std::uint8_t entry) { return palette[kWord * entry]; });
 }
 
 }  // namespace
@@ -103,8 +109,11 @@ Frame DescribePicture(const AVFrame& frame, const AVCodecContext& decoder) {
 
 void ReadCodes(const AVFrame& frame, std::uint32_t plane, std::uint32_t line, std::span<std::uint16_t> codes) {
     const AVPixFmtDescriptor& format = *Descriptor(frame);
-    const int component = IsPalette(format) ? PaletteByte(plane) : static_cast<int>(plane);
-    const AVComponentDescriptor& codesOf = format.comp[IsPalette(format) ? 0 : plane];
+    if (IsPalette(format)) {
+        ReadPalette(frame, plane, line, codes);
+        return;
+    }
+    const AVComponentDescriptor& codesOf = format.comp[plane];
     if (IsPlain(format, codesOf)) {
         const std::uint8_t* const from = LineOf(frame, codesOf.plane, line);
         if (codesOf.depth > 8) {
@@ -114,11 +123,10 @@ void ReadCodes(const AVFrame& frame, std::uint32_t plane, std::uint32_t line, st
         }
     } else {
         std::array<const std::uint8_t*, 4> data{frame.data[0], frame.data[1], frame.data[2], frame.data[3]};
-        av_read_image_line2(codes.data(), data.data(), frame.linesize, &format, 0, static_cast<int>(line), component,
-                            static_cast<int>(codes.size()), IsPalette(format) ? 1 : 0, sizeof(std::uint16_t));
+        av_read_image_line2(codes.data(), data.data(), frame.linesize, &format, 0, static_cast<int>(line),
+                            static_cast<int>(plane), static_cast<int>(codes.size()), 0, sizeof(std::uint16_t));
     }
-    const auto mask =
-        static_cast<std::uint16_t>((1U << (IsPalette(format) ? 8U : static_cast<unsigned>(codesOf.depth))) - 1U);
+    const auto mask = static_cast<std::uint16_t>((1U << static_cast<unsigned>(codesOf.depth)) - 1U);
     for (std::uint16_t& code : codes) {
         code &= mask;
     }

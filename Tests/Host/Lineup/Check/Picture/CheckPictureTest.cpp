@@ -247,8 +247,13 @@ TEST(CheckPicture, TagsThatNameAnotherMatrixAreWrongAndNotTheNumbers) {
     DecodedPicture frame = Frame();
     frame.head.matrix = {'b', 't', '7', '0', '9'};
     EXPECT_THAT(IdsOf(Examine({frame})), ElementsAre("tags-wrong"));
-    frame.head.matrix = {'s', 'm', 'p', 't', 'e', '1', '7', '0', 'm'};
-    EXPECT_THAT(IdsOf(Examine({frame})), IsEmpty());
+    frame.head.matrix = {'s', 'm', 'p', 't', 'e', '2', '4', '0', 'm'};  // that no chain has a step for
+    EXPECT_THAT(IdsOf(Examine({frame})), ElementsAre("tags-wrong"));
+    for (const std::array<char, 16>& due :
+         {std::array<char, 16>{'s', 'm', 'p', 't', 'e', '1', '7', '0', 'm'}, {'f', 'c', 'c'}, {}}) {
+        frame.head.matrix = due;
+        EXPECT_THAT(IdsOf(Examine({frame})), IsEmpty()) << due.data();
+    }
 }
 
 }  // namespace

@@ -104,6 +104,8 @@ void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
     if (!geometry.isExact || (isAsWide && isAsHigh)) {
         return;
     }
+    // Of a card that was scaled, edges lie between pixels: nobody sent it in the size that it has here.
+    const double ofUnusual = geometry.error - kLessUsual;
     double least = geometry.error + kUnscaledMayErr;
     for (const CardSize& size : LikelySentSizes(mFoundModel.card, place)) {
         const bool isCut = size.width <= raster.width * kMostCut && size.height <= raster.height * kMostCut;
@@ -113,7 +115,7 @@ void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
         }
         CardModel model = ReadCardModel(*mClip, mFoundModel.card, size.width, size.height);
         const Geometry unscaled = PlaceUnscaled(raster, model, place);
-        if (unscaled.isExact && unscaled.error < least) {
+        if (unscaled.isExact && unscaled.error < (IsUsual(size) ? least : std::min(least, ofUnusual))) {
             least = unscaled.error - kLessUsual;
             geometry = unscaled;
             mFoundModel = std::move(model);

@@ -34,6 +34,10 @@ bool IsNear(int size, double found, double known) {
 
 }  // namespace
 
+bool IsUsual(const CardSize& size) {
+    return std::ranges::find(kUsual, size) != kUsual.end();
+}
+
 std::vector<CardSize> LikelySentSizes(Card card, const Place& place) {
     const double heightKnown = card == Card::SD ? kHeightKnownOfSd : kHeightKnown;
     std::vector<CardSize> sizes;

@@ -14,6 +14,9 @@ struct CardSize {
     bool operator==(const CardSize&) const = default;
 };
 
+/// A size of television.
+[[nodiscard]] bool IsUsual(const CardSize& size);
+
 /// How large a card may have been when it was sent, that lies at `place` and was not scaled: those of television first.
 /// The SD card's height is known less well than its width, for it has two lines that run across it.
 [[nodiscard]] std::vector<CardSize> LikelySentSizes(Card card, const Place& place);

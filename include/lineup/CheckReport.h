@@ -150,6 +150,13 @@ struct PictureQuality {
     std::optional<double> noise;       ///< in patches, r.m.s., codes
 };
 
+/// How sure it is what the numbers of a picture are: what was named, against the next best.
+struct PictureExplanation {
+    double error = 0;                 ///< r.m.s. of what is left of the patches, codes
+    std::string next;                 ///< of others that are as simple, the one that leaves least; empty: there is none
+    std::optional<double> nextError;  ///< what that one leaves
+};
+
 /// What was found of the picture.
 struct PictureReport {
     std::string card;  ///< "hd", "sd"; empty where no card was found
@@ -161,6 +168,7 @@ struct PictureReport {
     std::optional<double> pixelAspect;  ///< a pixel's width to its height, by the file
     std::optional<CardPlace> place;
     PictureQuality quality;
+    std::optional<PictureExplanation> explanation;  ///< empty where patches are right, and nothing had to be explained
     std::vector<PatchReport> patches;
 };
 

@@ -62,6 +62,15 @@ ordered_json QualityJson(const lineup::PictureQuality& quality) {
             {"noise", OrNull(quality.noise)}};
 }
 
+ordered_json ExplanationJson(const std::optional<lineup::PictureExplanation>& explanation) {
+    if (!explanation) {
+        return {};
+    }
+    return {{"error", explanation->error},
+            {"next", OrNull(explanation->next)},
+            {"nextError", OrNull(explanation->nextError)}};
+}
+
 ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
     if (!picture) {
         return {};
@@ -83,6 +92,7 @@ ordered_json PictureJson(const std::optional<lineup::PictureReport>& picture) {
               {"pixelAspect", OrNull(picture->pixelAspect)}}},
             {"place", PlaceJson(picture->place)},
             {"quality", QualityJson(picture->quality)},
+            {"explanation", ExplanationJson(picture->explanation)},
             {"patches", patches}};
 }
 

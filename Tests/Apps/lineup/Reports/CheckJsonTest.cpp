@@ -100,7 +100,7 @@ TEST(CheckJson, HasAPictureWhereThereIsOne) {
     picture.patches.push_back({.name = "75 % yellow", .expected = {168, 44, 136}, .measured = {168, 44, 135.5}});
     const ordered_json json = ordered_json::parse(cli::CheckJson(report))["picture"];
     EXPECT_THAT(Fields(json), testing::ElementsAre("card", "width", "height", "bits", "codes", "tags", "place",
-                                                   "quality", "patches"));
+                                                   "quality", "explanation", "patches"));
     EXPECT_EQ(json["codes"], ordered_json::parse(R"({"matrix": "bt709", "range": "limited"})"));
     EXPECT_THAT(Fields(json["tags"]), testing::ElementsAre("matrix", "primaries", "transfer", "range", "pixelAspect"));
     EXPECT_TRUE(json["tags"]["matrix"].is_null());
@@ -108,6 +108,10 @@ TEST(CheckJson, HasAPictureWhereThereIsOne) {
     EXPECT_EQ(json["place"]["mirrored"], true);
     EXPECT_EQ(json["quality"]["ringing"], 8.5);
     EXPECT_TRUE(json["quality"]["blocking"].is_null());
+    EXPECT_TRUE(json["explanation"].is_null());
+    picture.explanation = {.error = 0.5, .next = "", .nextError = 4.25};
+    EXPECT_EQ(ordered_json::parse(cli::CheckJson(report))["picture"]["explanation"],
+              ordered_json::parse(R"({"error": 0.5, "next": null, "nextError": 4.25})"));
     EXPECT_EQ(json["patches"][0]["measured"][2], 135.5);
 }
 

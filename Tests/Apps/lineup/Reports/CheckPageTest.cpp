@@ -2,7 +2,9 @@
 #include "Apps/lineup/Reports/CheckJunit.h"
 #include "Apps/lineup/Reports/CheckLanes.h"
 #include "Apps/lineup/Reports/CheckPage.h"
+#include "Apps/lineup/Reports/CheckScopes.h"
 #include "Apps/lineup/Reports/Markup.h"
+#include "Apps/lineup/Reports/PatchTable.h"
 #include "Tests/Apps/lineup/Reports/CheckReports.h"
 #include "Tests/Support/RunProgram.h"
 #include "Tests/Support/TestFolder.h"
@@ -82,6 +84,25 @@ TEST_F(CheckPages, DrawNoLanesWhereThereAreNone) {
     EXPECT_EQ(cli::CheckLanesHeight(test::UnreadableCheckReport()), 0);
     EXPECT_EQ(cli::CheckLanes(test::UnreadableCheckReport()), "");
     EXPECT_THAT(cli::CheckPage(std::vector{test::UnreadableCheckReport()}), Not(HasSubstr("<svg")));
+}
+
+TEST_F(CheckPages, DrawTheCardWithWhatIsDueAndWhatWasFoundOfIt) {
+    lineup::CheckReport report;
+    lineup::PictureReport& picture = report.picture.emplace();
+    picture.card = "hd";
+    picture.width = 1920;
+    picture.height = 1080;
+    picture.patches = {
+        {.name = "75 % yellow", .expected = {168, 44, 136}, .measured = {161, 44, 142}, .off = 7, .isOff = true},
+        {.name = "40 % grey", .expected = {104, 128, 128}, .measured = {104, 128, 128}}};
+    const std::string drawing = cli::CheckScopes(report);
+    EXPECT_EQ(Count(drawing, "class=\"off\""), 1U);
+    EXPECT_EQ(Count(drawing, "class=\"due\""), 4U);  // in the vectorscope and in the waveform
+    EXPECT_EQ(Count(drawing, "class=\"found\""), 4U);
+    const auto table = cli::MakePatchTable(report, true);
+    EXPECT_THAT(table.rows[0], testing::ElementsAre("75 % yellow", "161.0", "44.0", "142.0", "168.0", "44.0", "136.0"));
+    EXPECT_THAT(table.remarks, testing::ElementsAre("off by 7.0", ""));
+    EXPECT_EQ(cli::MakePatchTable(report, false).rows.size(), 1U);
 }
 
 TEST_F(CheckPages, SayWhatTheTerminalSays) {

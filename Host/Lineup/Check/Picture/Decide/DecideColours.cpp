@@ -20,6 +20,7 @@ constexpr double kBeyondEnds = 3;     // codes that a black may be darker than b
 constexpr double kSureShare = 0.2;    // of the patches' tolerance, that a cause without doubt must move one by
 constexpr double kUnexplained = 3;    // codes r.m.s. that are left of the best explanation
 constexpr double kArithmetic = 1e-3;  // codes that a colour is off by after its way through R'G'B'
+constexpr double kAsSimple = 0.15;    // of the cost of a chain
 constexpr std::size_t kCovered = 10;  // one patch in so many may be covered by something
 
 bool IsSmallOrOdd(const CardPatch& patch) {
@@ -204,7 +205,29 @@ private:
         }
     }
 
+    // How far the next best lies behind.
+    void TellNext() {
+        PictureExplanation& told = mReport->explanation.emplace();
+        told.error = mBest.error;
+        std::vector<const FittedChain*> byError;
+        for (const FittedChain& one : mChains) {
+            byError.push_back(&one);
+        }
+        std::ranges::sort(byError, {}, &FittedChain::error);
+        const std::string own = WordsFor(mBest.chain, mDue);
+        for (const FittedChain* const other : byError) {
+            const bool isAsSimple = other->chain.Cost() <= mBest.chain.Cost() + kAsSimple;
+            const std::string words = isAsSimple ? WordsFor(other->chain, mDue) : "";
+            if (!words.empty() && words != own) {
+                told.next = words;
+                told.nextError = other->error;
+                return;
+            }
+        }
+    }
+
     void TellOthers() {
+        TellNext();
         if (mBest.error > kUnexplained) {
             mFindings->notes.push_back(
                 {.id = "colours-unexplained",

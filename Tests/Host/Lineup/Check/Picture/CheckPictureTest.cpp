@@ -188,6 +188,24 @@ TEST(CheckPicture, NamesGainAndLiftAndWhatIsDoneToColoursTogether) {
                 ElementsAre("saturation-wrong", "hue-wrong"));
 }
 
+TEST(CheckPicture, SaysHowFarTheNextBestExplanationLiesBehind) {
+    const PictureFindings swapped = Examine({Frame([](Codes& c) { std::swap(c[1], c[2]); })});
+    ASSERT_TRUE(swapped.picture->explanation);
+    EXPECT_LT(swapped.picture->explanation->error, 0.3);
+    EXPECT_GT(swapped.picture->explanation->nextError.value_or(0), 10);
+    EXPECT_FALSE(Examine({Frame()}).picture->explanation);
+}
+
+// A little less gain moves black by no more than rounding does, whether it turns about black or about code 0.
+TEST(CheckPicture, NamesTogetherWhatPatchesCannotTellApart) {
+    const PictureFindings findings = Examine({Frame([](Codes& c) { c[0] = 16 + (c[0] - 16) * 0.985; })});
+    EXPECT_THAT(IdsOf(findings), ElementsAre("gain-wrong"));
+    const auto note = std::ranges::find(findings.notes, "other-explanation", &lineup::CheckNote::id);
+    ASSERT_NE(note, findings.notes.end());
+    EXPECT_THAT(note->text, testing::StartsWith("The patches can be explained as well so: white lies at 98."));
+    EXPECT_LT(*findings.picture->explanation->nextError - findings.picture->explanation->error, 0.2);
+}
+
 TEST(CheckPicture, SeesTheOneWhiteOfTheSdCardCutOff) {
     const auto clipped = [](Codes& c) { c[0] = std::min(c[0], 210.0); };
     const PictureFindings findings = Examine({Frame(clipped, lineup::Card::SD)});

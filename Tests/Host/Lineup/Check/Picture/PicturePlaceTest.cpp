@@ -10,6 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
+#include <numeric>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -132,6 +135,83 @@ TEST(PicturePlace, BarsWithABlackThatIsDarkerThanBlackComeFromAnotherGenerator) 
     const PictureFindings findings = Examine({frame});
     EXPECT_THAT(IdsOf(findings), IsEmpty());
     EXPECT_TRUE(std::ranges::any_of(findings.notes, [](const auto& note) { return note.id == "other-bars"; }));
+}
+
+using Plane = std::vector<std::uint16_t>;
+
+// Each line of a plane of a frame of the usual size.
+void EachLine(Plane& plane, const std::function<void(std::span<std::uint16_t>)>& change) {
+    for (std::size_t y = 0; y < test::kHeight; ++y) {
+        change(std::span(plane).subspan(y * test::kWidth, test::kWidth));
+    }
+}
+
+void Mirror(std::span<std::uint16_t> line) {
+    std::ranges::reverse(line);
+}
+
+void Blur(std::span<std::uint16_t> line) {
+    constexpr std::ptrdiff_t kReach = 4;
+    const Plane from(line.begin(), line.end());
+    for (auto x = kReach; x + kReach < std::ssize(from); ++x) {
+        line[static_cast<std::size_t>(x)] = static_cast<std::uint16_t>(
+            std::accumulate(from.begin() + x - kReach, from.begin() + x + kReach + 1, 0) / (2 * kReach + 1));
+    }
+}
+
+struct Done {
+    const char* fault;  // null: nothing is wrong
+    std::function<void(DecodedPicture&)> what;
+};
+
+TEST(PicturePlace, NamesWhatWasDoneToEdgesAndSurfacesAndNothingElse) {
+    const std::vector<Done> all = {
+        {"mirrored",
+         [](DecodedPicture& p) { std::ranges::for_each(p.planes, [](Plane& plane) { EachLine(plane, Mirror); }); }},
+        {"flipped",
+         [](DecodedPicture& p) {
+             for (Plane& plane : p.planes) {
+                 std::ranges::reverse(plane);
+                 EachLine(plane, Mirror);
+             }
+         }},
+        {"chroma-shifted",
+         [](DecodedPicture& p) {
+             for (const std::size_t plane : {1U, 2U}) {
+                 EachLine(p.planes.at(plane),
+                          [](auto line) { std::copy_backward(line.begin(), line.end() - 3, line.end()); });
+             }
+         }},
+        {"soft",
+         [](DecodedPicture& p) { std::ranges::for_each(p.planes, [](Plane& plane) { EachLine(plane, Blur); }); }},
+        {"picture-noise",
+         [](DecodedPicture& p) {
+             std::uint32_t state = 1;
+             for (std::uint16_t& code : p.planes[0]) {
+                 state = state * 1664525U + 1013904223U;
+                 code = static_cast<std::uint16_t>(code + (state >> 26U) - 32U);
+             }
+         }},
+        {nullptr,  // a logo over the corner of a bar, a time code over the foot
+         [](DecodedPicture& p) {
+             for (std::size_t y = 0; y < test::kHeight; ++y) {
+                 const auto line = std::span(p.planes[0]).subspan(y * test::kWidth, test::kWidth);
+                 if (y > 20 && y < 50) {
+                     std::fill_n(line.begin() + 540, 50, test::Stored(220));
+                 } else if (y > 290 && y < 310) {
+                     std::fill_n(line.begin() + 250, 120, test::Stored(y % 4 < 2 ? 200 : 30));
+                 }
+             }
+         }},
+    };
+    for (const Done& done : all) {
+        DecodedPicture frame = Frame();
+        done.what(frame);
+        const PictureFindings findings = Examine({frame});
+        EXPECT_TRUE(findings.isCardFound);
+        EXPECT_EQ(IdsOf(findings),
+                  done.fault != nullptr ? std::vector<std::string>{done.fault} : std::vector<std::string>{});
+    }
 }
 
 std::vector<std::string> NotesOf(const PictureFindings& findings) {

@@ -210,6 +210,17 @@ TEST_F(Check, OfAPictureTakesWhateverAStillIsKeptIn) {
     }
 }
 
+TEST_F(Check, HoldsTheStartOfThePicturesAgainstThatOfTheSound) {
+    ASSERT_EQ(Lineup("render clip.mov --size 320x180 --fps 5 --duration 6 --quiet").exitCode, 0);
+    ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i clip.mov -itsoffset 1 -i clip.mov -map 0:a -map 1:v -c copy late.mkv")
+                  .exitCode,
+              0);
+    EXPECT_EQ(Lineup("check clip.mov").exitCode, 0);
+    const json report = json::parse(Lineup("check late.mkv --json").out);
+    ASSERT_THAT(FaultIds(report), testing::ElementsAre("lengths-differ"));
+    EXPECT_NEAR(report["faults"][0]["measured"], 1, 0.01);
+}
+
 TEST_F(Check, SaysWhereARecordingIsDamaged) {
     Send("sent.wav");
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i sent.wav -c:a flac got.flac").exitCode, 0);

@@ -170,6 +170,8 @@ def main():
     some.add_argument("--keep", metavar="FILE", help="with --case: keep the recording")
     some.add_argument("--others", type=int, help="how many of those that are no card [all]")
     some.add_argument("--photographs", metavar="FOLDER", help="photographs to look at, which are no card either")
+    some.add_argument("--oddities", action="store_true",
+                      help="recordings of many kinds, and errors of what is measured, too")
     some.add_argument("--packages", action="store_true",
                       help="photographs and films of games out of Debian packages too, some minutes of them")
     some.add_argument("--page", help="the page whose section about pictures is to be written")
@@ -179,7 +181,7 @@ def main():
         some.add_argument(f"--{name}", type=type(value), default=value, help=f"[{value}]")
     some.add_argument("--page", required=True, help="the page to write")
     some.set_defaults(show=write_page, first=0, not_yet=False, others=None, photographs=None,
-                      packages=True)
+                      packages=True, oddities=True)
     options = parser.parse_args()
     memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
     with tempfile.TemporaryDirectory(prefix="lineup-laboratory-", dir=memory) as folder:

@@ -1,8 +1,11 @@
 """What the laboratory's page says of pictures: a section of its own, at the end."""
 
 import collections
+import re
 from dataclasses import dataclass
 
+import picture_figures
+import picture_oddities
 import reached
 
 HEADING = "## Pictures\n"
@@ -19,6 +22,8 @@ class Rest:
 
     histories: list  # of results
     others: list  # (picture that is no card, card, faults)
+    oddities: list  # of picture_oddities, or nothing
+    figures: list  # of picture_figures, or nothing
 
     @property
     def found(self):
@@ -27,7 +32,9 @@ class Rest:
 
     @property
     def holds(self):
-        return not self.found and all(result.right for result in self.histories)
+        return (not self.found and all(result.right for result in self.histories)
+                and picture_figures.holds(self.figures)
+                and (not self.oddities or picture_oddities.holds(self.oddities)))
 
 
 def tally(results, names_of):
@@ -70,16 +77,37 @@ def histories(results):
 
 
 def others(rest):
-    """What was looked at that is no card: of a film, which is one recording, all frames count."""
+    """What was looked at that is no card."""
     counts = collections.Counter()
     for other, card, faults in rest.others:
         counts[other.kind, "frames"] += other.frames
         counts[other.kind, "found"] += bool(card or faults)
     kinds = list(dict.fromkeys(other.kind for other, _, _ in rest.others))
     total = sum(counts[kind, "frames"] for kind in kinds)
-    return "\n".join([f"Pictures that are no card: {total}, of which {len(rest.found)} were taken for one.\n",
+    return "\n".join([f"Pictures that are no card: {total}, of which {len(rest.found)} were taken for one. A film is one recording:",
+                      "of its frames some are searched everywhere, all of them as a whole.\n",
                       "| what | pictures | taken for a card |", "| --- | ---: | ---: |",
                       *(f"| {kind} | {counts[kind, 'frames']} | {counts[kind, 'found']} |" for kind in kinds)])
+
+
+ODDITIES, FIGURES, OTHERS = ("### What a stranger may hand in", "### How exactly pictures are measured", "### What is no card")
+
+
+def rest_sections(command, rest):
+    """{heading: text} of what was looked at."""
+    texts = {ODDITIES: picture_oddities.table(rest.oddities) if rest.oddities else "",
+             FIGURES: picture_figures.table(rest.figures) if rest.figures else "", OTHERS: others(rest)}
+    return {heading: f"{heading}\n\n`{command}`\n\n{text}\n" for heading, text in texts.items() if text}
+
+
+def put_rest_into(page, command, rest):
+    """The page with these sections in place of those that it had, or at its end."""
+    for heading, text in rest_sections(command, rest).items():
+        before, found, after = page.partition(heading + "\n")
+        following = re.search(r"^##", after, re.MULTILINE)
+        tail = after[following.start():] if following else ""
+        page = (before.rstrip("\n") + "\n\n" if found else page.rstrip("\n") + "\n\n") + text + ("\n" + tail if tail else "")
+    return page
 
 
 def section(command, results, rest):
@@ -91,8 +119,9 @@ def section(command, results, rest):
               f"named {', '.join(result.got) or 'nothing'}" for result in results if not result.right]
     parts = [HEADING + "\n" + RULE.replace("{command}", command), told,
              *(["Those that are wrong:", "\n".join(missed)] if missed else []),
-             histories(rest.histories), others(rest), table("damage", results, families_of), table("codec", results, lambda picture: (picture.sheet.codec.name,)),
-             table("size", results, size_of)]
+             histories(rest.histories), table("damage", results, families_of),
+             table("codec", results, lambda picture: (picture.sheet.codec.name,)), table("size", results, size_of),
+             *(text.rstrip("\n") for text in rest_sections(command, rest).values())]
     return "\n\n".join(parts) + "\n"
 
 

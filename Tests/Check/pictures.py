@@ -7,7 +7,9 @@ import shutil
 import subprocess
 from dataclasses import dataclass
 
+import picture_figures
 import picture_histories
+import picture_oddities
 import picture_others
 import picture_page
 from picture_chains import FOR_LOSSLESS, FOR_LOSSY, LOSSLESS, LOSSY, RGB
@@ -212,6 +214,19 @@ def judge_history(work):
     return result
 
 
+def judge_oddity(work):
+    """The ids of what is named, and whether a card was found."""
+    lineup, folder, index = work
+    path = picture_oddities.write(index, source(lineup, folder, picture_oddities.ODDITIES[index].size, ""), folder)
+    report = check_pictures(lineup, [path], ["--expect", "none"])[0]
+    os.remove(path)
+    return [fault["id"] for fault in report["faults"]], bool((report["picture"] or {}).get("card"))
+
+
+def run_oddities(lineup, folder, pool):
+    return list(pool.imap(judge_oddity, [(lineup, folder, i) for i in range(len(picture_oddities.ODDITIES))]))
+
+
 def run_cases(lineup, folder, pool, numbers):
     chunks = [(lineup, folder, numbers[i:i + 2]) for i in range(0, len(numbers), 2)]
     return [result for some in pool.imap(judge_pictures, chunks) for result in some]
@@ -234,7 +249,12 @@ def run_others(options, folder, pool):
 
 def run_rest(options, folder, pool):
     """What belongs to the pictures beside the cases, as the page has it."""
-    return picture_page.Rest(run_histories(options.lineup, folder, pool), run_others(options, folder, pool))
+    lineup = options.lineup
+    return picture_page.Rest(
+        run_histories(lineup, folder, pool), run_others(options, folder, pool),
+        run_oddities(lineup, folder, pool) if options.oddities else [],
+        picture_figures.all_figures(lineup, folder, check_pictures, pool, lambda size: source(lineup, folder, size, ""))
+        if options.oddities else [])
 
 
 def tell_wrong(result):
@@ -257,13 +277,15 @@ def show(options, folder, pool):
         print(f"found in what is no card: {entry}")
     print(f"histories {len(rest.histories)}, right {sum(result.right for result in rest.histories)}; no cards "
           f"{len(rest.others)}, taken for one {len(rest.found)}")
-    print(picture_page.others(rest))
+    print("\n".join(picture_page.rest_sections("", rest).values()))
     if options.page:
-        command = f"./dev laboratory pictures --cases {options.cases} --first {options.first}"
+        more = "".join(f" --{name}" for name in ("oddities", "packages") if getattr(options, name))
+        command = f"./dev laboratory pictures --cases {options.cases} --first {options.first}{more}"
         with open(options.page, encoding="utf-8") as file:
             page = file.read()
         with open(options.page, "w", encoding="utf-8") as file:
-            file.write(picture_page.put_into(page, picture_page.section(command, results, rest)))
+            file.write(picture_page.put_into(page, picture_page.section(command, results, rest)) if results
+                       else picture_page.put_rest_into(page, command, rest))
     return right >= options.at_least * len(results) and not wrong and rest.holds
 
 

@@ -217,9 +217,9 @@ private:
         const std::string own = WordsFor(mBest.chain, mDue);
         for (const FittedChain* const other : byError) {
             const bool isAsSimple = other->chain.Cost() <= mBest.chain.Cost() + kAsSimple;
-            const std::string words = isAsSimple ? WordsFor(other->chain, mDue) : "";
-            if (!words.empty() && words != own) {
-                told.next = words;
+            const std::string theirs = isAsSimple ? WordsFor(other->chain, mDue) : "";
+            if (!theirs.empty() && theirs != own) {
+                told.next = theirs;
                 told.nextError = other->error;
                 return;
             }

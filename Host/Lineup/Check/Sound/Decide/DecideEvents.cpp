@@ -68,6 +68,35 @@ bool IsSplice(const Case& check, const SoundEvent& event) {
                                                      (lineup.endSeen && event.at > lineup.endsAt - kSplice));
 }
 
+// Whether the sequence has a tone begin or end between two places.
+bool HasEdgeBetween(const Case& check, double first, double last) {
+    const Placing& placing = check.lineup->lastPlacing;
+    const double cycle = check.Sent().cycle;
+    const double from = placing.ToClip(first);
+    const double to = from + (last - first) * placing.tempo;
+    return std::ranges::any_of(check.Sent().bursts, [&](const RefBurst& burst) {
+        const bool endless = burst.off - burst.on >= cycle - 1e-6;
+        const auto isWithin = [&](double edge) { return edge + std::ceil((from - edge) / cycle) * cycle < to; };
+        return !endless && (isWithin(burst.on) || isWithin(burst.off));
+    });
+}
+
+// Edges know what two jumps between the same two of them lose together; how much of it each does, phases know but for
+// whole periods.
+void DoubtJumpsBetweenEdges(const Case& check, std::vector<SoundEvent>& events) {
+    SoundEvent* before = nullptr;
+    for (SoundEvent& event : events) {
+        if (event.kind != SoundEvent::Kind::Jump) {
+            continue;
+        }
+        if (before != nullptr && !HasEdgeBetween(check, before->at, event.at)) {
+            before->sure = false;
+            event.sure = false;
+        }
+        before = &event;
+    }
+}
+
 // Dips of the gain are one fault: the first of those that nothing else explains, as a click that gain followed, where
 // levels are not said to change anyway.
 void KeepOneDip(const Case& check, std::vector<SoundEvent>& events) {
@@ -96,6 +125,7 @@ void DecideEvents(Case& check) {
     });
     KeepOneDip(check, events);
     std::ranges::stable_sort(events, {}, &SoundEvent::at);
+    DoubtJumpsBetweenEdges(check, events);
     for (std::size_t i = 0; i < std::min(events.size(), kMostListed); ++i) {
         AddFault(check, events[i], check.facts->startSeconds + events[i].at);
     }

@@ -95,6 +95,13 @@ void DecideDelay(Case& check) {
 // A swing that was not heard for whole turns leaves some of it.
 constexpr double kOfSwing = 0.05;
 
+// How well a speed is known where the pitch was kept: the further off it is, the more the seams lie beside each other.
+double CorrectedPpm(double ratio) {
+    constexpr double kOfSpeed = 0.02;
+    constexpr double kLeastPpm = 100;
+    return kLeastPpm + kOfSpeed * std::abs(ratio - 1) * 1e6;
+}
+
 void DecideSpeed(Case& check) {
     if (!check.findings->sound.speed) {
         return;
@@ -105,7 +112,7 @@ void DecideSpeed(Case& check) {
         return;
     }
     const bool corrected = check.lineup->placing.tempo != check.lineup->placing.pitch;
-    const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? 3000 : 60);
+    const KnownSpeed* const known = FindKnownSpeed(speed.ratio, corrected ? CorrectedPpm(speed.ratio) : 60);
     const std::string cause = known == nullptr ? "" : fmt::format(": {}", known->cause);
     CheckFault& fault =
         AddFault(check, "speed-wrong", {},

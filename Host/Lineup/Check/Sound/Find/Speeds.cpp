@@ -28,9 +28,9 @@ std::span<const KnownSpeed> KnownSpeeds() {
 }
 
 const KnownSpeed* FindKnownSpeed(double ratio, double ppm) {
-    const auto* const found = std::ranges::find_if(
-        kSpeeds, [&](const KnownSpeed& speed) { return std::abs(ratio / speed.ratio - 1) * 1e6 <= ppm; });
-    return found == kSpeeds.end() ? nullptr : found;
+    const auto off = [ratio](const KnownSpeed& speed) { return std::abs(ratio / speed.ratio - 1) * 1e6; };
+    const auto* const nearest = std::ranges::min_element(kSpeeds, {}, off);
+    return off(*nearest) <= ppm ? nearest : nullptr;
 }
 
 }  // namespace lineup::sound

@@ -17,7 +17,7 @@ struct KnownSpeed {
 
 [[nodiscard]] std::span<const KnownSpeed> KnownSpeeds();
 
-/// The known speed within `ppm` of `ratio`, or null.
+/// The known speed that is nearest to `ratio`, and within `ppm` of it, or null.
 [[nodiscard]] const KnownSpeed* FindKnownSpeed(double ratio, double ppm);
 
 }  // namespace lineup::sound

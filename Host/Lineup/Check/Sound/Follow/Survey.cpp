@@ -3,6 +3,7 @@
 #include "Host/Lineup/Check/Sound/Events/Across.h"
 #include "Host/Lineup/Check/Sound/Events/Events.h"
 #include "Host/Lineup/Check/Sound/Events/Jumps.h"
+#include "Host/Lineup/Check/Sound/Measure/EdgeTrend.h"
 #include "Host/Lineup/Check/Sound/Measure/Tune.h"
 #include "Host/Lineup/Check/Sound/Measure/WanderFit.h"
 #include "Host/Lineup/Check/Sound/Signal/Clusters.h"
@@ -21,6 +22,7 @@ constexpr std::size_t kFewJumps = 3;
 constexpr double kSightingOff = 0.006;  // s: what followed tones may be off
 constexpr double kSlack = 0.05;         // s: what a sighting may be off
 constexpr double kLateEnough = 0.008;   // s: an input that is measured again with its delay
+constexpr double kScattered = 0.0005;   // s: edges that no path leaves so far apart
 constexpr int kMostMissing = 2;         // slots of channels that are missing, one after the other
 constexpr double kPure = 0.5;           // of a block's energy
 
@@ -174,6 +176,13 @@ public:
         return LieApart(RoughEdges(runs, *mReference, mPlacing));
     }
 
+    /// The edges that were measured last.
+    [[nodiscard]] const EdgesOfInputs& Edges() const { return mLate; }
+
+    void LookAtEdges() { Look(); }
+
+    [[nodiscard]] const Placing& Where() const { return mPlacing; }
+
     [[nodiscard]] Survey Measure() {
         Look();
         const auto isLate = [](const auto& edges) {
@@ -261,8 +270,9 @@ private:
         mArrivals = Assign(mCells, *mReference, mHistory->Inputs());
         mAgreed.assign(mArrivals.size(), std::nullopt);
         mEdges.clear();
+        mLate.assign(mArrivals.size(), {});
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
-            std::vector<LateEdge> late;
+            std::vector<LateEdge>& late = mLate[input];
             for (const SlotSound& sound : sounds) {
                 if (mArrivals[input].channel) {
                     const auto more = EdgeDelays(*mHistory, *mReference, sound, mPlacing, mDelays[input], input,
@@ -323,6 +333,7 @@ private:
     std::vector<Arrival> mArrivals;
     std::vector<std::optional<AgreedDelay>> mAgreed;  // by each input's edges, where it has any
     std::vector<Vote> mEdges;                         // of all inputs
+    EdgesOfInputs mLate;
 };
 
 }  // namespace
@@ -352,6 +363,31 @@ SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
     return number;
 }
 
+namespace {
+
+// Retiming by so little that all is found at its places: the edges tell it, where time does not jump.
+std::optional<Survey> AtTempoOfEdges(const History& history, const Sighting& sighting, double scatter) {
+    Surveyor asFast(history, sighting);
+    if (!asFast.FindSlots()) {
+        return std::nullopt;
+    }
+    asFast.LookAtEdges();
+    const auto trend = FindTrend(asFast.Edges(), scatter);
+    if (!trend) {
+        return std::nullopt;
+    }
+    Sighting retimed = sighting;
+    retimed.placing = asFast.Where();
+    Placing& placing = retimed.placing;
+    const double clip = placing.ToClip(trend->middle);
+    placing.tempo = placing.pitch / (1 + trend->slope);
+    placing.start += trend->middle + trend->late - placing.ToRecording(clip);
+    Surveyor surveyor(history, retimed);
+    return surveyor.FindSlots() ? std::optional(surveyor.Measure()) : std::nullopt;
+}
+
+}  // namespace
+
 std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting, std::span<const ToneRun> runs) {
     // A jump or two look like another tempo; retiming that keeps the pitch tears the tones all along.
     if (sighting.placing.tempo != sighting.placing.pitch) {
@@ -369,10 +405,15 @@ std::optional<Survey> MakeSurvey(const History& history, const Sighting& sightin
     if (!surveyor.FindSlots()) {
         return std::nullopt;
     }
-    if (sighting.placing.tempo == sighting.placing.pitch) {
-        surveyor.FindJumps(runs);
+    if (sighting.placing.tempo != sighting.placing.pitch) {
+        return surveyor.Measure();
     }
-    return surveyor.Measure();
+    surveyor.FindJumps(runs);
+    Survey survey = surveyor.Measure();
+    const double scatter = ScatterOfEdges(surveyor.Edges());
+    const bool mayBeRetimed = !history.lossy && scatter > kScattered && survey.placing.wanders.empty();
+    const auto retimed = mayBeRetimed ? AtTempoOfEdges(history, sighting, scatter) : std::nullopt;
+    return retimed ? *retimed : survey;
 }
 
 }  // namespace lineup::sound

@@ -229,6 +229,21 @@ TEST(Causes, AreNamedAndNoMore) {
     }
 }
 
+// Edges know their sum alone.
+TEST(Causes, JumpsBetweenTheSameEdgesAreKnownButForWholePeriods) {
+    Sound sound = Ident("blits", 15);
+    Cut(sound, 8.9, 245);
+    Cut(sound, 8.3, 125);
+    const auto findings = test::Check(sound);
+    ASSERT_EQ(findings.faults.size(), 2U);
+    double lost = 0;
+    for (const lineup::CheckFault& fault : findings.faults) {
+        EXPECT_NE(fault.text.find("or whole periods of the tone more or fewer"), std::string::npos) << fault.text;
+        lost += fault.measured.value_or(0) * (fault.id == "samples-lost" ? 1 : -1);
+    }
+    EXPECT_NEAR(lost, 370, 0.5);
+}
+
 // What comes before the line-up is as loud, and ends anywhere.
 TEST(Causes, ALineUpThatFollowsOtherSoundAtOnceHasNoClick) {
     Sound sound = test::Tone(1000, 0.125, 8, 2, kSoundRate);

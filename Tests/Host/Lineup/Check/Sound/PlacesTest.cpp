@@ -1,6 +1,8 @@
 #include "Host/Lineup/Check/Sound/Events/Jumps.h"
 #include "Host/Lineup/Check/Sound/Find/Find.h"
+#include "Host/Lineup/Check/Sound/Find/Speeds.h"
 #include "Host/Lineup/Check/Sound/Measure/Delays.h"
+#include "Host/Lineup/Check/Sound/Measure/EdgeTrend.h"
 #include "Host/Lineup/Check/Sound/Measure/LevelTrack.h"
 #include "Tests/Host/Lineup/Check/Sound/SoundOf.h"
 
@@ -11,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -174,6 +177,40 @@ TEST(FindStep, LiesBetweenTheEdgesThatAreOnTimeAndThoseThatAreNot) {
     EXPECT_NEAR(step->lost, 0.03, 1e-9);
     edges.resize(6);
     EXPECT_FALSE(lineup::sound::FindStep(edges)) << "all on one level";
+}
+
+struct TrendCase {
+    const char* what;
+    double slope;               // s a second; 0 where there is no trend
+    double (*late)(double at);  // ms
+};
+
+TEST(FindTrend, IsThatOfRetimingAndOfNothingElse) {
+    for (const TrendCase& trend : std::vector<TrendCase>{
+             {"retiming by a thousandth, in whole periods of 1000 Hz", 0.001, [](double at) { return std::round(at); }},
+             {"slower by as much", -0.001, [](double at) { return -at; }},
+             {"time that jumps once", 0, [](double at) { return at > 7 ? 9.0 : 0.0; }},
+             {"edges that a limiter moves", 0, [](double at) { return std::fmod(3 * at, 2.0); }},
+             {"a clock that was taken out", 0, [](double) { return 0.2; }},
+         }) {
+        lineup::sound::EdgesOfInputs edges(2);
+        for (int i = 0; i < 24; ++i) {
+            const double at = 0.55 * i;
+            edges[static_cast<std::size_t>(i % 2)].push_back(
+                {at, (trend.late(at) + 3 * (i % 2)) * 1e-3, 1, 1000, true, false, 0});
+        }
+        const auto found = lineup::sound::FindTrend(edges, lineup::sound::ScatterOfEdges(edges));
+        ASSERT_EQ(found.has_value(), trend.slope != 0) << trend.what;
+        EXPECT_NEAR(found ? found->slope : 0, trend.slope, 5e-5) << trend.what;
+    }
+}
+
+TEST(FindKnownSpeed, IsTheNearestOne) {
+    for (const auto& [ratio, known] : std::vector<std::pair<double, double>>{
+             {0.99905, 1000.0 / 1001}, {1.00103, 1001.0 / 1000}, {1.0005, 0}, {1.0426, 25 * 1001.0 / 24000}}) {
+        const auto* const found = lineup::sound::FindKnownSpeed(ratio, 300);
+        EXPECT_NEAR(found == nullptr ? 0 : found->ratio, known, 1e-9) << ratio;
+    }
 }
 
 struct LevelCase {

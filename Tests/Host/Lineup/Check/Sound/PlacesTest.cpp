@@ -209,7 +209,7 @@ TEST(FindKnownSpeed, IsTheNearestOne) {
     for (const auto& [ratio, known] : std::vector<std::pair<double, double>>{
              {0.99905, 1000.0 / 1001}, {1.00103, 1001.0 / 1000}, {1.0005, 0}, {1.0426, 25 * 1001.0 / 24000}}) {
         const auto* const found = lineup::sound::FindKnownSpeed(ratio, 300);
-        EXPECT_NEAR(found == nullptr ? 0 : found->ratio, known, 1e-9) << ratio;
+        EXPECT_NEAR(found == nullptr ? 0 : found->ratio, known, 2e-6) << ratio;
     }
 }
 

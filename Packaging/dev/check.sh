@@ -127,6 +127,7 @@ verb_check() {
         step "macOS bundle" check_mac
         step "64-bit ARM, emulated" check_arm64
         step "Packages" check_packages
+        step "Packages, in a root that has nothing else" check_packages_alone
         step "Packages, made twice" check_reproducible
         step "Debian 12, in a root of its own" check_root bookworm
         step "Debian 13, in a root of its own" check_root trixie

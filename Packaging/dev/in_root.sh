@@ -10,19 +10,14 @@ mkdir -p "$1"
 root=$(cd "$1" && pwd)/$suite
 shift 2
 
-if [ ! -e "$root/etc/debian_version" ]; then
-    printf '%s\n' "Making a root of Debian $suite ..." >&2
-    debootstrap --variant=minbase "$suite" "$root" "${MIRROR:-http://deb.debian.org/debian}" >"$root.log" 2>&1 || {
-        cat "$root.log" >&2
-        exit 1
-    }
-fi
+sh "$source/Packaging/dev/make_root.sh" "$root" "$suite"
 mkdir -p "$root/source" "$root/build" "$root/ccache" "$root.ccache"
 
 # A mount namespace of its own: what is mounted in it goes when it ends.
 exec unshare --mount sh -euc '
     root=$1 source=$2 jobs=$3
     shift 3
+    mount --bind "$root" "$root"  # what is / there is a mount, as tests that mount a disk have it
     mount --bind "$source" "$root/source"
     mount -o remount,bind,ro "$root/source"
     mount --bind "$root.ccache" "$root/ccache"

@@ -21,11 +21,20 @@ check_packages() {
 # Twice, on two sides of everything that a build may take up from where it runs.
 check_reproducible() { sh "$root/Packaging/dev/reproducible.sh" "$root/build/reproducible" release-packages; }
 
-# check_root SUITE: everything built and tested with what that release of Debian has.
-check_root() {
-    local -a as_root=()
-    if [ "$(id -u)" != 0 ]; then
-        as_root=(sudo)
+# as_root COMMAND...
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo "$@"
     fi
-    "${as_root[@]}" sh "$root/Packaging/dev/in_root.sh" "$root/build/roots" "$1"
+}
+
+# check_root SUITE: everything built and tested with what that release of Debian has.
+check_root() { as_root sh "$root/Packaging/dev/in_root.sh" "$root/build/roots" "$1"; }
+
+# The packages that check_packages has made, where there is nothing but what they depend on.
+check_packages_alone() {
+    as_root sh "$root/Packaging/dev/packages_in_root.sh" "$root/build/roots" "$(. /etc/os-release && echo "$VERSION_CODENAME")" \
+        "$root/build/release/packaging-tests/packages"
 }

@@ -1,7 +1,7 @@
 #!/bin/sh
 # run.sh PACKAGES [RUNNER...]: runs the tests of this folder on the packages of a folder with autopkgtest, by default on the
 # system that it is called on, where packages are installed then: call it where that does no harm, or name another runner,
-# such as "chroot build/roots/bookworm".
+# such as "chroot build/roots/bookworm". TEST_NAME is that of the one test to run; without it, all are run.
 set -eu
 packages=$(cd "$1" && pwd)
 tests=$(cd "$(dirname "$0")" && pwd)
@@ -19,4 +19,4 @@ cp -r "$tests" "$source/debian/tests"
     done
 } >"$source/debian/control"
 dpkg-deb --fsys-tarfile "$packages"/lineup_*.deb | tar -xO ./usr/share/doc/lineup/changelog.gz | gunzip >"$source/debian/changelog"
-autopkgtest --no-built-binaries "$packages"/*.deb "$source/" -- "$@"
+autopkgtest ${TEST_NAME:+--test-name "$TEST_NAME"} --no-built-binaries "$packages"/*.deb "$source/" -- "$@"

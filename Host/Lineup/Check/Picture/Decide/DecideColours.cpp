@@ -210,6 +210,7 @@ private:
         PictureExplanation& told = mReport->explanation.emplace();
         told.error = mBest.error;
         std::vector<const FittedChain*> byError;
+        byError.reserve(mChains.size());
         for (const FittedChain& one : mChains) {
             byError.push_back(&one);
         }

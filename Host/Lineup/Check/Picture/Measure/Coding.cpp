@@ -43,8 +43,9 @@ double AddChanges(const Plane& luma, const Inside& inside, bool across, Phases& 
     const int stepX = across ? 1 : 0;
     const int stepY = across ? 0 : 1;
     const auto width = static_cast<std::size_t>(luma.width);
-    const auto left = static_cast<std::size_t>(inside.left + stepX);
-    const auto right = static_cast<std::size_t>(std::max(inside.left + stepX, inside.right));
+    const int first = inside.left + stepX;
+    const auto left = static_cast<std::size_t>(first);
+    const auto right = static_cast<std::size_t>(std::max(first, inside.right));
     for (int y = inside.top + stepY; y < inside.bottom; ++y) {
         const std::span line = std::span(luma.values).subspan(static_cast<std::size_t>(y) * width, width);
         const std::span before = std::span(luma.values).subspan(static_cast<std::size_t>(y - stepY) * width, width);

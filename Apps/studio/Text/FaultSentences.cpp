@@ -302,7 +302,7 @@ QString FaultSentence(const QString& text) {
 }
 
 QString PatchWords(const QString& name) {
-    static const QRegularExpression kNumber("\\A(.*\\D) (\\d+)\\z");  // patches of one colour are counted
+    static const QRegularExpression kNumber(R"(\A(.*\D) (\d+)\z)");  // patches of one colour are counted
     const auto match = kNumber.match(name);
     return match.hasMatch() ? PartWords(match.captured(1)) + " " + match.captured(2) : PartWords(name);
 }

@@ -42,8 +42,9 @@ lineup::WaveformOverview Overview(const std::vector<lineup::ChannelOverview>& ch
 }
 
 // Lanes of 1000 by 138 pixels, two a decibel, from x = 100 and y = 20 on, 150 apart; a digit is a half as wide as high.
-Drawing Draw(const lineup::WaveformOverview& overview, const std::vector<std::size_t>& order = {0}) {
+Drawing Draw(const lineup::WaveformOverview& overview, const std::vector<std::size_t>& order = {0}, double unit = 1) {
     lanes::LaneSheet sheet;
+    sheet.unit = unit;
     sheet.width = 1120;
     sheet.height = 20 + 150.0 * static_cast<double>(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
@@ -123,18 +124,21 @@ TEST(LaneDrawing, AWaveIsALineFromColumnToColumn) {
 }
 
 TEST(LaneDrawing, StripesStandWhereThereIsNoDataAndNowhereElse) {
-    const auto drawing = Draw(Overview({Band("L", {0.125F, kNothing})}));
-    int stripes = 0;
-    for (const Box& box : drawing.boxes) {
-        if (box.colour == LaneColours::Light().noData) {
-            ++stripes;
-            EXPECT_GE(box.area.x, 600);
-            EXPECT_LE(box.area.Right(), 1100);
-            EXPECT_EQ(box.area.height, 138);
+    for (const int unit : {1, 3}) {
+        const auto drawing = Draw(Overview({Band("L", {0.125F, kNothing})}), {0}, unit);
+        int stripes = 0;
+        for (const Box& box : drawing.boxes) {
+            if (box.colour == LaneColours::Light().noData) {
+                ++stripes;
+                EXPECT_GE(box.area.x, 600);
+                EXPECT_LE(box.area.Right(), 1100);
+                EXPECT_EQ(box.area.width, unit);
+                EXPECT_EQ(box.area.height, 138);
+            }
         }
+        EXPECT_NEAR(stripes, 500 / (7 * unit), 1);
+        EXPECT_TRUE(Waveform(drawing, 700).empty()) << "looks like sound";
     }
-    EXPECT_NEAR(stripes, 500 / 7, 1);
-    EXPECT_TRUE(Waveform(drawing, 700).empty()) << "looks like sound";
 }
 
 TEST(LaneDrawing, LanesStandInTheOrderAskedFor) {

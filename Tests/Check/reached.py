@@ -4,7 +4,6 @@ AIM = 0.999  # of the cases in which something is told
 REACHED = 0.98  # the same: below it, something that was known has been lost
 PICTURES_AIM = 0.995  # the same of pictures
 PICTURES_REACHED = 0.995
-PLACE_REACHED = 4.5  # pixels that an edge of a card is placed wrongly, at most; 0.25 is aimed at. Only ever lowered
 UNDAMAGED_WRONG = 0  # undamaged line-ups of which something is named, at most
 
 

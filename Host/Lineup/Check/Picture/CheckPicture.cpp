@@ -24,6 +24,8 @@ constexpr int kSearchedWidth = 320;
 constexpr double kWhole = 0.25;          // pixels that a card may lie beside the frame it fills
 constexpr double kUnscaledMayErr = 0.1;  // pixels that edges of a card in its own size may be farther off
 constexpr double kLessUsual = 0.05;      // pixels that edges must fit better in a size that is less usual
+constexpr double kWellPlaced = 0.08;     // pixels that edges are off by in a place that needs no other explanation
+constexpr double kFirstReach = 8;        // pixels that edges rounded at another size may have moved a place by
 constexpr double kMostCut = 1.5;         // times the frame, that a card was before it was cut
 
 std::string TextOf(const decoding::TextField<16>& field) {
@@ -36,6 +38,14 @@ std::string MatrixTag(const std::string& name) {
         {{"smpte170m", "bt601"}, {"bt470bg", "bt601"}, {"bt2020nc", "bt2020"}, {"gbr", "rgb"}, {"reserved", ""}}};
     const auto* const found = std::ranges::find(kNames, name, &std::pair<std::string_view, std::string_view>::first);
     return found == kNames.end() ? name : std::string(found->second);
+}
+
+bool IsAsWide(const Place& place, const Raster& raster) {
+    return std::max(std::abs(place.x), std::abs(place.width - raster.width)) < kWhole;
+}
+
+bool IsAsHigh(const Place& place, const Raster& raster) {
+    return std::max(std::abs(place.y), std::abs(place.height - raster.height)) < kWhole;
 }
 
 PictureReport Facts(const decoding::Frame& head) {
@@ -99,8 +109,8 @@ std::span<const CardModel> PictureExaminer::Models(std::size_t count) {
 // size: the card of the frame's has them elsewhere by up to a pixel.
 void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
     const Place place = geometry.place;
-    const bool isAsWide = std::max(std::abs(place.x), std::abs(place.width - raster.width)) < kWhole;
-    const bool isAsHigh = std::max(std::abs(place.y), std::abs(place.height - raster.height)) < kWhole;
+    const bool isAsWide = IsAsWide(place, raster);
+    const bool isAsHigh = IsAsHigh(place, raster);
     if (!geometry.isExact || (isAsWide && isAsHigh)) {
         return;
     }
@@ -123,6 +133,23 @@ void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
     }
 }
 
+// One that was scaled has its edges where those of its first size came to lie.
+void PictureExaminer::TakeFirstSize(const Raster& raster, Geometry& geometry) {
+    const Place place = geometry.place;
+    const bool isFilling = IsAsWide(place, raster) && IsAsHigh(place, raster);
+    if (!geometry.isExact || geometry.error < kWellPlaced || isFilling) {
+        return;
+    }
+    for (const CardSize& size : LikelyFirstSizes(place)) {
+        CardModel model = ReadCardModel(*mClip, mFoundModel.card, size.width, size.height);
+        const Geometry scaled = RefinePlace(raster, model, place, kFirstReach);
+        if (scaled.isExact && scaled.error < geometry.error - kLessUsual) {
+            geometry = scaled;
+            mFoundModel = std::move(model);
+        }
+    }
+}
+
 void PictureExaminer::Look(const DecodedPicture& picture) {
     const Raster raster = MakeRaster(picture);
     TakeSize(raster.width, raster.height);
@@ -133,6 +160,7 @@ void PictureExaminer::Look(const DecodedPicture& picture) {
             mFoundModel = *found->model;
             Geometry geometry = RefinePlace(raster, mFoundModel, found->place, reach);
             TakeSentSize(raster, geometry);
+            TakeFirstSize(raster, geometry);
             mFound = Examine(picture, raster, mFoundModel, geometry);
         }
     };

@@ -48,6 +48,7 @@ private:
     [[nodiscard]] std::span<const CardModel> Models(std::size_t count);
     void Look(const DecodedPicture& picture);
     void TakeSentSize(const Raster& raster, Geometry& geometry);
+    void TakeFirstSize(const Raster& raster, Geometry& geometry);
 
     const Clip* mClip;
     const CheckSettings* mSettings;

@@ -141,7 +141,8 @@ TEST_F(Check, NamesDamageOnceWhetherItIsReadOrHeard) {
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i take.wav take.flac").exitCode, 0);
     const std::string whole = test::ReadFile(Folder() / "take.flac");
     for (const auto& [where, at, text] :
-         {std::tuple(0.5, 2.88, "cannot be read"), std::tuple(0.7, 4.128, "are silent")}) {
+         {std::tuple(0.05, 0.096, "the recording is damaged"), std::tuple(0.5, 2.88, "at input 2"),
+          std::tuple(0.7, 4.128, "are silent"), std::tuple(0.95, 5.664, "are silent")}) {
         std::string damaged = whole;
         for (std::size_t i = 0; i < 2000; ++i) {
             damaged[static_cast<std::size_t>(static_cast<double>(whole.size()) * where) + i] =

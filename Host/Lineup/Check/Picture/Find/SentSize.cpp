@@ -28,6 +28,9 @@ constexpr double kWidthKnown = 0.01;  // of it, that a place errs by whose edges
 constexpr double kHeightKnown = 0.01;
 constexpr double kHeightKnownOfSd = 0.06;
 
+constexpr double kShapeKnown = 0.06;
+constexpr int kHighestRounded = 1080;
+
 bool IsNear(int size, double found, double known) {
     return std::abs(size - found) <= known * found;
 }
@@ -48,6 +51,15 @@ std::vector<CardSize> LikelySentSizes(Card card, const Place& place) {
     if (std::ranges::find(sizes, measured) == sizes.end()) {
         sizes.push_back(measured);
     }
+    return sizes;
+}
+
+std::vector<CardSize> LikelyFirstSizes(const Place& place) {
+    std::vector<CardSize> sizes;
+    std::ranges::copy_if(kUsual, std::back_inserter(sizes), [&](const CardSize& size) {
+        const double stretch = place.width * size.height / (place.height * size.width);
+        return size.height <= kHighestRounded && std::abs(stretch - 1) <= kShapeKnown;
+    });
     return sizes;
 }
 

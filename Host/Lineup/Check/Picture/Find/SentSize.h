@@ -21,4 +21,8 @@ struct CardSize {
 /// The SD card's height is known less well than its width, for it has two lines that run across it.
 [[nodiscard]] std::vector<CardSize> LikelySentSizes(Card card, const Place& place);
 
+/// The same of one that was scaled as a whole: sizes of television of about that shape, but for those so large that
+/// what their edges were rounded by hardly matters.
+[[nodiscard]] std::vector<CardSize> LikelyFirstSizes(const Place& place);
+
 }  // namespace lineup::picture

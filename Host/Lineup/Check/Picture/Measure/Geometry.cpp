@@ -16,6 +16,8 @@ constexpr std::size_t kFewestEdges = 3;  // along an axis
 constexpr double kSimpler = 0.2;         // pixels of error that a place without unknowns may have more
 constexpr double kClear = 40;            // codes: what a codec leaves behind hardly moves a step of that height
 constexpr double kUnscaledReach = 4;     // pixels
+constexpr double kLeastError = 0.01;     // pixels of an edge: no place is known better
+constexpr double kWholePixels = 0.4;     // standard deviation of what rounding to one or two of them leaves
 
 // Other generators round an edge to another line: a line through few edges then misses all of them, and errs by several
 // pixels where it ends.
@@ -34,6 +36,7 @@ struct Line {
     double length = 1;
     double error = 0;
     int count = 0;
+    double doubt = 0;  // of the length, standard deviation in pixels
 };
 
 double Error(const std::vector<Mark>& marks, double start, double length) {
@@ -74,7 +77,10 @@ std::optional<Line> Fit(const std::vector<Mark>& marks) {
     }
     const double length = (w * xy - x * y) / spread;
     const double start = (y - length * x) / w;
-    return Line{start, length, Error(marks, start, length), static_cast<int>(marks.size())};
+    const double error = Error(marks, start, length);
+    const double doubt =
+        std::max(error, kLeastError) / std::sqrt(static_cast<double>(marks.size())) * w / std::sqrt(spread);
+    return Line{start, length, error, static_cast<int>(marks.size()), doubt};
 }
 
 // By `fit`, without those that lie elsewhere than most do.
@@ -130,7 +136,8 @@ Line FitStart(const std::vector<Mark>& marks, double length) {
     return {start, length, Error(marks, start, length), static_cast<int>(marks.size())};
 }
 
-// Of two explanations that are as good, the one that says less: the card fills the frame, or is as high as it is wide.
+// Of two explanations that are as good, the one that says less: the card fills the frame, or is as high as it is wide,
+// but for a height that was rounded to pixels.
 Line Simplest(const Line& free, const std::vector<Mark>& marks, double side, std::optional<double> length) {
     const double whole = Error(marks, 0, side);
     const bool isRounded = free.error > kMissed && MostOff(marks, side) < kRounding;
@@ -138,9 +145,9 @@ Line Simplest(const Line& free, const std::vector<Mark>& marks, double side, std
         return {0, side, whole, free.count};
     }
     if (length) {
-        const Line kept = FitStart(marks, *length);
-        if (kept.error <= free.error + kSimpler) {
-            return kept;
+        if (FitStart(marks, *length).error <= free.error + kSimpler) {
+            const double trust = free.doubt * free.doubt / (free.doubt * free.doubt + kWholePixels * kWholePixels);
+            return FitStart(marks, free.length + trust * (*length - free.length));
         }
     }
     return free;

@@ -251,19 +251,29 @@ std::vector<Sighting> JudgeTempos(std::span<const Pair> pairs, std::span<const I
     return sightings;
 }
 
-// One gap names a sequence of one pitch only where all about it is as it should be.
-bool OneGapNames(std::span<const Pair> pairs, double pitch) {
+// A gap of the length that one has, with the tone for long enough on both sides; between it and a dropout the tone may
+// be short, where the gap is as long as it should be.
+bool IsOneGap(const Pair& pair, double pitch) {
     constexpr double kLongEnough = 0.9;  // s
+    constexpr double kLong = 0.06;       // s
+    constexpr double kSameGap = 0.004;   // s
+    const double off = std::abs(pair.found->Length() - pair.sent->Length() / pitch);
+    return pair.found->gap && (pair.found->shortest > kLongEnough || (pair.found->shortest > kLong && off < kSameGap));
+}
+
+// One gap names a sequence of one pitch only where all about it is as it should be: a dropout elsewhere makes tones
+// short, as if they were retimed.
+bool OneGapNames(std::span<const Pair> pairs, const Placing& placing) {
+    const double pitch = placing.pitch;
     const bool speedIsKnown = std::abs(pitch - 1) < 0.004 || FindKnownSpeed(pitch, 2500) != nullptr;
-    const bool hasNeighbours = std::ranges::any_of(
-        pairs, [](const Pair& pair) { return pair.found->gap && pair.found->shortest > kLongEnough; });
-    return speedIsKnown && hasNeighbours;
+    return speedIsKnown && placing.tempo == pitch &&
+           std::ranges::any_of(pairs, [pitch](const Pair& pair) { return IsOneGap(pair, pitch); });
 }
 
 // Folded or lost channels leave much out; several stretches of several pitches in their places cannot be chance.
 bool IsEnough(const Sighting& sighting, std::span<const Pair> pairs) {
     const bool onePitch = sighting.reference->Frequencies().size() == 1;
-    if (sighting.matched < kFewest && !(onePitch && OneGapNames(pairs, sighting.placing.pitch))) {
+    if (sighting.matched < kFewest && !(onePitch && OneGapNames(pairs, sighting.placing))) {
         return false;
     }
     const double mostMissed = sighting.matched > kFewest && !onePitch ? 2.5 : 1;

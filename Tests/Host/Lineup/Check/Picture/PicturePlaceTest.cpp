@@ -25,6 +25,7 @@ using test::Frame;
 using test::IdsOf;
 using test::PictureFindings;
 using test::Window;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -54,6 +55,49 @@ TEST(PicturePlace, TellsByHowMuchACardWasCutThatWasDrawnForAnotherSize) {
             {Window(card, cut.left, cut.top, cut.width - cut.left - cut.right, cut.height - cut.top - cut.bottom)});
         ASSERT_THAT(IdsOf(findings), ElementsAre(cut.fault)) << cut.width << "x" << cut.height;
         EXPECT_NEAR(*findings.faults.front().measured, cut.by, 0.05) << cut.width << "x" << cut.height;
+    }
+}
+
+// As large as that, between the nearest pixels, with black around it.
+DecodedPicture Scaled(const DecodedPicture& card, int width, int height, int left, int top) {
+    DecodedPicture frame = Frame({}, Card::HD, 1280, 720);
+    const auto across = static_cast<double>(card.head.width) / width;
+    const auto down = static_cast<double>(card.head.height) / height;
+    for (std::size_t plane = 0; plane < 3; ++plane) {
+        const auto at = [&](double x, double y) {
+            const auto column = static_cast<std::size_t>(std::clamp(x, 0.0, card.head.width - 1.0));
+            const auto line = static_cast<std::size_t>(std::clamp(y, 0.0, card.head.height - 1.0));
+            return static_cast<double>(card.planes.at(plane).at(line * card.head.width + column));
+        };
+        auto& codes = frame.planes.at(plane);
+        std::ranges::fill(codes, static_cast<std::uint16_t>((plane == 0 ? 16 : 128) << (test::kBits - 8)));
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const double from = std::max(0.0, (x + 0.5) * across - 0.5);
+                const double line = std::max(0.0, (y + 0.5) * down - 0.5);
+                const double right = from - std::floor(from);
+                const double below = line - std::floor(line);
+                const double upper = at(from, line) * (1 - right) + at(from + 1, line) * right;
+                const double lower = at(from, line + 1) * (1 - right) + at(from + 1, line + 1) * right;
+                codes.at(static_cast<std::size_t>(top + y) * 1280 + static_cast<std::size_t>(left + x)) =
+                    static_cast<std::uint16_t>(std::lround(upper * (1 - below) + lower * below));
+            }
+        }
+    }
+    return frame;
+}
+
+// Its edges lie on whole pixels of the size that it was drawn for, and its height was rounded.
+TEST(PicturePlace, IsKnownToAQuarterOfAPixelAfterScaling) {
+    const DecodedPicture card = Frame({}, Card::HD, 640, 360);
+    for (const auto& [width, height, left, top] : {std::array{1246, 702, 0, 16}, std::array{568, 320, 700, 350}}) {
+        const PictureFindings findings = Examine({Scaled(card, width, height, left, top)});
+        ASSERT_THAT(IdsOf(findings), Contains("scaled")) << width;
+        const auto& place = *findings.picture->place;
+        EXPECT_NEAR(place.x, left, 0.25) << width;
+        EXPECT_NEAR(place.y, top, 0.25) << width;
+        EXPECT_NEAR(place.x + place.width, left + width, 0.25) << width;
+        EXPECT_NEAR(place.y + place.height, top + height, 0.25) << width;
     }
 }
 

@@ -206,6 +206,24 @@ const std::vector<Damaged> kDamaged = {
      {"speed-wrong"},
      "polarity-not-known",
      {{"level", 2}}},  // of a low tone with seams
+    {"a dropout shortly before the gap that names the sequence",
+     "ebu-stereo-1000",
+     0,
+     6,
+     [](Sound& sound) {
+         Mute(sound[0], 2.304, 2.496);
+         Mute(sound[1], 2.304, 2.496);
+     },
+     {"dropout"}},
+    {"a dropout that makes the last tone short, as retiming would",
+     "ebu-stereo-1000",
+     0,
+     6,
+     [](Sound& sound) {
+         Mute(sound[0], 5.472, 5.568);
+         Mute(sound[1], 5.472, 5.568);
+     },
+     {"dropout"}},
     {"wow",
      "ebu-stereo-1000",
      1.5,

@@ -21,6 +21,8 @@ public:
     /// Behind `head`, with which each connection begins, and behind what is lost, the stream goes on with an entry.
     AvOutput(const SendSettings& settings, std::vector<std::uint8_t> head);
     ~AvOutput() override;
+    AvOutput(const AvOutput&) = delete;
+    AvOutput& operator=(const AvOutput&) = delete;
 
     [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
 

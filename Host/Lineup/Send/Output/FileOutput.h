@@ -16,6 +16,8 @@ public:
     /// Throws UsageError when the file exists and may not be replaced, and Error when it cannot be opened.
     explicit FileOutput(const SendSettings& settings);
     ~FileOutput() override;
+    FileOutput(const FileOutput&) = delete;
+    FileOutput& operator=(const FileOutput&) = delete;
 
     [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
 

@@ -52,7 +52,7 @@ std::string CardDrawing(const PictureReport& picture) {
             continue;
         }
         const std::string box = fmt::format(
-            "x=\"{:.1f}\" y=\"{:.1f}\" width=\"{:.1f}\" height=\"{:.1f}\"", patch.left * kCardWidth,
+            R"(x="{:.1f}" y="{:.1f}" width="{:.1f}" height="{:.1f}")", patch.left * kCardWidth,
             kTop + patch.top * shown, (patch.right - patch.left) * kCardWidth, (patch.bottom - patch.top) * shown);
         text += fmt::format("<rect {} fill=\"{}\"><title>{}</title></rect>\n", box, ScreenColour(patch.measured),
                             Escaped(patch.name));

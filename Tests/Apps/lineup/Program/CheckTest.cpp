@@ -161,7 +161,9 @@ TEST_F(Check, AStillPictureIsNotMissingItsSound) {
     ASSERT_EQ(Lineup("frame card.png --size 320x180").exitCode, 0);
     const json report = json::parse(Lineup("check card.png --json").out);
     EXPECT_EQ(report["verdict"], "right");
-    EXPECT_EQ(report["notes"], json::array());
+    for (const json& note : report["notes"]) {
+        EXPECT_NE(note["id"], "no-sound");
+    }
 }
 
 TEST_F(Check, LooksAtThePartAloneThatItIsAskedFor) {

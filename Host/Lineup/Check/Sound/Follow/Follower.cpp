@@ -94,7 +94,7 @@ void Follower::Take(const SlotNumber& number) {
     }
     // Of a slot that the line-up's start or end cuts, the part that belongs to it.
     const bool isCut = presence.present > 0 && (!presence.fromStart || !presence.toEnd);
-    auto extent = isCut ? ExtentOfTone(sound) : std::nullopt;
+    const auto extent = isCut ? ExtentOfTone(sound) : std::nullopt;
     if (presence.present == 0 || (isCut && !extent)) {
         mEnded = mStarted && sound.end - mLastPresent > kPatience;
         return;
@@ -103,12 +103,10 @@ void Follower::Take(const SlotNumber& number) {
         Begin(presence, sound);
     }
     mLastPresent = presence.last;
-    if (extent && !presence.toEnd && GoesOnAfter(number)) {
-        extent->second = sound.end;  // it is silent there, and no end
-    }
+    const bool goesOn = extent && !presence.toEnd && GoesOnAfter(number);
     mLineup.endsAt = presence.toEnd ? sound.end : presence.last;
     if (extent) {
-        sound.Keep(extent->first, extent->second);
+        sound.Keep(extent->first, goesOn ? sound.end : extent->second);  // silence is no end where it goes on
     }
     std::vector<SoundEvent> events = EventsOf(sound);
     // Silence is the line-up's where it goes on after it.

@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t kCards = 2;
 constexpr double kPlain = 0.98;     // of the patches explained: no other card does it as well
 constexpr int kThoroughTries = 6;   // frames that are searched everywhere, one after the other
+constexpr int kCarefulTries = 1;    // and with great care
 constexpr int kThoroughEvery = 40;  // and then one in so many
 constexpr int kLeastSide = 64;      // pixels of a frame
 constexpr double kReach = 3;        // pixels of the small picture that was searched
@@ -169,6 +170,9 @@ void PictureExaminer::Look(const DecodedPicture& picture) {
     take(isPlain ? likely : search.InWholeFrame(Models(kCards)));
     if (!mFound && (mTries <= kThoroughTries || mTries % kThoroughEvery == 0)) {
         take(search.Anywhere(Models(kCards)));
+    }
+    if (!mFound && mTries <= kCarefulTries) {  // small cards
+        take(search.Anywhere(Models(kCards), CardSearch::Care::Great));
     }
     if (mFound) {
         mSeries.SetReference(picture);

@@ -11,6 +11,7 @@ constexpr int kSmall = 320;  // pixels
 constexpr double kExplained = 0.9;
 constexpr double kLeastContrast = 8;  // codes
 constexpr std::size_t kSpans = 24;    // along each axis
+constexpr std::size_t kMoreSpans = 56;
 
 }  // namespace
 
@@ -49,11 +50,12 @@ std::optional<FoundCard> CardSearch::InWholeFrame(std::span<const CardModel> mod
     return Scaled(best);
 }
 
-std::optional<FoundCard> CardSearch::Anywhere(std::span<const CardModel> models) const {
+std::optional<FoundCard> CardSearch::Anywhere(std::span<const CardModel> models, Care care) const {
+    const std::size_t most = care == Care::Great ? kMoreSpans : kSpans;
     FoundCard best;
     for (const CardModel& model : models) {
-        const std::vector<Span> across = LikelySpans(mSmall, model, true, kSpans);
-        const std::vector<Span> down = LikelySpans(mSmall, model, false, kSpans);
+        const std::vector<Span> across = LikelySpans(mSmall, model, true, most);
+        const std::vector<Span> down = LikelySpans(mSmall, model, false, most);
         for (const Span& x : across) {
             for (const Span& y : down) {
                 Try(model, {x.start, y.start, x.length, y.length, x.turned, y.turned}, best);

@@ -4,6 +4,7 @@
 #include "Host/Lineup/Check/Picture/Place.h"
 #include "Host/Lineup/Check/Picture/Raster.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -25,8 +26,11 @@ public:
     /// does not.
     [[nodiscard]] std::optional<FoundCard> InWholeFrame(std::span<const CardModel> models) const;
 
+    /// How many of the likeliest places along each axis are looked at.
+    enum class Care : std::uint8_t { Usual, Great };
+
     /// At any place and scale, from a fifth to two and a half times the frame.
-    [[nodiscard]] std::optional<FoundCard> Anywhere(std::span<const CardModel> models) const;
+    [[nodiscard]] std::optional<FoundCard> Anywhere(std::span<const CardModel> models, Care care = Care::Usual) const;
 
 private:
     void Try(const CardModel& model, const Place& place, FoundCard& best) const;

@@ -90,7 +90,7 @@ DecodedPicture Scaled(const DecodedPicture& card, int width, int height, int lef
 // Its edges lie on whole pixels of the size that it was drawn for, and its height was rounded.
 TEST(PicturePlace, IsKnownToAQuarterOfAPixelAfterScaling) {
     const DecodedPicture card = Frame({}, Card::HD, 640, 360);
-    for (const auto& [width, height, left, top] : {std::array{1246, 702, 0, 16}, std::array{568, 320, 700, 350}}) {
+    for (const auto& [width, height, left, top] : {std::array{1246, 702, 0, 16}, std::array{358, 200, 712, 146}}) {
         const PictureFindings findings = Examine({Scaled(card, width, height, left, top)});
         ASSERT_THAT(IdsOf(findings), Contains("scaled")) << width;
         const auto& place = *findings.picture->place;

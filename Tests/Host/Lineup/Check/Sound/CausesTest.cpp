@@ -16,28 +16,14 @@ namespace {
 
 using test::Ident;
 using test::kRate;
+using test::Lose;
+using test::Repeat;
+using test::SampleAt;
 using test::Sound;
 using test::Strings;
 
-std::ptrdiff_t PlaceAt(double seconds) {
-    return std::llround(seconds * kRate);
-}
-
-void Cut(Sound& sound, double at, std::ptrdiff_t count) {
-    for (auto& channel : sound) {
-        channel.erase(channel.begin() + PlaceAt(at), channel.begin() + PlaceAt(at) + count);
-    }
-}
-
-void Again(Sound& sound, double at, std::ptrdiff_t count) {
-    for (auto& channel : sound) {
-        const std::vector<float> again(channel.begin() + PlaceAt(at) - count, channel.begin() + PlaceAt(at));
-        channel.insert(channel.begin() + PlaceAt(at), again.begin(), again.end());
-    }
-}
-
 void Mute(std::vector<float>& channel, double from, double to) {
-    std::fill(channel.begin() + PlaceAt(from), channel.begin() + std::min(PlaceAt(to), std::ssize(channel)), 0.0F);
+    std::fill(channel.begin() + SampleAt(from), channel.begin() + std::min(SampleAt(to), std::ssize(channel)), 0.0F);
 }
 
 void AddNoise(Sound& sound, double level) {
@@ -125,13 +111,13 @@ const std::vector<Damaged> kDamaged = {
      "ebu-5.1",
      1.44,
      12.7,
-     [](Sound& sound) { Again(sound, 6.93, 481); },
+     [](Sound& sound) { Repeat(sound, 6.93, 481); },
      {"samples-repeated"}},
     {"what follows a jump is what was found",
      "blits",
      0,
      15,
-     [](Sound& sound) { Cut(sound, 5.83, 812); },
+     [](Sound& sound) { Lose(sound, 5.83, 812); },
      {"samples-lost"}},
     {"time jumps in the first burst, before one that is missing",
      "blits",
@@ -142,7 +128,7 @@ const std::vector<Damaged> kDamaged = {
          for (auto& channel : sound) {
              channel.insert(channel.begin(), 12000, 0.0F);
          }
-         Cut(sound, 1.21, 590);
+         Lose(sound, 1.21, 590);
      },
      {"channel-missing", "samples-lost"}},
     {"noise over a channel that has lost its high tones, beside one that is missing",
@@ -250,8 +236,8 @@ TEST(Causes, AreNamedAndNoMore) {
 // Edges know their sum alone.
 TEST(Causes, JumpsBetweenTheSameEdgesAreKnownButForWholePeriods) {
     Sound sound = Ident("blits", 15);
-    Cut(sound, 8.9, 245);
-    Cut(sound, 8.3, 125);
+    Lose(sound, 8.9, 245);
+    Lose(sound, 8.3, 125);
     const auto findings = test::Check(sound);
     ASSERT_EQ(findings.faults.size(), 2U);
     double lost = 0;

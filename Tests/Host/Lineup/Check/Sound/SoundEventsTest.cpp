@@ -14,29 +14,15 @@ using test::Check;
 using test::Ident;
 using test::Ids;
 using test::kRate;
+using test::Lose;
+using test::Repeat;
+using test::SampleAt;
 using test::Sound;
 using test::Strings;
-
-std::ptrdiff_t SampleAt(double seconds) {
-    return std::llround(seconds * kRate);
-}
 
 void Silence(Sound& sound, double at, double seconds) {
     for (auto& channel : sound) {
         std::fill_n(channel.begin() + SampleAt(at), SampleAt(seconds), 0.0F);
-    }
-}
-
-void Lose(Sound& sound, double at, std::ptrdiff_t count) {
-    for (auto& channel : sound) {
-        channel.erase(channel.begin() + SampleAt(at), channel.begin() + SampleAt(at) + count);
-    }
-}
-
-void Repeat(Sound& sound, double at, std::ptrdiff_t count) {
-    for (auto& channel : sound) {
-        const std::vector<float> again(channel.begin() + SampleAt(at) - count, channel.begin() + SampleAt(at));
-        channel.insert(channel.begin() + SampleAt(at), again.begin(), again.end());
     }
 }
 

@@ -44,6 +44,26 @@ inline Sound Ident(const std::string& name, double seconds, double firstSecond =
     return sound;
 }
 
+/// The number of the sample at that time, at `kRate`.
+inline std::ptrdiff_t SampleAt(double seconds) {
+    return std::llround(seconds * kRate);
+}
+
+/// `count` samples of all channels go, from `at` seconds on.
+inline void Lose(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        channel.erase(channel.begin() + SampleAt(at), channel.begin() + SampleAt(at) + count);
+    }
+}
+
+/// The last `count` samples before `at` seconds come once more in all channels.
+inline void Repeat(Sound& sound, double at, std::ptrdiff_t count) {
+    for (auto& channel : sound) {
+        const std::vector<float> again(channel.begin() + SampleAt(at) - count, channel.begin() + SampleAt(at));
+        channel.insert(channel.begin() + SampleAt(at), again.begin(), again.end());
+    }
+}
+
 /// A sine in each of `channels`, by itself: no one of ours makes it.
 inline Sound Tone(double frequency, double amplitude, double seconds, std::size_t channels = 2, double rate = kRate) {
     Sound sound(channels, std::vector<float>(static_cast<std::size_t>(seconds * rate)));

@@ -19,11 +19,9 @@ using lineup::WatchedFault;
 using lineup::WatchReport;
 using test::Ident;
 using test::kRate;
+using test::Lose;
+using test::SampleAt;
 using test::Sound;
-
-std::ptrdiff_t SampleAt(double seconds) {
-    return std::llround(seconds * kRate);
-}
 
 // What a watch tells, in its order.
 struct Told {
@@ -87,12 +85,6 @@ void Scale(Sound& sound, std::size_t input, double from, double to, float gain) 
 void ScaleAll(Sound& sound, double from, double to, float gain) {
     for (std::size_t input = 0; input < sound.size(); ++input) {
         Scale(sound, input, from, to, gain);
-    }
-}
-
-void Lose(Sound& sound, double at, std::ptrdiff_t count) {
-    for (auto& channel : sound) {
-        channel.erase(channel.begin() + SampleAt(at), channel.begin() + SampleAt(at) + count);
     }
 }
 

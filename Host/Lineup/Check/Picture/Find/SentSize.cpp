@@ -27,9 +27,8 @@ constexpr std::array<CardSize, 16> kUsual = {{{720, 576},
 constexpr double kWidthKnown = 0.01;  // of it, that a place errs by whose edges were rounded at another size
 constexpr double kHeightKnown = 0.01;
 constexpr double kHeightKnownOfSd = 0.06;
-
-constexpr double kShapeKnown = 0.06;
-constexpr int kHighestRounded = 1080;
+constexpr double kShapeKnown = 0.06;   // of width over height, the same
+constexpr int kHighestRounded = 1080;  // lines of a card whose edges' rounding matters
 
 bool IsNear(int size, double found, double known) {
     return std::abs(size - found) <= known * found;

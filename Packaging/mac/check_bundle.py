@@ -1,17 +1,21 @@
 #!/usr/bin/env python3
-"""check_bundle.py BUNDLE --deployment-target VERSION --version VERSION: whether a bundle is what a Mac's host loads.
+"""check_bundle.py BUNDLE --processor NAME=MACOS... --version VERSION: whether a bundle is what a Mac's host loads.
 
-Looks at BUNDLE with LLVM's tools, runs nothing of it, and prints a line for each check: ok or failed, what was looked
-at, and what was seen. What the bundle may need is in undefined-host.txt and undefined-system.txt. Ends with 1 when a
-check failed.
+NAME is a processor that it is for, and MACOS the oldest macOS there. Looks at BUNDLE with LLVM's tools, runs nothing of
+it, and prints a line for each check: ok or failed, what was looked at, and what was seen. What the bundle may need is in
+undefined-host.txt and undefined-system.txt. Ends with 1 when a check failed.
 """
 
 import argparse
 import pathlib
 import plistlib
 import re
+import struct
 import subprocess
 import sys
+import tempfile
+
+import code_signature
 
 HERE = pathlib.Path(__file__).resolve().parent
 TOOLS = pathlib.Path("/usr/lib/llvm-16/bin")
@@ -31,11 +35,12 @@ COMMANDS = {
     "LC_SYMTAB",
     "LC_DYSYMTAB",
     "LC_UUID",
-    "LC_VERSION_MIN_MACOSX",
     "LC_LOAD_DYLIB",
     "LC_FUNCTION_STARTS",
     "LC_DATA_IN_CODE",
 }
+# What differs by processor: a Mac with an ARM processor loads no executable without a signature.
+COMMANDS_OF = {"x86_64": {"LC_VERSION_MIN_MACOSX"}, "arm64": {"LC_BUILD_VERSION", "LC_CODE_SIGNATURE"}}
 
 
 def run(tool, *arguments):
@@ -44,10 +49,12 @@ def run(tool, *arguments):
     return subprocess.run(command, check=True, capture_output=True, encoding="utf-8").stdout.splitlines()
 
 
-def read_list(name):
-    """The lines of one of the lists of symbols, as tuples of their words."""
+def read_list(name, processor):
+    """The lines of one of the lists of symbols that the processor needs, as tuples of their words."""
     lines = (HERE / name).read_text(encoding="utf-8").splitlines()
-    return {tuple(line.split()) for line in lines if not line.startswith("#")}
+    entries = [tuple(line.split()) for line in lines if not line.startswith("#")]
+    others = COMMANDS_OF.keys() - {processor}
+    return {tuple(word for word in entry if word != processor) for entry in entries if entry[-1] not in others}
 
 
 def short_name(library):
@@ -62,8 +69,16 @@ def difference(seen, wanted):
     return "; ".join(more + less)
 
 
+def slices(data):
+    """The executables in a file that may hold one for each of several processors."""
+    if data[:4] != bytes.fromhex("cafebabe"):
+        return [data]
+    places = struct.iter_unpack(">5I", data[8 : 8 + 20 * struct.unpack_from(">I", data, 4)[0]])
+    return [data[offset : offset + size] for _, _, offset, size, _ in places]
+
+
 class Executable:
-    """What the tools say of the bundle's executable."""
+    """What the tools say of the bundle's executable for one processor."""
 
     def __init__(self, path):
         self.path = path
@@ -103,8 +118,8 @@ def check_kind(bundle, _wanted):
     return bundle.executable.kind == "BUNDLE", bundle.executable.kind
 
 
-def check_processor(bundle, _wanted):
-    return bundle.executable.processor == "X86_64", bundle.executable.processor
+def check_processor(bundle, wanted):
+    return bundle.executable.processor.lower() == wanted.processor, bundle.executable.processor
 
 
 def check_exports(bundle, _wanted):
@@ -113,27 +128,28 @@ def check_exports(bundle, _wanted):
     return loader == EXPORTS and table == EXPORTS, seen or "none"
 
 
-def check_host_symbols(bundle, _wanted):
-    wanted = read_list("undefined-host.txt")
+def check_host_symbols(bundle, wanted):
+    wanted = read_list("undefined-host.txt", wanted.processor)
     seen = {(symbol,) for symbol, library in bundle.executable.undefined() if library is None}
     return seen == wanted, difference(seen, wanted) or f"the {len(seen)} of undefined-host.txt"
 
 
-def check_system_symbols(bundle, _wanted):
-    wanted = {(short_name(library), symbol) for library, symbol in read_list("undefined-system.txt")}
+def check_system_symbols(bundle, wanted):
+    needed = read_list("undefined-system.txt", wanted.processor)
+    wanted = {(short_name(library), symbol) for library, symbol in needed}
     seen = {(library, symbol) for symbol, library in bundle.executable.undefined() if library is not None}
     return seen == wanted, difference(seen, wanted) or f"the {len(seen)} of undefined-system.txt"
 
 
-def check_libraries(bundle, _wanted):
-    wanted = {(library,) for library, _ in read_list("undefined-system.txt")}
+def check_libraries(bundle, wanted):
+    wanted = {(library,) for library, _ in read_list("undefined-system.txt", wanted.processor)}
     seen = {(library,) for library in bundle.executable.values("name")}
     return seen == wanted, difference(seen, wanted) or " ".join(sorted(library for library, in seen))
 
 
-def check_commands(bundle, _wanted):
+def check_commands(bundle, wanted):
     seen = {(command,) for command in bundle.executable.commands()}
-    wanted = {(command,) for command in COMMANDS}
+    wanted = {(command,) for command in COMMANDS | COMMANDS_OF[wanted.processor]}
     return seen == wanted, difference(seen, wanted) or f"{len(bundle.executable.commands())} of {len(seen)} kinds"
 
 
@@ -146,6 +162,14 @@ def check_deployment_target(bundle, wanted):
 def check_memory(bundle, _wanted):
     seen = bundle.executable.values("initprot")
     return bool(seen) and not any("w" in bits and "x" in bits for bits in seen), " ".join(seen)
+
+
+def check_signature(bundle, _wanted):
+    """Where there is one: the load commands say whether there must be."""
+    try:
+        return True, code_signature.verify(bundle.executable.path.read_bytes()) or "none"
+    except (ValueError, struct.error) as error:
+        return False, str(error)
 
 
 def check_thread_locals(bundle, _wanted):
@@ -188,36 +212,66 @@ CHECKS = (
     ("load commands", check_commands),
     ("oldest macOS", check_deployment_target),
     ("protection of memory", check_memory),
+    ("signature", check_signature),
     ("variables of a thread", check_thread_locals),
+)
+CHECKS_OF_FOLDER = (
     ("Info.plist", check_info),
     ("files", check_files),
 )
 
 
 class Bundle:
-    def __init__(self, folder):
+    """A bundle's folder, and its executables, which are laid out in the folder `apart`."""
+
+    def __init__(self, folder, apart):
         self.contents = pathlib.Path(folder) / "Contents"
-        self.executable = Executable(self.contents / "MacOS" / "BarsAndTone")
+        self.executables = []
+        for number, data in enumerate(slices((self.contents / "MacOS" / "BarsAndTone").read_bytes())):
+            path = apart / str(number)
+            path.write_bytes(data)
+            self.executables.append(Executable(path))
+
+
+class Report:
+    """Prints a line for each check, and counts."""
+
+    def __init__(self, wanted):
+        self.wanted = wanted
+        self.failed = 0
+        self.all = 0
+
+    def look(self, bundle, checks):
+        for title, check in checks:
+            self.line(title, *check(bundle, self.wanted))
+
+    def line(self, title, holds, seen):
+        self.all += 1
+        self.failed += not holds
+        print(f"{'ok    ' if holds else 'failed'}  {title:22} {seen}")
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("bundle", help="the bundle's folder")
-    parser.add_argument("--deployment-target", required=True, help="the oldest macOS that it is for")
+    parser.add_argument("--processor", dest="processors", required=True, action="append", help="NAME=MACOS, as often as it takes")
     parser.add_argument("--identifier", required=True, help="the bundle's identifier")
     parser.add_argument("--version", required=True, help="the bundle's version")
     wanted = parser.parse_args()
-    try:
-        bundle = Bundle(wanted.bundle)
-    except (OSError, subprocess.CalledProcessError, StopIteration) as error:
-        sys.exit(f"the executable cannot be read: {error}")
-    failed = 0
-    for title, check in CHECKS:
-        holds, seen = check(bundle, wanted)
-        failed += not holds
-        print(f"{'ok    ' if holds else 'failed'}  {title:22} {seen}")
-    print(f"{len(CHECKS) - failed} of {len(CHECKS)} checks hold")
-    sys.exit(1 if failed else 0)
+    report = Report(wanted)
+    with tempfile.TemporaryDirectory() as apart:
+        try:
+            bundle = Bundle(wanted.bundle, pathlib.Path(apart))
+        except (OSError, subprocess.CalledProcessError, StopIteration, struct.error) as error:
+            sys.exit(f"the executable cannot be read: {error}")
+        count = len(bundle.executables)
+        report.line("executables", count == len(wanted.processors), f"{count}")
+        for words, bundle.executable in zip(wanted.processors, bundle.executables):
+            wanted.processor, _, wanted.deployment_target = words.partition("=")
+            report.look(bundle, CHECKS)
+        report.look(bundle, CHECKS_OF_FOLDER)
+    print(f"{report.all - report.failed} of {report.all} checks hold")
+    sys.exit(1 if report.failed else 0)
 
 
 if __name__ == "__main__":

@@ -26,6 +26,20 @@ constexpr std::uint32_t kMagic64 = 0xFEEDFACF;
 constexpr std::uint32_t kProcessorX86_64 = 0x01000007;
 constexpr std::uint32_t kFileTypeBundle = 8;
 
+// A file for several processors begins with a list of its parts, highest byte first.
+constexpr std::uint32_t kMagicOfSeveral = 0xBEBAFECA;
+struct SeveralHeader {
+    std::uint32_t magic;
+    std::uint32_t count;
+};
+struct Slice {
+    std::uint32_t processor;
+    std::uint32_t processorKind;
+    std::uint32_t offset;
+    std::uint32_t size;
+    std::uint32_t alignment;
+};
+
 struct Command {
     std::uint32_t kind;
     std::uint32_t size;
@@ -91,9 +105,25 @@ T MachOFile::Read(std::size_t offset) const {
     return record;
 }
 
+void MachOFile::KeepSlice() {
+    const auto header = Read<SeveralHeader>(0);
+    if (header.magic != kMagicOfSeveral) {
+        return;
+    }
+    for (std::uint32_t i = 0; i < __builtin_bswap32(header.count); ++i) {
+        const auto slice = Read<Slice>(sizeof header + i * sizeof(Slice));
+        if (__builtin_bswap32(slice.processor) == kProcessorX86_64) {
+            const auto bytes = Bytes({__builtin_bswap32(slice.offset), __builtin_bswap32(slice.size)});
+            mBytes = std::vector(bytes.begin(), bytes.end());
+            return;
+        }
+    }
+}
+
 MachOFile::MachOFile(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     mBytes.assign(std::istreambuf_iterator<char>(stream), {});
+    KeepSlice();
     const auto header = Read<Header>(0);
     if (header.magic != kMagic64 || header.processor != kProcessorX86_64 || header.fileType != kFileTypeBundle) {
         throw std::runtime_error("the file is no macOS bundle for x86-64");

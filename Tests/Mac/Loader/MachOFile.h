@@ -30,8 +30,8 @@ struct MachOSegment {
     std::vector<MachOSection> sections;
 };
 
-/// A macOS bundle for x86-64, taken apart by its load commands. It has the form that bundles for macOS 10.13 have:
-/// what is to be rebased, bound and exported is said in opcodes.
+/// A macOS bundle for x86-64, or that part of one for several processors, taken apart by its load commands. It has the
+/// form that bundles for macOS 10.13 have: what is to be rebased, bound and exported is said in opcodes.
 class MachOFile {
 public:
     /// Reads the file. Throws std::runtime_error with a sentence when it is another kind of file or breaks off.
@@ -55,6 +55,7 @@ public:
     FilePart exports;
 
 private:
+    void KeepSlice();
     void ReadCommand(std::uint32_t command, std::size_t offset, std::uint32_t size);
     void ReadSegment(std::size_t offset);
 

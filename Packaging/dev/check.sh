@@ -101,7 +101,7 @@ check_streams() {
     if chrt -f 10 true 2>/dev/null; then
         soon=(chrt -f 10)
     fi
-    "${soon[@]}" "$root/build/release/tests/send_watch" 30
+    "${soon[@]}" "$root/build/release/tests/send_watch" 30 --others
 }
 
 # verb_check [--all]

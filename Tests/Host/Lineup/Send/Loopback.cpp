@@ -42,10 +42,10 @@ std::string FreePort() {
     return address.substr(address.find(':') + 1);
 }
 
-bool SomebodyHas(const std::string& port, const char* sockets) {
+bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t address) {
     std::ifstream list(sockets);
     const std::string all{std::istreambuf_iterator<char>(list), {}};
-    return all.find(fmt::format("0100007F:{:04X} ", std::stoi(port))) != std::string::npos;
+    return all.find(fmt::format("{:08X}:{:04X} ", htonl(address), std::stoi(port))) != std::string::npos;
 }
 
 }  // namespace test

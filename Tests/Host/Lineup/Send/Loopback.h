@@ -30,7 +30,8 @@ private:
 /// A port of 127.0.0.1 that nobody has just now.
 [[nodiscard]] std::string FreePort();
 
-/// Whether somebody has a port of 127.0.0.1, by the system's list: "/proc/net/udp", "/proc/net/tcp".
-[[nodiscard]] bool SomebodyHas(const std::string& port, const char* sockets);
+/// Whether somebody has a port of 127.0.0.1, or of that address, by the system's list: "/proc/net/udp",
+/// "/proc/net/tcp".
+[[nodiscard]] bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t address = 0x7F000001);
 
 }  // namespace test

@@ -27,6 +27,8 @@ constexpr double kUnscaledMayErr = 0.1;  // pixels that edges of a card in its o
 constexpr double kLessUsual = 0.05;      // pixels that edges must fit better in a size that is less usual
 constexpr double kWellPlaced = 0.08;     // pixels that edges are off by in a place that needs no other explanation
 constexpr double kFirstReach = 8;        // pixels that edges rounded at another size may have moved a place by
+constexpr double kWholePixel = 0.2;      // pixels that a card in its own size is measured beside whole ones
+constexpr double kKeptEdges = 0.75;      // of the edges that explain its place in another size
 constexpr double kMostCut = 1.5;         // times the frame, that a card was before it was cut
 
 std::string TextOf(const decoding::TextField<16>& field) {
@@ -62,6 +64,15 @@ PictureReport Facts(const decoding::Frame& head) {
                    .transfer = TextOf(head.transfer),
                    .range = TextOf(head.range)};
     return report;
+}
+
+// Nobody sends a card between pixels. And lines that run across it are few: those that lie elsewhere are not to be left
+// out until the rest fits.
+bool MayBeUnscaled(const Geometry& unscaled, const Geometry& found) {
+    const auto isWhole = [](double at) { return std::abs(at - std::round(at)) < kWholePixel; };
+    const auto areKept = [](int edges, int all) { return edges >= kKeptEdges * all; };
+    return unscaled.isExact && isWhole(unscaled.place.x) && isWhole(unscaled.place.y) &&
+           areKept(unscaled.edgesAcross, found.edgesAcross) && areKept(unscaled.edgesDown, found.edgesDown);
 }
 
 }  // namespace
@@ -109,7 +120,8 @@ std::span<const CardModel> PictureExaminer::Models(std::size_t count) {
 // A card that was drawn for another size than the frame's, and cut out of it, has its edges on whole pixels of that
 // size: the card of the frame's has them elsewhere by up to a pixel.
 void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
-    const Place place = geometry.place;
+    const Geometry found = geometry;
+    const Place place = found.place;
     const bool isAsWide = IsAsWide(place, raster);
     const bool isAsHigh = IsAsHigh(place, raster);
     if (!geometry.isExact || (isAsWide && isAsHigh)) {
@@ -126,7 +138,7 @@ void PictureExaminer::TakeSentSize(const Raster& raster, Geometry& geometry) {
         }
         CardModel model = ReadCardModel(*mClip, mFoundModel.card, size.width, size.height);
         const Geometry unscaled = PlaceUnscaled(raster, model, place);
-        if (unscaled.isExact && unscaled.error < (IsUsual(size) ? least : std::min(least, ofUnusual))) {
+        if (MayBeUnscaled(unscaled, found) && unscaled.error < (IsUsual(size) ? least : std::min(least, ofUnusual))) {
             least = unscaled.error - kLessUsual;
             geometry = unscaled;
             mFoundModel = std::move(model);

@@ -58,11 +58,25 @@ TEST(PicturePlace, TellsByHowMuchACardWasCutThatWasDrawnForAnotherSize) {
     }
 }
 
-// As large as that, between the nearest pixels, with black around it.
-DecodedPicture Scaled(const DecodedPicture& card, int width, int height, int left, int top) {
-    DecodedPicture frame = Frame({}, Card::HD, 1280, 720);
-    const auto across = static_cast<double>(card.head.width) / width;
-    const auto down = static_cast<double>(card.head.height) / height;
+// A card that was scaled, and the frame around it.
+struct Letterbox {
+    Card card;
+    int cardWidth;
+    int cardHeight;
+    int width;  // as it is in the frame
+    int height;
+    int left;
+    int top;
+    int frameWidth;
+    int frameHeight;
+};
+
+// Between the nearest pixels, with black around it.
+DecodedPicture Scaled(const Letterbox& box) {
+    const DecodedPicture card = Frame({}, box.card, box.cardWidth, box.cardHeight);
+    DecodedPicture frame = Frame({}, box.card, box.frameWidth, box.frameHeight);
+    const auto across = static_cast<double>(card.head.width) / box.width;
+    const auto down = static_cast<double>(card.head.height) / box.height;
     for (std::size_t plane = 0; plane < 3; ++plane) {
         const auto at = [&](double x, double y) {
             const auto column = static_cast<std::size_t>(std::clamp(x, 0.0, card.head.width - 1.0));
@@ -71,15 +85,16 @@ DecodedPicture Scaled(const DecodedPicture& card, int width, int height, int lef
         };
         auto& codes = frame.planes.at(plane);
         std::ranges::fill(codes, static_cast<std::uint16_t>((plane == 0 ? 16 : 128) << (test::kBits - 8)));
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
+        for (int y = 0; y < box.height; ++y) {
+            for (int x = 0; x < box.width; ++x) {
                 const double from = std::max(0.0, (x + 0.5) * across - 0.5);
                 const double line = std::max(0.0, (y + 0.5) * down - 0.5);
                 const double right = from - std::floor(from);
                 const double below = line - std::floor(line);
                 const double upper = at(from, line) * (1 - right) + at(from + 1, line) * right;
                 const double lower = at(from, line + 1) * (1 - right) + at(from + 1, line + 1) * right;
-                codes.at(static_cast<std::size_t>(top + y) * 1280 + static_cast<std::size_t>(left + x)) =
+                codes.at(static_cast<std::size_t>(box.top + y) * frame.head.width +
+                         static_cast<std::size_t>(box.left + x)) =
                     static_cast<std::uint16_t>(std::lround(upper * (1 - below) + lower * below));
             }
         }
@@ -87,17 +102,19 @@ DecodedPicture Scaled(const DecodedPicture& card, int width, int height, int lef
     return frame;
 }
 
-// Its edges lie on whole pixels of the size that it was drawn for, and its height was rounded.
+// Its edges lie on whole pixels of the size that it was drawn for, and its height was rounded. One line of the SD
+// card's two lies where a card of 480 lines would have it, that lies between lines itself.
 TEST(PicturePlace, IsKnownToAQuarterOfAPixelAfterScaling) {
-    const DecodedPicture card = Frame({}, Card::HD, 640, 360);
-    for (const auto& [width, height, left, top] : {std::array{1246, 702, 0, 16}, std::array{358, 200, 712, 146}}) {
-        const PictureFindings findings = Examine({Scaled(card, width, height, left, top)});
-        ASSERT_THAT(IdsOf(findings), Contains("scaled")) << width;
+    for (const Letterbox& box : {Letterbox{Card::HD, 640, 360, 1246, 702, 0, 16, 1280, 720},
+                                 Letterbox{Card::HD, 640, 360, 358, 200, 712, 146, 1280, 720},
+                                 Letterbox{Card::SD, 720, 576, 720, 460, 0, 58, 720, 576}}) {
+        const PictureFindings findings = Examine({Scaled(box)});
+        ASSERT_THAT(IdsOf(findings), Contains("scaled")) << box.width;
         const auto& place = *findings.picture->place;
-        EXPECT_NEAR(place.x, left, 0.25) << width;
-        EXPECT_NEAR(place.y, top, 0.25) << width;
-        EXPECT_NEAR(place.x + place.width, left + width, 0.25) << width;
-        EXPECT_NEAR(place.y + place.height, top + height, 0.25) << width;
+        EXPECT_NEAR(place.x, box.left, 0.25) << box.width;
+        EXPECT_NEAR(place.y, box.top, 0.25) << box.width;
+        EXPECT_NEAR(place.x + place.width, box.left + box.width, 0.25) << box.width;
+        EXPECT_NEAR(place.y + place.height, box.top + box.height, 0.25) << box.width;
     }
 }
 

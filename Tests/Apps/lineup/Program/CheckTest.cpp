@@ -213,6 +213,27 @@ TEST_F(Check, OfAPictureTakesWhateverAStillIsKeptIn) {
     }
 }
 
+// By the matrix of a container, which versions of ffmpeg write by one option or another, and by a message of H.264.
+TEST_F(Check, SaysWhereAFileHasItsPicturesTurned) {
+    ASSERT_EQ(Lineup("render clip.mkv --size 640x360 --frames 2 --video-codec ffv1 --quiet").exitCode, 0);
+    const auto made = Shell(
+        "ffmpeg -v error -nostdin -i clip.mkv -an -c:v libx264 -preset ultrafast clip.mp4 && "
+        "{ ffmpeg -v quiet -nostdin -display_rotation 90 -i clip.mp4 -c copy turned.mp4 || "
+        "ffmpeg -v error -nostdin -i clip.mp4 -c copy -metadata:s:v rotate=90 turned.mp4; } && "
+        "ffmpeg -v error -nostdin -i clip.mp4 -c copy "
+        "-bsf:v h264_metadata=display_orientation=insert:flip=horizontal mirrored.mkv");
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    const std::vector<json> reports = Lines(Lineup("check clip.mp4 turned.mp4 mirrored.mkv --expect none --json").out);
+    ASSERT_EQ(reports.size(), 3U);
+    EXPECT_THAT(reports[0]["notes"], IsEmpty());
+    const auto said = [&reports](std::size_t file) { return reports[file]["notes"].at(0)["text"].get<std::string>(); };
+    EXPECT_THAT(said(1), HasSubstr("to be turned by 270 degrees clockwise where"));
+    EXPECT_THAT(said(2), HasSubstr("to be mirrored where"));
+    for (const json& report : reports) {
+        EXPECT_EQ(report["verdict"], "right") << report["source"];
+    }
+}
+
 TEST_F(Check, HoldsTheStartOfThePicturesAgainstThatOfTheSound) {
     ASSERT_EQ(Lineup("render clip.mov --size 320x180 --fps 5 --duration 6 --quiet").exitCode, 0);
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i clip.mov -itsoffset 1 -i clip.mov -map 0:a -map 1:v -c copy late.mkv")

@@ -28,6 +28,23 @@ void DecideTurns(const Place& place, PictureFindings& findings) {
     }
 }
 
+// The card is measured as it is stored.
+void TellTurn(const decoding::Frame& head, PictureFindings& findings) {
+    const bool isMirrored = (head.flags & decoding::kMirrorTag) != 0;
+    if (head.turnTag == 0 && !isMirrored) {
+        return;
+    }
+    const std::string turned =
+        head.turnTag != 0 ? fmt::format("turned by {:.4g} degrees clockwise", head.turnTag) : std::string();
+    findings.notes.push_back(
+        {.id = "turned-where-shown",
+         .part = CheckPart::Picture,
+         .text = fmt::format(
+             "The file says that its pictures are to be {}{}{} where they are shown. The card is described as "
+             "it is stored.",
+             turned, !turned.empty() && isMirrored ? " and " : "", isMirrored ? "mirrored" : "")});
+}
+
 // The shapes that a card has on a screen, width to height: HD's is 16:9 wide, SD's that or 4:3.
 bool HasShape(Card card, double shape) {
     constexpr double kWide = 16.0 / 9;
@@ -75,6 +92,7 @@ void DecidePlace(const PictureCase& known, bool isOtherMakers, PictureFindings& 
     PictureReport& report = *findings.picture;
     report.place = CardPlace{place.x, place.y, place.width, place.height, place.mirrored, place.flipped};
     DecideTurns(place, findings);
+    TellTurn(known.seen->head, findings);
     TellShape(known, findings);
     const double width = report.width;
     const double height = report.height;

@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Reader/Decoder/OpenDecoder.h"
 #include "Host/Lineup/Check/Reader/Decoder/PictureCodes.h"
+#include "Host/Lineup/Check/Reader/Decoder/TurnTag.h"
 
 #include <algorithm>
 #include <cmath>
@@ -176,6 +177,7 @@ void PictureTrack::Write(MessageWriter& out) {
     const AVRational aspect =
         mStream->sample_aspect_ratio.num > 0 ? mStream->sample_aspect_ratio : mFrame->sample_aspect_ratio;
     head.pixelAspect = aspect.num > 0 && aspect.den > 0 ? static_cast<float>(av_q2d(aspect)) : 0;
+    DescribeTurn(*mFrame, *mStream, head);
     out.Write(head);
     if (head.planes > 0) {
         WritePlanes(head, out);

@@ -15,7 +15,7 @@
 /// program that listens believes none of it: MessageReader says what holds of what it lets through.
 namespace lineup::decoding {
 
-inline constexpr std::uint32_t kProtocolVersion = 4;
+inline constexpr std::uint32_t kProtocolVersion = 5;
 
 /// The descriptors that the decoding program is started with, beside standard error.
 inline constexpr int kInputDescriptor = 0;    ///< the recording, where it is no URL
@@ -130,7 +130,7 @@ struct Picture {
     TextField<32> codec;
 };
 
-enum FrameFlags : std::uint32_t { kDamagedFrame = 1, kRgbFrame = 2, kCannotRead = 4 };
+enum FrameFlags : std::uint32_t { kDamagedFrame = 1, kRgbFrame = 2, kCannotRead = 4, kMirrorTag = 8 };
 
 /// The head of a decoded picture: its codes as the file has them, nothing converted. Lines follow, unless it is of a
 /// kind that cannot be read.
@@ -150,6 +150,9 @@ struct Frame {
     TextField<16> range;
     TextField<16> chromaPlace;
     TextField<16> format;
+    float turnTag;  ///< degrees clockwise that the file says to turn it by where it is shown; finite. kMirrorTag: and
+                    ///< then to turn left and right over
+    std::uint32_t reserved;
 };
 
 /// The head of some lines of a plane; count * the plane's width codes of 16 bits follow, and two bytes more where that
@@ -186,6 +189,6 @@ struct End {
 
 static_assert(sizeof(Hello) == 8 && sizeof(Track) == 120 && sizeof(Begin) == 80 && sizeof(Samples) == 24 &&
               sizeof(Damage) == 152 && sizeof(Reading) == 8 && sizeof(End) == 200 && sizeof(Picture) == 48 &&
-              sizeof(Frame) == 136 && sizeof(Lines) == 16 && sizeof(PictureEnd) == 24 && sizeof(Arrival) == 24);
+              sizeof(Frame) == 144 && sizeof(Lines) == 16 && sizeof(PictureEnd) == 24 && sizeof(Arrival) == 24);
 
 }  // namespace lineup::decoding

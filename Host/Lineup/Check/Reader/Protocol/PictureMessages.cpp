@@ -44,8 +44,8 @@ DecoderMessage MessageReader::ParseFrame(std::span<const std::byte> body) {
                  "a frame has no possible size or time");
     const bool isRead = (frame.flags & decoding::kCannotRead) == 0;
     RequireSense(frame.bits >= 1 && frame.bits <= 16 && frame.subsampleWidth <= 2 && frame.subsampleHeight <= 2 &&
-                     frame.flags < 8 && std::isfinite(frame.pixelAspect) && frame.pixelAspect >= 0 &&
-                     (isRead ? frame.planes == 1 || frame.planes == 3 : frame.planes == 0),
+                     frame.flags < 16 && std::isfinite(frame.turnTag) && std::isfinite(frame.pixelAspect) &&
+                     frame.pixelAspect >= 0 && (isRead ? frame.planes == 1 || frame.planes == 3 : frame.planes == 0),
                  "a frame is of no possible kind");
     mFrame = frame;
     mNextPlane = mNextLine = 0;

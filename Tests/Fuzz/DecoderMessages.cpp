@@ -1,6 +1,7 @@
 // What a decoding program says, in whoever's hands it is: any bytes give samples that are numbers, at the rate and of
 // the inputs that were named, or a sentence; and memory does not grow with them.
 #include <lineup/Error.h>
+#include "Host/Lineup/Check/Reader/Protocol/Messages.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
 #include "Tests/Fuzz/Support/Require.h"
 
@@ -81,11 +82,21 @@ void ReadFacts(const lineup::RecordingReader& reader) {
     Require(!reader.Seconds() || (*reader.Seconds() > 0 && std::isfinite(*reader.Seconds())), "a length is one");
 }
 
+// Whatever version a greeting names: inputs that are kept outlive versions.
+void SayThisVersion(std::span<std::uint8_t> bytes) {
+    constexpr std::size_t kAt = sizeof(lineup::decoding::MessageHeader) + offsetof(lineup::decoding::Hello, version);
+    if (bytes.size() >= kAt + sizeof lineup::decoding::kProtocolVersion) {
+        std::memcpy(bytes.data() + kAt, &lineup::decoding::kProtocolVersion, sizeof lineup::decoding::kProtocolVersion);
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::vector<std::uint8_t> bytes(data, data + size);
+    SayThisVersion(bytes);
     try {
-        lineup::RecordingReader reader(std::make_unique<Words>(std::span(data, size)), [] { return std::string(); });
+        lineup::RecordingReader reader(std::make_unique<Words>(bytes), [] { return std::string(); });
         ReadSamples(reader);
         ReadFacts(reader);
     } catch (const lineup::Unreadable& unreadable) {

@@ -2,13 +2,12 @@
 
 #include "Host/Lineup/Check/Picture/Matrix.h"
 #include "Host/Lineup/Check/Picture/PatchName.h"
-#include "Host/Lineup/Picture/FloatPicture.h"
+#include "Host/Lineup/Picture/DrawnPicture.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <cstring>
 #include <map>
-#include <span>
 
 namespace lineup::picture {
 
@@ -19,6 +18,7 @@ struct Run {
     int first;
     int end;
     bool isRamp;
+    Triple rgb;  // of the first
 };
 
 // Lines that are alike.
@@ -30,42 +30,50 @@ struct Band {
 
 constexpr int kFewestSteps = 8;  // of a ramp
 
-bool SameColumn(const FloatPicture& picture, int line, int x, int other) {
-    for (int plane = 0; plane < FloatPicture::kPlanes; ++plane) {
-        const auto values = picture.Line(plane, line);
-        if (values[static_cast<std::size_t>(x)] != values[static_cast<std::size_t>(other)]) {
-            return false;
-        }
+// A line's Y', Cb and Cr.
+class Line {
+public:
+    explicit Line(const DrawnPicture& picture) {
+        std::ranges::for_each(mPlanes, [&](auto& plane) { plane.resize(static_cast<std::size_t>(picture.Width())); });
     }
-    return true;
-}
 
-bool SameLine(const FloatPicture& picture, int line, int other) {
-    for (int plane = 0; plane < FloatPicture::kPlanes; ++plane) {
-        const auto one = picture.Line(plane, line);
-        if (std::memcmp(one.data(), picture.Line(plane, other).data(), one.size_bytes()) != 0) {
-            return false;
-        }
+    void Read(const DrawnPicture& picture, int line) { picture.Unpack(line, {mPlanes[0], mPlanes[1], mPlanes[2]}); }
+
+    [[nodiscard]] int Width() const { return static_cast<int>(mPlanes[0].size()); }
+
+    [[nodiscard]] bool AreAlike(int x, int other) const {
+        return std::ranges::all_of(mPlanes, [=](const auto& plane) {
+            return plane[static_cast<std::size_t>(x)] == plane[static_cast<std::size_t>(other)];
+        });
     }
-    return true;
-}
 
-std::vector<Run> PlainRuns(const FloatPicture& picture, int line) {
+    [[nodiscard]] Triple Rgb(int x) const {
+        const auto at = [&](std::size_t plane) {
+            return static_cast<double>(mPlanes.at(plane)[static_cast<std::size_t>(x)]);
+        };
+        return Multiply(Inverse(MatrixOf("bt601")), Triple{at(0), at(1), at(2)});
+    }
+
+private:
+    std::array<std::vector<float>, DrawnPicture::kPlanes> mPlanes;
+};
+
+std::vector<Run> PlainRuns(const Line& line) {
     std::vector<Run> runs;
-    for (int x = 0; x < picture.Width(); ++x) {
-        if (x > 0 && SameColumn(picture, line, x, x - 1)) {
+    for (int x = 0; x < line.Width(); ++x) {
+        if (x > 0 && line.AreAlike(x, x - 1)) {
             runs.back().end = x + 1;
         } else {
-            runs.push_back({x, x + 1, false});
+            runs.push_back({x, x + 1, false, {}});
         }
     }
     return runs;
 }
 
 // Many short runs one after the other are a ramp.
-std::vector<Run> RunsOf(const FloatPicture& picture, int line) {
-    const int mostShort = std::max(2, picture.Width() / 100);
-    const std::vector<Run> plain = PlainRuns(picture, line);
+std::vector<Run> RunsOf(const Line& line) {
+    const int mostShort = std::max(2, line.Width() / 100);
+    const std::vector<Run> plain = PlainRuns(line);
     std::vector<Run> runs;
     for (std::size_t i = 0; i < plain.size();) {
         std::size_t end = i;
@@ -73,22 +81,25 @@ std::vector<Run> RunsOf(const FloatPicture& picture, int line) {
             ++end;
         }
         if (end - i >= kFewestSteps) {
-            runs.push_back({plain[i].first, plain[end - 1].end, true});
+            runs.push_back({plain[i].first, plain[end - 1].end, true, {}});
             i = end;
         } else {
             runs.push_back(plain[i++]);
         }
     }
+    std::ranges::for_each(runs, [&line](Run& run) { run.rgb = line.Rgb(run.first); });
     return runs;
 }
 
-std::vector<Band> BandsOf(const FloatPicture& picture) {
+std::vector<Band> BandsOf(const DrawnPicture& picture) {
     std::vector<Band> bands;
+    Line read(picture);
     for (int line = 0; line < picture.Height(); ++line) {
-        if (line > 0 && SameLine(picture, line, line - 1)) {
+        if (line > 0 && picture.AreAlike(line, line - 1)) {
             bands.back().end = line + 1;
         } else {
-            bands.push_back({line, line + 1, RunsOf(picture, line)});
+            read.Read(picture, line);
+            bands.push_back({line, line + 1, RunsOf(read)});
         }
     }
     return bands;
@@ -96,7 +107,7 @@ std::vector<Band> BandsOf(const FloatPicture& picture) {
 
 class Anatomist {
 public:
-    Anatomist(const FloatPicture& picture, CardModel& model)
+    Anatomist(const DrawnPicture& picture, CardModel& model)
         : mPicture(&picture), mModel(&model), mBands(BandsOf(picture)) {}
 
     void Work() {
@@ -114,13 +125,6 @@ private:
     [[nodiscard]] double X(int x) const { return static_cast<double>(x) / mPicture->Width(); }
     [[nodiscard]] double Y(int y) const { return static_cast<double>(y) / mPicture->Height(); }
 
-    [[nodiscard]] Triple Rgb(const Band& band, const Run& run) const {
-        const auto at = [&](int plane) {
-            return static_cast<double>(mPicture->Line(plane, band.first)[static_cast<std::size_t>(run.first)]);
-        };
-        return Multiply(Inverse(MatrixOf("bt601")), Triple{at(0), at(1), at(2)});
-    }
-
     void AddPatches(const Band& band) {
         for (const Run& run : band.runs) {
             const Box box{X(run.first), Y(band.first), X(run.end), Y(band.end)};
@@ -128,10 +132,9 @@ private:
                 mModel->ramps.push_back(box);
                 continue;
             }
-            const Triple rgb = Rgb(band, run);
-            std::string name = PatchName(rgb);
+            std::string name = PatchName(run.rgb);
             const int count = ++mNames[name];
-            mModel->patches.push_back({count > 1 ? name + " " + std::to_string(count) : name, box, rgb});
+            mModel->patches.push_back({count > 1 ? name + " " + std::to_string(count) : name, box, run.rgb});
         }
     }
 
@@ -144,8 +147,8 @@ private:
                 room = std::min(room, X(after->end - after->first));
             }
             mModel->edges.push_back({true, X(at), Y(band.first), Y(band.end), room,
-                                     Rgb(band, before != nullptr ? *before : *after),
-                                     Rgb(band, after != nullptr ? *after : *before), isBorder});
+                                     (before != nullptr ? before : after)->rgb,
+                                     (after != nullptr ? after : before)->rgb, isBorder});
         };
         add(0, nullptr, &band.runs.front());
         for (std::size_t i = 1; i < band.runs.size(); ++i) {
@@ -163,8 +166,7 @@ private:
                 const int first = std::max(one.first, other.first);
                 const int end = std::min(one.end, other.end);
                 if (first < end && !one.isRamp && !other.isRamp) {
-                    mModel->edges.push_back(
-                        {false, Y(below.first), X(first), X(end), room, Rgb(above, one), Rgb(below, other), false});
+                    mModel->edges.push_back({false, Y(below.first), X(first), X(end), room, one.rgb, other.rgb, false});
                 }
             }
         }
@@ -173,16 +175,15 @@ private:
     void AddLevelBorders() {
         const auto add = [&](const Band& band, int at) {
             for (const Run& run : band.runs) {
-                const Triple rgb = Rgb(band, run);
                 mModel->edges.push_back(
-                    {false, Y(at), X(run.first), X(run.end), Y(band.end - band.first), rgb, rgb, true});
+                    {false, Y(at), X(run.first), X(run.end), Y(band.end - band.first), run.rgb, run.rgb, true});
             }
         };
         add(mBands.front(), 0);
         add(mBands.back(), mPicture->Height());
     }
 
-    const FloatPicture* mPicture;
+    const DrawnPicture* mPicture;
     CardModel* mModel;
     std::vector<Band> mBands;
     std::map<std::string, int> mNames;
@@ -191,7 +192,7 @@ private:
 }  // namespace
 
 CardModel ReadCardModel(const Clip& clip, Card card, int width, int height) {
-    const FloatPicture picture = ReadPicture(clip, width, height, card);
+    const DrawnPicture picture(clip, width, height, card);
     CardModel model{.card = card, .width = width, .height = height, .patches = {}, .edges = {}, .ramps = {}};
     Anatomist(picture, model).Work();
     return model;

@@ -1,10 +1,8 @@
 #include "Apps/lineup/Overview/OverviewFile.h"
 
-#include <lineup/Error.h>
 #include "Apps/lineup/Overview/OverviewEntry.h"
 #include "Host/Lineup/Plugin/DynamicLibrary.h"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -14,14 +12,8 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 DrawOverviewFunction& Drawer() {
-    // Never unloaded: exceptions it threw may still be on their way when the process ends.
-    static const auto* const library = new lineup::DynamicLibrary(lineup::DynamicLibrary::Beside(kOverviewLibraryName));
-    void* const symbol = library->Find(kDrawOverviewName);
-    if (symbol == nullptr) {
-        throw lineup::Error(
-            fmt::format("cannot draw the overview: {} has no {}", kOverviewLibraryName, kDrawOverviewName));
-    }
-    return *reinterpret_cast<DrawOverviewFunction*>(symbol);
+    return lineup::DynamicLibrary::Companion(kOverviewLibraryName)
+        .Function<DrawOverviewFunction>(kDrawOverviewName, "cannot draw the overview");
 }
 
 Bytes Draw(OverviewPicture kind, const OverviewPage& page) {

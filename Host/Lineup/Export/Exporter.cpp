@@ -1,9 +1,10 @@
 #include <lineup/Exporter.h>
 #include <lineup/StillPicture.h>
-#include "Host/Lineup/Export/MediaLibrary.h"
+#include "Host/Lineup/Export/MediaEntry.h"
 #include "Host/Lineup/Export/Plan/ExportPlan.h"
 #include "Host/Lineup/Export/Wave/WaveFile.h"
 #include "Host/Lineup/Files/TargetFile.h"
+#include "Host/Lineup/Plugin/DynamicLibrary.h"
 #include "Host/Lineup/Values/RethrowAsError.h"
 
 #include <exception>
@@ -31,16 +32,20 @@ ProgressFunction Enclosed(const ProgressFunction& progress) {
     };
 }
 
+WriteFunction& WriterInMedia(const char* name) {
+    return DynamicLibrary::Companion(kMediaLibraryName).Function<WriteFunction>(name, "cannot write media files");
+}
+
 WriteFunction& WriterOf(FileKind kind) {
     switch (kind) {
         case FileKind::Wave:
             return WriteWaveFile;
         case FileKind::Still:
-            return *MediaLibrary::Get().WriteStill();
+            return WriterInMedia(kWriteStillName);
         case FileKind::Movie:
             break;
     }
-    return *MediaLibrary::Get().WriteMovie();
+    return WriterInMedia(kWriteMovieName);
 }
 
 TargetFile OpenTarget(const ExportPlan& plan) {

@@ -34,11 +34,7 @@ fs::path FindLibrary() {
 
 template <class Function>
 Function* FindFunction(const DynamicLibrary& library, const char* name) {
-    void* const symbol = library.Find(name);
-    if (symbol == nullptr) {
-        throw Error(std::string("cannot show a dialog: ") + zelui::ui::kToolkitLibraryName + " has no " + name);
-    }
-    return reinterpret_cast<Function*>(symbol);
+    return &library.Function<Function>(name, "cannot show a dialog");
 }
 
 }  // namespace

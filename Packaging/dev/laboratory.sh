@@ -16,7 +16,7 @@ run_laboratory() {
     local python
     python=$(laboratory_python)
     configure release-tests
-    build release-tests --target lineup_cli BarsAndToneModule
+    build release-tests --target lineup_cli lineup-check BarsAndToneModule
     "$python" -B "$root/Tests/Check/laboratory.py" --lineup "$root/build/release/bin/lineup" "$@"
 }
 

@@ -6,6 +6,6 @@ verb_long-run() {
     [[ $minutes =~ ^[1-9][0-9]*$ ]] || fail "long-run takes a number of minutes"
     need product desktop tests mlt mlt-tests
     configure release-tests
-    build release-tests --target lineup_cli BarsAndToneModule lineup-media lineup-decode mltlineup playing_studio leaping_clock
+    build release-tests --target lineup_cli BarsAndToneModule lineup-media lineup-check mltlineup playing_studio leaping_clock
     python3 -B "$root/Tests/LongRun/long_run.py" --build "$root/build/release" --minutes "$minutes"
 }

@@ -15,7 +15,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/Headers.cmake)
 install(TARGETS lineup zelcore EXPORT LineupTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
 install(TARGETS zelui EXPORT LineupTargets)
-install(TARGETS lineup-media zelcore-catalogues LIBRARY DESTINATION ${LINEUP_PRIVATE_LIBDIR} COMPONENT library)
+install(TARGETS lineup-media lineup-check zelcore-catalogues LIBRARY DESTINATION ${LINEUP_PRIVATE_LIBDIR} COMPONENT library)
 install(TARGETS lineup-decode RUNTIME DESTINATION ${LINEUP_PRIVATE_LIBDIR} COMPONENT library)
 include(${CMAKE_CURRENT_LIST_DIR}/Development.cmake)
 

@@ -4,7 +4,8 @@
 #   build tree                  installed
 #   bin/                        bin/
 #   lib/liblineup.so.N          LIBDIR/liblineup.so.N         what other programs link to
-#   lib/liblineup-media.so      LIBDIR/lineup-N/...           what these load when they need it
+#   lib/liblineup-media.so      LIBDIR/lineup-N/...           what these load when they need it,
+#   lib/liblineup-check.so                                    or link to, the product's own programs
 #   lib/lineup-decode           LIBDIR/lineup-N/...           what these start when they need it
 #   BarsAndTone.bundle/         lib/lineup/BarsAndTone.bundle/
 

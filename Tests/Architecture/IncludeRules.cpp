@@ -91,7 +91,7 @@ const std::vector<FolderRule> kFolderRules = {
     {"Host/Lineup/Check/",
      {"Host/Interface/", "Host/Services/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/",
       "Host/Lineup/Clip/", "Host/Lineup/Picture/", "Host/Lineup/Files/", "Host/Lineup/Export/"},
-     {"fmt/", "Eigen/", "kissfft/"}},
+     {"fmt/"}},
     {"Host/Lineup/Check/Sound/Signal/", {"Host/Lineup/Values/"}, {}},
     {"Host/Lineup/Check/Sound/Find/",
      {"Host/Interface/", kSettingsRecord, "Host/Lineup/Values/", "Host/Lineup/Plugin/", "Host/Lineup/Clip/",

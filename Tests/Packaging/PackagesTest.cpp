@@ -132,6 +132,7 @@ TEST_F(DebianPackages, HaveWhatBelongsToThem) {
                                                            "/usr/share/zsh/vendor-completions/_lineup"}));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/liblineup.so." TEST_VERSION));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup-" TEST_SOVERSION "/liblineup-media.so"));
+    EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup-" TEST_SOVERSION "/liblineup-check.so"));
     EXPECT_THAT(Contents(kLibrary), Contains("/usr/" TEST_LIBDIR "/lineup-" TEST_SOVERSION "/lineup-decode"));
     EXPECT_THAT(Contents("liblineup-dev"), Contains("/usr/include/lineup/Clip.h"));
     EXPECT_THAT(Contents("lineup-plugin"), Contains("/usr/lib/lineup/BarsAndTone.bundle/Contents/Info.plist"));

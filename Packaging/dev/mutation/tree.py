@@ -30,7 +30,7 @@ def ninja(*targets, with_mistake=False):
 
 def build_product():
     """What mistakes are made in; tests are built when they are asked."""
-    built = ninja("lineup_cli", "lineup_studio", "lineup-decode", "lineup-media", "zelui-qt", "BarsAndToneModule", "mltlineup",
+    built = ninja("lineup_cli", "lineup_studio", "lineup-decode", "lineup-check", "lineup-media", "zelui-qt", "BarsAndToneModule", "mltlineup",
                   "gstlineup")
     if built.returncode != 0:
         sys.exit(built.stdout)

@@ -72,7 +72,7 @@ TEST_F(Start, OfNumbersAndDefaultSettingsLoadsNoMoreThanThat) {
 TEST_F(Start, OfAMovieLoadsTheMediaLibrariesAndNoDrawingOnes) {
     EXPECT_THAT(Loaded("render bars.mov --size 256x120 --duration 0.2 --quiet"),
                 AllOf(Contains("liblineup-media.so"), Contains(StartsWith("libavcodec.so")),
-                      Not(Contains("liblineup-overview.so"))));
+                      Not(AnyOf(Contains("liblineup-overview.so"), Contains("liblineup-check.so")))));
 }
 
 TEST_F(Start, OfAnOverviewLoadsTheDrawingLibraryAndNoMediaOnes) {

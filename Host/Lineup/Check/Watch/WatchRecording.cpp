@@ -1,4 +1,5 @@
-#include <lineup/Watch.h>
+#include "Host/Lineup/Check/Watch/WatchRecording.h"
+
 #include "Host/Lineup/Check/Asked.h"
 #include "Host/Lineup/Check/Reader/RecordingName.h"
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
@@ -186,10 +187,9 @@ private:
 
 }  // namespace
 
-WatchReport Watch(const std::string& recording, const std::shared_ptr<const Importer>& importer,
-                  const CheckSettings& settings, const WatchListener& listener) {
+void WatchRecording(const std::string& recording, const std::shared_ptr<const Importer>& importer,
+                    const CheckSettings& settings, const WatchListener& listener, WatchReport& report) {
     ValidateCheckSettings(settings);
-    WatchReport report;
     report.source = recording;
     FeedWatch watch(importer, settings, listener, report);
     DecoderSettings decoder;
@@ -204,7 +204,6 @@ WatchReport Watch(const std::string& recording, const std::shared_ptr<const Impo
     } catch (const Cancelled&) {
         report.notes.push_back({.id = "nothing-heard", .part = CheckPart::Sound, .text = "Nothing had arrived yet."});
     }
-    return report;
 }
 
 }  // namespace lineup

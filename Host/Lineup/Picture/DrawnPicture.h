@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lineup/Api.h>
 #include <lineup/Card.h>
 #include <lineup/Clip.h>
 #include <lineup/services/FrameBuffer.h>
@@ -12,7 +13,7 @@ inline namespace parts {
 
 /// The clip's picture as the plug-in drew it, which gives the lines that are asked for as floats: Y', Cb, Cr, as
 /// FloatPicture has them.
-class DrawnPicture {
+class LINEUP_API DrawnPicture {
 public:
     static constexpr std::size_t kPlanes = 3;
     using Line = std::array<std::span<float>, kPlanes>;

@@ -16,6 +16,7 @@ class Faults(unittest.TestCase):
         self.assertEqual(faults_of(seen()), [])
         self.assertEqual(faults_of(seen(memory=lambda at: min(at, 9) * 5)), [], "what it takes at first")
         self.assertEqual(faults_of(seen(descriptors=lambda at: 7 + at % 3)), [], "open for a moment")
+        self.assertEqual(faults_of(seen(descriptors=lambda at: 7 - (at == 15))), [], "closed for a moment")
 
     def test_growth_is_found(self):
         self.assertEqual(faults_of(seen(memory=lambda at: 10 + at / 5)), ["its memory grew by 4.0 MiB"])

@@ -11,6 +11,24 @@
 namespace lineup {
 inline namespace parts {
 
+namespace {
+
+class Companions {
+public:
+    [[nodiscard]] const DynamicLibrary& Get(const char* name) const {
+        const std::scoped_lock lock(mMutex);
+        const auto found = mLoaded.find(name);
+        return found != mLoaded.end() ? found->second
+                                      : mLoaded.emplace(name, DynamicLibrary::Beside(name)).first->second;
+    }
+
+private:
+    mutable std::mutex mMutex;
+    mutable std::map<std::string, DynamicLibrary> mLoaded;
+};
+
+}  // namespace
+
 DynamicLibrary::DynamicLibrary(const std::filesystem::path& file)
     : mFile(file), mHandle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!mHandle) {
@@ -24,11 +42,8 @@ std::filesystem::path DynamicLibrary::Beside(const char* name) {
 }
 
 const DynamicLibrary& DynamicLibrary::Companion(const char* name) {
-    static std::mutex mutex;
-    static auto* const libraries = new std::map<std::string, DynamicLibrary>;  // never unloaded
-    const std::scoped_lock lock(mutex);
-    const auto found = libraries->find(name);
-    return found != libraries->end() ? found->second : libraries->emplace(name, Beside(name)).first->second;
+    static const auto* const companions = new Companions;  // never unloaded
+    return companions->Get(name);
 }
 
 void* DynamicLibrary::Find(const char* symbol) const noexcept {

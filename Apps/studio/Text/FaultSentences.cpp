@@ -20,7 +20,7 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP("Fault", "R'G'B' was decoded by sRGB's curve: it is linear."),
     QT_TRANSLATE_NOOP("Fault", "The range was squeezed to a limited one twice too often."),
     QT_TRANSLATE_NOOP("Fault", "Patches are off by %1 codes more, r.m.s., than what is named explains."),
-    QT_TRANSLATE_NOOP("Fault", "The patches can be explained as well so: %1."),
+    QT_TRANSLATE_NOOP("Fault", "Another explanation fits the patches as well: %1."),
     QT_TRANSLATE_NOOP("Fault", "The recording has %1 channels more than the %2 that are looked at."),
     QT_TRANSLATE_NOOP("Fault", "Track %1 was converted from %2 Hz to %3 Hz, the rate of the first."),
     QT_TRANSLATE_NOOP("Fault", "From %1 s on %2 s cannot be read: %3."),
@@ -63,6 +63,14 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP(
         "Fault",
         "The card is %1 times as wide as high where it is shown with pixels of %2 to 1: it is squeezed or stretched."),
+    QT_TRANSLATE_NOOP(
+        "Fault", "The file says to mirror its pictures where they are shown; the card is described as it is stored."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "The file says to turn its pictures by %1 degrees clockwise and to mirror them where they are "
+                      "shown; the card is described as it is stored."),
+    QT_TRANSLATE_NOOP("Fault",
+                      "The file says to turn its pictures by %1 degrees clockwise where they are shown; the card is "
+                      "described as it is stored."),
     QT_TRANSLATE_NOOP("Fault", "%1 is also heard at input %2, %3 dB below where it belongs."),
     QT_TRANSLATE_NOOP("Fault", "Both inputs hold sums of channels: a fold-down to stereo."),
     QT_TRANSLATE_NOOP("Fault", "Input %1 holds a sum of channels."),
@@ -146,10 +154,10 @@ constexpr std::array kSentences = {
     QT_TRANSLATE_NOOP("Fault", "There is no colour."),
     QT_TRANSLATE_NOOP("Fault", "Colours have %1 % of their strength."),
     QT_TRANSLATE_NOOP("Fault", "Colours are turned by %1 degrees."),
-    QT_TRANSLATE_NOOP("Fault", "Left and right are turned over."),
-    QT_TRANSLATE_NOOP("Fault", "Top and bottom are turned over."),
+    QT_TRANSLATE_NOOP("Fault", "Left and right are reversed."),
+    QT_TRANSLATE_NOOP("Fault", "Top and bottom are reversed."),
     QT_TRANSLATE_NOOP("Fault", "This is the %1 card, where the %2 card is due."),
-    QT_TRANSLATE_NOOP("Fault", "The card lies %1 pixels to the %2 and %3 %4 of its place."),
+    QT_TRANSLATE_NOOP("Fault", "The card lies %1 pixels to the %2 of its place and %3 %4 it."),
     QT_TRANSLATE_NOOP("Fault", "The card does not fill the frame of %1 by %2: it is %3."),
     QT_TRANSLATE_NOOP(
         "Fault", "Up to %1 pixels of the card's edges lie outside of the frame: it is %2, in a frame of %3 by %4."),

@@ -227,8 +227,8 @@ TEST_F(Check, SaysWhereAFileHasItsPicturesTurned) {
     ASSERT_EQ(reports.size(), 3U);
     EXPECT_THAT(reports[0]["notes"], IsEmpty());
     const auto said = [&reports](std::size_t file) { return reports[file]["notes"].at(0)["text"].get<std::string>(); };
-    EXPECT_THAT(said(1), HasSubstr("to be turned by 270 degrees clockwise where"));
-    EXPECT_THAT(said(2), HasSubstr("to be mirrored where"));
+    EXPECT_THAT(said(1), HasSubstr("to turn its pictures by 270 degrees clockwise where"));
+    EXPECT_THAT(said(2), HasSubstr("to mirror its pictures where"));
     for (const json& report : reports) {
         EXPECT_EQ(report["verdict"], "right") << report["source"];
     }

@@ -93,8 +93,9 @@ TEST_F(CheckSentences, AreSaidInEachLanguageWhateverTheCheckFinds) {
 TEST_F(CheckSentences, OfAListAreSaidOneByOne) {
     zelcore::config::SetLanguage("de");
     EXPECT_EQ(
-        Shown("The patches can be explained as well so: the numbers are those of BT.601, where BT.709 is due, black "
-              "lies at 7.5 %: NTSC's setup of 7.5 %, there is no colour."),
+        Shown(
+            "Another explanation fits the patches as well: the numbers are those of BT.601, where BT.709 is due, black "
+            "lies at 7.5 %: NTSC's setup of 7.5 %, there is no colour."),
         "Ebenso gut erklärt die Felder: Die Werte sind die von BT.601, wo BT.709 sein muss; Schwarz liegt bei "
         "7.5 %: die Schwarzabhebung von 7.5 % von NTSC; Es gibt keine Farbe.");
     EXPECT_EQ(Shown("The recording cannot be read: it is of no kind that the FFmpeg libraries know (moov atom not "

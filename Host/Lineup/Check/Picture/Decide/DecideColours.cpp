@@ -117,7 +117,7 @@ private:
         return WithoutTrifles(Simplest(mChains));
     }
 
-    // What moves no patch by more than that is no cause of its own beside one that does.
+    // Beside a cause that moves a patch by more than that, one that does not is left out.
     [[nodiscard]] FittedChain WithoutTrifles(FittedChain best) const {
         for (const bool isTone : {true, false}) {
             const Chain less = isTone ? best.chain.WithoutTone() : best.chain.WithoutColour();
@@ -247,7 +247,7 @@ private:
                 mFindings->notes.push_back(
                     {.id = "other-explanation",
                      .part = CheckPart::Picture,
-                     .text = fmt::format("The patches can be explained as well so: {}.", words)});
+                     .text = fmt::format("Another explanation fits the patches as well: {}.", words)});
                 return;
             }
         }

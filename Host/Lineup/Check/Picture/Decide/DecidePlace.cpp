@@ -21,28 +21,36 @@ std::string PlaceText(const Place& place) {
 
 void DecideTurns(const Place& place, PictureFindings& findings) {
     if (place.mirrored) {
-        findings.faults.push_back(MakePictureFault("mirrored", {}, {}, "Left and right are turned over."));
+        findings.faults.push_back(MakePictureFault("mirrored", {}, {}, "Left and right are reversed."));
     }
     if (place.flipped) {
-        findings.faults.push_back(MakePictureFault("flipped", {}, {}, "Top and bottom are turned over."));
+        findings.faults.push_back(MakePictureFault("flipped", {}, {}, "Top and bottom are reversed."));
     }
 }
 
-// The card is measured as it is stored.
-void TellTurn(const decoding::Frame& head, PictureFindings& findings) {
-    const bool isMirrored = (head.flags & decoding::kMirrorTag) != 0;
-    if (head.turnTag == 0 && !isMirrored) {
-        return;
+std::string TurnText(double clockwise, bool isMirrored) {
+    if (clockwise == 0) {
+        return "The file says to mirror its pictures where they are shown; the card is described as it is stored.";
     }
-    const std::string turned =
-        head.turnTag != 0 ? fmt::format("turned by {:.4g} degrees clockwise", head.turnTag) : std::string();
-    findings.notes.push_back(
-        {.id = "turned-where-shown",
-         .part = CheckPart::Picture,
-         .text = fmt::format(
-             "The file says that its pictures are to be {}{}{} where they are shown. The card is described as "
-             "it is stored.",
-             turned, !turned.empty() && isMirrored ? " and " : "", isMirrored ? "mirrored" : "")});
+    if (isMirrored) {
+        return fmt::format(
+            "The file says to turn its pictures by {:.4g} degrees clockwise and to mirror them where they "
+            "are shown; the card is described as it is stored.",
+            clockwise);
+    }
+    return fmt::format(
+        "The file says to turn its pictures by {:.4g} degrees clockwise where they are shown; the card is "
+        "described as it is stored.",
+        clockwise);
+}
+
+void TellTurn(const decoding::Frame& head, PictureFindings& findings) {
+    const auto clockwise = static_cast<double>(head.turnTag);
+    const bool isMirrored = (head.flags & decoding::kMirrorTag) != 0;
+    if (clockwise != 0 || isMirrored) {
+        findings.notes.push_back(
+            {.id = "turned-where-shown", .part = CheckPart::Picture, .text = TurnText(clockwise, isMirrored)});
+    }
 }
 
 // The shapes that a card has on a screen, width to height: HD's is 16:9 wide, SD's that or 4:3.
@@ -117,7 +125,7 @@ void DecidePlace(const PictureCase& known, bool isOtherMakers, PictureFindings& 
         const double off = std::hypot(place.x, place.y);
         findings.faults.push_back(MakePictureFault(
             "shifted", off, 0,
-            fmt::format("The card lies {:.1f} pixels to the {} and {:.1f} {} of its place.", std::abs(place.x),
+            fmt::format("The card lies {:.1f} pixels to the {} of its place and {:.1f} {} it.", std::abs(place.x),
                         place.x < 0 ? "left" : "right", std::abs(place.y), place.y < 0 ? "above" : "below")));
     } else if (gone > tolerance) {
         findings.faults.push_back(MakePictureFault(

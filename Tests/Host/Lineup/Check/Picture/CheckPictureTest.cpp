@@ -202,7 +202,7 @@ TEST(CheckPicture, NamesTogetherWhatPatchesCannotTellApart) {
     EXPECT_THAT(IdsOf(findings), ElementsAre("gain-wrong"));
     const auto note = std::ranges::find(findings.notes, "other-explanation", &lineup::CheckNote::id);
     ASSERT_NE(note, findings.notes.end());
-    EXPECT_THAT(note->text, testing::StartsWith("The patches can be explained as well so: white lies at 98."));
+    EXPECT_THAT(note->text, testing::StartsWith("Another explanation fits the patches as well: white lies at 98."));
     EXPECT_LT(*findings.picture->explanation->nextError - findings.picture->explanation->error, 0.2);
 }
 

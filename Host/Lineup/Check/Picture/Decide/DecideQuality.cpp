@@ -17,13 +17,20 @@ constexpr double kCoarserHalf = 3.6;   // pixels: of 4:4:4, which 4:2:2 may have
 constexpr double kShifted = 1.0;       // pixels: what is said of where colour lies is not always true
 constexpr double kShiftOfBlur = 0.35;  // of an edge of colour
 constexpr double kOwnScale = 1.15;
-constexpr double kRings = 5;    // % of an edge's step
-constexpr double kBlocks = 30;  // % of what changes inside of patches
+constexpr double kCoarselyCoded = 15;  // % of what changes inside of patches, that lies on a grid
+constexpr double kSmearedEdges = 1.2;  // times as wide as those of other recordings may be
+constexpr double kRings = 5;           // % of an edge's step
+constexpr double kBlocks = 30;         // % of what changes inside of patches
 
 // A card that was made larger is soft, and its colour coarse, for that reason.
 bool IsEnlarged(const PictureCase& known) {
     const Place& place = known.seen->geometry.place;
     return place.width > known.seen->head.width * kOwnScale || place.height > known.seen->head.height * kOwnScale;
+}
+
+// By a lossy codec that has left its blocks.
+bool IsCoarselyCoded(const PictureCase& known) {
+    return (known.facts->flags & decoding::kLossy) != 0 && known.seen->blocking.value_or(0) > kCoarselyCoded;
 }
 
 // Bits that would do for as many steps as the ramp has. What a lossy codec leaves of it says nothing.
@@ -57,7 +64,8 @@ void DecideSoftness(const PictureCase& known, PictureFindings& findings) {
     const double across = known.seen->softAcross.value_or(0);
     const double down = known.seen->softDown.value_or(0);
     const double widest = std::max(across, down);
-    if (widest > ToleranceOf(*known.settings, "softness") && !IsEnlarged(known)) {
+    const double most = ToleranceOf(*known.settings, "softness") * (IsCoarselyCoded(known) ? kSmearedEdges : 1);
+    if (widest > most && !IsEnlarged(known)) {
         findings.faults.push_back(MakePictureFault(
             "soft", widest, 1, fmt::format("Edges are {:.1f} pixels wide across and {:.1f} down.", across, down)));
     }
@@ -96,7 +104,7 @@ void DecideChroma(const PictureCase& known, PictureFindings& findings) {
     }
 }
 
-// What codecs and scalers do as a matter of course is no fault.
+// What codecs and scalers always do is told, and is not a fault.
 void TellCoding(const PictureCase& known, PictureFindings& findings) {
     const Examination& seen = *known.seen;
     findings.picture->quality = {.edgeAcross = seen.softAcross,

@@ -82,11 +82,12 @@ inline DecodedPicture Window(const DecodedPicture& from, int left, int top, int 
     return picture;
 }
 
-inline PictureFindings Examine(const std::vector<DecodedPicture>& frames, const std::string& card = "auto") {
+inline PictureFindings Examine(const std::vector<DecodedPicture>& frames, const std::string& card = "auto",
+                               std::uint32_t losses = lineup::decoding::kLossless) {
     lineup::CheckSettings settings;
     settings.card = card;
     lineup::picture::PictureExaminer examiner(TheClip(), settings);
-    examiner.OnFacts({.frameRate = 25, .flags = lineup::decoding::kLossless, .isStill = 0, .codec = {}});
+    examiner.OnFacts({.frameRate = 25, .flags = losses, .isStill = 0, .codec = {}});
     double seconds = 0;
     for (DecodedPicture frame : frames) {
         frame.head.seconds = seconds;

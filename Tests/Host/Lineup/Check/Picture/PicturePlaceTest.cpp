@@ -305,26 +305,38 @@ TEST(PicturePlace, MeasuresHowFarEdgesRing) {
     EXPECT_THAT(NotesOf(findings), ElementsAre("ringing"));
 }
 
-// Blocks of 8 by 8 that differ by a code or two inside of patches, and noise that does not keep to a grid.
+// Squares of so many pixels that differ by a code or two.
+DecodedPicture InBlocks(const DecodedPicture& from, std::size_t side) {
+    DecodedPicture picture = from;
+    for (std::size_t y = 0; y < test::kHeight; ++y) {
+        for (std::size_t x = 0; x < test::kWidth; ++x) {
+            const std::size_t cell = (x / side * 2654435761U) ^ (y / side * 40503U);
+            auto& code = picture.planes[0][y * test::kWidth + x];
+            code = static_cast<std::uint16_t>(code + (cell >> 5U) % 7);
+        }
+    }
+    return picture;
+}
+
+// And noise, which does not keep to a grid.
 TEST(PicturePlace, MeasuresWhatLiesOnTheGridOfACodec) {
     const DecodedPicture card = Frame();
-    const auto disturbed = [&card](int block) {
-        DecodedPicture picture = card;
-        for (std::size_t y = 0; y < test::kHeight; ++y) {
-            for (std::size_t x = 0; x < test::kWidth; ++x) {
-                const auto side = static_cast<std::size_t>(block);
-                const std::size_t cell = (x / side * 2654435761U) ^ (y / side * 40503U);
-                auto& code = picture.planes[0][y * test::kWidth + x];
-                code = static_cast<std::uint16_t>(code + (cell >> 5U) % 7);
-            }
-        }
-        return picture;
-    };
     EXPECT_NEAR(*Examine({card}).picture->quality.blocking, 0, 0.1);
-    const PictureFindings blocks = Examine({disturbed(8)});
+    const PictureFindings blocks = Examine({InBlocks(card, 8)});
     EXPECT_NEAR(*blocks.picture->quality.blocking, 100, 1);
     EXPECT_THAT(NotesOf(blocks), ElementsAre("blocking"));
-    EXPECT_LT(*Examine({disturbed(1)}).picture->quality.blocking, 10);
+    EXPECT_LT(*Examine({InBlocks(card, 1)}).picture->quality.blocking, 10);
+}
+
+// Each filter of a quarter, a half and a quarter leaves less of an edge's steepness: 1/2, 6/16, 20/64.
+TEST(PicturePlace, EdgesMayBeWiderBehindACodecThatHasLeftItsBlocks) {
+    using lineup::decoding::kLossless;
+    using lineup::decoding::kLossy;
+    const DecodedPicture twice = Filtered(Filtered(Frame(), 0.25), 0.25);
+    EXPECT_THAT(IdsOf(Examine({InBlocks(twice, 8)}, "auto", kLossy)), IsEmpty());
+    EXPECT_THAT(IdsOf(Examine({InBlocks(twice, 8)}, "auto", kLossless)), ElementsAre("soft"));
+    EXPECT_THAT(IdsOf(Examine({twice}, "auto", kLossy)), ElementsAre("soft"));
+    EXPECT_THAT(IdsOf(Examine({InBlocks(Filtered(twice, 0.25), 8)}, "auto", kLossy)), ElementsAre("soft"));
 }
 
 TEST(PicturePlace, TheShapeOfAPixelThatAFileNamesMaySqueezeTheCard) {

@@ -69,7 +69,7 @@ Candidates CodecNames(std::span<const Codec> codecs, const Line& line,
     return names;
 }
 
-// A stream is no file.
+// All of them: a stream has no file format that would leave some out.
 template <class Codec>
 Candidates StreamCodecNames(std::span<const Codec> codecs) {
     Candidates names;

@@ -31,7 +31,7 @@ public:
 
     void Add(const DecodedPicture& picture);
 
-    /// How a frame differs from the reference; empty where it is alike, or there is none.
+    /// How a frame differs from the reference; empty where it does not, or without a reference.
     [[nodiscard]] std::optional<Change> Differs(const DecodedPicture& picture) const;
 
     [[nodiscard]] int Frames() const noexcept { return mFrames; }

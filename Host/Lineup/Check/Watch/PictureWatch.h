@@ -44,7 +44,7 @@ public:
     /// Adds what the pictures say of a cycle of the sound.
     void AddTo(WatchedCycle& cycle) const;
 
-    /// Tells cycles: there is no sound that has any.
+    /// Tells cycles, in place of a sound that has them.
     void TellCycles() { mTellsCycles = true; }
 
     /// The feed has ended.

@@ -29,7 +29,7 @@ bool IsSound(const AVStream& stream) {
            parameters.sample_rate > 0 && parameters.sample_rate <= static_cast<int>(kHighestRate);
 }
 
-// The first track of pictures that is no cover of an album.
+// The first track of pictures, covers of albums aside.
 int FindPictures(const AVFormatContext& format) {
     for (unsigned index = 0; index < format.nb_streams; ++index) {
         const AVStream& stream = *format.streams[index];

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kMostlyTone = 0.7;   // of what is heard
 constexpr double kSoundsAgain = 0.5;  // of the tone: gain that follows the sound may have moved it
-constexpr double kLeastOfDip = 0.4;   // of the tone: softer is no dip of the gain
+constexpr double kLeastOfDip = 0.4;   // of the tone: below that it is not the gain that dips
 constexpr double kMostOfDip = 2.5;
 constexpr double kLeftOfDip = 0.3;  // of what departs from the tone: the rest is the tone itself, louder or softer
 

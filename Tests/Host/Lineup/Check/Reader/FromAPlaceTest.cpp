@@ -1,7 +1,6 @@
 // Recordings that are read from a place on.
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
-#include "Tests/Support/RunProgram.h"
-#include "Tests/Support/TestFolder.h"
+#include "Tests/Host/Lineup/Check/Reader/MadeRecordings.h"
 
 #include <gtest/gtest.h>
 
@@ -44,19 +43,14 @@ private:
     double mSeconds;
 };
 
-class FromAPlace : public test::TestFolder {
+class FromAPlace : public test::MadeRecordings {
 protected:
     // Moving pictures, every one of which tells its number, in groups of 2 s with pictures that need later ones, and
     // sound that begins later.
-    std::string Make(const std::string& file, const std::string& codecs) {
-        const std::string path = (Folder() / file).string();
-        const auto result = test::RunProgram(
-            "ffmpeg -v error -nostdin -y -f lavfi -i testsrc2=s=96x64:r=25 -itsoffset "
-            "0.2 -f lavfi -i \"aevalsrc=t/32:s=8000\" -t 5 " +
-                codecs + " '" + path + "'",
-            Folder());
-        EXPECT_EQ(result.exitCode, 0) << result.err;
-        return path;
+    std::string Film(const std::string& file, const std::string& codecs) {
+        return Make(
+            "-f lavfi -i testsrc2=s=96x64:r=25 -itsoffset 0.2 -f lavfi -i \"aevalsrc=t/32:s=8000\" -t 5 " + codecs,
+            file);
     }
 
     static Seen PictureAt(const std::string& file, double seconds, std::optional<double> from) {
@@ -71,8 +65,8 @@ protected:
 };
 
 TEST_F(FromAPlace, ThePictureIsTheOneThatIsThereWhenAllIsRead) {
-    for (const auto& file : {Make("groups.mkv", "-g 50 -bf 2 -c:v libx264 -c:a pcm_s16le"),
-                             Make("groups.ts", "-g 50 -bf 2 -c:v mpeg2video -c:a mp2")}) {
+    for (const auto& file : {Film("groups.mkv", "-g 50 -bf 2 -c:v libx264 -c:a pcm_s16le"),
+                             Film("groups.ts", "-g 50 -bf 2 -c:v mpeg2video -c:a mp2")}) {
         for (const double seconds : {0.0, 1.02, 2.9, 4.9}) {
             const Seen whole = PictureAt(file, seconds, {});
             const Seen near = PictureAt(file, seconds, seconds);
@@ -86,7 +80,7 @@ TEST_F(FromAPlace, ThePictureIsTheOneThatIsThereWhenAllIsRead) {
 
 // Each sample says its time.
 TEST_F(FromAPlace, TheSoundStandsWhereItStandsWhenAllIsRead) {
-    const std::string file = Make("sound.mov", "-c:v mjpeg -c:a pcm_s24le");
+    const std::string file = Film("sound.mov", "-c:v mjpeg -c:a pcm_s24le");
     lineup::DecoderSettings settings;
     settings.from = 3.3;
     const auto reader = RecordingReader::Open(file, settings);

@@ -1,6 +1,6 @@
 // What is no recording, or no longer a whole one.
+#include "Tests/Host/Lineup/Check/Reader/MadeRecordings.h"
 #include "Tests/Support/RunProgram.h"
-#include "Tests/Support/TestFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,15 +15,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-class OddRecordings : public test::TestFolder {
+class OddRecordings : public test::MadeRecordings {
 protected:
-    std::string Make(const std::string& arguments, const std::string& file) {
-        const std::string path = (Folder() / file).string();
-        const auto result = test::RunProgram("ffmpeg -v error -nostdin -y " + arguments + " '" + path + "'", Folder());
-        EXPECT_EQ(result.exitCode, 0) << result.err;
-        return path;
-    }
-
     std::string Write(const std::string& name, const std::string& bytes) {
         test::WriteFile(Folder() / name, bytes);
         return (Folder() / name).string();

@@ -1,6 +1,6 @@
 // Recordings that other programs made: what is read of them.
+#include "Tests/Host/Lineup/Check/Reader/MadeRecordings.h"
 #include "Tests/Support/RunProgram.h"
-#include "Tests/Support/TestFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,16 +18,8 @@ using testing::StartsWith;
 // The facts that read_recording prints, by their first word.
 using Facts = std::map<std::string, std::string>;
 
-class Recordings : public test::TestFolder {
+class Recordings : public test::MadeRecordings {
 protected:
-    // Runs ffmpeg with `arguments`, of which the last names a file in the test's folder.
-    std::string Make(const std::string& arguments, const std::string& file) {
-        const std::string path = (Folder() / file).string();
-        const auto result = test::RunProgram("ffmpeg -v error -nostdin -y " + arguments + " '" + path + "'", Folder());
-        EXPECT_EQ(result.exitCode, 0) << result.err;
-        return path;
-    }
-
     Facts Read(const std::string& recording) { return Run(TEST_READ_RECORDING " '" + recording + "'"); }
 
     Facts Shell(const std::string& script) { return Run("sh -c '" + script + "'"); }

@@ -2,8 +2,7 @@
 #include <lineup/Error.h>
 #include <lineup/Exporter.h>
 #include "Host/Lineup/Check/Reader/RecordingReader.h"
-#include "Tests/Support/RunProgram.h"
-#include "Tests/Support/TestFolder.h"
+#include "Tests/Host/Lineup/Check/Reader/MadeRecordings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -74,15 +73,11 @@ void WaitForTheEnd(int connection) {
     }
 }
 
-class Streams : public test::TestFolder {
+class Streams : public test::MadeRecordings {
 protected:
     // Two seconds of a tone as a transport stream, which may begin and end anywhere.
-    [[nodiscard]] std::string Stream() const {
-        const std::string file = (Folder() / "tone.ts").string();
-        const auto result = test::RunProgram(
-            "ffmpeg -v error -nostdin -f lavfi -i sine=1000:d=2:r=48000 -c:a mp2 '" + file + "'", Folder());
-        EXPECT_EQ(result.exitCode, 0) << result.err;
-        return test::ReadFile(file);
+    [[nodiscard]] std::string Stream() {
+        return test::ReadFile(Make("-f lavfi -i sine=1000:d=2:r=48000 -c:a mp2", "tone.ts"));
     }
 
     [[nodiscard]] std::filesystem::path Socket() const { return Folder() / "s"; }

@@ -1,6 +1,8 @@
 #include <lineup/Clip.h>
 #include <lineup/Importer.h>
+#include "Benchmarks/Race.h"
 #include "Host/Lineup/Check/Picture/CheckPicture.h"
+#include "Host/Lineup/Check/Picture/Measure/PlaneSums.h"
 #include "Host/Lineup/Picture/FloatPicture.h"
 
 #include <benchmark/benchmark.h>
@@ -74,6 +76,28 @@ BENCHMARK(CheckStill)
     ->Args({3840, 2160, 0})
     ->MeasureProcessCPUTime()
     ->Unit(benchmark::kMillisecond);
+
+// Sums over luma of a card of UHD, of codes at once and value by value.
+void SumPlane(benchmark::State& state) {
+    constexpr int kWidth = 3840;
+    constexpr int kHeight = 2160;
+    static const lineup::DecodedPicture picture = Still(kWidth, kHeight);
+    lineup::picture::Plane plane;
+    plane.width = kWidth;
+    plane.height = kHeight;
+    plane.scale = 1.0F / (1U << (kBits - 8));
+    plane.codes = picture.planes[0];
+    const lineup::picture::Area all{0, 0, kWidth, kHeight};
+    lineup::picture::GridChanges changes{};
+    if (state.range(0) != 0) {
+        bench::Race(state, 1, [&] { AddChanges(plane, all, true, changes); },
+                    {{"plain", [&] { AddPlainChanges(plane, all, true, changes); }}});
+    } else {
+        bench::Race(state, 1, [&] { benchmark::DoNotOptimize(SumsIn(plane, all)); },
+                    {{"plain", [&] { benchmark::DoNotOptimize(PlainSumsIn(plane, all)); }}});
+    }
+}
+BENCHMARK(SumPlane)->ArgName("changes")->Arg(0)->Arg(1)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -31,9 +31,9 @@ struct Band {
 constexpr int kFewestSteps = 8;  // of a ramp
 
 // A line's Y', Cb and Cr.
-class Line {
+class CardLine {
 public:
-    explicit Line(const DrawnPicture& picture) {
+    explicit CardLine(const DrawnPicture& picture) {
         std::ranges::for_each(mPlanes, [&](auto& plane) { plane.resize(static_cast<std::size_t>(picture.Width())); });
     }
 
@@ -58,7 +58,7 @@ private:
     std::array<std::vector<float>, DrawnPicture::kPlanes> mPlanes;
 };
 
-std::vector<Run> PlainRuns(const Line& line) {
+std::vector<Run> PlainRuns(const CardLine& line) {
     std::vector<Run> runs;
     for (int x = 0; x < line.Width(); ++x) {
         if (x > 0 && line.AreAlike(x, x - 1)) {
@@ -71,7 +71,7 @@ std::vector<Run> PlainRuns(const Line& line) {
 }
 
 // Many short runs one after the other are a ramp.
-std::vector<Run> RunsOf(const Line& line) {
+std::vector<Run> RunsOf(const CardLine& line) {
     const int mostShort = std::max(2, line.Width() / 100);
     const std::vector<Run> plain = PlainRuns(line);
     std::vector<Run> runs;
@@ -93,7 +93,7 @@ std::vector<Run> RunsOf(const Line& line) {
 
 std::vector<Band> BandsOf(const DrawnPicture& picture) {
     std::vector<Band> bands;
-    Line read(picture);
+    CardLine read(picture);
     for (int line = 0; line < picture.Height(); ++line) {
         if (line > 0 && picture.AreAlike(line, line - 1)) {
             bands.back().end = line + 1;

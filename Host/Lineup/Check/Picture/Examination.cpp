@@ -1,6 +1,7 @@
 #include "Host/Lineup/Check/Picture/Examination.h"
 
 #include "Host/Lineup/Check/Picture/Measure/Coding.h"
+#include "Host/Lineup/Check/Picture/Median.h"
 
 #include <algorithm>
 
@@ -20,9 +21,7 @@ double MedianNoise(const std::vector<MeasuredPatch>& patches) {
     for (const MeasuredPatch& patch : patches) {
         noises.push_back(patch.noise);
     }
-    const auto middle = noises.begin() + static_cast<std::ptrdiff_t>(noises.size() / 2);
-    std::ranges::nth_element(noises, middle);
-    return *middle;
+    return UpperMedian(noises);
 }
 
 }  // namespace

@@ -37,27 +37,21 @@ Raster MakeRaster(const DecodedPicture& picture) {
         plane.width = (raster.width + plane.stepX - 1) / plane.stepX;
         plane.height = (raster.height + plane.stepY - 1) / plane.stepY;
         PlaceChroma(head, plane);
-        plane.values.resize(picture.planes.at(p).size());
-        std::ranges::transform(picture.planes.at(p), plane.values.begin(),
-                               [scale](std::uint16_t code) { return static_cast<float>(code) * scale; });
-        raster.planes.push_back(std::move(plane));
+        plane.scale = scale;
+        plane.codes = picture.planes.at(p);
+        raster.planes.push_back(plane);
     }
     return raster;
 }
 
-Raster MakeSmall(const Raster& raster, int most) {
+SmallRaster MakeSmall(const Raster& raster, int most) {
     const int step = std::max(1, (std::max(raster.width, raster.height) + most - 1) / most);
-    Raster small{.width = std::max(1, raster.width / step),
-                 .height = std::max(1, raster.height / step),
-                 .bits = raster.bits,
-                 .isRgb = raster.isRgb,
-                 .planes = {}};
-    for (std::size_t p = 0; p < 3; ++p) {
+    SmallRaster small{
+        .width = std::max(1, raster.width / step), .height = std::max(1, raster.height / step), .planes = {}};
+    for (std::size_t p = 0; p < small.planes.size(); ++p) {
         const Plane& from = raster.PlaneOf(p);
-        Plane plane;
-        plane.width = small.width;
-        plane.height = small.height;
-        plane.values.resize(static_cast<std::size_t>(small.width) * static_cast<std::size_t>(small.height));
+        std::vector<float>& values = small.planes.at(p);
+        values.reserve(static_cast<std::size_t>(small.width) * static_cast<std::size_t>(small.height));
         for (int y = 0; y < small.height; ++y) {
             const int top = std::min(y * step / from.stepY, from.height - 1);
             const int bottom = std::clamp((y + 1) * step / from.stepY, top + 1, from.height);
@@ -70,11 +64,9 @@ Raster MakeSmall(const Raster& raster, int most) {
                         sum += from.At(column, line);
                     }
                 }
-                plane.values[static_cast<std::size_t>(y) * static_cast<std::size_t>(small.width) +
-                             static_cast<std::size_t>(x)] = sum / static_cast<float>((bottom - top) * (right - left));
+                values.push_back(sum / static_cast<float>((bottom - top) * (right - left)));
             }
         }
-        small.planes.push_back(std::move(plane));
     }
     return small;
 }

@@ -5,11 +5,13 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 namespace lineup::picture {
 
-/// A plane of 8-bit codes with fractions, and where it lies on the grid of the first plane: value (x, y) stands at
+/// A plane of a frame, and where it lies on the grid of the first plane: value (x, y) stands at
 /// (x * stepX + offsetX, y * stepY + offsetY), in pixels from the middle of the picture's first one.
 struct Plane {
     int width = 0;
@@ -18,14 +20,19 @@ struct Plane {
     int stepY = 1;
     double offsetX = 0;
     double offsetY = 0;
-    std::vector<float> values;
+    float scale = 1;  ///< from the file's codes to 8-bit ones with fractions
+    std::span<const std::uint16_t> codes;
+
+    /// An 8-bit code with fractions.
+    [[nodiscard]] float Value(std::uint16_t code) const { return static_cast<float>(code) * scale; }
 
     [[nodiscard]] float At(int x, int y) const {
-        return values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+        return Value(
+            codes[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)]);
     }
 };
 
-/// A frame to measure in.
+/// A frame to measure in, whose codes are those of the picture that it was made of.
 struct Raster {
     int width = 0;
     int height = 0;
@@ -39,9 +46,22 @@ struct Raster {
     }
 };
 
+/// `picture` must outlive it.
 [[nodiscard]] Raster MakeRaster(const DecodedPicture& picture);
 
-/// The same, made smaller by whole pixels until it is no wider than `most`: all planes of one size.
-[[nodiscard]] Raster MakeSmall(const Raster& raster, int most);
+/// A frame to search in: three planes of one size, 8-bit codes with fractions.
+struct SmallRaster {
+    int width = 0;
+    int height = 0;
+    std::array<std::vector<float>, 3> planes;
+
+    [[nodiscard]] float At(std::size_t plane, int x, int y) const {
+        return planes[plane]
+                     [static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+    }
+};
+
+/// The means of squares of whole pixels, of a size that makes it no wider and no higher than `most`.
+[[nodiscard]] SmallRaster MakeSmall(const Raster& raster, int most);
 
 }  // namespace lineup::picture

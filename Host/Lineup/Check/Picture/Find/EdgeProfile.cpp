@@ -7,7 +7,7 @@ namespace lineup::picture {
 
 namespace {
 
-constexpr double kStrongest = 60;  // codes: a stronger edge is no better one
+constexpr double kStrongest = 60;  // codes: stronger edges count no more
 constexpr double kShortest = 0.2;  // of the frame
 constexpr double kLongest = 2.6;
 constexpr double kScaleStep = 1.004;
@@ -18,7 +18,7 @@ struct Tooth {
 };
 
 // How much changes at each pixel's left or upper edge, over the whole line or column.
-std::vector<double> Profile(const Raster& small, bool upright) {
+std::vector<double> Profile(const SmallRaster& small, bool upright) {
     const int across = upright ? small.width : small.height;
     const int along = upright ? small.height : small.width;
     std::vector<double> raw(static_cast<std::size_t>(across) + 1, 0);
@@ -26,9 +26,9 @@ std::vector<double> Profile(const Raster& small, bool upright) {
         double sum = 0;
         for (int l = 0; l < along; ++l) {
             double change = 0;
-            for (const Plane& plane : small.planes) {
-                change += std::abs(static_cast<double>(upright ? plane.At(a, l) - plane.At(a - 1, l)
-                                                               : plane.At(l, a) - plane.At(l, a - 1)));
+            for (std::size_t p = 0; p < small.planes.size(); ++p) {
+                change += std::abs(static_cast<double>(upright ? small.At(p, a, l) - small.At(p, a - 1, l)
+                                                               : small.At(p, l, a) - small.At(p, l, a - 1)));
             }
             sum += std::min(change, kStrongest);
         }
@@ -109,7 +109,7 @@ void Keep(std::vector<Span>& best, const Span& span, std::size_t most) {
 
 }  // namespace
 
-std::vector<Span> LikelySpans(const Raster& small, const CardModel& model, bool upright, std::size_t most) {
+std::vector<Span> LikelySpans(const SmallRaster& small, const CardModel& model, bool upright, std::size_t most) {
     const std::vector<double> profile = Profile(small, upright);
     const double side = upright ? small.width : small.height;
     std::vector<Span> best;

@@ -17,7 +17,7 @@ struct Span {
 
 /// The spans, the likeliest first, at which the card's edges across an axis fall on edges of the picture. `upright`:
 /// along the width.
-[[nodiscard]] std::vector<Span> LikelySpans(const Raster& small, const CardModel& model, bool upright,
+[[nodiscard]] std::vector<Span> LikelySpans(const SmallRaster& small, const CardModel& model, bool upright,
                                             std::size_t most);
 
 }  // namespace lineup::picture

@@ -36,7 +36,7 @@ private:
     void Try(const CardModel& model, const Place& place, FoundCard& best) const;
     [[nodiscard]] std::optional<FoundCard> Scaled(FoundCard best) const;
 
-    Raster mSmall;
+    SmallRaster mSmall;
     double mScale;
 };
 

@@ -1,6 +1,7 @@
 #include "Host/Lineup/Check/Picture/Find/PatchFit.h"
 
 #include "Host/Lineup/Check/Picture/LeastSquares.h"
+#include "Host/Lineup/Check/Picture/Median.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,7 @@ constexpr double kMiddle = 0.6;
 constexpr int kFewestPatches = 8;
 
 // The median of pixels on a grid in the middle of a patch, for each plane.
-std::optional<Triple> Glance(const Raster& small, const Box& box) {
+std::optional<Triple> Glance(const SmallRaster& small, const Box& box) {
     std::array<std::vector<double>, 3> seen;
     for (int row = 0; row < kGrid; ++row) {
         for (int column = 0; column < kGrid; ++column) {
@@ -30,7 +31,7 @@ std::optional<Triple> Glance(const Raster& small, const Box& box) {
                 continue;
             }
             for (std::size_t p = 0; p < 3; ++p) {
-                seen.at(p).push_back(static_cast<double>(small.planes[p].At(x, y)));
+                seen.at(p).push_back(static_cast<double>(small.At(p, x, y)));
             }
         }
     }
@@ -38,17 +39,13 @@ std::optional<Triple> Glance(const Raster& small, const Box& box) {
         return std::nullopt;
     }
     Triple median{};
-    for (std::size_t p = 0; p < 3; ++p) {
-        const auto middle = seen.at(p).begin() + static_cast<std::ptrdiff_t>(seen.at(p).size() / 2);
-        std::ranges::nth_element(seen.at(p), middle);
-        median.at(p) = *middle;
-    }
+    std::ranges::transform(seen, median.begin(), [](std::vector<double>& of) { return UpperMedian(of); });
     return median;
 }
 
 }  // namespace
 
-PatchFit FitPatches(const Raster& small, const CardModel& model, const Place& place) {
+PatchFit FitPatches(const SmallRaster& small, const CardModel& model, const Place& place) {
     std::vector<Triple> sent;
     std::vector<Triple> found;
     Triple mean{};

@@ -14,6 +14,6 @@ struct PatchFit {
 };
 
 /// Looks at a few pixels in the middle of each patch.
-[[nodiscard]] PatchFit FitPatches(const Raster& small, const CardModel& model, const Place& place);
+[[nodiscard]] PatchFit FitPatches(const SmallRaster& small, const CardModel& model, const Place& place);
 
 }  // namespace lineup::picture

@@ -57,13 +57,14 @@ std::optional<Section> Cut(const Plane& plane, bool upright, double at, double r
     const auto left = static_cast<std::size_t>(upright ? first : top);
     const auto right = static_cast<std::size_t>(upright ? last + 1 : bottom);
     for (int y = firstLine; y < endLine; ++y) {
-        const std::span line =
-            std::span(plane.values).subspan(static_cast<std::size_t>(y) * width + left, right - left);
+        const auto line = plane.codes.subspan(static_cast<std::size_t>(y) * width + left, right - left);
+        const auto plus = [&plane](double sum, std::uint16_t code) {
+            return sum + static_cast<double>(plane.Value(code));
+        };
         if (upright) {
-            std::ranges::transform(line, section.values, section.values.begin(),
-                                   [](float value, double sum) { return sum + static_cast<double>(value); });
+            std::ranges::transform(section.values, line, section.values.begin(), plus);
         } else {
-            section.values[static_cast<std::size_t>(y - first)] = std::accumulate(line.begin(), line.end(), 0.0);
+            section.values[static_cast<std::size_t>(y - first)] = std::accumulate(line.begin(), line.end(), 0.0, plus);
         }
     }
     std::ranges::for_each(section.values, [&](double& value) { value /= bottom - top; });

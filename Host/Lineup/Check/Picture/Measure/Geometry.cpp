@@ -1,6 +1,7 @@
 #include "Host/Lineup/Check/Picture/Measure/Geometry.h"
 
 #include "Host/Lineup/Check/Picture/Measure/Edges.h"
+#include "Host/Lineup/Check/Picture/Median.h"
 
 #include <algorithm>
 #include <cmath>
@@ -94,8 +95,7 @@ std::optional<Line> FitMost(std::vector<Mark>& marks, const Fitted& fit) {
             off.push_back(std::abs(mark.found - line->start - mark.sent * line->length));
         }
         std::vector<double> sorted = off;
-        std::ranges::nth_element(sorted, sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2));
-        const double most = std::max(kOutlier, 4 * sorted[sorted.size() / 2]);
+        const double most = std::max(kOutlier, 4 * UpperMedian(sorted));
         std::vector<Mark> kept;
         for (std::size_t i = 0; i < marks.size(); ++i) {
             if (off[i] <= most) {

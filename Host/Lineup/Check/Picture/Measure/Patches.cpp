@@ -1,5 +1,8 @@
 #include "Host/Lineup/Check/Picture/Measure/Patches.h"
 
+#include "Host/Lineup/Check/Picture/Measure/PlaneSums.h"
+#include "Host/Lineup/Check/Picture/Median.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -11,13 +14,6 @@ namespace {
 constexpr int kCells = 7;        // along each side
 constexpr double kMargin = 0.2;  // of a side, that is left out
 constexpr double kEdge = 2.5;    // values of a plane, that are left out at least
-
-struct Area {
-    int left;
-    int top;
-    int right;
-    int bottom;
-};
 
 std::optional<Area> AreaIn(const Plane& plane, const Box& box) {
     const auto range = [](double first, double end, double step, double offset, int count) {
@@ -32,12 +28,6 @@ std::optional<Area> AreaIn(const Plane& plane, const Box& box) {
         return std::nullopt;
     }
     return Area{left, top, right, bottom};
-}
-
-double Median(std::vector<double>& values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    return *middle;
 }
 
 struct CellsOf {
@@ -55,23 +45,15 @@ CellsOf MeasureCells(const Plane& plane, const Area& area) {
             const int right = area.left + (area.right - area.left) * (column + 1) / kCells;
             const int top = area.top + (area.bottom - area.top) * row / kCells;
             const int bottom = area.top + (area.bottom - area.top) * (row + 1) / kCells;
-            double sum = 0;
-            double squares = 0;
             const double count = static_cast<double>(right - left) * (bottom - top);
-            for (int y = top; y < bottom; ++y) {
-                for (int x = left; x < right; ++x) {
-                    const auto value = static_cast<double>(plane.At(x, y));
-                    sum += value;
-                    squares += value * value;
-                }
-            }
             if (count > 0) {
+                const auto [sum, squares] = SumsIn(plane, {left, top, right, bottom});
                 means.push_back(sum / count);
                 noises.push_back(std::sqrt(std::max(0.0, squares / count - sum / count * sum / count)));
             }
         }
     }
-    CellsOf cells{.mean = Median(means), .noise = Median(noises), .uneven = 0};
+    CellsOf cells{.mean = UpperMedian(means), .noise = UpperMedian(noises), .uneven = 0};
     double squares = 0;
     for (const double mean : means) {
         squares += (mean - cells.mean) * (mean - cells.mean);

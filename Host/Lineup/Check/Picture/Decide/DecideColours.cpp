@@ -32,13 +32,20 @@ bool IsOdd(const CardPatch& patch) {
     return patch.name.starts_with("-I") || patch.name.starts_with("+Q");
 }
 
+// A card that was cut keeps the matrix of the size in which it was sent.
+int LinesSent(const Examination& seen) {
+    const auto lines = static_cast<int>(seen.head.height);
+    const bool isAsSent = seen.geometry.place.height == seen.model->height;
+    return isAsSent ? std::max(lines, seen.model->height) : lines;
+}
+
 class Colours {
 public:
     Colours(const PictureCase& known, PictureFindings& findings)
         : mKnown(&known),
           mFindings(&findings),
           mReport(&*findings.picture),
-          mDue(mReport->height < kFewestHdLines ? "bt601" : "bt709") {
+          mDue(LinesSent(*known.seen) < kFewestHdLines ? "bt601" : "bt709") {
         mScale.isRgb = (known.seen->head.flags & decoding::kRgbFrame) != 0;
         mScale.isRangeFull = !mScale.isRgb && mReport->tags.range == "full";
         mScale.top = mScale.isRgb ? 255 : 256 - std::ldexp(1.0, 8 - mReport->bits);

@@ -178,6 +178,11 @@ TEST(CheckPicture, NamesACauseAndNotWhatAConverterRounds) {
                 ElementsAre("matrix-wrong", "gain-wrong"));
 }
 
+TEST(CheckPicture, ACardThatWasCutKeepsTheMatrixOfItsSize) {
+    const DecodedPicture card = Frame(ConvertedToBt709, lineup::Card::HD, 1280, 720);
+    EXPECT_THAT(IdsOf(Examine({test::Window(card, 0, 8, 1280, 704)})), ElementsAre("cropped"));
+}
+
 TEST(CheckPicture, NamesGainAndLiftAndWhatIsDoneToColoursTogether) {
     EXPECT_THAT(IdsOf(Examine({Frame([](Codes& c) { c[0] = 16 + 219 * 0.06 + (c[0] - 16) * 0.84; })})),
                 ElementsAre("gain-wrong", "lift-wrong"));

@@ -28,9 +28,9 @@ bool IsEnlarged(const PictureCase& known) {
     return place.width > known.seen->head.width * kOwnScale || place.height > known.seen->head.height * kOwnScale;
 }
 
-// By a lossy codec that has left its blocks.
+// By a codec that may lose something, as H.264 may or may not, and has left its blocks.
 bool IsCoarselyCoded(const PictureCase& known) {
-    return (known.facts->flags & decoding::kLossy) != 0 && known.seen->blocking.value_or(0) > kCoarselyCoded;
+    return (known.facts->flags & decoding::kLossless) == 0 && known.seen->blocking.value_or(0) > kCoarselyCoded;
 }
 
 // Bits that would do for as many steps as the ramp has. What a lossy codec leaves of it says nothing.

@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lineup {
 
@@ -34,6 +35,9 @@ inline constexpr const char* kNoCodec = "none";
 /// What to send, and where.
 struct SendSettings {
     std::string target;  ///< a URL, or a file's name
+
+    /// Where the same stream goes besides, each a URL or a file's name. It is encoded once for all.
+    std::vector<std::string> moreTargets;
 
     /// A pipe to write to instead of the target, which then only names it in errors. It stays open.
     std::optional<int> pipe;

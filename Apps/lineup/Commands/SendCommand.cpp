@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace cli {
 
@@ -34,7 +35,7 @@ struct SendOptions {
     CommonOptions common;
     PictureOptions picture;
     lineup::Scan scan = lineup::Scan::Progressive;
-    std::string target;
+    std::vector<std::string> targets;
     std::string frameRate = "25";
     std::string start = "0";
     std::optional<std::string> length;
@@ -130,8 +131,12 @@ std::optional<std::int64_t> SamplesToSend(const SendOptions& options, const line
 lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::Clip& clip) {
     lineup::SendSettings settings;
     const Size size = options.picture.ParsedSize();
-    settings.target = options.target;
-    if (options.target == kToStandardOutput) {
+    settings.target = options.targets.front();
+    settings.moreTargets.assign(options.targets.begin() + 1, options.targets.end());
+    if (std::ranges::count(settings.moreTargets, kToStandardOutput) > 0) {
+        throw lineup::UsageError("output", kToStandardOutput, "must be the first of several");
+    }
+    if (settings.target == kToStandardOutput) {
         if (isatty(STDOUT_FILENO) != 0) {
             throw lineup::UsageError("output", kToStandardOutput, "is a terminal here: send it into a pipe or a file");
         }
@@ -139,7 +144,7 @@ lineup::SendSettings MakeSendSettings(const SendOptions& options, const lineup::
         settings.pipe = STDOUT_FILENO;
     }
     settings.overwrite = options.overwrite;
-    settings.format = ParseStreamFormat(options.format, options.target);
+    settings.format = ParseStreamFormat(options.format, options.targets.front());
     if (options.packetMs) {
         constexpr double kMostMs = 1000;
         settings.packetUs = static_cast<int>(std::lround(std::clamp(*options.packetMs, 0.0, kMostMs) * 1000));
@@ -349,7 +354,9 @@ std::string SendHelp() {
 void AddSendCommand(CLI::App& app) {
     auto options = std::make_shared<SendOptions>();
     CLI::App* const command = app.add_subcommand("send", "Send a clip as a stream that keeps running");
-    command->add_option("TO", options->target, "Where to: a URL, a file, or - for standard output")->required();
+    command
+        ->add_option("TO", options->targets, "Where to: URLs, files, or - for standard output; all get the same stream")
+        ->required();
     AddPictureOptions(*command, options->picture);
     AddScanOption(*command, options->scan);
     AddSendTimeOptions(*command, *options);

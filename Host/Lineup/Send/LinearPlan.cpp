@@ -8,8 +8,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
+#include <ranges>
 #include <string>
+#include <vector>
 
 namespace lineup {
 inline namespace parts {
@@ -40,7 +43,8 @@ std::size_t LargestPayload(const std::string& target) {
 }  // namespace
 
 LinearPlan PlanLinear(const Clip& clip, const SendSettings& settings) {
-    if (settings.pipe || SchemeOf(settings.target) != "rtp") {
+    const std::vector<std::string> targets = TargetsOf(settings);
+    if (settings.pipe || !std::ranges::all_of(targets, [](const auto& target) { return SchemeOf(target) == "rtp"; })) {
         throw UsageError("format", "l24", "is for rtp:// alone");
     }
     constexpr std::int64_t kUsASecond = 1'000'000;
@@ -53,7 +57,7 @@ LinearPlan PlanLinear(const Clip& clip, const SendSettings& settings) {
     for (int copy = 0; copy < settings.copies; ++copy) {
         plan.channels.insert(plan.channels.end(), layout.fileOrder.begin(), layout.fileOrder.end());
     }
-    const std::size_t mostBytes = LargestPayload(settings.target);
+    const std::size_t mostBytes = std::ranges::min(targets | std::views::transform(LargestPayload));
     plan.sampleRateHz = CheckSampleRate({}, {}, clip.SampleRate());
     const std::int64_t scaled = std::int64_t{settings.packetUs} * plan.sampleRateHz;
     const auto bytes = static_cast<std::size_t>(scaled / kUsASecond) * plan.channels.size() * LinearCoder::kSampleBytes;

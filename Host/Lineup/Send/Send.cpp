@@ -5,14 +5,17 @@
 #include "Host/Lineup/Send/SendPlan.h"
 #include "Host/Lineup/Send/Senders.h"
 
+#include <algorithm>
+
 namespace lineup {
 
 namespace {
 
 // A network takes all that it is given, and loses most of it.
 void CheckTiming(const SendSettings& settings) {
-    const bool file = settings.pipe || SchemeOf(settings.target).empty();
-    if (settings.timing == SendTiming::Free && settings.clock == nullptr && !file) {
+    const auto isFile = [](const std::string& target) { return SchemeOf(target).empty(); };
+    const bool files = std::ranges::all_of(TargetsOf(settings), isFile);
+    if (settings.timing == SendTiming::Free && settings.clock == nullptr && !files) {
         throw UsageError("clock", "free", "is for a file or a pipe, which say when they are full");
     }
 }

@@ -37,9 +37,10 @@ Rational SlotRateOf(const Clip& clip, const SendSettings& settings, SendPlan& pl
 }  // namespace
 
 void CheckFlv(const SendSettings& settings) {
-    const std::string scheme = settings.pipe ? std::string() : SchemeOf(settings.target);
-    if (std::ranges::find(kFlvSchemes, scheme) == kFlvSchemes.end()) {
-        throw UsageError("format", "flv", "is for rtmp://, tcp://, a file or a pipe");
+    for (const std::string& target : TargetsOf(settings)) {
+        if (std::ranges::find(kFlvSchemes, SchemeOf(target)) == kFlvSchemes.end()) {
+            throw UsageError("format", "flv", "is for rtmp://, tcp://, a file or a pipe");
+        }
     }
     CheckFlvCodec("video-codec", settings.videoCodec, kFlvPictureCodec);
     CheckFlvCodec("audio-codec", settings.audioCodec, kFlvSoundCodec);

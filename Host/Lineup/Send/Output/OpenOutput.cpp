@@ -1,5 +1,6 @@
 #include <lineup/UsageError.h>
 #include "Host/Lineup/Send/MediaFunctions.h"
+#include "Host/Lineup/Send/Output/FanOutput.h"
 #include "Host/Lineup/Send/Output/FileOutput.h"
 #include "Host/Lineup/Send/Output/RtpOutput.h"
 #include "Host/Lineup/Send/Output/StreamOutput.h"
@@ -29,9 +30,7 @@ std::unique_ptr<StreamOutput> OpenConnection(const SendSettings& settings, const
     return connection;
 }
 
-}  // namespace
-
-std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, RtpPayload payload) {
+std::unique_ptr<StreamOutput> OpenPackets(const SendSettings& settings, RtpPayload payload) {
     const std::string scheme = settings.pipe ? std::string() : SchemeOf(settings.target);
     if (scheme.empty()) {
         return std::make_unique<FileOutput>(settings);
@@ -52,13 +51,40 @@ std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, RtpPayloa
                          : "must begin with udp://, rtp://, srt://, rist://, rtmp:// or tcp://, or be a file");
 }
 
-std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, const std::vector<std::uint8_t>& head) {
+std::unique_ptr<StreamOutput> OpenWithHead(const SendSettings& settings, const std::vector<std::uint8_t>& head) {
     if (!settings.pipe && !SchemeOf(settings.target).empty()) {
         return OpenConnection(settings, head);
     }
     auto file = std::make_unique<FileOutput>(settings);
     static_cast<void>(file->Write(head, {}));  // which throws where it cannot
     return file;
+}
+
+// What `open` opens for the target, and for each of the others beside it.
+template <class Open>
+std::unique_ptr<StreamOutput> OpenAll(const SendSettings& settings, const Open& open) {
+    if (settings.moreTargets.empty()) {
+        return open(settings);
+    }
+    std::vector<std::unique_ptr<StreamOutput>> outputs;
+    outputs.push_back(open(settings));
+    for (const std::string& target : settings.moreTargets) {
+        SendSettings other = settings;
+        other.target = target;
+        other.pipe.reset();
+        outputs.push_back(open(other));
+    }
+    return std::make_unique<FanOutput>(std::move(outputs));
+}
+
+}  // namespace
+
+std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, RtpPayload payload) {
+    return OpenAll(settings, [payload](const SendSettings& one) { return OpenPackets(one, payload); });
+}
+
+std::unique_ptr<StreamOutput> OpenOutput(const SendSettings& settings, const std::vector<std::uint8_t>& head) {
+    return OpenAll(settings, [&head](const SendSettings& one) { return OpenWithHead(one, head); });
 }
 
 }  // namespace parts

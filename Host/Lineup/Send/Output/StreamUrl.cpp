@@ -26,6 +26,12 @@ std::string SchemeOf(std::string_view text) {
     return isName ? std::string(scheme) : std::string();
 }
 
+std::vector<std::string> TargetsOf(const SendSettings& settings) {
+    std::vector<std::string> targets = {settings.pipe ? std::string() : settings.target};
+    targets.insert(targets.end(), settings.moreTargets.begin(), settings.moreTargets.end());
+    return targets;
+}
+
 StreamUrl ParseStreamUrl(const std::string& text) {
     StreamUrl url;
     url.scheme = SchemeOf(text);

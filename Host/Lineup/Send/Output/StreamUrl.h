@@ -1,10 +1,12 @@
 #pragma once
 
 #include <lineup/Api.h>
+#include <lineup/SendSettings.h>
 
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lineup {
 inline namespace parts {
@@ -22,6 +24,9 @@ struct StreamUrl {
 
 /// The scheme of a URL, or "" for a file's name.
 [[nodiscard]] LINEUP_API std::string SchemeOf(std::string_view text);
+
+/// Where a stream goes, the first target first; a pipe is "".
+[[nodiscard]] LINEUP_API std::vector<std::string> TargetsOf(const SendSettings& settings);
 
 }  // namespace parts
 }  // namespace lineup

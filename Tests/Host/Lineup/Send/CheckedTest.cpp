@@ -25,11 +25,15 @@ struct PathCase {
     lineup::StreamFormat format;
 };
 
-// RTMP needs a server between the two, which the check is not: FLV goes by a plain connection here.
 const PathCase kPathCases[] = {
     {"Srt", "srt://127.0.0.1:{}?mode=listener", "srt://127.0.0.1:{}", "/proc/net/udp",
      lineup::StreamFormat::TransportStream},
     {"Rist", "rist://@127.0.0.1:{}", "rist://127.0.0.1:{}", "/proc/net/udp", lineup::StreamFormat::TransportStream},
+    {"Udp", "udp://127.0.0.1:{}", "udp://127.0.0.1:{}", "/proc/net/udp", lineup::StreamFormat::TransportStream},
+    {"Rtp", "rtp://127.0.0.1:{}?buffer_size=4000000", "rtp://127.0.0.1:{}", "/proc/net/udp",
+     lineup::StreamFormat::TransportStream},
+    {"Rtmp", "rtmp://127.0.0.1:{}/live/tone?listen=1", "rtmp://127.0.0.1:{}/live/tone", "/proc/net/tcp",
+     lineup::StreamFormat::Flv},
     {"Flv", "tcp://127.0.0.1:{}?listen=1", "tcp://127.0.0.1:{}", "/proc/net/tcp", lineup::StreamFormat::Flv},
 };
 
@@ -50,7 +54,11 @@ TEST_P(Checked, IsFoundRightAtTheOtherEnd) {
         isChecked = true;
     });
     const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!test::SomebodyHas(port, row.sockets) && !isChecked && std::chrono::steady_clock::now() < patience) {
+    constexpr std::uint32_t kEveryAddress = 0;
+    const auto listens = [&] {
+        return test::SomebodyHas(port, row.sockets) || test::SomebodyHas(port, row.sockets, kEveryAddress);
+    };
+    while (!listens() && !isChecked && std::chrono::steady_clock::now() < patience) {
         std::this_thread::yield();
     }
     constexpr double kLongest = 100;  // seconds of clip time

@@ -232,19 +232,49 @@ TEST(Send, SoundsLikeTheClipAcrossTheSeamsOfItsEncoders) {
     }
 }
 
+// A receiver that has gone, and a file, between two that listen.
+TEST(Send, BringsTheSameToSeveral) {
+    const lineup::Clip clip = test::OpenClip(2);
+    const test::TemporaryFolder folder;
+    test::Loopback first;
+    test::Loopback last;
+    std::string gone;
+    { gone = test::Loopback().Address(); }
+    test::SimulatedClock clock;
+    clock.onWait = [&](std::int64_t) {
+        first.Drain();
+        last.Drain();
+    };
+    SendSettings settings = SmallStream("udp://" + first.Address(), &clock);
+    const std::string file = folder.Path() / "beside.ts";
+    settings.moreTargets = {"udp://" + gone, file, "rtp://" + last.Address()};
+    settings.samples = kRate / 2;
+    std::vector<std::string> notices;
+    settings.notice = [&notices](const std::string& text) { notices.push_back(text); };
+    const SendStatus status = Send(clip, settings);
+    first.Drain();
+    last.Drain();
+    EXPECT_EQ(static_cast<std::int64_t>(first.datagrams.size()), status.datagrams);
+    EXPECT_EQ(Joined(first.datagrams, 0), Joined(last.datagrams, 12));
+    EXPECT_EQ(Joined(first.datagrams, 0), test::ReadBytes(file));
+    EXPECT_GT(status.lostDatagrams, 0);
+    EXPECT_THAT(notices, testing::ElementsAre(HasSubstr(gone)));
+}
+
 std::size_t OpenFiles() {
     const std::filesystem::directory_iterator files("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
-// LINEUP_SEND_HOURS=24 has it run for a day of the stream's time.
+// LINEUP_SEND_HOURS=24 has it run for a day of the stream's time, and then with a sound whose frames are kept for nine
+// minutes until they are all there.
 TEST(Send, NeitherGrowsNorOpensAnythingAsItRuns) {
     const char* const text = std::getenv("LINEUP_SEND_HOURS");
     const double hours = text == nullptr ? 0.1 : std::strtod(text, nullptr);
-    const lineup::Clip clip = test::OpenClip(2);
+    const lineup::Clip clip = test::OpenClip(text == nullptr ? 2 : 6);
     test::SimulatedClock clock;
     SendSettings settings = SmallStream("/dev/null", &clock);
-    settings.audioCodec = "mp2";
+    settings.audioCodec = text == nullptr ? "mp2" : "aac";
     settings.samples = static_cast<std::int64_t>(hours * 3600 * kRate);
     std::size_t files = 0;
     std::size_t bytes = 0;
@@ -299,6 +329,13 @@ TEST(Send, RefusesWhatCannotBe) {
              settings.copies = 0;
          }},
         {"format", [](SendSettings& settings) { settings.format = lineup::StreamFormat::Linear24; }},
+        {"format",
+         [](SendSettings& settings) {
+             settings.format = lineup::StreamFormat::Linear24;
+             settings.target = "rtp://127.0.0.1:1";
+             settings.moreTargets = {"udp://127.0.0.1:1"};
+         }},
+        {"output", [](SendSettings& settings) { settings.moreTargets = {"ipx://127.0.0.1:1"}; }},
     };
     for (const RefusedCase& row : rows) {
         test::SimulatedClock clock;

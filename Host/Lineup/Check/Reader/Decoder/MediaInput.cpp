@@ -36,6 +36,16 @@ std::string WithComplaint(const std::string& text) {
     return complaint.empty() || complaint == text ? text : fmt::format("{} ({})", text, complaint);
 }
 
+// RTMP listens by an option beside its URL; the others have it in theirs, and so it is written for all.
+std::string WithoutListening(const std::string& url, AVDictionary*& options) {
+    constexpr std::string_view kListens = "?listen=1";
+    if (!url.starts_with("rtmp://") || !url.ends_with(kListens)) {
+        return url;
+    }
+    av_dict_set(&options, "listen", "1", 0);
+    return url.substr(0, url.size() - kListens.size());
+}
+
 }  // namespace
 
 MediaInput::MediaInput(InputKind kind, const std::string& name, std::chrono::milliseconds stall)
@@ -60,8 +70,9 @@ void MediaInput::PrepareDescriptor() {
 void MediaInput::Open(const std::string& name) {
     AVDictionary* options = nullptr;
     av_dict_set(&options, "protocol_whitelist", mKind == InputKind::Url ? kProtocols : "none", 0);
+    const std::string opens = mKind == InputKind::Url ? WithoutListening(name, options) : name;
     AVFormatContext* format = mFormat.release();  // which is freed when it cannot be opened
-    const int opened = avformat_open_input(&format, name.c_str(), nullptr, &options);
+    const int opened = avformat_open_input(&format, opens.c_str(), nullptr, &options);
     mFormat.reset(format);
     av_dict_free(&options);
     const int known = opened < 0 ? opened : avformat_find_stream_info(mFormat.get(), nullptr);

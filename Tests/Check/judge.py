@@ -62,7 +62,8 @@ def without_polarity(report, got, expected):
     """Takes those inputs from what is due of which the check says that their polarity cannot be known; the fault's name
     where there are such."""
     name = "polarity-inverted"
-    unknown = {channel["input"] for channel in report["sound"]["channels"] if channel["polarity"] is None}
+    heard = report["sound"]["channels"] if report["sound"] else ()  # where no line-up was found, there is no sound
+    unknown = {channel["input"] for channel in heard if channel["polarity"] is None}
     if name not in got or not unknown & set(expected.get(name) or ()):
         return []
     expected[name] = [number for number in expected[name] if number not in unknown]

@@ -17,6 +17,7 @@ namespace {
 constexpr double kWanderingLevel = 0.4;  // dB
 constexpr double kCodedLevel = 0.7;      // dB: by how much a codec moves levels by itself
 constexpr double kClippedDoubt = 0.3;    // dB
+constexpr double kSeamsOfLowTone = 2;    // dB: what retiming that keeps the pitch takes from some periods
 constexpr double kLeastClippedPart = 0.2;
 constexpr double kBentBy = 2;  // times the harmonics' amplitude
 
@@ -86,12 +87,15 @@ std::string AlignmentText(const Case& check, double db) {
     return {};
 }
 
-// What codec noise, harmonics and a wandering speed may have moved an input's level by, dB.
+// What codec noise, harmonics, retiming and a wandering speed may have moved an input's level by, dB.
 double DoubtOf(const Case& check, std::size_t input) {
     const ShapeOfInput& shape = check.shapes[input];
     const double bent = shape.distorted ? kBentBy * std::sqrt(shape.harmonics) : 0;
     const double cut = shape.clipped < 1 ? kClippedDoubt : 0;
-    return DbFromGain(1 + CodecNoise(check, input) + bent) + cut + (check.unsteady ? kWanderingLevel : 0);
+    const auto& channel = check.At(input).channel;
+    const bool isRetimed = check.lineup->placing.tempo != check.lineup->placing.pitch;
+    const double seams = isRetimed && channel && HasLowTone(check, *channel) ? kSeamsOfLowTone : 0;
+    return DbFromGain(1 + CodecNoise(check, input) + bent) + cut + seams + (check.unsteady ? kWanderingLevel : 0);
 }
 
 // The same for what they share.

@@ -69,8 +69,7 @@ void DecideDelay(Case& check) {
     std::vector<std::pair<double, std::size_t>> late;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const auto& delay = check.findings->sound.channels[input].delay;
-        if (delay &&
-            std::abs(*delay) > tolerance + std::max(usual, CodecDoubt(check, input)) + JumpDoubt(check, input) &&
+        if (delay && std::abs(*delay) > tolerance + usual + CodecDoubt(check, input) + JumpDoubt(check, input) &&
             !check.folded[input]) {
             late.emplace_back(*delay, input);
         }

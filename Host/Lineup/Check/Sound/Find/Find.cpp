@@ -255,10 +255,14 @@ std::vector<Sighting> JudgeTempos(std::span<const Pair> pairs, std::span<const I
 // be short, where the gap is as long as it should be.
 bool IsOneGap(const Pair& pair, double pitch) {
     constexpr double kLongEnough = 0.9;  // s
+    constexpr double kLonger = 0.4;      // s
     constexpr double kLong = 0.06;       // s
+    constexpr double kCodedGap = 0.015;  // s: what a codec may leave of its edges
     constexpr double kSameGap = 0.004;   // s
     const double off = std::abs(pair.found->Length() - pair.sent->Length() / pitch);
-    return pair.found->gap && (pair.found->shortest > kLongEnough || (pair.found->shortest > kLong && off < kSameGap));
+    const double shortest = pair.found->shortest;
+    return pair.found->gap &&
+           (shortest > kLongEnough || (shortest > kLonger && off < kCodedGap) || (shortest > kLong && off < kSameGap));
 }
 
 // One gap names a sequence of one pitch only where all about it is as it should be: a dropout elsewhere makes tones

@@ -196,14 +196,17 @@ public:
         }
         Survey survey{mPlacing, std::vector<SurveyedInput>(mArrivals.size()), mSlots, mCells, mJumps};
         std::vector<double> delays;
+        bool isSure = mPlacing.tempo != mPlacing.pitch;  // phases say nothing then, and no polarity leans on it
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (DoEdgesAgree(input)) {
                 survey.inputs[input] = InputOf(input, mAgreed[input]->late);
                 delays.push_back(survey.inputs[input].delay);
+                isSure = isSure || survey.inputs[input].polarity != 0;
             }
         }
-        // A tone without edges is taken to be as late as the others, or as all edges together have it.
-        const bool known = !delays.empty() || EdgesKnowTogether();
+        // A tone without edges is taken to be as late as the others, or as all edges together have it: where one of the
+        // others is so late for sure.
+        const bool known = (!delays.empty() && isSure) || EdgesKnowTogether();
         const double usual = delays.empty() ? WeightedMedian(mEdges) : MedianOf(std::move(delays));
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (!DoEdgesAgree(input)) {
@@ -296,9 +299,25 @@ private:
         return mAgreed[input] && std::abs(mAgreed[input]->late + mDelays[input] - usual) > kElsewhere;
     }
 
-    // The median of all edges is off by far less than half a period.
+    // The median of all edges is off by far less than half a period: after a lossy codec, which may move them alike in
+    // each cycle, that of beginnings and that of ends have to say the same where there are few inputs with edges.
     [[nodiscard]] bool EdgesKnowTogether() const {
         constexpr double kMostDoubt = 0.00006;  // s, standard deviation
+        constexpr int kManyInputs = 3;
+        int inputs = 0;
+        std::vector<double> rises;
+        std::vector<double> falls;
+        for (const auto& edges : mLate) {
+            inputs += edges.empty() ? 0 : 1;
+            for (const LateEdge& edge : edges) {
+                (edge.rises ? rises : falls).push_back(edge.late);
+            }
+        }
+        const bool bothWays = !rises.empty() && !falls.empty() &&
+                              std::abs(MedianOf(std::move(rises)) - MedianOf(std::move(falls))) / 2 < kMostDoubt;
+        if (mHistory->lossy && inputs < kManyInputs && !bothWays) {
+            return false;
+        }
         const double middle = WeightedMedian(mEdges);
         std::vector<double> off;
         off.reserve(mEdges.size());

@@ -20,14 +20,15 @@ constexpr double kClearOfJump = 0.004;  // s
 constexpr double kWorstFit = 0.35;      // of the weight: 1 - cos of what a phase is off
 constexpr double kClearlyBetter = 0.1;
 constexpr double kFloatingWeight = 1e-3;
-constexpr double kEdgesAgree = 0.00003;  // s
-constexpr double kPairsDoubt = 0.00006;  // s, standard deviation: far less than half a period
-constexpr double kDeviation = 1.85;      // of a median, times the root of their number, over the median distance
-constexpr std::size_t kFewPairs = 2;     // of which one number says little of how far they scatter
-constexpr std::size_t kFewestLate = 2;   // one agrees with itself
-constexpr double kLetThrough = 0.0001;   // s: by how much a tone begins early at least, where a limiter lets it through
-constexpr double kOfShorter = 0.45;      // of the shorter of two slots
-constexpr double kLeastOfTone = 0.02;    // of what was sent
+constexpr double kEdgesAgree = 0.00003;   // s
+constexpr double kPairsDoubt = 0.00006;   // s, standard deviation: far less than half a period
+constexpr double kSpreadOfPeriod = 0.06;  // periods: a beginning and an end so near know where they are
+constexpr double kDeviation = 1.85;       // of a median, times the root of their number, over the median distance
+constexpr std::size_t kFewPairs = 2;      // of which one number says little of how far they scatter
+constexpr std::size_t kFewestLate = 2;    // one agrees with itself
+constexpr double kLetThrough = 0.0001;  // s: by how much a tone begins early at least, where a limiter lets it through
+constexpr double kOfShorter = 0.45;     // of the shorter of two slots
+constexpr double kLeastOfTone = 0.02;   // of what was sent
 
 // What is looked for at an input, and how late the slot was measured there.
 struct InputChannel {
@@ -132,6 +133,7 @@ double MedianDistance(const std::vector<double>& values, double middle) {
 struct LateBurst {
     double late;    // s
     double spread;  // s
+    bool isGap;     // an end, and the beginning that follows
 };
 
 std::vector<LateBurst> LateBursts(std::vector<LateEdge> edges) {
@@ -142,8 +144,8 @@ std::vector<LateBurst> LateBursts(std::vector<LateEdge> edges) {
     std::vector<LateBurst> bursts;
     for (std::size_t i = 1; i < edges.size(); ++i) {
         if (edges[i - 1].rises != edges[i].rises && edges[i - 1].frequency == edges[i].frequency) {
-            bursts.push_back(
-                {(edges[i - 1].late + edges[i].late) / 2, std::abs(edges[i - 1].late - edges[i].late) / 2});
+            bursts.push_back({(edges[i - 1].late + edges[i].late) / 2, std::abs(edges[i - 1].late - edges[i].late) / 2,
+                              edges[i].rises});
             ++i;
         }
     }
@@ -164,22 +166,67 @@ std::optional<double> AgreedOf(const std::vector<LateEdge>& edges) {
     return MedianDistance(late, usual) < kEdgesAgree ? std::optional(usual) : std::nullopt;
 }
 
+bool HaveOnePitch(const std::vector<LateEdge>& edges) {
+    return std::ranges::all_of(edges, [&](const LateEdge& edge) { return edge.frequency == edges.front().frequency; });
+}
+
+// The same after a lossy codec. What it does to all beginnings alike, or to all ends, says nothing: those have to agree
+// with each other.
+std::optional<double> AgreedBothWays(const std::vector<LateEdge>& edges) {
+    const std::optional<double> agreed = AgreedOf(edges);
+    const auto isNear = [&](bool rises) {
+        std::vector<double> off;
+        for (const LateEdge& edge : edges) {
+            if (edge.rises == rises && agreed) {
+                off.push_back(std::abs(edge.late - *agreed));
+            }
+        }
+        if (off.empty()) {
+            return false;
+        }
+        // Of two, the nearer: a recording may begin within a tone.
+        const auto middle = off.begin() + (std::ssize(off) - 1) / 2;
+        std::ranges::nth_element(off, middle);
+        return *middle < 2 * kEdgesAgree;
+    };
+    return isNear(true) && isNear(false) ? agreed : std::nullopt;
+}
+
 // The same of bursts: by beginnings and ends together. A codec that moves one of them and not the other moves both by
-// half as much.
+// half as much. A gap in a steady tone, or a burst of the only pitch, that is as long as it was is where it was, be it
+// the only one: the nearer to that, the more it counts, so that one that is torn takes nothing from the others.
 std::optional<AgreedDelay> AgreedOfBursts(std::vector<LateEdge> edges) {
-    std::vector<double> late;
-    std::vector<double> spread;
-    for (const LateBurst& burst : LateBursts(std::move(edges))) {
-        late.push_back(burst.late);
-        spread.push_back(burst.spread);
+    double highest = 0;
+    for (const LateEdge& edge : edges) {
+        highest = std::max(highest, edge.frequency);
     }
-    const double middle = MedianOf(late);
-    const auto count = static_cast<double>(late.size());
-    const double scatter = kDeviation * MedianDistance(late, middle) * (late.size() <= kFewPairs ? 2 : 1);
-    if (late.size() < kFewPairs || scatter / std::sqrt(count) >= kPairsDoubt) {
+    const bool haveOnePitch = HaveOnePitch(edges);
+    bool areGaps = true;
+    std::vector<double> late;
+    std::vector<Vote> votes;
+    std::vector<Vote> spreads;
+    for (const LateBurst& burst : LateBursts(std::move(edges))) {
+        const double weight = 1 / (burst.spread * burst.spread + kEdgesAgree * kEdgesAgree);
+        areGaps = areGaps && burst.isGap;
+        late.push_back(burst.late);
+        votes.push_back({burst.late, weight});
+        spreads.push_back({burst.spread, weight});
+    }
+    if (late.empty()) {
         return std::nullopt;
     }
-    return AgreedDelay{middle, true, MedianOf(std::move(spread))};
+    std::vector<double> plain;
+    plain.reserve(spreads.size());
+    for (const Vote& spread : spreads) {
+        plain.push_back(spread.value);
+    }
+    const AgreedDelay agreed =
+        areGaps ? AgreedDelay{WeightedMedian(std::move(votes)), true, WeightedMedian(std::move(spreads))}
+                : AgreedDelay{MedianOf(late), true, MedianOf(std::move(plain))};
+    const double scatter = kDeviation * MedianDistance(late, MedianOf(late)) * (late.size() <= kFewPairs ? 2 : 1);
+    const bool agree = late.size() >= kFewPairs && scatter / std::sqrt(static_cast<double>(late.size())) < kPairsDoubt;
+    const bool isAsLong = (areGaps || haveOnePitch) && agreed.doubt < std::max(kPairsDoubt, kSpreadOfPeriod / highest);
+    return agree || isAsLong ? std::optional(agreed) : std::nullopt;
 }
 
 // The same of a few edges that noise does not move by much: all are near to each other.
@@ -221,9 +268,9 @@ std::optional<double> AgreedOfEnds(std::vector<LateEdge> edges) {
 }
 
 // The same where another channel leaks.
-std::optional<double> AgreedOfOwn(std::vector<LateEdge> edges) {
+std::optional<double> AgreedOfOwn(std::vector<LateEdge> edges, bool isTold) {
     std::erase_if(edges, [](const LateEdge& edge) { return edge.shared || edge.weight < 1; });
-    return AgreedOfFew(std::move(edges), kFewestLate);
+    return isTold || AgreedBothWays(edges) ? AgreedOfFew(std::move(edges), kFewestLate) : std::nullopt;
 }
 
 // A tone that begins or ends where a slot does, as the slot has it.
@@ -299,7 +346,8 @@ std::optional<AgreedDelay> AgreeOnDelay(const std::vector<LateEdge>& edges, bool
     if (edges.empty()) {
         return std::nullopt;
     }
-    std::optional<double> agreed = AgreedOf(edges);
+    const bool isTold = !lossy || !HaveOnePitch(edges);  // one pitch alone is moved alike in each cycle
+    std::optional<double> agreed = isTold ? AgreedOf(edges) : AgreedBothWays(edges);
     if (!agreed && lossy) {
         if (const auto bursts = AgreedOfBursts(edges)) {
             return bursts;
@@ -309,7 +357,7 @@ std::optional<AgreedDelay> AgreeOnDelay(const std::vector<LateEdge>& edges, bool
         agreed = AgreedOfEnds(edges);
     }
     if (!agreed) {
-        agreed = AgreedOfOwn(edges);
+        agreed = AgreedOfOwn(edges, isTold);
     }
     if (agreed) {
         return AgreedDelay{*agreed, true};

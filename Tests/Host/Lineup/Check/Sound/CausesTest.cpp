@@ -8,8 +8,10 @@
 #include <functional>
 #include <map>
 #include <numbers>
+#include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -184,14 +186,7 @@ const std::vector<Damaged> kDamaged = {
      "",
      {},
      kSoundRate},
-    {"retiming that keeps the pitch",
-     "ebu-5.1",
-     0,
-     14.5,
-     Retime,
-     {"speed-wrong"},
-     "polarity-not-known",
-     {{"level", 2}}},  // of a low tone with seams
+    {"retiming that keeps the pitch", "ebu-5.1", 0, 14.5, Retime, {"speed-wrong"}, "polarity-not-known"},
     {"a dropout shortly before the gap that names the sequence",
      "ebu-stereo-1000",
      0,
@@ -231,6 +226,56 @@ TEST(Causes, AreNamedAndNoMore) {
         const auto isNote = [&](const lineup::CheckNote& note) { return note.id == damaged.note; };
         EXPECT_TRUE(*damaged.note == '\0' || std::ranges::any_of(findings.notes, isNote)) << damaged.what;
     }
+}
+
+class CodedSource : public test::MemorySource {
+public:
+    using MemorySource::MemorySource;
+    [[nodiscard]] std::optional<bool> Lossy() const override { return true; }
+};
+
+// A codec that moves ends alone, by the same in each cycle: its right channel has no edges, and leans on the left
+// one's.
+TEST(Causes, WhereTheGapsOfACodecSayNothingNoChannelIsUpsideDown) {
+    Sound sound = Ident("ebu-stereo-1000", 7);
+    for (const double gap : {2.75, 5.75}) {
+        Mute(sound[0], gap - 0.0009, gap);
+    }
+    CodedSource source(std::move(sound));
+    const auto findings = lineup::CheckSound(source, test::Bundle(), {});
+    EXPECT_EQ(test::Texts(findings), Strings());
+    ASSERT_EQ(findings.sound.channels.size(), 2U);
+    for (const lineup::ChannelReport& channel : findings.sound.channels) {
+        EXPECT_FALSE(channel.polarity) << channel.input;
+    }
+}
+
+// Of four inputs it is the noise of the delay that all count from, of two their own.
+TEST(Causes, ADelayThatTheNoiseOfACodecMayHaveMadeIsNoFault) {
+    Sound sound = test::Tone(1000, 0.125, 8, 6);
+    for (std::size_t n = 0; n < sound[2].size(); ++n) {
+        const double turns = 1000 * (static_cast<double>(n) - 0.75) / kRate;
+        sound[2][n] = sound[3][n] = static_cast<float>(0.125 * std::sin(2 * std::numbers::pi * turns));
+    }
+    Sound few = {std::move(sound[2]), std::move(sound[3])};
+    AddNoise(sound, 0.0091);
+    AddNoise(few, 0.005);
+    sound[2] = few[0];
+    sound[3] = few[1];
+    lineup::CheckSettings settings;
+    settings.expect = "tone";
+    settings.frequencyHz = 1000;
+    CodedSource coded(sound);
+    const auto ofCodec = test::Ids(lineup::CheckSound(coded, test::Bundle(), settings));
+    EXPECT_EQ(std::ranges::count(ofCodec, "delay"), 0);
+    const auto plain = test::Ids(test::Check(std::move(sound), kRate, settings));
+    EXPECT_EQ(std::ranges::count(plain, "delay"), 1);
+}
+
+TEST(Causes, AGapBesideAToneOfHalfASecondNamesTheSequenceThoughACodecMovesIt) {
+    Sound sound = Ident("ebu-stereo-400", 3.5, 0.1);
+    Mute(sound[0], 2.642, 2.65);
+    EXPECT_EQ(test::Check(std::move(sound)).sound.expected, "ebu-stereo-400");
 }
 
 // Edges know their sum alone.

@@ -97,6 +97,7 @@ struct EdgesCase {
     std::size_t shared = 0;  // edges from the last one back that are of a tone which other channels have too
     double doubt = 1;        // us: of each edge
     double apart = 0;        // us: beginnings and ends, from where they are together
+    bool gaps = false;       // an end comes first
 };
 
 TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
@@ -106,6 +107,11 @@ TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
              {"bursts that it makes longer", {-117, 370, 2, 268}, true, 130.75, 0, 1, 188.25},
              {"edges that say nothing", {1224, -17, 0, 895}, true, {}},
              {"one burst", {773, 243}, true, {}},
+             {"one gap that is hardly any longer", {773, 703}, true, 738, 0, 1, 35, true},
+             {"the same beside one that is torn", {773, 703, 12404, 40}, true, 738, 0, 1, 35, true},
+             {"one burst that is hardly any shorter, which may be chance", {773, 703}, true, {}},
+             {"beginnings that agree alone, as a codec moves them in each cycle", {249, 1214, 248}, true, {}},
+             {"one beginning", {107}, true, {}},
              {"beginnings and ends that agree neither way", {773, 243, 771, 345}, false, {}},
              {"a limiter, which has settled where tones end", {-915, 684, 528, 701}, false, 684},
              {"beginnings that agree, of the one tone that is its own", {-915, 684, -400, 700, -915}, false, 684},
@@ -117,8 +123,8 @@ TEST(AgreeOnDelay, TakesTheEdgesThatWhatThePathDoesToTonesLeavesAlone) {
         std::vector<LateEdge> late;
         for (std::size_t i = 0; i < edges.late.size(); ++i) {
             const bool shared = i + edges.shared >= edges.late.size();
-            late.push_back(
-                {static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, i % 2 == 0, shared, edges.doubt * 1e-6});
+            late.push_back({static_cast<double>(i), edges.late[i] * 1e-6, 1, 1000, (i % 2 == 0) != edges.gaps, shared,
+                            edges.doubt * 1e-6});
         }
         const auto agreed = AgreeOnDelay(late, edges.lossy);
         ASSERT_TRUE(agreed) << edges.what;

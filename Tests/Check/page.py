@@ -32,7 +32,8 @@ something was told, 99.9 % are to be right, and no undamaged one may be called d
 a level or turns a phase by more than a fault's size, which is measured without the product, that is left out of the
 case. Where the check says of a polarity, a delay or the way of a jump that it cannot be known, that counts as told apart.
 Numbers below 1300, from 5000 to 5199 and from 7000 to 7199 have been looked at while the check was made; the others are
-new to it, and say more.
+new to it, and say more. Of the newest, 12000 to 12399 and 13000 to 13199, 566 of 581 were right, 97.4 %, and 2 of 124
+undamaged ones were called damaged: most of the wrong ones are limiters, clipping and gain riding in pairs.
 
 Nobody can know, so no case asks for it: the left channel of the EBU stereo ident gone, or copied over (a steady tone is
 left); a delay beyond a fifth of a period where a tone has no gaps (the right channel of EBU stereo, the LFE of EBU 5.1,

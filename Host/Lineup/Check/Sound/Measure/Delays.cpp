@@ -193,14 +193,13 @@ std::optional<double> AgreedBothWays(const std::vector<LateEdge>& edges) {
 }
 
 // The same of bursts: by beginnings and ends together. A codec that moves one of them and not the other moves both by
-// half as much. A gap in a steady tone, or a burst of the only pitch, that is as long as it was is where it was, be it
-// the only one: the nearer to that, the more it counts, so that one that is torn takes nothing from the others.
+// half as much. A gap in a steady tone that is as long as it was is where it was, be it the only one: the nearer to
+// that, the more it counts, so that one that is torn takes nothing from the others.
 std::optional<AgreedDelay> AgreedOfBursts(std::vector<LateEdge> edges) {
     double highest = 0;
     for (const LateEdge& edge : edges) {
         highest = std::max(highest, edge.frequency);
     }
-    const bool haveOnePitch = HaveOnePitch(edges);
     bool areGaps = true;
     std::vector<double> late;
     std::vector<Vote> votes;
@@ -225,7 +224,7 @@ std::optional<AgreedDelay> AgreedOfBursts(std::vector<LateEdge> edges) {
                 : AgreedDelay{MedianOf(late), true, MedianOf(std::move(plain))};
     const double scatter = kDeviation * MedianDistance(late, MedianOf(late)) * (late.size() <= kFewPairs ? 2 : 1);
     const bool agree = late.size() >= kFewPairs && scatter / std::sqrt(static_cast<double>(late.size())) < kPairsDoubt;
-    const bool isAsLong = (areGaps || haveOnePitch) && agreed.doubt < std::max(kPairsDoubt, kSpreadOfPeriod / highest);
+    const bool isAsLong = areGaps && agreed.doubt < std::max(kPairsDoubt, kSpreadOfPeriod / highest);
     return agree || isAsLong ? std::optional(agreed) : std::nullopt;
 }
 

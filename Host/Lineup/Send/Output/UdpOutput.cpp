@@ -55,7 +55,7 @@ std::string OptionOf(const StreamUrl& url, std::string_view name) {
 void CheckUdpOptions(const StreamUrl& url) {
     for (const auto& [name, value] : url.options) {
         if (std::find(kUdpOptions.begin(), kUdpOptions.end(), name) == kUdpOptions.end()) {
-            throw UsageError("output", name + "=" + value,
+            throw UsageError("output", fmt::format("{}={}", name, value),
                              "behind the ? there can be ttl, localaddr, localport and mtu");
         }
     }

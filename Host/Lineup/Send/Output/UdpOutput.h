@@ -18,6 +18,8 @@ public:
     /// host, or the port or address here is taken.
     UdpOutput(const StreamUrl& url, std::function<void(const std::string&)> notice);
     ~UdpOutput() override;
+    UdpOutput(const UdpOutput&) = delete;
+    UdpOutput& operator=(const UdpOutput&) = delete;
 
     [[nodiscard]] bool Write(std::span<const std::uint8_t> bytes, const StreamMoment& moment) override;
 

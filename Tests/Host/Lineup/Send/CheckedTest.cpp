@@ -23,15 +23,24 @@ struct PathCase {
     const char* sent;
     const char* sockets;
     lineup::StreamFormat format;
+    int speed = 5;  // times as fast as real
 };
+
+constexpr int kDatagrams = 2;  // which nobody sends again
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
 
 const PathCase kPathCases[] = {
     {"Srt", "srt://127.0.0.1:{}?mode=listener", "srt://127.0.0.1:{}", "/proc/net/udp",
      lineup::StreamFormat::TransportStream},
     {"Rist", "rist://@127.0.0.1:{}", "rist://127.0.0.1:{}", "/proc/net/udp", lineup::StreamFormat::TransportStream},
-    {"Udp", "udp://127.0.0.1:{}", "udp://127.0.0.1:{}", "/proc/net/udp", lineup::StreamFormat::TransportStream},
+    {"Udp", "udp://127.0.0.1:{}", "udp://127.0.0.1:{}", "/proc/net/udp", lineup::StreamFormat::TransportStream,
+     kDatagrams},
     {"Rtp", "rtp://127.0.0.1:{}?buffer_size=4000000", "rtp://127.0.0.1:{}", "/proc/net/udp",
-     lineup::StreamFormat::TransportStream},
+     lineup::StreamFormat::TransportStream, kDatagrams},
     {"Rtmp", "rtmp://127.0.0.1:{}/live/tone?listen=1", "rtmp://127.0.0.1:{}/live/tone", "/proc/net/tcp",
      lineup::StreamFormat::Flv},
     {"Flv", "tcp://127.0.0.1:{}?listen=1", "tcp://127.0.0.1:{}", "/proc/net/tcp", lineup::StreamFormat::Flv},
@@ -39,9 +48,11 @@ const PathCase kPathCases[] = {
 
 class Checked : public testing::TestWithParam<PathCase> {};
 
-// Five times as fast as real.
 TEST_P(Checked, IsFoundRightAtTheOtherEnd) {
     const PathCase& row = GetParam();
+    if (kIsSanitized && row.speed == kDatagrams) {
+        GTEST_SKIP() << "A sanitized decoder is too slow for datagrams that are not sent again.";
+    }
     const auto importer = std::make_shared<const lineup::Importer>(TEST_BUNDLE);
     const std::string port = test::FreePort();
     lineup::CheckReport report;
@@ -62,7 +73,7 @@ TEST_P(Checked, IsFoundRightAtTheOtherEnd) {
         std::this_thread::yield();
     }
     constexpr double kLongest = 100;  // seconds of clip time
-    test::FastClock clock(5);
+    test::FastClock clock(row.speed);
     lineup::SendSettings settings;
     settings.target = fmt::format(fmt::runtime(row.sent), port);
     settings.format = row.format;

@@ -118,13 +118,17 @@ std::vector<Span> LikelySpans(const SmallRaster& small, const CardModel& model, 
         if (turned) {
             std::ranges::for_each(comb, [](Tooth& tooth) { tooth.at = 1 - tooth.at; });
         }
-        for (double length = kShortest * side; length < kLongest * side; length *= kScaleStep) {
-            for (double start = -length * 0.7; start < side - length * 0.3; start += 1) {
+        double length = kShortest * side;
+        while (length < kLongest * side) {
+            double start = -length * 0.7;
+            while (start < side - length * 0.3) {
                 const double score = Score(profile, comb, start, length);
                 if (best.size() < most || score > 0) {
                     Keep(best, {start, length, turned, score}, most);
                 }
+                start += 1;
             }
+            length *= kScaleStep;
         }
     }
     std::ranges::sort(best, std::greater<>(), &Span::score);

@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <system_error>
 
 namespace lineup {
 inline namespace parts {
@@ -17,9 +18,15 @@ class Companions {
 public:
     [[nodiscard]] const DynamicLibrary& Get(const char* name) const {
         const std::scoped_lock lock(mMutex);
-        const auto found = mLoaded.find(name);
-        return found != mLoaded.end() ? found->second
-                                      : mLoaded.emplace(name, DynamicLibrary::Beside(name)).first->second;
+        if (const auto found = mLoaded.find(name); found != mLoaded.end()) {
+            return found->second;
+        }
+        const std::filesystem::path file = DynamicLibrary::Beside(name);
+        std::error_code error;
+        if (!std::filesystem::exists(file, error)) {
+            throw Error(file.string() + " is not installed");
+        }
+        return mLoaded.emplace(name, file).first->second;
     }
 
 private:

@@ -53,6 +53,14 @@ TEST_F(PluginSearch, TakesTheProgramsOwnBundleBeforeThatOfItsLibrary) {
     EXPECT_THAT(test::RunProgram(command, Folder()).out, HasSubstr(TEST_BUNDLE));
 }
 
+// What it loads on demand was left out of this installation.
+TEST_F(PluginSearch, OfAProgramWithoutALibraryForACommandSaysWhichIsNotInstalled) {
+    EXPECT_EQ(Lineup("render tone.wav --quiet").exitCode, 0);
+    const auto result = Lineup("check tone.wav");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("liblineup-check.so is not installed"));
+}
+
 TEST_F(PluginSearch, RefusesABundleThatEverybodyCanWriteToUnlessItIsNamed) {
     fs::permissions(Prefix(), fs::perms::others_write, fs::perm_options::add);
     const auto result = Lineup("info");

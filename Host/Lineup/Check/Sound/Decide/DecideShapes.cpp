@@ -53,6 +53,16 @@ double HarmonicsUnderNoise(const LineFindings& lines) {
     return power;
 }
 
+// What a codec leaves under a tone it leaves at some harmonics more than between them: where they are a small part of
+// it, they are its own.
+bool IsOfCodec(const Case& check, std::size_t input, double harmonics) {
+    constexpr double kSmallPart = 0.1;  // of the power
+    const LevelTally& noise = check.lineup->inputs[input].toneNoise;
+    const double tone = check.At(input).gain * check.Sent().Level();
+    return check.facts->lossy.value_or(false) && !noise.Empty() &&
+           harmonics * tone * tone / 2 < kSmallPart * PowerOf(noise.QuantileDb(0.5));
+}
+
 // The amplitude of the input's tone where it is loudest: its level may have been moved.
 double LoudTone(const Case& check, std::size_t input) {
     std::vector<double> amplitudes;
@@ -112,6 +122,9 @@ ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
     shape.harmonics = HarmonicsOf(lines, shape.mains.has_value());
     if (shape.harmonics == 0 && !shape.mains && !check.facts->lossy.value_or(false)) {
         shape.harmonics = HarmonicsUnderNoise(lines);
+    }
+    if (IsOfCodec(check, input, shape.harmonics)) {
+        shape.harmonics = 0;
     }
     if (shape.harmonics > kLeastClipped) {
         FindClipping(check, input, shape);

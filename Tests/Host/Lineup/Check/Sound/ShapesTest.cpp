@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <functional>
 #include <numbers>
+#include <optional>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -78,6 +80,22 @@ TEST(Shapes, TopsThatAreCutOffAreKnownWhereTheSoundLiesOffZero) {
         const auto findings = Check(sound);
         ASSERT_EQ(Ids(findings), (Strings{"dc-offset", "clipped"})) << before;
         EXPECT_NEAR(findings.faults[1].measured.value_or(0), 20 * std::log10(0.11), before ? 0.4 : 0.05) << before;
+    }
+}
+
+TEST(Shapes, HarmonicsFarBelowTheNoiseOfACodecAreItsOwn) {
+    Sound sound = Ident("blits", 14.5);
+    std::minstd_rand random(1);
+    std::uniform_real_distribution<double> noise(-0.06, 0.06);
+    const double third = std::pow(10, -56.0 / 20);
+    // Noise goes with the tone, as a codec's does, and lies 23 dB above the harmonic.
+    Reshape(sound, [&](double x, double) {
+        return x + third * (4 * x * x * x / (kLevel * kLevel) - 3 * x) + std::abs(x) * noise(random);
+    });
+    for (const bool lossy : {true, false}) {
+        test::MemorySource source(sound, kRate, std::nullopt, lossy);
+        const auto ids = Ids(lineup::CheckSound(source, test::Bundle(), {}));
+        EXPECT_EQ(std::ranges::count(ids, "distorted"), lossy ? 0 : 1) << "lossy " << lossy;
     }
 }
 

@@ -12,10 +12,10 @@ folder=$(cd "$folder" && pwd)
 packages=$folder.packages
 : "${MIRROR:=http://deb.debian.org/debian}" "${SUITE:=bookworm}"
 
-# Programs that tests run are this machine's own.
+# Programs that tests run are this machine's own, but the one that loads what is built.
 needed=$(cd "$lists" && for list in "$@"; do
     sed 's/#.*//' "$list.txt"
-done | grep -E '^(lib.*|nlohmann-json3)-dev *$' | sort -u)
+done | grep -E '^((lib.*|nlohmann-json3)-dev|gstreamer1\.0-plugins-.*|melt) *$' | sort -u)
 needed="libc6-dev libstdc++-12-dev $needed"
 if [ "$(cat "$folder/needed" 2>/dev/null)" = "$SUITE $needed" ]; then
     exit 0

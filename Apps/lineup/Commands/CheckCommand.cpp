@@ -29,7 +29,9 @@ using lineup::CheckReport;
 using lineup::CheckVerdict;
 
 constexpr const char* kCheckHelp =
-    "A recording is a file, - for standard input, or a URL (srt://, udp://, rtp://, http:// ...). All its sound "
+    "A recording is a file, - for standard input, or a URL (srt://, udp://, rtp://, http:// ...); a session "
+    "description\n"
+    "NAME.sdp stands for the stream of RTP in it, and rtp://...?encoding=L24&rate=48000 needs none. All its sound "
     "tracks\n"
     "count, in their order: six mono tracks are six inputs. It is decoded by a process that can reach no file, and for "
     "a\n"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 
 namespace lineup {
@@ -21,6 +22,27 @@ bool IsUrl(std::string_view text) {
     return hasScheme || text.starts_with("data:");
 }
 
+// The session description in a file, as a URL; empty where the file is something else.
+std::string SessionIn(const std::string& path) {
+    constexpr std::size_t kLongest = 65536;
+    std::error_code error;
+    if (!path.ends_with(".sdp") || !std::filesystem::is_regular_file(path, error)) {
+        return {};
+    }
+    std::ifstream file(path, std::ios::binary);
+    std::string text(kLongest + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    const bool isSession = text.starts_with("v=0") && text.size() <= kLongest && text.find('\0') == std::string::npos;
+    return isSession ? "data:application/sdp," + text : "";
+}
+
+RecordingName NameFile(const std::string& path) {
+    const std::string session = SessionIn(path);
+    return session.empty() ? RecordingName{.kind = RecordingName::Kind::File, .text = path}
+                           : RecordingName{.kind = RecordingName::Kind::Url, .text = session};
+}
+
 }  // namespace
 
 RecordingName ParseRecordingName(const std::string& recording) {
@@ -31,11 +53,11 @@ RecordingName ParseRecordingName(const std::string& recording) {
     }
     std::error_code error;
     if (std::filesystem::exists(recording, error)) {
-        return {.kind = Kind::File, .text = recording};
+        return NameFile(recording);
     }
     if (recording.starts_with(kLocal)) {
         const std::string path = recording.substr(kLocal.size());
-        return {.kind = Kind::File, .text = path.starts_with("//") ? path.substr(2) : path};
+        return NameFile(path.starts_with("//") ? path.substr(2) : path);
     }
     return {.kind = IsUrl(recording) ? Kind::Url : Kind::File, .text = recording};
 }

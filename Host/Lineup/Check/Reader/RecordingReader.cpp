@@ -154,7 +154,7 @@ void RecordingReader::ReadPictures() {
     for (std::vector<float>& input : dropped) {
         pointers.push_back(input.data());
     }
-    while (!mHasEnded && mPictures.WantsMore()) {
+    while (!mHasEnded && HasPictures() && mPictures.WantsMore()) {
         Pump();
         while (HasSound() && mTracks->Waiting() > 0) {
             mTracks->Take(pointers, std::min(mTracks->Waiting(), kAtOnce));

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <netinet/in.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -46,6 +47,24 @@ bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t add
     std::ifstream list(sockets);
     const std::string all{std::istreambuf_iterator<char>(list), {}};
     return all.find(fmt::format("{:08X}:{:04X} ", htonl(address), std::stoi(port))) != std::string::npos;
+}
+
+std::optional<std::int64_t> BytesWaiting(std::uint16_t port) {
+    const std::string wanted = fmt::format(":{:04X}", port);
+    std::ifstream sockets("/proc/net/udp");
+    for (std::string line; std::getline(sockets, line);) {
+        std::istringstream words(line);
+        std::string slot;
+        std::string local;
+        std::string remote;
+        std::string state;
+        std::string queues;
+        words >> slot >> local >> remote >> state >> queues;
+        if (local.ends_with(wanted)) {
+            return std::stoll(queues.substr(queues.find(':') + 1), nullptr, 16);
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,5 +34,11 @@ private:
 /// Whether somebody has a port of 127.0.0.1, or of that address, by the system's list: "/proc/net/udp",
 /// "/proc/net/tcp".
 [[nodiscard]] bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t address = 0x7F000001);
+
+/// Bytes of datagrams that wait for whoever listens at the port; empty where nobody does.
+[[nodiscard]] std::optional<std::int64_t> BytesWaiting(std::uint16_t port);
+
+/// Of so many, and some more, no system loses one yet.
+inline constexpr std::int64_t kMostWaiting = 65536;
 
 }  // namespace test

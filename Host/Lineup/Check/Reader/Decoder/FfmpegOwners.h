@@ -31,6 +31,23 @@ using AvPacket = std::unique_ptr<AVPacket, FreeAv>;
 using AvIoContext = std::unique_ptr<AVIOContext, FreeAv>;
 using AvResampler = std::unique_ptr<SwrContext, FreeAv>;
 
+/// Options by name, as the libraries take them.
+class AvOptions {
+public:
+    AvOptions() = default;
+    ~AvOptions() { av_dict_free(&mAll); }
+    AvOptions(const AvOptions&) = delete;
+    AvOptions& operator=(const AvOptions&) = delete;
+
+    void Set(const std::string& name, const std::string& value) { av_dict_set(&mAll, name.c_str(), value.c_str(), 0); }
+
+    /// Those that a library knows are taken out by it.
+    [[nodiscard]] AVDictionary** Address() noexcept { return &mAll; }
+
+private:
+    AVDictionary* mAll = nullptr;
+};
+
 /// `pointer` as it is. Throws std::bad_alloc for null.
 template <class Pointer>
 [[nodiscard]] Pointer RequireMemory(Pointer pointer) {

@@ -3,10 +3,13 @@
 #include "Host/Lineup/Check/Reader/Decoder/DescriptorIo.h"
 #include "Host/Lineup/Check/Reader/Decoder/EarlyEnd.h"
 #include "Host/Lineup/Check/Reader/Decoder/LibraryLog.h"
+#include "Host/Lineup/Check/Reader/Decoder/RtpSound.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <string_view>
 
 namespace lineup::decoding {
@@ -17,6 +20,16 @@ namespace {
 constexpr const char* kProtocols =
     "async,cache,crypto,data,dtls,ftp,gopher,gophers,hls,http,httpproxy,https,mmsh,mmst,rist,rtmp,rtmpe,rtmps,rtmpt,"
     "rtmpte,rtmpts,rtp,sctp,sftp,srt,srtp,tcp,tls,udp,udplite,unix,ws";
+
+// A session description opens the streams that it names.
+const std::string kSession = "data:application/sdp,";
+
+constexpr const char* kSocketBytes = "4000000";  // half a second and more, of packets that a busy machine takes late
+constexpr std::size_t kLargestPacket = 65536;
+
+struct CloseUrl {
+    void operator()(AVIOContext* io) const noexcept { avio_close(io); }
+};
 
 constexpr int kMostBadReads = 100;  // in a row, of a part of a container that cannot be made sense of
 
@@ -33,16 +46,20 @@ std::string Ending(const std::string& name) {
 
 std::string WithComplaint(const std::string& text) {
     const std::string complaint = TakeComplaint();
+    if (complaint.find("without an SDP") != std::string::npos) {
+        return "what its packets of RTP are only its sender knows: open its session description, a file.sdp, or say it "
+               "behind the URL: ?encoding=L24&rate=48000";
+    }
     return complaint.empty() || complaint == text ? text : fmt::format("{} ({})", text, complaint);
 }
 
 // RTMP listens by an option beside its URL; the others have it in theirs, and so it is written for all.
-std::string WithoutListening(const std::string& url, AVDictionary*& options) {
+std::string WithoutListening(const std::string& url, AvOptions& options) {
     constexpr std::string_view kListens = "?listen=1";
     if (!url.starts_with("rtmp://") || !url.ends_with(kListens)) {
         return url;
     }
-    av_dict_set(&options, "listen", "1", 0);
+    options.Set("listen", "1");
     return url.substr(0, url.size() - kListens.size());
 }
 
@@ -67,14 +84,53 @@ void MediaInput::PrepareDescriptor() {
     mFormat->io_open = RefuseToOpen;
 }
 
+// What the library opens in place of a URL, with options.
+std::string MediaInput::PrepareUrl(const std::string& url, AvOptions& options) {
+    options.Set("protocol_whitelist", kProtocols);
+    const std::optional<RtpSound> sound = ParseRtpSound(url);
+    if (url.starts_with("rtp://") || url.starts_with(kSession)) {
+        options.Set("buffer_size", kSocketBytes);  // the system gives less where that is its limit
+    }
+    if (!sound) {
+        return WithoutListening(url, options);
+    }
+    for (const auto& [option, value] : sound->options) {
+        options.Set(option, value);
+    }
+    return kSession + DescribeRtpSound(*sound, Await(*sound));
+}
+
+// The first packets of sound that its URL describes.
+RtpPackets MediaInput::Await(const RtpSound& sound) {
+    AvOptions options;
+    options.Set("protocol_whitelist", kProtocols);
+    AVIOContext* opened = nullptr;
+    int result =
+        avio_open2(&opened, PacketUrl(sound).c_str(), AVIO_FLAG_READ, &mFormat->interrupt_callback, options.Address());
+    const std::unique_ptr<AVIOContext, CloseUrl> url(opened);
+    RtpPackets packets;
+    std::array<unsigned char, kLargestPacket> bytes{};
+    while (result >= 0) {
+        result = avio_read_partial(url.get(), bytes.data(), static_cast<int>(bytes.size()));
+        if (result > 0 && packets.TakeUp(std::span(bytes).first(static_cast<std::size_t>(result)))) {
+            return packets;
+        }
+    }
+    if (result == AVERROR_EXIT) {
+        EndForStall();
+    }
+    throw EarlyEnd(EndCause::NotOpened, WithComplaint(AvErrorText(result)));
+}
+
 void MediaInput::Open(const std::string& name) {
-    AVDictionary* options = nullptr;
-    av_dict_set(&options, "protocol_whitelist", mKind == InputKind::Url ? kProtocols : "none", 0);
-    const std::string opens = mKind == InputKind::Url ? WithoutListening(name, options) : name;
+    AvOptions options;
+    if (mKind != InputKind::Url) {
+        options.Set("protocol_whitelist", "none");
+    }
+    const std::string opens = mKind == InputKind::Url ? PrepareUrl(name, options) : name;
     AVFormatContext* format = mFormat.release();  // which is freed when it cannot be opened
-    const int opened = avformat_open_input(&format, opens.c_str(), nullptr, &options);
+    const int opened = avformat_open_input(&format, opens.c_str(), nullptr, options.Address());
     mFormat.reset(format);
-    av_dict_free(&options);
     const int known = opened < 0 ? opened : avformat_find_stream_info(mFormat.get(), nullptr);
     if (known >= 0) {
         return;

@@ -2,6 +2,7 @@
 
 #include "Host/Lineup/Check/Reader/Decoder/Confinement/Confinement.h"
 #include "Host/Lineup/Check/Reader/Decoder/FfmpegOwners.h"
+#include "Host/Lineup/Check/Reader/Decoder/RtpSound.h"
 
 #include <chrono>
 #include <cstdint>
@@ -37,6 +38,8 @@ private:
 
     void PrepareDescriptor();
     void Open(const std::string& name);
+    [[nodiscard]] std::string PrepareUrl(const std::string& url, AvOptions& options);
+    [[nodiscard]] RtpPackets Await(const RtpSound& sound);
     [[nodiscard]] bool HasStalled();
     [[noreturn]] void EndForStall() const;
     static int OnWait(void* self);

@@ -23,6 +23,9 @@ using Clock = std::chrono::steady_clock;
 constexpr int kNoStream = -1;
 constexpr auto kSayEvery = std::chrono::seconds(1);
 
+// Of a feed, what packets bring within this is said together: uncompressed sound may come in 8000 a second.
+constexpr auto kTogether = std::chrono::milliseconds(5);
+
 bool IsSound(const AVStream& stream) {
     const AVCodecParameters& parameters = *stream.codecpar;
     return parameters.codec_type == AVMEDIA_TYPE_AUDIO && parameters.ch_layout.nb_channels > 0 &&
@@ -155,8 +158,9 @@ private:
                 SayWhetherReading();
             }
             av_packet_unref(packet.get());
-            if (mIsLive) {
+            if (mIsLive && Clock::now() >= mNextFlush) {
                 mOut->Flush();
+                mNextFlush = Clock::now() + kTogether;
             }
         }
     }
@@ -260,6 +264,7 @@ private:
     std::vector<std::unique_ptr<SoundTrack>> mTracks;
     std::vector<SoundTrack*> mTrackOfStream;
     Clock::time_point mNextReading = Clock::now() + kSayEvery;
+    Clock::time_point mNextFlush;
     std::int64_t mSaidBytes = 0;
 };
 

@@ -43,4 +43,24 @@ TEST_F(RecordingNames, MayNameAFileAsAUrl) {
     EXPECT_EQ(ParseRecordingName("file:take.wav").kind, Kind::File);
 }
 
+TEST_F(RecordingNames, AreTheStreamThatASessionDescriptionDescribes) {
+    const std::string session = "v=0\r\nm=audio 5004 RTP/AVP 96\r\n";
+    struct Row {
+        const char* file;
+        std::string text;
+        Kind kind;
+    };
+    for (const Row& row :
+         {Row{"a.sdp", session, Kind::Url}, Row{"a.txt", session, Kind::File}, Row{"b.sdp", "RIFF", Kind::File},
+          Row{"c.sdp", session + '\0', Kind::File}, Row{"d.sdp", session + std::string(65536, ' '), Kind::File}}) {
+        const std::string name = Folder() / row.file;
+        test::WriteFile(name, row.text);
+        for (const std::string& written : {name, "file://" + name}) {
+            EXPECT_EQ(ParseRecordingName(written).kind, row.kind) << written;
+            EXPECT_EQ(ParseRecordingName(written).text,
+                      row.kind == Kind::Url ? "data:application/sdp," + session : name);
+        }
+    }
+}
+
 }  // namespace

@@ -1,14 +1,9 @@
 #include "Tests/Host/Lineup/Check/Watch/UdpRelay.h"
 
-#include <algorithm>
+#include "Tests/Host/Lineup/Send/Loopback.h"
+
 #include <arpa/inet.h>
-#include <array>
-#include <cstdio>
-#include <fstream>
 #include <netinet/in.h>
-#include <optional>
-#include <sstream>
-#include <stdexcept>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -19,8 +14,6 @@ namespace test {
 
 namespace {
 
-constexpr std::int64_t kMostWaiting = 16384;  // bytes in the listener's queue
-
 sockaddr_in Local(std::uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -29,45 +22,12 @@ sockaddr_in Local(std::uint16_t port) {
     return address;
 }
 
-std::uint16_t FreePort() {
-    const int number = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = Local(0);
-    socklen_t size = sizeof address;
-    const bool isBound = bind(number, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                         getsockname(number, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    close(number);
-    if (!isBound) {
-        throw std::runtime_error("there is no free port on 127.0.0.1");
-    }
-    return ntohs(address.sin_port);
-}
-
-// Bytes that wait for whoever listens at the port; empty where nobody does.
-std::optional<std::int64_t> Waiting(std::uint16_t port) {
-    std::array<char, 8> wanted{};
-    std::snprintf(wanted.data(), wanted.size(), ":%04X", static_cast<unsigned>(port));
-    std::ifstream sockets("/proc/net/udp");
-    for (std::string line; std::getline(sockets, line);) {
-        std::istringstream words(line);
-        std::string slot;
-        std::string local;
-        std::string remote;
-        std::string state;
-        std::string queues;
-        words >> slot >> local >> remote >> state >> queues;
-        if (local.ends_with(wanted.data())) {
-            return std::stoll(queues.substr(queues.find(':') + 1), nullptr, 16);
-        }
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 UdpRelay::UdpRelay(std::string stream, RelayDamage damage)
     : mStream(std::move(stream)),
       mDamage(std::move(damage)),
-      mPort(FreePort()),
+      mPort(static_cast<std::uint16_t>(std::stoi(FreePort()))),
       mThread([this](const std::stop_token& stop) { Run(stop); }) {}
 
 std::string UdpRelay::Address() const {
@@ -76,7 +36,7 @@ std::string UdpRelay::Address() const {
 
 // False where it is told to stop.
 bool UdpRelay::SendOne(int socket, std::size_t number, const std::stop_token& stop) const {
-    while (Waiting(mPort).value_or(kMostWaiting + 1) > kMostWaiting) {
+    while (BytesWaiting(mPort).value_or(kMostWaiting + 1) > kMostWaiting) {
         if (stop.stop_requested()) {
             return false;
         }

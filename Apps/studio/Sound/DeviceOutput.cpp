@@ -1,16 +1,18 @@
 #include "Apps/studio/Sound/DeviceOutput.h"
 
 #include "Apps/studio/Sound/PullDevice.h"
-#include "Apps/studio/Sound/SampleConversion.h"
 
 #include <QAudioSink>
 #include <QCoreApplication>
+#include <mutex>
+#include <utility>
 
 namespace studio {
 
 namespace {
 
-constexpr int kBuffersPerSecond = 8;  // how much the device holds: short enough for a seek to be heard at once
+constexpr int kBuffersPerSecond = 8;          // how much the device holds: short enough for a seek to be heard at once
+constexpr std::chrono::seconds kPatience(1);  // with a device at its end: the window waits meanwhile
 
 QString Sentence(QAudio::Error error) {
     switch (error) {
@@ -23,71 +25,83 @@ QString Sentence(QAudio::Error error) {
     }
 }
 
-// Lives in the output's thread: there the sound library pulls.
-class Feeder : public QObject {
+// The device's stream, from its making to its end.
+class Stream : public QObject {
 public:
-    Feeder(std::shared_ptr<ClipPlayback> playback, QAudioDevice device, const QAudioFormat& format,
-           DeviceOutput& output)
-        : mPlayback(std::move(playback)), mDevice(std::move(device)), mFormat(format), mOutput(output) {}
-
-    void Start() {
-        mPull = std::make_unique<PullDevice>(mPlayback, mFormat.sampleFormat());
-        mPull->Open();
-        mSink = std::make_unique<QAudioSink>(mDevice, mFormat);
-        mSink->setBufferSize(mFormat.bytesForFrames(mFormat.sampleRate() / kBuffersPerSecond));
-        mPlayback->SetLatency(mFormat.framesForBytes(static_cast<int>(mSink->bufferSize())));
-        connect(mSink.get(), &QAudioSink::stateChanged, this, [this] { CheckState(); });
-        mSink->start(mPull.get());
-        mPlayback->SetLatency(mFormat.framesForBytes(static_cast<int>(mSink->bufferSize())));
+    Stream(std::shared_ptr<ClipPlayback> playback, const QAudioDevice& device, const QAudioFormat& format,
+           DeviceOutput::TellFailure tell)
+        : mTell(std::move(tell)), mPull(playback, format.sampleFormat()), mSink(device, format) {
+        mPull.Open();
+        mSink.setBufferSize(format.bytesForFrames(format.sampleRate() / kBuffersPerSecond));
+        const auto tellLatency = [&] {
+            playback->SetLatency(format.framesForBytes(static_cast<int>(mSink.bufferSize())));
+        };
+        tellLatency();
+        connect(&mSink, &QAudioSink::stateChanged, this, [this] { CheckState(); });
+        mSink.start(&mPull);
+        tellLatency();
         CheckState();
     }
-
-    void Stop() {
-        if (mSink != nullptr) {
-            mSink->disconnect(this);
-            mSink->reset();
-            mSink.reset();
-            mPull.reset();
-        }
+    ~Stream() override {
+        mSink.disconnect(this);
+        mSink.reset();
     }
+    Stream(const Stream&) = delete;
+    Stream& operator=(const Stream&) = delete;
 
 private:
     // A device that was kept waiting goes on by itself; one that has stopped does not.
     void CheckState() {
-        if (!mFailed && mSink->state() == QAudio::StoppedState) {
+        if (!mFailed && mSink.state() == QAudio::StoppedState) {
             mFailed = true;
-            Q_EMIT mOutput.Failed(Sentence(mSink->error()));
+            mTell(Sentence(mSink.error()));
         }
     }
 
-    std::shared_ptr<ClipPlayback> mPlayback;
-    QAudioDevice mDevice;
-    QAudioFormat mFormat;
-    DeviceOutput& mOutput;
-    std::unique_ptr<PullDevice> mPull;
-    std::unique_ptr<QAudioSink> mSink;
+    DeviceOutput::TellFailure mTell;
+    PullDevice mPull;
+    QAudioSink mSink;
     bool mFailed = false;
 };
 
 }  // namespace
 
+// How the stream reaches the output, as long as there is one.
+struct DeviceOutput::Line {
+    explicit Line(DeviceOutput* to) : output(to) {}
+    std::mutex mutex;
+    DeviceOutput* output;
+};
+
 DeviceOutput::DeviceOutput(std::shared_ptr<ClipPlayback> playback, const QAudioDevice& device,
                            const QAudioFormat& format, QObject* parent)
-    : SoundOutput(parent) {
-    auto* const feeder = new Feeder(std::move(playback), device, format, *this);
-    feeder->moveToThread(&mThread);
-    connect(&mThread, &QThread::started, feeder, [feeder] { feeder->Start(); });
-    // Emitted in the thread itself, when its event loop has ended.
-    connect(
-        &mThread, &QThread::finished, feeder, [feeder] { feeder->Stop(); }, Qt::DirectConnection);
-    connect(&mThread, &QThread::finished, feeder, &QObject::deleteLater);
-    mThread.setObjectName("sound");
-    mThread.start(QThread::TimeCriticalPriority);
-}
+    : DeviceOutput([playback = std::move(playback), device, format](
+                       const TellFailure& tell) { return std::make_shared<Stream>(playback, device, format, tell); },
+                   kPatience, parent) {}
+
+DeviceOutput::DeviceOutput(const MakeStream& makeStream, std::chrono::milliseconds patience, QObject* parent)
+    : SoundOutput(parent),
+      mLine(std::make_shared<Line>(this)),
+      mPatience(patience),
+      mThread([makeStream, line = mLine] {
+          return makeStream([line](const QString& problem) {
+              const std::lock_guard lock(line->mutex);
+              if (line->output != nullptr) {
+                  Q_EMIT line->output->Failed(problem);
+              }
+          });
+      }) {}
 
 DeviceOutput::~DeviceOutput() {
-    mThread.quit();
-    mThread.wait();
+    DeviceOutput::End();
+}
+
+bool DeviceOutput::End() {
+    {
+        const std::lock_guard lock(mLine->mutex);
+        mLine->output = nullptr;
+    }
+    return mThread.End(mPatience);
 }
 
 QAudioFormat DeviceFormat(const QAudioDevice& device, int channels, int rateHz) {

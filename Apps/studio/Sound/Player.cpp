@@ -38,7 +38,8 @@ Player::Player(QObject* parent) : QObject(parent) {
 Player::~Player() = default;
 
 // Looks now and again, too: Qt 6.4 does not always say that devices come and go, or that another one has become the
-// default. Other devices are a fresh chance; the same ones get one after a second, after two, after four.
+// default. Other devices are a fresh chance; the same ones get one after a second, after two, after four, unless
+// one did not answer: each try would cost a thread.
 void Player::LookForDevices() {
     QByteArrayList devices = {QMediaDevices::defaultAudioOutput().id()};
     for (const QAudioDevice& device : QMediaDevices::audioOutputs()) {
@@ -48,7 +49,7 @@ void Player::LookForDevices() {
         mKnownDevices = devices;
         mFailures = 0;
         mProblem.clear();
-    } else if (!mProblem.isEmpty() && --mLooksUntilRetry <= 0) {
+    } else if (!mProblem.isEmpty() && !mDoesNotAnswer && --mLooksUntilRetry <= 0) {
         mProblem.clear();
     }
     if (IsPlaying() && FindRoute().Id() != mPlayingOn) {
@@ -118,6 +119,7 @@ void Player::Start(std::int64_t from) {
     mPlayback->Loudness().Begin(Gain());
     mPlayingOn = route.Id();
     if (route.format.isValid()) {
+        mDoesNotAnswer = false;
         mOutput = std::make_unique<DeviceOutput>(mPlayback, route.device, route.format);
         connect(mOutput.get(), &SoundOutput::Failed, this, &Player::OutputFailed, Qt::QueuedConnection);
     } else {
@@ -126,6 +128,9 @@ void Player::Start(std::int64_t from) {
 }
 
 void Player::Stop() {
+    if (mOutput != nullptr && !mOutput->End()) {
+        mDoesNotAnswer = true;
+    }
     mOutput.reset();
     mPlayback.reset();
 }

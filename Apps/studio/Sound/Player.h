@@ -101,7 +101,8 @@ private:
     float mVolume = 1;
     bool mMuted = false;
     QByteArray mWantedDevice;
-    QString mProblem;  // of the device; empty: it is used
+    QString mProblem;             // of the device; empty: it is used
+    bool mDoesNotAnswer = false;  // the device that was played on last: it has kept a thread
     int mFailures = 0;
     int mLooksUntilRetry = 0;
     std::shared_ptr<ClipPlayback> mPlayback;

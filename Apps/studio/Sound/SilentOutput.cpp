@@ -20,6 +20,11 @@ SilentOutput::SilentOutput(std::shared_ptr<ClipPlayback> playback, QObject* pare
 
 SilentOutput::~SilentOutput() = default;
 
+bool SilentOutput::End() {
+    mThread = {};
+    return true;
+}
+
 // Frames are counted from the start, so that a late wake-up is made up for.
 void SilentOutput::Run(const std::stop_token& stop) {
     using Clock = ClipPlayback::Clock;

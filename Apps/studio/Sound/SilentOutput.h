@@ -19,6 +19,8 @@ public:
     explicit SilentOutput(std::shared_ptr<ClipPlayback> playback, QObject* parent = nullptr);
     ~SilentOutput() override;
 
+    bool End() override;
+
 private:
     void Run(const std::stop_token& stop);
 

@@ -80,7 +80,7 @@ void StudioTest::BeginALongExport() {
     lineup::ClipDocument document;
     document.picture.width = 64;
     document.picture.height = 64;
-    document.lengthFrames = 2'000'000;
+    document.lengthFrames = 200'000;
     Window().Document().New(document);
     PressFor(Qt::Key_E, Qt::ControlModifier, [&](DialogHands& hands) {
         hands.Find<QLineEdit>("exportFile").setText(InFolder("long.mp4"));

@@ -11,17 +11,19 @@ both are given the libraries as they were built, and update the template as it l
 product's own parts alone know is not listed: its version is this very build's, and so is what depends on it.
 """
 import argparse
+import os
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 # Belongs to one processor's kernels.
 ONE_PROCESSOR = re.compile(r"_(E9|repE9)$")
 
 
-def run(*command, check=True):
-    return subprocess.run(command, check=check, capture_output=True, text=True)
+def run(*command, check=True, cwd=None):
+    return subprocess.run(command, check=check, capture_output=True, text=True, cwd=cwd)
 
 
 def soname(library):
@@ -67,8 +69,13 @@ def make(arguments):
         faults += [f"new in {name}: {symbol}" for symbol in sorted(found - promised)]
         faults += [f"gone from {name}: {symbol}" for symbol in sorted(promised - found)
                    if not ONE_PROCESSOR.search(symbol.rpartition("@")[0])]
-    made = run("dpkg-gensymbols", "-q", "-c4", f"-p{arguments.package}", f"-v{arguments.version}", f"-I{arguments.template}",
-               f"-O{arguments.out}", *(f"-e{library}" for library in arguments.libraries), check=False)
+    with tempfile.TemporaryDirectory() as folder:  # dpkg of Debian 13 looks into the control file of a source package
+        control = pathlib.Path(folder, "debian", "control")
+        control.parent.mkdir()
+        control.write_text(f"Source: {arguments.package}\n\nPackage: {arguments.package}\nArchitecture: any\n")
+        made = run("dpkg-gensymbols", "-q", "-c4", f"-p{arguments.package}", f"-v{arguments.version}",
+                   f"-I{arguments.template.absolute()}", f"-O{arguments.out.absolute()}",
+                   *(f"-e{os.path.abspath(library)}" for library in arguments.libraries), check=False, cwd=folder)
     if faults:
         faults.append("Packaging/debian/symbols.py update takes what is new, and drops what is gone.")
     elif made.returncode:
@@ -97,7 +104,7 @@ def main():
     parser.add_argument("--template", type=pathlib.Path, required=True)
     parser.add_argument("--package")
     parser.add_argument("--version", required=True)
-    parser.add_argument("--out", default="/dev/null")
+    parser.add_argument("--out", type=pathlib.Path, default="/dev/null")
     parser.add_argument("libraries", nargs="+")
     arguments = parser.parse_args()
     return make(arguments) if arguments.act == "make" else update(arguments)

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
-#include <pthread.h>
 #include <utility>
 
 namespace studio {
@@ -58,7 +57,6 @@ SinkThread::~SinkThread() {
 }
 
 void SinkThread::Run(State& state, const std::function<Sink()>& makeSink) {
-    pthread_setname_np(pthread_self(), "sound");
     {
         QEventLoop loop;
         {

@@ -135,14 +135,14 @@ TEST_F(Check, SaysWhyARecordingCannotBeRead) {
     EXPECT_EQ(note("silent.mov")["id"], "no-sound");
 }
 
-// A decoder leaves out what it cannot read, and silence stands for it.
+// A decoder leaves out what it cannot read, and silence stands for it, or, as FFmpeg 7 has it near the end, says so.
 TEST_F(Check, NamesDamageOnceWhetherItIsReadOrHeard) {
     ASSERT_EQ(Lineup("render take.wav --ident ebu-stereo-1000 --cycles 2 --quiet").exitCode, 0);
     ASSERT_EQ(Shell("ffmpeg -v error -nostdin -i take.wav take.flac").exitCode, 0);
     const std::string whole = test::ReadFile(Folder() / "take.flac");
     for (const auto& [where, at, text] :
          {std::tuple(0.05, 0.096, "the recording is damaged"), std::tuple(0.5, 2.88, "at input 2"),
-          std::tuple(0.7, 4.128, "are silent"), std::tuple(0.95, 5.664, "are silent")}) {
+          std::tuple(0.7, 4.128, "are silent"), std::tuple(0.95, 5.664, "are silent|cannot be read")}) {
         std::string damaged = whole;
         for (std::size_t i = 0; i < 2000; ++i) {
             damaged[static_cast<std::size_t>(static_cast<double>(whole.size()) * where) + i] =
@@ -153,7 +153,7 @@ TEST_F(Check, NamesDamageOnceWhetherItIsReadOrHeard) {
         ASSERT_EQ(faults.size(), 1U) << faults;
         EXPECT_EQ(faults[0]["id"], "dropout");
         EXPECT_NEAR(faults[0]["at"].get<double>(), at, 0.1);
-        EXPECT_NE(faults[0]["text"].get<std::string>().find(text), std::string::npos) << faults;
+        EXPECT_THAT(faults[0]["text"].get<std::string>(), testing::ContainsRegex(text));
     }
 }
 

@@ -5,6 +5,7 @@
 #include <lineup/Rational.h>
 #include <lineup/Scan.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -78,6 +79,9 @@ struct SendSettings {
 
     /// Instead of the machine's clock; it must outlive the call. Null: the machine's.
     SendClock* clock = nullptr;
+
+    /// How long a connection may take nothing before it is given up and made anew.
+    std::chrono::milliseconds connectionStall{10000};
 
     /// Told what happens to the stream on its way that ends nothing: "nobody receives at ...". May be empty.
     std::function<void(const std::string&)> notice;

@@ -74,7 +74,7 @@ std::string CauseOf(int code) {
 }  // namespace
 
 AvOutput::AvOutput(const SendSettings& settings, std::vector<std::uint8_t> head)
-    : mUrl(settings.target), mNotice(settings.notice), mHead(std::move(head)) {
+    : mUrl(settings.target), mStall(settings.connectionStall), mNotice(settings.notice), mHead(std::move(head)) {
     const std::string scheme = SchemeOf(mUrl);
     if (!KnowsProtocol(scheme)) {
         throw Error(
@@ -97,7 +97,12 @@ AvOutput::~AvOutput() {
 }
 
 int AvOutput::IsStopped(void* output) {
-    return static_cast<AvOutput*>(output)->mStopped ? 1 : 0;
+    const auto* const self = static_cast<AvOutput*>(output);
+    return self->mStopped || self->HasStalled() ? 1 : 0;
+}
+
+bool AvOutput::HasStalled() const {
+    return Clock::now() >= mDeadline;
 }
 
 // Said by the thread that sends; the same thing once.
@@ -152,8 +157,19 @@ void AvOutput::Run() {
     } while (WaitForRetry());
 }
 
+// A write that has stalled leaves its deadline behind: what closing the connection would still send has the same.
+void AvOutput::WriteAll(AVIOContext& connection, const std::vector<std::uint8_t>& bytes) {
+    mDeadline = Clock::now() + mStall;
+    avio_write(&connection, bytes.data(), static_cast<int>(bytes.size()));
+    avio_flush(&connection);
+    if (connection.error >= 0) {
+        mDeadline = Clock::time_point::max();
+    }
+}
+
 void AvOutput::SendWhileConnected() {
     lastSaid.clear();
+    mDeadline = Clock::time_point::max();
     AVIOContext* opened = nullptr;
     const AVIOInterruptCB interrupt = {.callback = &IsStopped, .opaque = this};
     AvOptions options;
@@ -180,11 +196,13 @@ void AvOutput::SendWhileConnected() {
         }
         const std::vector<std::uint8_t> bytes = std::move(mQueue.front());
         lock.unlock();
-        avio_write(connection.get(), bytes.data(), static_cast<int>(bytes.size()));
-        avio_flush(connection.get());
+        WriteAll(*connection, bytes);
         lock.lock();
         if (connection->error < 0) {
-            Note(fmt::format("lost {}: {}; trying on, and clip time goes on", mUrl, CauseOf(connection->error)));
+            const std::string cause = HasStalled() ? fmt::format("it has taken nothing for {:g} s",
+                                                                 std::chrono::duration<double>(mStall).count())
+                                                   : CauseOf(connection->error);
+            Note(fmt::format("lost {}: {}; trying on, and clip time goes on", mUrl, cause));
             break;
         }
         mQueue.pop_front();

@@ -1,13 +1,16 @@
 #include <lineup/Send.h>
 #include "Tests/Host/Lineup/Export/MediaFile.h"
+#include "Tests/Host/Lineup/Send/Loopback.h"
 #include "Tests/Host/Lineup/Send/SimulatedClock.h"
 #include "Tests/Host/Lineup/Send/TransportReader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
+#include <chrono>
 #include <netinet/in.h>
 #include <stdexcept>
 #include <string>
@@ -180,6 +183,40 @@ TEST(Connection, LosesWhatASlowReceiverDoesNotTake) {
     for (std::size_t at = 0; at < 1'000'000; at += 188) {
         ASSERT_EQ(receiver.calls[0][at], 0x47) << at;
     }
+}
+
+// One target never reads: it is given up by its own thread, and the one beside it gets every datagram.
+TEST(Connection, ThatTakesNothingIsGivenUpAndHoldsUpNobody) {
+    const lineup::Clip clip = test::OpenClip(2);
+    const TcpReceiver deaf;
+    test::Loopback beside;
+    test::SimulatedClock clock;
+    std::size_t received = 0;
+    const auto take = [&] {
+        beside.Drain();
+        received += beside.datagrams.size();
+        beside.datagrams.clear();
+    };
+    clock.onWait = [&take](std::int64_t) { take(); };
+    lineup::SendSettings settings;
+    settings.target = deaf.url;
+    settings.moreTargets = {"udp://" + beside.Address()};
+    settings.videoCodec = lineup::kNoCodec;
+    settings.bitsPerSecond = 50'000'000;
+    settings.connectionStall = std::chrono::milliseconds(50);
+    settings.clock = &clock;
+    std::vector<std::string> notices;
+    settings.notice = [&notices](const std::string& text) { notices.push_back(text); };
+    const std::string gaveUp =
+        "lost " + deaf.url + ": it has taken nothing for 0.05 s; trying on, and clip time goes on";
+    constexpr double kLongest = 200;  // s of clip time
+    const lineup::SendStatus status = Send(clip, settings, [&](const lineup::SendStatus& now) {
+        return std::ranges::find(notices, gaveUp) == notices.end() && now.seconds < kLongest;
+    });
+    take();
+    EXPECT_THAT(notices, testing::Contains(gaveUp));
+    EXPECT_EQ(static_cast<std::int64_t>(received), status.datagrams);
+    EXPECT_GT(status.lostDatagrams, 0);
 }
 
 }  // namespace

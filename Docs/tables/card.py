@@ -71,11 +71,18 @@ def nominal(name, card):
             round(512 + 896 * (red - y) / (2 * (1 - kr))))
 
 
+def in_the_whole():
+    """What makes FFmpeg decode a picture with its edges, which versions from 7.1 on cut off where a file says so."""
+    said = subprocess.run(["ffmpeg", "-version"], check=True, capture_output=True, text=True).stdout
+    version = re.match(r"ffmpeg version (\d+)\.(\d+)", said)
+    return ["-apply_cropping", "codec"] if version and (int(version[1]), int(version[2])) >= (7, 1) else []
+
+
 class Planes:
     """A 10-bit 4:2:2 picture of a file."""
 
     def __init__(self, file, width, height):
-        data = subprocess.run(["ffmpeg", "-v", "error", "-i", file, "-frames:v", "1", "-f", "rawvideo",
+        data = subprocess.run(["ffmpeg", "-v", "error", *in_the_whole(), "-i", file, "-frames:v", "1", "-f", "rawvideo",
                                "-pix_fmt", "yuv422p10le", "-"], check=True, capture_output=True).stdout
         self.values = struct.unpack(f"<{2 * width * height}H", data)
         self.width, self.height = width, height

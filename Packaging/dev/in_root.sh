@@ -23,7 +23,10 @@ exec unshare --mount sh -euc '
     mount --bind "$root.ccache" "$root/ccache"
     mount -t proc proc "$root/proc"
     mount --rbind /dev "$root/dev"  # terminals too
-    exec chroot "$root" env -i HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive CCACHE_DIR=/ccache \
+    cd "$root"
+    pivot_root . mnt  # in a root of chroot no process may make name spaces of its own, as tests do
+    umount -l /mnt
+    exec env -i HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive CCACHE_DIR=/ccache \
         CCACHE_SLOPPINESS=pch_defines,time_macros CMAKE_BUILD_PARALLEL_LEVEL="$jobs" CTEST_PARALLEL_LEVEL="$jobs" \
         PATH=/usr/sbin:/usr/bin:/sbin:/bin sh -euc '\''
         cd /source/Packaging/dependencies

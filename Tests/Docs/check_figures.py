@@ -1,12 +1,20 @@
 """Draws the pictures of the documentation anew and compares them, pixel by pixel: check_figures.py ROOT PROGRAM
 
-Every picture that Docs/make-figures draws must be in Docs/images as it is drawn now. Letters are drawn by the
-system's own libraries: the comparison holds on the system that the packages are listed for, Debian 12."""
+Every picture that Docs/make-figures draws must be in Docs/images as it is drawn now. Letters and edges are drawn by the
+system's own libraries: the comparison of pixels holds on the system that the packages are listed for, Debian 12. On
+another one the pictures must be as large, and drawings (SVG) the same."""
 
 import os
+import platform
 import subprocess
 import sys
 import tempfile
+
+
+def has_shown_letters():
+    """Whether this is the system that the pictures in Docs/images show."""
+    system = platform.freedesktop_os_release()
+    return (system["ID"], system.get("VERSION_ID")) == ("debian", "12")
 
 
 def pixels(picture):
@@ -29,6 +37,8 @@ def problem(committed, drawn):
     new_size, new_data = pixels(drawn)
     if size != new_size:
         return f"is {size} pixels, and {new_size} are drawn now"
+    if not has_shown_letters():
+        return None
     different = sum(data[i:i + 3] != new_data[i:i + 3] for i in range(0, len(data), 3)) if data != new_data else 0
     return f"differs from what is drawn now in {different} pixels" if different else None
 

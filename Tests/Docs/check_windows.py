@@ -1,7 +1,7 @@
 """Takes the pictures of windows anew and compares them, pixel by pixel: check_windows.py ROOT BUNDLE PROGRAM...
 
 Every picture of the settings dialog and of Lineup Studio in Docs/images must look as the programs draw it now. Like
-the figures, they hold on Debian 12, whose letters they show."""
+the figures, they hold on Debian 12, whose letters they show; on another system they must be as large."""
 
 import os
 import subprocess

@@ -6,6 +6,7 @@ blank, the name of a file that the block becomes; KINDS is all there are."""
 import dataclasses
 import os
 import re
+import shutil
 import subprocess
 
 # Kind: what is done with it.
@@ -130,9 +131,10 @@ def read(root, path):
 
 def files_of(root):
     """The paths of all files of the source tree, without what is built."""
-    listed = subprocess.run(["git", "-C", root, "ls-files", "--cached", "--others", "--exclude-standard"],
-                            capture_output=True, text=True, check=False)
-    if listed.returncode == 0:
+    listed = shutil.which("git") and subprocess.run(
+        ["git", "-C", root, "ls-files", "--cached", "--others", "--exclude-standard"],
+        capture_output=True, text=True, check=False)
+    if listed and listed.returncode == 0:
         return sorted(path for path in set(listed.stdout.splitlines()) if os.path.exists(os.path.join(root, path)))
     found = []
     for folder, folders, names in os.walk(root):

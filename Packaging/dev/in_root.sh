@@ -22,6 +22,7 @@ exec unshare --mount sh -euc '
     mount -o remount,bind,ro "$root/source"
     mount --bind "$root.ccache" "$root/ccache"
     mount -t proc proc "$root/proc"
+    mount -t sysfs -o ro sysfs "$root/sys"
     mount --rbind /dev "$root/dev"  # terminals too
     cd "$root"
     pivot_root . mnt  # in a root of chroot no process may make name spaces of its own, as tests do

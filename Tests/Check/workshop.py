@@ -164,6 +164,7 @@ class Sound:
         source = self.workshop.scratch("source.wav")
         write_wave(source, self.samples, self.rate)
         filters = ["-af", ",".join(self.filters)] if self.filters else []
-        run(["ffmpeg", "-v", "error", "-y", "-i", source, *arguments, *filters, "-threads", "1", path])
+        # In packets as small as FFmpeg 5 reads: those of 7 are too large for SMPTE 302M in 5.1.
+        run(["ffmpeg", "-v", "error", "-y", "-max_size", "4096", "-i", source, *arguments, *filters, "-threads", "1", path])
         os.remove(source)
         self.filters = []

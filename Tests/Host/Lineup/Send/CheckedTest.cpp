@@ -61,7 +61,7 @@ TEST_P(Checked, IsFoundRightAtTheOtherEnd) {
     const std::string port = test::FreePort();
     std::atomic<bool> isChecked = false;
     test::FastClock fast(5);
-    test::ReceiverClock asTaken(port, [&isChecked] { return isChecked.load(); });
+    test::ReceiverClock asTaken({port}, [&isChecked] { return isChecked.load(); });
     lineup::SendSettings settings;
     settings.target = fmt::format(fmt::runtime(row.sent), port);
     settings.format = row.format;

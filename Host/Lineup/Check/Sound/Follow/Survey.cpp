@@ -207,9 +207,9 @@ public:
         // A tone without edges is taken to be as late as the others, or as all edges together have it: where one of the
         // others is so late for sure.
         const bool known = (!delays.empty() && isSure) || EdgesKnowTogether();
-        const double usual = delays.empty() ? WeightedMedian(mEdges) : MedianOf(std::move(delays));
         for (std::size_t input = 0; input < mArrivals.size(); ++input) {
             if (!DoEdgesAgree(input)) {
+                const double usual = UsualDelay(input, delays);
                 survey.inputs[input] = InputOf(input, usual - mDelays[input]);
                 if (!known || LiesElsewhere(input, usual)) {
                     survey.inputs[input].polarity = 0;
@@ -292,6 +292,17 @@ private:
 
     // Those that do not, as under a codec's noise, say too little about one input.
     [[nodiscard]] bool DoEdgesAgree(std::size_t input) const { return mAgreed[input] && mAgreed[input]->agree; }
+
+    // As late as others whose edges agree: of those that differ from each other as that one which its own edges are
+    // nearest to.
+    [[nodiscard]] double UsualDelay(std::size_t input, const std::vector<double>& others) const {
+        if (others.empty()) {
+            return WeightedMedian(mEdges);
+        }
+        const double middle = MedianOf(others);
+        const double own = mAgreed[input] ? mAgreed[input]->late + mDelays[input] : middle;
+        return *std::ranges::min_element(others, {}, [own](double other) { return std::abs(other - own); });
+    }
 
     // Its own edges do not agree well enough to say where, but surely not there.
     [[nodiscard]] bool LiesElsewhere(std::size_t input, double usual) const {

@@ -16,6 +16,7 @@
 
 namespace {
 
+using test::CodedSource;
 using test::Ident;
 using test::kRate;
 using test::Lose;
@@ -228,12 +229,6 @@ TEST(Causes, AreNamedAndNoMore) {
     }
 }
 
-class CodedSource : public test::MemorySource {
-public:
-    using MemorySource::MemorySource;
-    [[nodiscard]] std::optional<bool> Lossy() const override { return true; }
-};
-
 // A codec that moves ends alone, by the same in each cycle: its right channel has no edges, and leans on the left
 // one's.
 TEST(Causes, WhereTheGapsOfACodecSayNothingNoChannelIsUpsideDown) {
@@ -248,6 +243,39 @@ TEST(Causes, WhereTheGapsOfACodecSayNothingNoChannelIsUpsideDown) {
     for (const lineup::ChannelReport& channel : findings.sound.channels) {
         EXPECT_FALSE(channel.polarity) << channel.input;
     }
+}
+
+// Takes up to a millisecond from both ends of each burst, of no two of them the same.
+void Tear(std::vector<float>& channel) {
+    int bursts = 0;
+    int quiet = 0;
+    for (std::ptrdiff_t n = 0; n < std::ssize(channel); ++n) {
+        const bool sounds = channel[static_cast<std::size_t>(n)] != 0;
+        if (sounds && quiet > SampleAt(0.05)) {
+            const std::ptrdiff_t taken = 6 * (++bursts % 3);
+            std::fill_n(channel.begin() + n, taken, 0.0F);
+            const std::ptrdiff_t ended = n - quiet;
+            std::fill(channel.begin() + std::max<std::ptrdiff_t>(ended - (12 - taken), 0), channel.begin() + ended,
+                      0.0F);
+            n += taken;
+        }
+        quiet = sounds ? 0 : quiet + 1;
+    }
+}
+
+// Two know where they are, and differ: the others are as late as one of them, and not as their mean.
+TEST(Causes, ChannelsWhoseEdgesACodecTearsLeanOnTheOneThatTheyAreNearTo) {
+    Sound sound = Ident("blits", 14.5);
+    for (std::size_t input = 0; input < sound.size(); ++input) {
+        if (input == 2) {
+            std::ranges::rotate(sound[input], sound[input].end() - SampleAt(0.004));
+        } else if (input != 0) {
+            Tear(sound[input]);
+        }
+    }
+    CodedSource source(std::move(sound));
+    EXPECT_EQ(test::Texts(lineup::CheckSound(source, test::Bundle(), {})),
+              Strings{"C (input 3) is 48.00 samples (4.000 ms) late."});
 }
 
 // Of four inputs it is the noise of the delay that all count from, of two their own.

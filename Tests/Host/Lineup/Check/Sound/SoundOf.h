@@ -76,16 +76,16 @@ inline Sound Tone(double frequency, double amplitude, double seconds, std::size_
     return sound;
 }
 
-/// Sound in memory, as a recording has it; of no codec, unless it is `lossy`.
+/// Sound in memory, as a recording that is not lossy.
 class MemorySource : public lineup::SoundSource {
 public:
-    explicit MemorySource(Sound sound, double rate = kRate, std::optional<int> bits = std::nullopt, bool lossy = false)
-        : mSound(std::move(sound)), mRate(rate), mBits(bits), mLossy(lossy) {}
+    explicit MemorySource(Sound sound, double rate = kRate, std::optional<int> bits = std::nullopt)
+        : mSound(std::move(sound)), mRate(rate), mBits(bits) {}
 
     [[nodiscard]] double SampleRate() const override { return mRate; }
     [[nodiscard]] int Inputs() const override { return static_cast<int>(mSound.size()); }
     [[nodiscard]] std::optional<int> Bits() const override { return mBits; }
-    [[nodiscard]] std::optional<bool> Lossy() const override { return mLossy; }
+    [[nodiscard]] std::optional<bool> Lossy() const override { return false; }
 
     std::size_t Read(std::span<float* const> inputs, std::size_t most) override {
         const std::size_t count = std::min(most, mSound.front().size() - mDone);
@@ -100,8 +100,14 @@ private:
     Sound mSound;
     double mRate;
     std::optional<int> mBits;
-    bool mLossy;
     std::size_t mDone = 0;
+};
+
+/// The same, as a codec gives it that leaves out what is not heard.
+class CodedSource : public MemorySource {
+public:
+    using MemorySource::MemorySource;
+    [[nodiscard]] std::optional<bool> Lossy() const override { return true; }
 };
 
 inline lineup::SoundFindings Check(Sound sound, double rate = kRate, const lineup::CheckSettings& settings = {}) {

@@ -339,10 +339,19 @@ private:
         return count > 0 && 1.85 * MedianOf(std::move(off)) / std::sqrt(count) < kMostDoubt;
     }
 
+    // How far from where its edges have it an input may be, s. After a codec a few of them may agree by chance, and are
+    // in as much doubt as all edges: where tones of several pitches tell by their phases which place is the right one.
+    [[nodiscard]] double DoubtOf(std::size_t input) const {
+        const std::vector<LateEdge>& edges = mLate[input];
+        const bool phasesTell =
+            std::ranges::any_of(edges, [&](const LateEdge& edge) { return edge.frequency != edges.front().frequency; });
+        return std::max(mAgreed[input]->doubt, mHistory->lossy && phasesTell ? ScatterOfEdges(mLate) : 0);
+    }
+
     [[nodiscard]] SurveyedInput InputOf(std::size_t input, double around) const {
         SurveyedInput surveyed{mArrivals[input], mDelays[input] + around, 0, false, DoEdgesAgree(input)};
         if (surveyed.arrival.channel && mPlacing.tempo == mPlacing.pitch) {
-            const auto doubt = surveyed.hasEdges ? std::optional(mAgreed[input]->doubt) : std::nullopt;
+            const auto doubt = surveyed.hasEdges ? std::optional(DoubtOf(input)) : std::nullopt;
             const DelayAndPolarity found =
                 DelayOf(mCells, *mReference, input, *surveyed.arrival.channel, mPlacing.pitch, around, doubt);
             surveyed.delay = mDelays[input] + found.delay;

@@ -18,6 +18,8 @@ constexpr double kReach = 0.08;         // s on both sides of an edge
 constexpr double kLeastReach = 0.01;
 constexpr double kClearOfJump = 0.004;  // s
 constexpr double kWorstFit = 0.35;      // of the weight: 1 - cos of what a phase is off
+constexpr double kMisfitCounts = 4;     // phases come through codecs far better than edges
+constexpr double kAwayCounts = 0.5;
 constexpr double kClearlyBetter = 0.1;
 constexpr double kFloatingWeight = 1e-3;
 constexpr double kEdgesAgree = 0.00003;   // s
@@ -407,7 +409,7 @@ DelayAndPolarity DelayOf(const Cells& cells, const Reference& reference, std::si
     // The further from where edges have it, beyond what those are in doubt, the less likely.
     const auto cost = [&](double delay, int polarity) {
         const double away = std::max(0.0, std::abs(delay - around) - edges) / phases;
-        return Misfit(points, delay, polarity) + 0.5 * away * away;
+        return kMisfitCounts * Misfit(points, delay, polarity) + kAwayCounts * away * away;
     };
     const double uprightCost = cost(upright, 1);
     const double invertedCost = cost(inverted, -1);

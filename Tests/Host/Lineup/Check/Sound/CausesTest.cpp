@@ -278,6 +278,24 @@ TEST(Causes, ChannelsWhoseEdgesACodecTearsLeanOnTheOneThatTheyAreNearTo) {
               Strings{"C (input 3) is 48.00 samples (4.000 ms) late."});
 }
 
+// Both ends of the centre's only burst come early by as much: they agree with each other, and edges elsewhere say how
+// little that means.
+TEST(Causes, ABurstThatACodecMovesAsAWholeIsNotUpsideDown) {
+    Sound sound = Ident("blits", 14.5);
+    constexpr std::ptrdiff_t kEarly = 3;  // samples
+    for (std::ptrdiff_t n = -kEarly; n < 0; ++n) {
+        const double turns = 1320 * static_cast<double>(n) / kRate;
+        sound[2][static_cast<std::size_t>(SampleAt(1.6) + n)] =
+            static_cast<float>(0.125 * std::sin(2 * std::numbers::pi * turns));
+        sound[2][static_cast<std::size_t>(SampleAt(2.2) + n)] = 0;
+    }
+    for (const std::size_t input : {0U, 3U, 5U}) {
+        Tear(sound[input]);
+    }
+    CodedSource source(std::move(sound));
+    EXPECT_EQ(test::Texts(lineup::CheckSound(source, test::Bundle(), {})), Strings());
+}
+
 // Of four inputs it is the noise of the delay that all count from, of two their own.
 TEST(Causes, ADelayThatTheNoiseOfACodecMayHaveMadeIsNoFault) {
     Sound sound = test::Tone(1000, 0.125, 8, 6);

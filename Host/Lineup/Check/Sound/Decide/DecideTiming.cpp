@@ -52,6 +52,16 @@ double JumpDoubt(const Case& check, std::size_t input) {
     return rough && !check.lineup->inputs[input].surveyed.hasEdges ? kByEdges : 0;
 }
 
+// Of a swing of the speed a part is left, in samples: inputs whose tones sound at other times have it as a delay.
+double SwingDoubt(const Case& check) {
+    constexpr double kLeft = 0.03;
+    double late = 0;
+    for (const Wander& wander : check.lineup->placing.wanders) {
+        late += std::hypot(wander.sine, wander.cosine);
+    }
+    return kLeft * late * check.facts->rate;
+}
+
 // The others' doubt is that of the delay that all count from.
 double UsualDoubt(const Case& check) {
     std::vector<double> doubts;
@@ -64,12 +74,12 @@ double UsualDoubt(const Case& check) {
 }
 
 void DecideDelay(Case& check) {
-    const double usual = UsualDoubt(check);
+    const double common = UsualDoubt(check) + SwingDoubt(check);
     const double tolerance = check.Tolerance("delay");
     std::vector<std::pair<double, std::size_t>> late;
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         const auto& delay = check.findings->sound.channels[input].delay;
-        if (delay && std::abs(*delay) > tolerance + usual + CodecDoubt(check, input) + JumpDoubt(check, input) &&
+        if (delay && std::abs(*delay) > tolerance + common + CodecDoubt(check, input) + JumpDoubt(check, input) &&
             !check.folded[input]) {
             late.emplace_back(*delay, input);
         }

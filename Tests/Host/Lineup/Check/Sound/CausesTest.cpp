@@ -318,6 +318,24 @@ TEST(Causes, ADelayThatTheNoiseOfACodecMayHaveMadeIsNoFault) {
     EXPECT_EQ(std::ranges::count(plain, "delay"), 1);
 }
 
+// Tones that sound at other times have of a swing what is not taken out of it.
+TEST(Causes, ADelayThatIsFarLessThanWhatTheSpeedSwingsByIsNoFault) {
+    for (const bool swings : {false, true}) {
+        Sound sound = Ident("ebu-stereo-1000", 7.4);
+        std::vector<float>& late = sound[1];
+        for (std::size_t n = late.size() - 1; n > 0; --n) {
+            late[n] = 0.3F * late[n] + 0.7F * late[n - 1];
+        }
+        if (swings) {
+            Swing(sound, 0.0038, 0.6);
+        }
+        lineup::CheckSettings settings;
+        settings.tolerances = {{"distortion", -30}, {"level", 0.5}};  // of lines between samples
+        EXPECT_EQ(test::Ids(test::Check(std::move(sound), kRate, settings)),
+                  Strings{swings ? "speed-unsteady" : "delay"});
+    }
+}
+
 TEST(Causes, AGapBesideAToneOfHalfASecondNamesTheSequenceThoughACodecMovesIt) {
     Sound sound = Ident("ebu-stereo-400", 3.5, 0.1);
     Mute(sound[0], 2.642, 2.65);

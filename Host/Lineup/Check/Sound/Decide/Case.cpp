@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 #include <utility>
+#include <vector>
 
 namespace lineup::sound {
 
@@ -41,6 +43,21 @@ double CodecNoise(const Case& check, std::size_t input) {
         return 0;
     }
     return std::pow(10, check.lineup->inputs[input].toneNoise.QuantileDb(0.5) / 20) / tone;
+}
+
+double LoudTone(const Case& check, std::size_t input) {
+    std::vector<double> amplitudes;
+    for (const LevelPoint& point : check.lineup->levels) {
+        if (point.input == input && point.full) {
+            amplitudes.push_back(point.sent * std::pow(10, point.db / 20));
+        }
+    }
+    if (amplitudes.empty()) {
+        return check.At(input).gain * check.Sent().Level();
+    }
+    const auto loud = amplitudes.begin() + static_cast<std::ptrdiff_t>(amplitudes.size() * 9 / 10);
+    std::ranges::nth_element(amplitudes, loud);
+    return *loud;
 }
 
 bool HasLowTone(const Case& check, std::size_t channel) {

@@ -73,6 +73,9 @@ CheckFault& AddFault(const Case& check, std::string_view id, const std::vector<s
 [[nodiscard]] std::string InputList(const std::vector<std::size_t>& inputs);
 [[nodiscard]] std::string Listed(const std::vector<std::string>& words);
 
+/// The amplitude of the input's tone where it is loudest: its level may have been moved.
+[[nodiscard]] double LoudTone(const Case& check, std::size_t input);
+
 /// The channel has a tone as low as hum: what a codec leaves beside it, and what hum leaves of it, lie together.
 [[nodiscard]] bool HasLowTone(const Case& check, std::size_t channel);
 /// What levels do over time, where nothing else explains it.

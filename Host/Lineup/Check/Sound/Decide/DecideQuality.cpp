@@ -18,9 +18,11 @@ double NoisePower(double db) {
 double Unexplained(const Case& check, std::size_t input, double db) {
     constexpr double kLeft = 0.3;  // of the power: more is not explained by them
     const ShapeOfInput& shape = check.shapes[input];
-    const double tone = check.At(input).gain * check.Sent().Level();
-    const bool harmonics = shape.clipped < 1 || shape.distorted;
-    const double explained = shape.humPower + (harmonics ? shape.harmonics * tone * tone / 2 : 0);
+    const LineFindings& lines = check.lineup->inputs[input].lines;
+    const double tone = LoudTone(check, input);
+    const bool bent = shape.clipped < 1 || shape.distorted;
+    const double harmonics = bent ? NoisePower(lines.harmonics.QuantileDb(0.9)) : 0;  // a louder tone has more of them
+    const double explained = shape.humPower + harmonics * tone * tone / 2;
     if (check.unsteady) {
         return LevelTally::kLowestDb;
     }
@@ -28,7 +30,7 @@ double Unexplained(const Case& check, std::size_t input, double db) {
         return db;
     }
     const bool lossy = check.facts->lossy.value_or(false);
-    return lossy ? LevelTally::kLowestDb : std::min(db, check.lineup->inputs[input].lines.floor.QuantileDb(0.5));
+    return lossy ? LevelTally::kLowestDb : std::min(db, lines.floor.QuantileDb(0.5));
 }
 
 // What a codec adds to a tone goes with the tone, as do the seams of retiming that keeps the pitch; noise in the gaps

@@ -63,22 +63,6 @@ bool IsOfCodec(const Case& check, std::size_t input, double harmonics) {
            harmonics * tone * tone / 2 < kSmallPart * PowerOf(noise.QuantileDb(0.5));
 }
 
-// The amplitude of the input's tone where it is loudest: its level may have been moved.
-double LoudTone(const Case& check, std::size_t input) {
-    std::vector<double> amplitudes;
-    for (const LevelPoint& point : check.lineup->levels) {
-        if (point.input == input && point.full) {
-            amplitudes.push_back(point.sent * std::pow(10, point.db / 20));
-        }
-    }
-    if (amplitudes.empty()) {
-        return check.At(input).gain * check.Sent().Level();
-    }
-    const auto loud = amplitudes.begin() + static_cast<std::ptrdiff_t>(amplitudes.size() * 9 / 10);
-    std::ranges::nth_element(amplitudes, loud);
-    return *loud;
-}
-
 // Where the tops are cut off. Many samples lie by the extremes then, and the fundamental and the extremes tell how much
 // is gone; where something else lies over them, the harmonics tell it.
 void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {

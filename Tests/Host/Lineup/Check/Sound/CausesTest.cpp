@@ -187,6 +187,17 @@ const std::vector<Damaged> kDamaged = {
      "",
      {},
      kSoundRate},
+    {"a level that goes up, and what then bends tones the more",
+     "ebu-5.1",
+     0,
+     12.5,
+     [](Sound& sound) {
+         for (auto& channel : sound) {
+             std::for_each(channel.begin() + SampleAt(6.875), channel.end(), [](float& x) { x *= 1.67F; });
+         }
+         Bend(sound, 0.0038);
+     },
+     {"level-changes", "distorted"}},
     {"retiming that keeps the pitch", "ebu-5.1", 0, 14.5, Retime, {"speed-wrong"}, "polarity-not-known"},
     {"a dropout shortly before the gap that names the sequence",
      "ebu-stereo-1000",

@@ -28,7 +28,7 @@ public:
 
     std::size_t Read(std::span<std::byte> bytes) override {
         const std::size_t count = std::min({bytes.size(), mLeft.size(), std::size_t{333}});
-        std::memcpy(bytes.data(), mLeft.data(), count);
+        std::ranges::copy(std::as_bytes(mLeft.first(count)), bytes.begin());
         mLeft = mLeft.subspan(count);
         return count;
     }

@@ -19,14 +19,14 @@ fi
 
 # What such a program is handed to: its file, the name that it is started by, and its arguments.
 interpreter=$QEMU_LD_PREFIX/interpreter
-cat >"$interpreter.new" <<END
+cat >"$interpreter.$$" <<END
 #!/bin/sh
 file=\$1 name=\$2
 shift 2
 exec $(command -v qemu-aarch64) -L "\${0%/*}" -0 "\$name" "\$file" "\$@"
 END
-chmod +x "$interpreter.new"
-mv "$interpreter.new" "$interpreter"
+chmod +x "$interpreter.$$"
+mv "$interpreter.$$" "$interpreter"
 
 exec unshare --user --map-root-user --mount sh -euc '
     formats=$1 interpreter=$2

@@ -50,4 +50,8 @@ done
 find "$folder" -type l -lname '/*' -printf '%l\t%p\n' | while IFS="$(printf '\t')" read -r target link; do
     ln -sfrT "$folder$target" "$link"
 done
+# Of two packages' libraries of one name, an installation chooses one.
+for library in "$folder"/usr/lib/*/blas/*.so.* "$folder"/usr/lib/*/lapack/*.so.*; do
+    ln -sfrt "$(dirname "$(dirname "$library")")" "$library"
+done
 printf '%s\n' "$SUITE $needed" >"$folder/needed"

@@ -29,8 +29,8 @@ protected:
     // a quick thread finds at 0.
     [[nodiscard]] test::RunResult Run(const std::string& arguments,
                                       const std::string& repository = TEST_MLT_REPOSITORY) const {
-        const std::string command = "cd '" + Folder().string() + "' && LC_ALL=C MLT_REPOSITORY='" + repository +
-                                    "' timeout --signal=KILL 25 melt " + arguments;
+        const std::string command =
+            "cd '" + Folder().string() + "' && LC_ALL=C MLT_REPOSITORY='" + repository + "' " TEST_MELT " " + arguments;
         constexpr int kKilled = 128 + 9;
         test::RunResult result = test::RunProgram(command, Folder());
         for (int again = 0; again < 3 && (result.exitCode == kKilled || WroteNothing()); ++again) {

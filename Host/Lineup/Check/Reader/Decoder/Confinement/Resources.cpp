@@ -20,9 +20,11 @@ constexpr rlim_t kStreamSeconds = 30 * 86400;
 constexpr rlim_t kFileDescriptors = 4;
 constexpr rlim_t kUrlDescriptors = 64;
 
+// Whether the limit is in force. An emulator of another processor takes that of memory and lets it be.
 bool Limit(int resource, rlim_t value) {
-    const rlimit limit{.rlim_cur = value, .rlim_max = value};
-    return setrlimit(static_cast<__rlimit_resource_t>(resource), &limit) == 0;
+    const auto which = static_cast<__rlimit_resource_t>(resource);
+    rlimit limit{.rlim_cur = value, .rlim_max = value};
+    return setrlimit(which, &limit) == 0 && getrlimit(which, &limit) == 0 && limit.rlim_cur == value;
 }
 
 // Bytes of address space in use, 0 when that cannot be told.

@@ -24,7 +24,7 @@ namespace {
 using lineup::StreamFormat;
 using test::Treatment;
 
-constexpr double kDamageFrom = 5;  // s of clip time
+constexpr double kDamageFrom = 9;  // s of clip time: a cycle is heard before, by who comes in late too
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::int64_t kSpeed = 4;  // times as fast as real
 #else
@@ -43,8 +43,8 @@ struct DamageCase {
     bool isNamed;    // or mended on the way
 };
 
-constexpr double kShort = 12;
-constexpr double kLong = 28;  // what waits at the sender is given up after a second or more
+constexpr double kShort = 16;
+constexpr double kLong = 31;  // what waits at the sender is given up after a second or more
 constexpr auto kTs = StreamFormat::TransportStream;
 constexpr auto kL24 = StreamFormat::Linear24;
 
@@ -121,23 +121,25 @@ TEST_P(DamagedPath, IsNamedUnlessTheProtocolMendsIt) {
         GTEST_SKIP() << missing;
     }
     // Counted from where the receiver came in, and some of it waits in queues meanwhile.
-    constexpr double kWithin = 3;
+    constexpr double kWithin = 5;
     std::string said;
-    bool isDamage = true;
+    bool isNamed = false;
     for (const lineup::WatchedFault& fault : report.faults) {
         said += fmt::format("{:.3f} {}: {}\n", fault.begins, fault.fault.id, fault.fault.text);
         // A millisecond that is missing may be no more than a click.
         const bool isLoss = fault.fault.id == "dropout" || (row.format == kL24 && fault.fault.id == "click");
-        isDamage = isDamage && (isLoss || fault.fault.id.starts_with("samples-")) &&
-                   fault.begins > kDamageFrom - kWithin && fault.begins < kDamageFrom + row.seconds + kWithin;
+        isNamed =
+            isNamed || ((isLoss || fault.fault.id.starts_with("samples-")) && fault.begins > kDamageFrom - kWithin &&
+                        fault.begins < kDamageFrom + row.seconds + kWithin);
     }
     for (const lineup::CheckNote& note : report.notes) {
         said += note.text + "\n";
     }
     EXPECT_NEAR(report.seconds, row.watched, 0.1) << said << testing::PrintToString(notices);
     EXPECT_EQ(report.expected, "ebu-stereo-1000");
-    EXPECT_EQ(report.faults.empty(), !row.isNamed) << said;
-    EXPECT_TRUE(isDamage) << said;
+    EXPECT_EQ(isNamed, row.isNamed) << said;
+    // Beside what is missing, a cycle with little left of it may be taken for something else.
+    EXPECT_TRUE(row.isNamed || report.faults.empty()) << said;
 }
 
 INSTANTIATE_TEST_SUITE_P(, DamagedPath, testing::ValuesIn(kDamageCases),

@@ -88,7 +88,7 @@ PathRelay::PathRelay(Kind kind, const std::string& to, int oneOf)
     });
 }
 
-void PathRelay::RelayDatagrams(const std::stop_token& stop) {
+void PathRelay::RelayDatagrams(const std::stop_token& stop) const {
     const int out = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in sender{};
     sockaddr_in receiver = At(mTo);
@@ -115,7 +115,7 @@ void PathRelay::RelayDatagrams(const std::stop_token& stop) {
         const bool isOne = ++count % mOneOf == 0;
         if (isOne && now == Treatment::SwapsSome) {
             held.assign(datagram.begin(), datagram.end());
-        } else if (now != Treatment::Holds && !(isOne && now != Treatment::Passes)) {
+        } else if (now == Treatment::Passes || (!isOne && now != Treatment::Holds)) {
             forward(datagram);
             if (!held.empty()) {
                 forward(held);
@@ -126,7 +126,7 @@ void PathRelay::RelayDatagrams(const std::stop_token& stop) {
     close(out);
 }
 
-void PathRelay::RelayConnections(const std::stop_token& stop) {
+void PathRelay::RelayConnections(const std::stop_token& stop) const {
     while (!stop.stop_requested()) {
         WaitForEither(treatment == Treatment::HangsUp ? kNothing : mSocket, kNothing);
         if (treatment == Treatment::HangsUp || !HasCome(mSocket)) {

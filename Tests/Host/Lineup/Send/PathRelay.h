@@ -30,8 +30,8 @@ public:
     std::atomic<Treatment> treatment = Treatment::Passes;
 
 private:
-    void RelayDatagrams(const std::stop_token& stop);
-    void RelayConnections(const std::stop_token& stop);
+    void RelayDatagrams(const std::stop_token& stop) const;
+    void RelayConnections(const std::stop_token& stop) const;
 
     std::uint16_t mTo;
     int mOneOf;

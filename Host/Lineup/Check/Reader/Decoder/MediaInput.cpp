@@ -22,7 +22,7 @@ constexpr const char* kProtocols =
     "rtmpte,rtmpts,rtp,sctp,sftp,srt,srtp,tcp,tls,udp,udplite,unix,ws";
 
 // A session description opens the streams that it names.
-const std::string kSession = "data:application/sdp,";
+constexpr std::string_view kSession = "data:application/sdp,";
 
 constexpr const char* kSocketBytes = "4000000";  // half a second and more, of packets that a busy machine takes late
 constexpr std::size_t kLargestPacket = 65536;
@@ -100,7 +100,7 @@ std::string MediaInput::PrepareUrl(const std::string& url, AvOptions& options) {
     for (const auto& [option, value] : sound->options) {
         options.Set(option, value);
     }
-    return kSession + DescribeRtpSound(*sound, Await(*sound));
+    return std::string(kSession) + DescribeRtpSound(*sound, Await(*sound));
 }
 
 // The first packets of sound that its URL describes.

@@ -133,7 +133,7 @@ bool RtpPackets::TakeUp(std::span<const std::uint8_t> packet) {
         return false;
     }
     const auto type = static_cast<int>(number(1, 1) & 0x7FU);
-    std::size_t head = kHead + 4 * (number(0, 1) & 0xFU);
+    std::size_t head = kHead + std::size_t{4} * (number(0, 1) & 0xFU);
     if ((number(0, 1) & 0x10U) != 0 && packet.size() >= head + 4) {
         head += 4 + std::size_t{4} * number(head + 2, 2);
     }

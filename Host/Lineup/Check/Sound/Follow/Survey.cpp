@@ -386,22 +386,6 @@ std::vector<double> Survey::Delays() const {
     return delays;
 }
 
-SlotNumber NextSlot(const Reference& reference, SlotNumber number) {
-    ++number.slot;
-    if (number.slot == reference.slots.size()) {
-        return {number.cycle + 1, 0};
-    }
-    return number;
-}
-
-SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
-    if (number.slot == 0) {
-        return {number.cycle - 1, reference.slots.size() - 1};
-    }
-    --number.slot;
-    return number;
-}
-
 namespace {
 
 // Retiming by so little that all is found at its places: the edges tell it, where time does not jump.

@@ -37,9 +37,4 @@ struct Survey {
 [[nodiscard]] std::optional<Survey> MakeSurvey(const History& history, const Sighting& sighting,
                                                std::span<const ToneRun> runs);
 
-/// The slot after this one.
-[[nodiscard]] SlotNumber NextSlot(const Reference& reference, SlotNumber number);
-/// The slot before this one.
-[[nodiscard]] SlotNumber SlotBefore(const Reference& reference, SlotNumber number);
-
 }  // namespace lineup::sound

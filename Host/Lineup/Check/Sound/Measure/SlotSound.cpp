@@ -22,6 +22,22 @@ constexpr std::int64_t kFilterStart = 64;  // narrow samples: before them the fi
 
 }  // namespace
 
+SlotNumber NextSlot(const Reference& reference, SlotNumber number) {
+    ++number.slot;
+    if (number.slot == reference.slots.size()) {
+        return {number.cycle + 1, 0};
+    }
+    return number;
+}
+
+SlotNumber SlotBefore(const Reference& reference, SlotNumber number) {
+    if (number.slot == 0) {
+        return {number.cycle - 1, reference.slots.size() - 1};
+    }
+    --number.slot;
+    return number;
+}
+
 std::size_t InputSlot::CountThere() const {
     return static_cast<std::size_t>(std::ranges::count(there, true));
 }

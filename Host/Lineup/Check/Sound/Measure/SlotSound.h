@@ -22,6 +22,11 @@ struct SlotNumber {
     std::size_t slot = 0;
 };
 
+/// The slot after this one.
+[[nodiscard]] SlotNumber NextSlot(const Reference& reference, SlotNumber number);
+/// The slot before this one.
+[[nodiscard]] SlotNumber SlotBefore(const Reference& reference, SlotNumber number);
+
 /// A slot as it arrives at one input, in blocks. What belongs to a block that is not there is not set.
 struct InputSlot {
     std::vector<BlockSound> blocks;

@@ -24,6 +24,7 @@ constexpr std::array kElsewhere = {
     "CheckSettings.cpp",  // of the options of the command line
     "CheckReport.cpp",    // the kinds' meaning, for --help
     "Watch",              // of a feed that goes on, which the studio does not watch
+    "RtpSound",           // of a URL; the studio opens files
     "Protocol",           // of a decoder that is broken itself
     "Decoder/Main.cpp",
     "Check.cpp",  // of a library that is not installed

@@ -46,9 +46,8 @@ std::string Ending(const std::string& name) {
 
 std::string WithComplaint(const std::string& text) {
     const std::string complaint = TakeComplaint();
-    if (complaint.find("without an SDP") != std::string::npos) {
-        return "what its packets of RTP are only its sender knows: open its session description, a file.sdp, or say it "
-               "behind the URL: ?encoding=L24&rate=48000";
+    if (const auto wanted = WantedOfRtp(complaint)) {
+        return *wanted;
     }
     return complaint.empty() || complaint == text ? text : fmt::format("{} ({})", text, complaint);
 }

@@ -108,6 +108,14 @@ std::optional<RtpSound> ParseRtpSound(const std::string& url) {
     return sound;
 }
 
+std::optional<std::string> WantedOfRtp(std::string_view complaint) {
+    if (complaint.find("without an SDP") == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return "what its packets of RTP are only its sender knows: open its session description, a file.sdp, or say it "
+           "behind the URL: ?encoding=L24&rate=48000";
+}
+
 std::string PacketUrl(const RtpSound& sound) {
     std::string url = IsSix(sound) ? fmt::format("{}[{}]:{}", kScheme, sound.host, sound.port)
                                    : fmt::format("{}{}:{}", kScheme, sound.host, sound.port);

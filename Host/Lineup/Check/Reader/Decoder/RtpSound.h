@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace lineup::decoding {
 
@@ -21,6 +22,10 @@ struct RtpSound {
 
 /// Empty where the URL does not describe sound. Throws EarlyEnd for one that does so wrongly.
 [[nodiscard]] std::optional<RtpSound> ParseRtpSound(const std::string& url);
+
+/// What a person is asked for where the FFmpeg libraries complain that nobody says what packets of RTP are; empty where
+/// they complain of something else.
+[[nodiscard]] std::optional<std::string> WantedOfRtp(std::string_view complaint);
 
 /// Where to receive what `sound` describes, by the protocol alone.
 [[nodiscard]] std::string PacketUrl(const RtpSound& sound);

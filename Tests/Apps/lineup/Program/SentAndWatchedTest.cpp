@@ -15,26 +15,29 @@ class SentAndWatched : public test::TestFolder {};
 
 // By a file and by a pipe, whole and with 200 packets missing on the way.
 TEST_F(SentAndWatched, IsRightUnlessSomethingIsMissing) {
-    const std::string program = "'" TEST_LINEUP "' ";
-    const std::string options =
-        " --ident ebu-stereo-1000 --video-codec none --audio-codec s302m --clock free --for 9 --quiet";
-    const std::string flv = " --ident ebu-stereo-1000 --size 320x180 --clock free --for 9 --quiet";
-    const std::string loses = "{ head -c 1880000; head -c 37600 > /dev/null; cat; }";
-    const std::string pipe = program + "send -" + options;
-    const std::string watch = program + "check - --watch";
+    const std::string words = "cd '" + Folder().string() +
+                              "' && send() { '" TEST_LINEUP
+                              "' send \"$@\" --ident ebu-stereo-1000 --clock free --for 9 --quiet; } && "
+                              "sound() { send \"$1\" --video-codec none --audio-codec s302m; } && "
+                              "watch() { '" TEST_LINEUP
+                              "' check \"$1\" --watch; } && "
+                              "lose() { head -c 1880000; head -c 37600 > /dev/null; cat; } && { ";
     struct Row {
-        std::string script;
+        const char* script;
         int exitCode;
         const char* summary;
     };
     for (const Row& row : {
-             Row{program + "send sent.ts" + options + " && " + program + "check sent.ts --watch", 0, "nothing wrong"},
-             Row{program + "send sent.flv" + flv + " && " + program + "check sent.flv --watch", 0, "nothing wrong"},
-             Row{loses + " < sent.ts > lost.ts && " + program + "check lost.ts --watch", 1, "1 fault\n  0:04.06"},
-             Row{pipe + " | " + loses + " | " + watch, 1, "1 fault\n  0:04.06"},
-             Row{"true | " + watch, 3, "cannot tell"},
+             Row{"sound sent.ts && watch sent.ts", 0, "nothing wrong"},
+             Row{"send sent.flv --size 320x180 && watch sent.flv", 0, "nothing wrong"},
+             Row{"lose < sent.ts > lost.ts && watch lost.ts", 1, "1 fault\n  0:04.06"},
+             Row{"sound - | lose | watch -", 1, "1 fault\n  0:04.06"},
+             Row{"true | watch -", 3, "cannot tell"},
          }) {
-        const auto result = test::RunProgram("cd '" + Folder().string() + "' && { " + row.script + "; }", Folder());
+        std::string script = words;
+        script += row.script;
+        script += "; }";
+        const auto result = test::RunProgram(script, Folder());
         EXPECT_EQ(result.exitCode, row.exitCode) << row.script << "\n" << result.out << result.err;
         EXPECT_THAT(result.out, HasSubstr(row.summary)) << row.script;
     }

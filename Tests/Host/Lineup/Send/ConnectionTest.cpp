@@ -21,7 +21,6 @@
 namespace {
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 // A receiver on a port that the system chooses. It takes one caller at a time, and what has come so far.
 class TcpReceiver {

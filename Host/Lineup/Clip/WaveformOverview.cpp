@@ -160,7 +160,8 @@ void AddColumnEnds(const Clip& clip, float columnRateHz, WaveformOverview& overv
         return;
     }
     const std::int64_t early = std::max<std::int64_t>(1, std::llround(samples / kEndShare));
-    const Points ends(clip, overview.span.startSample - early, columnRateHz, overview.span.columns + 1);
+    const std::int64_t start = std::max(overview.span.startSample, std::numeric_limits<std::int64_t>::min() + early);
+    const Points ends(clip, start - early, columnRateHz, overview.span.columns + 1);
     for (std::size_t c = 0; c < overview.channels.size(); ++c) {
         ChannelOverview& channel = overview.channels[c];
         for (std::size_t i = 0; i < channel.maxima.size(); ++i) {

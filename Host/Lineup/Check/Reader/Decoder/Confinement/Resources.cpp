@@ -14,7 +14,7 @@ constexpr rlim_t kMemoryBytes = rlim_t{1} << 30;
 
 // At a hundred times real time these are four days of sound, and a year of a stream.
 constexpr rlim_t kFileSeconds = 3600;
-constexpr rlim_t kStreamSeconds = 30 * 86400;
+constexpr rlim_t kStreamSeconds = rlim_t{30} * 86400;
 
 // Standard streams, the pipe, and for a URL its sockets and what the system says of names and certificates.
 constexpr rlim_t kFileDescriptors = 4;

@@ -64,12 +64,12 @@ std::pair<double, bool> NominalFrequency(double found, const Expectation& expect
 }
 
 // A tone of one channel that has no name, and arrives wherever the tone does.
-Reference PlainReference(double frequency) {
+Reference PlainReference(double frequency, double amplitude = 1) {
     Reference reference;
     reference.name = "tone";
     reference.cycle = kSteadySlot;
     reference.channels = {""};
-    reference.slots = {{0, kSteadySlot, {{frequency, {1.0}, false}}}};
+    reference.slots = {{0, kSteadySlot, {{frequency, {amplitude}, false}}}};
     reference.bursts = {{0, frequency, 0, kSteadySlot}};
     return reference;
 }
@@ -243,7 +243,9 @@ std::optional<SteadyTone> SurveyTone(const History& history, const ToneSighting&
                                      const std::shared_ptr<const Importer>& importer) {
     ToneSurveyor surveyor(history, sighting);
     double frequency = surveyor.ExactFrequency(sighting.frequency);
-    surveyor.FindWander(PlainReference(frequency), 1);
+    // As loud as it arrives: what is far softer than that is not asked how fast it goes.
+    const double amplitude = UsualLevel(surveyor.Look(PlainReference(frequency), 1));
+    surveyor.FindWander(PlainReference(frequency, amplitude), 1);
     frequency = surveyor.ExactFrequency(frequency);
     const auto [nominal, isKnown] = NominalFrequency(frequency, expected);
     const std::vector<Cell> cells = surveyor.Look(PlainReference(nominal), frequency / nominal);

@@ -4,7 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <numbers>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -41,6 +45,24 @@ TEST(SteadyTone, IsHeldAgainstWhatIsSaidToHaveBeenSent) {
     ASSERT_EQ(Ids(findings), (Strings{"level-wrong", "speed-wrong"}));
     EXPECT_NEAR(findings.faults[0].measured.value_or(0), -2, 0.01);
     EXPECT_NEAR(findings.faults[1].measured.value_or(0), 50, 0.1);
+}
+
+// As soft as a line-up is: a clock that is off is told beside the wow that is over it.
+TEST(SteadyTone, HasItsSpeedToldWhereThatSwings) {
+    constexpr double kDepth = 0.0039;
+    constexpr double kHertz = 3.3;
+    Sound sound(2, std::vector<float>(static_cast<std::size_t>(6.8 * kRate)));
+    for (std::size_t n = 0; n < sound[0].size(); ++n) {
+        const double second = static_cast<double>(n) / kRate;
+        const double angle = 2 * std::numbers::pi * kHertz * second;
+        const double late = kDepth * std::sin(angle) / (2 * std::numbers::pi * kHertz);
+        const double turns = 1001 * (second + late);
+        sound[0][n] = sound[1][n] = static_cast<float>(0.125 * std::sin(2 * std::numbers::pi * turns));
+    }
+    const auto findings = Check(std::move(sound), kRate, ExpectTone(1000, -18.0618));
+    ASSERT_EQ(Ids(findings), (Strings{"speed-wrong", "speed-unsteady"}));
+    EXPECT_NEAR(findings.faults[0].measured.value_or(0), 1000, 5);
+    EXPECT_NEAR(findings.faults[1].measured.value_or(0), kDepth / std::numbers::sqrt2 * 1e6, 30);
 }
 
 TEST(SteadyTone, TellsPolarityDelayAndLevelOfChannelsAgainstEachOther) {

@@ -2,6 +2,8 @@
 
 import numpy
 
+# Of the fundamental: below it a harmonic may be no fault.
+KNOWN_HARMONIC = 0.0012
 # Of the fundamental: what counts as distortion, and what the edges of tops that are cut off sample by sample leave at
 # harmonics by themselves, 0.0018 of 1000 Hz at 48 kHz.
 KNOWN_BESIDE_CLIPPING = 0.001 + 0.0018
@@ -184,6 +186,8 @@ def beside_clipping(part, third):
 
 def distorted(draft):
     third = 10 ** (draft.random.uniform(-52, -35) / 20)
+    if third * numpy.abs(draft.matrix).max() ** 2 < KNOWN_HARMONIC:
+        draft.either.add("distorted")  # what is softer is bent less
     if draft.cut < 1 and beside_clipping(draft.cut, third) < KNOWN_BESIDE_CLIPPING:
         draft.either.add("distorted")
 

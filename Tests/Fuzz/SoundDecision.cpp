@@ -86,7 +86,9 @@ void Add(lineup::sound::LevelTally& tally, fuzz::Bytes& bytes) {
 void MeasureLines(lineup::sound::LineFindings& lines, fuzz::Bytes& bytes) {
     Add(lines.harmonics, bytes);
     Add(lines.beside, bytes);
-    Add(lines.clear, bytes);
+    for (auto& clear : lines.clear) {
+        Add(clear, bytes);
+    }
     Add(lines.floor, bytes);
     for (auto& harmonic : lines.harmonic) {
         harmonic.weight += 1;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace lineup::sound {
 
@@ -28,9 +29,9 @@ double PowerDb(double power) {
     return 10 * std::log10(std::max(power, 1e-18));
 }
 
-// Harmonics in parts of the tone's power, where they stand out of the noise and are not the mains'.
-double HarmonicsOf(const LineFindings& lines, bool hums) {
-    const LevelTally& heard = hums ? lines.clear : lines.harmonics;
+// Harmonics in parts of the tone's power, where they stand out of the noise and are not those of the mains that hum.
+double HarmonicsOf(const LineFindings& lines, std::optional<std::size_t> mains) {
+    const LevelTally& heard = mains ? lines.clear[*mains] : lines.harmonics;
     const double power = heard.Empty() ? 0 : PowerOf(heard.QuantileDb(0.5));
     return power > kOverBeside * PowerOf(lines.beside.QuantileDb(0.5)) ? power : 0;
 }
@@ -103,7 +104,7 @@ ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
     const LineFindings& lines = check.lineup->inputs[input].lines;
     ShapeOfInput shape;
     FindHum(check, input, shape);
-    shape.harmonics = HarmonicsOf(lines, shape.mains.has_value());
+    shape.harmonics = HarmonicsOf(lines, shape.mains);
     if (shape.harmonics == 0 && !shape.mains && !check.facts->lossy.value_or(false)) {
         shape.harmonics = HarmonicsUnderNoise(lines);
     }

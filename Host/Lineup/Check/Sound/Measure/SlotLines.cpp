@@ -4,6 +4,7 @@
 #include "Host/Lineup/Check/Sound/Signal/LineSpectrum.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <optional>
@@ -52,17 +53,19 @@ std::span<const float> StretchOf(const History& history, const SlotSound& sound,
     return end > first ? SteadySamples(history, placing, input, first, end, buffer) : std::span<const float>();
 }
 
-// Whether hum has a line there that may be heard.
-bool IsNearMains(double frequency, double pitch, double reach) {
-    return std::ranges::any_of(kMains, [&](double mains) {
-        for (const double line : {mains, mains * pitch}) {
-            const double number = std::round(frequency / line);
-            if (number <= kMostMains && std::abs(frequency - number * line) < reach) {
-                return true;
-            }
+// Whether hum of these mains has a line there that may be heard.
+bool IsNearHum(double mains, double frequency, double pitch, double reach) {
+    for (const double line : {mains, mains * pitch}) {
+        const double number = std::round(frequency / line);
+        if (number <= kMostMains && std::abs(frequency - number * line) < reach) {
+            return true;
         }
-        return false;
-    });
+    }
+    return false;
+}
+
+bool IsNearAnyHum(double frequency, double pitch, double reach) {
+    return std::ranges::any_of(kMains, [&](double mains) { return IsNearHum(mains, frequency, pitch, reach); });
 }
 
 // What `seconds` of the tone of `frequency` hold: the longer the look, the less noise a line has.
@@ -83,7 +86,7 @@ void AddHarmonics(const LineSpectrum& spectrum, double seconds, double frequency
         return;
     }
     double harmonics = 0;
-    double clear = 0;
+    std::array<double, kMains.size()> clear{};
     double beside = 0;
     for (std::size_t i = 0; 2 * i + 2 < sines.size(); ++i) {
         const auto n = static_cast<double>(i + 2);
@@ -91,7 +94,10 @@ void AddHarmonics(const LineSpectrum& spectrum, double seconds, double frequency
         const double between = std::norm(sines[2 * i + 2]) / 2;
         harmonics += std::norm(line) / 2;
         beside += between;
-        clear += IsNearMains(frequency * n, pitch, spectrum.Reach() + 1) ? 0 : std::norm(line) / 2;
+        for (std::size_t mains = 0; mains < kMains.size(); ++mains) {
+            const bool isNear = IsNearHum(kMains[mains], frequency * n, pitch, spectrum.Reach() + 1);
+            clear[mains] += isNear ? 0 : std::norm(line) / 2;
+        }
         if (grid.rate / frequency - n < kClearOfFolding) {
             continue;
         }
@@ -101,7 +107,9 @@ void AddHarmonics(const LineSpectrum& spectrum, double seconds, double frequency
         tally.doubts += seconds * seconds * between / tone;
     }
     lines.harmonics.Add(harmonics / tone);
-    lines.clear.Add(clear / tone);
+    for (std::size_t mains = 0; mains < kMains.size(); ++mains) {
+        lines.clear[mains].Add(clear[mains] / tone);
+    }
     lines.beside.Add(beside / tone);
 }
 
@@ -149,7 +157,7 @@ void AddFloor(const LineSpectrum& spectrum, std::span<const RefTone> tones, doub
     const auto count = static_cast<int>(std::ceil((kBandEdge * rate - kFirstBetween) / kBetweenStep));
     for (int number = 0; number < count; ++number) {
         const double frequency = kFirstBetween + number * kBetweenStep;
-        if (!IsNearTone(tones, pitch, frequency, reach) && !IsNearMains(frequency, pitch, reach)) {
+        if (!IsNearTone(tones, pitch, frequency, reach) && !IsNearAnyHum(frequency, pitch, reach)) {
             frequencies.push_back(frequency);
         }
     }

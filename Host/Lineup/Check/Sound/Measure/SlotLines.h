@@ -37,9 +37,9 @@ struct HarmonicTally {
 
 /// Lines that were not sent, at one input.
 struct LineFindings {
-    LevelTally harmonics;  ///< of its tones, in parts of their power
-    LevelTally beside;     ///< the same between the harmonics
-    LevelTally clear;      ///< of the harmonics that lie where mains have none
+    LevelTally harmonics;                         ///< of its tones, in parts of their power
+    LevelTally beside;                            ///< the same between the harmonics
+    std::array<LevelTally, kMains.size()> clear;  ///< of the harmonics that lie where these mains have none
     std::array<HarmonicTally, kHarmonics> harmonic;
     std::array<HumTally, kMains.size()> hum;    ///< as they are
     std::array<HumTally, kMains.size()> moved;  ///< as a recording has them that plays at another speed

@@ -198,6 +198,23 @@ const std::vector<Damaged> kDamaged = {
          Bend(sound, 0.0038);
      },
      {"level-changes", "distorted"}},
+    {"harmonics of the LFE where the hum of other mains would lie",
+     "ebu-5.1",
+     0,
+     12.5,
+     [](Sound& sound) {
+         std::ranges::for_each(sound[3], [](float& x) { x *= 2.23F; });
+         Bend(sound, 0.0177);
+         for (auto& channel : sound) {
+             for (std::size_t n = 0; n < channel.size(); ++n) {
+                 const double turns = 50 * static_cast<double>(n) / kRate;
+                 channel[n] += 0.002F * static_cast<float>(std::sin(2 * std::numbers::pi * turns));
+             }
+         }
+     },
+     {"level-unbalanced", "distorted", "hum"},
+     "",
+     {{"hum", -70}}},
     {"retiming that keeps the pitch", "ebu-5.1", 0, 14.5, Retime, {"speed-wrong"}, "polarity-not-known"},
     {"a dropout shortly before the gap that names the sequence",
      "ebu-stereo-1000",

@@ -58,10 +58,7 @@ double HarmonicsUnderNoise(const LineFindings& lines) {
 // it, they are its own.
 bool IsOfCodec(const Case& check, std::size_t input, double harmonics) {
     constexpr double kSmallPart = 0.1;  // of the power
-    const LevelTally& noise = check.lineup->inputs[input].toneNoise;
-    const double tone = check.At(input).gain * check.Sent().Level();
-    return check.facts->lossy.value_or(false) && !noise.Empty() &&
-           harmonics * tone * tone / 2 < kSmallPart * PowerOf(noise.QuantileDb(0.5));
+    return harmonics < kSmallPart * std::pow(CodecNoise(check, input), 2);
 }
 
 // Where the tops are cut off. Many samples lie by the extremes then, and the fundamental and the extremes tell how much

@@ -15,9 +15,7 @@
 namespace test {
 
 Loopback::Loopback() : mSocket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = LocalAddress(0);
     socklen_t size = sizeof(address);
     if (bind(mSocket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         getsockname(mSocket, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
@@ -47,6 +45,14 @@ bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t add
     std::ifstream list(sockets);
     const std::string all{std::istreambuf_iterator<char>(list), {}};
     return all.find(fmt::format("{:08X}:{:04X} ", htonl(address), std::stoi(port))) != std::string::npos;
+}
+
+sockaddr_in LocalAddress(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    return address;
 }
 
 std::optional<std::int64_t> BytesWaiting(std::uint16_t port) {

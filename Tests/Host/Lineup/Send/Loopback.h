@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <netinet/in.h>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ private:
 /// Whether somebody has a port of 127.0.0.1, or of that address, by the system's list: "/proc/net/udp",
 /// "/proc/net/tcp".
 [[nodiscard]] bool SomebodyHas(const std::string& port, const char* sockets, std::uint32_t address = 0x7F000001);
+
+/// 127.0.0.1, and that port.
+[[nodiscard]] sockaddr_in LocalAddress(std::uint16_t port);
 
 /// Bytes of datagrams that wait for whoever listens at the port; empty where nobody does.
 [[nodiscard]] std::optional<std::int64_t> BytesWaiting(std::uint16_t port);

@@ -1,5 +1,7 @@
 #include "Tests/Host/Lineup/Send/PathRelay.h"
 
+#include "Tests/Host/Lineup/Send/Loopback.h"
+
 #include <arpa/inet.h>
 #include <array>
 #include <netinet/in.h>
@@ -16,14 +18,6 @@ namespace {
 
 constexpr int kLookAgainMs = 10;  // at what is wanted
 constexpr int kNothing = -1;      // to wait for
-
-sockaddr_in At(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    return address;
-}
 
 template <class Address>
 auto* Plain(Address& address) {
@@ -44,7 +38,7 @@ void WaitForEither(int first, int second) {
 // -1 where nobody listens.
 int ConnectTo(std::uint16_t port) {
     const int number = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = At(port);
+    sockaddr_in address = LocalAddress(port);
     if (connect(number, Plain(address), sizeof address) == 0) {
         return number;
     }
@@ -75,7 +69,7 @@ PathRelay::PathRelay(Kind kind, const std::string& to, int oneOf)
     : mTo(static_cast<std::uint16_t>(std::stoi(to))),
       mOneOf(oneOf),
       mSocket(socket(AF_INET, (kind == Kind::Datagrams ? SOCK_DGRAM : SOCK_STREAM) | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address = At(0);
+    sockaddr_in address = LocalAddress(0);
     socklen_t size = sizeof address;
     if (bind(mSocket, Plain(address), size) != 0 || getsockname(mSocket, Plain(address), &size) != 0 ||
         (kind == Kind::Connections && listen(mSocket, 1) != 0)) {
@@ -91,7 +85,7 @@ PathRelay::PathRelay(Kind kind, const std::string& to, int oneOf)
 void PathRelay::RelayDatagrams(const std::stop_token& stop) const {
     const int out = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in sender{};
-    sockaddr_in receiver = At(mTo);
+    sockaddr_in receiver = LocalAddress(mTo);
     std::vector<char> bytes(65536);
     std::vector<char> held;
     const auto forward = [&](std::span<const char> datagram) {

@@ -2,7 +2,6 @@
 
 #include "Tests/Host/Lineup/Send/Loopback.h"
 
-#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <string_view>
 #include <sys/socket.h>
@@ -11,18 +10,6 @@
 #include <vector>
 
 namespace test {
-
-namespace {
-
-sockaddr_in Local(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    return address;
-}
-
-}  // namespace
 
 UdpRelay::UdpRelay(std::string stream, RelayDamage damage)
     : mStream(std::move(stream)),
@@ -43,7 +30,7 @@ bool UdpRelay::SendOne(int socket, std::size_t number, const std::stop_token& st
         std::this_thread::yield();
     }
     const std::string_view bytes = std::string_view(mStream).substr(number * kDatagram, kDatagram);
-    const sockaddr_in address = Local(mPort);
+    const sockaddr_in address = LocalAddress(mPort);
     sendto(socket, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     return true;
 }

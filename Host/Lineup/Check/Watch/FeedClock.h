@@ -1,9 +1,9 @@
 #pragma once
 
 #include <lineup/Api.h>
-#include "Host/Lineup/Check/Watch/LineFit.h"
 
 #include <optional>
+#include <vector>
 
 namespace lineup {
 
@@ -17,7 +17,8 @@ public:
     void Add(double stamp, double arrived);
 
     /// By how much the sender's clock is too fast, in millionths: a line through what came with the least delay in each
-    /// second. Empty until it is known to kDoubtPpm.
+    /// second, later in each stretch of as many seconds as memory allows. Stretches in which all came late, as on a
+    /// busy machine, count for nothing. Empty until it is known to kDoubtPpm.
     [[nodiscard]] std::optional<double> SenderPpm() const;
     static constexpr double kDoubtPpm = 20;
 
@@ -25,15 +26,21 @@ public:
     [[nodiscard]] std::optional<double> TakeSpreadMs();
 
 private:
-    void CloseSecond();
+    struct Arrival {
+        double at = 0;
+        double delay = 0;
+    };
+
+    void CloseStretch();
 
     std::optional<double> mFirst;  // arrival
     double mLastStamp = 0;
-    double mSecondEnds = 0;
-    std::optional<double> mLeast;  // delay of the second that goes on
+    double mSeconds = 1;  // of a stretch
+    double mStretchEnds = 0;
+    std::optional<Arrival> mLeast;  // of the stretch that goes on
     std::optional<double> mShortest;
     double mLongest = 0;
-    LineFit mSeconds;  // their least delays over time
+    std::vector<Arrival> mArrivals;  // the least delayed of each stretch
 };
 
 }  // namespace parts

@@ -42,22 +42,28 @@ struct DriftCase {
     std::int64_t ppm;
     const char* scheme;
     const char* format;  // behind the URL
-    double seconds;      // watched
 };
 
-// Ten seconds are needed, and some; where PES and datagrams beat against each other, more until it is sure.
-const DriftCase kLinear[] = {{200, "rtp", "?encoding=L24", 12.5}, {-100, "rtp", "?encoding=L24", 12.5}};
-const DriftCase kTransport[] = {{200, "udp", "", 60}, {-100, "udp", "", 60}};
+// Ten seconds are needed, and some; where PES and datagrams beat against each other, or on a machine that is busy, more
+// until it is sure.
+const DriftCase kLinear[] = {{200, "rtp", "?encoding=L24"}, {-100, "rtp", "?encoding=L24"}};
+const DriftCase kTransport[] = {{200, "udp", ""}, {-100, "udp", ""}};
 
-/// What the watch says of such a sender's clock.
+/// What the watch says of such a sender's clock, once it knows it.
 class DriftingPath {
 public:
     DriftingPath(const DriftCase& row, const std::shared_ptr<const lineup::Importer>& importer)
         : mWatch([this, &row, importer] {
               lineup::CheckSettings wanted;
               wanted.expect = "ebu-stereo-1000";
-              wanted.forSeconds = row.seconds;
-              report = lineup::Watch(Target(row) + row.format, importer, wanted);
+              wanted.forSeconds = 60;
+              bool isKnown = false;
+              lineup::WatchListener listener;
+              listener.onCycle = [&isKnown](const lineup::WatchedCycle& cycle) {
+                  isKnown = cycle.clocks.senderPpm.has_value();
+              };
+              listener.progress = [&isKnown](const auto&...) { return !isKnown; };
+              report = lineup::Watch(Target(row) + row.format, importer, wanted, listener);
               mIsOver = true;
           }),
           mSend([this, &row, importer] {

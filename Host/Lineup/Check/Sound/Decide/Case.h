@@ -26,7 +26,8 @@ struct RecordingFacts {
 /// What the path has added to the tones of an input, or cut off.
 struct ShapeOfInput {
     double clipped = 1;    ///< the tops are cut off there, in parts of the tone's amplitude; 1 where they are not
-    double top = 0;        ///< where it is clipped: the height at which, full scale is 1
+    bool cut = false;      ///< the highest tops are, if only for a moment, as where gain has not yet followed the tone
+    double top = 0;        ///< where it is clipped or cut: the height at which, full scale is 1
     double harmonics = 0;  ///< in parts of the tone's power
     double humPower = 0;   ///< mean square
     bool distorted = false;

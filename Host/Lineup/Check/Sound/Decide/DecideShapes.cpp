@@ -79,6 +79,17 @@ void FindClipping(const Case& check, std::size_t input, ShapeOfInput& shape) {
     }
 }
 
+// Where the highest tops are flat, be it in a small part of the tones: what lies there is known to the sample.
+void FindFlatTops(const Case& check, std::size_t input, ShapeOfInput& shape) {
+    const InputFindings& found = check.lineup->inputs[input];
+    const auto top = found.flat.Height(found.dc.count > 0 ? found.dc.Mean() : 0);
+    if (top && check.At(input).sounds) {
+        shape.cut = true;
+        shape.top = *top;
+        shape.clipped = PartOfFundamental(LoudTone(check, input) / *top);
+    }
+}
+
 void FindHum(const Case& check, std::size_t input, ShapeOfInput& shape) {
     const auto& channel = check.At(input).channel;
     if (check.facts->lossy.value_or(false) && channel && HasLowTone(check, *channel)) {
@@ -111,6 +122,9 @@ ShapeOfInput ShapeOf(const Case& check, std::size_t input) {
     if (shape.harmonics > kLeastClipped) {
         FindClipping(check, input, shape);
     }
+    if (shape.clipped == 1) {
+        FindFlatTops(check, input, shape);
+    }
     const double limit = PowerOf(check.Tolerance("distortion"));
     shape.distorted =
         shape.clipped < 1 ? std::pow(BesideClipped(lines, shape.clipped), 2) > limit : shape.harmonics > limit;
@@ -138,7 +152,7 @@ double MostOf(const Case& check, const std::vector<std::size_t>& inputs, double 
 }
 
 void DecideClipped(Case& check) {
-    const auto inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.clipped < 1; });
+    const auto inputs = InputsWhere(check, [](const ShapeOfInput& shape) { return shape.clipped < 1 || shape.cut; });
     if (inputs.empty()) {
         return;
     }

@@ -230,6 +230,7 @@ void Follower::MeasureInput(const SlotSound& sound, std::size_t input) {
     }
     const bool own = due > kOwnTone * mReference->Level();
     if (own) {
+        AddTops(sound, input);
         AddLevels(sound, input, tone);
         if (isFull && mPlacing.tempo == mPlacing.pitch && found.surveyed.arrival.likeness > kPlainChannel) {
             AddSteadiness(sound, *mReference, mPlacing.pitch, input, tone, mLineup.steadiness);
@@ -291,6 +292,33 @@ void Follower::MeasureHops(const SlotSound& sound, std::size_t input, bool isFul
             found.least = std::min(found.least, static_cast<double>(hops[hop].least));
             found.most = std::max(found.most, static_cast<double>(hops[hop].most));
         }
+    }
+}
+
+// Tops that gain cuts off as a tone begins lie at the very ends of a slot, where no block is. Of one that the line-up's
+// start or end cuts, what belongs to other sound stays away.
+void Follower::AddTops(const SlotSound& sound, std::size_t input) {
+    const InputSlot& slot = sound.inputs[input];
+    double lowest = mReference->Frequencies().back();
+    for (const RefTone& tone : mReference->slots[sound.number.slot].tones) {
+        lowest = std::min(lowest, tone.frequency);
+    }
+    const double hopSeconds = mHistory->grid.HopSeconds();
+    const auto first = std::ranges::find(slot.there, true) - slot.there.begin();
+    const auto last = slot.there.rend() - std::find(slot.there.rbegin(), slot.there.rend(), true);
+    const bool isFromStart = first == 0 && sound.start > mLineup.startsAt;
+    const bool isToEnd = last == std::ssize(slot.there) && sound.end <= mLineup.endsAt;
+    const double delay = mDelays[input];
+    const double begins =
+        isFromStart ? sound.start + delay : slot.firstMiddle + (static_cast<double>(first) - 0.5) * sound.step;
+    const double ends = isToEnd ? sound.end + delay : slot.firstMiddle + (static_cast<double>(last) - 0.5) * sound.step;
+    const auto& hops = mHistory->hops[input];
+    const double from = begins / hopSeconds;
+    const auto firstHop =
+        std::max(hops.First(), static_cast<std::int64_t>(isFromStart ? std::floor(from) : std::ceil(from)));
+    const auto endHop = std::min(hops.End(), static_cast<std::int64_t>(std::floor(ends / hopSeconds)));
+    for (std::int64_t hop = firstHop; hop < endHop; ++hop) {
+        mLineup.inputs[input].flat.Add(hops[hop], kTurn * lowest * mPlacing.pitch / mHistory->grid.rate);
     }
 }
 

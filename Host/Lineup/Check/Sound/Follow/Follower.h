@@ -34,6 +34,7 @@ private:
     void Measure(const SlotSound& sound);
     void MeasureInput(const SlotSound& sound, std::size_t input);
     void MeasureHops(const SlotSound& sound, std::size_t input, bool isFull, std::vector<double>& high);
+    void AddTops(const SlotSound& sound, std::size_t input);
     void AddLevels(const SlotSound& sound, std::size_t input, std::size_t tone);
     [[nodiscard]] double SentAt(std::size_t slot, std::size_t tone, std::size_t input) const;
     void FollowTime(const SlotSound& sound);

@@ -3,6 +3,7 @@
 #include "Host/Lineup/Check/Sound/Events/SoundEvent.h"
 #include "Host/Lineup/Check/Sound/Follow/Survey.h"
 #include "Host/Lineup/Check/Sound/Measure/Cells.h"
+#include "Host/Lineup/Check/Sound/Measure/FlatTops.h"
 #include "Host/Lineup/Check/Sound/Measure/LevelTrack.h"
 #include "Host/Lineup/Check/Sound/Measure/SlotLines.h"
 #include "Host/Lineup/Check/Sound/Measure/Steadiness.h"
@@ -27,6 +28,7 @@ struct InputFindings {
     std::uint32_t bits = 0;
     double least = 0;  ///< the lowest sample
     double most = 0;
+    FlatTops flat;
 };
 
 /// How fast it plays, by the phase of its tones.

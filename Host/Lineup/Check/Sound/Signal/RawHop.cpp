@@ -37,6 +37,17 @@ void Take(float* samples, RawLanes& lanes) {
     }
 }
 
+// The most samples in a row that are `height` exactly.
+std::uint32_t LongestRun(std::span<const float> samples, float height) {
+    std::uint32_t longest = 0;
+    std::uint32_t run = 0;
+    for (const float x : samples) {
+        run = x == height ? run + 1 : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
+}
+
 std::uint16_t Saturated(std::uint32_t count) {
     return static_cast<std::uint16_t>(std::min<std::uint32_t>(count, 0xFFFF));
 }
@@ -78,6 +89,8 @@ HopFeatures ExamineHop(std::span<float> samples) {
     }
     hop.atLeast = Saturated(low);
     hop.atMost = Saturated(high);
+    hop.flatLeast = Saturated(LongestRun(samples, hop.least));
+    hop.flatMost = Saturated(LongestRun(samples, hop.most));
     return hop;
 }
 

@@ -68,6 +68,12 @@ void Limit(Sound& sound, double rate) {
     }
 }
 
+void Cut(Sound& sound, float top) {
+    for (auto& channel : sound) {
+        std::ranges::for_each(channel, [top](float& x) { x = std::clamp(x, -top, top); });
+    }
+}
+
 // Keeps the pitch: of each quarter of a second, a hundredth goes.
 void Retime(Sound& sound) {
     for (auto& channel : sound) {
@@ -184,6 +190,32 @@ const std::vector<Damaged> kDamaged = {
          Bend(sound, 0.03);
      },
      {"level-changes", "distorted"},
+     "",
+     {},
+     kSoundRate},
+    {"a limiter, and tops that are cut off before it has followed the tone",
+     "blits",
+     0,
+     14.5,
+     [](Sound& sound) {
+         Limit(sound, kSoundRate);
+         Cut(sound, 0.09F);  // the tones themselves come to 0.076
+     },
+     {"level-changes", "clipped"},
+     "",
+     {},
+     kSoundRate},
+    {"a level that goes up at last, and tops that are cut off then",
+     "ebu-stereo-1000",
+     0,
+     8,
+     [](Sound& sound) {
+         for (auto& channel : sound) {
+             std::for_each(channel.begin() + 270000, channel.end(), [](float& x) { x *= 1.4F; });
+         }
+         Cut(sound, 0.15F);
+     },
+     {"level-changes", "clipped"},
      "",
      {},
      kSoundRate},

@@ -108,29 +108,37 @@ double SharedDoubt(const Case& check) {
     return doubt;
 }
 
+void AddStep(Case& check, double db, double second) {
+    const double at = check.facts->startSeconds + second;
+    CheckFault& fault =
+        AddFault(check, "level-changes", {},
+                 fmt::format("The level goes {} by {:.2f} dB at {:.3f} s.", db > 0 ? "up" : "down", std::abs(db), at));
+    fault.measured = db;
+    fault.at = at;
+}
+
 void AddChange(Case& check, const LevelChange& change) {
-    std::string text;
-    std::optional<double> at;
     switch (change.kind) {
         case LevelChange::Kind::None:
             return;
         case LevelChange::Kind::Step:
-            at = check.facts->startSeconds + change.at;
-            text = fmt::format("The level goes {} by {:.2f} dB at {:.3f} s.", change.db > 0 ? "up" : "down",
-                               std::abs(change.db), *at);
-            break;
+            AddStep(check, change.db, change.at);
+            return;
         case LevelChange::Kind::Parts:
-            text =
+            AddFault(
+                check, "level-changes", {},
                 fmt::format("What is sent softer arrives {:.2f} dB too {} beside the rest: a limiter or a compressor.",
-                            std::abs(change.db), change.db > 0 ? "loud" : "soft");
-            break;
+                            std::abs(change.db), change.db > 0 ? "loud" : "soft"))
+                .measured = change.db;
+            if (change.step) {
+                AddStep(check, *change.step, change.at);
+            }
+            return;
         case LevelChange::Kind::Riding:
-            text = fmt::format("The level moves by about {:.2f} dB.", change.db);
-            break;
+            AddFault(check, "level-changes", {}, fmt::format("The level moves by about {:.2f} dB.", change.db))
+                .measured = change.db;
+            return;
     }
-    CheckFault& fault = AddFault(check, "level-changes", {}, std::move(text));
-    fault.measured = change.db;
-    fault.at = at;
 }
 
 }  // namespace
@@ -150,13 +158,13 @@ LevelChange FindLevelChange(const Case& check) {
         }
         doubt = std::max(doubt, shape.clipped < 1 ? kClippedDoubt : 0);
     }
-    LevelChange change = ExplainLevels(points, check.Inputs(),
-                                       check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0));
     double bent = 0;  // what harmonics cost the fundamental depends on the level
     for (const ShapeOfInput& shape : check.shapes) {
         const bool isBent = shape.distorted && shape.clipped == 1;  // of what is cut off, the levels are as before
         bent = std::max(bent, isBent ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
     }
+    const double least = check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0);
+    LevelChange change = ExplainLevels(points, check.Inputs(), least, DbFromGain(1 + bent));
     const bool isExplained = std::abs(change.db) < DbFromGain(1 + bent);
     change.kind = isExplained ? LevelChange::Kind::None : change.kind;
     return change;

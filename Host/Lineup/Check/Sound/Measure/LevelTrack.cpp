@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <limits>
 #include <utility>
 
 namespace lineup::sound {
@@ -74,9 +76,42 @@ std::optional<Model> Fit(const Points& points, std::size_t inputs, const Moved& 
     return model;
 }
 
+// The mean distance of the points from the median of their input, dB.
+double Scatter(const Points& points, std::size_t inputs) {
+    const auto medians = Medians(points, inputs, [](const LevelPoint&) { return true; });
+    double scatter = 0;
+    for (const LevelPoint& point : points) {
+        scatter += std::abs(point.db - *medians[point.input]) / static_cast<double>(points.size());
+    }
+    return scatter;
+}
+
+struct BothModel {
+    double step = 0;   // dB: of the full parts, or where those have none, of the softer ones
+    double parts = 0;  // dB: by how much the softer ones are louder, on one side of the step
+    double cost = 0;
+};
+
+// Gain that follows the sound, and a step before it: that is another one for loud parts than for soft ones.
+std::optional<BothModel> FitBoth(const Points& full, const Points& soft, std::size_t inputs, double at) {
+    const auto isAfter = [at](const LevelPoint& point) { return point.at > at; };
+    const auto isBefore = [at](const LevelPoint& point) { return point.at <= at; };
+    const auto fullStep = Fit(full, inputs, isAfter);
+    const auto softStep = Fit(soft, inputs, isAfter);
+    const auto before = Difference(Medians(full, inputs, isBefore), Medians(soft, inputs, isBefore));
+    const auto after = Difference(Medians(full, inputs, isAfter), Medians(soft, inputs, isAfter));
+    if ((!fullStep && !softStep) || (!before && !after)) {
+        return std::nullopt;
+    }
+    const double ofFull = static_cast<double>(full.size()) / static_cast<double>(full.size() + soft.size());
+    const double cost = ofFull * (fullStep ? fullStep->cost : Scatter(full, inputs)) +
+                        (1 - ofFull) * (softStep ? softStep->cost : Scatter(soft, inputs));
+    return BothModel{(fullStep ? fullStep : softStep)->change, before ? *before : *after, cost};
+}
+
 }  // namespace
 
-LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inputs, double least) {
+LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inputs, double least, double bent) {
     Points sorted = points;
     std::ranges::stable_sort(sorted, {}, &LevelPoint::at);
     LevelChange found;
@@ -84,11 +119,7 @@ LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inp
     if (sorted.size() < 2 * kFewestOnSide) {
         return found;
     }
-    double plain = 0;
-    const auto medians = Medians(sorted, inputs, [](const LevelPoint&) { return true; });
-    for (const LevelPoint& point : sorted) {
-        plain += std::abs(point.db - *medians[point.input]) / static_cast<double>(sorted.size());
-    }
+    const double plain = Scatter(sorted, inputs);
     double best = kMuchBetter * plain;
     const auto parts = Fit(sorted, inputs, [](const LevelPoint& point) { return !point.full; });
     if (parts && std::abs(parts->change) > least && parts->cost < best) {
@@ -97,6 +128,11 @@ LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inp
         found.db = parts->change;
         found.levels = parts->levels;
     }
+    Points full;
+    Points soft;
+    std::ranges::partition_copy(sorted, std::back_inserter(full), std::back_inserter(soft), &LevelPoint::full);
+    LevelChange both;
+    double leastOfBoth = std::numeric_limits<double>::infinity();
     const std::size_t stride = sorted.size() / kMostSteps + 1;
     for (std::size_t split = kFewestOnSide; split + kFewestOnSide < sorted.size(); split += stride) {
         const double at = (sorted[split - 1].at + sorted[split].at) / 2;
@@ -106,8 +142,17 @@ LevelChange ExplainLevels(const std::vector<LevelPoint>& points, std::size_t inp
         const auto step = Fit(sorted, inputs, [at](const LevelPoint& point) { return point.at > at; });
         if (step && std::abs(step->change) > least && step->cost + kNoMatter < best) {
             best = step->cost;
-            found = {LevelChange::Kind::Step, step->change, at, step->levels};
+            found = {LevelChange::Kind::Step, step->change, at, std::nullopt, step->levels};
         }
+        const auto stepped = FitBoth(full, soft, inputs, at);
+        if (stepped && std::abs(stepped->step) > least && std::abs(stepped->parts) > std::max(least, bent) &&
+            stepped->cost < leastOfBoth) {
+            leastOfBoth = stepped->cost;
+            both = {LevelChange::Kind::Parts, stepped->parts, at, stepped->step, found.levels};
+        }
+    }
+    if (leastOfBoth + kNoMatter < (found.kind == LevelChange::Kind::None ? 1 : kMuchBetter) * best) {
+        found = std::move(both);
     }
     if (found.kind == LevelChange::Kind::None && plain > least) {
         found.kind = LevelChange::Kind::Riding;

@@ -227,14 +227,22 @@ struct LevelCase {
     LevelChange::Kind kind;
     double db;
     double (*level)(double second, bool full);
+    double at = 0;    // s: of a step
+    double step = 0;  // dB: beside parts
+    double bent = 0;  // dB
 };
 
 TEST(ExplainLevels, NamesWhatLevelsDo) {
     using Kind = LevelChange::Kind;
     for (const LevelCase& levels : std::vector<LevelCase>{
              {"steady", Kind::None, 0, [](double, bool) { return -2.0; }},
-             {"a step", Kind::Step, 3, [](double second, bool) { return second > 6.1 ? 1.0 : -2.0; }},
+             {"a step", Kind::Step, 3, [](double second, bool) { return second > 6.1 ? 1.0 : -2.0; }, 6.1},
              {"a limiter", Kind::Parts, 4, [](double, bool full) { return full ? -6.0 : -2.0; }},
+             {"a step before a limiter", Kind::Parts, 4,
+              [](double second, bool full) { return (full ? -6.0 : -2.0) - (second > 6.1 ? (full ? 1 : 3) : 0); }, 6.1,
+              -1},
+             {"a step before what bends tones", Kind::Step, -3,
+              [](double second, bool full) { return (full ? -0.16 : 0.0) - (second > 6.1 ? 3 : 0); }, 6.1, 0, 0.3},
              {"riding", Kind::Riding, 0.8, [](double second, bool) { return std::fmod(second, 2.0) < 1 ? 0.0 : 1.0; }},
              {"too little", Kind::None, 0, [](double second, bool) { return second > 6.1 ? 0.05 : 0.0; }},
          }) {
@@ -243,10 +251,11 @@ TEST(ExplainLevels, NamesWhatLevelsDo) {
             const bool full = i % 20 < 13;
             points.push_back({0.2 * i, levels.level(0.2 * i, full), static_cast<std::size_t>(i % 2), 0.1, full});
         }
-        const LevelChange change = ExplainLevels(points, 2, 0.1);
+        const LevelChange change = ExplainLevels(points, 2, 0.1, levels.bent);
         EXPECT_EQ(change.kind, levels.kind) << levels.what;
         EXPECT_NEAR(change.db, levels.db, 0.1) << levels.what;
-        EXPECT_NEAR(change.at, levels.kind == Kind::Step ? 6.1 : 0, 0.2) << levels.what;
+        EXPECT_NEAR(change.at, levels.at, 0.2) << levels.what;
+        EXPECT_NEAR(change.step.value_or(0), levels.step, 0.1) << levels.what;
     }
 }
 

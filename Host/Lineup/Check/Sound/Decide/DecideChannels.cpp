@@ -345,6 +345,7 @@ void DecideChannels(Case& check) {
     check.change = FindLevelChange(check);
     DecideFolded(check);
     DecideLeaks(check);
+    check.change = FindLevelChange(check);  // without what leaks
     const Inputs copies = DecideDuplicated(check);
     DecideSwapped(check, copies);
     DecideMissing(check);

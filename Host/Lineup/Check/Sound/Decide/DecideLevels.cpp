@@ -1,5 +1,6 @@
 #include <lineup/Level.h>
 #include "Host/Lineup/Check/Sound/Decide/Case.h"
+#include "Host/Lineup/Check/Sound/Measure/Assign.h"
 #include "Host/Lineup/Check/Sound/Measure/ClippedSine.h"
 
 #include <fmt/format.h>
@@ -141,6 +142,57 @@ void AddChange(Case& check, const LevelChange& change) {
     }
 }
 
+using Points = std::vector<LevelPoint>;
+
+// How loud the channel arrives, where it does, at the time of the point and in the same tone, against its mean: levels
+// may move. 1 where that is not known.
+double MovedAt(const Case& check, const Points& sorted, const LevelPoint& point, std::size_t channel) {
+    constexpr double kSameTime = 0.05;  // s
+    const auto first = std::ranges::lower_bound(sorted, point.at - kSameTime, {}, &LevelPoint::at);
+    for (auto other = first; other != sorted.end() && other->at < point.at + kSameTime; ++other) {
+        const double mean = std::abs(check.parts[other->input][channel]);
+        if (check.At(other->input).channel == channel && other->slot == point.slot && other->tone == point.tone &&
+            mean > 0) {
+            return std::pow(10, other->db / 20) / mean;
+        }
+    }
+    return 1;
+}
+
+// What leaks into an input sounds along with its own channel in some of the sequence's parts, and makes them louder or
+// softer: how loud its own is there, dB.
+double WithoutLeaks(const Case& check, const Points& sorted, const LevelPoint& point) {
+    const std::size_t own = *check.At(point.input).channel;
+    const RefTone& tone = check.Sent().slots[point.slot].tones[point.tone];
+    const auto& parts = check.parts[point.input];
+    std::complex<double> leaks;
+    for (std::size_t channel = 0; channel < parts.size(); ++channel) {
+        if (channel != own && tone.Amplitude(channel) > 0 &&
+            WasHeardAlone(check.lineup->cells, check.Sent(), point.input, channel)) {
+            leaks += parts[channel] * tone.gain[channel] * MovedAt(check, sorted, point, channel);
+        }
+    }
+    // Along the tone's own phase, and across it.
+    const std::complex<double> turned = leaks * std::polar(1.0, -std::arg(parts[own] * tone.gain[own]));
+    const double heard = point.sent * std::pow(10, point.db / 20);
+    const double left = std::sqrt(std::max(0.0, heard * heard - turned.imag() * turned.imag())) - turned.real();
+    return left > 0 ? DbFromGain(left / point.sent) : point.db;
+}
+
+// Of inputs that others leak into, their own levels.
+void TakeOffLeaks(const Case& check, Points& points) {
+    if (std::ranges::find(check.mixed, true) == check.mixed.end()) {
+        return;
+    }
+    Points sorted = points;
+    std::ranges::stable_sort(sorted, {}, &LevelPoint::at);
+    for (LevelPoint& point : points) {
+        if (check.mixed[point.input] && check.At(point.input).channel) {
+            point.db = WithoutLeaks(check, sorted, point);
+        }
+    }
+}
+
 }  // namespace
 
 LevelChange FindLevelChange(const Case& check) {
@@ -148,8 +200,9 @@ LevelChange FindLevelChange(const Case& check) {
     for (std::size_t input = 0; input < check.Inputs(); ++input) {
         doubt = std::max(doubt, DbFromGain(1 + CodecNoise(check, input)));
     }
-    std::vector<LevelPoint> points = check.lineup->levels;
+    Points points = check.lineup->levels;
     std::erase_if(points, [&](const LevelPoint& point) { return check.folded[point.input]; });
+    TakeOffLeaks(check, points);
     for (LevelPoint& point : points) {
         const ShapeOfInput& shape = check.shapes[point.input];
         if (shape.clipped < 1) {  // as it was before

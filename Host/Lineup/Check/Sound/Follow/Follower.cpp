@@ -260,7 +260,8 @@ void Follower::AddLevels(const SlotSound& sound, std::size_t input, std::size_t 
         }
         if (count > 0 && amplitude / count > kNotGone * sent && mLineup.levels.size() < kMostLevels) {
             const double at = slot.firstMiddle + (static_cast<double>(first) + count / 2) * sound.step;
-            mLineup.levels.push_back({at, 20 * std::log10(amplitude / count / sent), input, sent, full});
+            mLineup.levels.push_back(
+                {at, 20 * std::log10(amplitude / count / sent), input, sent, full, sound.number.slot, tone});
         }
     }
 }

@@ -14,6 +14,8 @@ struct LevelPoint {
     std::size_t input = 0;
     double sent = 0;   ///< amplitude that was sent there
     bool full = true;  ///< the sequence's full level was due, not less
+    std::size_t slot = 0;
+    std::size_t tone = 0;  ///< of the slot
 };
 
 /// How levels move.

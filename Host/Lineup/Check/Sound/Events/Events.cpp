@@ -197,11 +197,11 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     if (std::abs(std::abs(change) - 1) > std::max(kLeastStep, doubt)) {
         return SoundEvent{SoundEvent::Kind::LevelStep, middle, 20 * std::log10(std::abs(change)), {}};
     }
-    if (length < kLongestClick) {
-        return SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}};
-    }
     if (const auto gain = zoom.GainWithin(before, *begins, *ends, 1 / frequency)) {
         return SoundEvent{SoundEvent::Kind::Dip, *begins, 20 * std::log10(*gain), {}};
+    }
+    if (length < kLongestClick) {
+        return SoundEvent{SoundEvent::Kind::Click, middle, zoom.FarthestFrom(before), {}};
     }
     return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
 }

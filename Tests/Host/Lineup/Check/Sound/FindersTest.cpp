@@ -125,9 +125,10 @@ TEST(FindEvents, SilenceIsADropoutAtWhateverLevelTheToneComesBack) {
 
 struct DipCase {
     const char* what;
-    double gain;       // that the tone falls to at once; from there it rises again, with 5 ms
+    double gain;       // that the tone falls to at once; from there it rises again
     double pollution;  // of the tone: another one that comes and goes like that
     SoundEvent::Kind kind;
+    double rises = 0.005;  // s
 };
 
 TEST(FindEvents, AClickIsOneWhereTheSoundLiesOffZeroToo) {
@@ -147,13 +148,14 @@ TEST(FindEvents, ToneThatIsSofterForAMomentIsNoDropout) {
     for (const DipCase& dip : std::vector<DipCase>{
              {"a limiter that follows another input", 0.9, 0, SoundEvent::Kind::Dip},
              {"one that hears something loud", 0.5, 0, SoundEvent::Kind::Dip},
+             {"one that is back as soon as a click", 0.7, 0, SoundEvent::Kind::Dip, 0.001},
              {"a tone that is nearly gone", 0.1, 0, SoundEvent::Kind::Dropout},
              {"damage as loud as the tone", 0.9, 0.5, SoundEvent::Kind::Dropout},
          }) {
         std::vector<float> tone = ToneOf(3);
         for (std::size_t n = 0; n < tone.size(); ++n) {
             const double since = static_cast<double>(n) / kFinderRate - 1.5;
-            const double falls = since > 0 ? std::exp(-since / 0.005) : 0;
+            const double falls = since > 0 ? std::exp(-since / dip.rises) : 0;
             const double other = falls * dip.pollution * kFinderLevel * std::sin(0.2 * static_cast<double>(n));
             tone[n] = static_cast<float>(tone[n] * (1 - (1 - dip.gain) * falls) + other);
         }

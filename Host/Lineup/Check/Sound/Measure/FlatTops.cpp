@@ -9,8 +9,7 @@ namespace lineup::sound {
 
 namespace {
 
-constexpr double kFewestFlat = 4;  // samples
-constexpr int kUnitBits = 23;      // HopFeatures counts bits in units of 2^-23
+constexpr int kUnitBits = 23;  // HopFeatures counts bits in units of 2^-23
 
 // The step between samples of the hop.
 double StepOf(const HopFeatures& hop) {
@@ -29,7 +28,7 @@ void FlatTops::Add(const HopFeatures& hop, double omega) {
         return;
     }
     const double rests = 2 * std::acos(std::max(0.0, 1 - StepOf(hop) / height)) / omega;
-    const double fewest = std::max(kFewestFlat, std::floor(rests) + 3);
+    const double fewest = std::max<double>(HopFeatures::kLeastRun, std::floor(rests) + 3);
     flatLeast = hop.flatLeast >= fewest ? std::min(flatLeast, hop.least) : flatLeast;
     flatMost = hop.flatMost >= fewest ? std::max(flatMost, hop.most) : flatMost;
 }

@@ -17,8 +17,10 @@ struct HopFeatures {
     std::uint32_t bits = 0;     ///< the bits in use, of magnitudes in units of 2^-23; kFiner where that is too coarse
     std::uint16_t atLeast = 0;  ///< samples that lie by the lowest: many where tops are flat
     std::uint16_t atMost = 0;
-    std::uint16_t flatLeast = 0;  ///< samples in a row that are exactly the lowest, at most
+    std::uint16_t flatLeast = 0;  ///< samples in a row that are exactly the lowest, at most; known from kLeastRun on
     std::uint16_t flatMost = 0;
+
+    static constexpr int kLeastRun = 4;
 
     static constexpr std::uint32_t kFiner = 1U << 31U;
 };

@@ -37,6 +37,17 @@ void Take(float* samples, RawLanes& lanes) {
     }
 }
 
+// Whether HopFeatures::kLeastRun samples in a row are alike: all places at once, as few hops hold such.
+bool HoldsRun(std::span<const float> samples) {
+    std::uint32_t found = 0;
+    for (std::size_t i = 0; i + HopFeatures::kLeastRun <= samples.size(); ++i) {
+        found |= static_cast<std::uint32_t>(samples[i] == samples[i + 1]) &
+                 static_cast<std::uint32_t>(samples[i] == samples[i + 2]) &
+                 static_cast<std::uint32_t>(samples[i] == samples[i + 3]);
+    }
+    return found != 0;
+}
+
 // The most samples in a row that are `height` exactly.
 std::uint32_t LongestRun(std::span<const float> samples, float height) {
     std::uint32_t longest = 0;
@@ -89,8 +100,10 @@ HopFeatures ExamineHop(std::span<float> samples) {
     }
     hop.atLeast = Saturated(low);
     hop.atMost = Saturated(high);
-    hop.flatLeast = Saturated(LongestRun(samples, hop.least));
-    hop.flatMost = Saturated(LongestRun(samples, hop.most));
+    if (HoldsRun(samples)) {
+        hop.flatLeast = Saturated(LongestRun(samples, hop.least));
+        hop.flatMost = Saturated(LongestRun(samples, hop.most));
+    }
     return hop;
 }
 

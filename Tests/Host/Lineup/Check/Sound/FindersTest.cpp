@@ -2,10 +2,13 @@
 #include "Host/Lineup/Check/Sound/Events/Clicks.h"
 #include "Host/Lineup/Check/Sound/Events/Events.h"
 #include "Host/Lineup/Check/Sound/Measure/WanderFit.h"
+#include "Host/Lineup/Check/Sound/Signal/RawHop.h"
 #include "Tests/Host/Lineup/Check/Sound/HistoryOf.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -211,6 +214,27 @@ TEST(TuneWander, FindsASwingOfOneFrequencyAndNothingElse) {
         if (wander.hertz > 0) {
             EXPECT_NEAR(placing.wanders[0].hertz, wander.hertz, 0.01) << wander.what;
             EXPECT_NEAR(placing.wanders[0].Depth(), wander.depth, 0.03 * wander.depth) << wander.what;
+        }
+    }
+}
+
+// So many samples in a row are the highest or the lowest of a hop, at any place in it.
+TEST(ExamineHop, CountsTheSamplesOfItsFlatTopsFromFourOn) {
+    for (std::size_t size = 4; size < 30; ++size) {
+        for (std::size_t run = 2; run <= size; ++run) {
+            for (std::size_t at = 0; at + run <= size; ++at) {
+                std::vector<float> high(size);
+                for (std::size_t i = 0; i < size; ++i) {
+                    high[i] = i >= at && i < at + run ? 0.5F : 0.01F * static_cast<float>(i);
+                }
+                std::vector<float> low(high);
+                std::ranges::transform(low, low.begin(), std::negate());
+                const int known = run < 4 ? 0 : static_cast<int>(run);
+                ASSERT_EQ(lineup::sound::ExamineHop(high).flatMost, known)
+                    << run << " of " << size << " from " << at << " on";
+                ASSERT_EQ(lineup::sound::ExamineHop(low).flatLeast, known)
+                    << run << " of " << size << " from " << at << " on";
+            }
         }
     }
 }

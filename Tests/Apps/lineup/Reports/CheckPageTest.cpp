@@ -71,13 +71,18 @@ TEST_F(CheckPages, MarkThePlacesOfFaults) {
     EXPECT_EQ(Count(lanes, "class=\"fault\""), 1U);
 }
 
+// Two samples a column. From silence up to full scale in the middle of the 900 columns, a point where the height
+// changes.
 TEST_F(CheckPages, DrawTheHighestOfTheSamplesThatShareAColumn) {
     lineup::CheckReport report = test::RightCheckReport();
-    report.sound->lanes.found.assign(1, std::vector<float>(4096, 0.0F));
     report.sound->lanes.expected.clear();
-    const std::string silent = cli::CheckLanes(report);
-    report.sound->lanes.found[0][2000] = 1.0F;
-    EXPECT_NE(cli::CheckLanes(report), silent);
+    report.sound->lanes.found.assign(1, std::vector<float>(1800));
+    std::vector<float>& lane = report.sound->lanes.found[0];
+    for (std::size_t n = 901; n < lane.size(); n += 2) {
+        lane[n] = -1;
+    }
+    EXPECT_THAT(cli::CheckLanes(report), HasSubstr("points=\"90,33.0 90,33.0 540,33.0 540,7.2 990,7.2 990,33.0 "
+                                                   "990,33.0 990,58.8 540,58.8 540,33.0 90,33.0 90,33.0\""));
 }
 
 TEST_F(CheckPages, DrawNoLanesWhereThereAreNone) {

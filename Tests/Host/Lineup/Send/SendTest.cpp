@@ -132,6 +132,23 @@ TEST(Send, PutsEverySampleIntoLinearPacketsOnceAndInTime) {
     }
 }
 
+// A transport stream is sent for as long as its sound then waits at the receiver, too.
+TEST(Send, ByTheSystemsClockEndsSoManySamplesAfterItsBegin) {
+    const lineup::Clip clip = test::OpenClip(2);
+    for (const auto format : {lineup::StreamFormat::Linear24, lineup::StreamFormat::TransportStream}) {
+        test::Loopback receiver;
+        test::SimulatedClock clock(1'700'000'000'123'456'789);
+        clock.onWait = [&receiver](std::int64_t) { receiver.Drain(); };
+        SendSettings settings = SmallStream("rtp://" + receiver.Address(), &clock);
+        settings.format = format;
+        settings.videoCodec = lineup::kNoCodec;
+        settings.timing = lineup::SendTiming::Wall;
+        settings.samples = kRate / 10;
+        const SendStatus status = Send(clip, settings);
+        EXPECT_NEAR(status.seconds - status.delayMs / 1000, 0.1, 0.01) << static_cast<int>(format);
+    }
+}
+
 // 16 channels are 48 bytes a sample: a millisecond fits into a larger network's packet alone.
 TEST(Send, PutsCopiesOfTheChannelsSideBySide) {
     const lineup::Clip clip = test::OpenClip(2);

@@ -1,15 +1,19 @@
 #include <lineup/services/LocalizerSetup.h>
 #include "Tests/Host/Desktop/OpenDialog.h"
+#include "Tests/Host/Desktop/TestForms.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QFile>
 #include <QKeySequence>
 #include <QLabel>
+#include <QProgressBar>
 #include <QRegularExpression>
 #include <QSet>
+#include <algorithm>
 
 namespace {
 
@@ -69,6 +73,30 @@ TEST(Languages, NoTextIsLeftAsAKey) {
         }
         hands.ClickCloseBox();
     });
+}
+
+// Whichever of its properties it is: the format of a progress bar is the last.
+TEST(Languages, EveryKeyThatAFormMayHoldIsLookedUp) {
+    const auto view = test::Build(test::Form(R"(
+        <property name="windowTitle"><string>$$$/Test=title</string></property>
+        <layout class="QVBoxLayout" name="rows">
+            <item><widget class="QProgressBar" name="progress">
+                <property name="toolTip"><string>$$$/Test=tip</string></property>
+                <property name="format"><string>$$$/Test=format</string></property>
+            </widget></item>
+            <item><widget class="QComboBox" name="list">
+                <item><property name="text"><string>$$$/Test=first</string></property></item>
+                <item><property name="text"><string>second</string></property></item>
+                <item><property name="text"><string>$$$/Test=third</string></property></item>
+            </widget></item>
+        </layout>)"));
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const QWidget* const dialog = *std::ranges::find(windows, "Test", &QWidget::objectName);
+    const auto& progress = *dialog->findChild<QProgressBar*>();
+    const auto& list = *dialog->findChild<QComboBox*>();
+    const QStringList texts = {dialog->windowTitle(), progress.toolTip(), progress.format(),
+                               list.itemText(0),      list.itemText(1),   list.itemText(2)};
+    EXPECT_EQ(texts.join(", ").toStdString(), "title, tip, format, first, second, third");
 }
 
 TEST(Languages, EveryTextOfTheFormsIsTranslated) {

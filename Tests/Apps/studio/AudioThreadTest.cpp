@@ -93,6 +93,7 @@ TEST_P(AudioThread, PullsWithoutAllocatingOrLocking) {
     playback->SetLoop(true);
     studio::PullDevice device(playback, QAudioFormat::Float);
     ASSERT_TRUE(device.Open());
+    EXPECT_TRUE(device.isSequential());  // it has neither a size nor places to go back to
     std::vector<char> bytes(static_cast<std::size_t>(4 * 960 * clip->NumChannels()));
     const auto size = static_cast<qint64>(bytes.size());
     EXPECT_EQ(device.read(bytes.data(), size), size);  // the first one may warm up what is below

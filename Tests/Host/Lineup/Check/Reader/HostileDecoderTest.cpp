@@ -15,6 +15,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -81,6 +83,18 @@ private:
     if ((CanGiveUp() & lineup::decoding::right) == 0) {                                        \
         GTEST_SKIP() << "this kernel, or a sanitizer, leaves the process that right: " #right; \
     }
+
+// The tests below leave out what is not given up.
+TEST_F(HostileDecoder, GivesUpWhateverTheKernelCanTake) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer needs its rights";
+#endif
+    constexpr unsigned kAskForVersion = 1;
+    const bool hasLandlock = syscall(SYS_landlock_create_ruleset, nullptr, 0, kAskForVersion) > 0;
+    const bool hasFilters = prctl(PR_GET_SECCOMP) >= 0;
+    EXPECT_EQ((CanGiveUp() & lineup::decoding::kFiles) != 0, hasLandlock);
+    EXPECT_EQ((CanGiveUp() & lineup::decoding::kSystemCalls) != 0, hasFilters);
+}
 
 TEST_F(HostileDecoder, MayCrashAndBeFoundOut) {
     EXPECT_EQ(FromFile("crash"), "the decoder ended too early: it crashed (SIGSEGV, Segmentation fault)");

@@ -64,11 +64,14 @@ TEST_F(CheckPages, HaveALaneForEachInputWithWhatWasDue) {
     EXPECT_THAT(lanes, HasSubstr(">4 LFE<"));
 }
 
-TEST_F(CheckPages, MarkThePlacesOfFaults) {
+TEST_F(CheckPages, MarkTimesAndThePlacesOfFaults) {
     const std::string lanes = cli::CheckLanes(test::FaultyCheckReport());
     // 4.5 s of a drawing from 3 s to 5 s: three quarters of 900 pixels right of the 90th.
     EXPECT_THAT(lanes, HasSubstr("class=\"fault\" d=\"M765.0 "));
     EXPECT_EQ(Count(lanes, "class=\"fault\""), 1U);
+    // The time in the middle, under the last of six lanes of 62 pixels.
+    EXPECT_THAT(lanes,
+                testing::ContainsRegex("<path d=\"M540.0 6 V378.0\"[^>]*><text x=\"540.0\" y=\"394.0\"[^>]*>4.0 s<"));
 }
 
 // Two samples a column. From silence up to full scale in the middle of the 900 columns, a point where the height

@@ -132,7 +132,7 @@ TEST(Send, PutsEverySampleIntoLinearPacketsOnceAndInTime) {
     }
 }
 
-// A transport stream is sent for as long as its sound then waits at the receiver, too.
+// To the slot; a transport stream goes on for as long as its sound then waits at the receiver.
 TEST(Send, ByTheSystemsClockEndsSoManySamplesAfterItsBegin) {
     const lineup::Clip clip = test::OpenClip(2);
     for (const auto format : {lineup::StreamFormat::Linear24, lineup::StreamFormat::TransportStream}) {
@@ -145,7 +145,7 @@ TEST(Send, ByTheSystemsClockEndsSoManySamplesAfterItsBegin) {
         settings.timing = lineup::SendTiming::Wall;
         settings.samples = kRate / 10;
         const SendStatus status = Send(clip, settings);
-        EXPECT_NEAR(status.seconds - status.delayMs / 1000, 0.1, 0.01) << static_cast<int>(format);
+        EXPECT_NEAR(status.seconds - status.delayMs / 1000, 0.1, 1e-9) << static_cast<int>(format);
     }
 }
 

@@ -50,22 +50,30 @@ struct CutCase {
 };
 
 TEST(ClippedSine, IsToldFromOtherBendsByItsHarmonics) {
-    LineFindings withoutFifth = CutLines(0.7);
-    withoutFifth.harmonic[3] = {};
+    const auto with = [](double part, std::size_t n, const lineup::sound::HarmonicTally& harmonic) {
+        LineFindings lines = CutLines(part);
+        lines.harmonic[n - 2] = harmonic;
+        return lines;
+    };
     const CutCase rows[] = {
         {"tops cut off deep", CutLines(0.3), 0.3},
-        {"tops cut off", CutLines(0.7), 0.7},
+        {"hardly a fifth harmonic, and a high third", CutLines(0.6), 0.6},
+        {"a third that is not so high, and others", CutLines(0.8), 0.8},
         {"tops just touched", CutLines(0.98), 0.98},
         {"as much again of the third harmonic", CutLines(0.7, 0.13), 0},
         {"nothing that stands out", CutLines(0.98, 0, 0.01), 0},
-        {"a fifth harmonic that was not measured", withoutFifth, 0},
+        {"a third alone that stands out, as of a soft bend", CutLines(0.9, 0, 0.006), 0},
+        {"a third that does not stand out", with(0.9, 3, {.sum = 0.0329, .weight = 1, .doubts = 4e-4}), 0},
+        {"another seventh", with(0.7, 7, {.sum = 0.01, .weight = 1}), 0},
+        {"a seventh that was not measured", with(0.7, 7, {}), 0.7},
+        {"a fifth that was not measured", with(0.7, 5, {}), 0},
     };
     for (const CutCase& row : rows) {
         EXPECT_NEAR(PartOfHarmonics(row.lines).value_or(0), row.part, 0.0006) << row.what;
     }
 }
 
-// Where it was cut off is known to six thousandths; what a sampled edge folds back is left out.
+// Where it was cut off is known to six thousandths.
 TEST(ClippedSine, HasNothingBesideItButWhatNoPartNearExplains) {
     for (const double off : {-0.006, 0.0, 0.006}) {
         EXPECT_EQ(BesideClipped(CutLines(0.5), 0.5 + off), 0) << off;
@@ -73,6 +81,7 @@ TEST(ClippedSine, HasNothingBesideItButWhatNoPartNearExplains) {
     }
     EXPECT_GT(BesideClipped(CutLines(0.5), 0.515), 0.001);
     EXPECT_GT(BesideClipped(CutLines(0.5), 0.485), 0.001);
+    EXPECT_EQ(BesideClipped(CutLines(0.5, 0.0012), 0.5), 0);      // what a sampled edge folds back
     EXPECT_EQ(BesideClipped(CutLines(0.5, 0.03, 0.01), 0.5), 0);  // not beyond what is doubtful
 }
 

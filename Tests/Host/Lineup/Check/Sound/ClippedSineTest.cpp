@@ -44,9 +44,9 @@ TEST(ClippedSine, HoldsTheHarmonicsOfASineWhoseTopsAreCutOff) {
 }
 
 struct CutCase {
-    const char* what;
+    const char* what = nullptr;
     LineFindings lines;
-    double part;  // 0: something else bends it
+    double part = 0;  // 0: something else bends it
 };
 
 TEST(ClippedSine, IsToldFromOtherBendsByItsHarmonics) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -46,6 +47,7 @@ struct Stretch {
 struct Usual {
     double residual = 0;
     double spread = 0;  // of residuals
+    double turn = 0;    // radians: from one block to the next
     double amplitude = 0;
     double zero = 0;       // where the sound lies
     std::size_t tone = 0;  // the loudest
@@ -72,6 +74,11 @@ std::vector<bool> BlocksAtLevel(const InputSlot& input) {
     return count < std::max(kFewestAtLevel, input.CountThere() / kPartAtLevel) ? input.there : atLevel;
 }
 
+// By how much a tone turns from one block to another, radians.
+double TurnBetween(const InputSlot& input, std::size_t tone, std::size_t first, std::size_t second) {
+    return std::abs(std::arg(input.gains[tone][second] * std::conj(input.gains[tone][first])));
+}
+
 Usual UsualOf(const InputSlot& input) {
     const std::vector<bool> taken = BlocksAtLevel(input);
     const auto median = [&](const auto& value) {
@@ -94,6 +101,13 @@ Usual UsualOf(const InputSlot& input) {
             usual.tone = tone;
         }
     }
+    std::vector<double> turns;
+    for (std::size_t block = 1; block < taken.size() && !input.gains.empty(); ++block) {
+        if (taken[block - 1] && taken[block]) {
+            turns.push_back(TurnBetween(input, usual.tone, block - 1, block));
+        }
+    }
+    usual.turn = MedianOf(std::move(turns));
     return usual;
 }
 
@@ -109,10 +123,51 @@ bool IsBad(const InputSlot& input, std::size_t block, const Usual& usual, bool l
                                   (lossy ? kOtherCodedAmplitude : kOtherAmplitude));
 }
 
-std::vector<Stretch> BadStretches(const InputSlot& input, const Usual& usual, bool lossy) {
-    std::vector<Stretch> stretches;
+// Whether the tone is turned between two blocks, and steady on either side of them. What lies over it turns it too, but
+// by far less than its own amplitude.
+bool TurnsBetween(const InputSlot& input, const Usual& usual, std::size_t first, std::size_t second,
+                  const std::vector<bool>& good) {
+    constexpr double kClearTurn = 0.04;      // radians
+    constexpr double kSteadyBeside = 0.125;  // of the turn
+    constexpr double kOverUsualTurn = 8;
+    constexpr std::size_t kSteady = 3;  // blocks
+    if (usual.amplitude <= kEventSounds || first + 1 < kSteady || second + kSteady > good.size()) {
+        return false;
+    }
+    const double turn = TurnBetween(input, usual.tone, first, second);
+    if (turn < std::max({kClearTurn, kOverUsualTurn * usual.turn, std::sqrt(usual.residual) / usual.amplitude})) {
+        return false;
+    }
+    const auto isSteady = [&](std::size_t block, std::size_t beside) {
+        return good[block] && good[beside] && TurnBetween(input, usual.tone, block, beside) < kSteadyBeside * turn;
+    };
+    for (std::size_t away = 1; away < kSteady; ++away) {
+        if (!isSteady(first - away, first) || !isSteady(second, second + away)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Blocks in which something happens. Where harmonics or noise lie over the tone, time may jump by a small part of a
+// period and leave blocks that are good in themselves.
+std::vector<bool> BadBlocks(const InputSlot& input, const Usual& usual, bool lossy) {
+    std::vector<bool> bad;
+    std::vector<bool> good;
     for (std::size_t block = 0; block < input.blocks.size(); ++block) {
-        if (!input.there[block] || !IsBad(input, block, usual, lossy)) {
+        bad.push_back(input.there[block] && IsBad(input, block, usual, lossy));
+        good.push_back(input.there[block] && !bad.back());
+    }
+    for (std::size_t block = 1; !lossy && block < bad.size(); ++block) {
+        bad[block] = bad[block] || (good[block] && TurnsBetween(input, usual, block - 1, block + 1, good));
+    }
+    return bad;
+}
+
+std::vector<Stretch> BadStretches(const std::vector<bool>& bad) {
+    std::vector<Stretch> stretches;
+    for (std::size_t block = 0; block < bad.size(); ++block) {
+        if (!bad[block]) {
             continue;
         }
         if (!stretches.empty() && block <= stretches.back().end + 1) {
@@ -206,6 +261,24 @@ std::optional<SoundEvent> NameIt(const Zoom& zoom, const Usual& usual, const Gai
     return SoundEvent{SoundEvent::Kind::Dropout, *begins, length, {}};
 }
 
+// Where time jumps though no sample stands out: a block that it jumps in has some of the tone before, and the rest of
+// the tone after it. Empty where the tone goes on as it was.
+std::optional<SoundEvent> FindTurn(const InputSlot& input, const Stretch& stretch, const Usual& usual,
+                                   const std::vector<bool>& good, double step, double frequency) {
+    if (stretch.first == 0 || !TurnsBetween(input, usual, stretch.first - 1, stretch.end, good)) {
+        return std::nullopt;
+    }
+    const std::complex<double> before = input.gains[usual.tone][stretch.first - 1];
+    const std::complex<double> after = input.gains[usual.tone][stretch.end];
+    double at = input.firstMiddle + (static_cast<double>(stretch.first) - 0.5) * step;
+    for (std::size_t block = stretch.first; block < stretch.end; ++block) {
+        const std::complex<double> ofBefore = (input.gains[usual.tone][block] - after) / (before - after);
+        at += std::clamp(ofBefore.real(), 0.0, 1.0) * step;
+    }
+    const double lost = std::arg(after / before) / (kTurn * frequency);
+    return SoundEvent{SoundEvent::Kind::Jump, at, lost, {}, {{lost, 1 / frequency}}};
+}
+
 // A tone that stops and comes back, at whatever level, before its slot ends. A channel that begins late, or ends early,
 // does not come back.
 std::optional<SoundEvent> FindSilence(const Zoom& zoom, const Usual& usual, double frequency) {
@@ -272,13 +345,14 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
         if (usual.amplitude > kEventSounds && usual.amplitude * usual.amplitude > usual.residual) {
             tones[number] = usual.tone;
         }
-        const std::vector<Stretch> stretches = BadStretches(input, usual, history.lossy);
-        const std::vector<bool> there = input.there;
+        const std::vector<bool> bad = BadBlocks(input, usual, history.lossy);
+        const std::vector<Stretch> stretches = BadStretches(bad);
+        std::vector<bool> good;
+        std::ranges::transform(input.there, bad, std::back_inserter(good),
+                               [](bool there, bool isBad) { return there && !isBad; });
         Zoom zoom(history, reference, meter, sound, number, usual.zero);
         for (const Stretch& stretch : stretches) {
-            const auto isGood = [&](std::size_t block) {
-                return there[block] && !IsBad(input, block, usual, history.lossy);
-            };
+            const auto isGood = [&](std::size_t block) { return good[block]; };
             const auto before = GainsBeside(input, stretch, false, isGood);
             const auto after = GainsBeside(input, stretch, true, isGood);
             const double frequency =
@@ -288,9 +362,12 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
             zoom.Load(std::max(first, sound.start), std::min(end, sound.end));
             // Of one that reaches an end of the slot, silence within alone is told: the sequence itself may begin or
             // end there.
-            const auto event = before && after ? NameIt(zoom, usual, *before, *after, frequency, history.lossy)
-                               : before        ? FindSilence(zoom, usual, frequency)
-                                               : std::nullopt;
+            auto event = before && after ? NameIt(zoom, usual, *before, *after, frequency, history.lossy)
+                         : before        ? FindSilence(zoom, usual, frequency)
+                                         : std::nullopt;
+            if (!event && !history.lossy) {
+                event = FindTurn(input, stretch, usual, good, sound.step, frequency);
+            }
             if (event) {
                 AddEvent(*event, number, events);
             }
@@ -303,7 +380,7 @@ std::vector<SoundEvent> FindEvents(const History& history, const Reference& refe
 
 void LeaveOutDamage(const History& history, SlotSound& sound) {
     for (InputSlot& input : sound.inputs) {
-        for (const Stretch& stretch : BadStretches(input, UsualOf(input), history.lossy)) {
+        for (const Stretch& stretch : BadStretches(BadBlocks(input, UsualOf(input), history.lossy))) {
             LeaveOut(stretch, input);
         }
     }

@@ -99,4 +99,21 @@ TEST(SoundEvents, OfASteadyToneAreKnownButForWholePeriods) {
     EXPECT_NEAR(findings.faults[0].measured.value_or(0), 3, 0.05);
 }
 
+// A sixteenth of a period more than 17 of them: no sample lies further from the tone than its harmonics do anyway.
+TEST(SoundEvents, OfAToneWhoseTopsAreCutOffAreKnownByItsPhase) {
+    constexpr double kFineRate = 48000;  // Hz
+    Sound sound = test::Tone(1000, 0.125, 8, 2, kFineRate);
+    for (auto& channel : sound) {
+        channel.erase(channel.begin() + 187440, channel.begin() + 187440 + 17 * 48 + 3);
+        std::ranges::for_each(channel, [](float& x) { x = std::clamp(x, -0.08F, 0.08F); });
+    }
+    lineup::CheckSettings settings;
+    settings.expect = "tone";
+    settings.frequencyHz = 1000;
+    const auto findings = Check(sound, kFineRate, settings);
+    ASSERT_EQ(Ids(findings), (Strings{"clipped", "samples-lost"}));
+    EXPECT_NEAR(findings.faults[1].measured.value_or(0), 3, 0.05);
+    EXPECT_NEAR(findings.faults[1].at.value_or(0), 3.905, 0.003);
+}
+
 }  // namespace

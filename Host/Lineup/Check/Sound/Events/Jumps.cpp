@@ -55,14 +55,15 @@ std::optional<double> NearestDue(const Reference& reference, const Placing& plac
     return nearest;
 }
 
+std::vector<EdgeVote> EdgesWhere(std::span<const EdgeVote> edges, const auto& takes) {
+    std::vector<EdgeVote> taken;
+    std::ranges::copy_if(edges, std::back_inserter(taken), takes);
+    return taken;
+}
+
 // Edges at one time, at several inputs, are one witness.
-double MedianLate(std::span<const EdgeVote> edges, double at, bool after, std::optional<std::size_t> input) {
-    std::vector<EdgeVote> side;
-    for (const EdgeVote& edge : edges) {
-        if ((edge.at > at) == after && (!input || edge.input == *input)) {
-            side.push_back(edge);
-        }
-    }
+double MedianLate(std::span<const EdgeVote> edges, double at, bool after) {
+    std::vector<EdgeVote> side = EdgesWhere(edges, [=](const EdgeVote& edge) { return (edge.at > at) == after; });
     std::ranges::sort(side, {}, &EdgeVote::at);
     std::vector<double> late;
     for (std::size_t first = 0; first < side.size();) {
@@ -77,9 +78,23 @@ double MedianLate(std::span<const EdgeVote> edges, double at, bool after, std::o
     return MedianOf(std::move(late));
 }
 
-bool HasSide(std::span<const EdgeVote> edges, double at, bool after, std::optional<std::size_t> input) {
-    return std::ranges::any_of(
-        edges, [&](const EdgeVote& edge) { return (edge.at > at) == after && (!input || edge.input == *input); });
+bool HasSide(std::span<const EdgeVote> edges, double at, bool after) {
+    return std::ranges::any_of(edges, [&](const EdgeVote& edge) { return (edge.at > at) == after; });
+}
+
+std::set<std::size_t> InputsOf(std::span<const EdgeVote> edges) {
+    std::set<std::size_t> inputs;
+    for (const EdgeVote& edge : edges) {
+        inputs.insert(edge.input);
+    }
+    return inputs;
+}
+
+// What edges before and after say was lost; empty where one side has none.
+std::optional<double> LostAcross(std::span<const EdgeVote> edges, double at) {
+    return HasSide(edges, at, false) && HasSide(edges, at, true)
+               ? std::optional(MedianLate(edges, at, false) - MedianLate(edges, at, true))
+               : std::nullopt;
 }
 
 std::vector<EdgeVote> FineEdges(const History& history, const Reference& reference, const Placing& placing,
@@ -195,7 +210,7 @@ std::optional<double> LostBetweenFine(const History& history, const Reference& r
                                       std::span<const SlotNumber> slots, double at, bool passTorn) {
     std::vector<EdgeVote> edges = FineEdges(history, reference, placing, slots, at, passTorn);
     DropCutEndsAround(edges, at);
-    return LostBetween(edges, at);
+    return LostBetweenAlike(edges, at);
 }
 
 // The edges less what is lost at `at`, each against the median of its input: how far off they are, mean, in s.
@@ -244,23 +259,26 @@ bool LieApart(std::span<const EdgeVote> edges) {
 }
 
 std::optional<double> LostBetween(std::span<const EdgeVote> edges, double at) {
-    std::set<std::size_t> inputs;
-    for (const EdgeVote& edge : edges) {
-        inputs.insert(edge.input);
-    }
     std::vector<double> lost;
-    for (const std::size_t input : inputs) {
-        if (HasSide(edges, at, false, input) && HasSide(edges, at, true, input)) {
-            lost.push_back(MedianLate(edges, at, false, input) - MedianLate(edges, at, true, input));
+    for (const std::size_t input : InputsOf(edges)) {
+        const auto own =
+            LostAcross(EdgesWhere(edges, [input](const EdgeVote& edge) { return edge.input == input; }), at);
+        lost.insert(lost.end(), own ? 1 : 0, own.value_or(0));
+    }
+    return lost.empty() ? LostAcross(edges, at) : MedianOf(std::move(lost));
+}
+
+std::optional<double> LostBetweenAlike(std::span<const EdgeVote> edges, double at) {
+    std::vector<double> lost;
+    for (const std::size_t input : InputsOf(edges)) {
+        for (const bool rises : {true, false}) {
+            const auto own = LostAcross(
+                EdgesWhere(edges, [=](const EdgeVote& edge) { return edge.input == input && edge.rises == rises; }),
+                at);
+            lost.insert(lost.end(), own ? 1 : 0, own.value_or(0));
         }
     }
-    if (!lost.empty()) {
-        return MedianOf(std::move(lost));
-    }
-    if (!HasSide(edges, at, false, {}) || !HasSide(edges, at, true, {})) {
-        return std::nullopt;
-    }
-    return MedianLate(edges, at, false, {}) - MedianLate(edges, at, true, {});
+    return lost.empty() ? LostBetween(edges, at) : MedianOf(std::move(lost));
 }
 
 TimeJump ResolveJump(const History& history, const Reference& reference, const Placing& placing,

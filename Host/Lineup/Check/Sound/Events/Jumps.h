@@ -39,6 +39,10 @@ struct EdgeVote {
 /// side has none.
 [[nodiscard]] std::optional<double> LostBetween(std::span<const EdgeVote> edges, double at);
 
+/// The same, beginnings against beginnings and ends against ends where an input has both: a limiter lets beginnings
+/// through and makes them early. Of edges that are measured, among which no chance one is.
+[[nodiscard]] std::optional<double> LostBetweenAlike(std::span<const EdgeVote> edges, double at);
+
 /// The place where edges of followed tones are suddenly later or earlier, by what they jump: between two of them. Empty
 /// where they lie on one level.
 [[nodiscard]] std::optional<TimeJump> FindStep(std::vector<EdgeVote> edges);

@@ -222,6 +222,18 @@ TEST(FindKnownSpeed, IsTheNearestOne) {
     }
 }
 
+// What was sent later than 5 s comes 0.01 s early. All beginnings are early by 1 ms besides, as a limiter makes them.
+TEST(LostBetween, HoldsBeginningsAgainstBeginningsAndEndsAgainstEnds) {
+    constexpr double kLost = 0.01;
+    std::vector<lineup::sound::EdgeVote> edges;
+    for (const double at : {1.0, 2.0, 3.0}) {
+        edges.push_back({at, -0.001, 0, true});
+    }
+    edges.push_back({3.5, 0, 0, false});
+    edges.push_back({6, -kLost, 0, false});
+    EXPECT_NEAR(lineup::sound::LostBetweenAlike(edges, 5).value_or(0), kLost, 1e-9);
+}
+
 struct LevelCase {
     const char* what;
     LevelChange::Kind kind;

@@ -35,6 +35,8 @@ public:
 
 private:
     std::vector<std::vector<std::vector<Cell>>> mCells;
+    // [slot][tone]: by how many turns each cycle puts back the phase of a tone that begins anew in it.
+    std::vector<std::vector<double>> mTurnsOfCycle;
 };
 
 }  // namespace lineup::sound

@@ -3,13 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <numbers>
+#include <random>
 
 namespace {
 
 using test::Check;
 using test::Ident;
 using test::Ids;
+using test::kRate;
 using test::SampleAt;
 using test::Sound;
 using test::Strings;
@@ -38,6 +42,27 @@ TEST(Levels, OfAChannelThatNeverSoundsAloneAreKnownBesideALeakAndAStep) {
         std::for_each(channel.begin() + SampleAt(5.6), channel.end(), [](float& x) { x *= 0.61F; });
     }
     EXPECT_EQ(Ids(Check(std::move(sound))), (Strings{"channel-mixed", "level-changes"}));
+}
+
+// Its low tone has turned by half a period when it comes back after a cycle: both of them add up to nothing.
+TEST(Levels, OfALowToneThatBeginsAnewInEachCycleAreThoseOfATone) {
+    constexpr double kOther = 82.5;  // Hz
+    Sound sound = Ident("blits", 14.6, 1.86);
+    std::mt19937 random(3);
+    std::normal_distribution<float> noise(0, 0.004F);
+    for (const double on : {2.4 - 1.86, 2.4 + 13.4 - 1.86}) {
+        for (std::ptrdiff_t n = 0; n < SampleAt(0.6); ++n) {
+            const double turns = kOther * static_cast<double>(n) / kRate;
+            sound[3][static_cast<std::size_t>(SampleAt(on) + n)] =
+                static_cast<float>(0.125 * std::sin(2 * std::numbers::pi * turns));
+        }
+    }
+    for (auto& channel : sound) {
+        std::ranges::for_each(channel, [&](float& x) { x += noise(random); });
+    }
+    const Strings ids = Ids(Check(std::move(sound)));
+    EXPECT_EQ(std::ranges::count(ids, "noise"), 1);
+    EXPECT_EQ(std::ranges::count(ids, "channel-mixed"), 0);  // of a sum of channels that are all next to nothing
 }
 
 }  // namespace

@@ -97,7 +97,7 @@ TEST_P(AudioThread, PullsWithoutAllocatingOrLocking) {
     std::vector<char> bytes(static_cast<std::size_t>(4 * 960 * clip->NumChannels()));
     const auto size = static_cast<qint64>(bytes.size());
     EXPECT_EQ(device.read(bytes.data(), size), size);  // the first one may warm up what is below
-    EXPECT_EQ(device.read(bytes.data(), size - 1), size - 4 * clip->NumChannels()) << "no whole frames";
+    EXPECT_EQ(device.read(bytes.data(), size - 1), size - qint64{4} * clip->NumChannels()) << "no whole frames";
     EXPECT_GT(device.bytesAvailable(), size) << "it has an end";
     const Watch watch;
     qint64 pulled = 0;

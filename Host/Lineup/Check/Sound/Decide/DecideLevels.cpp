@@ -176,7 +176,7 @@ double WithoutLeaks(const Case& check, const Points& sorted, const LevelPoint& p
     const std::complex<double> turned = leaks * std::polar(1.0, -std::arg(parts[own] * tone.gain[own]));
     const double heard = point.sent * std::pow(10, point.db / 20);
     const double left = std::sqrt(std::max(0.0, heard * heard - turned.imag() * turned.imag())) - turned.real();
-    return left > 0 ? DbFromGain(left / point.sent) : point.db;
+    return left > 0 && point.sent > 0 ? DbFromGain(left / point.sent) : point.db;
 }
 
 // Of inputs that others leak into, their own levels.
@@ -191,6 +191,18 @@ void TakeOffLeaks(const Case& check, Points& points) {
             point.db = WithoutLeaks(check, sorted, point);
         }
     }
+}
+
+// What harmonics cost the fundamental depends on the level: by how much, in parts of it, at most.
+double MostBent(const Case& check) {
+    double bent = 0;
+    for (std::size_t input = 0; input < check.Inputs(); ++input) {
+        const ShapeOfInput& shape = check.shapes[input];
+        const bool isBent = shape.distorted && shape.clipped == 1;  // of what is cut off, the levels are as before
+        const bool isOfGain = check.lineup->inputs[input].lines.harmonic[1].IsOfGain();
+        bent = std::max(bent, isBent && !isOfGain ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
+    }
+    return bent;
 }
 
 }  // namespace
@@ -211,11 +223,7 @@ LevelChange FindLevelChange(const Case& check) {
         }
         doubt = std::max(doubt, shape.clipped < 1 ? kClippedDoubt : 0);
     }
-    double bent = 0;  // what harmonics cost the fundamental depends on the level
-    for (const ShapeOfInput& shape : check.shapes) {
-        const bool isBent = shape.distorted && shape.clipped == 1;  // of what is cut off, the levels are as before
-        bent = std::max(bent, isBent ? 2 * kBentBy * std::sqrt(shape.harmonics) : 0);
-    }
+    const double bent = MostBent(check);
     const double least = check.Tolerance("level") + doubt + (check.unsteady ? kWanderingLevel : 0);
     LevelChange change = ExplainLevels(points, check.Inputs(), least, DbFromGain(1 + bent));
     const bool isExplained = std::abs(change.db) < DbFromGain(1 + bent);

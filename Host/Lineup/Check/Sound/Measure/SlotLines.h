@@ -33,6 +33,8 @@ struct HarmonicTally {
     [[nodiscard]] std::complex<double> Mean() const { return weight > 0 ? sum / weight : 0; }
     /// Standard deviation of the mean.
     [[nodiscard]] double Doubt() const { return weight > 0 ? std::sqrt(doubts) / weight : 0; }
+    /// It lies across what bends a tone: gain that follows the tone leaves it, and costs the tone nothing.
+    [[nodiscard]] bool IsOfGain() const { return std::abs(Mean().imag()) > 2 * std::abs(Mean().real()) + 2 * Doubt(); }
 };
 
 /// Lines that were not sent, at one input.

@@ -17,8 +17,8 @@ using Floats = std::array<float, kRawHopLanes>;
 using Words = std::array<std::uint32_t, kRawHopLanes>;
 
 struct RawLanes {
-    Floats least;
-    Floats most;
+    Floats least{};
+    Floats most{};
     Words bits{};
     Words finer{};
 };

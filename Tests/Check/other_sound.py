@@ -30,13 +30,13 @@ def speech(generator, path):
 
 
 def tones(generator, path):
-    """Tones of a line-up's pitches, but of other lengths, on any channels, with gaps between them. None is long enough
-    for a steady tone."""
+    """Tones of a line-up's pitches, but of other lengths, on any channels, with gaps between some. None is long enough
+    for a steady tone, nor goes on in the next."""
     samples = numpy.zeros((PIECE * RATE, 6), dtype="f4")
-    at = 0.0
+    at, hz = 0.0, 0
     while at < PIECE - 5:
         length = generator.choice((0.1, 0.25, 0.4, 0.85, 1.3, 1.7)) * generator.uniform(0.9, 1.1)
-        hz = generator.choice((400, 440, 660, 880, 1000, 1000, 1320, 2000, 80))
+        hz = generator.choice([other for other in (400, 440, 660, 880, 1000, 1000, 1320, 2000, 80) if other != hz])
         n = numpy.arange(int(at * RATE), int((at + length) * RATE))
         wave = 10 ** (generator.uniform(-30, -6) / 20) * numpy.sin(2 * numpy.pi * hz / RATE * n)
         for channel in generator.sample(range(6), generator.randint(1, 6)):

@@ -22,6 +22,7 @@ constexpr double kSamePlace = 0.04;    // s
 constexpr double kTornPlace = 0.1;     // s: where time jumps, what follows lies beside its place
 constexpr double kCorrected = 0.0015;  // a tempo this far from the pitch is another, relative
 constexpr int kFewest = 3;             // stretches that name a sequence of several pitches or channels
+constexpr int kFewestAtAnySpeed = 6;   // the same at a speed that nothing explains: of many, one fits other sound
 constexpr std::size_t kMostPitches = 6;
 constexpr std::size_t kMostTempos = 4;
 constexpr std::array kCorrectedSpeeds = {25.0 / 24, 24.0 / 25};  // at which the pitch is kept on purpose
@@ -265,18 +266,25 @@ bool IsOneGap(const Pair& pair, double pitch) {
            (shortest > kLongEnough || (shortest > kLonger && off < kCodedGap) || (shortest > kLong && off < kSameGap));
 }
 
+bool IsKnownSpeed(double speed) {
+    return std::abs(speed - 1) < 0.004 || FindKnownSpeed(speed, 2500) != nullptr;
+}
+
 // One gap names a sequence of one pitch only where all about it is as it should be: a dropout elsewhere makes tones
 // short, as if they were retimed.
 bool OneGapNames(std::span<const Pair> pairs, const Placing& placing) {
     const double pitch = placing.pitch;
-    const bool speedIsKnown = std::abs(pitch - 1) < 0.004 || FindKnownSpeed(pitch, 2500) != nullptr;
-    return speedIsKnown && placing.tempo == pitch &&
+    return IsKnownSpeed(pitch) && placing.tempo == pitch &&
            std::ranges::any_of(pairs, [pitch](const Pair& pair) { return IsOneGap(pair, pitch); });
 }
 
 // Folded or lost channels leave much out; several stretches of several pitches in their places cannot be chance.
 bool IsEnough(const Sighting& sighting, std::span<const Pair> pairs) {
     const bool onePitch = sighting.reference->Frequencies().size() == 1;
+    const bool isExplained = IsKnownSpeed(sighting.placing.pitch) && IsKnownSpeed(sighting.placing.tempo);
+    if (!onePitch && !isExplained && sighting.matched < kFewestAtAnySpeed) {
+        return false;
+    }
     if (sighting.matched < kFewest && !(onePitch && OneGapNames(pairs, sighting.placing))) {
         return false;
     }

@@ -89,6 +89,16 @@ TEST(FindIdent, KnowsThePlaceAlsoWhereTimeJumpsOrThePitchIsKept) {
     }
 }
 
+// Of a few stretches, lengths by chance agree on some tempo.
+TEST(FindIdent, AsksForMoreAtASpeedThatNothingExplains) {
+    for (const double tempo : {1.0, 25.0 / 24, 1.15}) {
+        std::vector<ToneRun> runs = RunsOf(ReferenceOf("blits"), {"blits", 0, 0, 0, tempo});
+        EXPECT_TRUE(FindIdent(runs, References())) << "whole, at " << tempo;
+        runs.resize(4);
+        EXPECT_EQ(FindIdent(runs, References()).has_value(), tempo < 1.1) << "four tones, at " << tempo;
+    }
+}
+
 struct EdgesCase {
     const char* what;
     std::vector<double> late;  // us: a beginning, an end, and so on

@@ -30,22 +30,20 @@ LineFit LineThroughMost(const std::vector<double>& x, const std::vector<double>&
         }
     }
     const double slope = sound::MedianOf(std::move(slopes));
-    std::vector<double> heights(y);
+    std::vector<double> distances(y);
     for (std::size_t i = 0; i < x.size(); ++i) {
-        heights[i] -= slope * x[i];
+        distances[i] -= slope * x[i];
     }
-    const double height = sound::MedianOf(heights);
-    std::vector<double> distances;
-    for (double& each : heights) {
+    const double height = sound::MedianOf(distances);
+    for (double& each : distances) {
         each = std::abs(each - height);
-        distances.push_back(each);
     }
     constexpr double kDeviations = 4.5;  // medians of the distances: three standard deviations of what is normal
     constexpr double kExact = 1e-6;      // s
-    const double far = std::max(kExact, kDeviations * sound::MedianOf(std::move(distances)));
+    const double far = std::max(kExact, kDeviations * sound::MedianOf(distances));
     LineFit line;
     for (std::size_t i = 0; i < x.size(); ++i) {
-        if (heights[i] <= far) {
+        if (distances[i] <= far) {
             line.Add(x[i], y[i]);
         }
     }

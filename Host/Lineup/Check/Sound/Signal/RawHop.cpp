@@ -39,6 +39,7 @@ void Take(float* samples, RawLanes& lanes) {
 
 // Whether HopFeatures::kLeastRun samples in a row are alike: all places at once, as few hops hold such.
 bool HoldsRun(std::span<const float> samples) {
+    static_assert(HopFeatures::kLeastRun == 4);
     std::uint32_t found = 0;
     for (std::size_t i = 0; i + HopFeatures::kLeastRun <= samples.size(); ++i) {
         found |= static_cast<std::uint32_t>(samples[i] == samples[i + 1]) &
